@@ -1,0 +1,54 @@
+#include "SorvaneCore/Dataset/NumericColumn.h"
+
+#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane {
+
+std::optional<double> numericCell(std::string_view cell) {
+    if (MissingValue::isMissing(cell)) {
+        return std::nullopt;
+    }
+    return NumberText::parse(UnicodeText::trimmed(cell));
+}
+
+NumericColumn::NumericColumn(std::shared_ptr<const TextColumn> column)
+    : column_(std::move(column)) {
+    levels_.reserve(column_->levelCount());
+    for (std::size_t code = 0; code < column_->levelCount(); ++code) {
+        levels_.push_back(numericCell(column_->level(code)));
+    }
+}
+
+NumericColumn::NumericColumn(std::vector<std::optional<double>> rows) : levels_(std::move(rows)) {}
+
+std::vector<std::uint64_t> NumericColumn::levelCounts() const {
+    return column_ ? column_->levelCounts() : std::vector<std::uint64_t>(levels_.size(), 1);
+}
+
+std::vector<std::optional<double>> NumericColumn::rows() const {
+    std::vector<std::optional<double>> result(size());
+    withCodes([this, &result](const auto& codes) {
+        for (std::size_t row = 0; row < result.size(); ++row) {
+            result[row] = levels_[codes[row]];
+        }
+    });
+    return result;
+}
+
+std::vector<double> NumericColumn::present() const {
+    std::vector<double> result;
+    result.reserve(size());
+    withCodes([this, &result](const auto& codes) {
+        for (std::size_t row = 0; row < size(); ++row) {
+            const std::optional<double>& number = levels_[codes[row]];
+            if (number) {
+                result.push_back(*number);
+            }
+        }
+    });
+    return result;
+}
+
+}  // namespace sorvane
