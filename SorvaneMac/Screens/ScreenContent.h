@@ -1,0 +1,73 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "SorvaneMac/Report/ReportItem.h"
+#include "SorvaneMac/Screens/Chart.h"
+
+namespace sorvane {
+
+/// A figure that people look for first.
+struct Tile {
+    std::string label;
+    std::string value;
+    std::string caption;
+
+    bool operator==(const Tile&) const = default;
+};
+
+/// What stands in place of results while something is missing.
+struct Gate {
+    std::string title;
+    std::string text;
+
+    bool operator==(const Gate&) const = default;
+};
+
+enum class EvidenceTone { met, caution, violated, unavailable };
+
+/// One line about an assumption, with its tone.
+struct EvidenceLine {
+    EvidenceTone tone = EvidenceTone::met;
+    std::string title;
+    std::string detail;
+
+    bool operator==(const EvidenceLine&) const = default;
+};
+
+/// One card of a screen, its parts in the order in which they are shown.
+struct Card {
+    std::string title;
+    std::string subtitle;
+    /// As the report will show them.
+    std::vector<ReportTable> tables;
+    std::vector<Chart> charts;
+    std::vector<std::string> paragraphs;
+    /// A text plot, shown in a fixed-width face.
+    std::string preformatted;
+    std::vector<EvidenceLine> evidence;
+    std::vector<std::string> cautions;
+    /// Takes the whole width even where two cards would fit side by side.
+    bool wide = false;
+
+    bool operator==(const Card&) const = default;
+};
+
+/// All that a screen shows, from top to bottom. Put together by the screen; a view only draws it.
+struct ScreenContent {
+    std::string title;
+    std::string subtitle;
+    std::optional<Gate> gate;
+    std::vector<Tile> tiles;
+    std::vector<Card> cards;
+    /// The finding that the action row offers; absent while there is nothing to stage.
+    std::optional<ReportItem> item;
+    /// The chart that becomes the figure of the finding.
+    std::optional<Chart> figure;
+
+    bool operator==(const ScreenContent&) const = default;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,19 @@
+#include "SorvaneMac/State/DerivedVariableFields.h"
+
+namespace sorvane {
+
+DerivedVariableFields::DerivedVariableFields(FieldRegistry& fields)
+    : computedVariableName(fields, "computedVariableName", "Total Test Score", ResetRule::kept),
+      computedVariableMethod(
+          fields, "computedVariableMethod", ComputedVariableMethod::sum, ResetRule::kept),
+      computedVariableMinimumCompletion(
+          fields, "computedVariableMinimumCompletion", 0.8, ResetRule::kept),
+      selectedComputedVariableIDs(fields, "selectedComputedVariableIDs", {}, ResetRule::kept),
+      computedVariableMessage(fields, "computedVariableMessage", std::nullopt, ResetRule::kept),
+      selectedBinningVariableName(fields, "selectedBinningVariableName", {}, ResetRule::kept),
+      binnedVariableName(fields, "binnedVariableName", "Age Group", ResetRule::kept),
+      binningMethod(fields, "binningMethod", BinningMethod::quantile, ResetRule::kept),
+      binningBinCount(fields, "binningBinCount", 4, ResetRule::kept),
+      binningMessage(fields, "binningMessage", std::nullopt, ResetRule::kept) {}
+
+}  // namespace sorvane

@@ -1,0 +1,99 @@
+#include <algorithm>
+
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneMac/Report/RTFWriter.h"
+#include "SorvaneMac/Report/ReportExporter.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+namespace {
+
+std::string noteTitle(StudioScreen screen) {
+    return "Researcher Notes: " + std::string(title(screen));
+}
+
+template <typename Items>
+auto findTitled(Items& items, const std::string& title) {
+    return std::find_if(items.begin(), items.end(),
+                        [&title](const ReportItem& item) { return item.title == title; });
+}
+
+}  // namespace
+
+void StudioState::addToReport(const ReportItem& item) {
+    reportItems.edit([&item](std::vector<ReportItem>& items) {
+        const auto same = std::find_if(items.begin(), items.end(), [&item](const ReportItem& each) {
+            return each.id == item.id ||
+                   (each.title == item.title && each.apaSummary == item.apaSummary);
+        });
+        if (same == items.end()) {
+            items.push_back(item);
+        } else {
+            *same = item;
+        }
+    });
+}
+
+bool StudioState::isStaged(const ReportItem& item) const {
+    // A screen makes its item anew each time it is shown, so the identifier does not count.
+    return std::any_of(reportItems->begin(), reportItems->end(), [&item](ReportItem staged) {
+        staged.id = item.id;
+        staged.figure = item.figure;
+        return staged == item;
+    });
+}
+
+void StudioState::removeFromReport(const Uuid& id) {
+    reportItems.edit([&id](std::vector<ReportItem>& items) {
+        std::erase_if(items, [&id](const ReportItem& item) { return item.id == id; });
+    });
+}
+
+void StudioState::clearReport() {
+    reportItems.set({});
+    reportRTFData.set(std::nullopt);
+}
+
+void StudioState::assembleReport() {
+    const RichDocument document =
+        ReportExporter::attributed(reportItems.get(), dataset().name, dataset().rowCount());
+    const std::string rtf = RTFWriter::write(document);
+    reportRTFData.replace(std::vector<std::uint8_t>(rtf.begin(), rtf.end()));
+}
+
+std::string StudioState::trimmedNote(StudioScreen screen) const {
+    const auto note = researcherNotes->find(std::string(rawValue(screen)));
+    return note == researcherNotes->end() ? std::string()
+                                          : std::string(UnicodeText::trimmed(note->second));
+}
+
+void StudioState::stageResearcherNote(StudioScreen screen) {
+    const std::string note = trimmedNote(screen);
+    if (note.empty()) {
+        return;
+    }
+    reportItems.edit([&note, screen](std::vector<ReportItem>& items) {
+        const auto staged = findTitled(items, noteTitle(screen));
+        if (staged != items.end()) {
+            staged->apaSummary = note;
+            return;
+        }
+        ReportItem item;
+        item.id = Uuid::fresh();
+        item.title = noteTitle(screen);
+        item.apaSummary = note;
+        items.push_back(std::move(item));
+    });
+}
+
+bool StudioState::researcherNoteIsStaged(StudioScreen screen) const {
+    const std::string note = trimmedNote(screen);
+    if (note.empty()) {
+        return false;
+    }
+    const auto staged = findTitled(reportItems.get(), noteTitle(screen));
+    return staged != reportItems->end() && staged->apaSummary == note;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,240 @@
+#include "SorvaneMac/State/StudioState.h"
+
+#include <algorithm>
+
+#include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Import/CSVImporter.h"
+#include "SorvaneCore/Import/ImportError.h"
+#include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view sampleResource = "SampleEIStudy.csv";
+
+std::string sizeText(const ImportedDataset& dataset) {
+    return NumberText::integer(dataset.rowCount()) + " row(s) and " +
+           NumberText::integer(dataset.columnCount()) + " variable(s).";
+}
+
+/// The present name where the list has it, else the fallback, else the first of the list.
+VariableName validChoice(const VariableName& present,
+                         const VariableLists::List& list,
+                         const DataVariable* fallback = nullptr) {
+    if (VariableLists::contains(list, present.name)) {
+        return present;
+    }
+    if (fallback) {
+        return {fallback->name};
+    }
+    return {list.empty() ? std::string() : list.front()->name};
+}
+
+}  // namespace
+
+StudioState::StudioState(std::filesystem::path resources, std::unique_ptr<TaskRunner> runner)
+    : selection(fields, "selection", StudioScreen::overview, ResetRule::kept),
+      inspectorTab(fields, "inspectorTab", InspectorTab::whyNative, ResetRule::kept),
+      inspectorPane(fields, "inspectorPane", InspectorPane::setup, ResetRule::kept),
+      researcherNotes(fields, "researcherNotes", {}, ResetRule::kept),
+      data(fields),
+      scale(fields),
+      derived(fields),
+      selectedDescriptiveVariableName(
+          fields, "selectedDescriptiveVariableName", {}, ResetRule::kept),
+      selectedDescriptiveGroupName(fields, "selectedDescriptiveGroupName", {}, ResetRule::kept),
+      selectedANOVAOutcomeName(fields, "selectedANOVAOutcomeName", {}, ResetRule::kept),
+      selectedANOVAGroupName(fields, "selectedANOVAGroupName", {}, ResetRule::kept),
+      projectMessage(fields, "projectMessage"),
+      projectError(fields, "projectError"),
+      saveStatusMessage(fields, "saveStatusMessage", std::nullopt, ResetRule::kept),
+      currentProjectURL(fields, "currentProjectURL", std::nullopt, ResetRule::kept),
+      reportItems(fields, "reportItems", {}, ResetRule::kept),
+      reportRTFData(fields, "reportRTFData", std::nullopt, ResetRule::kept),
+      isComputing(fields, "isComputing"),
+      computingLabel(fields, "computingLabel", "", ResetRule::kept),
+      computingCancellable(fields, "computingCancellable", false, ResetRule::kept),
+      impMessage(fields, "impMessage"),
+      resources_(std::move(resources)),
+      runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()) {}
+
+bool StudioState::showsStartPage() const {
+    return !hasData() && !data.isDatasetEditable.get() && selection.get() == StudioScreen::overview;
+}
+
+void StudioState::importData(const std::filesystem::path& file) {
+    const std::string fileName = file.filename().string();
+    try {
+        ImportedDataset imported = SpreadsheetImporter::importData(file);
+        const std::string log = "Imported " + fileName + " with " + sizeText(imported);
+        adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
+    } catch (const ImportError& error) {
+        data.importError.set("Could not import " + fileName + ": " + error.what());
+    }
+}
+
+bool StudioState::handleIncomingImport(const std::filesystem::path& file) {
+    const std::optional<std::vector<std::uint8_t>>& document = reportRTFData.get();
+    if (document && !document->empty()) {
+        pendingImport_ = file;
+        return false;
+    }
+    importData(file);
+    return true;
+}
+
+void StudioState::confirmPendingImport() {
+    if (const std::optional<std::filesystem::path> file = std::exchange(pendingImport_, {})) {
+        importData(*file);
+    }
+}
+
+void StudioState::cancelPendingImport() {
+    pendingImport_.reset();
+}
+
+void StudioState::importPastedData(std::string_view text) {
+    const std::string_view trimmed = UnicodeText::trimmed(text);
+    if (trimmed.empty()) {
+        data.importError.set("Paste some tabular data first.");
+        return;
+    }
+    try {
+        ImportedDataset imported = CSVImporter::importCSV("Pasted data", trimmed);
+        const std::string log = "Imported pasted data with " + sizeText(imported);
+        adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
+    } catch (const ImportError& error) {
+        data.importError.set(std::string("Could not import pasted data: ") + error.what());
+    }
+}
+
+void StudioState::beginBlankDataset() {
+    syncDatasetDraftHeaders();
+    createBlankDataset(data.datasetDraftName.get(), data.datasetDraftRows.get(),
+                       data.datasetDraftColumns.get(), data.datasetDraftHeaders.get());
+    postAction("showInspector");
+}
+
+void StudioState::createBlankDataset(std::string_view name,
+                                     std::int64_t rows,
+                                     std::int64_t columns,
+                                     const std::optional<std::vector<std::string>>& headers) {
+    const std::string_view trimmed = UnicodeText::trimmed(name);
+    const std::string finalName(trimmed.empty() ? "Untitled dataset" : trimmed);
+    ImportedDataset blank = BlankDatasetFactory::make(finalName, rows, columns, headers);
+    currentProjectURL.set(std::nullopt);
+    const std::string log = "Created blank dataset \"" + finalName + "\" with " + sizeText(blank);
+    adoptDataset(std::move(blank), log, StudioScreen::dataPreview, true);
+    data.selectedDatasetRow.set(std::nullopt);
+    data.selectedDatasetColumn.set(std::nullopt);
+    projectError.set(std::nullopt);
+}
+
+ImportedDataset StudioState::loadBundledSample() const {
+    try {
+        return CSVImporter::importCSV(resources_ / sampleResource);
+    } catch (const ImportError&) {
+        return emptyDataset("Empty project");
+    }
+}
+
+void StudioState::resetToSample() {
+    data.dataset.replace(loadBundledSample());
+    data.isDatasetEditable.set(false);
+    resetAnalysisState();
+    clearReport();
+    scale.reverseCodedItemNames.reset();
+    derived.selectedComputedVariableIDs.reset();
+    derived.computedVariableName.reset();
+    derived.computedVariableMethod.reset();
+    derived.computedVariableMinimumCompletion.reset();
+    derived.binnedVariableName.reset();
+    derived.binningMethod.reset();
+    derived.binningBinCount.reset();
+    scale.scaleScoreVariableName.reset();
+    derived.computedVariableMessage.reset();
+    derived.selectedBinningVariableName.reset();
+    derived.binningMessage.reset();
+    scale.scaleScoreCreationMessage.reset();
+    data.transformationLog.set({"Loaded bundled sample dataset: " + dataset().name + "."});
+    refreshAnalysisDefaults();
+    data.importError.set(std::nullopt);
+    selection.set(StudioScreen::scalesReliability);
+}
+
+void StudioState::adoptDataset(ImportedDataset dataset,
+                               std::string logMessage,
+                               StudioScreen screen,
+                               bool editable) {
+    data.dataset.replace(std::move(dataset));
+    data.isDatasetEditable.set(editable);
+    if (editable) {
+        currentProjectURL.set(std::nullopt);
+    }
+    scale.reverseCodedItemNames.reset();
+    scale.unreliableItemNames.reset();
+    derived.selectedComputedVariableIDs.reset();
+    derived.computedVariableMessage.reset();
+    derived.binningMessage.reset();
+    scale.scaleScoreCreationMessage.reset();
+    resetAnalysisState();
+    clearReport();
+    classifyAndSeedScaleItems(true);
+    data.transformationLog.set({std::move(logMessage)});
+    refreshAnalysisDefaults();
+    selection.set(screen);
+    data.importError.set(std::nullopt);
+}
+
+void StudioState::resetAnalysisState() {
+    fields.resetWithDataset();
+}
+
+void StudioState::refreshAnalysisDefaults() {
+    using namespace VariableLists;  // NOLINT(google-build-using-namespace)
+    const List outcomes = anovaOutcomeVariables(dataset());
+    const List factors = anovaGroupingVariables(dataset());
+    selectedDescriptiveVariableName.set(
+        validChoice(selectedDescriptiveVariableName.get(), descriptiveNumericVariables(dataset())));
+    selectedDescriptiveGroupName.set(
+        {firstExistingName(selectedDescriptiveGroupName->name, factors)});
+    selectedANOVAOutcomeName.set(
+        validChoice(selectedANOVAOutcomeName.get(), outcomes, preferredOutcomeVariable(dataset())));
+    selectedANOVAGroupName.set(
+        validChoice(selectedANOVAGroupName.get(), factors, preferredGroupingVariable(dataset())));
+    derived.selectedBinningVariableName.set(
+        validChoice(derived.selectedBinningVariableName.get(), numericVariables(dataset())));
+}
+
+void StudioState::cancelComputing() {
+    if (!computingCancellable.get()) {
+        return;
+    }
+    if (miceTask_) {
+        miceTask_->request_stop();
+        miceTask_.reset();
+    }
+    isComputing.set(false);
+    computingCancellable.set(false);
+    impMessage.set("Imputation canceled. Nothing was changed.");
+}
+
+Subscription StudioState::observeActions(std::function<void(std::string_view)> observer) {
+    auto held = std::make_shared<std::function<void(std::string_view)>>(std::move(observer));
+    actionObservers_.push_back(held);
+    return held;
+}
+
+void StudioState::postAction(std::string_view action) {
+    for (const auto& observer : actionObservers_) {
+        if (const auto held = observer.lock()) {
+            (*held)(action);
+        }
+    }
+}
+
+}  // namespace sorvane

@@ -1,0 +1,148 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SorvaneMac/Report/ReportItem.h"
+#include "SorvaneMac/State/DatasetFields.h"
+#include "SorvaneMac/State/DerivedVariableFields.h"
+#include "SorvaneMac/State/Field.h"
+#include "SorvaneMac/State/ScaleFields.h"
+#include "SorvaneMac/State/StudioScreen.h"
+#include "SorvaneMac/State/TaskRunner.h"
+
+namespace sorvane {
+
+/// The one application object: the working table, the place in the workspace, the staged report.
+///
+/// Every action of the user ends in an operation here or on a screen; every view reads the fields.
+/// The fields of the screens are held by the screens and register here. Confined to one thread.
+class StudioState {
+public:
+    /// `resources` holds the files that come with the program, the sample study among them.
+    explicit StudioState(std::filesystem::path resources,
+                         std::unique_ptr<TaskRunner> runner = nullptr);
+    StudioState(const StudioState&) = delete;
+    StudioState& operator=(const StudioState&) = delete;
+
+    FieldRegistry fields;
+
+    Field<StudioScreen> selection;
+    Field<InspectorTab> inspectorTab;
+    Field<InspectorPane> inspectorPane;
+    /// Screen raw value to note text.
+    Field<std::map<std::string, std::string>> researcherNotes;
+
+    DatasetFields data;
+    ScaleFields scale;
+    DerivedVariableFields derived;
+
+    /// Selections kept valid against the table by `refreshAnalysisDefaults`.
+    Field<VariableName> selectedDescriptiveVariableName;
+    Field<VariableName> selectedDescriptiveGroupName;
+    Field<VariableName> selectedANOVAOutcomeName;
+    Field<VariableName> selectedANOVAGroupName;
+
+    Field<std::optional<std::string>> projectMessage;
+    Field<std::optional<std::string>> projectError;
+    Field<std::optional<std::string>> saveStatusMessage;
+    Field<std::optional<std::string>> currentProjectURL;
+
+    Field<std::vector<ReportItem>> reportItems;
+    /// The assembled document.
+    Field<std::optional<std::vector<std::uint8_t>>> reportRTFData;
+
+    Field<bool> isComputing;
+    Field<std::string> computingLabel;
+    Field<bool> computingCancellable;
+    Field<std::optional<std::string>> impMessage;
+
+    const ImportedDataset& dataset() const { return data.dataset.get(); }
+    bool hasData() const { return !dataset().headers.empty(); }
+    /// Whether the start page stands in place of the overview.
+    bool showsStartPage() const;
+
+    // Import and adoption.
+
+    /// Imports a file and adopts it; on failure sets `importError` and changes nothing else.
+    void importData(const std::filesystem::path& file);
+    /// Imports at once, or holds the file back while an assembled report would be lost.
+    ///
+    /// Returns    whether the import was run; false means that `confirmPendingImport` is awaited
+    bool handleIncomingImport(const std::filesystem::path& file);
+    const std::optional<std::filesystem::path>& pendingImport() const { return pendingImport_; }
+    void confirmPendingImport();
+    void cancelPendingImport();
+    void importPastedData(std::string_view text);
+    void beginBlankDataset();
+    void createBlankDataset(std::string_view name,
+                            std::int64_t rows,
+                            std::int64_t columns,
+                            const std::optional<std::vector<std::string>>& headers);
+    ImportedDataset loadBundledSample() const;
+    void resetToSample();
+    void resetAnalysisState();
+    void refreshAnalysisDefaults();
+
+    // Roles and the item set.
+
+    void assignVariable(const Uuid& id, VariableKind kind);
+    void setReliabilityIncluded(const Uuid& id, bool included);
+    void setDescriptivesIncluded(const Uuid& id, bool included);
+    /// Scores every column as a scale item; with `seedSelection` takes the verdicts into the roles.
+    void classifyAndSeedScaleItems(bool seedSelection);
+    const ScaleItemClassification* classification(std::string_view columnName) const;
+    void selectLikertCandidateItemsForReliability();
+
+    // The grid.
+
+    /// Makes the draft's headers as many as its columns.
+    void syncDatasetDraftHeaders();
+    /// Writes a cell of an editable table; does nothing otherwise.
+    void updateDatasetCell(std::int64_t row, std::int64_t column, std::string_view value);
+
+    // The report.
+
+    /// Stages an item, or replaces in place the one with its id or with its title and sentence.
+    void addToReport(const ReportItem& item);
+    bool isStaged(const ReportItem& item) const;
+    void removeFromReport(const Uuid& id);
+    void clearReport();
+    /// Builds the document from the staged items; edits of a former document are lost.
+    void assembleReport();
+    void stageResearcherNote(StudioScreen screen);
+    bool researcherNoteIsStaged(StudioScreen screen) const;
+
+    // Long computations.
+
+    void cancelComputing();
+
+    /// Subscribes to the named actions that the workspace asks of its window ("showInspector").
+    [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
+
+private:
+    /// The single entry through which a new table is installed.
+    void adoptDataset(ImportedDataset dataset,
+                      std::string logMessage,
+                      StudioScreen screen,
+                      bool editable);
+    void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
+    std::string trimmedNote(StudioScreen screen) const;
+    void postAction(std::string_view action);
+
+    std::filesystem::path resources_;
+    std::unique_ptr<TaskRunner> runner_;
+    std::optional<std::filesystem::path> pendingImport_;
+    std::optional<std::stop_source> miceTask_;
+    std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
+};
+
+}  // namespace sorvane
