@@ -1,12 +1,11 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 
-#include <locale.h>
-#include <stdlib.h>
-
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <locale.h>
+#include <stdlib.h>
 
 namespace sorvane::NumberText {
 
@@ -24,7 +23,9 @@ std::optional<double> parseByCRoutine(std::string_view text) {
     return value;
 }
 
-bool isCWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isCWhiteSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 template <typename... Format>
 std::string printed(double value, Format... format) {

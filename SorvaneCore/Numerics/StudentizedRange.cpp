@@ -1,0 +1,252 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <math.h>
+#include <vector>
+
+#include "SorvaneCore/Numerics/MathDistributions.h"
+
+namespace sorvane::MathDistributions {
+
+namespace {
+
+// Nodes and weights of 8-point Gauss-Legendre on [-1, 1], from the left.
+constexpr std::array gaussNodes{-0.9602898564975363, -0.7966664774136267, -0.525532409916329,
+                                -0.1834346424956498, 0.1834346424956498,  0.525532409916329,
+                                0.7966664774136267,  0.9602898564975363};
+constexpr std::array gaussWeights{0.1012285362903763, 0.2223810344533745, 0.3137066458778873,
+                                  0.362683783378362,  0.362683783378362,  0.3137066458778873,
+                                  0.2223810344533745, 0.1012285362903763};
+
+// Below this a node adds nothing that a probability could show.
+constexpr double negligibleShare = 1e-20;
+
+double wholePower(double base, int exponent) {
+    double power = 1.0;
+    for (; exponent > 0; exponent /= 2) {
+        if (exponent % 2 == 1) {
+            power *= base;
+        }
+        base *= base;
+    }
+    return power;
+}
+
+/// Calls `take(node, weight)` for the nodes of `panels` equal panels from `start`, ascending.
+template <typename Take>
+void forEachNode(double start, double panelWidth, int panels, const Take& take) {
+    const double half = panelWidth / 2.0;
+    for (int panel = 0; panel < panels; ++panel) {
+        const double centre = (panel + 0.5) * panelWidth + start;
+        for (std::size_t i = 0; i < gaussNodes.size(); ++i) {
+            take(centre + half * gaussNodes[i], half * gaussWeights[i]);
+        }
+    }
+}
+
+/// The distribution of the range of k standard normal values.
+class NormalRange {
+public:
+    explicit NormalRange(int k) : k_(k) {
+        double total = 0.0;
+        for (const Node& node : nodes()) {
+            totalsBefore_.push_back(total);
+            total += node.weight * wholePower(node.lower, k - 1);
+        }
+        totalsBefore_.push_back(total);
+        const auto useful = std::ranges::upper_bound(totalsBefore_, negligibleShare);
+        firstUseful_ = static_cast<std::size_t>(useful - totalsBefore_.begin()) - 1;
+    }
+
+    /// P(range <= width) for a positive width.
+    double cdf(double width) const {
+        const std::vector<Node>& all = nodes();
+        // Up to here Phi(z - width) is exactly 0, and the sum is known whatever the width.
+        const auto open = std::ranges::partition_point(
+            all, [width](const Node& node) { return node.z < width - normalCDFVanishes; });
+        const auto first = std::max(firstUseful_, static_cast<std::size_t>(open - all.begin()));
+        double sum = totalsBefore_[first];
+        for (std::size_t i = first; i < all.size(); ++i) {
+            const double between = all[i].lower - standardNormalCDF(all[i].z - width);
+            sum += all[i].weight * wholePower(between < 0.0 ? 0.0 : between, k_ - 1);
+        }
+        return std::clamp(k_ * sum, 0.0, 1.0);
+    }
+
+private:
+    struct Node {
+        double z = 0.0;
+        double lower = 0.0;   ///< Phi(z)
+        double weight = 0.0;  ///< of the rule, times phi(z)
+    };
+
+    static const std::vector<Node>& nodes();
+
+    // (1 + erf(z / sqrt 2)) / 2 is exactly 0 below minus this.
+    static constexpr double normalCDFVanishes = 8.5;
+
+    int k_;
+    std::size_t firstUseful_ = 0;
+    std::vector<double> totalsBefore_;
+};
+
+const std::vector<NormalRange::Node>& NormalRange::nodes() {
+    constexpr double rootTwoPi = 2.5066282746310002;
+    static const std::vector<Node> all = [] {
+        std::vector<Node> list;
+        forEachNode(-8.5, 1.0625, 16, [&list](double z, double weight) {
+            const double density = std::exp(-z * z / 2.0) / rootTwoPi;
+            list.push_back({.z = z, .lower = standardNormalCDF(z), .weight = weight * density});
+        });
+        return list;
+    }();
+    return all;
+}
+
+/// The distribution of the range of k means over an estimate of their standard deviation.
+class StudentizedRange {
+public:
+    StudentizedRange(int k, double df) : range_(k) {
+        constexpr double largestFiniteDf = 25000.0;
+        if (df > largestFiniteDf) {
+            scales_ = {{.s = 1.0, .share = 1.0}};
+            return;
+        }
+        const double logConstant =
+            df / 2.0 * std::log(df) + std::log(2.0) - df / 2.0 * std::log(2.0) - logGamma(df / 2.0);
+        const double panelWidth = (18.0 / std::sqrt(std::max(df, 1.0)) + 1.0) / 20.0;
+        forEachNode(0.0, panelWidth, 20, [&](double s, double weight) {
+            const double density =
+                std::exp(logConstant + (df - 1.0) * std::log(s) - df * s * s / 2.0);
+            if (weight * density > negligibleShare) {
+                scales_.push_back({.s = s, .share = weight * density});
+            }
+        });
+    }
+
+    /// P(Q <= q) for a positive q.
+    double cdf(double q) const {
+        double sum = 0.0;
+        for (const Scale& scale : scales_) {
+            sum += scale.share * range_.cdf(q * scale.s);
+        }
+        return std::clamp(sum, 0.0, 1.0);
+    }
+
+private:
+    struct Scale {
+        double s = 0.0;
+        double share = 0.0;  ///< of the density, with the weight of the rule
+    };
+
+    static double logGamma(double x) {
+        int sign = 0;
+        // Unlike lgamma, this form writes no global.
+        return ::lgamma_r(x, &sign);
+    }
+
+    NormalRange range_;
+    std::vector<Scale> scales_;
+};
+
+/// Tells on which side of the quantile of p a value lies. It remembers the nearest value of each
+/// side, so that a question outside of these two costs no integral.
+class QuantileSide {
+public:
+    QuantileSide(const StudentizedRange& range, double p) : range_(range), p_(p) {}
+
+    bool isBelow(double q) {
+        if (q <= below_.q) {
+            return true;
+        }
+        return q < above_.q && evaluate(q) < 0.0;
+    }
+
+    /// Brings the two values as near to each other as the bisection ends.
+    void closeIn() {
+        constexpr double goal = 1e-7;
+        constexpr int stepLimit = 6;
+        for (int step = 0; step < stepLimit && above_.q - below_.q > goal; ++step) {
+            const double slope = (above_.excess - below_.excess) / (above_.q - below_.q);
+            if (!(slope > 0.0)) {
+                return;  // a side is still unknown
+            }
+            const double q = below_.q - below_.excess / slope;
+            const double excess = evaluate(q);
+            // Twice the way back to the level, and a little more, lands on its other side.
+            evaluate(q - 2.0 * excess / slope - std::copysign(goal / 4.0, excess));
+        }
+    }
+
+private:
+    struct Known {
+        double q = 0.0;
+        double excess = 0.0;  ///< of the probability over p
+    };
+
+    double evaluate(double q) {
+        const double excess = range_.cdf(q) - p_;
+        Known& side = excess < 0.0 ? below_ : above_;
+        if (q > below_.q && q < above_.q) {
+            side = {.q = q, .excess = excess};
+        }
+        return excess;
+    }
+
+    const StudentizedRange& range_;
+    double p_;
+    Known below_{.q = -std::numeric_limits<double>::infinity()};
+    Known above_{.q = std::numeric_limits<double>::infinity()};
+};
+
+bool isRangeDomain(int k, double df) {
+    return k >= 2 && df >= 2.0;
+}
+
+}  // namespace
+
+double standardRangeCDF(double q, int k) {
+    if (k < 2) {
+        return q > 0.0 ? 1.0 : 0.0;
+    }
+    if (q <= 0.0) {
+        return 0.0;
+    }
+    return NormalRange(k).cdf(q);
+}
+
+double studentizedRangeCDF(double q, int k, double df) {
+    if (!isRangeDomain(k, df)) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    if (q <= 0.0) {
+        return 0.0;
+    }
+    if (!std::isfinite(q)) {
+        return 1.0;
+    }
+    return StudentizedRange(k, df).cdf(q);
+}
+
+double studentizedRangeQuantile(double p, int k, double df) {
+    constexpr int halvings = 26;
+    constexpr int halvingsBeforeClosingIn = 4;
+    if (!(p > 0.0 && p < 1.0) || !isRangeDomain(k, df)) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
+    const StudentizedRange range(k, df);
+    QuantileSide side(range, p);
+    double low = 0.5;
+    double high = 15.0;
+    for (int i = 0; i < halvings; ++i) {
+        if (i == halvingsBeforeClosingIn) {
+            side.closeIn();
+        }
+        const double middle = (low + high) / 2.0;
+        (side.isBelow(middle) ? low : high) = middle;
+    }
+    return (low + high) / 2.0;
+}
+
+}  // namespace sorvane::MathDistributions

@@ -1,0 +1,75 @@
+#include "SorvaneCore/Numerics/NumberText.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace sorvane {
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+TEST(NumberText, ParsesWhatTheCRoutineParses) {
+    const struct {
+        int line;
+        std::string_view text;
+        std::optional<double> value;
+    } cases[] = {
+        {__LINE__, "12.5", 12.5},
+        {__LINE__, "+3", 3.0},
+        {__LINE__, "-.5e1", -5.0},
+        {__LINE__, "5.", 5.0},
+        {__LINE__, "0x1p4", 16.0},
+        {__LINE__, "1e400", infinity},
+        {__LINE__, "-1e400", -infinity},
+        {__LINE__, "1e-400", 0.0},
+        {__LINE__, "INF", infinity},
+        {__LINE__, "-infinity", -infinity},
+        {__LINE__, "", std::nullopt},
+        {__LINE__, "+", std::nullopt},
+        {__LINE__, "+-3", std::nullopt},
+        {__LINE__, "1,5", std::nullopt},
+        {__LINE__, "+1,5", std::nullopt},
+        {__LINE__, "1 ", std::nullopt},
+        {__LINE__, " 1", std::nullopt},
+        {__LINE__, "\t+1", std::nullopt},
+        {__LINE__, "1e", std::nullopt},
+        {__LINE__, "12abc", std::nullopt},
+        {__LINE__, std::string_view("+1\0", 3), std::nullopt},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(NumberText::parse(c.text), c.value) << "line " << c.line;
+    }
+    EXPECT_TRUE(std::isnan(NumberText::parse("NaN").value_or(0.0)));
+}
+
+TEST(NumberText, PrintsByTheRulesOfTheCRoutine) {
+    EXPECT_EQ(NumberText::fixed(0.125, 2), "0.12");
+    EXPECT_EQ(NumberText::fixed(-0.001, 2), "-0.00");
+    EXPECT_EQ(NumberText::fixed(std::numeric_limits<double>::max(), 300).size(), 610u);
+    EXPECT_EQ(NumberText::general(1234567890123.0, 10), "1.23456789e+12");
+    EXPECT_EQ(NumberText::general(0.0001, 10), "0.0001");
+    EXPECT_EQ(NumberText::shortest(0.1), "0.1");
+    EXPECT_EQ(NumberText::shortest(1e22), "1e+22");
+    EXPECT_EQ(NumberText::shortest(-infinity), "-inf");
+    EXPECT_EQ(NumberText::shortest(-std::numeric_limits<double>::quiet_NaN()), "nan");
+    EXPECT_EQ(NumberText::integer(std::numeric_limits<std::int64_t>::min()),
+              "-9223372036854775808");
+}
+
+TEST(NumberText, WritesCellsBoundsAndPValues) {
+    EXPECT_EQ(NumberText::derivedValue(-0.0), "0");
+    EXPECT_EQ(NumberText::derivedValue(2.50004), "2.5");
+    EXPECT_EQ(NumberText::derivedValue(-0.00001), "-0");
+    EXPECT_EQ(NumberText::derivedValue(1e20), "100000000000000000000");
+    EXPECT_EQ(NumberText::derivedValue(infinity), "");
+    EXPECT_EQ(NumberText::clean(5.0), "5");
+    EXPECT_EQ(NumberText::clean(4.5), "4.50");
+    EXPECT_EQ(NumberText::pValue(0.00099999), "< .001");
+    EXPECT_EQ(NumberText::pValue(0.001), ".001");
+    EXPECT_EQ(NumberText::pValue(0.9996), "1.000");
+}
+
+}  // namespace
+}  // namespace sorvane
