@@ -58,7 +58,7 @@ double studentTCritical(double twoTailedAlpha, double df);
 /// panels
 ///            of 8-point Gauss-Legendre
 /// Returns    for k < 2: 1 when q > 0, otherwise 0
-/// Accuracy   about 1e-14      Cost about 4 microseconds
+/// Accuracy   about 1e-14      Cost about 2 microseconds
 double standardRangeCDF(double q, int k);
 
 /// P(Q <= q) of the studentized range of k means.
@@ -77,7 +77,8 @@ double studentizedRangeCDF(double q, int k, double df);
 /// The q that `studentizedRangeCDF` gives the probability p.
 ///
 /// Input      0 < p < 1, k >= 2, df >= 2
-/// Method     bisection on [0.5, 15], 26 halvings
+/// Method     bisection on [0.5, 15], 26 halvings, of which those that a chord search has already
+///            settled cost nothing
 /// Accuracy   2e-7 beside that of the distribution; a quantile outside the bracket comes out next
 /// to
 ///            its end
