@@ -7,7 +7,8 @@
 
 namespace sorvane::test {
 
-/// How far a figure may lie from the expected one: |got - expected| <= absolute + relative * |expected|.
+/// How far a figure may lie from the expected one: |got - expected| <= absolute + relative *
+/// |expected|.
 struct Tolerance {
     double relative = 1e-12;
     double absolute = 1e-14;
@@ -21,8 +22,7 @@ inline bool isClose(double got, double expected, Tolerance tolerance) {
     if (std::isinf(expected) || std::isinf(got)) {
         return got == expected;
     }
-    return std::abs(got - expected) <=
-           tolerance.absolute + tolerance.relative * std::abs(expected);
+    return std::abs(got - expected) <= tolerance.absolute + tolerance.relative * std::abs(expected);
 }
 
 /// Assertion form of `isClose`, for EXPECT_TRUE(closeTo(got, expected)).
