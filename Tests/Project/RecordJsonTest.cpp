@@ -28,9 +28,9 @@ TEST(RecordJson, WritesARecordInFieldOrderWithoutAbsentFields) {
 }
 
 TEST(RecordJson, KeepsNumbersThatAreNotFiniteApartFromAbsentOnes) {
-    const std::vector<std::optional<double>> values = {
-        std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
-        std::nullopt, 0.1};
+    const std::vector<std::optional<double>> values = {std::numeric_limits<double>::infinity(),
+                                                       -std::numeric_limits<double>::infinity(),
+                                                       std::nullopt, 0.1};
     const Json json = toJson(values);
     EXPECT_EQ(json.dump(), R"(["inf","-inf",null,0.1])");
     EXPECT_EQ(fromJson<std::vector<std::optional<double>>>(json), values);
