@@ -21,6 +21,8 @@ struct Tile {
 /// What stands in place of results while something is missing.
 struct Gate {
     std::string title;
+    /// What to do, in a few words; may be empty.
+    std::string lead;
     std::string text;
 
     bool operator==(const Gate&) const = default;
@@ -55,6 +57,14 @@ struct Card {
     bool operator==(const Card&) const = default;
 };
 
+/// A result ready to be staged, and the chart that becomes its figure.
+struct Finding {
+    ReportItem item;
+    std::optional<Chart> figure;
+
+    bool operator==(const Finding&) const = default;
+};
+
 /// All that a screen shows, from top to bottom. Put together by the screen; a view only draws it.
 struct ScreenContent {
     std::string title;
@@ -62,10 +72,8 @@ struct ScreenContent {
     std::optional<Gate> gate;
     std::vector<Tile> tiles;
     std::vector<Card> cards;
-    /// The finding that the action row offers; absent while there is nothing to stage.
-    std::optional<ReportItem> item;
-    /// The chart that becomes the figure of the finding.
-    std::optional<Chart> figure;
+    /// What can be staged, an action row each; empty while there is nothing to stage.
+    std::vector<Finding> findings;
 
     bool operator==(const ScreenContent&) const = default;
 };

@@ -1,0 +1,181 @@
+#include "SorvaneMac/Headless/CallArguments.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr const char* firstRowsKey = "firstRows";
+constexpr const char* rowsKey = "rows";
+
+std::shared_ptr<const TextColumn> picked(const TextColumn& column,
+                                         const std::vector<std::size_t>& rows) {
+    std::vector<std::string> cells;
+    cells.reserve(rows.size());
+    for (const std::size_t row : rows) {
+        cells.emplace_back(column[row]);
+    }
+    return TextColumn::of(cells);
+}
+
+TextTable pickedRows(const TextTable& table, const std::vector<std::size_t>& rows) {
+    std::vector<TextTable::Column> columns;
+    for (std::size_t i = 0; i < table.columnCount(); ++i) {
+        columns.push_back(picked(table.column(i), rows));
+    }
+    return {std::move(columns), rows.size()};
+}
+
+std::string cellText(const std::string& name, const Json& json) {
+    if (json.is_null()) {
+        return {};
+    }
+    if (json.is_string()) {
+        return json.get<std::string>();
+    }
+    if (json.is_number()) {
+        return NumberText::shortest(json.get<double>());
+    }
+    throw CallError("The argument \"" + name + "\" needs cells that are numbers, texts or null.");
+}
+
+}  // namespace
+
+CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> dataset)
+    : arguments_(std::move(arguments)), dataset_(std::move(dataset)) {
+    if (!arguments_.is_object()) {
+        throw CallError("The arguments must be one JSON object.");
+    }
+    if (!dataset_) {
+        return;
+    }
+    const auto rowCount = static_cast<std::size_t>(dataset_->rowCount());
+    if (has(firstRowsKey)) {
+        std::vector<std::size_t> rows(
+            std::min<std::size_t>(required<std::size_t>(firstRowsKey), rowCount));
+        std::iota(rows.begin(), rows.end(), std::size_t{0});
+        dataset_->rows = pickedRows(dataset_->rows, rows);
+    } else if (has(rowsKey)) {
+        auto rows = required<std::vector<std::size_t>>(rowsKey);
+        for (std::size_t& row : rows) {
+            if (row < 1 || row > rowCount) {
+                throw CallError("The argument \"rows\" names a row that is not there.");
+            }
+            --row;
+        }
+        dataset_->rows = pickedRows(dataset_->rows, rows);
+    }
+}
+
+bool CallArguments::has(const std::string& name) const { return arguments_.contains(name); }
+
+const Json* CallArguments::find(const std::string& name) const {
+    askedFor_.insert(name);
+    const auto entry = arguments_.find(name);
+    return entry == arguments_.end() ? nullptr : &*entry;
+}
+
+const Json& CallArguments::given(const std::string& name) const {
+    const Json* json = find(name);
+    if (!json) {
+        throw CallError("The argument \"" + name + "\" is missing.");
+    }
+    return *json;
+}
+
+std::size_t CallArguments::columnIndex(const std::string& name, const std::string& column) const {
+    if (!dataset_) {
+        throw CallError("The argument \"" + name + "\" names the column \"" + column +
+                        "\"; give the file that holds it with --data.");
+    }
+    const std::optional<std::size_t> index = dataset_->columnIndex(column);
+    if (!index) {
+        throw CallError("The argument \"" + name + "\" names the column \"" + column +
+                        "\", which is not in the file.");
+    }
+    return *index;
+}
+
+NumericColumn CallArguments::numericColumnOf(const std::string& name, const Json& json) const {
+    if (json.is_string()) {
+        const std::size_t index = columnIndex(name, json.get<std::string>());
+        return NumericColumn(dataset_->rows.sharedColumn(index));
+    }
+    if (!json.is_array()) {
+        throw CallError("The argument \"" + name + "\" needs a column name or a list of cells.");
+    }
+    std::vector<std::optional<double>> rows;
+    rows.reserve(json.size());
+    for (const Json& cell : json) {
+        rows.push_back(cell.is_number() ? cell.get<double>() : numericCell(cellText(name, cell)));
+    }
+    return NumericColumn(std::move(rows));
+}
+
+NumericColumn CallArguments::numericColumn(const std::string& name) const {
+    return numericColumnOf(name, given(name));
+}
+
+std::vector<std::string> CallArguments::textColumn(const std::string& name) const {
+    const Json& json = given(name);
+    std::vector<std::string> cells;
+    if (json.is_string()) {
+        const std::size_t index = columnIndex(name, json.get<std::string>());
+        const TextColumn& column = dataset_->rows.column(index);
+        for (std::size_t row = 0; row < column.size(); ++row) {
+            cells.emplace_back(column[row]);
+        }
+        return cells;
+    }
+    if (!json.is_array()) {
+        throw CallError("The argument \"" + name + "\" needs a column name or a list of cells.");
+    }
+    for (const Json& cell : json) {
+        cells.push_back(cellText(name, cell));
+    }
+    return cells;
+}
+
+std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,
+                                                         const std::string& namesKey) const {
+    const Json* json = find(name);
+    const Json& columns = json ? *json : given(namesKey);
+    if (!columns.is_array()) {
+        throw CallError("The argument \"" + (json ? name : namesKey) +
+                        "\" needs a list of columns.");
+    }
+    std::vector<NumericColumn> result;
+    for (const Json& column : columns) {
+        result.push_back(numericColumnOf(json ? name : namesKey, column));
+    }
+    return result;
+}
+
+std::vector<std::string> CallArguments::columnNames(const std::string& name,
+                                                    const std::string& columnsKey) const {
+    if (find(name)) {
+        return required<std::vector<std::string>>(name);
+    }
+    std::vector<std::string> names;
+    std::int64_t position = 0;
+    for (const Json& column : given(columnsKey)) {
+        ++position;
+        names.push_back(column.is_string() ? column.get<std::string>()
+                                           : "Column " + NumberText::integer(position));
+    }
+    return names;
+}
+
+void CallArguments::expectNoOthers() const {
+    for (const auto& [name, value] : arguments_.items()) {
+        if (name != firstRowsKey && name != rowsKey && !askedFor_.contains(name)) {
+            throw CallError("The procedure has no argument \"" + name + "\".");
+        }
+    }
+}
+
+}  // namespace sorvane

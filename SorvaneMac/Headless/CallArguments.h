@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneCore/Project/RecordJson.h"
+
+namespace sorvane {
+
+/// Arguments that a procedure cannot take; the text is one line that says which.
+class CallError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The arguments of one call: a JSON object, and the table whose columns it may name.
+///
+/// Two keys restrict the table's rows before anything is read: "firstRows" (a count) and "rows" (a
+/// list of row numbers counted from 1). Every key must be asked for by the procedure; `expectNoOthers`
+/// refuses the rest, so that a misspelt setting is not silently left at its default.
+class CallArguments {
+public:
+    /// Throws CallError when the arguments are no object or name rows that are not there.
+    CallArguments(Json arguments, std::optional<ImportedDataset> dataset);
+
+    bool has(const std::string& name) const;
+
+    /// A column of numbers: the name of a column of the table, or a list of cells.
+    NumericColumn numericColumn(const std::string& name) const;
+    /// A column of texts, likewise.
+    std::vector<std::string> textColumn(const std::string& name) const;
+    /// A list of columns; where it is not given, `namesKey` names columns of the table.
+    std::vector<NumericColumn> numericColumns(const std::string& name,
+                                              const std::string& namesKey) const;
+    /// A list of names; where it is not given, the names of the columns of `columnsKey`.
+    std::vector<std::string> columnNames(const std::string& name,
+                                         const std::string& columnsKey) const;
+
+    /// A setting that must be given.
+    template <typename T>
+    T required(const std::string& name) const {
+        const Json* given = find(name);
+        if (!given) {
+            throw CallError("The argument \"" + name + "\" is missing.");
+        }
+        return read<T>(name, *given);
+    }
+    /// A setting that may be left out.
+    template <typename T>
+    T setting(const std::string& name, T fallback) const {
+        const Json* given = find(name);
+        return given ? read<T>(name, *given) : fallback;
+    }
+    /// Every described field of a struct of settings, those not given at their defaults.
+    template <typename Settings>
+    Settings settings() const {
+        Settings settings;
+        boost::mp11::mp_for_each<record_json::Members<Settings>>([&](auto member) {
+            auto& field = settings.*member.pointer;
+            field = setting(member.name, field);
+        });
+        return settings;
+    }
+
+    /// Throws CallError when an argument was given that nobody asked for.
+    void expectNoOthers() const;
+
+private:
+    template <typename T>
+    static T read(const std::string& name, const Json& json) {
+        try {
+            return fromJson<T>(json);
+        } catch (const RecordJsonError& error) {
+            throw CallError("The argument \"" + name + "\" " + error.what() + ".");
+        } catch (const Json::exception&) {
+            throw CallError("The argument \"" + name + "\" has the wrong form.");
+        }
+    }
+
+    const Json* find(const std::string& name) const;
+    const Json& given(const std::string& name) const;
+    NumericColumn numericColumnOf(const std::string& name, const Json& json) const;
+    std::size_t columnIndex(const std::string& name, const std::string& column) const;
+
+    Json arguments_;
+    std::optional<ImportedDataset> dataset_;
+    mutable std::set<std::string> askedFor_;
+};
+
+}  // namespace sorvane

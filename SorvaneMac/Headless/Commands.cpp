@@ -1,0 +1,40 @@
+#include "SorvaneMac/Headless/Commands.h"
+
+#include <algorithm>
+#include <array>
+#include <ostream>
+#include <string_view>
+
+namespace sorvane::Commands {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> words = {"call", "procedures", "describe", "run"};
+
+}  // namespace
+
+bool isCommand(const std::string& word) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+ExitStatus run(const std::vector<std::string>& words, const std::filesystem::path& resources,
+               CommandStreams streams) {
+    const std::string& command = words.front();
+    const std::vector<std::string> rest(words.begin() + 1, words.end());
+    if (command == "call") {
+        return callCommand(rest, streams);
+    }
+    if (command == "procedures") {
+        return proceduresCommand(streams);
+    }
+    if (command == "describe") {
+        return describeCommand(rest, streams);
+    }
+    if (command == "run") {
+        return runCommand(rest, resources, streams);
+    }
+    streams.error << "There is no command \"" << command << "\".\n";
+    return ExitStatus::badArguments;
+}
+
+}  // namespace sorvane::Commands

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "SorvaneMac/Headless/CallArguments.h"
+
+namespace sorvane {
+
+/// One argument of a procedure, as `sorvane procedures` lists it.
+struct ProcedureArgument {
+    std::string name;
+    /// "column", "list of columns", "number" and so on.
+    std::string kind;
+    bool isOptional = false;
+};
+BOOST_DESCRIBE_STRUCT(ProcedureArgument, (), (name, kind, isOptional))
+
+/// An engine procedure that can be called by name: JSON arguments in, its JSON result out.
+struct Procedure {
+    std::string name;
+    std::vector<ProcedureArgument> arguments;
+    std::function<Json(const CallArguments&)> call;
+};
+
+/// Every engine procedure by its name, such as "ReliabilityAnalyzer.analyze".
+namespace ProcedureTable {
+
+const std::vector<Procedure>& all();
+/// Null for a name that is not there.
+const Procedure* find(std::string_view name);
+
+}  // namespace ProcedureTable
+
+/// The procedures of each room, in the order in which they are listed.
+std::vector<Procedure> numericsProcedures();
+std::vector<Procedure> datasetProcedures();
+std::vector<Procedure> analysesProcedures();
+
+/// How arguments are declared where a procedure is bound: each reads itself from a call.
+namespace arguments {
+
+/// A column of numbers.
+struct Column {
+    std::string name;
+    NumericColumn read(const CallArguments& call) const { return call.numericColumn(name); }
+    std::vector<ProcedureArgument> listed() const { return {{name, "column of numbers"}}; }
+};
+
+/// A column of numbers, those that are present.
+struct PresentNumbers {
+    std::string name;
+    std::vector<double> read(const CallArguments& call) const {
+        return call.numericColumn(name).present();
+    }
+    std::vector<ProcedureArgument> listed() const { return {{name, "column of numbers"}}; }
+};
+
+/// A column of texts.
+struct Texts {
+    std::string name;
+    std::vector<std::string> read(const CallArguments& call) const { return call.textColumn(name); }
+    std::vector<ProcedureArgument> listed() const { return {{name, "column of texts"}}; }
+};
+
+/// Columns of numbers, which a list of names may name too.
+struct Columns {
+    std::string name;
+    std::string namesKey;
+    std::vector<NumericColumn> read(const CallArguments& call) const {
+        return call.numericColumns(name, namesKey);
+    }
+    std::vector<ProcedureArgument> listed() const {
+        return {{name, "list of columns of numbers", true}};
+    }
+};
+
+/// The names of such columns.
+struct Names {
+    std::string name;
+    std::string columnsKey;
+    std::vector<std::string> read(const CallArguments& call) const {
+        return call.columnNames(name, columnsKey);
+    }
+    std::vector<ProcedureArgument> listed() const { return {{name, "list of names", true}}; }
+};
+
+/// A value that must be given.
+template <typename T>
+struct Value {
+    std::string name;
+    T read(const CallArguments& call) const { return call.required<T>(name); }
+    std::vector<ProcedureArgument> listed() const { return {{name, "value"}}; }
+};
+
+/// A value that may be left out.
+template <typename T>
+struct Setting {
+    std::string name;
+    T fallback{};
+    T read(const CallArguments& call) const { return call.setting<T>(name, fallback); }
+    std::vector<ProcedureArgument> listed() const { return {{name, "setting", true}}; }
+};
+
+/// All settings of a procedure that takes them as one struct.
+template <typename T>
+struct Settings {
+    T read(const CallArguments& call) const { return call.settings<T>(); }
+    std::vector<ProcedureArgument> listed() const {
+        std::vector<ProcedureArgument> result;
+        boost::mp11::mp_for_each<record_json::Members<T>>([&result](auto member) {
+            result.push_back({member.name, "setting", true});
+        });
+        return result;
+    }
+};
+
+}  // namespace arguments
+
+/// Binds a function to a name: each declared argument is read from the call and passed on in order.
+template <typename Function, typename... Arguments>
+Procedure procedure(std::string name, Function function, Arguments... declared) {
+    Procedure result;
+    result.name = std::move(name);
+    (
+        [&result](std::vector<ProcedureArgument> listed) {
+            result.arguments.insert(result.arguments.end(), listed.begin(), listed.end());
+        }(declared.listed()),
+        ...);
+    result.call = [function, declared = std::make_tuple(std::move(declared)...)](
+                      const CallArguments& call) {
+        // Braces, so that arguments are read in the order in which they are declared.
+        auto values = std::apply(
+            [&call](const auto&... each) { return std::tuple{each.read(call)...}; }, declared);
+        call.expectNoOthers();
+        return toJson(std::apply(function, std::move(values)));
+    };
+    return result;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,221 @@
+#include "SorvaneMac/Headless/StudioScript.h"
+
+#include <algorithm>
+#include <array>
+
+#include "SorvaneMac/Headless/OperationTable.h"
+#include "SorvaneMac/Report/RichDocument.h"
+#include "SorvaneMac/Report/ReportFiles.h"
+
+namespace sorvane {
+
+namespace {
+
+/// A step that the workspace refuses; the text is its message.
+class StepRefused : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A step that is not one.
+constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
+
+/// The fields in which the workspace says something.
+constexpr std::array<std::string_view, 5> messageFields = {"importError", "projectMessage",
+                                                           "projectError", "saveStatusMessage",
+                                                           "scaleScoreCreationMessage"};
+
+Json messages(const StudioState& state) {
+    Json said = Json::object();
+    for (const std::string_view name : messageFields) {
+        const AnyField* field = state.fields.find(name);
+        if (const Json value = field->json(); !value.is_null()) {
+            said[std::string(name)] = value;
+        }
+    }
+    return said;
+}
+
+template <typename T>
+T argumentOf(const Json& json) {
+    try {
+        return fromJson<T>(json);
+    } catch (const RecordJsonError& error) {
+        throw StepRefused(std::string("The step's argument ") + error.what() + ".");
+    }
+}
+
+}  // namespace
+
+StudioScript::StudioScript(StudioState& state, StudioScreens& screens,
+                           std::filesystem::path folder, std::filesystem::path output)
+    : state_(state), screens_(screens), folder_(std::move(folder)), output_(std::move(output)) {}
+
+StepOutcome StudioScript::perform(const Json& step) {
+    StepOutcome outcome;
+    outcome.report = Json::object();
+    try {
+        if (!step.is_object() || step.size() != 1) {
+            throw StepRefused(std::string(stepForm));
+        }
+        const std::string& name = step.begin().key();
+        outcome.report["step"] = name;
+        Json gave = performNamed(name, step.begin().value());
+        for (auto& [key, value] : gave.items()) {
+            outcome.report[key] = std::move(value);
+        }
+    } catch (const StepRefused& refused) {
+        outcome.refusal = refused.what();
+        outcome.report["refused"] = refused.what();
+    } catch (const CallError& error) {
+        outcome.refusal = error.what();
+        outcome.report["refused"] = error.what();
+    }
+    outcome.report["dataset"] = state_.dataset().name;
+    outcome.report["rows"] = state_.dataset().rowCount();
+    outcome.report["columns"] = state_.dataset().columnCount();
+    outcome.report["screen"] = std::string(rawValue(state_.selection.get()));
+    outcome.report["staged"] = state_.reportItems->size();
+    outcome.report["messages"] = messages(state_);
+    return outcome;
+}
+
+Json StudioScript::performNamed(const std::string& name, const Json& argument) {
+    using Step = Json (StudioScript::*)(const Json&);
+    static const std::map<std::string, Step> steps = {
+        {"import", &StudioScript::importFile}, {"paste", &StudioScript::paste},
+        {"blank", &StudioScript::blank},       {"set", &StudioScript::setFields},
+        {"do", &StudioScript::doOperation},    {"run", &StudioScript::runScreen},
+        {"stage", &StudioScript::stageScreen}, {"assemble", &StudioScript::assemble},
+        {"export", &StudioScript::exportReport}};
+    const auto step = steps.find(name);
+    if (step == steps.end()) {
+        throw StepRefused("There is no step \"" + name + "\" in this version.");
+    }
+    return (this->*step->second)(argument);
+}
+
+Json StudioScript::importFile(const Json& argument) {
+    const std::filesystem::path file = folder_ / argumentOf<std::string>(argument);
+    if (!state_.handleIncomingImport(file)) {
+        state_.confirmPendingImport();
+    }
+    if (state_.data.importError.get()) {
+        throw StepRefused(*state_.data.importError.get());
+    }
+    return Json::object();
+}
+
+Json StudioScript::paste(const Json& argument) {
+    state_.importPastedData(argumentOf<std::string>(argument));
+    if (state_.data.importError.get()) {
+        throw StepRefused(*state_.data.importError.get());
+    }
+    return Json::object();
+}
+
+Json StudioScript::blank(const Json& argument) {
+    if (!argument.is_object() || argument.empty()) {
+        state_.beginBlankDataset();
+        return Json::object();
+    }
+    OperationTable::find("createBlankDataset")->run(state_, {argument, std::nullopt});
+    return Json::object();
+}
+
+Json StudioScript::setFields(const Json& argument) {
+    if (!argument.is_object()) {
+        throw StepRefused("The step \"set\" needs an object of field names and values.");
+    }
+    for (const auto& [name, value] : argument.items()) {
+        AnyField* const field = state_.fields.find(name);
+        if (!field) {
+            throw StepRefused("There is no field \"" + name + "\".");
+        }
+        try {
+            field->setJson(value);
+        } catch (const RecordJsonError& error) {
+            throw StepRefused("The field \"" + name + "\" " + error.what() + ".");
+        }
+    }
+    return Json::object();
+}
+
+Json StudioScript::doOperation(const Json& argument) {
+    const bool bare = argument.is_string();
+    if (!bare && !(argument.is_object() && argument.size() == 1)) {
+        throw StepRefused("The step \"do\" needs the name of one operation, with its arguments.");
+    }
+    const std::string name = bare ? argument.get<std::string>() : argument.begin().key();
+    const Operation* operation = OperationTable::find(name);
+    if (!operation) {
+        throw StepRefused("There is no operation \"" + name + "\".");
+    }
+    const CallArguments given(bare ? Json::object() : argument.begin().value(), std::nullopt);
+    operation->run(state_, given);
+    given.expectNoOthers();
+    return Json::object();
+}
+
+Json StudioScript::runScreen(const Json& argument) {
+    const auto id = argumentOf<StudioScreen>(argument);
+    state_.selection.set(id);
+    screens_.appear(id);
+    Screen& screen = screens_.at(id);
+    if (const std::optional<std::string> refusal = screen.run()) {
+        throw StepRefused(*refusal);
+    }
+    Json gave = Json::object();
+    gave["result"] = screen.result();
+    return gave;
+}
+
+Json StudioScript::stageScreen(const Json& argument) {
+    const auto id = argumentOf<StudioScreen>(argument);
+    screens_.appear(id);
+    const ScreenContent content = screens_.at(id).content();
+    if (!content.item) {
+        throw StepRefused(content.gate ? content.gate->title + ". " + content.gate->text
+                                       : "The screen shows no finding to stage.");
+    }
+    state_.addToReport(*content.item);
+    Json gave = Json::object();
+    gave["title"] = content.item->title;
+    gave["apaSummary"] = content.item->apaSummary;
+    return gave;
+}
+
+Json StudioScript::assemble(const Json&) {
+    if (state_.reportItems->empty()) {
+        throw StepRefused("Stage at least one result first.");
+    }
+    state_.assembleReport();
+    return Json::object();
+}
+
+Json StudioScript::exportReport(const Json& argument) {
+    const auto names = argumentOf<std::map<std::string, std::string>>(argument);
+    const std::optional<std::vector<std::uint8_t>>& bytes = state_.reportRTFData.get();
+    const std::optional<RichDocument> document = bytes ? decode(*bytes) : std::nullopt;
+    if (!document) {
+        throw StepRefused("Assemble the report first.");
+    }
+    Json files = Json::array();
+    for (const auto& [format, name] : names) {
+        const std::optional<ReportFormat> known = reportFormat(format);
+        if (!known) {
+            throw StepRefused("There is no report format \"" + format +
+                              "\"; there are docx, pdf, rtf and md.");
+        }
+        const std::filesystem::path file = output_ / name;
+        if (const std::optional<std::string> failure = writeReport(*document, *known, file)) {
+            throw StepRefused(*failure);
+        }
+        files.push_back(file.string());
+    }
+    Json gave = Json::object();
+    gave["files"] = std::move(files);
+    return gave;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Screens/StudioScreens.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// What the workspace says after one step of a script.
+struct StepOutcome {
+    /// One object: the step, the table's size, the screen, messages, and what the step gave.
+    Json report;
+    /// Why the workspace refused the step; absent when it was carried out.
+    std::optional<std::string> refusal;
+};
+
+/// Drives the workspace through the operations that the window calls.
+///
+/// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
+/// to values), `do` (an operation by name, or an object of one operation and its arguments), `run`
+/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name).
+class StudioScript {
+public:
+    /// Files that a step names are looked up in `folder`, files that it writes go to `output`.
+    StudioScript(StudioState& state, StudioScreens& screens, std::filesystem::path folder,
+                 std::filesystem::path output);
+
+    StepOutcome perform(const Json& step);
+
+private:
+    Json performNamed(const std::string& name, const Json& argument);
+    Json importFile(const Json& argument);
+    Json paste(const Json& argument);
+    Json blank(const Json& argument);
+    Json setFields(const Json& argument);
+    Json doOperation(const Json& argument);
+    Json runScreen(const Json& argument);
+    Json stageScreen(const Json& argument);
+    Json assemble(const Json& argument);
+    Json exportReport(const Json& argument);
+
+    StudioState& state_;
+    StudioScreens& screens_;
+    std::filesystem::path folder_;
+    std::filesystem::path output_;
+};
+
+}  // namespace sorvane

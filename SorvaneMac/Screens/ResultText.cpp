@@ -1,0 +1,47 @@
+#include "SorvaneMac/Screens/ResultText.h"
+
+#include <cmath>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane::ResultText {
+
+namespace {
+
+constexpr double significanceLevel = 0.05;
+
+}  // namespace
+
+std::string pSentence(double p) {
+    if (!std::isfinite(p)) {
+        return "p = --";
+    }
+    const std::string text = NumberText::pValue(p);
+    return text.starts_with("<") ? "p " + text : "p = " + text;
+}
+
+std::string count(std::int64_t value) {
+    return NumberText::integer(value);
+}
+
+std::string_view significanceWords(double p) {
+    return p < significanceLevel ? "statistically significant" : "not statistically significant";
+}
+
+std::vector<std::string> messages(const AnalysisReadiness& readiness) {
+    std::vector<std::string> result;
+    for (const AnalysisReadinessIssue& issue : readiness.issues) {
+        result.push_back(issue.message);
+    }
+    return result;
+}
+
+Gate noDataGate() {
+    return {.title = "No dataset loaded",
+            .lead = "Import a file or create a blank grid",
+            .text =
+                "This screen works on the columns of a dataset. Go to Import Data to bring in "
+                "a CSV, TSV or text file, or to start a blank grid."};
+}
+
+}  // namespace sorvane::ResultText

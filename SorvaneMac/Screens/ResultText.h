@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "SorvaneCore/Analyses/Basics/AnalysisReadiness.h"
+#include "SorvaneMac/Screens/ScreenContent.h"
+
+/// Pieces of text and of content that screens share.
+namespace sorvane::ResultText {
+
+/// "p < .001" or "p = .045"; "p = --" where it could not be had.
+std::string pSentence(double p);
+/// A count in plain digits.
+std::string count(std::int64_t value);
+/// "statistically significant" or "not statistically significant", at p < .05.
+std::string_view significanceWords(double p);
+/// The messages of the issues, in order.
+std::vector<std::string> messages(const AnalysisReadiness& readiness);
+
+/// What a screen shows while there is no table.
+Gate noDataGate();
+
+}  // namespace sorvane::ResultText
