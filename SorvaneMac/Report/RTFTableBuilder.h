@@ -1,0 +1,43 @@
+#pragma once
+
+#include <vector>
+
+#include "SorvaneMac/Report/RichDocument.h"
+
+namespace sorvane {
+
+/// Puts the rows of an RTF table, which only know where their cells end, on one grid of columns.
+class RTFTableBuilder {
+public:
+    struct CellDefinition {
+        /// The right edge, in twips.
+        int rightEdge = 0;
+        /// In points.
+        double topBorder = 0;
+        double bottomBorder = 0;
+        /// Belongs to the cell on its left.
+        bool mergedWithPrevious = false;
+    };
+    using Cell = std::vector<Paragraph>;
+
+    bool isEmpty() const { return rows_.empty(); }
+
+    /// Input  definitions may be fewer than the cells; the remaining ones follow at an inch each
+    void addRow(std::vector<CellDefinition> definitions, std::vector<Cell> cells);
+
+    /// The paragraphs of the finished table, after which the builder is empty.
+    std::vector<Paragraph> take(int table);
+
+private:
+    struct PlacedCell {
+        int left = 0;
+        CellDefinition definition{};
+        Cell paragraphs{};
+    };
+
+    std::vector<int> columnEdges() const;
+
+    std::vector<std::vector<PlacedCell>> rows_;
+};
+
+}  // namespace sorvane
