@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "SorvaneCore/Prepare/OutlierMethod.h"
+#include "SorvaneMac/State/Field.h"
+
+namespace sorvane {
+
+/// The checks of Data Quality.
+struct CleaningFields {
+    explicit CleaningFields(FieldRegistry& fields);
+
+    Field<VariableName> clVar;
+    /// Bounds as the user typed them.
+    Field<std::string> clLower;
+    Field<std::string> clUpper;
+    Field<OutlierMethod> clOutlierMethod;
+    Field<std::optional<std::string>> clMessage;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,36 @@
+#include "SorvaneMac/Screens/CompareMeansFields.h"
+
+namespace sorvane {
+
+std::string_view rawValue(TTestType type) {
+    switch (type) {
+        case TTestType::auto_:
+            return "auto";
+        case TTestType::welch:
+            return "welch";
+        case TTestType::student:
+            return "student";
+    }
+    return {};
+}
+
+CompareMeansFields::CompareMeansFields(FieldRegistry& fields)
+    : cmTest(fields, "cmTest", InferentialTest::tTest, ResetRule::kept),
+      rmColumns(fields, "rmColumns"),
+      cmOutcome(fields, "cmOutcome"),
+      cmGrouping(fields, "cmGrouping"),
+      cmGroup1(fields, "cmGroup1"),
+      cmGroup2(fields, "cmGroup2"),
+      cmTestType(fields, "cmTestType", TTestType::auto_, ResetRule::kept),
+      cmConfidence(fields, "cmConfidence", 95, ResetRule::kept),
+      cmHasRun(fields, "cmHasRun"),
+      cmResultTab(fields, "cmResultTab", "result", ResetRule::kept),
+      cmAssumptionFindings(fields, "cmAssumptionFindings"),
+      cmAssumptionsExpanded(fields, "cmAssumptionsExpanded", true, ResetRule::kept),
+      cmPairBefore(fields, "cmPairBefore"),
+      cmPairAfter(fields, "cmPairAfter"),
+      cmAncovaOutcome(fields, "cmAncovaOutcome"),
+      cmAncovaGroup(fields, "cmAncovaGroup"),
+      cmAncovaCovariates(fields, "cmAncovaCovariates") {}
+
+}  // namespace sorvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <boost/describe/enum.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
+#include "SorvaneMac/State/Field.h"
+
+namespace sorvane {
+
+enum class InferentialTest { tTest, pairedTTest, anova, repeatedMeasures, ancova };
+BOOST_DESCRIBE_ENUM(InferentialTest, tTest, pairedTTest, anova, repeatedMeasures, ancova)
+
+/// How two independent means are compared; automatic means Welch's test.
+enum class TTestType { auto_, welch, student };
+BOOST_DESCRIBE_ENUM(TTestType, auto_, welch, student)
+std::string_view rawValue(TTestType type);
+
+/// The selections of Compare Means.
+struct CompareMeansFields {
+    explicit CompareMeansFields(FieldRegistry& fields);
+
+    Field<InferentialTest> cmTest;
+    Field<NameSet> rmColumns;
+    Field<VariableName> cmOutcome;
+    Field<VariableName> cmGrouping;
+    /// Categories of `cmGrouping`.
+    Field<std::string> cmGroup1;
+    Field<std::string> cmGroup2;
+    Field<TTestType> cmTestType;
+    /// In percent.
+    Field<std::int64_t> cmConfidence;
+    Field<bool> cmHasRun;
+    Field<std::string> cmResultTab;
+    Field<std::optional<std::vector<AssumptionFinding>>> cmAssumptionFindings;
+    Field<bool> cmAssumptionsExpanded;
+    Field<VariableName> cmPairBefore;
+    Field<VariableName> cmPairAfter;
+    Field<VariableName> cmAncovaOutcome;
+    Field<VariableName> cmAncovaGroup;
+    Field<NameSet> cmAncovaCovariates;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,11 @@
+#include "SorvaneMac/Screens/CorrelationFields.h"
+
+namespace sorvane {
+
+CorrelationFields::CorrelationFields(FieldRegistry& fields)
+    : corrX(fields, "corrX"),
+      corrY(fields, "corrY"),
+      corrControl(fields, "corrControl"),
+      corrMatrixVars(fields, "corrMatrixVars") {}
+
+}  // namespace sorvane

@@ -1,0 +1,8 @@
+#include "SorvaneMac/Screens/InvarianceFields.h"
+
+namespace sorvane {
+
+InvarianceFields::InvarianceFields(FieldRegistry& fields)
+    : invItems(fields, "invItems"), invGroup(fields, "invGroup"), invHasRun(fields, "invHasRun") {}
+
+}  // namespace sorvane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <boost/describe/enum.hpp>
+#include <string>
+
+#include "SorvaneMac/State/Field.h"
+
+namespace sorvane {
+
+enum class NPTest {
+    mannWhitney,
+    wilcoxon,
+    kruskalWallis,
+    friedman,
+    chiSquare,
+    goodnessOfFit,
+    fisher,
+    mcnemar
+};
+BOOST_DESCRIBE_ENUM(NPTest,
+                    mannWhitney,
+                    wilcoxon,
+                    kruskalWallis,
+                    friedman,
+                    chiSquare,
+                    goodnessOfFit,
+                    fisher,
+                    mcnemar)
+
+/// The selections of Nonparametric & Categorical.
+struct NonparametricFields {
+    explicit NonparametricFields(FieldRegistry& fields);
+
+    Field<NPTest> npTest;
+    Field<VariableName> npOutcome;
+    Field<VariableName> npGroup;
+    /// Categories of `npGroup`.
+    Field<std::string> npG1;
+    Field<std::string> npG2;
+    Field<VariableName> npBefore;
+    Field<VariableName> npAfter;
+    Field<VariableName> npRowCat;
+    Field<VariableName> npColCat;
+    Field<VariableName> npGoFVar;
+    Field<NameSet> npFriedmanItems;
+    Field<bool> npHasRun;
+    Field<std::string> npResultTab;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,8 @@
+#include "SorvaneMac/Screens/StructuralFields.h"
+
+namespace sorvane {
+
+StructuralFields::StructuralFields(FieldRegistry& fields)
+    : semModel(fields, "semModel"), semHasRun(fields, "semHasRun") {}
+
+}  // namespace sorvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "SorvaneCore/Prepare/RecodeRules.h"
+#include "SorvaneCore/Prepare/VariableOperations.h"
+#include "SorvaneMac/State/Field.h"
+
+namespace sorvane {
+
+/// The forms that compute, rename, delete and recode variables.
+struct VariableEditorFields {
+    explicit VariableEditorFields(FieldRegistry& fields);
+
+    Field<std::string> cvName;
+    /// "aggregate" or "pair".
+    Field<std::string> cvKind;
+    Field<AggregateOp> cvAggOp;
+    Field<NameSet> cvSources;
+    /// The share of sources that a row must have.
+    Field<double> cvMinCompletion;
+    Field<VariableName> cvVarA;
+    Field<VariableName> cvVarB;
+    Field<PairOp> cvPairOp;
+    Field<std::optional<std::string>> cvMessage;
+    Field<VariableName> dvName;
+    Field<std::string> dvNewName;
+    Field<std::optional<std::string>> dvMessage;
+    Field<VariableName> rcSource;
+    Field<std::string> rcName;
+    Field<bool> rcReplace;
+    /// "value", "range" or "reverse".
+    Field<std::string> rcMode;
+    Field<std::vector<ValueRecodeRule>> rcValueRules;
+    Field<std::vector<RangeRecodeRule>> rcRangeRules;
+    Field<bool> rcCopyUnmatched;
+    Field<double> rcReverseMin;
+    Field<double> rcReverseMax;
+    Field<std::optional<std::string>> rcMessage;
+};
+
+}  // namespace sorvane
