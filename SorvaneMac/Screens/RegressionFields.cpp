@@ -2,6 +2,20 @@
 
 namespace sorvane {
 
+std::string_view displayName(RegressionModel model) {
+    switch (model) {
+        case RegressionModel::linear:
+            return "Linear Regression (OLS)";
+        case RegressionModel::logistic:
+            return "Binary Logistic Regression";
+        case RegressionModel::poisson:
+            return "Poisson Regression";
+        case RegressionModel::ordinal:
+            return "Ordinal Regression (Proportional Odds)";
+    }
+    return "";
+}
+
 RegressionFields::RegressionFields(FieldRegistry& fields)
     : regModel(fields, "regModel", RegressionModel::linear, ResetRule::kept),
       regOutcome(fields, "regOutcome"),

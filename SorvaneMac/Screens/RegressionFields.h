@@ -2,6 +2,7 @@
 
 #include <boost/describe/enum.hpp>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
@@ -11,6 +12,9 @@ namespace sorvane {
 
 enum class RegressionModel { linear, logistic, poisson, ordinal };
 BOOST_DESCRIBE_ENUM(RegressionModel, linear, logistic, poisson, ordinal)
+
+/// The model's name as the user reads it.
+std::string_view displayName(RegressionModel model);
 
 /// The selections of Regression.
 struct RegressionFields {

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
-#include "SorvaneMac/Report/RTFWriter.h"
+#include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Report/ReportExporter.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -56,10 +56,8 @@ void StudioState::clearReport() {
 }
 
 void StudioState::assembleReport() {
-    const RichDocument document =
-        ReportExporter::attributed(reportItems.get(), dataset().name, dataset().rowCount());
-    const std::string rtf = RTFWriter::write(document);
-    reportRTFData.replace(std::vector<std::uint8_t>(rtf.begin(), rtf.end()));
+    reportRTFData.replace(
+        encode(ReportExporter::attributed(reportItems.get(), dataset().name, dataset().rowCount())));
 }
 
 std::string StudioState::trimmedNote(StudioScreen screen) const {

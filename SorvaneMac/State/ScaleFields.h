@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "SorvaneCore/Analyses/ReliabilityAnalyzer.h"
+#include "SorvaneCore/Analyses/Basics/ScaleScoring.h"
 #include "SorvaneCore/Import/ScaleItemClassifier.h"
 #include "SorvaneMac/State/Field.h"
 

@@ -1,0 +1,253 @@
+#include "SorvaneMac/Screens/CorrelationScreen.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Report/SignificanceFormatting.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::numericVariables;
+
+constexpr std::string_view caution =
+    "Correlation is association, not causation; check for outliers and nonlinearity.";
+constexpr std::string_view starLegend = "* p < .05. ** p < .01. *** p < .001.";
+constexpr std::size_t seededMatrixVariables = 4;
+
+std::vector<std::string> measureRow(std::string name,
+                                    const std::optional<CorrelationResult>& result) {
+    if (!result) {
+        return {std::move(name), "--", "--", "--"};
+    }
+    return {std::move(name), svFmt(result->r, 3), ResultText::count(result->n),
+            SignificanceFormatting::pValueText(result->pValue, false)};
+}
+
+std::string starred(const std::optional<CorrelationResult>& result) {
+    if (!result) {
+        return "--";
+    }
+    return svFmtBounded(result->r, 2) + std::string(SignificanceFormatting::stars(result->pValue));
+}
+
+std::string strengthWord(double r) {
+    const double size = std::abs(r);
+    return size < 0.1 ? "negligible" : size < 0.3 ? "small" : size < 0.5 ? "moderate" : "large";
+}
+
+}  // namespace
+
+void CorrelationScreen::seed() {
+    const std::vector<std::string> names = VariableLists::names(numericVariables(state_.dataset()));
+    if (fields_.corrX->isBlank() && !names.empty()) {
+        fields_.corrX.set({names.front()});
+    }
+    if (fields_.corrY->isBlank()) {
+        const auto other = std::find_if(names.begin(), names.end(), [this](const auto& name) {
+            return name != fields_.corrX->name;
+        });
+        fields_.corrY.set({other == names.end() ? std::string() : *other});
+    }
+    if (fields_.corrMatrixVars->empty()) {
+        const auto end = names.begin() +
+                         static_cast<std::ptrdiff_t>(std::min(names.size(), seededMatrixVariables));
+        fields_.corrMatrixVars.set(NameSet(names.begin(), end));
+    }
+}
+
+SetupForm CorrelationScreen::setup() {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    SetupForm form;
+    form.title = "Correlation";
+    form.controls = {
+        HeadingControl{"PAIR"},
+        variablePicker("First variable", fields_.corrX, numeric),
+        variablePicker("Second variable", fields_.corrY, numeric),
+        optionalVariablePicker("Control for", fields_.corrControl, numeric, "No control variable"),
+        HeadingControl{"MATRIX"},
+        variableCheckList("Study variables", fields_.corrMatrixVars, numeric),
+    };
+    return form;
+}
+
+bool CorrelationScreen::hasPair() const {
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    return fields_.corrX.get() != fields_.corrY.get() &&
+           VariableLists::contains(numeric, fields_.corrX->name) &&
+           VariableLists::contains(numeric, fields_.corrY->name);
+}
+
+PairCorrelations CorrelationScreen::pairCorrelations() const {
+    const ImportedDataset& dataset = state_.dataset();
+    const NumericColumn x = dataset.numericColumn(fields_.corrX->name);
+    const NumericColumn y = dataset.numericColumn(fields_.corrY->name);
+    PairCorrelations pair{.pearson = RelationshipTests::pearson(x, y),
+                          .spearman = RelationshipTests::spearman(x, y),
+                          .kendallTauB = RelationshipTests::kendallTauB(x, y),
+                          .partial = std::nullopt};
+    if (!fields_.corrControl->isBlank()) {
+        const std::vector<NumericColumn> control = {
+            dataset.numericColumn(fields_.corrControl->name)};
+        pair.partial = RelationshipTests::partialCorrelation(x, y, control);
+    }
+    return pair;
+}
+
+ScreenContent CorrelationScreen::content() const {
+    ScreenContent content;
+    content.title = "Correlation";
+    content.subtitle = "Association between pairs of numeric variables.";
+    if (!state_.hasData()) {
+        content.gate = ResultText::noDataGate();
+        return content;
+    }
+    if (!hasPair()) {
+        content.gate = {.title = "Need two numeric variables",
+                        .lead = "Pick two different variables",
+                        .text =
+                            "Choose them in the Setup panel. Numeric columns are offered; set "
+                            "a column numeric in Variable Types if it is missing."};
+        return content;
+    }
+    const PairCorrelations pair = pairCorrelations();
+    const auto& pearson = pair.pearson;
+    content.tiles = {
+        {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
+         pearson ? strengthWord(pearson->r) + " association" : "could not be computed"},
+        {"p-value", pearson ? SignificanceFormatting::pValueText(pearson->pValue, false) : "--",
+         "two-tailed"},
+        {"Cases used", pearson ? ResultText::count(pearson->n) : "--", "complete pairs"}};
+    content.cards.push_back(pairCard(pair));
+    content.cards.push_back({.title = "Scatter plot",
+                             .subtitle = fields_.corrY->name + " by " + fields_.corrX->name,
+                             .charts = {scatter()}});
+    if (pearson) {
+        content.findings.push_back(pairFinding(pair));
+    }
+    const std::vector<std::string> names =
+        FormControls::chosen(fields_.corrMatrixVars.get(), numericVariables(state_.dataset()));
+    if (names.size() >= 2) {
+        Finding finding = matrixFinding(names);
+        content.cards.push_back({.title = "Correlation matrix",
+                                 .subtitle = "Means, standard deviations and Pearson correlations",
+                                 .tables = {*finding.item.table},
+                                 .wide = true});
+        content.findings.push_back(std::move(finding));
+    }
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = {std::string(caution)}, .wide = true});
+    return content;
+}
+
+Card CorrelationScreen::pairCard(const PairCorrelations& pair) const {
+    ReportTable table;
+    table.headers = {"Measure", "r", "n", "p"};
+    table.rows = {measureRow("Pearson r", pair.pearson), measureRow("Spearman rho", pair.spearman),
+                  measureRow("Kendall tau-b", pair.kendallTauB)};
+    if (!fields_.corrControl->isBlank()) {
+        table.rows.push_back(
+            measureRow("Partial r, controlling " + fields_.corrControl->name, pair.partial));
+    }
+    return {.title = fields_.corrX->name + " and " + fields_.corrY->name,
+            .subtitle = "Pairs with both values present",
+            .tables = {std::move(table)}};
+}
+
+Chart CorrelationScreen::scatter() const {
+    const NumericColumn x = state_.dataset().numericColumn(fields_.corrX->name);
+    const NumericColumn y = state_.dataset().numericColumn(fields_.corrY->name);
+    return scatterChart({.name = fields_.corrX->name, .values = x},
+                        {.name = fields_.corrY->name, .values = y});
+}
+
+Finding CorrelationScreen::pairFinding(const PairCorrelations& pair) const {
+    const CorrelationResult& pearson = *pair.pearson;
+    const std::string& x = fields_.corrX->name;
+    const std::string& y = fields_.corrY->name;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Correlation: " + x + " and " + y;
+    item.apaSummary = "A Pearson correlation between " + x + " and " + y + " was " +
+                      std::string(ResultText::significanceWords(pearson.pValue)) + ", r(" +
+                      ResultText::count(pearson.n - 2) + ") = " + svFmtBounded(pearson.r, 2) +
+                      ", " + ResultText::pSentence(pearson.pValue) + ".";
+    item.table = pairCard(pair).tables.front();
+    item.table->note =
+        "Pairs with a missing value are left out. Spearman and Kendall are rank "
+        "correlations; p is two-tailed.";
+    item.caution = std::string(caution);
+    item.figureCaption = "Scatter plot of " + y + " by " + x + " with the least-squares line.";
+    return {.item = std::move(item), .figure = scatter()};
+}
+
+ReportTable CorrelationScreen::matrixTable(const std::vector<std::string>& names) const {
+    std::vector<NumericColumn> columns;
+    ReportTable table;
+    table.headers = {"Variable", "M", "SD"};
+    for (std::size_t j = 0; j < names.size(); ++j) {
+        columns.push_back(state_.dataset().numericColumn(names[j]));
+        table.headers.push_back(ResultText::count(static_cast<std::int64_t>(j) + 1));
+    }
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const DescriptiveSummary summary = DescriptiveStatistics::summary(columns[i]);
+        std::vector<std::string> row = {
+            ResultText::count(static_cast<std::int64_t>(i) + 1) + ". " + names[i],
+            svFmt(summary.mean, 2), svFmt(summary.standardDeviation, 2)};
+        for (std::size_t j = 0; j < names.size(); ++j) {
+            row.push_back(j < i    ? starred(RelationshipTests::pearson(columns[i], columns[j]))
+                          : j == i ? "—"
+                                   : "");
+        }
+        table.rows.push_back(std::move(row));
+    }
+    table.note = std::string("Pairwise deletion. ") + std::string(starLegend);
+    return table;
+}
+
+Finding CorrelationScreen::matrixFinding(const std::vector<std::string>& names) const {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Descriptive Statistics and Correlations for Study Variables";
+    item.apaSummary = "Descriptive statistics and Pearson correlations for " +
+                      ResultText::count(static_cast<std::int64_t>(names.size())) +
+                      " variables. See the table for means, standard deviations, and pairwise "
+                      "correlations with significance markers.";
+    item.table = matrixTable(names);
+    item.caution = std::string(caution);
+    return {.item = std::move(item), .figure = std::nullopt};
+}
+
+Guide CorrelationScreen::guide() const {
+    return {.answers =
+                "How closely two numeric variables move together, as a straight line "
+                "(Pearson) or in rank order (Spearman, Kendall).",
+            .needs =
+                "At least three cases with both values. Pearson suits roughly linear "
+                "relations without far outliers: look at the scatter plot first.",
+            .doNotClaim = {"Do not claim that one variable causes the other.",
+                           "Do not read a correlation near zero as no relation: it may be curved.",
+                           "Do not pick out single significant cells of a large matrix without "
+                           "saying how many were looked at."}};
+}
+
+std::optional<std::string> CorrelationScreen::run() {
+    if (const std::optional<Gate> gate = content().gate) {
+        return gate->title + ". " + gate->text;
+    }
+    return std::nullopt;
+}
+
+Json CorrelationScreen::result() const {
+    return hasPair() ? toJson(pairCorrelations()) : Json(nullptr);
+}
+
+}  // namespace sorvane

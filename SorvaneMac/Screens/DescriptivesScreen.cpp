@@ -1,0 +1,332 @@
+#include "SorvaneMac/Screens/DescriptivesScreen.h"
+
+#include <algorithm>
+#include <map>
+
+#include "SorvaneCore/Analyses/BoxPlotSummary.h"
+#include "SorvaneCore/Analyses/Histogram.h"
+#include "SorvaneCore/Analyses/StemAndLeaf.h"
+#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::descriptiveNumericVariables;
+
+constexpr std::size_t mostFields = 160;
+constexpr std::string_view mostFieldsNote =
+    "Showing the first 160 numeric fields to keep the screen responsive.";
+constexpr std::string_view reportNote =
+    "Descriptive summaries describe this sample only. They are not evidence of validity.";
+constexpr double significanceLevel = 0.05;
+
+const std::vector<std::string> summaryHeaders = {"Variable", "n",   "M",   "SD",
+                                                 "Median",   "Min", "Max", "Skewness"};
+
+std::vector<std::string> summaryRow(const std::string& name, const DescriptiveSummary& summary) {
+    return {name,
+            ResultText::count(summary.validN),
+            svFmt(summary.mean, 2),
+            svFmt(summary.standardDeviation, 2),
+            svFmt(summary.median, 2),
+            svFmt(summary.minimum, 2),
+            svFmt(summary.maximum, 2),
+            svFmt(summary.skewness, 2)};
+}
+
+EvidenceLine evidence(std::string title, const NormalityTestResult& result, std::string detail) {
+    return {
+        .tone = result.pValue < significanceLevel ? EvidenceTone::caution : EvidenceTone::met,
+        .title = title + svFmt(result.statistic, 3) + ", " + ResultText::pSentence(result.pValue),
+        .detail = std::move(detail)};
+}
+
+EvidenceLine shapiroWilkLine(const NormalityTestResult& result) {
+    const std::string n = "(n = " + ResultText::count(result.n) + ")";
+    return evidence(
+        "Shapiro-Wilk W = ", result,
+        result.pValue < significanceLevel
+            ? "Significant departure from normality " + n + "; a rank-based test may be safer."
+            : "No significant departure from normality " + n + ".");
+}
+
+EvidenceLine lillieforsLine(const NormalityTestResult& result) {
+    return evidence("Lilliefors KS D = ", result,
+                    "Kolmogorov-Smirnov test with estimated mean and SD.");
+}
+
+std::string plotText(const StemAndLeafPlot& plot) {
+    std::string text = "Stem unit " + NumberText::general(plot.stemUnit, 6) + "\n\n";
+    for (const StemAndLeafRow& row : plot.rows) {
+        const std::string stem = NumberText::integer(row.stem);
+        constexpr std::size_t stemWidth = 6;
+        text += std::string(stemWidth - std::min(stemWidth, stem.size()), ' ') + stem + " | ";
+        for (const std::int64_t leaf : row.leaves) {
+            text += NumberText::integer(leaf);
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+/// The present numbers of a column, by the texts of a grouping column, in order of first
+/// appearance.
+std::vector<std::pair<std::string, std::vector<double>>> valuesByGroup(const NumericColumn& values,
+                                                                       const TextColumn& groups) {
+    std::vector<std::pair<std::string, std::vector<double>>> result;
+    std::map<std::size_t, std::size_t> positionOfCode;
+    for (std::size_t row = 0; row < groups.size(); ++row) {
+        const std::optional<double> value = values[row];
+        const std::size_t code = groups.code(row);
+        if (!value || MissingValue::isMissing(groups.level(code))) {
+            continue;
+        }
+        const auto [entry, isNew] = positionOfCode.try_emplace(code, result.size());
+        if (isNew) {
+            result.push_back({std::string(groups.level(code)), {}});
+        }
+        result[entry->second].second.push_back(*value);
+    }
+    std::sort(result.begin(), result.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    return result;
+}
+
+void addBox(BoxPlot& plot, std::string label, std::span<const double> values) {
+    if (const std::optional<BoxPlotSummary> box = BoxPlotSummary::of(values)) {
+        plot.boxes.push_back({.label = std::move(label),
+                              .lowerWhisker = box->lowerWhisker,
+                              .firstQuartile = box->firstQuartile,
+                              .median = box->median,
+                              .thirdQuartile = box->thirdQuartile,
+                              .upperWhisker = box->upperWhisker,
+                              .outliers = box->outliers});
+    }
+}
+
+}  // namespace
+
+SetupForm DescriptivesScreen::setup() {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    SetupForm form;
+    form.title = "Descriptives & Explore";
+    form.controls = {
+        HeadingControl{"SETUP"},
+        variablePicker("Variable", state_.selectedDescriptiveVariableName,
+                       descriptiveNumericVariables(state_.dataset())),
+        optionalVariablePicker("Group by", state_.selectedDescriptiveGroupName,
+                               VariableLists::anovaGroupingVariables(state_.dataset()),
+                               "All cases"),
+    };
+    return form;
+}
+
+std::optional<Gate> DescriptivesScreen::gate() const {
+    if (!state_.hasData()) {
+        return ResultText::noDataGate();
+    }
+    if (!VariableLists::contains(descriptiveNumericVariables(state_.dataset()), variable())) {
+        return Gate{.title = "Need a numeric variable",
+                    .lead = "Pick a variable",
+                    .text =
+                        "Choose one in the Setup panel. Columns with numbers are offered unless "
+                        "their role is Administrative or Ignore; change roles in Variable "
+                        "Types."};
+    }
+    return std::nullopt;
+}
+
+DescriptiveSummary DescriptivesScreen::summary() const {
+    return DescriptiveStatistics::summary(state_.dataset().numericColumn(variable()),
+                                          {.variableName = variable(), .confidenceLevel = 0.95});
+}
+
+ScreenContent DescriptivesScreen::content() const {
+    ScreenContent content;
+    content.title = "Descriptives & Explore";
+    content.gate = gate();
+    if (content.gate) {
+        return content;
+    }
+    content.subtitle = "What the values of one variable look like, before anything is tested.";
+    const DescriptiveSummary figures = summary();
+    content.tiles = {
+        {"Valid n", ResultText::count(figures.validN), variable()},
+        {"Mean", svFmt(figures.mean, 2),
+         "95% CI " + svFmt(figures.confidenceIntervalLower, 2) + " to " +
+             svFmt(figures.confidenceIntervalUpper, 2)},
+        {"SD", svFmt(figures.standardDeviation, 2), "sample"},
+        {"Median", svFmt(figures.median, 2), "IQR " + svFmt(figures.interquartileRange, 2)},
+        {"Minimum", svFmt(figures.minimum, 2), ""},
+        {"Maximum", svFmt(figures.maximum, 2), ""},
+        {"Missing", ResultText::count(figures.missingN), "of " + ResultText::count(figures.totalN)},
+        {"Skewness", svFmt(figures.skewness, 2), ""}};
+    for (std::optional<Chart>& chart : std::vector{histogram(), boxPlot()}) {
+        if (chart) {
+            const std::string title = chart->title;
+            content.cards.push_back({.title = title, .charts = {std::move(*chart)}});
+        }
+    }
+    content.cards.push_back(normalityCard());
+    if (std::optional<Card> plot = stemAndLeafCard()) {
+        content.cards.push_back(std::move(*plot));
+    }
+    content.cards.push_back(allFieldsCard());
+    std::vector<std::string> cautions = ResultText::messages(figures.readiness);
+    cautions.emplace_back(reportNote);
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+    if (figures.validN > 0) {
+        content.findings.push_back(finding(figures));
+    }
+    return content;
+}
+
+std::optional<Chart> DescriptivesScreen::histogram() const {
+    const std::optional<HistogramBins> bins =
+        Histogram::bins(state_.dataset().numericColumn(variable()));
+    if (!bins) {
+        return std::nullopt;
+    }
+    Chart chart;
+    chart.title = group().empty() ? "Histogram" : "Histogram (all cases)";
+    chart.xLabel = variable();
+    chart.yLabel = "Cases";
+    chart.plot = HistogramPlot{.edges = bins->edges, .counts = bins->counts};
+    return chart;
+}
+
+std::optional<Chart> DescriptivesScreen::boxPlot() const {
+    const NumericColumn values = state_.dataset().numericColumn(variable());
+    BoxPlot plot;
+    Chart chart;
+    chart.title = "Box plot";
+    const std::optional<std::size_t> groupIndex = state_.dataset().columnIndex(group());
+    if (!group().empty() && groupIndex) {
+        chart.title = "Box plot of " + variable() + " by " + group();
+        chart.xLabel = group();
+        for (const auto& [label, grouped] :
+             valuesByGroup(values, state_.dataset().rows.column(*groupIndex))) {
+            addBox(plot, label, grouped);
+        }
+    } else {
+        addBox(plot, variable(), values.present());
+    }
+    if (plot.boxes.empty()) {
+        return std::nullopt;
+    }
+    chart.yLabel = variable();
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+Card DescriptivesScreen::normalityCard() const {
+    const NormalityReport report =
+        NormalityTests::report(state_.dataset().numericColumn(variable()));
+    Card card{.title = "Normality", .subtitle = "An assumption check, not a goal"};
+    if (report.shapiroWilk) {
+        card.evidence.push_back(shapiroWilkLine(*report.shapiroWilk));
+        card.cautions = ResultText::messages(report.shapiroWilk->readiness);
+    }
+    if (report.lillieforsKS) {
+        card.evidence.push_back(lillieforsLine(*report.lillieforsKS));
+        for (std::string& message : ResultText::messages(report.lillieforsKS->readiness)) {
+            if (std::find(card.cautions.begin(), card.cautions.end(), message) ==
+                card.cautions.end()) {
+                card.cautions.push_back(std::move(message));
+            }
+        }
+    }
+    if (card.evidence.empty()) {
+        card.evidence.push_back({.tone = EvidenceTone::unavailable,
+                                 .title = "Normality not computed",
+                                 .detail = "Needs enough spread and a sufficient sample size."});
+    }
+    return card;
+}
+
+std::optional<Card> DescriptivesScreen::stemAndLeafCard() const {
+    const std::optional<StemAndLeafPlot> plot =
+        StemAndLeaf::plot(state_.dataset().numericColumn(variable()));
+    // A text plot of thousands of leaves a row is no plot.
+    constexpr std::int64_t mostLeaves = 1000;
+    if (!plot || plot->n > mostLeaves) {
+        return std::nullopt;
+    }
+    return Card{.title = "Stem-and-leaf", .preformatted = plotText(*plot)};
+}
+
+Card DescriptivesScreen::allFieldsCard() const {
+    const VariableLists::List fields = descriptiveNumericVariables(state_.dataset());
+    const std::size_t shown = std::min(fields.size(), mostFields);
+    ReportTable table;
+    table.headers = summaryHeaders;
+    for (std::size_t i = 0; i < shown; ++i) {
+        const std::string& name = fields[i]->name;
+        table.rows.push_back(
+            summaryRow(name, DescriptiveStatistics::summary(state_.dataset().numericColumn(name))));
+    }
+    Card card{.title = "Numeric fields",
+              .subtitle = "Every numeric field that is included in descriptives",
+              .tables = {std::move(table)},
+              .wide = true};
+    if (fields.size() > mostFields) {
+        card.paragraphs.emplace_back(mostFieldsNote);
+    }
+    return card;
+}
+
+Finding DescriptivesScreen::finding(const DescriptiveSummary& figures) const {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Descriptives: " + variable();
+    item.apaSummary = "Descriptive statistics for " + variable() +
+                      ": M = " + svFmt(figures.mean, 2) +
+                      ", SD = " + svFmt(figures.standardDeviation, 2) +
+                      ", N = " + ResultText::count(figures.validN) + ", range " +
+                      svFmt(figures.minimum, 2) + " to " + svFmt(figures.maximum, 2) + ".";
+    ReportTable table;
+    table.headers = summaryHeaders;
+    table.rows = {summaryRow(variable(), figures)};
+    table.note = std::string(reportNote);
+    item.table = std::move(table);
+    item.caution = std::string(reportNote);
+    item.figureCaption = "Histogram of " + variable() + ".";
+    return {.item = std::move(item), .figure = histogram()};
+}
+
+Guide DescriptivesScreen::guide() const {
+    return {.answers =
+                "What is typical of a variable, how far cases spread, how its values are "
+                "shaped, and how many are missing.",
+            .needs = "One numeric variable with at least one value, and two for its spread.",
+            .doNotClaim = {"Do not read a description of this sample as evidence of validity.",
+                           "Do not claim that data are normal because a test was not significant.",
+                           "Do not report a mean where the histogram shows two humps without "
+                           "saying so."}};
+}
+
+std::optional<std::string> DescriptivesScreen::run() {
+    if (const std::optional<Gate> missing = gate()) {
+        return missing->title + ". " + missing->text;
+    }
+    return std::nullopt;
+}
+
+Json DescriptivesScreen::result() const {
+    if (gate()) {
+        return nullptr;
+    }
+    Json result = toJson(summary());
+    result["normality"] =
+        toJson(NormalityTests::report(state_.dataset().numericColumn(variable())));
+    return result;
+}
+
+}  // namespace sorvane

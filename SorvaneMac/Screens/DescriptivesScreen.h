@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneCore/Analyses/NormalityTests.h"
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// One numeric variable in figures, charts and normality evidence, and a table of all of them.
+class DescriptivesScreen final : public Screen {
+public:
+    explicit DescriptivesScreen(StudioState& state) : state_(state) {}
+
+    StudioScreen id() const override { return StudioScreen::descriptives; }
+    SetupForm setup() override;
+    ScreenContent content() const override;
+    Guide guide() const override;
+    std::optional<std::string> run() override;
+    Json result() const override;
+
+private:
+    const std::string& variable() const { return state_.selectedDescriptiveVariableName->name; }
+    const std::string& group() const { return state_.selectedDescriptiveGroupName->name; }
+    std::optional<Gate> gate() const;
+    DescriptiveSummary summary() const;
+    std::optional<Chart> histogram() const;
+    std::optional<Chart> boxPlot() const;
+    Card normalityCard() const;
+    std::optional<Card> stemAndLeafCard() const;
+    Card allFieldsCard() const;
+    Finding finding(const DescriptiveSummary& summary) const;
+
+    StudioState& state_;
+};
+
+}  // namespace sorvane

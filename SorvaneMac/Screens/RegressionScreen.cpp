@@ -1,0 +1,266 @@
+#include "SorvaneMac/Screens/RegressionScreen.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Report/SignificanceFormatting.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::numericVariables;
+
+constexpr std::string_view modelName = "Linear Regression (OLS)";
+constexpr std::string_view caution =
+    "Regression shows association after adjusting for the predictors, not causation.";
+constexpr std::size_t seededPredictors = 4;
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += i == 0                  ? ""
+                : i + 1 == names.size() ? (names.size() > 2 ? ", and " : " and ")
+                                        : ", ";
+        text += names[i];
+    }
+    return text;
+}
+
+ReportTable coefficientTable(const MultipleRegressionResult& result) {
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "β", "t", "p", "95% CI Lower", "95% CI Upper"};
+    for (const RegressionCoefficient& each : result.coefficients) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2),
+                              SignificanceFormatting::pValueText(each.pValue, false),
+                              svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+    }
+    table.note =
+        "B is the unstandardized and β the standardized coefficient; the interval is the "
+        "95% confidence interval of B.";
+    return table;
+}
+
+ReportTable modelTable(const MultipleRegressionResult& result) {
+    ReportTable table;
+    table.title = "Model summary";
+    table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
+    table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
+                   svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
+                   svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
+                   ResultText::count(result.dfResidual),
+                   SignificanceFormatting::pValueText(result.pValue, false)}};
+    return table;
+}
+
+}  // namespace
+
+void RegressionScreen::seed() {
+    const std::vector<std::string> names = VariableLists::names(numericVariables(state_.dataset()));
+    if (fields_.regOutcome->isBlank() && !names.empty()) {
+        fields_.regOutcome.set({names.front()});
+    }
+    if (fields_.regPredictors->empty()) {
+        NameSet predictors;
+        for (const std::string& name : names) {
+            if (name != fields_.regOutcome->name && predictors.size() < seededPredictors) {
+                predictors.insert(name);
+            }
+        }
+        fields_.regPredictors.set(std::move(predictors));
+    }
+}
+
+std::vector<std::string> RegressionScreen::predictors() const {
+    std::vector<std::string> names =
+        FormControls::chosen(fields_.regPredictors.get(), numericVariables(state_.dataset()));
+    std::erase(names, fields_.regOutcome->name);
+    return names;
+}
+
+SetupForm RegressionScreen::setup() {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    VariableLists::List others = numeric;
+    std::erase_if(others, [this](const DataVariable* variable) {
+        return variable->name == fields_.regOutcome->name;
+    });
+    SetupForm form;
+    form.title = "Regression";
+    form.controls = {
+        HeadingControl{"MODEL"},
+        enumerationPicker("Model", fields_.regModel),
+        variablePicker("Outcome", fields_.regOutcome, numeric),
+        variableCheckList("Predictors", fields_.regPredictors, others),
+        ButtonControl{.label = "Run regression",
+                      .isEnabled = !gate().has_value(),
+                      .isPrimary = true,
+                      .press =
+                          [this] {
+                              run();
+                          }},
+    };
+    if (const std::optional<Gate> missing = gate()) {
+        form.controls.push_back(NoteControl{missing->text, true});
+    }
+    return form;
+}
+
+std::optional<Gate> RegressionScreen::gate() const {
+    if (!state_.hasData()) {
+        return ResultText::noDataGate();
+    }
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    if (numeric.size() < 2 || !VariableLists::contains(numeric, fields_.regOutcome->name)) {
+        return Gate{.title = "Need a numeric outcome and predictor",
+                    .lead = "",
+                    .text = "Confirm a numeric outcome and predictor in Variable Roles."};
+    }
+    if (predictors().empty()) {
+        return Gate{.title = "No predictors selected",
+                    .lead = "",
+                    .text = "Pick one or more predictors in the Setup panel."};
+    }
+    if (fields_.regModel.get() != RegressionModel::linear) {
+        return Gate{
+            .title = std::string(displayName(fields_.regModel.get())) + " is not in this version",
+            .lead = "",
+            .text =
+                "Choose the linear model in the Setup panel, or wait for the version "
+                "that brings the generalized models."};
+    }
+    return std::nullopt;
+}
+
+std::optional<MultipleRegressionResult> RegressionScreen::fit() const {
+    const std::vector<std::string> names = predictors();
+    std::vector<NumericColumn> columns;
+    for (const std::string& name : names) {
+        columns.push_back(state_.dataset().numericColumn(name));
+    }
+    return RegressionTests::ordinaryLeastSquares(
+        columns, state_.dataset().numericColumn(fields_.regOutcome->name),
+        {.predictorNames = names, .confidenceLevel = 0.95});
+}
+
+ScreenContent RegressionScreen::content() const {
+    ScreenContent content;
+    content.title = "Regression";
+    content.subtitle = std::string(modelName);
+    content.gate = gate();
+    if (content.gate) {
+        return content;
+    }
+    if (!fields_.regHasRun.get()) {
+        content.gate = {.title = "Ready to run",
+                        .lead = fields_.regOutcome->name + " on " + joined(predictors()),
+                        .text = "Press Run regression in the Setup panel. Results appear here."};
+        return content;
+    }
+    const std::optional<MultipleRegressionResult> result = fit();
+    if (!result) {
+        content.gate = {.title = "The model could not be estimated",
+                        .lead = "",
+                        .text =
+                            "A predictor is constant or collinear with the others, or there "
+                            "are fewer complete cases than coefficients. Take a predictor out "
+                            "in the Setup panel and run again."};
+        return content;
+    }
+    content.subtitle = std::string(modelName) + ": " + fields_.regOutcome->name;
+    content.tiles = {
+        {"R²", svFmtBounded(result->rSquared, 3), "Variance explained"},
+        {"Adjusted R²", svFmtBounded(result->adjustedRSquared, 3), "For the number of predictors"},
+        {"F(" + ResultText::count(result->dfModel) + ", " + ResultText::count(result->dfResidual) +
+             ")",
+         svFmt(result->fStatistic, 2), ResultText::pSentence(result->pValue)},
+        {"Cases used", ResultText::count(result->n), "complete on all variables"}};
+    content.cards.push_back({.title = "Coefficients",
+                             .subtitle = "Effect of each predictor with the others held constant",
+                             .tables = {coefficientTable(*result), modelTable(*result)},
+                             .wide = true});
+    const Chart drawn = chart(*result);
+    content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
+    std::vector<std::string> cautions = ResultText::messages(result->readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
+    content.findings.push_back(finding(*result));
+    return content;
+}
+
+Chart RegressionScreen::chart(const MultipleRegressionResult& result) const {
+    const std::vector<std::string> names = predictors();
+    if (names.size() == 1) {
+        const ImportedDataset& dataset = state_.dataset();
+        return scatterChart({.name = names.front(), .values = dataset.numericColumn(names.front())},
+                            {.name = fields_.regOutcome->name,
+                             .values = dataset.numericColumn(fields_.regOutcome->name)});
+    }
+    BarPlot bars;
+    for (const RegressionCoefficient& each : result.coefficients) {
+        if (each.standardizedEstimate) {
+            bars.labels.push_back(each.name);
+            bars.values.push_back(*each.standardizedEstimate);
+        }
+    }
+    Chart chart;
+    chart.title = "Standardized coefficients";
+    chart.subtitle = "Change of the outcome in SD for one SD of the predictor";
+    chart.xLabel = "β";
+    chart.plot = std::move(bars);
+    return chart;
+}
+
+Finding RegressionScreen::finding(const MultipleRegressionResult& result) const {
+    const std::string& outcome = fields_.regOutcome->name;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Linear Regression: " + outcome;
+    item.apaSummary =
+        "Linear regression of " + outcome + " on " + joined(predictors()) + ". The model was " +
+        std::string(ResultText::significanceWords(result.pValue)) + ", F(" +
+        ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
+        ") = " + svFmt(result.fStatistic, 2) + ", " + ResultText::pSentence(result.pValue) +
+        ", R² = " + svFmtBounded(result.rSquared, 2) +
+        ", adjusted R² = " + svFmtBounded(result.adjustedRSquared, 2) + ".";
+    item.table = coefficientTable(result);
+    item.extraTables = std::vector<ReportTable>{modelTable(result)};
+    item.caution = std::string(caution);
+    const Chart figure = chart(result);
+    item.figureCaption = figure.title + ".";
+    return {.item = std::move(item), .figure = figure};
+}
+
+Guide RegressionScreen::guide() const {
+    return {.answers =
+                "How a numeric outcome changes with each predictor while the others are "
+                "held constant, and how much of its variance they explain together.",
+            .needs =
+                "More cases than coefficients, ideally 10 or more cases per predictor, and "
+                "predictors that are not copies or sums of one another.",
+            .doNotClaim = {"Do not claim causation from a regression on observed data.",
+                           "Do not compare unstandardized coefficients of different units.",
+                           "Do not extrapolate beyond the values observed."}};
+}
+
+std::optional<std::string> RegressionScreen::run() {
+    if (const std::optional<Gate> missing = gate()) {
+        return missing->title + ". " + missing->text;
+    }
+    fields_.regHasRun.set(true);
+    return std::nullopt;
+}
+
+Json RegressionScreen::result() const {
+    return gate() || !fields_.regHasRun.get() ? Json(nullptr) : toJson(fit());
+}
+
+}  // namespace sorvane

@@ -1,0 +1,321 @@
+#include "SorvaneMac/Screens/ReliabilityScreen.h"
+
+#include <cmath>
+#include <limits>
+
+#include "SorvaneCore/Analyses/Reliability/ReliabilityScaleTables.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr int screenDecimals = 4;
+constexpr int reportDecimals = 2;
+/// Items below this correlate too little with the rest to pass without a look.
+constexpr double lowItemTotal = 0.30;
+constexpr std::string_view stance =
+    "Sorvane treats internal consistency as one kind of evidence. Reliability does not prove "
+    "validity, and small samples are labeled cautiously.";
+constexpr std::string_view flaggedText =
+    "Flagged as unreliable. Re-check to include and clear the flag.";
+
+std::string_view reportBand(double alpha) {
+    return alpha >= 0.9   ? "excellent"
+           : alpha >= 0.8 ? "good"
+           : alpha >= 0.7 ? "acceptable"
+           : alpha >= 0.6 ? "questionable"
+           : alpha >= 0.5 ? "poor"
+                          : "unacceptable";
+}
+
+ReportTable scaleTable(const ReliabilityResult& result) {
+    const ScaleStatistics scale = ReliabilityScaleTables::scaleStatistics(result);
+    ReportTable table;
+    table.title = "Scale statistics";
+    table.headers = {"", "N", "Mean", "Variance", "SD"};
+    table.rows = {{"Statistics for scale", ResultText::count(scale.n),
+                   svFmt(scale.mean, screenDecimals), svFmt(scale.variance, screenDecimals),
+                   svFmt(scale.standardDeviation, screenDecimals)}};
+    return table;
+}
+
+ReportTable summaryTable(const ReliabilityResult& result) {
+    ReportTable table;
+    table.title = "Summary item statistics";
+    table.headers = {"", "Mean", "Minimum", "Maximum", "Range", "Max/Min", "Variance"};
+    for (const SummaryItemStatistic& each : ReliabilityScaleTables::summaryItemStatistics(result)) {
+        table.rows.push_back(
+            {each.label, svFmt(each.mean, screenDecimals), svFmt(each.minimum, screenDecimals),
+             svFmt(each.maximum, screenDecimals), svFmt(each.range, screenDecimals),
+             svFmt(each.maximumOverMinimum, screenDecimals), svFmt(each.variance, screenDecimals)});
+    }
+    return table;
+}
+
+ReportTable itemTotalTable(const ReliabilityResult& result,
+                           std::vector<std::string> headers,
+                           int decimals) {
+    ReportTable table;
+    table.headers = std::move(headers);
+    for (const ItemTotalStatistic& each : ReliabilityScaleTables::itemTotalStatistics(result)) {
+        table.rows.push_back({each.itemName, svFmt(each.scaleMeanIfDeleted, decimals),
+                              svFmt(each.scaleVarianceIfDeleted, decimals),
+                              svFmt(each.correctedItemTotalCorrelation, decimals),
+                              svFmt(each.alphaIfDeleted, decimals)});
+    }
+    return table;
+}
+
+Chart itemTotalChart(const ReliabilityResult& result) {
+    BarPlot bars;
+    bars.reference = lowItemTotal;
+    for (const ReliabilityItemStatistic& each : result.itemStatistics) {
+        bars.labels.push_back(each.itemName);
+        bars.values.push_back(
+            each.correctedItemTotalCorrelation.value_or(std::numeric_limits<double>::quiet_NaN()));
+    }
+    Chart chart;
+    chart.title = "Corrected item-total correlation";
+    chart.subtitle = "Items below .30 deserve a look at their content";
+    chart.xLabel = "r with the sum of the other items";
+    chart.plot = std::move(bars);
+    return chart;
+}
+
+std::string reportSentence(const std::string& construct, const ReliabilityResult& result) {
+    if (!result.alpha) {
+        return construct +
+               " could not produce a stable Cronbach alpha with the current item selection and "
+               "missing-data rule. Review missingness and item variance before reporting "
+               "reliability evidence.";
+    }
+    return "A reliability analysis was carried out on the " + construct +
+           " scale (k = " + ResultText::count(static_cast<std::int64_t>(result.itemNames.size())) +
+           " items; n = " + ResultText::count(result.casesUsed) + "). Internal consistency was " +
+           std::string(reportBand(*result.alpha)) +
+           ", Cronbach's α = " + svFmtBounded(result.alpha, 2) +
+           ". Alpha is internal-consistency evidence only; it does not establish validity.";
+}
+
+std::string reportNote(const std::string& construct, const ReliabilityResult& result) {
+    return "Item-total statistics for the " + construct +
+           " scale (k = " + ResultText::count(static_cast<std::int64_t>(result.itemNames.size())) +
+           ", n = " + ResultText::count(result.casesUsed) +
+           "). r is the corrected item-total correlation (each item with the sum of the remaining "
+           "items); α if deleted is Cronbach's alpha with that item removed.";
+}
+
+}  // namespace
+
+SetupForm ReliabilityScreen::setup() {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    ScaleFields& scale = state_.scale;
+    SetupForm form;
+    form.title = "Scale & Reliability";
+    form.controls = {
+        HeadingControl{"SETUP"},
+        TextControl{"Construct", "e.g. Job Satisfaction", scale.constructName.get(),
+                    [&scale](const std::string& text) {
+                        scale.constructName.set(text);
+                    }},
+        enumerationPicker("Score method", scale.scaleScoreMethod),
+        enumerationPicker("Missing data", scale.reliabilityMissingDataRule),
+        NumberControl{.label = "MINIMUM ITEM COMPLETION",
+                      .minimum = 0.5,
+                      .maximum = 1.0,
+                      .step = 0.05,
+                      .value = scale.minimumItemCompletion.get(),
+                      .valueText = svFmt(100.0 * scale.minimumItemCompletion.get(), 0) + "%",
+                      .isSlider = true,
+                      .set =
+                          [&scale](double value) {
+                              scale.minimumItemCompletion.set(value);
+                          }},
+    };
+    CheckListControl items = itemList();
+    if (items.items.empty()) {
+        form.controls.emplace_back(NoteControl{
+            "No numeric item columns. Import a dataset, or set a column numeric in Variable Types.",
+            false});
+    } else {
+        form.controls.emplace_back(std::move(items));
+    }
+    form.controls.emplace_back(HeadingControl{"CREATE SCALE SCORE"});
+    form.controls.emplace_back(NoteControl{
+        "Optional. Adds one new column that combines the selected items into a single score (the "
+        "score method above: sum or mean).",
+        false});
+    form.controls.emplace_back(TextControl{"New score column name", "Scale score",
+                                           scale.scaleScoreVariableName.get(),
+                                           [&scale](const std::string& text) {
+                                               scale.scaleScoreVariableName.set(text);
+                                           }});
+    form.controls.emplace_back(ButtonControl{
+        .label = "Create scale score (in a later version)", .isEnabled = false, .press = {}});
+    return form;
+}
+
+CheckListControl ReliabilityScreen::itemList() {
+    CheckListControl list;
+    const ImportedDataset& dataset = state_.dataset();
+    const VariableLists::List included = VariableLists::reliabilityVariables(dataset);
+    for (const DataVariable* variable : VariableLists::numericVariables(dataset)) {
+        const bool isFlagged = state_.scale.unreliableItemNames->contains(variable->name);
+        list.items.push_back(
+            {.name = variable->name,
+             .detail = isFlagged ? std::string(flaggedText) : variable->label.value_or(""),
+             .isChecked = VariableLists::contains(included, variable->name),
+             .isFlagged = isFlagged,
+             .second = state_.scale.reverseCodedItemNames->contains(variable->name)});
+    }
+    list.label =
+        "ITEMS · " + ResultText::count(static_cast<std::int64_t>(included.size())) + " selected";
+    list.secondLabel = "Rev";
+    list.setChecked = [this](const std::string& name, bool isChecked) {
+        if (const DataVariable* variable = state_.dataset().variable(name)) {
+            state_.setReliabilityIncluded(Uuid(variable->id), isChecked);
+        }
+    };
+    list.setAll = [set = list.setChecked](const std::vector<std::string>& names, bool isChecked) {
+        for (const std::string& name : names) {
+            set(name, isChecked);
+        }
+    };
+    list.setSecond = [this](const std::string& name, bool isOn) {
+        NameSet names = state_.scale.reverseCodedItemNames.get();
+        if (isOn) {
+            names.insert(name);
+        } else {
+            names.erase(name);
+        }
+        state_.scale.reverseCodedItemNames.set(std::move(names));
+    };
+    return list;
+}
+
+std::optional<Gate> ReliabilityScreen::gate() const {
+    if (!state_.hasData()) {
+        return ResultText::noDataGate();
+    }
+    if (VariableLists::reliabilityVariables(state_.dataset()).size() < 2) {
+        return Gate{.title = "Select at least two items",
+                    .lead = "Pick at least two scale items",
+                    .text =
+                        "Check two or more items in the ITEMS list in the setup panel on the "
+                        "right. Items are auto-detected on import; adjust roles in Instrument "
+                        "Map."};
+    }
+    return std::nullopt;
+}
+
+std::string ReliabilityScreen::constructTitle() const {
+    const std::string& name = state_.scale.constructName.get();
+    return name.empty() ? "Scale" : name;
+}
+
+ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& itemNames) const {
+    ReliabilityOptions options{.constructName = constructTitle(),
+                               .itemNames = itemNames,
+                               .missingDataRule = state_.scale.reliabilityMissingDataRule.get(),
+                               .scaleScoreMethod = state_.scale.scaleScoreMethod.get(),
+                               .minimumItemCompletion = state_.scale.minimumItemCompletion.get()};
+    for (const std::string& name : itemNames) {
+        const DataVariable* variable = state_.dataset().variable(name);
+        if (state_.scale.reverseCodedItemNames->contains(name) && variable->scaleRange) {
+            options.reverseCoded.push_back({.item = name,
+                                            .minimum = variable->scaleRange->minimum,
+                                            .maximum = variable->scaleRange->maximum});
+        }
+    }
+    return options;
+}
+
+ReliabilityResult ReliabilityScreen::analyze() const {
+    const std::vector<std::string> names =
+        VariableLists::names(VariableLists::reliabilityVariables(state_.dataset()));
+    std::vector<NumericColumn> items;
+    for (const std::string& name : names) {
+        items.push_back(state_.dataset().numericColumn(name));
+    }
+    return ReliabilityAnalyzer::analyze(items, options(names));
+}
+
+ScreenContent ReliabilityScreen::content() const {
+    ScreenContent content;
+    content.title = "Scales & Reliability";
+    content.subtitle = std::string(stance);
+    content.gate = gate();
+    if (content.gate) {
+        return content;
+    }
+    const ReliabilityResult result = analyze();
+    content.tiles = {
+        {"Cronbach alpha", svFmt(result.alpha, 3), "Internal consistency"},
+        {"Cases used", ResultText::count(result.casesUsed),
+         std::string(rawValue(result.missingDataRule))},
+        {"Items", ResultText::count(static_cast<std::int64_t>(result.itemNames.size())),
+         "In the scale"}};
+    ReportTable itemTotal =
+        itemTotalTable(result,
+                       {"Item", "Scale Mean if Deleted", "Scale Variance if Deleted",
+                        "Corrected Item-Total Correlation", "Alpha if Deleted"},
+                       screenDecimals);
+    itemTotal.title = "Item-total statistics";
+    content.cards.push_back(
+        {.title = "Reliability statistics",
+         .subtitle = "Scale, item summary, and item-total",
+         .tables = {scaleTable(result), summaryTable(result), std::move(itemTotal)},
+         .wide = true});
+    content.cards.push_back({.title = "Item-total correlations",
+                             .subtitle = "Each item with the sum of the others",
+                             .charts = {itemTotalChart(result)}});
+    content.cards.push_back({.title = "Plain-language interpretation",
+                             .subtitle = "Do not overclaim validity",
+                             .paragraphs = {result.interpretation, result.recommendedAction},
+                             .cautions = result.warnings});
+    content.findings.push_back(finding(result));
+    return content;
+}
+
+Finding ReliabilityScreen::finding(const ReliabilityResult& result) const {
+    const std::string construct = constructTitle();
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Reliability: " + construct;
+    item.apaSummary = reportSentence(construct, result);
+    item.table = itemTotalTable(
+        result, {"Item", "M if deleted", "Var if deleted", "r", "α if deleted"}, reportDecimals);
+    item.table->note = reportNote(construct, result);
+    item.caution = result.warnings.empty() ? std::string() : result.warnings.front();
+    item.figureCaption = "Corrected item-total correlations of the " + construct + " scale.";
+    return {.item = std::move(item), .figure = itemTotalChart(result)};
+}
+
+Guide ReliabilityScreen::guide() const {
+    return {.answers =
+                "How consistently a set of items measures together, and which items hold "
+                "the scale together or weaken it.",
+            .needs =
+                "At least two items of the same construct in the same direction: switch Rev "
+                "on for items worded the other way. Thirty cases or more.",
+            .doNotClaim = {"Do not claim that a reliable scale is valid.",
+                           "Do not claim one dimension from a high alpha.",
+                           "Do not delete items by their statistics alone: read them first."}};
+}
+
+std::optional<std::string> ReliabilityScreen::run() {
+    if (const std::optional<Gate> missing = gate()) {
+        return missing->title + ". " + missing->text;
+    }
+    return std::nullopt;
+}
+
+Json ReliabilityScreen::result() const {
+    return gate() ? Json(nullptr) : toJson(analyze());
+}
+
+}  // namespace sorvane

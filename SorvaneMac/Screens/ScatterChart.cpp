@@ -1,0 +1,42 @@
+#include "SorvaneMac/Screens/ScatterChart.h"
+
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
+#include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane {
+
+namespace {
+
+/// More points than this run together on paper and slow the drawing.
+constexpr std::size_t mostPoints = 2000;
+
+}  // namespace
+
+Chart scatterChart(const ChartVariable& x, const ChartVariable& y) {
+    const NumericColumn* const both[] = {&x.values, &y.values};
+    const std::vector<std::uint32_t> rows = CompleteCases::rows(both);
+    const std::size_t step = rows.size() / mostPoints + 1;
+    ScatterPlot plot;
+    for (std::size_t i = 0; i < rows.size(); i += step) {
+        plot.x.push_back(*x.values[rows[i]]);
+        plot.y.push_back(*y.values[rows[i]]);
+    }
+    const auto line = RelationshipTests::simpleLinearRegression(x.values, y.values);
+    if (line) {
+        plot.line = ScatterPlot::Line{.intercept = line->intercept, .slope = line->slope};
+    }
+    Chart chart;
+    chart.title = y.name + " by " + x.name;
+    if (step > 1) {
+        chart.subtitle = "Every " + NumberText::integer(static_cast<std::int64_t>(step)) +
+                         "th of " + NumberText::integer(static_cast<std::int64_t>(rows.size())) +
+                         " cases is drawn; the line is that of all.";
+    }
+    chart.xLabel = x.name;
+    chart.yLabel = y.name;
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,36 @@
+#include "SorvaneMac/Screens/StudioScreens.h"
+
+#include "SorvaneMac/Screens/CorrelationScreen.h"
+#include "SorvaneMac/Screens/DescriptivesScreen.h"
+#include "SorvaneMac/Screens/LaterScreen.h"
+#include "SorvaneMac/Screens/RegressionScreen.h"
+#include "SorvaneMac/Screens/ReliabilityScreen.h"
+
+namespace sorvane {
+
+StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(state) {
+    const auto add = [this](std::unique_ptr<Screen> screen) {
+        const StudioScreen id = screen->id();
+        screens_.emplace(id, std::move(screen));
+    };
+    add(std::make_unique<ReliabilityScreen>(state));
+    add(std::make_unique<DescriptivesScreen>(state));
+    add(std::make_unique<CorrelationScreen>(state, fields.correlation));
+    add(std::make_unique<RegressionScreen>(state, fields.regression));
+    for (const StudioScreen id : allStudioScreens()) {
+        if (!screens_.contains(id)) {
+            add(std::make_unique<LaterScreen>(id));
+        }
+    }
+}
+
+const ScreenContent& StudioScreens::content(StudioScreen id) {
+    const std::uint64_t version = state_.fields.version();
+    const auto [entry, isNew] = kept_.try_emplace(id);
+    if (isNew || entry->second.version != version) {
+        entry->second = {.version = version, .content = at(id).content()};
+    }
+    return entry->second.content;
+}
+
+}  // namespace sorvane

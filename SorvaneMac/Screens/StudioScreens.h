@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// All screens of the workspace, with their fields.
+class StudioScreens {
+public:
+    explicit StudioScreens(StudioState& state);
+
+    Screen& at(StudioScreen id) const { return *screens_.at(id); }
+    /// Runs the seed of a screen that comes into view.
+    void appear(StudioScreen id) { at(id).seed(); }
+    /// What the screen shows, put together once for each state of the fields.
+    const ScreenContent& content(StudioScreen id);
+
+    ScreenFields fields;
+
+private:
+    struct KeptContent {
+        std::uint64_t version = 0;
+        ScreenContent content;
+    };
+
+    StudioState& state_;
+    std::map<StudioScreen, std::unique_ptr<Screen>> screens_;
+    std::map<StudioScreen, KeptContent> kept_;
+};
+
+}  // namespace sorvane
