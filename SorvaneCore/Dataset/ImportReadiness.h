@@ -28,14 +28,14 @@ struct ImportReadinessIssue {
     ImportReadinessIssueKind kind = ImportReadinessIssueKind::rowColumnMismatch;
     std::string message;
     /// Row number in the source, for row issues.
-    std::optional<std::int64_t> sourceRowNumber;
+    std::optional<std::int64_t> sourceRowNumber = std::nullopt;
     /// Column number counted from 1, for header issues.
-    std::optional<std::int64_t> columnIndex;
+    std::optional<std::int64_t> columnIndex = std::nullopt;
     /// The final header, for header issues.
-    std::optional<std::string> header;
+    std::optional<std::string> header = std::nullopt;
     /// For row issues: the normalised width and the width found.
-    std::optional<std::int64_t> expectedColumnCount;
-    std::optional<std::int64_t> actualColumnCount;
+    std::optional<std::int64_t> expectedColumnCount = std::nullopt;
+    std::optional<std::int64_t> actualColumnCount = std::nullopt;
 
     bool operator==(const ImportReadinessIssue&) const = default;
 };
@@ -63,7 +63,7 @@ struct ImportColumnSummary {
     /// Marker to count; the empty marker stands under "(blank)".
     std::map<std::string, std::int64_t> observedMissingMarkers;
     std::vector<std::string> sampleValues;
-    std::optional<NumericSummary> numericSummary;
+    std::optional<NumericSummary> numericSummary = std::nullopt;
 
     bool operator==(const ImportColumnSummary&) const = default;
 };
@@ -83,7 +83,7 @@ BOOST_DESCRIBE_STRUCT(ImportColumnSummary,
 /// Provenance and readiness of a dataset: what was found in the source and what was repaired.
 struct ImportReadinessMetadata {
     ImportSourceKind sourceKind = ImportSourceKind::unknown;
-    std::optional<std::string> worksheetName;
+    std::optional<std::string> worksheetName = std::nullopt;
     std::int64_t expectedColumnCount = 0;
     std::int64_t rowCount = 0;
     std::int64_t columnCount = 0;

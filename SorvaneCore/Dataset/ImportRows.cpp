@@ -28,10 +28,39 @@ void ImportRowReports::appendOrdinary(std::int64_t sourceRowNumber, std::size_t 
     if (count == 0) {
         return;
     }
-    if (runs_.empty() || this->sourceRowNumber(size_) != sourceRowNumber) {
+    if (runs_.empty() ||
+        runs_.back().sourceRowNumber + static_cast<std::int64_t>(size_ - runs_.back().index) !=
+            sourceRowNumber) {
         runs_.push_back({.index = size_, .sourceRowNumber = sourceRowNumber});
     }
     size_ += count;
+}
+
+void ImportRowReports::append(const ImportRowReports& next, std::int64_t numberShift) {
+    for (const Deviation& deviation : next.deviations_) {
+        deviations_.push_back({.index = deviation.index + size_, .report = deviation.report});
+        deviations_.back().report.sourceRowNumber += numberShift;
+    }
+    for (std::size_t run = 0; run < next.runs_.size(); ++run) {
+        const std::size_t end =
+            run + 1 < next.runs_.size() ? next.runs_[run + 1].index : next.size_;
+        appendOrdinary(next.runs_[run].sourceRowNumber + numberShift, end - next.runs_[run].index);
+    }
+}
+
+ImportRowReports ImportRowReports::resized(std::size_t rowCount, std::int64_t columnCount) const {
+    ImportRowReports result = *this;
+    if (size_ == 0) {
+        result.columnCount_ = columnCount;
+    }
+    if (rowCount > size_) {
+        result.appendOrdinary(static_cast<std::int64_t>(size_) + 2, rowCount - size_);
+        return result;
+    }
+    result.size_ = rowCount;
+    std::erase_if(result.runs_, [&](const NumberRun& run) { return run.index >= rowCount; });
+    std::erase_if(result.deviations_, [&](const Deviation& row) { return row.index >= rowCount; });
+    return result;
 }
 
 ImportRowNormalizationReport ImportRowReports::operator[](std::size_t index) const {

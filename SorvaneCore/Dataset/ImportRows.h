@@ -52,6 +52,11 @@ public:
     void append(const ImportRowNormalizationReport& report);
     /// `count` rows of the table's width, numbered on from `sourceRowNumber`.
     void appendOrdinary(std::int64_t sourceRowNumber, std::size_t count);
+    /// The reports of `next` after these, their source numbers raised by `numberShift`.
+    void append(const ImportRowReports& next, std::int64_t numberShift);
+    /// These reports for a table of `rowCount` rows: cut, or continued by rows of `columnCount`
+    /// cells, the one at index i numbered i + 2 as a line after a header line.
+    ImportRowReports resized(std::size_t rowCount, std::int64_t columnCount) const;
 
     std::size_t size() const { return size_; }
     ImportRowNormalizationReport operator[](std::size_t index) const;

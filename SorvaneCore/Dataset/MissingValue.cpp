@@ -12,6 +12,13 @@ constexpr std::string_view blankMarker = "(blank)";
 /// "not applicable" and "not available" are the longest markers.
 constexpr std::size_t longestMarker = 14;
 
+/// Whether a missing cell can begin with this byte: the first of a marker in either case, white
+/// space, or a byte outside ASCII.
+bool canBeginMissing(char c) {
+    constexpr std::string_view firsts = " \t\n\v\f\r#-.BMNbmn";
+    return static_cast<unsigned char>(c) >= 0x80 || firsts.find(c) != firsts.npos;
+}
+
 std::string shown(const std::string& marker) {
     return marker.empty() ? std::string(blankMarker) : marker;
 }
@@ -53,7 +60,19 @@ std::optional<std::string> normalizedMarker(std::string_view text) {
 }
 
 bool isMissing(std::string_view text) {
-    return normalizedMarker(text).has_value();
+    if (text.empty()) {
+        return true;
+    }
+    if (!canBeginMissing(text.front())) {
+        return false;
+    }
+    const std::string_view trimmed = UnicodeText::trimmed(text);
+    if (trimmed.empty()) {
+        return true;
+    }
+    // Most cells that begin with a dash are negative numbers.
+    return trimmed.front() == '-' ? trimmed == "-" || trimmed == "--"
+                                  : normalizedMarker(trimmed).has_value();
 }
 
 std::optional<std::string> displayMarker(std::string_view text) {

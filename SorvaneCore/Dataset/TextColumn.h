@@ -3,41 +3,26 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "SorvaneCore/Dataset/TextList.h"
+
 namespace sorvane {
 
-/// An append-only list of texts in one block of bytes.
-class TextList {
-public:
-    std::size_t size() const { return ends_.size(); }
-    std::string_view operator[](std::size_t index) const {
-        const std::uint64_t begin = index == 0 ? 0 : end(index - 1);
-        return {bytes_.data() + begin, end(index) - begin};
-    }
-    void append(std::string_view text);
-    void reserve(std::size_t texts, std::size_t bytes);
-    void shrinkToFit();
-
-private:
-    /// Ends are kept modulo 2^32; `wraps_` holds the indexes at which they pass a multiple of it.
-    std::uint64_t end(std::size_t index) const;
-
-    std::vector<char> bytes_;
-    std::vector<std::uint32_t> ends_;
-    std::vector<std::size_t> wraps_;
-};
+struct ColumnProfile;
 
 /// One immutable column of text cells.
 ///
 /// The cells stand as levels (distinct texts, in order of first appearance) and a small code per
 /// row. A column whose cells are mostly distinct has no codes: each row is its own level, and
 /// equal texts then stand more than once among the levels. Whatever is decided from a cell's text
-/// alone is decided once per level and gathered by code; both forms are read alike.
+/// alone is decided once per level and gathered by code; both forms are read alike. Every level
+/// occurs in at least one row.
 class TextColumn {
 public:
     /// 1, 2 or 4 bytes a row; none where each row is its own level.
@@ -46,7 +31,7 @@ public:
                                std::vector<std::uint16_t>,
                                std::vector<std::uint32_t>>;
 
-    /// A column of levels and codes; every code is below the number of levels.
+    /// A column of levels and codes; every code is below the number of levels, and used.
     TextColumn(TextList levels, Codes codes);
 
     /// The column of these cells, with a dictionary as long as it pays.
@@ -70,6 +55,10 @@ public:
     /// How often each level occurs, by code.
     std::vector<std::uint64_t> levelCounts() const;
 
+    /// What the cells say as a whole: counts, numbers, markers. Found at the first call and kept,
+    /// as the column never changes; any thread may ask.
+    const ColumnProfile& profile() const;
+
     /// This column with one cell replaced.
     std::shared_ptr<const TextColumn> replacing(std::size_t row, std::string_view text) const;
     /// This column cut or padded with empty cells to `rowCount` rows.
@@ -86,6 +75,8 @@ private:
     TextList levels_;
     Codes codes_;
     std::size_t size_ = 0;
+    mutable std::once_flag profiled_;
+    mutable std::shared_ptr<const ColumnProfile> profile_;
 };
 
 template <typename Use>

@@ -46,6 +46,7 @@ public:
     Row row(std::size_t index) const { return {*this, index}; }
     const TextColumn& column(std::size_t index) const { return *columns_[index]; }
     const Column& sharedColumn(std::size_t index) const { return columns_[index]; }
+    const std::vector<Column>& columns() const { return columns_; }
 
     void replaceColumn(std::size_t index, Column column);
     void appendColumn(Column column);

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/utext.h>
 #include <unicode/utf8.h>
 
 namespace sorvane::UnicodeText {
@@ -54,6 +56,77 @@ bool isAlphanumeric(UChar32 c) {
     return (U_GET_GC_MASK(c) & letterMarkOrNumber) != 0;
 }
 
+/// Combining marks begin here; below, the only cluster of several characters is CR LF.
+constexpr UChar32 firstJoining = 0x0300;
+
+constexpr UChar32 capitalIWithDot = 0x0130;
+constexpr UChar32 capitalSigma = 0x03A3;
+
+std::int32_t clusterBreak(UChar32 c) {
+    return c < 0 ? std::int32_t{U_GCB_OTHER}
+                 : u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK);
+}
+
+/// Whether a character among others of its kind is a cluster by itself.
+bool breaksOnBothSides(UChar32 c) {
+    const std::int32_t property = clusterBreak(c);
+    return property == U_GCB_OTHER || property == U_GCB_CONTROL;
+}
+
+std::size_t segmentedCharacterCount(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    UText source = UTEXT_INITIALIZER;
+    utext_openUTF8(&source, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    characters->setText(&source, status);
+    std::size_t count = 0;
+    while (characters->next() != icu::BreakIterator::DONE) {
+        ++count;
+    }
+    utext_close(&source);
+    return count;
+}
+
+/// The bytes before the first capital or non-ASCII character, eight at a time.
+std::size_t lowerAsciiLength(std::string_view text) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    constexpr std::uint64_t highs = 0x8080808080808080U;
+    std::size_t position = 0;
+    for (; position + sizeof(std::uint64_t) <= text.size(); position += sizeof(std::uint64_t)) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + position, sizeof word);
+        const std::uint64_t low = word & ~highs;
+        const std::uint64_t fromA = low + (0x80 - 'A') * ones;
+        const std::uint64_t beyondZ = low + (0x7F - 'Z') * ones;
+        if (((word | (fromA & ~beyondZ)) & highs) != 0) {
+            break;
+        }
+    }
+    while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80 &&
+           !(text[position] >= 'A' && text[position] <= 'Z')) {
+        ++position;
+    }
+    return position;
+}
+
+void appendCodePoint(UChar32 c, std::string& text) {
+    std::uint8_t bytes[U8_MAX_LENGTH];
+    std::int32_t length = 0;
+    U8_APPEND_UNSAFE(bytes, length, c);
+    text.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
+}
+
+/// Lower-casing of the two letters whose lower case is no single character of its own.
+std::string_view lowerCasedInContext(std::string_view text, std::string& storage) {
+    icu::UnicodeString wide = icu::UnicodeString::fromUTF8(
+        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+    wide.toLower(icu::Locale::getRoot());
+    storage.clear();
+    wide.toUTF8String(storage);
+    return storage;
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -87,46 +160,96 @@ std::string_view trimmed(std::string_view text) {
 }
 
 std::string lowerCased(std::string_view text) {
-    if (isAscii(text)) {
-        std::string result(text);
-        for (char& c : result) {
-            c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-        }
-        return result;
+    std::string storage;
+    const std::string_view result = lowerCased(text, storage);
+    return result.data() == storage.data() ? storage : std::string(result);
+}
+
+std::string_view lowerCased(std::string_view text, std::string& storage) {
+    const std::size_t unchanged = lowerAsciiLength(text);
+    if (unchanged == text.size()) {
+        return text;
     }
-    icu::UnicodeString wide = icu::UnicodeString::fromUTF8(
-        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
-    wide.toLower(icu::Locale::getRoot());
-    std::string result;
-    wide.toUTF8String(result);
-    return result;
+    storage.assign(text.substr(0, unchanged));
+    for (std::size_t position = unchanged; position < text.size();) {
+        const char byte = text[position];
+        if (static_cast<unsigned char>(byte) < 0x80) {
+            storage.push_back(byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte);
+            ++position;
+            continue;
+        }
+        const std::size_t start = position;
+        const UChar32 c = codePointAt(text, position);
+        if (c == capitalIWithDot || c == capitalSigma) {
+            return lowerCasedInContext(text, storage);
+        }
+        const UChar32 lower = c < 0 ? c : u_tolower(c);
+        if (lower == c) {
+            storage.append(text.substr(start, position - start));
+        } else {
+            appendCodePoint(lower, storage);
+        }
+    }
+    return storage;
 }
 
 std::size_t characterCount(std::string_view text) {
-    if (isAscii(text)) {
-        // The only cluster of several ASCII characters is CR LF.
-        std::size_t count = text.size();
-        for (std::size_t at = text.find("\r\n"); at != text.npos; at = text.find("\r\n", at + 2)) {
-            --count;
-        }
-        return count;
-    }
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::BreakIterator> characters(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(
-        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
-    characters->setText(wide);
     std::size_t count = 0;
-    while (characters->next() != icu::BreakIterator::DONE) {
-        ++count;
+    for (std::size_t position = 0; position < text.size(); ++count) {
+        const UChar32 c = codePointAt(text, position);
+        if (c == '\r' && position < text.size() && text[position] == '\n') {
+            ++position;
+        } else if (c >= firstJoining && !breaksOnBothSides(c)) {
+            return segmentedCharacterCount(text);
+        }
     }
     return count;
 }
 
+std::size_t leadingDigitLength(std::string_view text) {
+    std::size_t position = 0;
+    return !text.empty() && u_isdigit(codePointAt(text, position)) ? position : 0;
+}
+
+bool standsAlone(std::string_view text, std::size_t position) {
+    std::size_t next = position + 1;
+    if (next < text.size() && static_cast<unsigned char>(text[next]) >= 0x80) {
+        const std::int32_t following = clusterBreak(codePointAt(text, next));
+        if (following == U_GCB_EXTEND || following == U_GCB_ZWJ ||
+            following == U_GCB_SPACING_MARK) {
+            return false;
+        }
+    }
+    std::size_t previous = position;
+    return position == 0 || static_cast<unsigned char>(text[position - 1]) < 0x80 ||
+           clusterBreak(codePointBefore(text, previous)) != U_GCB_PREPEND;
+}
+
+bool isValidUtf8(std::string_view text) {
+    constexpr std::size_t stride = 64;
+    std::size_t position = 0;
+    while (position < text.size()) {
+        if (isAscii(text.substr(position, stride))) {
+            position += stride;
+        } else if (codePointAt(text, position) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    std::uint64_t bits = 0;
+    std::size_t position = 0;
+    for (; position + sizeof bits <= text.size(); position += sizeof bits) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + position, sizeof word);
+        bits |= word;
+    }
+    for (; position < text.size(); ++position) {
+        bits |= static_cast<unsigned char>(text[position]);
+    }
+    return (bits & 0x8080808080808080U) == 0;
 }
 
 std::vector<std::string> alphanumericPieces(std::string_view text) {

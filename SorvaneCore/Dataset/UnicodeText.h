@@ -15,11 +15,26 @@ std::string_view trimmed(std::string_view text);
 /// Full Unicode lower-casing of the whole text, the same under every locale.
 std::string lowerCased(std::string_view text);
 
+/// As above; the result is the text itself where nothing changes, else it stands in `storage`.
+std::string_view lowerCased(std::string_view text, std::string& storage);
+
 /// Number of user-perceived characters (extended grapheme clusters).
 std::size_t characterCount(std::string_view text);
 
+/// Whether the text begins with a decimal digit of any script; its length in bytes, or 0.
+std::size_t leadingDigitLength(std::string_view text);
+
 /// Whether every byte is ASCII.
 bool isAscii(std::string_view text);
+
+/// Whether the ASCII character at `position` is a user-perceived character by itself: no mark or
+/// joiner after it extends it and no prepended character before it takes it in. Line breaks and
+/// tabs, being controls, always stand alone.
+bool standsAlone(std::string_view text, std::size_t position);
+
+/// Whether the bytes are UTF-8 by the letter: no surrogates, no overlong forms, nothing beyond
+/// U+10FFFF.
+bool isValidUtf8(std::string_view text);
 
 /// The pieces between characters that are neither letters, marks nor digits in the Unicode sense;
 /// empty pieces are dropped.

@@ -1,0 +1,92 @@
+#include "SorvaneCore/Import/FileBytes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Import/ImportError.h"
+
+namespace sorvane {
+
+namespace {
+
+[[noreturn]] void fail(int error, const std::filesystem::path& path) {
+    using Kind = FileReadError::Kind;
+    const Kind kind = error == ENOENT || error == ENOTDIR ? Kind::notFound
+                      : error == EISDIR                   ? Kind::directory
+                      : error == EACCES || error == EPERM ? Kind::noPermission
+                                                          : Kind::unreadable;
+    throw FileReadError(kind, fileName(path));
+}
+
+/// An open file, closed at the end of the scope.
+class OpenFile {
+public:
+    explicit OpenFile(const std::filesystem::path& path)
+        : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)), path_(path) {
+        if (descriptor_ < 0) {
+            fail(errno, path);
+        }
+    }
+    ~OpenFile() { close(descriptor_); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    /// The size of a regular file; anything else is no data file.
+    std::size_t size() const {
+        struct stat status = {};
+        if (fstat(descriptor_, &status) != 0) {
+            fail(errno, path_);
+        }
+        if (!S_ISREG(status.st_mode)) {
+            fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path_);
+        }
+        return static_cast<std::size_t>(status.st_size);
+    }
+
+    /// Fills the bytes as far as the file goes, and says how far.
+    std::size_t read(char* bytes, std::size_t size) const {
+        std::size_t done = 0;
+        while (done < size) {
+            const ssize_t got = ::read(descriptor_, bytes + done, size - done);
+            if (got < 0 && errno != EINTR) {
+                fail(errno, path_);
+            }
+            if (got == 0) {
+                break;
+            }
+            done += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+        }
+        return done;
+    }
+
+private:
+    int descriptor_;
+    const std::filesystem::path& path_;
+};
+
+}  // namespace
+
+FileBytes FileBytes::read(const std::filesystem::path& path) {
+    const OpenFile file(path);
+    const std::size_t size = file.size();
+    FileBytes result;
+    result.bytes_ = std::make_unique_for_overwrite<char[]>(size);
+    result.size_ = file.read(result.bytes_.get(), size);
+    return result;
+}
+
+std::string fileName(const std::filesystem::path& path) {
+    const std::filesystem::path name = path.filename();
+    return name.empty() ? path.parent_path().filename().string() : name.string();
+}
+
+std::string lowerCasedExtension(const std::filesystem::path& path) {
+    const std::string extension = std::filesystem::path(fileName(path)).extension().string();
+    return extension.empty() ? extension : UnicodeText::lowerCased(extension.substr(1));
+}
+
+}  // namespace sorvane

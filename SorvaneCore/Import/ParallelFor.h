@@ -1,0 +1,37 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <future>
+#include <thread>
+#include <vector>
+
+namespace sorvane {
+
+/// How many threads the machine runs at once, at least 1.
+inline unsigned hardwareThreads() {
+    return std::max(1U, std::thread::hardware_concurrency());
+}
+
+/// Calls `work` with each index below `count`, on up to `threads` threads; each takes the next
+/// index as it gets free. An exception of a call is thrown on when all have ended.
+template <typename Work>
+void parallelFor(std::size_t count, unsigned threads, const Work& work) {
+    std::atomic<std::size_t> nextIndex = 0;
+    const auto run = [&] {
+        for (std::size_t index = nextIndex++; index < count; index = nextIndex++) {
+            work(index);
+        }
+    };
+    std::vector<std::future<void>> others;
+    for (unsigned i = 1; i < std::min<std::size_t>(threads, count); ++i) {
+        others.push_back(std::async(std::launch::async, run));
+    }
+    run();
+    for (std::future<void>& other : others) {
+        other.get();
+    }
+}
+
+}  // namespace sorvane

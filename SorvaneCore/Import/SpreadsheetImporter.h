@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneCore/Import/CSVImporter.h"
+
+namespace sorvane {
+
+/// The door of all file import: finds the reader by the file's extension.
+struct SpreadsheetImporter {
+    CSVImporter csvImporter;
+
+    /// The dataset of a file.
+    ///
+    /// Failure    what the chosen reader throws; an extension that none takes ->
+    ///            SpreadsheetImportError. All are ImportErrors, whose text is for the user
+    ImportedDataset importData(const std::filesystem::path& file) const;
+};
+
+}  // namespace sorvane
