@@ -24,7 +24,8 @@ constexpr double margin = 48 * dotsPerPoint;
 constexpr double textWidth = 516 * dotsPerPoint;
 constexpr double textHeight = 696 * dotsPerPoint;
 
-/// What must not be parted by a page end: a paragraph or a table, led by its headings and captions.
+/// What must not be parted by a page end: a paragraph or a table, led by its headings and captions
+/// and followed by its note.
 struct PageUnit {
     QTextBlock firstBlock;
     QTextTable* firstTable = nullptr;
@@ -45,17 +46,21 @@ std::vector<PageUnit> pageUnits(const QTextDocument& text) {
     const QAbstractTextDocumentLayout& layout = *text.documentLayout();
     std::vector<PageUnit> units;
     bool continues = false;
+    bool afterTable = false;
     for (auto at = text.rootFrame()->begin(); !at.atEnd(); ++at) {
         auto* table = qobject_cast<QTextTable*>(at.currentFrame());
         if (table == nullptr && at.currentFrame() != nullptr) {
             continue;
         }
-        if (!continues) {
+        // A paragraph right under a table is its note.
+        const bool isNote = afterTable && table == nullptr && at.currentBlock().length() > 1;
+        if (!continues && !isNote) {
             const double top = table != nullptr ? layout.frameBoundingRect(table).top()
                                                 : layout.blockBoundingRect(at.currentBlock()).top();
             units.push_back({.firstBlock = at.currentBlock(), .firstTable = table, .top = top});
         }
         continues = table == nullptr && RichTextConversion::keepsWithNext(at.currentBlock());
+        afterTable = table != nullptr;
     }
     return units;
 }

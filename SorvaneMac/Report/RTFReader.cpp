@@ -13,6 +13,7 @@
 
 #include "SorvaneMac/Report/RTFCharacters.h"
 #include "SorvaneMac/Report/RTFLexer.h"
+#include "SorvaneMac/Report/RTFRowDefinition.h"
 #include "SorvaneMac/Report/RTFTableBuilder.h"
 
 namespace sorvane::RTFReader {
@@ -341,38 +342,16 @@ private:
     // Tables
 
     bool applyTableControl(std::string_view name, int value) {
-        if (name == "trowd") {
-            definitions_.clear();
-            pendingCell_ = {};
-            border_ = nullptr;
-        } else if (name == "clmrg") {
-            pendingCell_.mergedWithPrevious = true;
-        } else if (name == "clbrdrt") {
-            border_ = &pendingCell_.topBorder;
-        } else if (name == "clbrdrb") {
-            border_ = &pendingCell_.bottomBorder;
-        } else if (name == "clbrdrl" || name == "clbrdrr") {
-            border_ = nullptr;
-        } else if (name == "brdrs" && border_ != nullptr) {
-            *border_ = *border_ > 0 ? *border_ : 0.5;
-        } else if ((name == "brdrnone" || name == "brdrnil") && border_ != nullptr) {
-            *border_ = 0;
-            border_ = nullptr;
-        } else if (name == "brdrw" && border_ != nullptr) {
-            *border_ = std::clamp(value, 0, 255) / twipsPerPoint;
-        } else if (name == "cellx") {
-            pendingCell_.rightEdge = value;
-            definitions_.push_back(std::exchange(pendingCell_, {}));
-            border_ = nullptr;
-        } else if (name == "cell") {
+        if (name == "cell") {
             cell_.push_back(takeParagraph());
             cells_.push_back(std::exchange(cell_, {}));
-        } else if (name == "row") {
-            table_.addRow(definitions_, std::exchange(cells_, {}));
-        } else {
-            return false;
+            return true;
         }
-        return true;
+        if (name == "row") {
+            table_.addRow(rowDefinition_.cells(), std::exchange(cells_, {}));
+            return true;
+        }
+        return rowDefinition_.apply(name, value);
     }
 
     void endTable() {
@@ -426,12 +405,10 @@ private:
     std::vector<TextRun> runs_;
     std::optional<InlineFigure> figure_;
 
-    /// The cell and the row being read, and the definitions that the next row end will use.
+    /// The cell and the row being read.
     std::vector<Paragraph> cell_;
     std::vector<std::vector<Paragraph>> cells_;
-    std::vector<RTFTableBuilder::CellDefinition> definitions_;
-    RTFTableBuilder::CellDefinition pendingCell_;
-    double* border_ = nullptr;
+    RTFRowDefinition rowDefinition_;
     RTFTableBuilder table_;
     int tableCount_ = 0;
 

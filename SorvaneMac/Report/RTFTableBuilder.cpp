@@ -19,11 +19,12 @@ int columnOf(const std::vector<int>& edges, int edge) {
 
 }  // namespace
 
-void RTFTableBuilder::addRow(std::vector<CellDefinition> definitions, std::vector<Cell> cells) {
+void RTFTableBuilder::addRow(const std::vector<RTFCellDefinition>& definitions,
+                             std::vector<Cell> cells) {
     std::vector<PlacedCell> row;
     int left = 0;
     for (std::size_t index = 0; index < cells.size(); ++index) {
-        CellDefinition definition{.rightEdge = left + twipsPerInch};
+        RTFCellDefinition definition{.rightEdge = left + twipsPerInch};
         if (index < definitions.size()) {
             definition = definitions[index];
         }

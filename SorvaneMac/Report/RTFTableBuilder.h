@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "SorvaneMac/Report/RTFRowDefinition.h"
 #include "SorvaneMac/Report/RichDocument.h"
 
 namespace sorvane {
@@ -9,21 +10,12 @@ namespace sorvane {
 /// Puts the rows of an RTF table, which only know where their cells end, on one grid of columns.
 class RTFTableBuilder {
 public:
-    struct CellDefinition {
-        /// The right edge, in twips.
-        int rightEdge = 0;
-        /// In points.
-        double topBorder = 0;
-        double bottomBorder = 0;
-        /// Belongs to the cell on its left.
-        bool mergedWithPrevious = false;
-    };
     using Cell = std::vector<Paragraph>;
 
     bool isEmpty() const { return rows_.empty(); }
 
     /// Input  definitions may be fewer than the cells; the remaining ones follow at an inch each
-    void addRow(std::vector<CellDefinition> definitions, std::vector<Cell> cells);
+    void addRow(const std::vector<RTFCellDefinition>& definitions, std::vector<Cell> cells);
 
     /// The paragraphs of the finished table, after which the builder is empty.
     std::vector<Paragraph> take(int table);
@@ -31,7 +23,7 @@ public:
 private:
     struct PlacedCell {
         int left = 0;
-        CellDefinition definition{};
+        RTFCellDefinition definition{};
         Cell paragraphs{};
     };
 

@@ -14,13 +14,15 @@ bool isFigureAlone(const Paragraph& paragraph) {
     return paragraph.figure && paragraph.runs.empty();
 }
 
-/// What stands between two paragraphs that follow each other.
-char separator(const Paragraph& before, const Paragraph& after) {
+/// What stands between two paragraphs that follow each other: a tab for each column that it
+/// crosses.
+std::string separator(const Paragraph& before, const Paragraph& after) {
     if (!before.block || !after.block || before.block->table != after.block->table ||
         before.block->startingRow != after.block->startingRow) {
-        return '\n';
+        return "\n";
     }
-    return before.block->startingColumn == after.block->startingColumn ? ' ' : '\t';
+    const int columns = after.block->startingColumn - before.block->startingColumn;
+    return columns > 0 ? std::string(static_cast<std::size_t>(columns), '\t') : " ";
 }
 
 /// A cell's own tabs and line ends would be taken for the bounds of cells and rows.

@@ -73,6 +73,12 @@ QTextCharFormat characterFormat(const TextStyle& style) {
     return format;
 }
 
+/// The format of a block itself, which text typed into it takes.
+QTextCharFormat typingFormat(const Paragraph& paragraph) {
+    return characterFormat(paragraph.runs.empty() ? TextStyle{.points = 12}
+                                                  : paragraph.runs.front().style);
+}
+
 TextStyle styleOf(const QTextCharFormat& format) {
     TextStyle style;
     style.font = format.fontFixedPitch() ? FontRole::monospaced : FontRole::system;
@@ -95,7 +101,8 @@ public:
         while (!paragraphs.empty()) {
             const std::size_t tableLength = leadingTableLength(paragraphs);
             if (tableLength > 0) {
-                appendTable(TableGrid::leading(paragraphs));
+                appendTable(TableGrid::leading(paragraphs),
+                            beginsWithEmptyLine(paragraphs.subspan(tableLength)));
             } else {
                 appendParagraph(paragraphs.front());
             }
@@ -114,6 +121,11 @@ private:
 
     /// Fills the empty block in which the cursor stands.
     void fill(QTextCursor& cursor, const Paragraph& paragraph) {
+        cursor.setBlockCharFormat(typingFormat(paragraph));
+        fillFormatted(cursor, paragraph);
+    }
+
+    void fillFormatted(QTextCursor& cursor, const Paragraph& paragraph) {
         QTextBlockFormat format;
         format.setAlignment(qtAlignment(paragraph.alignment));
         format.setTopMargin(paragraph.spaceBefore * pixelsPerPoint);
@@ -122,8 +134,6 @@ private:
             format.setProperty(keepWithNextProperty, true);
         }
         cursor.setBlockFormat(format);
-        cursor.setBlockCharFormat(characterFormat(
-            paragraph.runs.empty() ? TextStyle{.points = 12} : paragraph.runs.front().style));
         if (paragraph.figure) {
             insertFigure(cursor, *paragraph.figure);
         }
@@ -147,8 +157,14 @@ private:
         cursor.insertImage(format);
     }
 
-    void appendTable(const TableGrid& grid) {
+    static bool beginsWithEmptyLine(std::span<const Paragraph> paragraphs) {
+        return !paragraphs.empty() && paragraphs.front() == Paragraph{};
+    }
+
+    /// The layout gives an empty line after a table no height, so the table's margin stands for it.
+    void appendTable(const TableGrid& grid, bool emptyLineFollows) {
         QTextTableFormat format;
+        format.setBottomMargin(emptyLineFollows ? 12 * pixelsPerPoint : 0);
         format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
         format.setColumnWidthConstraints(QList<QTextLength>(
             grid.columnCount,
@@ -187,13 +203,14 @@ private:
             format.setBottomBorderStyle(QTextFrameFormat::BorderStyle_Solid);
             format.setBottomBorderBrush(Qt::black);
         }
+        // The format of a cell is also that of its first block; text typed there takes it.
+        format.merge(typingFormat(gridCell.paragraphs.front()));
         cell.setFormat(format);
         QTextCursor cursor = cell.firstCursorPosition();
-        for (std::size_t index = 0; index < gridCell.paragraphs.size(); ++index) {
-            if (index > 0) {
-                cursor.insertBlock();
-            }
-            fill(cursor, gridCell.paragraphs[index]);
+        fillFormatted(cursor, gridCell.paragraphs.front());
+        for (const Paragraph& paragraph : gridCell.paragraphs.subspan(1)) {
+            cursor.insertBlock();
+            fill(cursor, paragraph);
         }
     }
 
@@ -231,12 +248,10 @@ private:
 
     /// A text document cannot begin with a table; the empty line before it is not the user's.
     void dropLineAboveFirstTable() {
-        if (document_.paragraphs.size() == 1 && document_.paragraphs.front() == emptyLine()) {
+        if (document_.paragraphs.size() == 1 && document_.paragraphs.front() == Paragraph{}) {
             document_.paragraphs.clear();
         }
     }
-
-    static Paragraph emptyLine() { return {}; }
 
     void readTable(const QTextTable& table) {
         ++tables_;

@@ -1,0 +1,88 @@
+#include "SorvaneMac/Report/ReportFiles.h"
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <ios>
+#include <system_error>
+
+#include "SorvaneMac/Report/DocxReportExporter.h"
+#include "SorvaneMac/Report/MarkdownReportExporter.h"
+#include "SorvaneMac/Report/PDFReportExporter.h"
+
+namespace sorvane {
+namespace {
+
+constexpr std::array formats{ReportFormat::md, ReportFormat::rtf, ReportFormat::docx,
+                             ReportFormat::pdf, ReportFormat::draft};
+
+std::string writeFailure(const std::filesystem::path& file) {
+    return "The report could not be written to " + file.string() + ": " +
+           std::generic_category().message(errno) + ".";
+}
+
+}  // namespace
+
+std::string_view rawValue(ReportFormat format) {
+    switch (format) {
+        case ReportFormat::md:
+            return "md";
+        case ReportFormat::rtf:
+            return "rtf";
+        case ReportFormat::docx:
+            return "docx";
+        case ReportFormat::pdf:
+            return "pdf";
+        case ReportFormat::draft:
+            break;
+    }
+    return "briselreport";
+}
+
+std::optional<ReportFormat> reportFormat(std::string_view extension) {
+    for (const ReportFormat format : formats) {
+        if (rawValue(format) == extension) {
+            return format;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string suggestedFileName(ReportFormat format) {
+    std::string name = "Sorvane-Report.";
+    name += rawValue(format);
+    return name;
+}
+
+std::vector<std::uint8_t> reportBytes(const RichDocument& document, ReportFormat format) {
+    switch (format) {
+        case ReportFormat::md: {
+            const std::string text = MarkdownReportExporter::markdown(document);
+            return {text.begin(), text.end()};
+        }
+        case ReportFormat::docx:
+            return DocxReportExporter::package(document);
+        case ReportFormat::pdf:
+            return PDFReportExporter::pdf(document);
+        case ReportFormat::rtf:
+        case ReportFormat::draft:
+            break;
+    }
+    return encode(document);
+}
+
+std::optional<std::string> writeReport(const RichDocument& document,
+                                       ReportFormat format,
+                                       const std::filesystem::path& file) {
+    const std::vector<std::uint8_t> bytes = reportBytes(document, format);
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (out.fail()) {
+        return writeFailure(file);
+    }
+    return std::nullopt;
+}
+
+}  // namespace sorvane
