@@ -1,12 +1,14 @@
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
+#include "SorvaneCore/Numerics/ColumnKernels.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -32,10 +34,10 @@ CentredColumn centred(std::vector<double> values) {
     if (!column.deviations.empty()) {
         column.mean = SampleMoments::mean(column.deviations);
     }
+    column.sumOfSquares = SampleMoments::sumOfSquares(column.deviations, column.mean);
     for (double& value : column.deviations) {
         value -= column.mean;
     }
-    column.sumOfSquares = SampleMoments::sumOfSquares(column.deviations, 0.0);
     return column;
 }
 
@@ -78,18 +80,22 @@ Solution uncentred(const Design& design,
 }
 
 double residualSumOfSquares(const Design& design, const std::vector<double>& estimates) {
-    std::vector<double> residuals = design.outcome.deviations;
-    for (double& residual : residuals) {
-        residual -= estimates[0];
-    }
-    for (std::size_t j = 0; j < design.predictors.size(); ++j) {
-        const double slope = estimates[j + 1];
-        const double* deviations = design.predictors[j].deviations.data();
-        for (std::size_t row = 0; row < residuals.size(); ++row) {
-            residuals[row] -= slope * deviations[row];
+    constexpr std::size_t blockRows = 512;
+    std::array<double, blockRows> residuals;
+    double sum = 0.0;
+    for (std::size_t first = 0; first < design.rows(); first += blockRows) {
+        const std::size_t count = std::min(blockRows, design.rows() - first);
+        const double* outcome = &design.outcome.deviations[first];
+        for (std::size_t i = 0; i < count; ++i) {
+            residuals[i] = outcome[i] - estimates[0];
         }
+        for (std::size_t j = 0; j < design.predictors.size(); ++j) {
+            ColumnKernels::subtractScaled(estimates[j + 1], &design.predictors[j].deviations[first],
+                                          residuals.data(), count);
+        }
+        sum += ColumnKernels::dot(residuals.data(), residuals.data(), count);
     }
-    return SampleMoments::sumOfSquares(residuals, 0.0);
+    return sum;
 }
 
 AnalysisReadiness readiness(const MultipleRegressionResult& fit, std::size_t totalRows) {

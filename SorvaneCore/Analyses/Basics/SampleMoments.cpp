@@ -45,22 +45,38 @@ double mean(std::span<const double> values) {
 }
 
 double sumOfSquares(std::span<const double> values, double mean) {
-    const double* x = values.data();
-    return laneSum(values.size(), [x, mean](std::size_t i) {
-        const double deviation = x[i] - mean;
-        return deviation * deviation;
-    });
+    return sumOfProducts(values, mean, values, mean);
 }
 
 double sumOfProducts(std::span<const double> x,
                      double meanX,
                      std::span<const double> y,
                      double meanY) {
-    const double* left = x.data();
-    const double* right = y.data();
-    return laneSum(x.size(), [left, meanX, right, meanY](std::size_t i) {
-        return (left[i] - meanX) * (right[i] - meanY);
-    });
+    constexpr std::size_t lanes = 4;
+    std::array<double, lanes> products{};
+    std::array<double, lanes> leftOfX{};
+    std::array<double, lanes> leftOfY{};
+    const auto add = [&](std::size_t lane, std::size_t i) {
+        const double dx = x[i] - meanX;
+        const double dy = y[i] - meanY;
+        products[lane] += dx * dy;
+        leftOfX[lane] += dx;
+        leftOfY[lane] += dy;
+    };
+    const std::size_t whole = x.size() - x.size() % lanes;
+    for (std::size_t i = 0; i < whole; i += lanes) {
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            add(lane, i + lane);
+        }
+    }
+    for (std::size_t i = whole; i < x.size(); ++i) {
+        add(i - whole, i);
+    }
+    const auto total = [](const std::array<double, lanes>& sums) {
+        return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    };
+    const auto n = static_cast<double>(x.size());
+    return x.empty() ? 0.0 : total(products) - total(leftOfX) * total(leftOfY) / n;
 }
 
 }  // namespace sorvane::SampleMoments

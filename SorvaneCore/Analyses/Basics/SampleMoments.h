@@ -16,10 +16,13 @@ double sum(std::span<const double> values);
 /// Accuracy   correctly rounded but for a unit or so in the last place, whatever the offset
 double mean(std::span<const double> values);
 
-/// The sum of squared deviations from `mean`.
+/// The sum of squared deviations from the mean, of which `mean` is the rounded value.
+///
+/// Method     about `mean`, less the share of its rounding error, which counts where the spread is
+///            small beside the offset
 double sumOfSquares(std::span<const double> values, double mean);
 
-/// The sum of products of deviations, over two lists of one length.
+/// The same for products of deviations, over two lists of one length.
 double sumOfProducts(std::span<const double> x,
                      double meanX,
                      std::span<const double> y,

@@ -78,12 +78,14 @@ double ValueCounts::mean() const {
 }
 
 double ValueCounts::sumOfSquares(double mean) const {
-    double sum = 0.0;
+    double squares = 0.0;
+    double left = 0.0;
     for (std::size_t i = 0; i < values_.size(); ++i) {
         const double deviation = values_[i] - mean;
-        sum += static_cast<double>(counts_[i]) * (deviation * deviation);
+        squares += static_cast<double>(counts_[i]) * (deviation * deviation);
+        left += static_cast<double>(counts_[i]) * deviation;
     }
-    return sum;
+    return squares - left * left / static_cast<double>(total_);
 }
 
 double ValueCounts::sumOfCubes(double mean, double scale) const {

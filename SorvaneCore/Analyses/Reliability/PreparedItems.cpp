@@ -65,8 +65,12 @@ void PreparedItems::markPresent(std::size_t firstRow,
         }
     }
     block.kept.clear();
+    block.incomplete.clear();
     for (std::size_t i = 0; i < count; ++i) {
         if (keepsWith_[presentItems[i]] != 0) {
+            if (presentItems[i] < items_.size()) {
+                block.incomplete.push_back(static_cast<std::uint16_t>(block.kept.size()));
+            }
             block.kept.push_back(static_cast<std::uint16_t>(i));
         }
     }
@@ -90,7 +94,7 @@ void PreparedItems::gather(std::size_t item, std::size_t firstRow, PreparedBlock
 
 /// Absent entries of the rows that stay become the mean of the row's own answers.
 void PreparedItems::fill(PreparedBlock& block) const {
-    for (std::size_t i = 0; i < block.rows; ++i) {
+    for (const std::uint16_t i : block.incomplete) {
         const std::size_t row = block.kept[i];
         double sum = 0.0;
         std::size_t answers = 0;
@@ -99,9 +103,6 @@ void PreparedItems::fill(PreparedBlock& block) const {
                 sum += block.item(j)[i];
                 ++answers;
             }
-        }
-        if (answers == items_.size()) {
-            continue;
         }
         const double mean = sum / static_cast<double>(answers);
         for (std::size_t j = 0; j < items_.size(); ++j) {

@@ -25,6 +25,8 @@ struct PreparedBlock {
     std::vector<std::uint8_t> present;
     /// Input rows that stay, counted from the first of the block.
     std::vector<std::uint16_t> kept;
+    /// The prepared rows among them that have absent entries.
+    std::vector<std::uint16_t> incomplete;
 };
 
 /// The rows of a scale as the missing-data rule leaves them, read block by block.
