@@ -71,7 +71,9 @@ CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> data
     }
 }
 
-bool CallArguments::has(const std::string& name) const { return arguments_.contains(name); }
+bool CallArguments::has(const std::string& name) const {
+    return arguments_.contains(name);
+}
 
 const Json* CallArguments::find(const std::string& name) const {
     askedFor_.insert(name);

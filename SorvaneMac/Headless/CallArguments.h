@@ -22,8 +22,9 @@ public:
 /// The arguments of one call: a JSON object, and the table whose columns it may name.
 ///
 /// Two keys restrict the table's rows before anything is read: "firstRows" (a count) and "rows" (a
-/// list of row numbers counted from 1). Every key must be asked for by the procedure; `expectNoOthers`
-/// refuses the rest, so that a misspelt setting is not silently left at its default.
+/// list of row numbers counted from 1). Every key must be asked for by the procedure;
+/// `expectNoOthers` refuses the rest, so that a misspelt setting is not silently left at its
+/// default.
 class CallArguments {
 public:
     /// Throws CallError when the arguments are no object or name rows that are not there.

@@ -37,8 +37,9 @@ CallOptions readOptions(const std::vector<std::string>& words) {
         }
     }
     if (plain.empty() || plain.size() > 2) {
-        throw CallError("Call a procedure so: sorvane call PROCEDURE [--data FILE] [--pretty] "
-                        "[ARGS.json]");
+        throw CallError(
+            "Call a procedure so: sorvane call PROCEDURE [--data FILE] [--pretty] "
+            "[ARGS.json]");
     }
     options.procedure = plain.front();
     if (plain.size() == 2) {
@@ -77,7 +78,7 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
         Json given = readArguments(options.argumentsFile, streams.in);
         std::optional<ImportedDataset> dataset;
         if (options.dataFile) {
-            dataset = SpreadsheetImporter::importData(*options.dataFile);
+            dataset = SpreadsheetImporter().importData(*options.dataFile);
         }
         const Json result = procedure->call({std::move(given), std::move(dataset)});
         streams.out << result.dump(options.pretty ? prettyIndent : -1) << '\n';

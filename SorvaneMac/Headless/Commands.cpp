@@ -17,7 +17,8 @@ bool isCommand(const std::string& word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-ExitStatus run(const std::vector<std::string>& words, const std::filesystem::path& resources,
+ExitStatus run(const std::vector<std::string>& words,
+               const std::filesystem::path& resources,
                CommandStreams streams) {
     const std::string& command = words.front();
     const std::vector<std::string> rest(words.begin() + 1, words.end());

@@ -30,7 +30,8 @@ namespace Commands {
 bool isCommand(const std::string& word);
 
 /// Runs `call`, `procedures`, `describe` or `run`; `resources` holds the files of the program.
-ExitStatus run(const std::vector<std::string>& words, const std::filesystem::path& resources,
+ExitStatus run(const std::vector<std::string>& words,
+               const std::filesystem::path& resources,
                CommandStreams streams);
 
 }  // namespace Commands
@@ -39,6 +40,7 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
 ExitStatus proceduresCommand(CommandStreams streams);
 ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams streams);
 ExitStatus runCommand(const std::vector<std::string>& words,
-                      const std::filesystem::path& resources, CommandStreams streams);
+                      const std::filesystem::path& resources,
+                      CommandStreams streams);
 
 }  // namespace sorvane

@@ -47,7 +47,7 @@ ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams
         return ExitStatus::badArguments;
     }
     try {
-        const ImportedDataset dataset = SpreadsheetImporter::importData(options->file);
+        const ImportedDataset dataset = SpreadsheetImporter().importData(options->file);
         Json description = Json::object();
         description["name"] = dataset.name;
         description["headers"] = toJson(dataset.headers);
@@ -61,8 +61,7 @@ ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams
                 first.push_back(toJson(dataset.rows.row(row).texts()));
             }
             description["firstRows"] = std::move(first);
-            description["lastRow"] =
-                toJson(dataset.rows.row(dataset.rows.rowCount() - 1).texts());
+            description["lastRow"] = toJson(dataset.rows.row(dataset.rows.rowCount() - 1).texts());
         }
         // A cell may hold bytes that are not UTF-8; they come out as the replacement character.
         streams.out << description.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';

@@ -21,24 +21,40 @@ const std::vector<Operation>& all() {
     using State = StudioState;
     using Call = CallArguments;
     static const std::vector<Operation> table = {
-        {"resetToSample", [](State& state, const Call&) { state.resetToSample(); }},
-        {"beginBlankDataset", [](State& state, const Call&) { state.beginBlankDataset(); }},
+        {"resetToSample",
+         [](State& state, const Call&) {
+             state.resetToSample();
+         }},
+        {"beginBlankDataset",
+         [](State& state, const Call&) {
+             state.beginBlankDataset();
+         }},
         {"createBlankDataset",
          [](State& state, const Call& given) {
              state.createBlankDataset(
-                 given.setting<std::string>("name", ""),
-                 given.required<std::int64_t>("rows"), given.required<std::int64_t>("columns"),
+                 given.setting<std::string>("name", ""), given.required<std::int64_t>("rows"),
+                 given.required<std::int64_t>("columns"),
                  given.setting<std::optional<std::vector<std::string>>>("headers", {}));
          }},
-        {"confirmPendingImport", [](State& state, const Call&) { state.confirmPendingImport(); }},
-        {"cancelPendingImport", [](State& state, const Call&) { state.cancelPendingImport(); }},
-        {"resetAnalysisState", [](State& state, const Call&) { state.resetAnalysisState(); }},
+        {"confirmPendingImport",
+         [](State& state, const Call&) {
+             state.confirmPendingImport();
+         }},
+        {"cancelPendingImport",
+         [](State& state, const Call&) {
+             state.cancelPendingImport();
+         }},
+        {"resetAnalysisState",
+         [](State& state, const Call&) {
+             state.resetAnalysisState();
+         }},
         {"refreshAnalysisDefaults",
-         [](State& state, const Call&) { state.refreshAnalysisDefaults(); }},
+         [](State& state, const Call&) {
+             state.refreshAnalysisDefaults();
+         }},
         {"assignVariable",
          [](State& state, const Call& given) {
-             state.assignVariable(variableId(state, given),
-                                  given.required<VariableKind>("kind"));
+             state.assignVariable(variableId(state, given), given.required<VariableKind>("kind"));
          }},
         {"setReliabilityIncluded",
          [](State& state, const Call& given) {
@@ -55,30 +71,43 @@ const std::vector<Operation>& all() {
              state.classifyAndSeedScaleItems(given.setting("seedSelection", false));
          }},
         {"selectLikertCandidateItemsForReliability",
-         [](State& state, const Call&) { state.selectLikertCandidateItemsForReliability(); }},
+         [](State& state, const Call&) {
+             state.selectLikertCandidateItemsForReliability();
+         }},
         {"syncDatasetDraftHeaders",
-         [](State& state, const Call&) { state.syncDatasetDraftHeaders(); }},
+         [](State& state, const Call&) {
+             state.syncDatasetDraftHeaders();
+         }},
         {"updateDatasetCell",
          [](State& state, const Call& given) {
              state.updateDatasetCell(given.required<std::int64_t>("row"),
                                      given.required<std::int64_t>("column"),
                                      given.required<std::string>("value"));
          }},
-        {"clearReport", [](State& state, const Call&) { state.clearReport(); }},
-        {"assembleReport", [](State& state, const Call&) { state.assembleReport(); }},
+        {"clearReport",
+         [](State& state, const Call&) {
+             state.clearReport();
+         }},
+        {"assembleReport",
+         [](State& state, const Call&) {
+             state.assembleReport();
+         }},
         {"stageResearcherNote",
          [](State& state, const Call& given) {
              state.stageResearcherNote(given.required<StudioScreen>("screen"));
          }},
-        {"cancelComputing", [](State& state, const Call&) { state.cancelComputing(); }},
+        {"cancelComputing",
+         [](State& state, const Call&) {
+             state.cancelComputing();
+         }},
     };
     return table;
 }
 
 const Operation* find(std::string_view name) {
-    const auto found =
-        std::find_if(all().begin(), all().end(),
-                     [name](const Operation& operation) { return operation.name == name; });
+    const auto found = std::find_if(all().begin(), all().end(), [name](const Operation& operation) {
+        return operation.name == name;
+    });
     return found == all().end() ? nullptr : &*found;
 }
 

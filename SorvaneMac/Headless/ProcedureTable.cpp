@@ -18,9 +18,9 @@ const std::vector<Procedure>& all() {
 }
 
 const Procedure* find(std::string_view name) {
-    const auto found =
-        std::find_if(all().begin(), all().end(),
-                     [name](const Procedure& procedure) { return procedure.name == name; });
+    const auto found = std::find_if(all().begin(), all().end(), [name](const Procedure& procedure) {
+        return procedure.name == name;
+    });
     return found == all().end() ? nullptr : &*found;
 }
 

@@ -131,8 +131,8 @@ Procedure procedure(std::string name, Function function, Arguments... declared) 
             result.arguments.insert(result.arguments.end(), listed.begin(), listed.end());
         }(declared.listed()),
         ...);
-    result.call = [function, declared = std::make_tuple(std::move(declared)...)](
-                      const CallArguments& call) {
+    result.call = [function,
+                   declared = std::make_tuple(std::move(declared)...)](const CallArguments& call) {
         // Braces, so that arguments are read in the order in which they are declared.
         auto values = std::apply(
             [&call](const auto&... each) { return std::tuple{each.read(call)...}; }, declared);

@@ -52,7 +52,8 @@ std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& 
 }  // namespace
 
 ExitStatus runCommand(const std::vector<std::string>& words,
-                      const std::filesystem::path& resources, CommandStreams streams) {
+                      const std::filesystem::path& resources,
+                      CommandStreams streams) {
     const std::optional<RunOptions> options = readOptions(words);
     if (!options) {
         streams.error << usage << '\n';
@@ -65,8 +66,8 @@ ExitStatus runCommand(const std::vector<std::string>& words,
     std::error_code failure;
     std::filesystem::create_directories(options->output, failure);
     if (failure) {
-        streams.error << "The folder " << options->output.string() << " cannot be made: "
-                      << failure.message() << ".\n";
+        streams.error << "The folder " << options->output.string()
+                      << " cannot be made: " << failure.message() << ".\n";
         return ExitStatus::refused;
     }
     StudioState state(resources);

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "SorvaneMac/Headless/OperationTable.h"
-#include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Report/ReportFiles.h"
+#include "SorvaneMac/Report/RichDocument.h"
 
 namespace sorvane {
 
@@ -47,8 +47,10 @@ T argumentOf(const Json& json) {
 
 }  // namespace
 
-StudioScript::StudioScript(StudioState& state, StudioScreens& screens,
-                           std::filesystem::path folder, std::filesystem::path output)
+StudioScript::StudioScript(StudioState& state,
+                           StudioScreens& screens,
+                           std::filesystem::path folder,
+                           std::filesystem::path output)
     : state_(state), screens_(screens), folder_(std::move(folder)), output_(std::move(output)) {}
 
 StepOutcome StudioScript::perform(const Json& step) {
@@ -83,10 +85,10 @@ StepOutcome StudioScript::perform(const Json& step) {
 Json StudioScript::performNamed(const std::string& name, const Json& argument) {
     using Step = Json (StudioScript::*)(const Json&);
     static const std::map<std::string, Step> steps = {
-        {"import", &StudioScript::importFile}, {"paste", &StudioScript::paste},
-        {"blank", &StudioScript::blank},       {"set", &StudioScript::setFields},
-        {"do", &StudioScript::doOperation},    {"run", &StudioScript::runScreen},
-        {"stage", &StudioScript::stageScreen}, {"assemble", &StudioScript::assemble},
+        {"import", &StudioScript::importFile},  {"paste", &StudioScript::paste},
+        {"blank", &StudioScript::blank},        {"set", &StudioScript::setFields},
+        {"do", &StudioScript::doOperation},     {"run", &StudioScript::runScreen},
+        {"stage", &StudioScript::stageScreen},  {"assemble", &StudioScript::assemble},
         {"export", &StudioScript::exportReport}};
     const auto step = steps.find(name);
     if (step == steps.end()) {

@@ -27,7 +27,9 @@ struct StepOutcome {
 class StudioScript {
 public:
     /// Files that a step names are looked up in `folder`, files that it writes go to `output`.
-    StudioScript(StudioState& state, StudioScreens& screens, std::filesystem::path folder,
+    StudioScript(StudioState& state,
+                 StudioScreens& screens,
+                 std::filesystem::path folder,
                  std::filesystem::path output);
 
     StepOutcome perform(const Json& step);

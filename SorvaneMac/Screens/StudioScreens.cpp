@@ -1,10 +1,18 @@
 #include "SorvaneMac/Screens/StudioScreens.h"
 
 #include "SorvaneMac/Screens/CorrelationScreen.h"
+#include "SorvaneMac/Screens/DataPreviewScreen.h"
 #include "SorvaneMac/Screens/DescriptivesScreen.h"
+#include "SorvaneMac/Screens/ExportScreen.h"
+#include "SorvaneMac/Screens/FindingsScreen.h"
+#include "SorvaneMac/Screens/ImportDataScreen.h"
+#include "SorvaneMac/Screens/InstrumentMapScreen.h"
 #include "SorvaneMac/Screens/LaterScreen.h"
+#include "SorvaneMac/Screens/OverviewScreen.h"
 #include "SorvaneMac/Screens/RegressionScreen.h"
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
+#include "SorvaneMac/Screens/UserGuideScreen.h"
+#include "SorvaneMac/Screens/VariableTypesScreen.h"
 
 namespace sorvane {
 
@@ -13,10 +21,18 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
         const StudioScreen id = screen->id();
         screens_.emplace(id, std::move(screen));
     };
+    add(std::make_unique<OverviewScreen>(state));
+    add(std::make_unique<ImportDataScreen>(state));
+    add(std::make_unique<DataPreviewScreen>(state));
+    add(std::make_unique<InstrumentMapScreen>(state));
+    add(std::make_unique<VariableTypesScreen>(state));
     add(std::make_unique<ReliabilityScreen>(state));
     add(std::make_unique<DescriptivesScreen>(state));
     add(std::make_unique<CorrelationScreen>(state, fields.correlation));
     add(std::make_unique<RegressionScreen>(state, fields.regression));
+    add(std::make_unique<FindingsScreen>(state));
+    add(std::make_unique<ExportScreen>(state));
+    add(std::make_unique<UserGuideScreen>());
     for (const StudioScreen id : allStudioScreens()) {
         if (!screens_.contains(id)) {
             add(std::make_unique<LaterScreen>(id));

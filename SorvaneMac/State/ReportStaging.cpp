@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
-#include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Report/ReportExporter.h"
+#include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -56,8 +56,8 @@ void StudioState::clearReport() {
 }
 
 void StudioState::assembleReport() {
-    reportRTFData.replace(
-        encode(ReportExporter::attributed(reportItems.get(), dataset().name, dataset().rowCount())));
+    reportRTFData.replace(encode(
+        ReportExporter::attributed(reportItems.get(), dataset().name, dataset().rowCount())));
 }
 
 std::string StudioState::trimmedNote(StudioScreen screen) const {

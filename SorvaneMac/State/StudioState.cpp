@@ -1,12 +1,10 @@
 #include "SorvaneMac/State/StudioState.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
-#include "SorvaneCore/Import/CSVImporter.h"
 #include "SorvaneCore/Import/ImportError.h"
-#include "SorvaneCore/Import/SpreadsheetImporter.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -69,7 +67,7 @@ bool StudioState::showsStartPage() const {
 void StudioState::importData(const std::filesystem::path& file) {
     const std::string fileName = file.filename().string();
     try {
-        ImportedDataset imported = SpreadsheetImporter::importData(file);
+        ImportedDataset imported = importer.importData(file);
         const std::string log = "Imported " + fileName + " with " + sizeText(imported);
         adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
     } catch (const ImportError& error) {
@@ -104,7 +102,7 @@ void StudioState::importPastedData(std::string_view text) {
         return;
     }
     try {
-        ImportedDataset imported = CSVImporter::importCSV("Pasted data", trimmed);
+        ImportedDataset imported = importer.csvImporter.importCSV("Pasted data", trimmed);
         const std::string log = "Imported pasted data with " + sizeText(imported);
         adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
     } catch (const ImportError& error) {
@@ -136,7 +134,7 @@ void StudioState::createBlankDataset(std::string_view name,
 
 ImportedDataset StudioState::loadBundledSample() const {
     try {
-        return CSVImporter::importCSV(resources_ / sampleResource);
+        return importer.csvImporter.importCSV(resources_ / sampleResource);
     } catch (const ImportError&) {
         return emptyDataset("Empty project");
     }

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SorvaneCore/Import/SpreadsheetImporter.h"
 #include "SorvaneMac/Report/ReportItem.h"
 #include "SorvaneMac/State/DatasetFields.h"
 #include "SorvaneMac/State/DerivedVariableFields.h"
@@ -44,6 +45,8 @@ public:
     DatasetFields data;
     ScaleFields scale;
     DerivedVariableFields derived;
+
+    SpreadsheetImporter importer;
 
     /// Selections kept valid against the table by `refreshAnalysisDefaults`.
     Field<VariableName> selectedDescriptiveVariableName;

@@ -100,8 +100,8 @@ void StudioState::classifyAndSeedScaleItems(bool seedSelection) {
         scale.scaleClassifications.set({});
         return;
     }
-    scale.scaleClassifications.set(
-        ScaleItemClassifier::classify(dataset().headers, dataset().rows, questionTexts(dataset())));
+    scale.scaleClassifications.set(ScaleItemClassifier::classify(
+        dataset().headers, dataset().rows.columns(), questionTexts(dataset())));
     if (!seedSelection) {
         return;
     }

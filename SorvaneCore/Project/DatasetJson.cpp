@@ -1,0 +1,103 @@
+#include "SorvaneCore/Project/DatasetJson.h"
+
+#include "SorvaneCore/Import/ImportReadinessBuilder.h"
+
+namespace sorvane {
+
+namespace {
+
+/// Line 1 of a source is taken to be its header line.
+constexpr std::int64_t firstSourceRow = 2;
+
+/// The member of an object, read as `T`; the error names it.
+template <typename T>
+T member(const Json& object, const char* name) {
+    const auto entry = object.find(name);
+    if (entry == object.end()) {
+        throw RecordJsonError("is missing").within(name);
+    }
+    try {
+        return fromJson<T>(*entry);
+    } catch (const RecordJsonError& error) {
+        throw error.within(name);
+    }
+}
+
+ImportRowReports synthesizedReports(const std::vector<std::vector<std::string>>& rows,
+                                    std::size_t columnCount) {
+    const auto columns = static_cast<std::int64_t>(columnCount);
+    ImportRowReports reports(columns);
+    std::int64_t sourceRow = firstSourceRow;
+    for (const std::vector<std::string>& row : rows) {
+        reports.append(ImportRowNormalizationReport::of(
+            sourceRow++, static_cast<std::int64_t>(row.size()), columns));
+    }
+    return reports;
+}
+
+}  // namespace
+
+Json JsonForm<TextTable>::to(const TextTable& table) {
+    Json rows = Json::array();
+    for (std::size_t row = 0; row < table.rowCount(); ++row) {
+        rows.push_back(toJson(table.row(row).texts()));
+    }
+    return rows;
+}
+
+Json JsonForm<ImportRowSummaries>::to(const ImportRowSummaries& summaries) {
+    Json list = Json::array();
+    for (std::size_t row = 0; row < summaries.size(); ++row) {
+        list.push_back(toJson(summaries[row]));
+    }
+    return list;
+}
+
+ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
+    const auto rows = fromJson<std::vector<ImportRowSummary>>(json);
+    const std::int64_t columnCount =
+        rows.empty() ? 0 : rows.front().missingCount + rows.front().nonMissingCount;
+    ImportRowReports reports(rows.empty() ? 0 : rows.front().normalizedColumnCount);
+    std::vector<std::uint32_t> missingCounts;
+    for (const ImportRowSummary& row : rows) {
+        reports.append({.sourceRowNumber = row.sourceRowNumber,
+                        .originalColumnCount = row.originalColumnCount,
+                        .normalizedColumnCount = row.normalizedColumnCount,
+                        .extraFieldCount = row.extraFieldCount,
+                        .paddedFieldCount = row.paddedFieldCount});
+        missingCounts.push_back(static_cast<std::uint32_t>(row.missingCount));
+    }
+    return {std::move(reports), std::move(missingCounts), columnCount};
+}
+
+Json JsonForm<ImportedDataset>::to(const ImportedDataset& dataset) {
+    Json object = Json::object();
+    object["name"] = dataset.name;
+    object["headers"] = toJson(dataset.headers);
+    object["rows"] = toJson(dataset.rows);
+    object["variables"] = toJson(dataset.variables);
+    object["importMetadata"] = toJson(dataset.importMetadata);
+    return object;
+}
+
+ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {
+    if (!json.is_object()) {
+        record_json::failWanting("an object");
+    }
+    ImportedDataset dataset;
+    dataset.name = member<std::string>(json, "name");
+    dataset.headers = member<std::vector<std::string>>(json, "headers");
+    const auto rows = member<std::vector<std::vector<std::string>>>(json, "rows");
+    dataset.rows = TextTable::fromRows(rows, dataset.headers.size());
+    dataset.variables = member<std::vector<DataVariable>>(json, "variables");
+    if (json.contains("importMetadata")) {
+        dataset.importMetadata = member<ImportReadinessMetadata>(json, "importMetadata");
+    } else {
+        dataset.importMetadata =
+            ImportReadinessBuilder::metadata({}, dataset.headers, dataset.rows,
+                                             synthesizedReports(rows, dataset.headers.size()), {});
+    }
+    return dataset;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// The table itself, cell by cell.
+class DataPreviewScreen final : public Screen {
+public:
+    /// What stands above a column.
+    struct ColumnHead {
+        std::string name;
+        std::string role;
+        std::string missing;
+        /// The label and what the classifier had to say, a line each.
+        std::string details;
+
+        bool operator==(const ColumnHead&) const = default;
+    };
+
+    explicit DataPreviewScreen(StudioState& state) : state_(state) {}
+
+    StudioScreen id() const override { return StudioScreen::dataPreview; }
+    SetupForm setup() override;
+    ScreenContent content() const override;
+    Guide guide() const override;
+    std::optional<std::string> run() override { return std::nullopt; }
+
+    std::vector<ColumnHead> columnHeads() const;
+
+private:
+    StudioState& state_;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+
+/// A table in a few words, as screens and the status line say it.
+namespace sorvane::DatasetText {
+
+/// "300 rows × 34 columns"; in the singular where there is one.
+std::string size(const ImportedDataset& dataset);
+/// "4.1% missing", of all cells; "0.0% missing" without cells.
+std::string missing(const ImportedDataset& dataset);
+/// "4.1%"; "0.0%" of nothing.
+std::string share(std::int64_t part, std::int64_t whole);
+/// How many variables are in the item set.
+std::int64_t itemCount(const ImportedDataset& dataset);
+
+}  // namespace sorvane::DatasetText

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// What each column seems to be, why, and whether it stands in the item set.
+class InstrumentMapScreen final : public Screen {
+public:
+    struct Row {
+        Uuid id;
+        std::string name;
+        std::string label;
+        std::string inferredRole;
+        std::string category;
+        /// How likely the column is a scale item, such as "85%".
+        std::string probability;
+        std::string reasons;
+        bool isIncluded = false;
+        /// Whether the column can stand in the item set at all.
+        bool canBeIncluded = false;
+
+        bool operator==(const Row&) const = default;
+    };
+
+    explicit InstrumentMapScreen(StudioState& state) : state_(state) {}
+
+    StudioScreen id() const override { return StudioScreen::instrumentMap; }
+    SetupForm setup() override;
+    ScreenContent content() const override;
+    Guide guide() const override;
+    std::optional<std::string> run() override { return std::nullopt; }
+
+    std::vector<Row> rows() const;
+    void setIncluded(const Uuid& variable, bool isIncluded) {
+        state_.setReliabilityIncluded(variable, isIncluded);
+    }
+
+private:
+    StudioState& state_;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/UserVariableRole.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// The role of each variable, as the user sets it.
+class VariableTypesScreen final : public Screen {
+public:
+    struct Row {
+        Uuid id;
+        std::string name;
+        std::string label;
+        VariableKind role = VariableKind::status;
+        bool inReliability = false;
+        bool inDescriptives = false;
+        std::string valid;
+        std::string missing;
+        std::string distinct;
+        std::string samples;
+        /// A line each.
+        std::string warnings;
+
+        bool operator==(const Row&) const = default;
+    };
+
+    explicit VariableTypesScreen(StudioState& state) : state_(state) {}
+
+    StudioScreen id() const override { return StudioScreen::variableTypes; }
+    SetupForm setup() override;
+    ScreenContent content() const override;
+    Guide guide() const override;
+    std::optional<std::string> run() override { return std::nullopt; }
+
+    std::vector<Row> rows() const;
+    void assign(const std::vector<Uuid>& variables, VariableKind kind);
+    void setInReliability(const Uuid& variable, bool included) {
+        state_.setReliabilityIncluded(variable, included);
+    }
+    void setInDescriptives(const Uuid& variable, bool included) {
+        state_.setDescriptivesIncluded(variable, included);
+    }
+
+private:
+    StudioState& state_;
+};
+
+}  // namespace sorvane
