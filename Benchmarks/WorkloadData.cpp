@@ -1,0 +1,244 @@
+#include "Benchmarks/WorkloadData.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <numbers>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane::WorkloadData {
+
+namespace {
+
+/// Random draws that stay the same for as long as this file does.
+class Draws {
+public:
+    explicit Draws(std::uint64_t seed) : state_(seed) {}
+
+    std::uint64_t bits() {
+        state_ += 0x9E3779B97F4A7C15U;
+        std::uint64_t mixed = state_;
+        mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9U;
+        mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBU;
+        return mixed ^ (mixed >> 31);
+    }
+    /// In (0, 1].
+    double share() { return static_cast<double>((bits() >> 11) + 1) * 0x1p-53; }
+    std::size_t below(std::size_t count) { return bits() % count; }
+    double normal() {
+        return std::sqrt(-2.0 * std::log(share())) * std::cos(2.0 * std::numbers::pi * share());
+    }
+
+private:
+    std::uint64_t state_;
+};
+
+/// Writes cells and ends rows; holds back little.
+class CsvWriter {
+public:
+    explicit CsvWriter(const std::filesystem::path& file) : stream_(file, std::ios::binary) {}
+
+    void cell(std::string_view text) {
+        if (!atRowStart_) {
+            stream_ << ',';
+        }
+        atRowStart_ = false;
+        stream_ << text;
+    }
+    void quotedCell(std::string_view text) {
+        std::string quoted = "\"";
+        for (const char c : text) {
+            quoted += c == '"' ? "\"\"" : std::string(1, c);
+        }
+        cell(quoted + '"');
+    }
+    void endRow() {
+        stream_ << '\n';
+        atRowStart_ = true;
+    }
+    void numberedHeaders(std::string_view stem, std::size_t count) {
+        for (std::size_t i = 1; i <= count; ++i) {
+            cell(std::string(stem) + std::to_string(i));
+        }
+    }
+
+private:
+    std::ofstream stream_;
+    bool atRowStart_ = true;
+};
+
+std::string rounded(double value, double scale) {
+    return NumberText::shortest(std::round(value * scale) / scale);
+}
+
+constexpr double sixDecimals = 1e6;
+constexpr double oneDecimal = 10.0;
+
+/// One row of items from 1 to 5, the item j on the factor j modulo the number of factors; one cell
+/// in fifty is blank.
+void writeLikertCells(CsvWriter& csv, Draws& draws, std::size_t items, std::size_t factorCount) {
+    constexpr double loading = 0.7;
+    constexpr std::array<double, 4> cuts = {-1.5, -0.5, 0.5, 1.5};
+    const double uniqueness = std::sqrt(1.0 - loading * loading);
+    std::vector<double> factors(factorCount);
+    for (double& factor : factors) {
+        factor = draws.normal();
+    }
+    for (std::size_t j = 0; j < items; ++j) {
+        const double position = loading * factors[j % factorCount] + uniqueness * draws.normal();
+        char answer = '1';
+        for (const double cut : cuts) {
+            answer = static_cast<char>(answer + (position >= cut ? 1 : 0));
+        }
+        csv.cell(draws.share() < 0.02 ? std::string_view() : std::string_view(&answer, 1));
+    }
+}
+
+void writeLikert(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    csv.numberedHeaders("q", 20);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        writeLikertCells(csv, draws, 20, 1);
+        csv.endRow();
+    }
+}
+
+/// Here the size is the number of columns.
+void writeWide(CsvWriter& csv, Draws& draws, std::size_t columns) {
+    csv.numberedHeaders("q", columns);
+    csv.endRow();
+    for (std::size_t i = 0; i < 2000; ++i) {
+        writeLikertCells(csv, draws, columns, 10);
+        csv.endRow();
+    }
+}
+
+void writeRegression(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    csv.cell("y");
+    csv.cell("yb");
+    csv.numberedHeaders("x", 10);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        std::array<double, 10> x{};
+        double eta = 0.0;
+        for (std::size_t j = 0; j < x.size(); ++j) {
+            x[j] = draws.normal();
+            eta += (static_cast<double>(j) - 5.0) / 10.0 * x[j];
+        }
+        csv.cell(rounded(2.0 + eta + draws.normal(), sixDecimals));
+        csv.cell(draws.share() < 1.0 / (1.0 + std::exp(0.3 - eta)) ? "1" : "0");
+        for (const double value : x) {
+            csv.cell(rounded(value, sixDecimals));
+        }
+        csv.endRow();
+    }
+}
+
+std::string sentence(Draws& draws, std::size_t fewest, std::size_t most) {
+    static constexpr std::array<std::string_view, 26> words = {
+        "the",       "course",    "was",     "clear",    "but", "slow",       "I",
+        "would",     "like",      "more",    "examples", "and", "less",       "reading",
+        "caf\u00e9", "\u00fcber", "teacher", "helped",   "me",  "understand", "statistics",
+        "in",        "practice",  "not",     "sure",     "why"};
+    std::string text;
+    const std::size_t count = fewest + draws.below(most - fewest + 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        text += words[draws.below(words.size())];
+        const double kind = draws.share();
+        text += kind < 0.85 ? " " : kind < 0.95 ? ", " : kind < 0.98 ? " \"quoted\" " : "\n";
+    }
+    return text;
+}
+
+void writeText(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    static constexpr std::array<std::string_view, 4> groups = {"North", "South", "East", "West"};
+    csv.cell("respondent");
+    csv.cell("group");
+    csv.numberedHeaders("q", 4);
+    csv.cell("comment_short");
+    csv.cell("comment_long");
+    csv.endRow();
+    for (std::size_t i = 1; i <= rows; ++i) {
+        csv.cell(std::to_string(i));
+        csv.quotedCell(groups[draws.below(groups.size())]);
+        writeLikertCells(csv, draws, 4, 1);
+        csv.quotedCell(sentence(draws, 3, 12));
+        csv.quotedCell(sentence(draws, 15, 45));
+        csv.endRow();
+    }
+}
+
+void writeCorrelated(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    csv.cell("x");
+    csv.cell("y");
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double x = draws.normal();
+        csv.cell(rounded(x, sixDecimals));
+        csv.cell(rounded(0.4 * x + draws.normal(), oneDecimal));
+        csv.endRow();
+    }
+}
+
+struct Recipe {
+    std::string_view stem;
+    std::uint64_t seed = 0;
+    void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
+};
+
+constexpr std::array<Recipe, 5> recipes = {{{"likert", 101, writeLikert},
+                                            {"reg", 102, writeRegression},
+                                            {"wide", 104, writeWide},
+                                            {"text", 105, writeText},
+                                            {"corr", 108, writeCorrelated}}};
+
+void make(std::string_view name, const std::filesystem::path& target) {
+    const std::size_t bar = name.find('_');
+    const std::size_t dot = name.find(".csv");
+    if (bar != std::string_view::npos && dot != std::string_view::npos) {
+        const auto size = NumberText::parse(name.substr(bar + 1, dot - bar - 1));
+        for (const Recipe& recipe : recipes) {
+            if (recipe.stem == name.substr(0, bar) && size) {
+                // Written under another name first, so that a broken run leaves no half a file.
+                std::filesystem::path unfinished = target;
+                unfinished += ".part";
+                {
+                    CsvWriter csv(unfinished);
+                    Draws draws(recipe.seed);
+                    recipe.write(csv, draws, static_cast<std::size_t>(*size));
+                }
+                std::filesystem::rename(unfinished, target);
+                return;
+            }
+        }
+    }
+    throw std::runtime_error("There is no recipe for the file " + std::string(name) + ".");
+}
+
+}  // namespace
+
+std::filesystem::path file(std::string_view name) {
+    if (const char* given = std::getenv("PERF_DATA")) {
+        std::filesystem::path found = std::filesystem::path(given) / name;
+        if (std::filesystem::exists(found)) {
+            return found;
+        }
+    }
+    const std::filesystem::path folder = "bench-data";
+    std::filesystem::path target = folder / name;
+    if (!std::filesystem::exists(target)) {
+        std::filesystem::create_directories(folder);
+        make(name, target);
+    }
+    return target;
+}
+
+}  // namespace sorvane::WorkloadData

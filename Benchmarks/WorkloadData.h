@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+/// The files on which workloads run, by their names: "likert_1e6.csv", "reg_1e5.csv",
+/// "wide_500.csv", "text_2e4.csv", "corr_1e3.csv".
+namespace sorvane::WorkloadData {
+
+/// Where the file is: in the folder that PERF_DATA names if it is there, else in bench-data/, where
+/// it is made at first need, the same bytes each time.
+///
+/// Failure    a name of no known form, a folder that cannot be written -> std::runtime_error
+std::filesystem::path file(std::string_view name);
+
+}  // namespace sorvane::WorkloadData
