@@ -57,8 +57,9 @@ public:
         profile_.totalBytes += cell.size() * times;
         profile_.longestBytes = std::max<std::uint64_t>(profile_.longestBytes, cell.size());
         const std::string_view trimmed = UnicodeText::trimmed(cell);
-        if (const std::optional<double> number = trimmedNumber(trimmed)) {
-            addNumber(*number, times);
+        double number = 0.0;
+        if (readTrimmedNumber(trimmed, number)) {
+            addNumber(number, times);
         }
         distinct_.add(UnicodeText::lowerCased(trimmed, scratch_));
     }

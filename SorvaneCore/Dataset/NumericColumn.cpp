@@ -17,18 +17,17 @@ bool canBeginNumber(char c) {
 
 }  // namespace
 
-std::optional<double> trimmedNumber(std::string_view trimmed) {
-    if (trimmed.empty() || !canBeginNumber(trimmed.front())) {
-        return std::nullopt;
-    }
-    return NumberText::parse(trimmed);
+bool readTrimmedNumber(std::string_view trimmed, double& number) {
+    return !trimmed.empty() && canBeginNumber(trimmed.front()) && NumberText::read(trimmed, number);
 }
 
 std::optional<double> numericCell(std::string_view cell) {
     if (MissingValue::isMissing(cell)) {
         return std::nullopt;
     }
-    return trimmedNumber(UnicodeText::trimmed(cell));
+    double number = 0.0;
+    return readTrimmedNumber(UnicodeText::trimmed(cell), number) ? std::optional<double>(number)
+                                                                 : std::nullopt;
 }
 
 NumericColumn::NumericColumn(std::shared_ptr<const TextColumn> column)

@@ -59,7 +59,7 @@ private:
 /// The number of one cell: absent when it is missing or does not parse.
 std::optional<double> numericCell(std::string_view cell);
 
-/// The number of a trimmed cell that is known not to be missing.
-std::optional<double> trimmedNumber(std::string_view trimmed);
+/// Whether a trimmed cell that is known not to be missing is a number, and which.
+bool readTrimmedNumber(std::string_view trimmed, double& number);
 
 }  // namespace sorvane

@@ -14,8 +14,10 @@ constexpr std::size_t smallestTable = 16;
 
 /// One word for a text: the text itself and its length up to 7 bytes, otherwise a hash of it.
 std::uint64_t tableKey(std::string_view text) {
-    const TextKey key = TextKey::of(text);
-    return text.size() < sizeof(std::uint64_t) ? key.low | key.high : key.mixed() | 1ULL << 63;
+    if (text.size() < sizeof(std::uint64_t)) {
+        return TextKey::packed(text.data(), text.size()) | std::uint64_t{text.size()} << 56;
+    }
+    return TextKey::of(text).mixed() | std::uint64_t{1} << 63;
 }
 
 bool isExact(std::uint64_t tableKey) {

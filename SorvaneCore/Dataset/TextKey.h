@@ -1,9 +1,13 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace sorvane {
+
+static_assert(std::endian::native == std::endian::little, "keys are packed from the low byte up");
 
 /// A text as 128 bits: the text itself where it fits, a hash of it otherwise.
 ///
@@ -16,7 +20,32 @@ struct TextKey {
 
     bool operator==(const TextKey&) const = default;
 
-    static TextKey of(std::string_view text);
+    static TextKey of(std::string_view text) {
+        return text.size() <= 8
+                   ? TextKey{packed(text.data(), text.size()), std::uint64_t{text.size()} << 56}
+                   : ofLonger(text);
+    }
+
+    /// The 0 to 8 bytes of a text in one word, padded with zeros; never reads beyond the text.
+    static std::uint64_t packed(const char* bytes, std::size_t size) {
+        if (size == 0) {
+            return 0;
+        }
+        if (size < 4) {
+            const std::size_t middle = size / 2;
+            return wordAt<std::uint8_t>(bytes) |
+                   wordAt<std::uint8_t>(bytes + middle) << (8 * middle) |
+                   wordAt<std::uint8_t>(bytes + size - 1) << (8 * (size - 1));
+        }
+        return wordAt<std::uint32_t>(bytes) | wordAt<std::uint32_t>(bytes + size - 4)
+                                                  << (8 * (size - 4));
+    }
+    template <typename Word>
+    static std::uint64_t wordAt(const char* bytes) {
+        Word word;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
+    }
 
     /// Whether the key holds the text itself.
     bool isExact() const { return high >> 56 <= longestExact; }
@@ -28,6 +57,9 @@ struct TextKey {
     }
 
     static constexpr std::size_t longestExact = 15;
+
+private:
+    static TextKey ofLonger(std::string_view text);
 };
 
 }  // namespace sorvane

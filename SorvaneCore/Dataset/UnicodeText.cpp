@@ -173,12 +173,17 @@ std::string_view lowerCased(std::string_view text, std::string& storage) {
     storage.assign(text.substr(0, unchanged));
     for (std::size_t position = unchanged; position < text.size();) {
         const char byte = text[position];
-        if (static_cast<unsigned char>(byte) < 0x80) {
-            storage.push_back(byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte);
+        if (byte >= 'A' && byte <= 'Z') {
+            storage.push_back(static_cast<char>(byte + ('a' - 'A')));
             ++position;
             continue;
         }
         const std::size_t start = position;
+        if (const std::size_t run = lowerAsciiLength(text.substr(position))) {
+            storage.append(text.substr(position, run));
+            position += run;
+            continue;
+        }
         const UChar32 c = codePointAt(text, position);
         if (c == capitalIWithDot || c == capitalSigma) {
             return lowerCasedInContext(text, storage);
@@ -211,7 +216,7 @@ std::size_t leadingDigitLength(std::string_view text) {
     return !text.empty() && u_isdigit(codePointAt(text, position)) ? position : 0;
 }
 
-bool standsAlone(std::string_view text, std::size_t position) {
+bool standsAloneAmongOthers(std::string_view text, std::size_t position) {
     std::size_t next = position + 1;
     if (next < text.size() && static_cast<unsigned char>(text[next]) >= 0x80) {
         const std::int32_t following = clusterBreak(codePointAt(text, next));
@@ -231,8 +236,12 @@ bool isValidUtf8(std::string_view text) {
     while (position < text.size()) {
         if (isAscii(text.substr(position, stride))) {
             position += stride;
-        } else if (codePointAt(text, position) < 0) {
-            return false;
+            continue;
+        }
+        for (const std::size_t end = std::min(position + stride, text.size()); position < end;) {
+            if (codePointAt(text, position) < 0) {
+                return false;
+            }
         }
     }
     return true;

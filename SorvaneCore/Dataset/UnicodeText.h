@@ -30,7 +30,9 @@ bool isAscii(std::string_view text);
 /// Whether the ASCII character at `position` is a user-perceived character by itself: no mark or
 /// joiner after it extends it and no prepended character before it takes it in. Line breaks and
 /// tabs, being controls, always stand alone.
-bool standsAlone(std::string_view text, std::size_t position);
+inline bool standsAlone(std::string_view text, std::size_t position);
+/// The same, where a neighbour is not ASCII.
+bool standsAloneAmongOthers(std::string_view text, std::size_t position);
 
 /// Whether the bytes are UTF-8 by the letter: no surrogates, no overlong forms, nothing beyond
 /// U+10FFFF.
@@ -39,5 +41,14 @@ bool isValidUtf8(std::string_view text);
 /// The pieces between characters that are neither letters, marks nor digits in the Unicode sense;
 /// empty pieces are dropped.
 std::vector<std::string> alphanumericPieces(std::string_view text);
+
+inline bool standsAlone(std::string_view text, std::size_t position) {
+    const auto isAsciiAt = [text](std::size_t index) {
+        return index >= text.size() || static_cast<unsigned char>(text[index]) < 0x80;
+    };
+    // Below position 0 the index wraps beyond the text.
+    return (isAsciiAt(position - 1) && isAsciiAt(position + 1)) ||
+           standsAloneAmongOthers(text, position);
+}
 
 }  // namespace sorvane::UnicodeText

@@ -69,7 +69,8 @@ std::vector<std::string> readHeaders(std::string_view text, char delimiter, std:
 class Piece {
 public:
     Piece(std::string_view text, char delimiter, std::size_t begin, std::size_t columnCount)
-        : begin_(begin),
+        : text_(text),
+          begin_(begin),
           columnCount_(columnCount),
           reader_(text, delimiter, begin),
           rows_(columnCount) {}
@@ -85,10 +86,13 @@ public:
                 rows_.add(recordCount_, record_.cells, record_.cellCount);
             }
             if (recordCount_ == recordsBeforeEstimate) {
-                estimateRows(end);
+                // The first piece takes in the rows of all others in the end.
+                estimateRows(isFirst_ ? text_.size() : end);
             }
         }
     }
+
+    void markFirst() { isFirst_ = true; }
 
     std::size_t begin() const { return begin_; }
     std::size_t position() const { return reader_.position(); }
@@ -102,10 +106,12 @@ private:
     void estimateRows(std::size_t end) {
         const std::size_t read = reader_.position() - begin_;
         const double pieces = static_cast<double>(end - begin_) / static_cast<double>(read);
-        rows_.expectRows(static_cast<std::size_t>(pieces * 1.02 * recordsBeforeEstimate));
+        rows_.expectRows(static_cast<std::size_t>(pieces * 1.05 * recordsBeforeEstimate));
     }
 
+    std::string_view text_;
     std::size_t begin_;
+    bool isFirst_ = false;
     std::size_t columnCount_;
     RecordReader reader_;
     RecordReader::Record record_;
@@ -141,6 +147,7 @@ struct Splitting {
     Pieces pieces(std::size_t begin, std::size_t count) const {
         Pieces result;
         result.push_back(piece(begin));
+        result.front()->markFirst();
         const std::size_t size = text.size() - begin;
         for (std::size_t i = 1; i < count; ++i) {
             const std::size_t former = result.back()->begin();

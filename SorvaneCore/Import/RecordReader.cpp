@@ -16,50 +16,53 @@ bool RecordReader::read(Record& record, std::size_t keptCells) {
     record.hasValueBeyond = false;
     storage_.release();
     while (true) {
-        const Cell cell = readCell();
-        const bool atEnd = cell.end == text_.size();
-        if (endedInQuotes_ || (atEnd && cell.text.empty() && record.cellCount == 0)) {
+        // Where the cell ends: at a delimiter, a line break or the end of the text.
+        std::size_t end = special_.next();
+        const std::string_view cell =
+            endsCell(end) ? text_.substr(position_, end - position_) : cellWithQuotes(end);
+        const bool atEnd = end == text_.size();
+        if (endedInQuotes_ || (atEnd && cell.empty() && record.cellCount == 0)) {
             position_ = text_.size();
             return false;
         }
         ++record.cellCount;
-        if (record.cells.size() < keptCells) {
-            record.cells.push_back(cell.text);
+        if (record.cellCount <= keptCells) {
+            record.cells.push_back(cell);
         } else {
-            record.hasValueBeyond = record.hasValueBeyond || !MissingValue::isMissing(cell.text);
+            record.hasValueBeyond = record.hasValueBeyond || !MissingValue::isMissing(cell);
         }
-        if (atEnd || text_[cell.end] != delimiter_) {
-            position_ = atEnd ? cell.end : afterLineBreak(cell.end);
+        if (atEnd || text_[end] != delimiter_) {
+            position_ = atEnd ? end : afterLineBreak(end);
             return true;
         }
-        position_ = cell.end + 1;
+        position_ = end + 1;
     }
 }
 
-RecordReader::Cell RecordReader::readCell() {
-    const std::size_t special = special_.next();
-    if (special == position_ && isQuote(special)) {
-        return readQuotedCell();
+std::string_view RecordReader::cellWithQuotes(std::size_t& end) {
+    if (end == position_ && isQuote(end)) {
+        return quotedCell(end);
     }
-    const std::size_t end = nextEnd(special);
-    return {.text = text_.substr(position_, end - position_), .end = end};
+    end = nextEnd();
+    return text_.substr(position_, end - position_);
 }
 
-RecordReader::Cell RecordReader::readQuotedCell() {
+std::string_view RecordReader::quotedCell(std::size_t& end) {
     rewritten_.clear();
     std::size_t unread = position_ + 1;
     const std::size_t close = closingQuote(unread);
     if (endedInQuotes_) {
-        return {.text = {}, .end = close};
+        end = close;
+        return {};
     }
-    const std::size_t end = nextEnd(special_.next());
+    end = nextEnd();
     const std::string_view quoted = text_.substr(unread, close - unread);
     const std::string_view plain = text_.substr(close + 1, end - close - 1);
     if (rewritten_.empty() && plain.empty()) {
-        return {.text = quoted, .end = end};
+        return quoted;
     }
     rewritten_.append(quoted).append(plain);
-    return {.text = stored(rewritten_), .end = end};
+    return stored(rewritten_);
 }
 
 /// Finds the quote that closes a cell. What must be rewritten on the way, doubled quotes and
@@ -84,11 +87,12 @@ std::size_t RecordReader::closingQuote(std::size_t& unread) {
     }
 }
 
-std::size_t RecordReader::nextEnd(std::size_t special) {
-    while (!endsCell(special)) {
-        special = special_.next();
+std::size_t RecordReader::nextEnd() {
+    std::size_t position = special_.next();
+    while (!endsCell(position)) {
+        position = special_.next();
     }
-    return special;
+    return position;
 }
 
 bool RecordReader::endsCell(std::size_t position) const {

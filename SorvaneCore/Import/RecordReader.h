@@ -40,15 +40,12 @@ public:
     bool endedInQuotes() const { return endedInQuotes_; }
 
 private:
-    struct Cell {
-        std::string_view text;
-        /// Position of what ended the cell: a delimiter, a line break or the end of the text.
-        std::size_t end = 0;
-    };
-    Cell readCell();
-    Cell readQuotedCell();
+    /// The cell at `position_` in which the first special byte, at `end`, does not end it; `end`
+    /// becomes where it ends.
+    std::string_view cellWithQuotes(std::size_t& end);
+    std::string_view quotedCell(std::size_t& end);
     std::size_t closingQuote(std::size_t& unread);
-    std::size_t nextEnd(std::size_t special);
+    std::size_t nextEnd();
     bool endsCell(std::size_t position) const;
     bool isQuote(std::size_t position) const;
     /// The position after a line break, CR LF being one.

@@ -74,10 +74,11 @@ void takeNumbers(const ColumnProfile& profile, ScaleItemValues& values) {
         // Missing to the dataset, a value here; "nan" even a number, though not a whole one.
         values.count += count;
         ++values.unique;
-        if (const std::optional<double> number = trimmedNumber(marker)) {
+        double number = 0.0;
+        if (readTrimmedNumber(marker, number)) {
             numericCount += count;
             values.hasFraction = true;
-            values.numbers = values.numbers.value_or(NumericSummary{*number, *number, *number});
+            values.numbers = values.numbers.value_or(NumericSummary{number, number, number});
         }
     }
     values.isMostlyNumeric = values.count > 0 && static_cast<double>(numericCount) >=

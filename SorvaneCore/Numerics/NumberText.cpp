@@ -11,16 +11,52 @@ namespace sorvane::NumberText {
 
 namespace {
 
-std::optional<double> parseByCRoutine(std::string_view text) {
+bool readByCRoutine(std::string_view text, double& number) {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
     const std::string terminated(text);
     char* end = nullptr;
-    const double value = strtod_l(terminated.c_str(), &end, cLocale);
+    number = strtod_l(terminated.c_str(), &end, cLocale);
     // A NUL inside the cell ends the routine early, so the end is compared with the whole length.
-    if (end != terminated.c_str() + terminated.size()) {
-        return std::nullopt;
+    return end == terminated.c_str() + terminated.size();
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// The number of a plain decimal such as "-12.75". With at most 15 digits it is a quotient of two
+/// numbers that a double holds exactly, so one division rounds it correctly. False for any other
+/// text, number or not.
+bool readShortDecimal(std::string_view text, double& number) {
+    constexpr std::size_t mostDigits = 15;
+    static constexpr std::array<double, mostDigits + 1> powers = {
+        1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const bool isNegative = text.front() == '-';
+    std::size_t position = isNegative ? 1 : 0;
+    if (text.size() - position > mostDigits + 1) {
+        return false;
     }
-    return value;
+    std::int64_t digits = 0;
+    const std::size_t firstDigit = position;
+    for (; position < text.size() && isDigit(text[position]); ++position) {
+        digits = digits * 10 + (text[position] - '0');
+    }
+    std::size_t digitCount = position - firstDigit;
+    std::size_t decimals = 0;
+    if (position < text.size() && text[position] == '.') {
+        const std::size_t firstDecimal = ++position;
+        for (; position < text.size() && isDigit(text[position]); ++position) {
+            digits = digits * 10 + (text[position] - '0');
+        }
+        decimals = position - firstDecimal;
+        digitCount += decimals;
+    }
+    if (position < text.size() || digitCount == 0 || digitCount > mostDigits) {
+        return false;
+    }
+    const double magnitude = static_cast<double>(digits) / powers[decimals];
+    number = isNegative ? -magnitude : magnitude;
+    return true;
 }
 
 bool isCWhiteSpace(char c) {
@@ -38,17 +74,16 @@ std::string printed(double value, Format... format) {
 
 }  // namespace
 
-std::optional<double> parse(std::string_view text) {
+bool read(std::string_view text, double& number) {
     if (text.empty() || isCWhiteSpace(text.front())) {
-        return std::nullopt;
+        return false;
     }
-    double value = 0.0;
+    if (readShortDecimal(text, number)) {
+        return true;
+    }
     const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec == std::errc() && result.ptr == end) {
-        return value;
-    }
-    return parseByCRoutine(text);
+    const auto result = std::from_chars(text.data(), end, number);
+    return (result.ec == std::errc() && result.ptr == end) || readByCRoutine(text, number);
 }
 
 std::string fixed(double value, int decimals) {

@@ -11,11 +11,16 @@ namespace sorvane::NumberText {
 /// The number that a text spells, the whole of it, by the rules of the C routine in the C locale.
 ///
 /// Input      text without surrounding white space; decimal point only, no thousands separators
-/// Method     `from_chars`; a leading "+", hexadecimal and out-of-range text go to `strtod_l`
+/// Method     one division for a plain decimal of up to 15 digits, `from_chars` for other texts; a
+///            leading "+", hexadecimal and out-of-range text go to `strtod_l`
 /// Returns    the number; "inf" and "nan" in the spellings of the routine are numbers here
 /// Failure    empty text, or text left over -> absent
-/// Accuracy   correctly rounded      Cost about 20 ns for a short decimal
-std::optional<double> parse(std::string_view text);
+/// Accuracy   correctly rounded      Cost about 5 ns for a short decimal
+inline std::optional<double> parse(std::string_view text);
+
+/// As `parse`, for loops over many cells: whether there is a number, and which. It spares the way
+/// of an optional number through memory, a quarter of the cost.
+bool read(std::string_view text, double& number);
 
 /// "%.Nf" of the C routine, in the C locale: "0.12" for (0.125, 2), "-0.00" for (-0.001, 2).
 std::string fixed(double value, int decimals);
@@ -44,5 +49,10 @@ std::string clean(double value);
 /// A p-value inside an engine sentence: "< .001" below 0.001, otherwise three decimals without the
 /// leading zero ("1.000" at 1).
 std::string pValue(double p);
+
+inline std::optional<double> parse(std::string_view text) {
+    double number = 0.0;
+    return read(text, number) ? std::optional<double>(number) : std::nullopt;
+}
 
 }  // namespace sorvane::NumberText
