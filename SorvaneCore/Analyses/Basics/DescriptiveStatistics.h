@@ -49,6 +49,7 @@ struct DescriptiveOptions {
     /// Of the interval for the mean; outside (0, 1) there is no interval.
     double confidenceLevel = 0.95;
 };
+BOOST_DESCRIBE_STRUCT(DescriptiveOptions, (), (variableName, confidenceLevel))
 
 /// The mean, spread and shape of lists of values. A statistic that is undefined is absent.
 ///

@@ -16,7 +16,7 @@ namespace sorvane::RelationshipTests {
 namespace {
 
 constexpr std::size_t fewestPairs = 3;
-/// Keeps t finite at r = 1.
+/// Keeps t finite at r = 1; what explains more than this leaves is a perfect correlation.
 constexpr double smallestUnexplained = 1e-15;
 
 /// The means, squares and products of two lists of one length.
@@ -130,7 +130,8 @@ std::optional<double> correlationFromSums(double sxy, double sxx, double syy) {
     // Beyond the range of a double the roots are taken one by one.
     const double scale =
         std::isnormal(product) ? std::sqrt(product) : std::sqrt(sxx) * std::sqrt(syy);
-    return std::clamp(sxy / scale, -1.0, 1.0);
+    const double r = sxy / scale;
+    return 1.0 - r * r < smallestUnexplained ? std::copysign(1.0, r) : r;
 }
 
 std::optional<CorrelationResult> pearson(std::span<const double> x, std::span<const double> y) {

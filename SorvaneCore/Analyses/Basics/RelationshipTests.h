@@ -45,7 +45,8 @@ std::optional<CorrelationResult> pearson(std::span<const std::optional<double>> 
                                          std::span<const std::optional<double>> y);
 std::optional<CorrelationResult> pearson(const NumericColumn& x, const NumericColumn& y);
 
-/// S_xy / sqrt(S_xx S_yy), held to [-1, 1]; absent unless both sums of squares are above 0.
+/// S_xy / sqrt(S_xx S_yy), held to [-1, 1] and exactly 1 or -1 within rounding of it; absent unless
+/// both sums of squares are above 0.
 std::optional<double> correlationFromSums(double sxy, double sxx, double syy);
 
 /// Spearman's rho: Pearson's r of the midranks, with its p-value.

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -52,31 +53,21 @@ double sumOfProducts(std::span<const double> x,
                      double meanX,
                      std::span<const double> y,
                      double meanY) {
-    constexpr std::size_t lanes = 4;
-    std::array<double, lanes> products{};
-    std::array<double, lanes> leftOfX{};
-    std::array<double, lanes> leftOfY{};
-    const auto add = [&](std::size_t lane, std::size_t i) {
-        const double dx = x[i] - meanX;
-        const double dy = y[i] - meanY;
-        products[lane] += dx * dy;
-        leftOfX[lane] += dx;
-        leftOfY[lane] += dy;
-    };
-    const std::size_t whole = x.size() - x.size() % lanes;
-    for (std::size_t i = 0; i < whole; i += lanes) {
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            add(lane, i + lane);
-        }
+    // Blocks that stay in the cache while three sums read them.
+    constexpr std::size_t blockSize = 1024;
+    double products = 0.0;
+    double leftOfX = 0.0;
+    double leftOfY = 0.0;
+    for (std::size_t first = 0; first < x.size(); first += blockSize) {
+        const std::size_t count = std::min(blockSize, x.size() - first);
+        const double* a = &x[first];
+        const double* b = &y[first];
+        products += laneSum(
+            count, [a, meanX, b, meanY](std::size_t i) { return (a[i] - meanX) * (b[i] - meanY); });
+        leftOfX += laneSum(count, [a, meanX](std::size_t i) { return a[i] - meanX; });
+        leftOfY += laneSum(count, [b, meanY](std::size_t i) { return b[i] - meanY; });
     }
-    for (std::size_t i = whole; i < x.size(); ++i) {
-        add(i - whole, i);
-    }
-    const auto total = [](const std::array<double, lanes>& sums) {
-        return (sums[0] + sums[1]) + (sums[2] + sums[3]);
-    };
-    const auto n = static_cast<double>(x.size());
-    return x.empty() ? 0.0 : total(products) - total(leftOfX) * total(leftOfY) / n;
+    return x.empty() ? 0.0 : products - leftOfX * leftOfY / static_cast<double>(x.size());
 }
 
 }  // namespace sorvane::SampleMoments

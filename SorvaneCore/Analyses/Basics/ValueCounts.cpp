@@ -70,28 +70,32 @@ double ValueCounts::mean() const {
     if (!std::isfinite(rough)) {
         return rough;
     }
+    return rough + leftOfMean(rough);
+}
+
+double ValueCounts::leftOfMean(double mean) const {
     double left = 0.0;
     for (std::size_t i = 0; i < values_.size(); ++i) {
-        left += static_cast<double>(counts_[i]) * (values_[i] - rough);
+        left += static_cast<double>(counts_[i]) * (values_[i] - mean);
     }
-    return rough + left / n;
+    return left / static_cast<double>(total_);
 }
 
 double ValueCounts::sumOfSquares(double mean) const {
-    double squares = 0.0;
-    double left = 0.0;
+    const double left = leftOfMean(mean);
+    double sum = 0.0;
     for (std::size_t i = 0; i < values_.size(); ++i) {
-        const double deviation = values_[i] - mean;
-        squares += static_cast<double>(counts_[i]) * (deviation * deviation);
-        left += static_cast<double>(counts_[i]) * deviation;
+        const double deviation = values_[i] - mean - left;
+        sum += static_cast<double>(counts_[i]) * (deviation * deviation);
     }
-    return squares - left * left / static_cast<double>(total_);
+    return sum;
 }
 
 double ValueCounts::sumOfCubes(double mean, double scale) const {
+    const double left = leftOfMean(mean);
     double sum = 0.0;
     for (std::size_t i = 0; i < values_.size(); ++i) {
-        const double deviation = (values_[i] - mean) / scale;
+        const double deviation = (values_[i] - mean - left) / scale;
         sum += static_cast<double>(counts_[i]) * (deviation * deviation * deviation);
     }
     return sum;

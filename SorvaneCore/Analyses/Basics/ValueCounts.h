@@ -33,10 +33,12 @@ public:
     /// As `SampleMoments::mean` and `sumOfSquares`, on at least one value.
     double mean() const;
     double sumOfSquares(double mean) const;
-    /// The sum of ((x - mean) / scale) cubed.
+    /// The sum of ((x - mean) / scale) cubed, about the mean before it was rounded.
     double sumOfCubes(double mean, double scale) const;
 
 private:
+    /// The mean of what is left of the values when the rounded `mean` is taken off.
+    double leftOfMean(double mean) const;
     void append(double value, std::uint64_t count);
     void appendSample(std::span<const double> sample);
 

@@ -34,6 +34,14 @@ struct ReliabilityOptions {
     /// Items by name, applied before anything else.
     std::vector<ReverseCodedItem> reverseCoded{};
 };
+BOOST_DESCRIBE_STRUCT(ReliabilityOptions,
+                      (),
+                      (constructName,
+                       itemNames,
+                       missingDataRule,
+                       scaleScoreMethod,
+                       minimumItemCompletion,
+                       reverseCoded))
 
 /// Cronbach's alpha of a set of items, with item diagnostics and the words that go with them.
 namespace ReliabilityAnalyzer {
