@@ -41,7 +41,7 @@ TEST(RegressionTests, RefuseWhatCannotBeFitted) {
     EXPECT_FALSE(fitted({Values(6, 1e9)}, y)) << "a constant predictor";
     EXPECT_FALSE(fitted({{1, 2, 3}}, y)) << "a shorter predictor";
     EXPECT_FALSE(fitted({{1, 4}, {2, 9}}, {1, 2})) << "fewer cases than coefficients";
-    EXPECT_FALSE(fitted({{1, 2, 3, 4, 5, NAN}}, y)) << "a value that is not a number";
+    EXPECT_FALSE(fitted({{1, 2, 3, 4, 5, std::nan("")}}, y)) << "a value that is not a number";
     const std::vector<std::span<const double>> columns = {x};
     EXPECT_FALSE(RegressionTests::ordinaryLeastSquares(columns, y, {})) << "no name";
 }

@@ -83,8 +83,8 @@ std::int64_t sortExchanges(std::vector<std::uint32_t> values) {
 
 PairConcordance PairConcordance::of(const OrderedClasses& x, const OrderedClasses& y) {
     const std::size_t count = x.size();
-    const int yBits = std::bit_width(y.counts.size());
-    const int xBits = std::bit_width(x.counts.size());
+    const int yBits = static_cast<int>(std::bit_width(y.counts.size()));
+    const int xBits = static_cast<int>(std::bit_width(x.counts.size()));
     std::vector<std::uint64_t> keys(count);
     for (std::size_t i = 0; i < count; ++i) {
         keys[i] = std::uint64_t{x.classOf[i]} << yBits | y.classOf[i];

@@ -1,14 +1,12 @@
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
-#include "SorvaneCore/Numerics/ColumnKernels.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -25,7 +23,6 @@ constexpr std::int64_t lowResidualDf = 19;
 /// A column of the fit as deviations from its mean.
 struct CentredColumn {
     double mean = 0.0;
-    double sumOfSquares = 0.0;
     std::vector<double> deviations{};
 };
 
@@ -34,7 +31,6 @@ CentredColumn centred(std::vector<double> values) {
     if (!column.deviations.empty()) {
         column.mean = SampleMoments::mean(column.deviations);
     }
-    column.sumOfSquares = SampleMoments::sumOfSquares(column.deviations, column.mean);
     for (double& value : column.deviations) {
         value -= column.mean;
     }
@@ -51,51 +47,77 @@ struct Design {
     std::size_t rows() const { return outcome.deviations.size(); }
 };
 
-/// Coefficients, intercept first, and their covariance but for the error variance.
+/// The fit of the columns as they are, intercept first.
 struct Solution {
-    std::vector<double> estimates;
-    std::vector<double> variances;
+    std::vector<double> estimates{};
+    /// Of the estimates, but for the error variance.
+    std::vector<double> variances{};
+    /// Sums of squares about the mean; that of the intercept is not used.
+    std::vector<double> predictorSquares{};
+    double explainedSquares = 0.0;
+    double residualSquares = 0.0;
+
+    double totalSquares() const { return explainedSquares + residualSquares; }
 };
 
 /// Carries the intercept of the centred columns over to the columns as they are.
-Solution uncentred(const Design& design,
-                   std::vector<double> estimates,
-                   const std::vector<double>& covariance) {
-    const std::size_t size = estimates.size();
-    Solution solution{.estimates = std::move(estimates), .variances = std::vector<double>(size)};
+void uncentreIntercept(Solution& solution,
+                       const Design& design,
+                       const std::vector<double>& covariance) {
+    const std::size_t size = solution.estimates.size();
     // The gradient of the intercept: 1, then minus the means.
     std::vector<double> gradient(size, 1.0);
     solution.estimates[0] += design.outcome.mean;
     for (std::size_t j = 1; j < size; ++j) {
         gradient[j] = -design.predictors[j - 1].mean;
         solution.estimates[0] += gradient[j] * solution.estimates[j];
-        solution.variances[j] = covariance[j * size + j];
     }
+    solution.variances[0] = 0.0;
     for (std::size_t i = 0; i < size; ++i) {
         for (std::size_t j = 0; j < size; ++j) {
             solution.variances[0] += gradient[i] * covariance[i * size + j] * gradient[j];
         }
     }
-    return solution;
 }
 
-double residualSumOfSquares(const Design& design, const std::vector<double>& estimates) {
-    constexpr std::size_t blockRows = 512;
-    std::array<double, blockRows> residuals;
-    double sum = 0.0;
-    for (std::size_t first = 0; first < design.rows(); first += blockRows) {
-        const std::size_t count = std::min(blockRows, design.rows() - first);
-        const double* outcome = &design.outcome.deviations[first];
-        for (std::size_t i = 0; i < count; ++i) {
-            residuals[i] = outcome[i] - estimates[0];
+/// The rows of R and Q'b below the intercept's hold what the columns vary about their means.
+void fillSquares(Solution& solution, const TallLeastSquares::Reduction& reduction) {
+    const std::size_t size = reduction.cols;
+    solution.predictorSquares.assign(size, 0.0);
+    for (std::size_t k = 1; k < size; ++k) {
+        for (std::size_t j = k; j < size; ++j) {
+            const double entry = reduction.rFactor[k * size + j];
+            solution.predictorSquares[j] += entry * entry;
         }
-        for (std::size_t j = 0; j < design.predictors.size(); ++j) {
-            ColumnKernels::subtractScaled(estimates[j + 1], &design.predictors[j].deviations[first],
-                                          residuals.data(), count);
-        }
-        sum += ColumnKernels::dot(residuals.data(), residuals.data(), count);
+        solution.explainedSquares += reduction.qtb[k] * reduction.qtb[k];
     }
-    return sum;
+    solution.residualSquares = reduction.residualSumOfSquares;
+}
+
+std::optional<Solution> solved(const Design& design) {
+    const std::vector<double> ones(design.rows(), 1.0);
+    std::vector<std::span<const double>> columns = {ones};
+    for (const CentredColumn& predictor : design.predictors) {
+        columns.emplace_back(predictor.deviations);
+    }
+    const std::size_t size = columns.size();
+    const auto reduction = TallLeastSquares::reduceColumns(columns, design.outcome.deviations);
+    if (!reduction) {
+        return std::nullopt;
+    }
+    const auto estimates =
+        LinearAlgebra::solveUpperTriangular(reduction->rFactor, size, reduction->qtb);
+    const auto covariance = LinearAlgebra::covarianceFactorFromR(reduction->rFactor, size);
+    if (!estimates || !covariance) {
+        return std::nullopt;
+    }
+    Solution solution{.estimates = *estimates};
+    for (std::size_t j = 0; j < size; ++j) {
+        solution.variances.push_back((*covariance)[j * size + j]);
+    }
+    uncentreIntercept(solution, design, *covariance);
+    fillSquares(solution, *reduction);
+    return solution;
 }
 
 AnalysisReadiness readiness(const MultipleRegressionResult& fit, std::size_t totalRows) {
@@ -140,20 +162,19 @@ RegressionCoefficient coefficient(
 
 MultipleRegressionResult resultOf(const Design& design,
                                   const Solution& solution,
-                                  double residualSquares,
                                   const RegressionOptions& options) {
     const auto n = static_cast<double>(design.rows());
     const auto p = static_cast<double>(design.predictors.size());
     const double df = n - p - 1.0;
-    const double total = design.outcome.sumOfSquares;
-    const double meanSquare = df > 0.0 ? residualSquares / df : nan;
-    const double rSquared = total > 0.0 ? 1.0 - residualSquares / total : nan;
+    const double total = solution.totalSquares();
+    const double meanSquare = df > 0.0 ? solution.residualSquares / df : nan;
+    const double rSquared = total > 0.0 ? 1.0 - solution.residualSquares / total : nan;
     MultipleRegressionResult result{
         .n = static_cast<std::int64_t>(design.rows()),
         .predictorCount = static_cast<std::int64_t>(design.predictors.size()),
         .rSquared = rSquared,
         .adjustedRSquared = df > 0.0 ? 1.0 - (1.0 - rSquared) * (n - 1.0) / df : nan,
-        .fStatistic = (total - residualSquares) / p / meanSquare,
+        .fStatistic = solution.explainedSquares / p / meanSquare,
         .dfModel = static_cast<std::int64_t>(p),
         .dfResidual = static_cast<std::int64_t>(df),
         .residualStandardError = std::sqrt(meanSquare)};
@@ -166,7 +187,7 @@ MultipleRegressionResult resultOf(const Design& design,
         if (j > 0 && total > 0.0) {
             result.coefficients[j].standardizedEstimate =
                 solution.estimates[j] *
-                (std::sqrt(design.predictors[j - 1].sumOfSquares) / std::sqrt(total));
+                (std::sqrt(solution.predictorSquares[j]) / std::sqrt(total));
         }
     }
     result.readiness = readiness(result, design.totalRows);
@@ -175,25 +196,8 @@ MultipleRegressionResult resultOf(const Design& design,
 
 std::optional<MultipleRegressionResult> fit(const Design& design,
                                             const RegressionOptions& options) {
-    const std::vector<double> ones(design.rows(), 1.0);
-    std::vector<std::span<const double>> columns = {ones};
-    for (const CentredColumn& predictor : design.predictors) {
-        columns.emplace_back(predictor.deviations);
-    }
-    const auto reduction = TallLeastSquares::reduceColumns(columns, design.outcome.deviations);
-    if (!reduction) {
-        return std::nullopt;
-    }
-    auto estimates =
-        LinearAlgebra::solveUpperTriangular(reduction->rFactor, columns.size(), reduction->qtb);
-    const auto covariance =
-        LinearAlgebra::covarianceFactorFromR(reduction->rFactor, columns.size());
-    if (!estimates || !covariance) {
-        return std::nullopt;
-    }
-    const double residualSquares = residualSumOfSquares(design, *estimates);
-    const Solution solution = uncentred(design, std::move(*estimates), *covariance);
-    return resultOf(design, solution, residualSquares, options);
+    const std::optional<Solution> solution = solved(design);
+    return solution ? std::optional(resultOf(design, *solution, options)) : std::nullopt;
 }
 
 }  // namespace
