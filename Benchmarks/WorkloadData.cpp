@@ -1,11 +1,11 @@
 #include "Benchmarks/WorkloadData.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <numbers>
 #include <stdexcept>
 #include <string>
@@ -200,27 +200,31 @@ constexpr std::array<Recipe, 5> recipes = {{{"likert", 101, writeLikert},
                                             {"text", 105, writeText},
                                             {"corr", 108, writeCorrelated}}};
 
-void make(std::string_view name, const std::filesystem::path& target) {
+/// The recipe and the size that a name such as "likert_1e6.csv" asks for.
+std::pair<const Recipe*, std::size_t> recipeFor(std::string_view name) {
     const std::size_t bar = name.find('_');
-    const std::size_t dot = name.find(".csv");
-    if (bar != std::string_view::npos && dot != std::string_view::npos) {
+    const std::size_t dot = name.rfind(".csv");
+    if (bar < dot && dot != std::string_view::npos) {
         const auto size = NumberText::parse(name.substr(bar + 1, dot - bar - 1));
-        for (const Recipe& recipe : recipes) {
-            if (recipe.stem == name.substr(0, bar) && size) {
-                // Written under another name first, so that a broken run leaves no half a file.
-                std::filesystem::path unfinished = target;
-                unfinished += ".part";
-                {
-                    CsvWriter csv(unfinished);
-                    Draws draws(recipe.seed);
-                    recipe.write(csv, draws, static_cast<std::size_t>(*size));
-                }
-                std::filesystem::rename(unfinished, target);
-                return;
-            }
+        const auto recipe = std::ranges::find(recipes, name.substr(0, bar), &Recipe::stem);
+        if (recipe != recipes.end() && size) {
+            return {&*recipe, static_cast<std::size_t>(*size)};
         }
     }
     throw std::runtime_error("There is no recipe for the file " + std::string(name) + ".");
+}
+
+void make(std::string_view name, const std::filesystem::path& target) {
+    const auto [recipe, size] = recipeFor(name);
+    // Written under another name first, so that a broken run leaves no half a file.
+    std::filesystem::path unfinished = target;
+    unfinished += ".part";
+    {
+        CsvWriter csv(unfinished);
+        Draws draws(recipe->seed);
+        recipe->write(csv, draws, size);
+    }
+    std::filesystem::rename(unfinished, target);
 }
 
 }  // namespace
