@@ -43,6 +43,10 @@ std::string cellText(const std::string& name, const Json& json) {
     throw CallError("The argument \"" + name + "\" needs cells that are numbers, texts or null.");
 }
 
+std::optional<double> numberOf(const std::string& name, const Json& cell) {
+    return cell.is_number() ? cell.get<double>() : numericCell(cellText(name, cell));
+}
+
 }  // namespace
 
 CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> dataset)
@@ -113,7 +117,7 @@ NumericColumn CallArguments::numericColumnOf(const std::string& name, const Json
     std::vector<std::optional<double>> rows;
     rows.reserve(json.size());
     for (const Json& cell : json) {
-        rows.push_back(cell.is_number() ? cell.get<double>() : numericCell(cellText(name, cell)));
+        rows.push_back(numberOf(name, cell));
     }
     return NumericColumn(std::move(rows));
 }
@@ -157,14 +161,38 @@ std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name
     return result;
 }
 
+std::vector<NumericColumn> CallArguments::matrixColumns(const std::string& name,
+                                                        const std::string& namesKey) const {
+    const Json* json = find(name);
+    const bool hasRows = json && json->is_array() && !json->empty() && json->front().is_array();
+    if (!hasRows) {
+        return numericColumns(name, namesKey);
+    }
+    std::vector<std::vector<std::optional<double>>> columns(json->front().size());
+    for (const Json& row : *json) {
+        if (!row.is_array() || row.size() != columns.size()) {
+            throw CallError("The argument \"" + name + "\" needs rows of one length.");
+        }
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            columns[i].push_back(numberOf(name, row[i]));
+        }
+    }
+    return {columns.begin(), columns.end()};
+}
+
+std::string CallArguments::onlyColumnName() const {
+    return has("values") && !has("column") ? "values" : "column";
+}
+
 std::vector<std::string> CallArguments::columnNames(const std::string& name,
                                                     const std::string& columnsKey) const {
     if (find(name)) {
         return required<std::vector<std::string>>(name);
     }
+    const Json& columns = given(columnsKey);
     std::vector<std::string> names;
     std::int64_t position = 0;
-    for (const Json& column : given(columnsKey)) {
+    for (const Json& column : columns) {
         ++position;
         names.push_back(column.is_string() ? column.get<std::string>()
                                            : "Column " + NumberText::integer(position));

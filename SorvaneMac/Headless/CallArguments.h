@@ -39,6 +39,11 @@ public:
     /// A list of columns; where it is not given, `namesKey` names columns of the table.
     std::vector<NumericColumn> numericColumns(const std::string& name,
                                               const std::string& namesKey) const;
+    /// A matrix by columns: a list of rows of cells, or as `numericColumns` of column names.
+    std::vector<NumericColumn> matrixColumns(const std::string& name,
+                                             const std::string& namesKey) const;
+    /// Under which of its two names the one column of a procedure was given.
+    std::string onlyColumnName() const;
     /// A list of names; where it is not given, the names of the columns of `columnsKey`.
     std::vector<std::string> columnNames(const std::string& name,
                                          const std::string& columnsKey) const;

@@ -18,7 +18,7 @@ bool isCommand(const std::string& word) {
 }
 
 ExitStatus run(const std::vector<std::string>& words,
-               const std::filesystem::path& resources,
+               const ProgramParts& program,
                CommandStreams streams) {
     const std::string& command = words.front();
     const std::vector<std::string> rest(words.begin() + 1, words.end());
@@ -32,7 +32,7 @@ ExitStatus run(const std::vector<std::string>& words,
         return describeCommand(rest, streams);
     }
     if (command == "run") {
-        return runCommand(rest, resources, streams);
+        return runCommand(rest, program, streams);
     }
     streams.error << "There is no command \"" << command << "\".\n";
     return ExitStatus::badArguments;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "SorvaneMac/Headless/StudioScript.h"
+
 namespace sorvane {
 
 /// What a command line without a window ends with.
@@ -23,15 +25,23 @@ struct CommandStreams {
     std::ostream& error;
 };
 
+/// What the program lends to a command.
+struct ProgramParts {
+    /// The files that come with the program.
+    std::filesystem::path resources;
+    /// Absent where nothing can draw.
+    FigureDrawing drawFigure;
+};
+
 /// The commands that need no window, by their words after the program's name.
 namespace Commands {
 
 /// Whether the first word names one of these commands.
 bool isCommand(const std::string& word);
 
-/// Runs `call`, `procedures`, `describe` or `run`; `resources` holds the files of the program.
+/// Runs `call`, `procedures`, `describe` or `run`.
 ExitStatus run(const std::vector<std::string>& words,
-               const std::filesystem::path& resources,
+               const ProgramParts& program,
                CommandStreams streams);
 
 }  // namespace Commands
@@ -40,7 +50,7 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
 ExitStatus proceduresCommand(CommandStreams streams);
 ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams streams);
 ExitStatus runCommand(const std::vector<std::string>& words,
-                      const std::filesystem::path& resources,
+                      const ProgramParts& program,
                       CommandStreams streams);
 
 }  // namespace sorvane

@@ -51,20 +51,28 @@ struct Column {
     std::vector<ProcedureArgument> listed() const { return {{name, "column of numbers"}}; }
 };
 
-/// A column of numbers, those that are present.
-struct PresentNumbers {
-    std::string name;
-    std::vector<double> read(const CallArguments& call) const {
-        return call.numericColumn(name).present();
+/// The one column of a procedure that takes no other: "column", or "values".
+struct OnlyColumn {
+    NumericColumn read(const CallArguments& call) const {
+        return call.numericColumn(call.onlyColumnName());
     }
-    std::vector<ProcedureArgument> listed() const { return {{name, "column of numbers"}}; }
+    std::vector<ProcedureArgument> listed() const { return {{"column", "column of numbers"}}; }
 };
 
-/// A column of texts.
-struct Texts {
-    std::string name;
-    std::vector<std::string> read(const CallArguments& call) const { return call.textColumn(name); }
-    std::vector<ProcedureArgument> listed() const { return {{name, "column of texts"}}; }
+/// The same, as those numbers that are present.
+struct OnlyPresentNumbers {
+    std::vector<double> read(const CallArguments& call) const {
+        return call.numericColumn(call.onlyColumnName()).present();
+    }
+    std::vector<ProcedureArgument> listed() const { return {{"column", "column of numbers"}}; }
+};
+
+/// The same, as texts.
+struct OnlyTexts {
+    std::vector<std::string> read(const CallArguments& call) const {
+        return call.textColumn(call.onlyColumnName());
+    }
+    std::vector<ProcedureArgument> listed() const { return {{"column", "column of texts"}}; }
 };
 
 /// Columns of numbers, which a list of names may name too.
@@ -76,6 +84,18 @@ struct Columns {
     }
     std::vector<ProcedureArgument> listed() const {
         return {{name, "list of columns of numbers", true}};
+    }
+};
+
+/// A matrix of one row per case, as columns: a list of rows, or of column names.
+struct Matrix {
+    std::string name;
+    std::string namesKey;
+    std::vector<NumericColumn> read(const CallArguments& call) const {
+        return call.matrixColumns(name, namesKey);
+    }
+    std::vector<ProcedureArgument> listed() const {
+        return {{name, "list of rows, or of column names", true}};
     }
 };
 

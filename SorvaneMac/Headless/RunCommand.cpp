@@ -52,7 +52,7 @@ std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& 
 }  // namespace
 
 ExitStatus runCommand(const std::vector<std::string>& words,
-                      const std::filesystem::path& resources,
+                      const ProgramParts& program,
                       CommandStreams streams) {
     const std::optional<RunOptions> options = readOptions(words);
     if (!options) {
@@ -70,9 +70,12 @@ ExitStatus runCommand(const std::vector<std::string>& words,
                       << " cannot be made: " << failure.message() << ".\n";
         return ExitStatus::refused;
     }
-    StudioState state(resources);
+    StudioState state(program.resources);
     StudioScreens screens(state);
-    StudioScript runner(state, screens, options->script.parent_path(), options->output);
+    StudioScript runner(state, screens,
+                        {.folder = options->script.parent_path(),
+                         .output = options->output,
+                         .drawFigure = program.drawFigure});
     for (const Json& step : (*script)["steps"]) {
         const StepOutcome outcome = runner.perform(step);
         streams.out << outcome.report.dump(-1, ' ', false, Json::error_handler_t::replace)

@@ -47,11 +47,8 @@ T argumentOf(const Json& json) {
 
 }  // namespace
 
-StudioScript::StudioScript(StudioState& state,
-                           StudioScreens& screens,
-                           std::filesystem::path folder,
-                           std::filesystem::path output)
-    : state_(state), screens_(screens), folder_(std::move(folder)), output_(std::move(output)) {}
+StudioScript::StudioScript(StudioState& state, StudioScreens& screens, ScriptFiles files)
+    : state_(state), screens_(screens), files_(std::move(files)) {}
 
 StepOutcome StudioScript::perform(const Json& step) {
     StepOutcome outcome;
@@ -98,7 +95,9 @@ Json StudioScript::performNamed(const std::string& name, const Json& argument) {
 }
 
 Json StudioScript::importFile(const Json& argument) {
-    const std::filesystem::path file = folder_ / argumentOf<std::string>(argument);
+    const std::filesystem::path named = argumentOf<std::string>(argument);
+    const std::filesystem::path besideScript = files_.folder / named;
+    const std::filesystem::path file = std::filesystem::exists(besideScript) ? besideScript : named;
     if (!state_.handleIncomingImport(file)) {
         state_.confirmPendingImport();
     }
@@ -176,14 +175,21 @@ Json StudioScript::stageScreen(const Json& argument) {
     const auto id = argumentOf<StudioScreen>(argument);
     screens_.appear(id);
     const ScreenContent content = screens_.at(id).content();
-    if (!content.item) {
+    if (content.findings.empty()) {
         throw StepRefused(content.gate ? content.gate->title + ". " + content.gate->text
                                        : "The screen shows no finding to stage.");
     }
-    state_.addToReport(*content.item);
+    Json stagedItems = Json::array();
+    for (const Finding& finding : content.findings) {
+        ReportItem item = finding.item;
+        if (finding.figure && files_.drawFigure) {
+            item.figure = files_.drawFigure(*finding.figure);
+        }
+        state_.addToReport(item);
+        stagedItems.push_back({{"title", item.title}, {"apaSummary", item.apaSummary}});
+    }
     Json gave = Json::object();
-    gave["title"] = content.item->title;
-    gave["apaSummary"] = content.item->apaSummary;
+    gave["stagedItems"] = std::move(stagedItems);
     return gave;
 }
 
@@ -209,7 +215,7 @@ Json StudioScript::exportReport(const Json& argument) {
             throw StepRefused("There is no report format \"" + format +
                               "\"; there are docx, pdf, rtf and md.");
         }
-        const std::filesystem::path file = output_ / name;
+        const std::filesystem::path file = files_.output / name;
         if (const std::optional<std::string> failure = writeReport(*document, *known, file)) {
             throw StepRefused(*failure);
         }

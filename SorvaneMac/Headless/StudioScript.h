@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
@@ -19,6 +21,19 @@ struct StepOutcome {
     std::optional<std::string> refusal;
 };
 
+/// Draws a chart as the figure of a finding, a PNG image.
+using FigureDrawing = std::function<std::vector<std::uint8_t>(const Chart&)>;
+
+/// Where a script reads and writes, and how it draws.
+struct ScriptFiles {
+    /// The script's own folder: a file that a step names is looked up here first.
+    std::filesystem::path folder;
+    /// Files that a step writes go here.
+    std::filesystem::path output;
+    /// Absent where nothing can draw; findings then have no figure.
+    FigureDrawing drawFigure;
+};
+
 /// Drives the workspace through the operations that the window calls.
 ///
 /// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
@@ -26,11 +41,7 @@ struct StepOutcome {
 /// and `stage` (a screen's raw value), `assemble`, `export` (format to file name).
 class StudioScript {
 public:
-    /// Files that a step names are looked up in `folder`, files that it writes go to `output`.
-    StudioScript(StudioState& state,
-                 StudioScreens& screens,
-                 std::filesystem::path folder,
-                 std::filesystem::path output);
+    StudioScript(StudioState& state, StudioScreens& screens, ScriptFiles files);
 
     StepOutcome perform(const Json& step);
 
@@ -48,8 +59,7 @@ private:
 
     StudioState& state_;
     StudioScreens& screens_;
-    std::filesystem::path folder_;
-    std::filesystem::path output_;
+    ScriptFiles files_;
 };
 
 }  // namespace sorvane

@@ -1,11 +1,8 @@
 #include "SorvaneMac/Report/ReportFiles.h"
 
 #include <array>
-#include <cerrno>
-#include <fstream>
-#include <ios>
-#include <system_error>
 
+#include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneMac/Report/DocxReportExporter.h"
 #include "SorvaneMac/Report/MarkdownReportExporter.h"
 #include "SorvaneMac/Report/PDFReportExporter.h"
@@ -15,11 +12,6 @@ namespace {
 
 constexpr std::array formats{ReportFormat::md, ReportFormat::rtf, ReportFormat::docx,
                              ReportFormat::pdf, ReportFormat::draft};
-
-std::string writeFailure(const std::filesystem::path& file) {
-    return "The report could not be written to " + file.string() + ": " +
-           std::generic_category().message(errno) + ".";
-}
 
 }  // namespace
 
@@ -74,15 +66,11 @@ std::vector<std::uint8_t> reportBytes(const RichDocument& document, ReportFormat
 std::optional<std::string> writeReport(const RichDocument& document,
                                        ReportFormat format,
                                        const std::filesystem::path& file) {
-    const std::vector<std::uint8_t> bytes = reportBytes(document, format);
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-    out.close();
-    if (out.fail()) {
-        return writeFailure(file);
+    const std::optional<std::string> reason = replaceFile(file, reportBytes(document, format));
+    if (!reason) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    return "The report could not be written to " + file.string() + ": " + *reason + ".";
 }
 
 }  // namespace sorvane

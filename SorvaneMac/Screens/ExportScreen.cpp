@@ -1,22 +1,9 @@
 #include "SorvaneMac/Screens/ExportScreen.h"
 
-#include "SorvaneMac/Report/DocxReportExporter.h"
-#include "SorvaneMac/Report/MarkdownReportExporter.h"
-#include "SorvaneMac/Report/PDFReportExporter.h"
-#include "SorvaneMac/Report/RTFWriter.h"
 #include "SorvaneMac/Report/ReportExporter.h"
-#include "SorvaneMac/Report/ReportFileName.h"
 #include "SorvaneMac/Screens/FindingsScreen.h"
 
 namespace sorvane {
-
-namespace {
-
-std::vector<std::uint8_t> bytesOf(const std::string& text) {
-    return {text.begin(), text.end()};
-}
-
-}  // namespace
 
 SetupForm ExportScreen::setup() {
     SetupForm form;
@@ -57,34 +44,6 @@ std::optional<RichDocument> ExportScreen::document() const {
     }
     return ReportExporter::attributed(state_.reportItems.get(), state_.dataset().name,
                                       state_.dataset().rowCount());
-}
-
-std::string_view ExportScreen::suggestedName(ReportFormat format) {
-    switch (format) {
-        case ReportFormat::pdf:
-            return ReportFileName::pdf;
-        case ReportFormat::docx:
-            return ReportFileName::docx;
-        case ReportFormat::rtf:
-            return ReportFileName::rtf;
-        case ReportFormat::markdown:
-            break;
-    }
-    return ReportFileName::markdown;
-}
-
-std::vector<std::uint8_t> ExportScreen::file(const RichDocument& document, ReportFormat format) {
-    switch (format) {
-        case ReportFormat::pdf:
-            return PDFReportExporter::pdf(document);
-        case ReportFormat::docx:
-            return DocxReportExporter::package(document);
-        case ReportFormat::rtf:
-            return bytesOf(RTFWriter::rtf(document));
-        case ReportFormat::markdown:
-            break;
-    }
-    return bytesOf(MarkdownReportExporter::markdown(document));
 }
 
 }  // namespace sorvane

@@ -137,8 +137,8 @@ Card ImportDataScreen::columnsCard() const {
 
 Guide ImportDataScreen::guide() const {
     return {.answers = "How does a file come in, and what was changed on the way?",
-            .needs = "A table with names in its first row: CSV, TSV or text, Excel (.xlsx), "
-                     "Numbers, SPSS (.sav) or Stata (.dta).",
+            .needs = "A delimited text file (.csv, .tsv or .txt) with names in its first row, or a "
+                     "table copied from a spreadsheet.",
             .doNotClaim = {"Do not treat a repaired table as the file that you were given; keep "
                            "the source.",
                            "Do not report how many cells were missing before you know what each "

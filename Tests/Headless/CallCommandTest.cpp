@@ -1,0 +1,136 @@
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneMac/Headless/Commands.h"
+#include "SorvaneMac/Headless/ProcedureTable.h"
+
+namespace sorvane {
+namespace {
+
+struct Answer {
+    ExitStatus status = ExitStatus::success;
+    std::string out;
+    std::string error;
+};
+
+Answer answer(const std::vector<std::string>& words, const std::string& input = "") {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream error;
+    const ExitStatus status = Commands::run(words, {}, {.in = in, .out = out, .error = error});
+    return {.status = status, .out = out.str(), .error = error.str()};
+}
+
+const std::string mtcars = SORVANE_SOURCE_DIR "/Tests/Reference/data/mtcars.csv";
+
+TEST(CallCommand, TakesColumnsByNameOrAsCells) {
+    const Answer byName =
+        answer({"call", "RelationshipTests.pearson", "--data", mtcars}, R"({"x":"mpg","y":"wt"})");
+    EXPECT_EQ(byName.status, ExitStatus::success) << byName.error;
+    EXPECT_NEAR(Json::parse(byName.out)["r"].get<double>(), -0.8676593765172278, 1e-12);
+
+    const Answer cells = answer({"call", "RelationshipTests.pearson"},
+                                R"({"x":[1,2,null,4,"5"],"y":[2,4,9,"NA",10]})");
+    EXPECT_EQ(cells.status, ExitStatus::success) << cells.error;
+    EXPECT_EQ(Json::parse(cells.out)["n"], 3);
+    EXPECT_EQ(Json::parse(cells.out)["r"], 1.0);
+}
+
+TEST(CallCommand, GivesNullForAnAbsentResultAndTextForANumberThatIsNotFinite) {
+    EXPECT_EQ(answer({"call", "RelationshipTests.pearson"}, R"({"x":[1,1],"y":[2,3]})").out,
+              "null\n");
+    EXPECT_EQ(answer({"call", "MathDistributions.studentTPValue"}, R"({"t":1,"df":-1})").out,
+              "\"nan\"\n");
+}
+
+TEST(CallCommand, ReadsAMatrixAsRowsOrAsColumnNames) {
+    const std::string rows = R"({"matrix":[[1,2,3],[2,3,5],[4,4,4],[5,5,6]]})";
+    const Answer given = answer({"call", "ReliabilityAnalyzer.cronbachAlpha"}, rows);
+    EXPECT_EQ(given.status, ExitStatus::success) << given.error;
+    EXPECT_NEAR(Json::parse(given.out).get<double>(), 12.0 / 13.0, 1e-12);
+
+    const Answer named = answer({"call", "ReliabilityAnalyzer.analyze", "--data", mtcars},
+                                R"({"itemNames":["gear","carb"]})");
+    EXPECT_EQ(Json::parse(named.out)["itemNames"], Json::parse(R"(["gear","carb"])"));
+    EXPECT_EQ(Json::parse(named.out)["casesUsed"], 32);
+}
+
+TEST(CallCommand, SaysInOneLineWhatIsWrong) {
+    const struct {
+        int line;
+        std::vector<std::string> words;
+        std::string input;
+        ExitStatus status;
+        std::string error;
+    } cases[] = {
+        {__LINE__,
+         {"call", "Nothing.here"},
+         "{}",
+         ExitStatus::badArguments,
+         "There is no procedure \"Nothing.here\"; `sorvane procedures` lists them all.\n"},
+        {__LINE__,
+         {"call", "RelationshipTests.pearson"},
+         R"({"x":[1,2,3]})",
+         ExitStatus::badArguments,
+         "The argument \"y\" is missing.\n"},
+        {__LINE__,
+         {"call", "RelationshipTests.pearson", "--data", mtcars},
+         R"({"x":"mpg","y":"weight"})",
+         ExitStatus::badArguments,
+         "The argument \"y\" names the column \"weight\", which is not in the file.\n"},
+        {__LINE__,
+         {"call", "RelationshipTests.pearson"},
+         R"({"x":"mpg","y":"wt"})",
+         ExitStatus::badArguments,
+         "The argument \"x\" names the column \"mpg\"; give the file that holds it with "
+         "--data.\n"},
+        {__LINE__,
+         {"call", "MathDistributions.studentTPValue"},
+         R"({"t":1,"df":2,"tails":1})",
+         ExitStatus::badArguments,
+         "The procedure has no argument \"tails\".\n"},
+        {__LINE__,
+         {"call", "MathDistributions.studentTPValue"},
+         R"({"t":"one","df":2})",
+         ExitStatus::badArguments,
+         "The argument \"t\" needs a number.\n"},
+        {__LINE__,
+         {"call", "MissingValue.displayMarkers", "--data", "/nowhere/data.ods"},
+         "",
+         ExitStatus::refused,
+         "Sorvane Studio imports .xlsx, .numbers, and .csv files, not .ods files.\n"},
+    };
+    for (const auto& each : cases) {
+        const Answer got = answer(each.words, each.input);
+        EXPECT_EQ(got.status, each.status) << "line " << each.line;
+        EXPECT_EQ(got.error, each.error) << "line " << each.line;
+        EXPECT_EQ(got.out, "") << "line " << each.line;
+    }
+}
+
+TEST(DescribeCommand, PrintsTheDatasetAndItsRows) {
+    const Answer got = answer({"describe", mtcars, "--rows", "2"});
+    ASSERT_EQ(got.status, ExitStatus::success) << got.error;
+    const Json description = Json::parse(got.out);
+    EXPECT_EQ(description["name"], "mtcars.csv");
+    EXPECT_EQ(description["rowCount"], 32);
+    EXPECT_EQ(description["variables"].size(), description["headers"].size());
+    EXPECT_EQ(description["importMetadata"]["rowSummaries"].size(), 32U);
+    EXPECT_EQ(description["firstRows"].size(), 2U);
+    EXPECT_EQ(description["lastRow"].size(), description["headers"].size());
+}
+
+TEST(ProcedureTable, ListsEveryProcedureOnceWithItsArguments) {
+    std::set<std::string> names;
+    for (const Procedure& procedure : ProcedureTable::all()) {
+        EXPECT_TRUE(names.insert(procedure.name).second) << procedure.name;
+    }
+    const std::string listed = answer({"procedures"}).out;
+    EXPECT_NE(listed.find("RelationshipTests.pearson\n    x: column of numbers\n"),
+              std::string::npos);
+    EXPECT_NE(listed.find("    confidenceLevel: setting (may be left out)\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace sorvane
