@@ -1,0 +1,77 @@
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
+#include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
+#include "SorvaneCore/Import/CSVImporter.h"
+
+namespace sorvane {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(BlankDatasetFactory, MakesAnEmptyGridWithinItsLimits) {
+    const ImportedDataset least = BlankDatasetFactory::make("Study", 0, -3);
+    EXPECT_EQ(least.rowCount(), 1);
+    EXPECT_EQ(least.headers, Texts{"Var1"});
+    const ImportedDataset most = BlankDatasetFactory::make("Study", 20'000, 201);
+    EXPECT_EQ(most.rowCount(), 10'000);
+    EXPECT_EQ(most.columnCount(), 200);
+    EXPECT_EQ(most.headers.back(), "Var200");
+    EXPECT_EQ(most.importMetadata.sourceKind, ImportSourceKind::blank);
+    EXPECT_EQ(most.importMetadata.worksheetName, "New dataset");
+    EXPECT_EQ(most.importMetadata.missingCellCount, 2'000'000);
+    EXPECT_EQ(most.variables.back().inferredType, VariableKind::grouping);
+    EXPECT_EQ(BlankDatasetFactory::make("", 2, 2, Texts{"a"}).headers, (Texts{"Var1", "Var2"}));
+    EXPECT_EQ(BlankDatasetFactory::make("", 2, 2, Texts{"a", " a"}).headers, (Texts{"a", "a 2"}));
+}
+
+/// The dataset with every column gathered and profiled from nothing.
+ImportedDataset rebuilt(const ImportedDataset& dataset) {
+    std::vector<Texts> rows;
+    for (std::size_t row = 0; row < dataset.rows.rowCount(); ++row) {
+        rows.push_back(dataset.rows.row(row).texts());
+    }
+    ImportedDataset result = dataset;
+    result.rows = TextTable::fromRows(rows, dataset.headers.size());
+    DatasetGridEditor::refreshMetadata(result);
+    return result;
+}
+
+TEST(DatasetGridEditor, WritesACellAsAFullRefreshWouldFindIt) {
+    std::mt19937 generator(11);
+    const Texts texts = {"", "NA", "1", "2", "3.5", "x", " X ", "-", "a longer answer in words"};
+    ImportedDataset dataset =
+        CSVImporter().importCSV("survey", "q1,comment,q1\n1,good,2\n,,3\nNA,-,.\n4,bad,5,6\n");
+    dataset.variables[0].assignedType = VariableKind::exclude;
+    dataset.variables[1].label = "Anything else?";
+    const std::vector<DataVariable> former = dataset.variables;
+    for (int edit = 0; edit < 200; ++edit) {
+        DatasetGridEditor::setCell(dataset, generator() % 3, generator() % 3,
+                                   texts[generator() % texts.size()]);
+        ASSERT_EQ(dataset, rebuilt(dataset));
+    }
+    EXPECT_EQ(dataset.variables[0].id, former[0].id);
+    EXPECT_EQ(dataset.variables[0].assignedType, VariableKind::exclude);
+    EXPECT_EQ(dataset.variables[1].label, "Anything else?");
+    EXPECT_EQ(dataset.variables[0].scaleRange, former[0].scaleRange);
+    EXPECT_EQ(dataset.importMetadata.sourceKind, ImportSourceKind::csv);
+    EXPECT_TRUE(dataset.importMetadata.issues.empty());
+    EXPECT_EQ(dataset.importMetadata.rowSummaries[2].sourceRowNumber, 4);
+}
+
+TEST(DatasetGridEditor, LeavesTheColumnsThatWereNotTouchedAlone) {
+    ImportedDataset dataset = BlankDatasetFactory::make("Study", 10'000, 200);
+    const TextTable before = dataset.rows;
+    DatasetGridEditor::setCell(dataset, 9'999, 7, "typed");
+    for (std::size_t column = 0; column < 200; ++column) {
+        EXPECT_EQ(dataset.rows.sharedColumn(column) == before.sharedColumn(column), column != 7);
+    }
+    EXPECT_EQ(dataset.rows.cell(9'999, 7), "typed");
+    EXPECT_EQ(before.cell(9'999, 7), "");
+    EXPECT_EQ(dataset.importMetadata.missingCellCount, 1'999'999);
+}
+
+}  // namespace
+}  // namespace sorvane
