@@ -1,0 +1,95 @@
+#include "SorvaneMac/Headless/StudioScript.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace sorvane {
+namespace {
+
+const std::filesystem::path resources = SORVANE_SOURCE_DIR "/Resources";
+
+class StudioScriptTest : public testing::Test {
+protected:
+    StudioScriptTest() { std::filesystem::create_directory(output_); }
+    ~StudioScriptTest() override { std::filesystem::remove_all(output_); }
+
+    StepOutcome perform(const std::string& step) { return script_.perform(Json::parse(step)); }
+
+    const std::filesystem::path output_ =
+        std::filesystem::temp_directory_path() / Uuid::fresh().text();
+    StudioState state_{resources};
+    StudioScreens screens_{state_};
+    StudioScript script_{
+        state_, screens_, {.folder = resources, .output = output_, .drawFigure = nullptr}};
+};
+
+TEST_F(StudioScriptTest, GoesFromAFileToAReport) {
+    const StepOutcome imported = perform(R"({"import": "SampleEIStudy.csv"})");
+    ASSERT_EQ(imported.refusal, std::nullopt);
+    EXPECT_EQ(imported.report["rows"], 300);
+    EXPECT_EQ(imported.report["screen"], "instrumentMap");
+
+    const StepOutcome set = perform(
+        R"({"set": {"constructName": "Calm", "regOutcome": "performance_score",
+                    "regPredictors": ["sa1", "em1"]}})");
+    ASSERT_EQ(set.refusal, std::nullopt);
+    EXPECT_EQ(perform(R"({"run": "regression"})").report["result"]["predictorCount"], 2);
+    EXPECT_EQ(perform(R"({"stage": "regression"})").report["staged"], 1);
+    const StepOutcome reliability = perform(R"({"stage": "scalesReliability"})");
+    EXPECT_EQ(reliability.report["stagedItems"][0]["title"], "Reliability: Calm");
+
+    EXPECT_EQ(perform(R"({"export": {"md": "early.md"}})").refusal, "Assemble the report first.");
+    ASSERT_EQ(perform(R"({"assemble": {}})").refusal, std::nullopt);
+    ASSERT_EQ(perform(R"({"export": {"md": "r.md", "docx": "r.docx", "rtf": "r.rtf"}})").refusal,
+              std::nullopt);
+    std::ifstream markdown(output_ / "r.md");
+    const std::string text{std::istreambuf_iterator<char>(markdown), {}};
+    EXPECT_NE(text.find("Dataset: SampleEIStudy.csv   Cases: 300"), std::string::npos);
+    EXPECT_NE(text.find("Linear regression of performance_score on sa1 and em1."),
+              std::string::npos);
+    EXPECT_TRUE(std::filesystem::file_size(output_ / "r.docx") > 1000);
+}
+
+TEST_F(StudioScriptTest, CallsOperationsByName) {
+    perform(R"({"paste": "id,q1\n1,2\n2,3\n"})");
+    EXPECT_EQ(
+        perform(R"({"do": {"assignVariable": {"variable": "q1", "kind": "outcome"}}})").refusal,
+        std::nullopt);
+    EXPECT_EQ(state_.dataset().variable("q1")->assignedType, VariableKind::outcome);
+    EXPECT_EQ(perform(R"({"blank": {"name": "Grid", "rows": 2, "columns": 1}})").report["rows"], 2);
+    perform(R"({"do": {"updateDatasetCell": {"row": 0, "column": 0, "value": "5"}}})");
+    EXPECT_EQ(state_.dataset().rows.cell(0, 0), "5");
+    EXPECT_EQ(perform(R"({"do": "resetToSample"})").report["rows"], 300);
+}
+
+TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {
+    const struct {
+        int line;
+        std::string step;
+        std::string refusal;
+    } cases[] = {
+        {__LINE__, R"(["import"])", "A step is an object with one key, the step's name."},
+        {__LINE__, R"({"fly": {}})", "There is no step \"fly\" in this version."},
+        {__LINE__, R"({"import": "nothing.ods"})",
+         "Could not import nothing.ods: Sorvane Studio imports .xlsx, .numbers, and .csv files, "
+         "not .ods files."},
+        {__LINE__, R"({"paste": " "})", "Paste some tabular data first."},
+        {__LINE__, R"({"set": {"nothing": 1}})", "There is no field \"nothing\"."},
+        {__LINE__, R"({"set": {"minimumItemCompletion": "all"}})",
+         "The field \"minimumItemCompletion\" needs a number."},
+        {__LINE__, R"({"do": "nothing"})", "There is no operation \"nothing\"."},
+        {__LINE__, R"({"do": {"assignVariable": {"variable": "x", "kind": "outcome"}}})",
+         "There is no variable \"x\"."},
+        {__LINE__, R"({"assemble": {}})", "Stage at least one result first."},
+        {__LINE__, R"({"run": "multilevel"})", "This screen is not in this version yet."},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(perform(each.step).refusal, each.refusal) << "line " << each.line;
+    }
+    EXPECT_EQ(state_.dataset().name, "No dataset");
+}
+
+}  // namespace
+}  // namespace sorvane
