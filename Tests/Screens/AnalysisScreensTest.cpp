@@ -100,7 +100,7 @@ TEST_F(AnalysisScreens, CorrelationSeedsAPairAndAMatrix) {
     EXPECT_EQ(matrix.headers,
               (std::vector<std::string>{"Variable", "M", "SD", "1", "2", "3", "4"}));
     EXPECT_EQ(matrix.rows[1][3], ".77");
-    EXPECT_EQ(matrix.rows[3][3], ".97**");
+    EXPECT_EQ(matrix.rows[3][3], ".98**");
     EXPECT_EQ(matrix.rows[1][4], "—");
 
     screens_.fields.correlation.corrY.set({"q1"});
