@@ -22,9 +22,9 @@ Card keyboardCard() {
                   {"Ctrl+Shift+V", "Paste a table as data"},
                   {"Ctrl+R", "Add the first finding of the screen to the report"},
                   {"Ctrl+Shift+A", "Assemble the report"},
-                  {"Ctrl+1 to Ctrl+5", "First screen of each section"},
+                  {"Ctrl+1 to Ctrl+5", "A screen of each section"},
                   {"Ctrl+PageUp, Ctrl+PageDown", "Former and next screen"},
-                  {"Ctrl+I", "Show or hide the inspector"},
+                  {"Ctrl+Shift+I", "Show or hide the inspector"},
                   {"Ctrl++, Ctrl+-, Ctrl+0", "Larger, smaller and normal size"},
                   {"F6", "Next pane: navigation, screen, inspector"}};
     made.tables = {std::move(table)};

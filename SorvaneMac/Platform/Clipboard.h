@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+/// The clipboard of the desktop.
+namespace sorvane::Clipboard {
+
+void setText(const QString& text);
+/// Puts both forms on the clipboard at once; the receiver takes the one that it can use.
+void setRichText(const QString& html, const QString& plainText);
+QString text();
+
+}  // namespace sorvane::Clipboard

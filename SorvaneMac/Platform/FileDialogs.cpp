@@ -1,0 +1,49 @@
+#include "SorvaneMac/Platform/FileDialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QStandardPaths>
+
+namespace sorvane {
+
+namespace {
+
+constexpr auto dataFilter = "Delimited text (*.csv *.tsv *.txt);;All files (*)";
+
+std::optional<std::filesystem::path> chosen(const QString& fileName) {
+    if (fileName.isEmpty()) {
+        return std::nullopt;
+    }
+    return toPath(fileName);
+}
+
+QString documentsDirectory() {
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+std::optional<std::filesystem::path> openDataFile(QWidget* parent) {
+    return chosen(QFileDialog::getOpenFileName(parent, "Import a data file", documentsDirectory(),
+                                               dataFilter));
+}
+
+std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& request) {
+    const QString suggested =
+        QDir(documentsDirectory()).filePath(QString::fromStdString(request.suggestedName));
+    return chosen(QFileDialog::getSaveFileName(parent, request.title, suggested, request.filter));
+}
+
+}  // namespace
+
+FileDialogs FileDialogs::ofPlatform() {
+    return {.openDataFile = &sorvane::openDataFile, .save = &sorvane::save};
+}
+
+std::filesystem::path toPath(const QString& fileName) {
+    return std::filesystem::path(fileName.toStdU16String());
+}
+
+QString fromPath(const std::filesystem::path& path) {
+    return QString::fromStdU16String(path.u16string());
+}
+
+}  // namespace sorvane

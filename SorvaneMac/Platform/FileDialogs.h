@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <QString>
+
+class QWidget;
+
+namespace sorvane {
+
+/// What a save panel asks for.
+struct SaveRequest {
+    QString title;
+    std::string suggestedName;
+    /// As the panel lists it, such as "PDF (*.pdf)".
+    QString filter;
+};
+
+/// The panels in which the user picks files; absent when the user cancels.
+///
+/// Held as functions, so that a window without a user (a test) can answer them itself.
+struct FileDialogs {
+    std::function<std::optional<std::filesystem::path>(QWidget*)> openDataFile;
+    std::function<std::optional<std::filesystem::path>(QWidget*, const SaveRequest&)> save;
+
+    static FileDialogs ofPlatform();
+};
+
+std::filesystem::path toPath(const QString& fileName);
+QString fromPath(const std::filesystem::path& path);
+
+}  // namespace sorvane

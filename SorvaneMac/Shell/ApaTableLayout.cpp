@@ -1,0 +1,304 @@
+#include "SorvaneMac/Shell/ApaTableLayout.h"
+
+#include <algorithm>
+
+#include <QFontMetrics>
+#include <QRegularExpression>
+
+#include "SorvaneMac/Report/APAFormat.h"
+#include "SorvaneMac/Report/StatisticalSymbols.h"
+#include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/Theme.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr int gap = 8;
+constexpr int rowAir = 7;
+constexpr int headAir = 9;
+constexpr int noteAir = 6;
+/// Texts wider than this wrap inside their cell.
+constexpr int widestText = 250;
+constexpr int narrowestText = 110;
+constexpr int headLines = 3;
+constexpr int wrap = Qt::TextWordWrap;
+
+bool isNumberText(const QString& text) {
+    static const QRegularExpression number(
+        R"(^[<>=≤≥]?\s*[-−+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?\s*[%*†]*$)");
+    return number.match(text).hasMatch();
+}
+
+bool isPlaceholder(const QString& text) {
+    return text.isEmpty() || text == "--" || text == "—" || text == "-";
+}
+
+int widestWord(const QString& text, const QFontMetrics& metrics) {
+    int widest = 0;
+    for (const QString& word : text.split(' ', Qt::SkipEmptyParts)) {
+        widest = std::max(widest, metrics.horizontalAdvance(word));
+    }
+    return widest;
+}
+
+int wrappedHeight(const QString& text, const QFontMetrics& metrics, int width) {
+    return metrics.boundingRect(0, 0, width, 1 << 20, wrap, text).height();
+}
+
+}  // namespace
+
+ApaTableLayout::ApaTableLayout(const ReportTable& table)
+    : body_(Theme::font(13)),
+      bold_(Theme::font(13, QFont::DemiBold)),
+      italicHead_(bold_),
+      note_(Theme::font(12)) {
+    italicHead_.setItalic(true);
+    const ReportTable shown = APAFormat::normalize(table);
+    readCells(shown);
+    readGroups(shown);
+    noteText_ = qtText(shown.note.value_or(""));
+    for (std::size_t index = 0; index < columns_.size(); ++index) {
+        measureColumn(index);
+        minimumWidth_ += columns_[index].minimum;
+        naturalWidth_ += columns_[index].natural;
+    }
+}
+
+void ApaTableLayout::readCells(const ReportTable& table) {
+    std::size_t count = table.headers.size();
+    for (const auto& row : table.rows) {
+        count = std::max(count, row.size());
+    }
+    columns_.resize(count);
+    for (std::size_t at = 0; at < table.headers.size(); ++at) {
+        columns_[at].head = qtText(table.headers[at]);
+        columns_[at].headIsItalic = StatisticalSymbols::isSymbol(table.headers[at]);
+    }
+    rows_.reserve(table.rows.size());
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        std::vector<Cell>& cells = rows_.emplace_back(count);
+        for (std::size_t at = 0; at < table.rows[row].size(); ++at) {
+            cells[at].text = qtText(table.rows[row][at]);
+            cells[at].isBold = table.boldMask && row < table.boldMask->size() &&
+                               at < (*table.boldMask)[row].size() && (*table.boldMask)[row][at];
+        }
+    }
+}
+
+void ApaTableLayout::readGroups(const ReportTable& table) {
+    if (!table.groupHeaders) {
+        return;
+    }
+    int column = 0;
+    for (const ReportGroupHeader& group : *table.groupHeaders) {
+        const int span = std::clamp(group.span, 1, static_cast<int>(columns_.size()) - column);
+        if (span < 1) {
+            return;
+        }
+        groups_.push_back({qtText(group.label), column, span});
+        column += span;
+    }
+}
+
+void ApaTableLayout::measureColumn(std::size_t index) {
+    Column& column = columns_[index];
+    const QFontMetrics plain(body_);
+    const QFontMetrics strong(bold_);
+    int widest = 0;
+    int word = 0;
+    std::size_t numbers = 0;
+    std::size_t texts = 0;
+    for (std::vector<Cell>& row : rows_) {
+        Cell& cell = row[index];
+        const QFontMetrics& metrics = cell.isBold ? strong : plain;
+        cell.width = metrics.horizontalAdvance(cell.text);
+        const qsizetype point = cell.text.indexOf('.');
+        cell.lead = point < 0 ? cell.width : metrics.horizontalAdvance(cell.text.left(point));
+        widest = std::max(widest, cell.width);
+        word = std::max(word, widestWord(cell.text, metrics));
+        if (!isPlaceholder(cell.text)) {
+            ++(isNumberText(cell.text) ? numbers : texts);
+        }
+    }
+    column.isNumeric = index > 0 && numbers > 0 && texts == 0;
+    if (column.isNumeric) {
+        for (const std::vector<Cell>& row : rows_) {
+            const Cell& cell = row[index];
+            if (!isPlaceholder(cell.text)) {
+                column.lead = std::max(column.lead, cell.lead);
+                column.rest = std::max(column.rest, cell.width - cell.lead);
+            }
+        }
+        widest = std::max(widest, column.lead + column.rest);
+    }
+    const int air = 2 * Theme::px(gap);
+    const int textWidth = std::min(widest, Theme::px(widestText));
+    const int smallest =
+        column.isNumeric ? widest : std::min(widest, std::max(word, Theme::px(narrowestText)));
+    column.natural = measureHead(column, textWidth) + air;
+    column.minimum = std::min(column.natural, measureHead(column, smallest) + air);
+}
+
+int ApaTableLayout::measureHead(const Column& column, int cellWidth) const {
+    const QFontMetrics metrics(column.headIsItalic ? italicHead_ : bold_);
+    int width = std::max(cellWidth, widestWord(column.head, metrics));
+    const int step = Theme::px(8);
+    while (wrappedHeight(column.head, metrics, width) > headLines * metrics.lineSpacing() + 1) {
+        width += step;
+    }
+    return width;
+}
+
+void ApaTableLayout::setWidth(int width) {
+    if (width == width_) {
+        return;
+    }
+    shareWidth(width);
+    placeRows();
+}
+
+void ApaTableLayout::shareWidth(int width) {
+    width_ = std::max(width, minimumWidth_);
+    const int target = std::min(width_, naturalWidth_ + naturalWidth_ / 2);
+    const int flexible = std::max(naturalWidth_ - minimumWidth_, 1);
+    const int missing = std::max(naturalWidth_ - target, 0);
+    const int spare = std::max(target - naturalWidth_, 0);
+    int left = 0;
+    for (Column& column : columns_) {
+        column.left = left;
+        column.width = column.natural - (column.natural - column.minimum) * missing / flexible +
+                       spare / static_cast<int>(columns_.size());
+        left += column.width;
+    }
+}
+
+int ApaTableLayout::cellHeight(const Cell& cell, const Column& column) const {
+    const QFontMetrics metrics(cell.isBold ? bold_ : body_);
+    const int inside = column.width - 2 * Theme::px(gap);
+    return cell.width <= inside ? metrics.height() : wrappedHeight(cell.text, metrics, inside);
+}
+
+int ApaTableLayout::groupHeight() const {
+    return groups_.empty() ? 0 : QFontMetrics(bold_).height() + Theme::px(headAir);
+}
+
+void ApaTableLayout::placeRows() {
+    int heads = 0;
+    for (const Column& column : columns_) {
+        const QFontMetrics metrics(column.headIsItalic ? italicHead_ : bold_);
+        heads =
+            std::max(heads, wrappedHeight(column.head, metrics, column.width - 2 * Theme::px(gap)));
+    }
+    headHeight_ = heads + 2 * Theme::px(headAir) - Theme::px(4);
+    int top = groupHeight() + headHeight_ + Theme::px(3);
+    rowTops_.clear();
+    for (const std::vector<Cell>& row : rows_) {
+        rowTops_.push_back(top);
+        int height = 0;
+        for (std::size_t at = 0; at < row.size(); ++at) {
+            height = std::max(height, cellHeight(row[at], columns_[at]));
+        }
+        top += height + Theme::px(rowAir);
+    }
+    top += Theme::px(3);
+    rowTops_.push_back(top);
+    height_ = top + 2;
+    if (!noteText_.isEmpty()) {
+        height_ += Theme::px(noteAir) +
+                   wrappedHeight("Note. " + noteText_, QFontMetrics(note_), width_) + 2;
+    }
+}
+
+QRect ApaTableLayout::box(const Column& column, int top, int height) const {
+    const int air = Theme::px(gap);
+    return {column.left + air, top, column.width - 2 * air, height};
+}
+
+void ApaTableLayout::paint(QPainter& painter, const QRect& clip) const {
+    painter.setPen(Theme::colors().text);
+    paintGroups(painter);
+    paintHead(painter);
+    const auto above = std::upper_bound(rowTops_.begin(), rowTops_.end() - 1, clip.top());
+    auto row = static_cast<std::size_t>(std::max<std::ptrdiff_t>(above - rowTops_.begin() - 1, 0));
+    for (; row < rows_.size() && rowTops_[row] <= clip.bottom(); ++row) {
+        paintRow(painter, row);
+    }
+    paintRules(painter);
+    paintNote(painter);
+}
+
+void ApaTableLayout::paintGroups(QPainter& painter) const {
+    painter.setFont(bold_);
+    for (const Group& group : groups_) {
+        const Column& first = columns_[static_cast<std::size_t>(group.firstColumn)];
+        const Column& last = columns_[static_cast<std::size_t>(group.firstColumn + group.span - 1)];
+        const QRect area(first.left, 1, last.left + last.width - first.left, groupHeight());
+        painter.drawText(area, Qt::AlignCenter, group.label);
+        if (group.span > 1 && !group.label.isEmpty()) {
+            const int air = Theme::px(gap);
+            painter.drawLine(area.left() + air, area.bottom(), area.right() - air, area.bottom());
+        }
+    }
+}
+
+void ApaTableLayout::paintHead(QPainter& painter) const {
+    for (std::size_t at = 0; at < columns_.size(); ++at) {
+        const Column& column = columns_[at];
+        painter.setFont(column.headIsItalic ? italicHead_ : bold_);
+        const Qt::AlignmentFlag side = at == 0 ? Qt::AlignLeft : Qt::AlignHCenter;
+        painter.drawText(box(column, groupHeight(), headHeight_), wrap | side | Qt::AlignVCenter,
+                         column.head);
+    }
+}
+
+void ApaTableLayout::paintRow(QPainter& painter, std::size_t row) const {
+    const int height = rowTops_[row + 1] - rowTops_[row];
+    for (std::size_t at = 0; at < columns_.size(); ++at) {
+        const Column& column = columns_[at];
+        const Cell& cell = rows_[row][at];
+        painter.setFont(cell.isBold ? bold_ : body_);
+        const QRect area = box(column, rowTops_[row], height);
+        if (column.isNumeric && !isPlaceholder(cell.text)) {
+            const int block = area.left() + (area.width() - column.lead - column.rest) / 2;
+            painter.drawText(block + column.lead - cell.lead, area.top(), cell.width + 2, height,
+                             Qt::AlignLeft | Qt::AlignVCenter, cell.text);
+        } else {
+            const Qt::AlignmentFlag side = at == 0 ? Qt::AlignLeft : Qt::AlignHCenter;
+            painter.drawText(area, wrap | side | Qt::AlignVCenter, cell.text);
+        }
+    }
+}
+
+void ApaTableLayout::paintRules(QPainter& painter) const {
+    if (columns_.empty()) {
+        return;
+    }
+    const int right = columns_.back().left + columns_.back().width;
+    const QColor ink = Theme::colors().text;
+    painter.fillRect(QRect(0, 0, right, 2), ink);
+    painter.fillRect(QRect(0, groupHeight() + headHeight_, right, 1), ink);
+    painter.fillRect(QRect(0, rowTops_.back(), right, 2), ink);
+}
+
+void ApaTableLayout::paintNote(QPainter& painter) const {
+    if (noteText_.isEmpty()) {
+        return;
+    }
+    const QRect area(0, rowTops_.back() + Theme::px(noteAir), width_, 1 << 20);
+    QFont lead = note_;
+    lead.setItalic(true);
+    painter.setFont(lead);
+    painter.drawText(area, Qt::AlignLeft, "Note. ");
+    painter.setFont(note_);
+    // The text is set whole with an indent of the lead's width, which only its first line keeps.
+    QString indent;
+    const QFontMetrics metrics(note_);
+    const int wanted = QFontMetrics(lead).horizontalAdvance("Note. ");
+    while (metrics.horizontalAdvance(indent) < wanted) {
+        indent += QChar(QChar::Nbsp);
+    }
+    painter.drawText(area, wrap | Qt::AlignLeft, indent + noteText_);
+}
+
+}  // namespace sorvane

@@ -1,0 +1,71 @@
+#include "SorvaneMac/Shell/ChartAxes.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QBarCategoryAxis>
+#include <QValueAxis>
+
+namespace sorvane::ChartAxes {
+
+namespace {
+
+constexpr double wantedSteps = 5.0;
+
+/// 1, 2 or 5 times a power of ten.
+double roundStep(double span) {
+    const double rough = span / wantedSteps;
+    const double power = std::pow(10.0, std::floor(std::log10(rough)));
+    const double lead = rough / power;
+    return power * (lead < 1.5 ? 1.0 : lead < 3.5 ? 2.0 : lead < 7.5 ? 5.0 : 10.0);
+}
+
+int decimalsFor(double step) {
+    return std::clamp(static_cast<int>(-std::floor(std::log10(step) + 1e-9)), 0, 9);
+}
+
+void style(QAbstractAxis& axis, const QString& title, const ChartInk& ink) {
+    axis.setLabelsFont(ink.font);
+    axis.setLabelsBrush(ink.quiet);
+    axis.setTitleFont(ink.font);
+    axis.setTitleBrush(ink.text);
+    axis.setTitleText(title);
+    axis.setLinePen(QPen(ink.quiet, 1.0));
+    axis.setGridLinePen(QPen(ink.grid, 1.0));
+}
+
+}  // namespace
+
+QValueAxis* value(ValueRange range, Extent extent, const QString& title, const ChartInk& ink) {
+    if (!(range.maximum > range.minimum)) {
+        range = {range.minimum - 1.0, range.minimum + 1.0};
+    }
+    const double step = roundStep(range.maximum - range.minimum);
+    const double first = std::floor(range.minimum / step + 1e-9) * step;
+    auto* axis = new QValueAxis;
+    if (extent == Extent::rounded) {
+        range = {first, std::ceil(range.maximum / step - 1e-9) * step};
+    }
+    axis->setRange(range.minimum, range.maximum);
+    axis->setTickType(QValueAxis::TicksDynamic);
+    axis->setTickAnchor(first);
+    axis->setTickInterval(step);
+    axis->setLabelFormat(QString("%.%1f").arg(decimalsFor(step)));
+    style(*axis, title, ink);
+    return axis;
+}
+
+QBarCategoryAxis* categories(const QStringList& labels, const QString& title, const ChartInk& ink) {
+    auto* axis = new QBarCategoryAxis;
+    axis->append(labels);
+    style(*axis, title, ink);
+    axis->setGridLineVisible(false);
+    return axis;
+}
+
+void leaveLabelsOnly(QAbstractAxis& axis) {
+    axis.setGridLineVisible(false);
+    axis.setLineVisible(false);
+}
+
+}  // namespace sorvane::ChartAxes

@@ -1,0 +1,72 @@
+#include "SorvaneMac/Shell/ChartImages.h"
+
+#include <cmath>
+
+#include <QBuffer>
+#include <QImage>
+#include <QPainter>
+#include <QSvgGenerator>
+
+#include "SorvaneMac/Shell/ChartDrawing.h"
+#include "SorvaneMac/Shell/QtText.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr double dotsPerInch = 300.0;
+constexpr double inchesInMeter = 1000.0 / 25.4;
+/// Type of 11 design units reads as 8 points on paper at this many units an inch.
+constexpr double unitsPerInch = 100.0;
+constexpr int paperWidth = 650;
+
+QSize paperSize(const Chart& chart) {
+    return {paperWidth, ChartDrawing::suitableHeight(chart) + 40};
+}
+
+std::vector<std::uint8_t> bytesOf(const QByteArray& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> chartPng(const Chart& chart) {
+    constexpr double zoom = dotsPerInch / unitsPerInch;
+    const QSize size = paperSize(chart);
+    QImage image(size * zoom, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    image.setDotsPerMeterX(static_cast<int>(std::lround(dotsPerInch * inchesInMeter)));
+    image.setDotsPerMeterY(image.dotsPerMeterX());
+    ChartDrawing drawing(chart, ChartInk::print());
+    drawing.resize(size);
+    {
+        QPainter painter(&image);
+        painter.scale(zoom, zoom);
+        drawing.paint(painter);
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytesOf(bytes);
+}
+
+std::vector<std::uint8_t> chartSvg(const Chart& chart) {
+    const QSize size = paperSize(chart);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QSvgGenerator svg;
+    svg.setOutputDevice(&buffer);
+    svg.setSize(size);
+    svg.setViewBox(QRect({0, 0}, size));
+    svg.setResolution(static_cast<int>(unitsPerInch));
+    svg.setTitle(qtText(chart.title));
+    ChartDrawing drawing(chart, ChartInk::print());
+    drawing.resize(size);
+    QPainter painter(&svg);
+    drawing.paint(painter);
+    painter.end();
+    return bytesOf(bytes);
+}
+
+}  // namespace sorvane

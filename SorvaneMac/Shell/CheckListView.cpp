@@ -1,0 +1,140 @@
+#include <algorithm>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QSortFilterProxyModel>
+#include <QVBoxLayout>
+
+#include "SorvaneMac/Shell/Buttons.h"
+#include "SorvaneMac/Shell/CheckListDelegate.h"
+#include "SorvaneMac/Shell/CheckListModel.h"
+#include "SorvaneMac/Shell/FormControlViews.h"
+#include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/Theme.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::size_t filteredFrom = 8;
+constexpr int mostRows = 14;
+
+class CheckListView final : public ControlViewOf<CheckListControl> {
+public:
+    explicit CheckListView(const CheckListControl& first)
+        : label_(Labels::text("", "small")),
+          filter_(new QLineEdit),
+          list_(new QListView),
+          selectAll_(shownButton("Select all shown", true)),
+          selectNone_(shownButton("Clear shown", false)) {
+        auto* root = new QWidget;
+        auto* column = new QVBoxLayout(root);
+        column->setContentsMargins(0, 0, 0, 0);
+        column->setSpacing(Theme::px(4));
+        column->addWidget(label_);
+        column->addWidget(filter_);
+        column->addWidget(list_);
+        auto* buttons = new QHBoxLayout;
+        buttons->setSpacing(Theme::px(6));
+        buttons->addWidget(selectAll_);
+        buttons->addWidget(selectNone_);
+        buttons->addStretch(1);
+        column->addLayout(buttons);
+        adopt(root);
+        prepareFilter(qtText(first.label));
+        prepareList(first);
+    }
+    bool suits(const Control& next) const override {
+        const auto* list = std::get_if<CheckListControl>(&next);
+        return list && list->label == control().label && list->secondLabel == control().secondLabel;
+    }
+
+private:
+    QPushButton* shownButton(const QString& label, bool isChecked) {
+        return Buttons::make(
+            label, [this, isChecked] { setShown(isChecked); }, Buttons::Weight::link);
+    }
+
+    void prepareFilter(const QString& label) {
+        filter_->setPlaceholderText("Filter");
+        filter_->setClearButtonEnabled(true);
+        filter_->setAccessibleName("Filter " + label);
+        QObject::connect(filter_, &QLineEdit::textChanged, filter_, [this](const QString& text) {
+            proxy_.setFilterFixedString(text);
+            fitHeight();
+        });
+    }
+
+    void prepareList(const CheckListControl& first) {
+        proxy_.setSourceModel(&model_);
+        proxy_.setFilterCaseSensitivity(Qt::CaseInsensitive);
+        list_->setModel(&proxy_);
+        list_->setUniformItemSizes(true);
+        list_->setMouseTracking(true);
+        list_->setSelectionMode(QAbstractItemView::NoSelection);
+        list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        list_->setAccessibleName(qtText(first.label));
+        QString keys = "Space checks an item.";
+        if (!first.secondLabel.empty()) {
+            keys += " Return turns " + qtText(first.secondLabel) + ".";
+        }
+        list_->setAccessibleDescription(keys);
+        delegate_ = std::make_unique<CheckListDelegate>(
+            qtText(first.secondLabel),
+            [this](const QModelIndex& index) { model_.turnSecond(proxy_.mapToSource(index)); });
+        list_->setItemDelegate(delegate_.get());
+    }
+
+    void setShown(bool isChecked) {
+        std::vector<std::string> names;
+        for (int row = 0; row < proxy_.rowCount(); ++row) {
+            names.push_back(utf8(proxy_.index(row, 0).data().toString()));
+        }
+        if (control().setAll) {
+            control().setAll(names, isChecked);
+            return;
+        }
+        const auto setChecked = control().setChecked;
+        for (const std::string& name : names) {
+            setChecked(name, isChecked);
+        }
+    }
+
+    void fitHeight() {
+        const int rows = std::clamp(proxy_.rowCount(), 1, mostRows);
+        list_->setFixedHeight(rows * Theme::px(26) + 2 * list_->frameWidth() + 2);
+    }
+
+    void showControl() override {
+        model_.show(control());
+        const auto chosen =
+            std::count_if(control().items.begin(), control().items.end(),
+                          [](const CheckListControl::Item& item) { return item.isChecked; });
+        label_->setText(qtText(control().label) + " · " + QString::number(chosen) + " of " +
+                        QString::number(control().items.size()) + " selected");
+        filter_->setVisible(control().items.size() >= filteredFrom);
+        fitHeight();
+    }
+
+    QLabel* label_;
+    QLineEdit* filter_;
+    QListView* list_;
+    QPushButton* selectAll_;
+    QPushButton* selectNone_;
+    CheckListModel model_;
+    QSortFilterProxyModel proxy_;
+    std::unique_ptr<CheckListDelegate> delegate_;
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> makeCheckListView(const CheckListControl& control) {
+    return std::make_unique<CheckListView>(control);
+}
+
+}  // namespace sorvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QHeaderView>
+
+namespace sorvane {
+
+class DataGridModel;
+
+/// The heads of the grid: name, role and missing share, a line each.
+class DataGridHeader final : public QHeaderView {
+public:
+    explicit DataGridHeader(const DataGridModel& model);
+
+    /// A width in which the head of a column stands whole, within reason.
+    int suitableWidth(int column) const;
+
+protected:
+    QSize sizeHint() const override;
+    void paintSection(QPainter* painter, const QRect& area, int section) const override;
+
+private:
+    const DataGridModel& model_;
+};
+
+}  // namespace sorvane

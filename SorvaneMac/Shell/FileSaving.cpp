@@ -1,0 +1,26 @@
+#include "SorvaneMac/Shell/FileSaving.h"
+
+#include <optional>
+#include <string>
+
+#include <QMessageBox>
+
+#include "SorvaneCore/Project/WholeFile.h"
+#include "SorvaneMac/Platform/FileDialogs.h"
+#include "SorvaneMac/Shell/QtText.h"
+
+namespace sorvane {
+
+bool saveFile(QWidget* parent,
+              const std::filesystem::path& file,
+              const std::vector<std::uint8_t>& bytes) {
+    const std::optional<std::string> failure = replaceFile(file, bytes);
+    if (failure) {
+        QMessageBox::warning(
+            parent, "The file was not saved",
+            "Could not write " + fromPath(file.filename()) + ": " + qtText(*failure));
+    }
+    return !failure;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,215 @@
+#include "SorvaneMac/Shell/MainMenus.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMetaObject>
+
+#include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/ReportExporting.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr double scaleStep = 0.25;
+constexpr auto aboutText =
+    "Sorvane 0.1.0\n\nA desktop statistics workbench for survey and scale research. All analysis "
+    "runs on this machine.";
+
+void showScreen(MainWindow& window, StudioScreen screen) {
+    window.workspace().state.selection.set(screen);
+}
+
+}  // namespace
+
+MainMenus::MainMenus(MainWindow& window) : window_(window) {
+    window_.menuBar()->clear();
+    window_.menuBar()->setNativeMenuBar(true);
+    buildFile();
+    buildEdit();
+    buildData();
+    buildAnalyze();
+    buildView();
+    buildHelp();
+}
+
+QAction* MainMenus::add(QMenu& menu,
+                        const QString& label,
+                        const QKeySequence& keys,
+                        std::function<void()> action) {
+    QAction* made = menu.addAction(label);
+    made->setShortcut(keys);
+    QObject::connect(made, &QAction::triggered, &menu, [action = std::move(action)] { action(); });
+    return made;
+}
+
+void MainMenus::buildFile() {
+    QMenu& menu = *window_.menuBar()->addMenu("&File");
+    Workspace& workspace = window_.workspace();
+    add(menu, "&New Blank Grid", QKeySequence::New,
+        [&workspace] { workspace.state.beginBlankDataset(); });
+    add(menu, "&Import Data…", QKeySequence::Open,
+        [this, &workspace] { importFromDialog(&window_, workspace); });
+    add(menu, "&Paste Data…", QKeySequence("Ctrl+Shift+V"),
+        [this, &workspace] { pasteFromDialog(&window_, workspace); });
+    add(menu, "Open &Sample Study", {}, [&workspace] { workspace.state.resetToSample(); });
+    menu.addSeparator();
+    QAction* open = add(menu, "Open Project…", {}, [] {});
+    open->setEnabled(false);
+    open->setToolTip("Saving and opening projects comes with a later version.");
+    menu.setToolTipsVisible(true);
+    menu.addSeparator();
+    QMenu& exports = *menu.addMenu("&Export Report");
+    for (const ReportFormat format : {ReportFormat::pdf, ReportFormat::docx, ReportFormat::rtf,
+                                      ReportFormat::md, ReportFormat::draft}) {
+        withReport_.push_back(
+            add(exports, exportLabel(format),
+                format == ReportFormat::pdf ? QKeySequence("Ctrl+E") : QKeySequence(),
+                [this, format] { exportReport(&window_, window_.workspace(), format); }));
+    }
+    menu.addSeparator();
+    add(menu, "&Close Window", QKeySequence::Close, [this] { window_.close(); });
+    add(menu, "&Quit", QKeySequence("Ctrl+Q"), [this] { window_.close(); });
+}
+
+void MainMenus::addEdit(QMenu& menu,
+                        const QString& label,
+                        const QKeySequence& keys,
+                        const char* slot) {
+    add(menu, label, keys, [slot] {
+        QWidget* focused = QApplication::focusWidget();
+        if (focused && focused->metaObject()->indexOfSlot(QMetaObject::normalizedSignature(
+                           (QByteArray(slot) + "()").constData())) >= 0) {
+            QMetaObject::invokeMethod(focused, slot);
+        }
+    });
+}
+
+void MainMenus::buildEdit() {
+    QMenu& menu = *window_.menuBar()->addMenu("&Edit");
+    addEdit(menu, "&Undo", QKeySequence::Undo, "undo");
+    addEdit(menu, "&Redo", QKeySequence::Redo, "redo");
+    menu.addSeparator();
+    addEdit(menu, "Cu&t", QKeySequence::Cut, "cut");
+    add(menu, "&Copy", QKeySequence::Copy, [this] {
+        QWidget* focused = QApplication::focusWidget();
+        if (!window_.page().copySelection() && focused) {
+            QMetaObject::invokeMethod(focused, "copy");
+        }
+    });
+    addEdit(menu, "&Paste", QKeySequence::Paste, "paste");
+    addEdit(menu, "Select &All", QKeySequence::SelectAll, "selectAll");
+}
+
+void MainMenus::buildData() {
+    QMenu& menu = *window_.menuBar()->addMenu("&Data");
+    for (const StudioScreen screen : allStudioScreens()) {
+        const StudioSection group = section(screen);
+        if (group == StudioSection::project || group == StudioSection::instrument) {
+            add(menu, qtText(title(screen)).replace('&', "&&"), {},
+                [this, screen] { showScreen(window_, screen); });
+        }
+    }
+    menu.addSeparator();
+    withData_.push_back(add(menu, "Select Likert Items", {}, [this] {
+        window_.workspace().state.selectLikertCandidateItemsForReliability();
+    }));
+}
+
+void MainMenus::buildAnalyze() {
+    QMenu& menu = *window_.menuBar()->addMenu("&Analyze");
+    bool inAdvanced = false;
+    for (const StudioScreen screen : allStudioScreens()) {
+        const StudioSection group = section(screen);
+        if (group != StudioSection::evidence && group != StudioSection::advanced) {
+            continue;
+        }
+        if (inAdvanced != isAdvanced(screen)) {
+            menu.addSeparator();
+            inAdvanced = isAdvanced(screen);
+        }
+        add(menu, qtText(title(screen)).replace('&', "&&"), {},
+            [this, screen] { showScreen(window_, screen); });
+    }
+    menu.addSeparator();
+    withData_.push_back(add(menu, "Add to Report", QKeySequence("Ctrl+R"),
+                            [this] { window_.page().stageFirst(); }));
+    withFindings_.push_back(add(menu, "Assemble Report", QKeySequence("Ctrl+Shift+A"),
+                                [this] { window_.assembleReport(); }));
+}
+
+void MainMenus::buildView() {
+    QMenu& menu = *window_.menuBar()->addMenu("&View");
+    inspector_ = add(menu, "Inspector", QKeySequence("Ctrl+Shift+I"),
+                     [this] { window_.setInspectorShows(!window_.inspectorShows()); });
+    inspector_->setCheckable(true);
+    add(menu, "Next Pane", QKeySequence("F6"), [this] { window_.focusNextPane(); });
+    menu.addSeparator();
+    add(menu, "Former Screen", QKeySequence("Ctrl+PgUp"), [this] { window_.goToNeighbour(-1); });
+    add(menu, "Next Screen", QKeySequence("Ctrl+PgDown"), [this] { window_.goToNeighbour(1); });
+    int number = 0;
+    for (const StudioScreen screen :
+         {StudioScreen::overview, StudioScreen::instrumentMap, StudioScreen::descriptives,
+          StudioScreen::multilevel, StudioScreen::findings}) {
+        add(menu, qtText(displayName(section(screen))),
+            QKeySequence("Ctrl+" + QString::number(++number)),
+            [this, screen] { showScreen(window_, screen); });
+    }
+    menu.addSeparator();
+    add(menu, "Larger", QKeySequence::ZoomIn,
+        [this] { window_.setScale(window_.scale() + scaleStep); });
+    add(menu, "Smaller", QKeySequence::ZoomOut,
+        [this] { window_.setScale(window_.scale() - scaleStep); });
+    add(menu, "Normal Size", QKeySequence("Ctrl+0"), [this] { window_.setScale(1.0); });
+    buildAppearance(menu);
+}
+
+void MainMenus::buildAppearance(QMenu& view) {
+    QMenu& menu = *view.addMenu("Appearance");
+    const std::pair<const char*, Appearance> choices[] = {{"As the System", Appearance::system},
+                                                          {"Light", Appearance::light},
+                                                          {"Dark", Appearance::dark}};
+    auto* group = new QActionGroup(&menu);
+    for (const auto& choice : choices) {
+        const Appearance appearance = choice.second;
+        QAction* made =
+            add(menu, choice.first, {}, [this, appearance] { window_.setAppearance(appearance); });
+        made->setCheckable(true);
+        made->setChecked(window_.appearance() == appearance);
+        group->addAction(made);
+    }
+}
+
+void MainMenus::buildHelp() {
+    QMenu& menu = *window_.menuBar()->addMenu("&Help");
+    add(menu, "User Guide", QKeySequence::HelpContents,
+        [this] { showScreen(window_, StudioScreen::userGuide); });
+    add(menu, "Guide to This Screen", QKeySequence("Shift+F1"), [this] {
+        window_.workspace().state.inspectorPane.set(InspectorPane::guide);
+        window_.setInspectorShows(true);
+    });
+    menu.addSeparator();
+    add(menu, "About Sorvane", {},
+        [this] { QMessageBox::about(&window_, "About Sorvane", aboutText); });
+}
+
+void MainMenus::refresh() {
+    const StudioState& state = window_.workspace().state;
+    const bool hasFindings = !state.reportItems->empty();
+    for (QAction* action : withData_) {
+        action->setEnabled(state.hasData());
+    }
+    for (QAction* action : withFindings_) {
+        action->setEnabled(hasFindings);
+    }
+    for (QAction* action : withReport_) {
+        action->setEnabled(hasFindings || state.reportRTFData.get().has_value());
+    }
+    inspector_->setEnabled(!state.showsStartPage());
+    inspector_->setChecked(window_.inspectorShows());
+}
+
+}  // namespace sorvane

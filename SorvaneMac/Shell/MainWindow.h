@@ -1,0 +1,98 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include <QMainWindow>
+
+#include "SorvaneMac/Shell/Page.h"
+#include "SorvaneMac/Shell/Theme.h"
+
+class QLabel;
+class QSplitter;
+class QStackedWidget;
+
+namespace sorvane {
+
+class ComputingOverlay;
+class ErrorBanner;
+class InspectorView;
+class MainMenus;
+class NavigationPane;
+
+/// The window: navigation, screen, inspector; menus above and the state of the data below.
+///
+/// It draws what the fields hold, once for each turn of the event loop in which one changed.
+class MainWindow final : public QMainWindow {
+public:
+    MainWindow(StudioState& state, StudioScreens& screens);
+    ~MainWindow() override;
+
+    Workspace& workspace() { return workspace_; }
+    /// The page that stands in the middle.
+    Page& page();
+    /// Draws at once what has changed.
+    void refreshNow();
+
+    void setAppearance(Appearance appearance);
+    /// 1 for the size of the design, up to 2.
+    void setScale(double scale);
+    double scale() const { return scale_; }
+    Appearance appearance() const { return appearance_; }
+    bool inspectorShows() const;
+    void setInspectorShows(bool shows);
+    void assembleReport();
+    void goToNeighbour(int distance);
+    /// Moves the focus to the next of the three panes.
+    void focusNextPane();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    /// The fields that only the frame around the screen shows.
+    enum class Reach { frame, screen };
+    static Reach reachOf(const AnyField& field);
+
+    void build();
+    void buildPanes();
+    void buildStatus();
+    void applyTheme();
+    void noteChange(const AnyField& field);
+    void showPage();
+    void refreshFrame();
+    void refreshStatus();
+    bool& inspectorWish();
+    static bool prefersFullWidth(StudioScreen screen);
+
+    Workspace workspace_;
+    Appearance appearance_ = Appearance::system;
+    double scale_ = 1.0;
+    bool inspectorBeside_ = true;
+    bool inspectorOverWidePage_ = false;
+
+    std::unique_ptr<MainMenus> menus_;
+    NavigationPane* navigation_ = nullptr;
+    ErrorBanner* banner_ = nullptr;
+    QStackedWidget* stack_ = nullptr;
+    InspectorView* inspector_ = nullptr;
+    ComputingOverlay* overlay_ = nullptr;
+    QLabel* sizeStatus_ = nullptr;
+    QLabel* missingStatus_ = nullptr;
+    QLabel* weightStatus_ = nullptr;
+    QLabel* messageStatus_ = nullptr;
+    Page* start_ = nullptr;
+    std::map<StudioScreen, Page*> pages_;
+    std::optional<StudioScreen> shown_;
+
+    bool isScheduled_ = false;
+    bool screenChanged_ = true;
+    bool datasetChanged_ = false;
+    Subscription changes_;
+    Subscription actions_;
+};
+
+}  // namespace sorvane

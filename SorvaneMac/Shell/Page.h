@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWidget>
+
+#include "SorvaneMac/Shell/Workspace.h"
+
+namespace sorvane {
+
+/// The view of one screen.
+class Page : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    /// Brings what is shown up to date with the fields.
+    virtual void refresh() = 0;
+    /// What a key for "add to report" does here; most pages stage their first finding.
+    virtual void stageFirst() {}
+
+    /// Copies what is selected; false where the page has no selection of its own.
+    virtual bool copySelection() { return false; }
+
+    static Page* make(StudioScreen screen, Workspace& workspace);
+};
+
+}  // namespace sorvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "SorvaneMac/Shell/Page.h"
+
+namespace sorvane {
+
+/// What stands in the middle before there is a dataset.
+class StartPage final : public Page {
+public:
+    explicit StartPage(Workspace& workspace);
+
+    void refresh() override {}
+};
+
+}  // namespace sorvane

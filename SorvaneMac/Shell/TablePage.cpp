@@ -1,0 +1,50 @@
+#include "SorvaneMac/Shell/TablePage.h"
+
+#include <QLabel>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include "SorvaneMac/Shell/ContentView.h"
+#include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/TileStrip.h"
+
+namespace sorvane {
+
+TablePage::TablePage(StudioScreen screen, Workspace& workspace)
+    : screen_(screen),
+      workspace_(workspace),
+      empty_(new ContentView(workspace.state)),
+      title_(Labels::text("", "pageTitle")),
+      subtitle_(Labels::text("", "quiet")),
+      tiles_(new TileStrip),
+      stack_(new QStackedLayout(this)) {
+    auto* table = new QWidget;
+    column_ = new QVBoxLayout(table);
+    column_->setContentsMargins(Theme::px(22), Theme::px(18), Theme::px(22), Theme::px(18));
+    column_->setSpacing(Theme::px(12));
+    auto* head = new QVBoxLayout;
+    head->setSpacing(Theme::px(3));
+    head->addWidget(title_);
+    head->addWidget(subtitle_);
+    column_->addLayout(head);
+    column_->addWidget(tiles_);
+    stack_->addWidget(empty_);
+    stack_->addWidget(table);
+}
+
+void TablePage::refresh() {
+    const ScreenContent& content = workspace_.screens.content(screen_);
+    stack_->setCurrentIndex(content.gate ? 0 : 1);
+    if (content.gate) {
+        empty_->show(content);
+        return;
+    }
+    title_->setText(qtText(content.title));
+    subtitle_->setText(qtText(content.subtitle));
+    tiles_->show(content.tiles);
+    refreshTable();
+}
+
+}  // namespace sorvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "SorvaneMac/Shell/Page.h"
+
+class QLabel;
+class QStackedLayout;
+class QVBoxLayout;
+
+namespace sorvane {
+
+class ContentView;
+class TileStrip;
+
+/// A screen whose middle is one table that takes all the room; its gate stands alone.
+class TablePage : public Page {
+public:
+    TablePage(StudioScreen screen, Workspace& workspace);
+
+    void refresh() final;
+
+protected:
+    /// Brings the table up to date; called only while there are data to show.
+    virtual void refreshTable() = 0;
+
+    Workspace& workspace() { return workspace_; }
+    QVBoxLayout& column() { return *column_; }
+
+private:
+    StudioScreen screen_;
+    Workspace& workspace_;
+    ContentView* empty_;
+    QLabel* title_;
+    QLabel* subtitle_;
+    TileStrip* tiles_;
+    QVBoxLayout* column_;
+    QStackedLayout* stack_;
+};
+
+}  // namespace sorvane

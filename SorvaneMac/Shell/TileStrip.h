@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vector>
+
+#include <QWidget>
+
+#include "SorvaneMac/Screens/ScreenContent.h"
+
+class QGridLayout;
+
+namespace sorvane {
+
+/// The figures that people look for first, in a row of small cards of equal width.
+class TileStrip final : public QWidget {
+public:
+    TileStrip();
+
+    void show(const std::vector<Tile>& tiles);
+
+private:
+    std::vector<Tile> tiles_;
+    QGridLayout* grid_;
+};
+
+}  // namespace sorvane

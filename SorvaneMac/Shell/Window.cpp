@@ -1,0 +1,131 @@
+#include "SorvaneMac/Shell/Window.h"
+
+#include <iostream>
+#include <system_error>
+
+#include <QApplication>
+#include <QPixmap>
+
+#include "SorvaneMac/Shell/ChartImages.h"
+#include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/QtText.h"
+
+/// The macro of the resource system declares a function, which must stand outside of namespaces.
+static void provideIcons() {
+    Q_INIT_RESOURCE(icons);
+}
+
+namespace sorvane {
+
+namespace {
+
+void prepare(QApplication& application) {
+    provideIcons();
+    QApplication::setApplicationName("Sorvane");
+    QApplication::setApplicationVersion("0.1.0");
+    Theme::apply(application, Appearance::system);
+}
+
+/// Stages what the analysis screens find, so that the report has something to show.
+void stageFindings(Workspace& workspace) {
+    for (const StudioScreen screen : {StudioScreen::scalesReliability, StudioScreen::descriptives,
+                                      StudioScreen::correlation, StudioScreen::regression}) {
+        workspace.screens.appear(screen);
+        for (const Finding& finding : workspace.screens.content(screen).findings) {
+            ReportItem item = finding.item;
+            if (finding.figure) {
+                item.figure = chartPng(*finding.figure);
+            }
+            workspace.state.addToReport(item);
+        }
+    }
+}
+
+class Photographer {
+public:
+    Photographer(MainWindow& window, const std::filesystem::path& folder)
+        : window_(window), folder_(folder) {}
+
+    bool take(std::string_view name) {
+        const std::pair<Appearance, const char*> looks[] = {{Appearance::light, ""},
+                                                            {Appearance::dark, "-dark"}};
+        for (const auto& look : looks) {
+            if (window_.appearance() != look.first) {
+                window_.setAppearance(look.first);
+            }
+            window_.refreshNow();
+            // Layouts settle with the events that they post.
+            QCoreApplication::processEvents();
+            const QString file = qtText(name) + look.second + ".png";
+            if (!window_.grab().save(fromPath(folder_ / utf8(file)))) {
+                std::cerr << "Could not write " << utf8(file) << ".\n";
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    MainWindow& window_;
+    std::filesystem::path folder_;
+};
+
+bool takeAll(MainWindow& window, Photographer& photographer) {
+    Workspace& workspace = window.workspace();
+    stageFindings(workspace);
+    workspace.state.assembleReport();
+    for (const StudioScreen screen : allStudioScreens()) {
+        workspace.state.selection.set(screen);
+        if (!photographer.take(rawValue(screen))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int openWindow(QApplication& application,
+               StudioState& state,
+               StudioScreens& screens,
+               const std::optional<std::filesystem::path>& file) {
+    prepare(application);
+    MainWindow window(state, screens);
+    window.show();
+    if (file) {
+        importGuarded(&window, window.workspace(), *file);
+    }
+    return QApplication::exec();
+}
+
+int drawScreenshots(QApplication& application,
+                    StudioState& state,
+                    StudioScreens& screens,
+                    const std::filesystem::path& folder,
+                    const std::optional<std::filesystem::path>& file) {
+    prepare(application);
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    if (failure) {
+        std::cerr << "Could not make the folder: " << failure.message() << "\n";
+        return 1;
+    }
+    MainWindow window(state, screens);
+    window.show();
+    Photographer photographer(window, folder);
+    if (!photographer.take("start")) {
+        return 1;
+    }
+    if (file) {
+        state.importData(*file);
+    } else {
+        state.resetToSample();
+    }
+    if (const std::optional<std::string>& error = state.data.importError.get()) {
+        std::cerr << *error << "\n";
+        return 1;
+    }
+    return takeAll(window, photographer) ? 0 : 1;
+}
+
+}  // namespace sorvane
