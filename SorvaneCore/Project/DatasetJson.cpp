@@ -37,22 +37,6 @@ ImportRowReports synthesizedReports(const std::vector<std::vector<std::string>>&
 
 }  // namespace
 
-Json JsonForm<TextTable>::to(const TextTable& table) {
-    Json rows = Json::array();
-    for (std::size_t row = 0; row < table.rowCount(); ++row) {
-        rows.push_back(toJson(table.row(row).texts()));
-    }
-    return rows;
-}
-
-Json JsonForm<ImportRowSummaries>::to(const ImportRowSummaries& summaries) {
-    Json list = Json::array();
-    for (std::size_t row = 0; row < summaries.size(); ++row) {
-        list.push_back(toJson(summaries[row]));
-    }
-    return list;
-}
-
 ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
     const auto rows = fromJson<std::vector<ImportRowSummary>>(json);
     const std::int64_t columnCount =
@@ -68,16 +52,6 @@ ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
         missingCounts.push_back(static_cast<std::uint32_t>(row.missingCount));
     }
     return {std::move(reports), std::move(missingCounts), columnCount};
-}
-
-Json JsonForm<ImportedDataset>::to(const ImportedDataset& dataset) {
-    Json object = Json::object();
-    object["name"] = dataset.name;
-    object["headers"] = toJson(dataset.headers);
-    object["rows"] = toJson(dataset.rows);
-    object["variables"] = toJson(dataset.variables);
-    object["importMetadata"] = toJson(dataset.importMetadata);
-    return object;
 }
 
 ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {

@@ -8,13 +8,23 @@ namespace sorvane {
 /// A list of rows, each a list of its cells.
 template <>
 struct JsonForm<TextTable> {
-    static Json to(const TextTable& table);
+    template <typename Sink>
+    static void write(Sink& sink, const TextTable& table) {
+        sink.beginList();
+        for (std::size_t row = 0; row < table.rowCount(); ++row) {
+            writeJson(sink, table.row(row));
+        }
+        sink.endList();
+    }
 };
 
 /// A list of row summaries.
 template <>
 struct JsonForm<ImportRowSummaries> {
-    static Json to(const ImportRowSummaries& summaries);
+    template <typename Sink>
+    static void write(Sink& sink, const ImportRowSummaries& summaries) {
+        record_json::writeList(sink, summaries);
+    }
     static ImportRowSummaries from(const Json& json);
 };
 
@@ -24,7 +34,21 @@ struct JsonForm<ImportRowSummaries> {
 /// absent, as in a file written before there was any, is built anew with every row at its place.
 template <>
 struct JsonForm<ImportedDataset> {
-    static Json to(const ImportedDataset& dataset);
+    template <typename Sink>
+    static void write(Sink& sink, const ImportedDataset& dataset) {
+        sink.beginObject();
+        sink.key("name");
+        writeJson(sink, dataset.name);
+        sink.key("headers");
+        writeJson(sink, dataset.headers);
+        sink.key("rows");
+        writeJson(sink, dataset.rows);
+        sink.key("variables");
+        writeJson(sink, dataset.variables);
+        sink.key("importMetadata");
+        writeJson(sink, dataset.importMetadata);
+        sink.endObject();
+    }
     static ImportedDataset from(const Json& json);
 };
 

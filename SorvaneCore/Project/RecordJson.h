@@ -8,7 +8,6 @@
 #include <concepts>
 #include <cstdint>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -18,6 +17,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/Uuid.h"
+#include "SorvaneCore/Project/JsonSink.h"
 
 /// The JSON form of every record: an object with the field names as keys in the order of the
 /// fields, absent optional fields left out.
@@ -25,8 +25,6 @@
 /// A number that is not finite is the text "nan", "inf" or "-inf"; an enumeration is its raw value;
 /// bytes are base64; an identifier is its text.
 namespace sorvane {
-
-using Json = nlohmann::ordered_json;
 
 /// JSON that does not have the form of the record asked for; the text says where.
 class RecordJsonError : public std::runtime_error {
@@ -36,12 +34,22 @@ public:
     RecordJsonError within(const std::string& place) const;
 };
 
-/// Specialised for a type whose JSON form is not that of a plain record.
+/// Specialised for a type whose JSON form is not that of a plain record: `write(sink, value)`, and
+/// `from(json)` where it is read back.
 template <typename T>
 struct JsonForm;
 
+/// Tells a sink the JSON form of a value, piece by piece.
+template <typename Sink, typename T>
+void writeJson(Sink& sink, const T& value);
+
 template <typename T>
-Json toJson(const T& value);
+Json toJson(const T& value) {
+    JsonValueSink sink;
+    writeJson(sink, value);
+    return sink.take();
+}
+
 /// Throws RecordJsonError when the JSON does not have the form of `T`.
 template <typename T>
 T fromJson(const Json& json);
@@ -59,8 +67,8 @@ template <typename T>
 struct IsOptional<std::optional<T>> : std::true_type {};
 
 template <typename T>
-concept HasOwnForm = requires(const T& value) {
-    JsonForm<T>::to(value);
+concept HasOwnForm = requires(JsonValueSink& sink, const T& value) {
+    JsonForm<T>::write(sink, value);
 };
 template <typename T>
 concept HasRawValue = requires(T value) {
@@ -121,9 +129,9 @@ T enumeratorOf(const Json& json) {
     return *found;
 }
 
-template <typename T>
-Json ofRecord(const T& record) {
-    Json object = Json::object();
+template <typename Sink, typename T>
+void writeRecord(Sink& sink, const T& record) {
+    sink.beginObject();
     boost::mp11::mp_for_each<Members<T>>([&](auto member) {
         const auto& field = record.*member.pointer;
         if constexpr (IsOptional<std::decay_t<decltype(field)>>::value) {
@@ -131,9 +139,36 @@ Json ofRecord(const T& record) {
                 return;
             }
         }
-        object[member.name] = toJson(field);
+        sink.key(member.name);
+        writeJson(sink, field);
     });
-    return object;
+    sink.endObject();
+}
+
+template <typename Sink, typename T>
+void writeMap(Sink& sink, const T& map) {
+    sink.beginObject();
+    for (const auto& [key, element] : map) {
+        sink.key(key);
+        writeJson(sink, element);
+    }
+    sink.endObject();
+}
+
+template <typename Sink, typename T>
+void writeList(Sink& sink, const T& list) {
+    sink.beginList();
+    if constexpr (IsSet<T>) {
+        for (const auto& element : list) {
+            writeJson(sink, element);
+        }
+    } else {
+        static_assert(IsList<T>, "the type has no JSON form: describe it or give it a JsonForm");
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            writeJson(sink, static_cast<std::decay_t<decltype(list[i])>>(list[i]));
+        }
+    }
+    sink.endList();
 }
 
 template <typename T>
@@ -208,49 +243,36 @@ T toInteger(const Json& json) {
 
 }  // namespace record_json
 
-template <typename T>
-Json toJson(const T& value) {
+template <typename Sink, typename T>
+void writeJson(Sink& sink, const T& value) {
     using namespace record_json;  // NOLINT(google-build-using-namespace)
     if constexpr (HasOwnForm<T>) {
-        return JsonForm<T>::to(value);
+        JsonForm<T>::write(sink, value);
     } else if constexpr (IsOptional<T>::value) {
-        return value ? toJson(*value) : Json(nullptr);
-    } else if constexpr (std::is_same_v<T, bool> || std::is_integral_v<T>) {
-        return value;
+        value ? writeJson(sink, *value) : sink.null();
+    } else if constexpr (std::is_same_v<T, bool>) {
+        sink.boolean(value);
+    } else if constexpr (std::is_integral_v<T>) {
+        sink.integer(static_cast<std::int64_t>(value));
     } else if constexpr (std::is_floating_point_v<T>) {
-        if (std::isfinite(value)) {
-            return value;
-        }
-        return std::isnan(value) ? "nan" : value > 0 ? "inf" : "-inf";
+        std::isfinite(value) ? sink.number(value)
+                             : sink.text(std::isnan(value) ? "nan"
+                                         : value > 0       ? "inf"
+                                                           : "-inf");
     } else if constexpr (std::is_enum_v<T>) {
-        return std::string(enumeratorText(value));
+        sink.text(enumeratorText(value));
     } else if constexpr (IsText<T>) {
-        return std::string(std::string_view(value));
+        sink.text(value);
     } else if constexpr (std::is_same_v<T, Uuid>) {
-        return value.text();
+        sink.text(value.text());
     } else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>) {
-        return base64(value);
+        sink.text(base64(value));
     } else if constexpr (IsMap<T>) {
-        Json object = Json::object();
-        for (const auto& [key, element] : value) {
-            object[key] = toJson(element);
-        }
-        return object;
-    } else if constexpr (IsSet<T>) {
-        Json list = Json::array();
-        for (const auto& element : value) {
-            list.push_back(toJson(element));
-        }
-        return list;
+        writeMap(sink, value);
     } else if constexpr (IsRecord<T>) {
-        return ofRecord(value);
+        writeRecord(sink, value);
     } else {
-        static_assert(IsList<T>, "the type has no JSON form: describe it or give it a JsonForm");
-        Json list = Json::array();
-        for (std::size_t i = 0; i < value.size(); ++i) {
-            list.push_back(toJson(static_cast<std::decay_t<decltype(value[i])>>(value[i])));
-        }
-        return list;
+        writeList(sink, value);
     }
 }
 

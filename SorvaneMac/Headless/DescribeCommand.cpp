@@ -38,6 +38,31 @@ std::optional<DescribeOptions> readOptions(const std::vector<std::string>& words
     return options.file.empty() ? std::nullopt : std::optional(options);
 }
 
+void print(const ImportedDataset& dataset, std::optional<std::size_t> rows, std::ostream& out) {
+    JsonTextSink sink(out);
+    const auto member = [&sink](std::string_view name, const auto& value) {
+        sink.key(name);
+        writeJson(sink, value);
+    };
+    sink.beginObject();
+    member("name", dataset.name);
+    member("headers", dataset.headers);
+    member("rowCount", dataset.rowCount());
+    member("variables", dataset.variables);
+    member("importMetadata", dataset.importMetadata);
+    if (rows) {
+        std::vector<TextTable::Row> first;
+        for (std::size_t row = 0; row < std::min(*rows, dataset.rows.rowCount()); ++row) {
+            first.push_back(dataset.rows.row(row));
+        }
+        member("firstRows", first);
+        member("lastRow", dataset.rows.row(dataset.rows.rowCount() - 1));
+    }
+    sink.endObject();
+    sink.flush();
+    out << '\n';
+}
+
 }  // namespace
 
 ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams streams) {
@@ -48,23 +73,7 @@ ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams
     }
     try {
         const ImportedDataset dataset = SpreadsheetImporter().importData(options->file);
-        Json description = Json::object();
-        description["name"] = dataset.name;
-        description["headers"] = toJson(dataset.headers);
-        description["rowCount"] = dataset.rowCount();
-        description["variables"] = toJson(dataset.variables);
-        description["importMetadata"] = toJson(dataset.importMetadata);
-        if (options->rows) {
-            Json first = Json::array();
-            const std::size_t count = std::min(*options->rows, dataset.rows.rowCount());
-            for (std::size_t row = 0; row < count; ++row) {
-                first.push_back(toJson(dataset.rows.row(row).texts()));
-            }
-            description["firstRows"] = std::move(first);
-            description["lastRow"] = toJson(dataset.rows.row(dataset.rows.rowCount() - 1).texts());
-        }
-        // A cell may hold bytes that are not UTF-8; they come out as the replacement character.
-        streams.out << description.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+        print(dataset, options->rows, streams.out);
         return ExitStatus::success;
     } catch (const ImportError& error) {
         streams.error << error.what() << '\n';

@@ -25,7 +25,10 @@ using NameSet = std::set<std::string>;
 
 template <>
 struct JsonForm<VariableName> {
-    static Json to(const VariableName& value) { return value.name; }
+    template <typename Sink>
+    static void write(Sink& sink, const VariableName& value) {
+        sink.text(value.name);
+    }
     static VariableName from(const Json& json) { return {fromJson<std::string>(json)}; }
 };
 

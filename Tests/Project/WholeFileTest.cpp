@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string_view>
 #include <sys/stat.h>
 #include <vector>
@@ -23,8 +24,9 @@ protected:
         return replaceFile(file, std::vector<std::uint8_t>(text.begin(), text.end()));
     }
     static std::string contents(const std::filesystem::path& file) {
-        std::ifstream stream(file);
-        return {std::istreambuf_iterator<char>(stream), {}};
+        std::ostringstream text;
+        text << std::ifstream(file).rdbuf();
+        return text.str();
     }
     std::size_t entries() const {
         const std::filesystem::directory_iterator all(folder_);
