@@ -127,9 +127,8 @@ ScreenContent CorrelationScreen::content() const {
          "two-tailed"},
         {"Cases used", pearson ? ResultText::count(pearson->n) : "--", "complete pairs"}};
     content.cards.push_back(pairCard(pair));
-    content.cards.push_back({.title = "Scatter plot",
-                             .subtitle = fields_.corrY->name + " by " + fields_.corrX->name,
-                             .charts = {scatter()}});
+    const Chart drawn = scatter();
+    content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
     if (pearson) {
         content.findings.push_back(pairFinding(pair));
     }

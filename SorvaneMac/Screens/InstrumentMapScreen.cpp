@@ -35,6 +35,12 @@ std::string joined(const std::vector<std::string>& texts) {
 
 }  // namespace
 
+void InstrumentMapScreen::seed() {
+    if (state_.scale.scaleClassifications->empty() && state_.hasData()) {
+        state_.classifyAndSeedScaleItems(false);
+    }
+}
+
 SetupForm InstrumentMapScreen::setup() {
     SetupForm form;
     form.title = "Instrument Map";

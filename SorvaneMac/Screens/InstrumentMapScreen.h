@@ -30,6 +30,8 @@ public:
     explicit InstrumentMapScreen(StudioState& state) : state_(state) {}
 
     StudioScreen id() const override { return StudioScreen::instrumentMap; }
+    /// Scores the columns where nobody has yet, without touching the item set.
+    void seed() override;
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;

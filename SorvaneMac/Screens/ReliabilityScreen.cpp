@@ -214,7 +214,7 @@ std::optional<Gate> ReliabilityScreen::gate() const {
 
 std::string ReliabilityScreen::constructTitle() const {
     const std::string& name = state_.scale.constructName.get();
-    return name.empty() ? "Scale" : name;
+    return name.empty() ? "Unnamed" : name;
 }
 
 ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& itemNames) const {
