@@ -15,7 +15,7 @@ std::uint64_t folded(std::uint64_t a, std::uint64_t b) {
 /// Two independent multiply-and-fold hashes over words of the text; the last two words overlap.
 TextKey hashed(std::string_view text) {
     static constexpr std::uint64_t secrets[] = {0xA0761D6478BD642FU, 0xE7037ED1A0B428DBU,
-                                         0x8EBC6AF09C88C6E3U, 0x589965CC75374CC3U};
+                                                0x8EBC6AF09C88C6E3U, 0x589965CC75374CC3U};
     TextKey key{text.size(), ~text.size()};
     const auto mixIn = [&key](const char* bytes) {
         const std::uint64_t first = TextKey::wordAt<std::uint64_t>(bytes);

@@ -3,15 +3,20 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/ImportError.h"
+#include "SorvaneCore/Import/ParallelFor.h"
 
 namespace sorvane {
 
 namespace {
+
+constexpr std::size_t bytesPerPart = std::size_t{8} << 20;
 
 [[noreturn]] void fail(int error, const std::filesystem::path& path) {
     using Kind = FileReadError::Kind;
@@ -47,11 +52,12 @@ public:
         return static_cast<std::size_t>(status.st_size);
     }
 
-    /// Fills the bytes as far as the file goes, and says how far.
-    std::size_t read(char* bytes, std::size_t size) const {
+    /// Fills `bytes` from the place `begin` of the file on, as far as the file goes; says how far.
+    std::size_t read(std::span<char> bytes, std::size_t begin) const {
         std::size_t done = 0;
-        while (done < size) {
-            const ssize_t got = ::read(descriptor_, bytes + done, size - done);
+        while (done < bytes.size()) {
+            const ssize_t got = pread(descriptor_, bytes.data() + done, bytes.size() - done,
+                                      static_cast<off_t>(begin + done));
             if (got < 0 && errno != EINTR) {
                 fail(errno, path_);
             }
@@ -75,7 +81,18 @@ FileBytes FileBytes::read(const std::filesystem::path& path) {
     const std::size_t size = file.size();
     FileBytes result;
     result.bytes_ = std::make_unique_for_overwrite<char[]>(size);
-    result.size_ = file.read(result.bytes_.get(), size);
+    // The time goes into fresh pages more than into the disk, so that parts are read at once.
+    const std::size_t parts = size / bytesPerPart + 1;
+    std::vector<std::size_t> lengths(parts, 0);
+    parallelFor(parts, hardwareThreads(), [&](std::size_t part) {
+        const std::size_t begin = part * bytesPerPart;
+        const std::size_t length = std::min(bytesPerPart, size - begin);
+        lengths[part] = file.read({result.bytes_.get() + begin, length}, begin);
+    });
+    // A file that shrinks meanwhile ends where its first short part ends.
+    for (std::size_t part = 0; part < parts && result.size_ == part * bytesPerPart; ++part) {
+        result.size_ += lengths[part];
+    }
     return result;
 }
 
