@@ -8,6 +8,7 @@
 #include "SorvaneCore/Dataset/ColumnProfile.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/NameTokens.h"
+#include "SorvaneCore/Import/ParallelFor.h"
 #include "SorvaneCore/Import/ScaleItemKeywords.h"
 #include "SorvaneCore/Import/ScaleItemValues.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -166,11 +167,10 @@ std::vector<ScaleItemClassification> classify(
     std::span<const TextTable::Column> columns,
     const std::map<std::string, std::string>& questionText) {
     const TextTable::Column empty = TextColumn::blank(0);
-    std::vector<ScaleItemValues> values;
-    values.reserve(headers.size());
-    for (std::size_t index = 0; index < headers.size(); ++index) {
-        values.push_back(ScaleItemValues::of(index < columns.size() ? *columns[index] : *empty));
-    }
+    std::vector<ScaleItemValues> values(headers.size());
+    parallelFor(headers.size(), hardwareThreads(), [&](std::size_t index) {
+        values[index] = ScaleItemValues::of(index < columns.size() ? *columns[index] : *empty);
+    });
     std::vector<ScaleItemClassification> result;
     result.reserve(headers.size());
     for (std::size_t index = 0; index < headers.size(); ++index) {
