@@ -38,14 +38,14 @@ std::vector<DataPreviewScreen::ColumnHead> DataPreviewScreen::columnHeads() cons
         for (const std::string& warning : variable.warnings) {
             details += (details.empty() ? "" : "\n") + warning;
         }
-        heads.push_back({.name = variable.name,
-                         .role = std::string(displayName(variable.assignedType)),
-                         .missing = variable.missingCount == 0
-                                        ? std::string("complete")
-                                        : DatasetText::share(variable.missingCount,
-                                                             dataset.rowCount()) +
-                                              " missing",
-                         .details = std::move(details)});
+        heads.push_back(
+            {.name = variable.name,
+             .role = std::string(displayName(variable.assignedType)),
+             .missing =
+                 variable.missingCount == 0
+                     ? std::string("complete")
+                     : DatasetText::share(variable.missingCount, dataset.rowCount()) + " missing",
+             .details = std::move(details)});
     }
     return heads;
 }

@@ -33,29 +33,33 @@ std::vector<std::string> columnRow(const ImportColumnSummary& column) {
 SetupForm ImportDataScreen::setup() {
     DatasetFields& data = state_.data;
     const auto setCount = [](Field<std::int64_t>& field) {
-        return [&field](double value) { field.set(static_cast<std::int64_t>(value)); };
+        return [&field](double value) {
+            field.set(static_cast<std::int64_t>(value));
+        };
     };
     SetupForm form;
     form.title = "Import Data";
-    form.controls = {
-        HeadingControl{"BLANK GRID"},
-        NoteControl{"Start with an empty grid and type the data in.", false},
-        TextControl{"Name", "Untitled dataset", data.datasetDraftName.get(),
-                    [&data](const std::string& text) { data.datasetDraftName.set(text); }},
-        NumberControl{.label = "Rows",
-                      .minimum = 1.0,
-                      .maximum = mostDraftRows,
-                      .value = static_cast<double>(data.datasetDraftRows.get()),
-                      .valueText = ResultText::count(data.datasetDraftRows.get()),
-                      .set = setCount(data.datasetDraftRows)},
-        NumberControl{.label = "Columns",
-                      .minimum = 1.0,
-                      .maximum = mostDraftColumns,
-                      .value = static_cast<double>(data.datasetDraftColumns.get()),
-                      .valueText = ResultText::count(data.datasetDraftColumns.get()),
-                      .set = setCount(data.datasetDraftColumns)},
-        ButtonControl{.label = "Create blank grid",
-                      .press = [this] { state_.beginBlankDataset(); }}};
+    form.controls = {HeadingControl{"BLANK GRID"},
+                     NoteControl{"Start with an empty grid and type the data in.", false},
+                     TextControl{"Name", "Untitled dataset", data.datasetDraftName.get(),
+                                 [&data](const std::string& text) {
+                                     data.datasetDraftName.set(text);
+                                 }},
+                     NumberControl{.label = "Rows",
+                                   .minimum = 1.0,
+                                   .maximum = mostDraftRows,
+                                   .value = static_cast<double>(data.datasetDraftRows.get()),
+                                   .valueText = ResultText::count(data.datasetDraftRows.get()),
+                                   .set = setCount(data.datasetDraftRows)},
+                     NumberControl{.label = "Columns",
+                                   .minimum = 1.0,
+                                   .maximum = mostDraftColumns,
+                                   .value = static_cast<double>(data.datasetDraftColumns.get()),
+                                   .valueText = ResultText::count(data.datasetDraftColumns.get()),
+                                   .set = setCount(data.datasetDraftColumns)},
+                     ButtonControl{.label = "Create blank grid", .press = [this] {
+                                       state_.beginBlankDataset();
+                                   }}};
     return form;
 }
 
@@ -137,8 +141,9 @@ Card ImportDataScreen::columnsCard() const {
 
 Guide ImportDataScreen::guide() const {
     return {.answers = "How does a file come in, and what was changed on the way?",
-            .needs = "A delimited text file (.csv, .tsv or .txt) with names in its first row, or a "
-                     "table copied from a spreadsheet.",
+            .needs =
+                "A delimited text file (.csv, .tsv or .txt) with names in its first row, or a "
+                "table copied from a spreadsheet.",
             .doNotClaim = {"Do not treat a repaired table as the file that you were given; keep "
                            "the source.",
                            "Do not report how many cells were missing before you know what each "

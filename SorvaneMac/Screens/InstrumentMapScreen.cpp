@@ -52,7 +52,10 @@ SetupForm InstrumentMapScreen::setup() {
         ButtonControl{.label = "Select Likert items",
                       .isEnabled = state_.hasData(),
                       .isPrimary = true,
-                      .press = [this] { state_.selectLikertCandidateItemsForReliability(); }},
+                      .press =
+                          [this] {
+                              state_.selectLikertCandidateItemsForReliability();
+                          }},
         NoteControl{"To change what a column is, go to Variable Types.", false}};
     return form;
 }

@@ -30,8 +30,9 @@ ScreenContent OverviewScreen::content() const {
     content.tiles = {
         {"Rows", ResultText::count(dataset.rowCount()), "cases in the table"},
         {"Columns", ResultText::count(dataset.columnCount()), "variables"},
-        {"Missing", DatasetText::share(dataset.importMetadata.missingCellCount,
-                                       dataset.importMetadata.totalCellCount),
+        {"Missing",
+         DatasetText::share(dataset.importMetadata.missingCellCount,
+                            dataset.importMetadata.totalCellCount),
          "of all cells"},
         {"Scale items", ResultText::count(DatasetText::itemCount(dataset)), "in the item set"},
         {"Findings", ResultText::count(static_cast<std::int64_t>(state_.reportItems->size())),

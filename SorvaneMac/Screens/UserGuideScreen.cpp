@@ -36,9 +36,10 @@ Card keyboardCard() {
 SetupForm UserGuideScreen::setup() {
     SetupForm form;
     form.title = "User Guide";
-    form.controls = {NoteControl{"The Guide tab of each screen says what the screen answers, what "
-                                 "it needs, and what must not be claimed from it.",
-                                 false}};
+    form.controls = {
+        NoteControl{"The Guide tab of each screen says what the screen answers, what "
+                    "it needs, and what must not be claimed from it.",
+                    false}};
     return form;
 }
 

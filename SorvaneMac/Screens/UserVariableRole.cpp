@@ -12,12 +12,11 @@ struct Meaning {
     VariableKind kind;
 };
 
-constexpr std::array<Meaning, 5> meanings = {
-    {{"Outcome", VariableKind::outcome},
-     {"Independent / group", VariableKind::grouping},
-     {"Scale item", VariableKind::psychometricItem},
-     {"Open-ended text", VariableKind::textResponse},
-     {"Do not analyze", VariableKind::exclude}}};
+constexpr std::array<Meaning, 5> meanings = {{{"Outcome", VariableKind::outcome},
+                                              {"Independent / group", VariableKind::grouping},
+                                              {"Scale item", VariableKind::psychometricItem},
+                                              {"Open-ended text", VariableKind::textResponse},
+                                              {"Do not analyze", VariableKind::exclude}}};
 
 }  // namespace
 

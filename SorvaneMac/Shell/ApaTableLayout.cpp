@@ -21,6 +21,8 @@ constexpr int noteAir = 6;
 /// Texts wider than this wrap inside their cell.
 constexpr int widestText = 250;
 constexpr int narrowestText = 110;
+/// Texts wider than this read from the left and not from the middle.
+constexpr int proseFrom = 150;
 constexpr int headLines = 3;
 constexpr int wrap = Qt::TextWordWrap;
 
@@ -132,6 +134,7 @@ void ApaTableLayout::measureColumn(std::size_t index) {
         }
         widest = std::max(widest, column.lead + column.rest);
     }
+    column.isProse = index == 0 || (texts > 0 && widest > Theme::px(proseFrom));
     const int air = 2 * Theme::px(gap);
     const int textWidth = std::min(widest, Theme::px(widestText));
     const int smallest =
@@ -160,7 +163,7 @@ void ApaTableLayout::setWidth(int width) {
 
 void ApaTableLayout::shareWidth(int width) {
     width_ = std::max(width, minimumWidth_);
-    const int target = std::min(width_, naturalWidth_ + naturalWidth_ / 2);
+    const int target = std::min(width_, 2 * naturalWidth_);
     const int flexible = std::max(naturalWidth_ - minimumWidth_, 1);
     const int missing = std::max(naturalWidth_ - target, 0);
     const int spare = std::max(target - naturalWidth_, 0);
@@ -246,7 +249,7 @@ void ApaTableLayout::paintHead(QPainter& painter) const {
     for (std::size_t at = 0; at < columns_.size(); ++at) {
         const Column& column = columns_[at];
         painter.setFont(column.headIsItalic ? italicHead_ : bold_);
-        const Qt::AlignmentFlag side = at == 0 ? Qt::AlignLeft : Qt::AlignHCenter;
+        const Qt::AlignmentFlag side = column.isProse ? Qt::AlignLeft : Qt::AlignHCenter;
         painter.drawText(box(column, groupHeight(), headHeight_), wrap | side | Qt::AlignVCenter,
                          column.head);
     }
@@ -264,7 +267,7 @@ void ApaTableLayout::paintRow(QPainter& painter, std::size_t row) const {
             painter.drawText(block + column.lead - cell.lead, area.top(), cell.width + 2, height,
                              Qt::AlignLeft | Qt::AlignVCenter, cell.text);
         } else {
-            const Qt::AlignmentFlag side = at == 0 ? Qt::AlignLeft : Qt::AlignHCenter;
+            const Qt::AlignmentFlag side = column.isProse ? Qt::AlignLeft : Qt::AlignHCenter;
             painter.drawText(area, wrap | side | Qt::AlignVCenter, cell.text);
         }
     }

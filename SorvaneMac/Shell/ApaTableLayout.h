@@ -25,7 +25,7 @@ public:
     int minimumWidth() const { return minimumWidth_; }
     /// The width at which nothing wraps that need not.
     int naturalWidth() const { return naturalWidth_; }
-    /// Lays the table out; at most half as wide again as it needs, so that rows can be followed.
+    /// Lays the table out; at most twice as wide as it needs, so that rows can be followed.
     void setWidth(int width);
     int width() const { return width_; }
     int height() const { return height_; }
@@ -44,6 +44,8 @@ private:
         QString head;
         bool headIsItalic = false;
         bool isNumeric = false;
+        /// Long texts, which read from the left.
+        bool isProse = false;
         int minimum = 0;
         int natural = 0;
         /// Widest lead and widest rest of a column of numbers.

@@ -17,7 +17,7 @@ double roundStep(double span) {
     const double rough = span / wantedSteps;
     const double power = std::pow(10.0, std::floor(std::log10(rough)));
     const double lead = rough / power;
-    return power * (lead < 1.5 ? 1.0 : lead < 3.5 ? 2.0 : lead < 7.5 ? 5.0 : 10.0);
+    return power * (lead <= 1.0 ? 1.0 : lead <= 2.0 ? 2.0 : lead <= 5.0 ? 5.0 : 10.0);
 }
 
 int decimalsFor(double step) {
@@ -44,12 +44,15 @@ QValueAxis* value(ValueRange range, Extent extent, const QString& title, const C
     const double first = std::floor(range.minimum / step + 1e-9) * step;
     auto* axis = new QValueAxis;
     if (extent == Extent::rounded) {
-        range = {first, std::ceil(range.maximum / step - 1e-9) * step};
+        const double last = std::ceil(range.maximum / step - 1e-9) * step;
+        axis->setRange(first, last);
+        axis->setTickCount(static_cast<int>(std::lround((last - first) / step)) + 1);
+    } else {
+        axis->setRange(range.minimum, range.maximum);
+        axis->setTickType(QValueAxis::TicksDynamic);
+        axis->setTickAnchor(first);
+        axis->setTickInterval(step);
     }
-    axis->setRange(range.minimum, range.maximum);
-    axis->setTickType(QValueAxis::TicksDynamic);
-    axis->setTickAnchor(first);
-    axis->setTickInterval(step);
     axis->setLabelFormat(QString("%.%1f").arg(decimalsFor(step)));
     style(*axis, title, ink);
     return axis;

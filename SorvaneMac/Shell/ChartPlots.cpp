@@ -45,10 +45,11 @@ ValueRange rangeOf(const std::vector<double>& values) {
     return std::isfinite(range.minimum) ? range : ValueRange{};
 }
 
-/// A little air, so that no mark lies on the frame.
+/// A little air, so that no mark lies on the frame; none below a zero that nothing passes.
 ValueRange padded(ValueRange range) {
     const double air = (range.maximum - range.minimum) * 0.04;
-    return {range.minimum - air, range.maximum + air};
+    const bool startsAtZero = range.minimum >= 0.0 && range.minimum < air;
+    return {startsAtZero ? 0.0 : range.minimum - air, range.maximum + air};
 }
 
 void attach(QChart& chart, QAbstractSeries* series, QAbstractAxis* axis, Qt::Alignment edge) {

@@ -19,7 +19,7 @@ namespace sorvane {
 
 namespace {
 
-constexpr int naturalWidth = 340;
+constexpr int naturalWidth = 312;
 constexpr int smallestWidth = 260;
 
 QByteArray qtBytes(const std::vector<std::uint8_t>& bytes) {

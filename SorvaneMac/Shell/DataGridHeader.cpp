@@ -16,6 +16,7 @@ constexpr int headHeight = 58;
 constexpr int air = 9;
 constexpr int narrowest = 84;
 constexpr int widest = 190;
+constexpr int sampledRows = 40;
 
 }  // namespace
 
@@ -32,7 +33,14 @@ int DataGridHeader::suitableWidth(int column) const {
     const int width = std::max({name.horizontalAdvance(qtText(head.name)),
                                 small.horizontalAdvance(qtText(head.role)),
                                 small.horizontalAdvance(qtText(head.missing))});
-    return std::clamp(width + 2 * Theme::px(air) + 4, Theme::px(narrowest), Theme::px(widest));
+    int cells = 0;
+    const QFontMetrics body(Theme::font(13));
+    for (int row = 0; row < std::min(model_.rowCount(), sampledRows); ++row) {
+        cells =
+            std::max(cells, body.horizontalAdvance(model_.index(row, column).data().toString()));
+    }
+    return std::clamp(std::max(width, cells) + 2 * Theme::px(air) + 4, Theme::px(narrowest),
+                      Theme::px(widest));
 }
 
 QSize DataGridHeader::sizeHint() const {

@@ -11,7 +11,7 @@ class DataGridHeader final : public QHeaderView {
 public:
     explicit DataGridHeader(const DataGridModel& model);
 
-    /// A width in which the head of a column stands whole, within reason.
+    /// A width for the head of a column and its first cells, within reason.
     int suitableWidth(int column) const;
 
 protected:

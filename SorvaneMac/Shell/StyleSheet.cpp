@@ -95,8 +95,9 @@ QLineEdit:focus, QPlainTextEdit:focus, QComboBox:focus, QSpinBox:focus, QDoubleS
 QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: @strongBorder;
     border-color: @border; }
 QTableView QLineEdit, QTableView QComboBox { border-radius: 0; padding: 0 4px; }
-QComboBox QLineEdit { border: none; padding: 0; background: transparent; }
+QComboBox QLineEdit { border: none; padding: 0; margin-left: -2px; background: transparent; }
 QComboBox QLineEdit:focus { border: none; padding: 0; }
+QAbstractScrollArea::corner { background: transparent; border: none; }
 QComboBox { padding-right: 24px; }
 QComboBox:focus { padding-right: 23px; }
 QComboBox::drop-down { border: none; width: 24px; }
@@ -130,15 +131,16 @@ QListView, QTableView, QTextEdit { background: @card; border: 1px solid @border;
 QListView:focus, QTableView:focus { border: 1px solid @accent; }
 QListView[navigation="true"]:focus { border: none; }
 QTableView { gridline-color: @border; border-radius: 0; }
-QTableView::item:focus { border: 2px solid @accent; }
+QTableView::item { padding: 0px 8px; }
+QTableView::item:focus { border: 2px solid @accent; padding: 0px 6px; }
 QHeaderView { background: @sidebar; border: none; }
 QHeaderView::section { background: @sidebar; color: @quietText; border: none;
     border-right: 1px solid @border; border-bottom: 1px solid @border; padding: 5px 8px; }
 QTableCornerButton::section { background: @sidebar; border: none; }
 
-QScrollBar:vertical { background: transparent; width: 11px; margin: 0; }
-QScrollBar:horizontal { background: transparent; height: 11px; margin: 0; }
-QScrollBar::handle { background: @strongBorder; border-radius: 3px; margin: 2px; }
+QScrollBar:vertical { background: transparent; width: 10px; margin: 0; }
+QScrollBar:horizontal { background: transparent; height: 10px; margin: 0; }
+QScrollBar::handle { background: @scrollHandle; border-radius: 3px; margin: 2px; }
 QScrollBar::handle:vertical { min-height: 28px; }
 QScrollBar::handle:horizontal { min-width: 28px; }
 QScrollBar::handle:hover { background: @quietText; }
@@ -158,6 +160,7 @@ constexpr NamedColor namedColors[] = {
     {"@card", &ThemeColors::card},
     {"@field", &ThemeColors::field},
     {"@border", &ThemeColors::border},
+    {"@scrollHandle", &ThemeColors::scrollHandle},
     {"@strongBorder", &ThemeColors::strongBorder},
     {"@text", &ThemeColors::text},
     {"@quietText", &ThemeColors::quietText},

@@ -17,6 +17,7 @@ struct ThemeColors {
     QColor field;
     QColor border;
     QColor strongBorder;
+    QColor scrollHandle;
     QColor text;
     QColor quietText;
     QColor accent;
