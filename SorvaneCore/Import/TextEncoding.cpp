@@ -1,5 +1,6 @@
 #include "SorvaneCore/Import/TextEncoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -155,6 +156,26 @@ std::string fromWindows1252(std::string_view bytes) {
     return text;
 }
 
+/// How files that are no text begin: programs, archives and workbooks, pages, pictures, system
+/// files of statistics programs. Latin-1 would take them, as it takes any byte.
+constexpr std::array<std::string_view, 9> binarySignatures = {
+    "\x7F"
+    "ELF",
+    "PK\x03\x04",
+    "\x1F\x8B\x08",
+    "\xD0\xCF\x11\xE0",
+    "%PDF-",
+    "\x89PNG\r\n",
+    "\xFF\xD8\xFF",
+    "GIF8",
+    "$FL2@(#)"};
+
+bool isBinary(std::string_view bytes) {
+    return std::any_of(
+        binarySignatures.begin(), binarySignatures.end(),
+        [bytes](std::string_view signature) { return bytes.starts_with(signature); });
+}
+
 bool takes(Encoding encoding, std::string_view bytes) {
     switch (encoding) {
         case Encoding::utf8:
@@ -169,7 +190,7 @@ bool takes(Encoding encoding, std::string_view bytes) {
         case Encoding::windows1252:
             break;
     }
-    return true;
+    return !isBinary(bytes);
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ enum class Encoding {
 /// Method     UTF-8 strictly (no surrogates, no overlong forms); UTF-16 by its byte-order mark;
 ///            UTF-16 of either order without a mark, when the text is plausible; then Latin-1,
 ///            which takes any byte, so that code page 1252 is only reached should Latin-1 refuse
-/// Failure    no encoding takes the bytes -> absent
+/// Failure    no encoding takes the bytes: none of the above and the signature of a program, an
+///            archive, a picture or another file that is no text -> absent
 std::optional<Encoding> recognized(std::string_view bytes);
 
 /// The bytes as UTF-8, a byte-order mark included.

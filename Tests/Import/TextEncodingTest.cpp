@@ -68,6 +68,17 @@ TEST(TextEncoding, ReadsCodePage1252WithControlsForItsGaps) {
               "\xE2\x82\xAC\xC2\x81\xC5\xB8\xC3\xA9z");
 }
 
+TEST(TextEncoding, RefusesFilesThatAreNoText) {
+    using namespace std::string_literals;  // NOLINT(google-build-using-namespace)
+    for (const std::string& bytes : {"\x7F"s
+                                     "ELF\x02\x01\x01\0\xFF"s,
+                                     "PK\x03\x04\x14\0\x08\0\xE9"s, "\x89PNG\r\n\x1A\n\xE9"s,
+                                     "%PDF-1.7\n%\xE2\xE3\xCF\xD3\n"s}) {
+        EXPECT_EQ(TextEncoding::recognized(bytes), std::nullopt) << bytes;
+    }
+    EXPECT_EQ(TextEncoding::recognized("PKs,\xE9"), Encoding::latin1);
+}
+
 TEST(TextEncoding, FindsAStrayByteWhereverItStands) {
     for (std::size_t position = 0; position < 200; ++position) {
         std::string bytes(200, 'a');
