@@ -41,7 +41,9 @@ ToneTexts textsOf(EvidenceTone tone) {
 }  // namespace
 
 CardView::CardView(const Card& card)
-    : CardFrame(qtText(card.title), qtText(card.subtitle)), contentWidth_(Theme::px(textWidth)) {
+    : CardFrame(qtText(card.title), qtText(card.subtitle)),
+      subtitle_(qtText(card.subtitle)),
+      contentWidth_(Theme::px(textWidth)) {
     setProperty("wide", card.wide);
     setAccessibleName(qtText(card.title));
     for (const ReportTable& table : card.tables) {
@@ -89,7 +91,7 @@ void CardView::addChart(const Chart& chart) {
     if (!title.isEmpty() && title != accessibleName()) {
         body().addWidget(Labels::text(title, "cardTitle"));
     }
-    if (!chart.subtitle.empty()) {
+    if (!chart.subtitle.empty() && qtText(chart.subtitle) != subtitle_) {
         body().addWidget(Labels::text(qtText(chart.subtitle), "small"));
     }
     auto* view = new ChartView(chart);

@@ -19,6 +19,7 @@ private:
     void addPreformatted(const QString& text);
     void addEvidence(const EvidenceLine& line);
 
+    QString subtitle_;
     int contentWidth_;
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <QBarCategoryAxis>
+#include <QChart>
 #include <QValueAxis>
 
 namespace sorvane::ChartAxes {
@@ -66,9 +67,17 @@ QBarCategoryAxis* categories(const QStringList& labels, const QString& title, co
     return axis;
 }
 
-void leaveLabelsOnly(QAbstractAxis& axis) {
+void leaveTitleOnly(QAbstractAxis& axis) {
     axis.setGridLineVisible(false);
     axis.setLineVisible(false);
+    axis.setLabelsVisible(false);
+}
+
+void attach(QChart& chart, QAbstractSeries* series, QAbstractAxis* axis, Qt::Alignment edge) {
+    if (!chart.axes().contains(axis)) {
+        chart.addAxis(axis, edge);
+    }
+    series->attachAxis(axis);
 }
 
 }  // namespace sorvane::ChartAxes

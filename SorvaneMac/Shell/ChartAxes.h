@@ -6,7 +6,9 @@
 #include "SorvaneMac/Shell/ChartInk.h"
 
 class QAbstractAxis;
+class QAbstractSeries;
 class QBarCategoryAxis;
+class QChart;
 class QValueAxis;
 
 /// Axes in one sober style.
@@ -29,7 +31,10 @@ QValueAxis* value(ValueRange range, Extent extent, const QString& title, const C
 
 QBarCategoryAxis* categories(const QStringList& labels, const QString& title, const ChartInk& ink);
 
-/// Takes the grid and the line away; for an axis whose labels are enough.
-void leaveLabelsOnly(QAbstractAxis& axis);
+/// Takes away all but the title; for an axis whose values stand at the bars.
+void leaveTitleOnly(QAbstractAxis& axis);
+
+/// Gives a series of the chart its axis at an edge.
+void attach(QChart& chart, QAbstractSeries* series, QAbstractAxis* axis, Qt::Alignment edge);
 
 }  // namespace sorvane::ChartAxes

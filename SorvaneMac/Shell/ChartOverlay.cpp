@@ -65,6 +65,10 @@ void ChartOverlay::paintLine(QPainter& painter) const {
     const double x = chart_.mapToPosition({*verticalLine, 0.0}, &series_).x();
     painter.setPen(QPen(ink_.text, 1.2, Qt::DashLine));
     painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    painter.setFont(ink_.font);
+    painter.setPen(ink_.quiet);
+    const QRectF above(x - 40.0, area.top() - 18.0, 80.0, 16.0);
+    painter.drawText(above, Qt::AlignCenter, lineLabel);
 }
 
 void ChartOverlay::paintLabels(QPainter& painter) const {

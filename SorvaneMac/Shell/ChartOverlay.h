@@ -33,6 +33,8 @@ public:
     /// Each label stands to the right of its place.
     std::vector<Label> labels;
     std::optional<double> verticalLine;
+    /// Stands above the line.
+    QString lineLabel;
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;

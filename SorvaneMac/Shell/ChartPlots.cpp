@@ -10,11 +10,9 @@
 #include <QBoxPlotSeries>
 #include <QBoxSet>
 #include <QChart>
-#include <QHorizontalBarSeries>
 #include <QLineSeries>
 #include <QValueAxis>
 
-#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Shell/ChartAxes.h"
 #include "SorvaneMac/Shell/ChartOverlay.h"
 #include "SorvaneMac/Shell/QtText.h"
@@ -23,11 +21,9 @@ namespace sorvane::ChartPlots {
 
 namespace {
 
+using ChartAxes::attach;
 using ChartAxes::Extent;
 using ChartAxes::ValueRange;
-
-/// Room beyond the longest bar for the figure at its end.
-constexpr double labelShare = 0.16;
 
 void widen(ValueRange& range, double value) {
     if (std::isfinite(value)) {
@@ -50,13 +46,6 @@ ValueRange padded(ValueRange range) {
     const double air = (range.maximum - range.minimum) * 0.04;
     const bool startsAtZero = range.minimum >= 0.0 && range.minimum < air;
     return {startsAtZero ? 0.0 : range.minimum - air, range.maximum + air};
-}
-
-void attach(QChart& chart, QAbstractSeries* series, QAbstractAxis* axis, Qt::Alignment edge) {
-    if (!chart.axes().contains(axis)) {
-        chart.addAxis(axis, edge);
-    }
-    series->attachAxis(axis);
 }
 
 QStringList slotNumbers(std::size_t count) {
@@ -158,50 +147,6 @@ void add(QChart& chart, const ScatterPlot& plot, const Chart& texts, const Chart
     for (std::size_t at = 0; at < count; ++at) {
         overlay->points.emplace_back(plot.x[at], plot.y[at]);
     }
-}
-
-void add(QChart& chart, const BarPlot& plot, const Chart& texts, const ChartInk& ink) {
-    const std::size_t count = std::min(plot.labels.size(), plot.values.size());
-    if (count == 0) {
-        return;
-    }
-    auto* values = new QBarSet("");
-    QStringList names;
-    ValueRange range{0.0, plot.reference.value_or(0.0)};
-    std::vector<ChartOverlay::Label> figures;
-    // The axis counts from below; the first label is to stand on top.
-    for (std::size_t at = count; at-- > 0;) {
-        const double value = plot.values[at];
-        const bool isNumber = std::isfinite(value);
-        const qsizetype slot = names.size();
-        names << qtText(plot.labels[at]);
-        values->append(isNumber ? value : 0.0);
-        widen(range, value);
-        if (isNumber && plot.reference && value < *plot.reference) {
-            values->selectBar(static_cast<int>(slot));
-        }
-        const QPointF end(isNumber ? std::max(value, 0.0) : 0.0, static_cast<double>(slot));
-        figures.push_back(
-            {end, isNumber ? qtText(NumberText::fixed(value, plot.decimals)) : QString("--")});
-    }
-    values->setColor(ink.primary);
-    values->setSelectedColor(ink.apart);
-    values->setBorderColor(Qt::transparent);
-    auto* bars = new QHorizontalBarSeries;
-    bars->setBarWidth(0.6);
-    bars->append(values);
-    chart.addSeries(bars);
-
-    QBarCategoryAxis* labels = ChartAxes::categories(names, qtText(texts.yLabel), ink);
-    labels->setLineVisible(false);
-    attach(chart, bars, labels, Qt::AlignLeft);
-    range.maximum += (range.maximum - range.minimum) * labelShare;
-    QValueAxis* axis = ChartAxes::value(range, Extent::exact, qtText(texts.xLabel), ink);
-    ChartAxes::leaveLabelsOnly(*axis);
-    attach(chart, bars, axis, Qt::AlignBottom);
-    auto* overlay = new ChartOverlay(chart, *bars, ink);
-    overlay->labels = std::move(figures);
-    overlay->verticalLine = plot.reference;
 }
 
 }  // namespace sorvane::ChartPlots

@@ -50,7 +50,8 @@ public:
     }
     bool suits(const Control& next) const override {
         const auto* list = std::get_if<CheckListControl>(&next);
-        return list && list->label == control().label && list->secondLabel == control().secondLabel;
+        // The label may count what is chosen, so it does not tell one list from another.
+        return list && list->secondLabel == control().secondLabel;
     }
 
 private:
@@ -110,13 +111,21 @@ private:
         list_->setFixedHeight(rows * Theme::px(26) + 2 * list_->frameWidth() + 2);
     }
 
-    void showControl() override {
-        model_.show(control());
+    /// The label, with the number of what is chosen where it does not say it itself.
+    QString countedLabel() const {
+        const QString label = qtText(control().label);
+        if (label.contains("selected")) {
+            return label;
+        }
         const auto chosen =
             std::count_if(control().items.begin(), control().items.end(),
                           [](const CheckListControl::Item& item) { return item.isChecked; });
-        label_->setText(qtText(control().label) + " · " + QString::number(chosen) + " of " +
-                        QString::number(control().items.size()) + " selected");
+        return label + QString(" · %1 of %2 selected").arg(chosen).arg(control().items.size());
+    }
+
+    void showControl() override {
+        model_.show(control());
+        label_->setText(countedLabel());
         filter_->setVisible(control().items.size() >= filteredFrom);
         fitHeight();
     }

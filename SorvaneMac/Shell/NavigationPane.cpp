@@ -151,6 +151,13 @@ void NavigationPane::select(StudioScreen screen) {
     }
 }
 
+void NavigationPane::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // The list has its new height only once the layout has run.
+    QMetaObject::invokeMethod(
+        this, [this] { list_->scrollTo(list_->currentIndex()); }, Qt::QueuedConnection);
+}
+
 void NavigationPane::takeFocus() {
     list_->setFocus(Qt::ShortcutFocusReason);
 }

@@ -21,6 +21,9 @@ public:
     void select(StudioScreen screen);
     void takeFocus();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void fill();
 

@@ -31,6 +31,7 @@ void stageFindings(Workspace& workspace) {
     for (const StudioScreen screen : {StudioScreen::scalesReliability, StudioScreen::descriptives,
                                       StudioScreen::correlation, StudioScreen::regression}) {
         workspace.screens.appear(screen);
+        workspace.screens.at(screen).run();
         for (const Finding& finding : workspace.screens.content(screen).findings) {
             ReportItem item = finding.item;
             if (finding.figure) {
@@ -111,6 +112,7 @@ int drawScreenshots(QApplication& application,
         return 1;
     }
     MainWindow window(state, screens);
+    window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     Photographer photographer(window, folder);
     if (!photographer.take("start")) {
