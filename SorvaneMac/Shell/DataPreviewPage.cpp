@@ -9,6 +9,7 @@
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
 #include "SorvaneMac/Shell/DataGridHeader.h"
 #include "SorvaneMac/Shell/DataGridModel.h"
+#include "SorvaneMac/Shell/RowDelegates.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -44,6 +45,7 @@ DataPreviewPage::~DataPreviewPage() {
 void DataPreviewPage::prepareGrid() {
     grid_->setHorizontalHeader(header_);
     grid_->setModel(model_.get());
+    grid_->setItemDelegate(new CellDelegate(grid_));
     grid_->setAccessibleName("Data table");
     grid_->setWordWrap(false);
     grid_->setTabKeyNavigation(false);

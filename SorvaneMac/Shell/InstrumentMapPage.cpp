@@ -1,10 +1,13 @@
 #include "SorvaneMac/Shell/InstrumentMapPage.h"
 
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
+#include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/InstrumentMapModel.h"
 #include "SorvaneMac/Shell/RowDelegates.h"
 #include "SorvaneMac/Shell/RowTable.h"
@@ -27,11 +30,18 @@ InstrumentMapPage::InstrumentMapPage(Workspace& workspace)
       })),
       table_(makeRowTable(*model_, "Columns and what they seem to be")) {
     table_->setItemDelegateForColumn(InstrumentMapModel::included, new SwitchDelegate(table_));
-    const int widths[] = {50, 130, 150, 60, 170};
+    const int widths[] = {54, 150, 165, 66, 172};
     int column = 0;
     for (const int width : widths) {
         table_->setColumnWidth(column++, Theme::px(width));
     }
+    auto* bar = new QHBoxLayout;
+    bar->addWidget(Buttons::make(
+        "Select Likert items",
+        [&workspace] { workspace.state.selectLikertCandidateItemsForReliability(); },
+        Buttons::Weight::tool));
+    bar->addStretch(1);
+    this->column().addLayout(bar);
     this->column().addWidget(table_, 1);
 }
 

@@ -199,8 +199,8 @@ void MainWindow::refreshStatus() {
 
 bool MainWindow::prefersFullWidth(StudioScreen screen) {
     return screen == StudioScreen::findings || screen == StudioScreen::dataPreview ||
-           screen == StudioScreen::variableTypes || screen == StudioScreen::userGuide ||
-           screen == StudioScreen::export_;
+           screen == StudioScreen::variableTypes || screen == StudioScreen::instrumentMap ||
+           screen == StudioScreen::userGuide || screen == StudioScreen::export_;
 }
 
 bool& MainWindow::inspectorWish() {

@@ -82,11 +82,20 @@ private:
     }
 };
 
+/// Keeps the chosen screen in sight when the list changes its height.
+class ScreenList final : public QListView {
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QListView::resizeEvent(event);
+        scrollTo(currentIndex());
+    }
+};
+
 }  // namespace
 
 NavigationPane::NavigationPane(std::function<void(StudioScreen)> choose)
     : choose_(std::move(choose)),
-      list_(new QListView),
+      list_(new ScreenList),
       name_(Labels::text("", "strong")),
       details_(Labels::text("", "small")) {
     setProperty("sidebar", true);
@@ -149,13 +158,6 @@ void NavigationPane::select(StudioScreen screen) {
             list_->setCurrentIndex(index);
         }
     }
-}
-
-void NavigationPane::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    // The list has its new height only once the layout has run.
-    QMetaObject::invokeMethod(
-        this, [this] { list_->scrollTo(list_->currentIndex()); }, Qt::QueuedConnection);
 }
 
 void NavigationPane::takeFocus() {

@@ -21,9 +21,6 @@ public:
     void select(StudioScreen screen);
     void takeFocus();
 
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
     void fill();
 

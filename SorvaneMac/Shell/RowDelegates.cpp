@@ -12,6 +12,22 @@ namespace {
 
 constexpr int boxSize = 15;
 
+constexpr int air = 8;
+
+void paintGround(QPainter& painter, const QStyleOptionViewItem& option) {
+    if (option.state & QStyle::State_Selected) {
+        painter.fillRect(option.rect, Theme::colors().accentGround);
+    }
+}
+
+void paintFocus(QPainter& painter, const QStyleOptionViewItem& option) {
+    if (option.state & QStyle::State_HasFocus) {
+        painter.setPen(QPen(Theme::colors().accent, 2.0));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(option.rect.adjusted(1, 1, -1, -1));
+    }
+}
+
 bool canTurn(const QModelIndex& index) {
     return index.flags().testFlag(Qt::ItemIsUserCheckable);
 }
@@ -30,25 +46,35 @@ void paintCheckBox(QPainter& painter, const QRect& box, bool isChecked) {
     }
 }
 
+void CellDelegate::paint(QPainter* painter,
+                         const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+    painter->save();
+    paintGround(*painter, option);
+    const QVariant font = index.data(Qt::FontRole);
+    const QVariant ink = index.data(Qt::ForegroundRole);
+    painter->setFont(font.isValid() ? font.value<QFont>() : option.font);
+    painter->setPen(ink.isValid() ? ink.value<QColor>() : Theme::colors().text);
+    const QRect words = option.rect.adjusted(Theme::px(air), 0, -Theme::px(air), 0);
+    painter->drawText(
+        words, index.data(Qt::TextAlignmentRole).toInt(),
+        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, words.width()));
+    paintFocus(*painter, option);
+    painter->restore();
+}
+
 void SwitchDelegate::paint(QPainter* painter,
                            const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
     painter->save();
-    const ThemeColors& colors = Theme::colors();
-    if (option.state & QStyle::State_Selected) {
-        painter->fillRect(option.rect, colors.accentGround);
-    }
+    paintGround(*painter, option);
     if (canTurn(index)) {
         const int size = Theme::px(boxSize);
         const QPoint center = option.rect.center();
         paintCheckBox(*painter, {center.x() - size / 2, center.y() - size / 2, size, size},
                       index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
     }
-    if (option.state & QStyle::State_HasFocus) {
-        painter->setPen(QPen(colors.accent, 2.0));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
-    }
+    paintFocus(*painter, option);
     painter->restore();
 }
 

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QTableView>
 
+#include "SorvaneMac/Shell/RowDelegates.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -10,6 +11,7 @@ namespace sorvane {
 QTableView* makeRowTable(QAbstractItemModel& model, const QString& name) {
     auto* table = new QTableView;
     table->setModel(&model);
+    table->setItemDelegate(new CellDelegate(table));
     table->setAccessibleName(name);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setTabKeyNavigation(false);

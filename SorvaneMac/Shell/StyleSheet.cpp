@@ -131,8 +131,6 @@ QListView, QTableView, QTextEdit { background: @card; border: 1px solid @border;
 QListView:focus, QTableView:focus { border: 1px solid @accent; }
 QListView[navigation="true"]:focus { border: none; }
 QTableView { gridline-color: @border; border-radius: 0; }
-QTableView::item { padding: 0px 8px; }
-QTableView::item:focus { border: 2px solid @accent; padding: 0px 6px; }
 QHeaderView { background: @sidebar; border: none; }
 QHeaderView::section { background: @sidebar; color: @quietText; border: none;
     border-right: 1px solid @border; border-bottom: 1px solid @border; padding: 5px 8px; }

@@ -105,7 +105,7 @@ QVariant VariableTypesModel::data(const QModelIndex& index, int dataRole) const 
         case Qt::FontRole:
             return index.column() == name ? QVariant(Theme::font(13, QFont::DemiBold)) : QVariant();
         case Qt::ForegroundRole:
-            return index.column() == warnings ? QVariant(Theme::colors().caution) : QVariant();
+            return index.column() == warnings ? QVariant(Theme::colors().quietText) : QVariant();
         case Qt::ToolTipRole:
             return index.column() == warnings ? qtText(row(index).warnings)
                    : index.column() == name && !row(index).label.empty() ? qtText(row(index).label)

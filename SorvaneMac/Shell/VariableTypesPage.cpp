@@ -27,9 +27,9 @@ VariableTypesScreen& screenOf(Workspace& workspace) {
 }
 
 /// Edits a role as a choice among all of them.
-class RoleDelegate final : public QStyledItemDelegate {
+class RoleDelegate final : public CellDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using CellDelegate::CellDelegate;
 
     QWidget* createEditor(QWidget* parent,
                           const QStyleOptionViewItem&,
@@ -71,7 +71,7 @@ VariableTypesPage::VariableTypesPage(Workspace& workspace)
     table_->setItemDelegateForColumn(Model::inDescriptives, new SwitchDelegate(table_));
     table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                             QAbstractItemView::SelectedClicked);
-    const int widths[] = {125, 165, 46, 68, 54, 62, 64, 160};
+    const int widths[] = {150, 172, 52, 76, 60, 70, 72, 160};
     int at = 0;
     for (const int width : widths) {
         table_->setColumnWidth(at++, Theme::px(width));

@@ -112,8 +112,6 @@ int drawScreenshots(QApplication& application,
         return 1;
     }
     MainWindow window(state, screens);
-    window.setAttribute(Qt::WA_DontShowOnScreen);
-    window.show();
     Photographer photographer(window, folder);
     if (!photographer.take("start")) {
         return 1;
