@@ -48,7 +48,8 @@ Edges sturgesEdges(double minimum, double maximum, std::uint64_t n) {
         .binCount = static_cast<std::size_t>(std::max(std::ceil((maximum - first) / width), 1.0))};
 }
 
-Edges chooseEdges(std::span<const CountedValue> values) {
+/// Absent where the values lie so far apart, or so close together, that no width can part them.
+std::optional<Edges> chooseEdges(std::span<const CountedValue> values) {
     const auto [lowest, highest] = std::minmax_element(
         values.begin(), values.end(),
         [](const CountedValue& a, const CountedValue& b) { return a.value < b.value; });
@@ -64,14 +65,19 @@ Edges chooseEdges(std::span<const CountedValue> values) {
     for (const CountedValue& each : values) {
         n += each.count;
     }
-    return sturgesEdges(minimum, maximum, n);
+    const bool hasWidth = std::isnormal((maximum - minimum) / static_cast<double>(n));
+    return hasWidth ? std::optional(sturgesEdges(minimum, maximum, n)) : std::nullopt;
 }
 
 std::optional<HistogramBins> binsOf(std::span<const CountedValue> values) {
     if (values.empty()) {
         return std::nullopt;
     }
-    const Edges edges = chooseEdges(values);
+    const std::optional<Edges> chosen = chooseEdges(values);
+    if (!chosen) {
+        return std::nullopt;
+    }
+    const Edges& edges = *chosen;
     HistogramBins result;
     result.counts.assign(edges.binCount, 0);
     for (std::size_t i = 0; i <= edges.binCount; ++i) {

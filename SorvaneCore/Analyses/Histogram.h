@@ -27,7 +27,7 @@ namespace Histogram {
 /// Method     whole numbers over a short range get a bin each, centred on the number; otherwise
 ///            Sturges' count of bins, widened to a width of 1, 2 or 5 times a power of ten. A bin
 ///            holds its lower edge; the last one holds both
-/// Failure    no finite value -> absent
+/// Failure    no finite value, or a range that overflows or underflows -> absent
 /// Cost       O(n), or O(levels) of a column with codes
 /// Reference  Sturges (1926)
 std::optional<HistogramBins> bins(std::span<const double> values);

@@ -185,7 +185,7 @@ std::optional<NormalityTestResult> shapiroWilk(std::span<const double> values) {
         return std::nullopt;
     }
     const double squares = SampleMoments::sumOfSquares(x, SampleMoments::mean(x));
-    if (!(squares > 0.0)) {
+    if (!(squares > 0.0) || std::isinf(squares)) {
         return std::nullopt;
     }
     const std::vector<double> weights = upperWeights(count);
@@ -213,7 +213,7 @@ std::optional<NormalityTestResult> lillieforsKS(std::span<const double> values) 
     const auto n = static_cast<double>(x.size());
     const double mean = SampleMoments::mean(x);
     const double deviation = std::sqrt(SampleMoments::sumOfSquares(x, mean) / (n - 1.0));
-    if (!(deviation > 0.0)) {
+    if (!(deviation > 0.0) || std::isinf(deviation)) {
         return std::nullopt;
     }
     double d = 0.0;

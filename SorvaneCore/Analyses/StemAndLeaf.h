@@ -39,7 +39,8 @@ namespace StemAndLeaf {
 ///            the range spans more than 16 stems. Stems truncate toward zero, whereas the rows run
 ///            between floors: values just below zero share stem 0 with those just above it, and
 ///            have no row when nothing reaches zero
-/// Failure    fewer than two values, or all equal -> absent      Cost O(n log n)
+/// Failure    fewer than two values, all equal, or a range that overflows or underflows -> absent
+/// Cost       O(n log n)
 std::optional<StemAndLeafPlot> plot(std::span<const double> values);
 std::optional<StemAndLeafPlot> plot(std::span<const std::optional<double>> values);
 std::optional<StemAndLeafPlot> plot(const NumericColumn& values);

@@ -12,8 +12,7 @@ namespace sorvane {
 /// Counts the distinct texts among many.
 ///
 /// Method     keys of 128 bits (see TextKey), dealt by hash into parts that fit the cache, each
-/// part
-///            counted in a small table
+///            part counted in a small table
 /// Accuracy   exact for texts up to 15 bytes; beyond, two texts count as one with a chance below
 ///            10^-18 for 10^9 texts
 /// Cost       about 10 ns a text, 16 to 32 bytes a text

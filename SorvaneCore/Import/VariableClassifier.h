@@ -15,9 +15,8 @@ struct VariableClassifier {
     /// The record of one column, with a fresh id.
     ///
     /// Method     the first of twelve rules that fires, from names that are to be ignored, over
-    /// names
-    ///            of administrative, text, demographic, outcome and grouping fields, to what the
-    ///            cells look like
+    ///            names of administrative, text, demographic, outcome and grouping fields, to what
+    ///            the cells look like
     DataVariable classify(std::string_view name, const TextColumn& column) const;
     DataVariable classify(std::string_view name, std::span<const std::string> values) const;
 

@@ -10,9 +10,8 @@ namespace sorvane {
 /// Method     norm against (largest norm so far) * rows * 1e-12, or against 1e-300 where that
 ///            product is smaller still
 /// Accuracy   the tolerance grows with the number of rows: at a million cases a column must keep
-/// more
-///            than 1e-6 of the largest norm, so a nearly collinear predictor that passes in a small
-///            sample can fail in a large one; it also depends on the units of the columns
+///            more than 1e-6 of the largest norm, so a nearly collinear predictor that passes in a
+///            small sample can fail in a large one; it also depends on the units of the columns
 class ColumnRankTest {
 public:
     explicit ColumnRankTest(std::size_t rows) : rows_(static_cast<double>(rows)) {}

@@ -34,8 +34,7 @@ BOOST_DESCRIBE_STRUCT(Reduction, (), (rows, cols, rFactor, qtb, residualSumOfSqu
 /// Failure    as `qrDecompose`: fewer rows than columns, or a collinear column -> absent; a design
 ///            with an entry that is not finite is absent as well
 /// Accuracy   backward stable; agrees with `qrDecompose` to rounding times the condition number.
-/// The
-///            rank decision can differ only for a column within rounding of the tolerance
+///            The rank decision can differ only for a column within rounding of the tolerance
 /// Cost       O(rows * cols^2), about 30 ms for a million rows of 11 columns; memory of one block
 [[nodiscard]] std::optional<Reduction> reduceRows(std::span<const double> design,
                                                   std::size_t rows,

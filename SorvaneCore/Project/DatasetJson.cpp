@@ -64,7 +64,7 @@ ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {
     const auto rows = member<std::vector<std::vector<std::string>>>(json, "rows");
     dataset.rows = TextTable::fromRows(rows, dataset.headers.size());
     dataset.variables = member<std::vector<DataVariable>>(json, "variables");
-    if (json.contains("importMetadata")) {
+    if (const auto entry = json.find("importMetadata"); entry != json.end() && !entry->is_null()) {
         dataset.importMetadata = member<ImportReadinessMetadata>(json, "importMetadata");
     } else {
         dataset.importMetadata =

@@ -10,6 +10,14 @@ namespace {
 using Numbers = std::vector<double>;
 using Size = std::size_t;
 
+/// The Gram matrix of a list that fits its dimensions.
+Numbers checkedGramMatrix(const Numbers& matrix, Size rows, Size cols) {
+    if (cols == 0 ? !matrix.empty() : matrix.size() / cols != rows || matrix.size() % cols != 0) {
+        throw CallError("The argument \"matrix\" needs rows times cols numbers.");
+    }
+    return LinearAlgebra::gramMatrix(matrix, rows, cols);
+}
+
 std::vector<Procedure> linearAlgebraProcedures() {
     using namespace arguments;      // NOLINT(google-build-using-namespace)
     using namespace LinearAlgebra;  // NOLINT(google-build-using-namespace)
@@ -19,7 +27,7 @@ std::vector<Procedure> linearAlgebraProcedures() {
     const Value<Size> cols{"cols"};
     return {
         procedure("LinearAlgebra.invert", &invert, matrix, n),
-        procedure("LinearAlgebra.gramMatrix", &gramMatrix, matrix, rows, cols),
+        procedure("LinearAlgebra.gramMatrix", &checkedGramMatrix, matrix, rows, cols),
         procedure("LinearAlgebra.qrDecompose", &qrDecompose, matrix, rows, cols),
         procedure("LinearAlgebra.solveUpperTriangular", &solveUpperTriangular, matrix, n,
                   Value<Numbers>{"b"}),

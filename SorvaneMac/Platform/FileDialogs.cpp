@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace sorvane {
@@ -29,7 +30,12 @@ std::optional<std::filesystem::path> openDataFile(QWidget* parent) {
 std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& request) {
     const QString suggested =
         QDir(documentsDirectory()).filePath(QString::fromStdString(request.suggestedName));
-    return chosen(QFileDialog::getSaveFileName(parent, request.title, suggested, request.filter));
+    QFileDialog dialog(parent, request.title, suggested, request.filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setLabelText(QFileDialog::Accept, request.title);
+    // A name typed without an extension gets that of the suggestion.
+    dialog.setDefaultSuffix(QFileInfo(suggested).suffix());
+    return chosen(dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString());
 }
 
 }  // namespace

@@ -20,8 +20,7 @@ struct InlineFigure {
 /// A PNG picture at its natural size, made smaller where it would not fit a page.
 ///
 /// Method     the resolution in the file, otherwise 96 pixels an inch; at most 468 by 560 points,
-/// what
-///            Word's one-inch margins leave with room for a caption
+///            what Word's one-inch margins leave with room for a caption
 /// Failure    not a PNG picture -> absent
 std::optional<InlineFigure> inlineFigure(std::span<const std::uint8_t> png);
 

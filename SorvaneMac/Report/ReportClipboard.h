@@ -12,9 +12,8 @@ namespace sorvane::ReportClipboard {
 ///
 /// Input      title: empty for none
 /// Method     normalised first; rules above, below and under the heads; the first column left, the
-/// others
-///            centred; line ends inside a cell become blanks, so that a spreadsheet keeps it one
-///            cell
+///            others centred; line ends inside a cell become blanks, so that a spreadsheet keeps it
+///            one cell
 std::string html(std::string_view title, const ReportTable& table);
 
 /// The table as text: title, a line a row with tabs between the cells, "Note. " and the note.

@@ -14,8 +14,8 @@ namespace sorvane::ReportExporter {
 ///
 /// Input      cases: the number of rows of the dataset
 /// Method     tables and figures are numbered across the report; one empty line sets findings,
-/// tables
-///            and figures apart, because Word and plain text take no spacing from the paragraphs
+///            tables and figures apart, because Word and plain text take no spacing from the
+///            paragraphs
 /// Returns    title and dataset line alone when there are no items      Cost linear in the cells
 RichDocument attributed(std::span<const ReportItem> items,
                         std::string_view datasetName,

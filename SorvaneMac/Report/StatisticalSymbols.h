@@ -15,8 +15,7 @@ std::string escapedHTML(std::string_view text);
 /// A head as HTML, its symbols in italics.
 ///
 /// Method     a symbol counts as the first word or inside parentheses ("p value", "M (SD)"), so
-/// that
-///            the letter of "Group B" stays upright
+///            that the letter of "Group B" stays upright
 std::string headerHTML(std::string_view header);
 
 }  // namespace sorvane::StatisticalSymbols

@@ -18,7 +18,8 @@ struct WordBody {
 /// Paragraphs as WordprocessingML, all formatting direct.
 ///
 /// Method     one walk; the cells of a table are gathered into its rows and span the full text
-/// width Cost       linear, about 230 bytes of XML a table cell
+///            width
+/// Cost       linear, about 230 bytes of XML a table cell
 WordBody wordBody(std::span<const Paragraph> paragraphs);
 
 }  // namespace sorvane

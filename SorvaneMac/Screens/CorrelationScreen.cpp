@@ -28,7 +28,7 @@ std::vector<std::string> measureRow(std::string name,
         return {std::move(name), "--", "--", "--"};
     }
     return {std::move(name), svFmt(result->r, 3), ResultText::count(result->n),
-            SignificanceFormatting::pValueText(result->pValue, false)};
+            ResultText::pCell(result->pValue)};
 }
 
 std::string starred(const std::optional<CorrelationResult>& result) {
@@ -123,8 +123,7 @@ ScreenContent CorrelationScreen::content() const {
     content.tiles = {
         {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
          pearson ? strengthWord(pearson->r) + " association" : "could not be computed"},
-        {"p-value", pearson ? SignificanceFormatting::pValueText(pearson->pValue, false) : "--",
-         "two-tailed"},
+        {"p-value", pearson ? ResultText::pCell(pearson->pValue) : "--", "two-tailed"},
         {"Cases used", pearson ? ResultText::count(pearson->n) : "--", "complete pairs"}};
     content.cards.push_back(pairCard(pair));
     const Chart drawn = scatter();

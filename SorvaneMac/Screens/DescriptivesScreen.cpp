@@ -61,8 +61,15 @@ EvidenceLine lillieforsLine(const NormalityTestResult& result) {
                     "Kolmogorov-Smirnov test with estimated mean and SD.");
 }
 
+/// A power of ten in plain digits, where it has few.
+std::string unitText(double unit) {
+    constexpr double longestPlainUnit = 1e9;
+    return unit >= 1.0 && unit <= longestPlainUnit ? NumberText::fixed(unit, 0)
+                                                   : NumberText::shortest(unit);
+}
+
 std::string plotText(const StemAndLeafPlot& plot) {
-    std::string text = "Stem unit " + NumberText::general(plot.stemUnit, 6) + "\n\n";
+    std::string text = "Stem unit " + unitText(plot.stemUnit) + "\n\n";
     for (const StemAndLeafRow& row : plot.rows) {
         const std::string stem = NumberText::integer(row.stem);
         constexpr std::size_t stemWidth = 6;
@@ -135,9 +142,8 @@ std::optional<Gate> DescriptivesScreen::gate() const {
         return Gate{.title = "Need a numeric variable",
                     .lead = "Pick a variable",
                     .text =
-                        "Choose one in the Setup panel. Columns with numbers are offered unless "
-                        "their role is Administrative or Ignore; change roles in Variable "
-                        "Types."};
+                        "Choose one in the Setup panel. Columns with numbers that are included in "
+                        "descriptives are offered; include one in Variable Types."};
     }
     return std::nullopt;
 }
@@ -254,10 +260,15 @@ Card DescriptivesScreen::normalityCard() const {
 std::optional<Card> DescriptivesScreen::stemAndLeafCard() const {
     const std::optional<StemAndLeafPlot> plot =
         StemAndLeaf::plot(state_.dataset().numericColumn(variable()));
+    if (!plot) {
+        return std::nullopt;
+    }
     // A text plot of thousands of leaves a row is no plot.
     constexpr std::int64_t mostLeaves = 1000;
-    if (!plot || plot->n > mostLeaves) {
-        return std::nullopt;
+    if (plot->n > mostLeaves) {
+        return Card{.title = "Stem-and-leaf",
+                    .paragraphs = {"The plot is left out above 1,000 values, where its rows would "
+                                   "run off the page. The histogram shows the same shape."}};
     }
     return Card{.title = "Stem-and-leaf", .preformatted = plotText(*plot)};
 }

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
 
+#include <algorithm>
+
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -36,7 +38,10 @@ std::string joined(const std::vector<std::string>& texts) {
 }  // namespace
 
 void InstrumentMapScreen::seed() {
-    if (state_.scale.scaleClassifications->empty() && state_.hasData()) {
+    const std::vector<ScaleItemClassification>& verdicts = state_.scale.scaleClassifications.get();
+    const bool fits = std::ranges::equal(verdicts, state_.dataset().headers, {},
+                                         &ScaleItemClassification::columnName);
+    if (!fits) {
         state_.classifyAndSeedScaleItems(false);
     }
 }

@@ -30,7 +30,7 @@ public:
     explicit InstrumentMapScreen(StudioState& state) : state_(state) {}
 
     StudioScreen id() const override { return StudioScreen::instrumentMap; }
-    /// Scores the columns where nobody has yet, without touching the item set.
+    /// Scores the columns where the scores are not those of this table; the item set stays.
     void seed() override;
     SetupForm setup() override;
     ScreenContent content() const override;

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Report/SignificanceFormatting.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
@@ -40,8 +39,8 @@ ReportTable coefficientTable(const MultipleRegressionResult& result) {
     for (const RegressionCoefficient& each : result.coefficients) {
         table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
                               svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2),
-                              SignificanceFormatting::pValueText(each.pValue, false),
-                              svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+                              ResultText::pCell(each.pValue), svFmt(each.lowerBound, 3),
+                              svFmt(each.upperBound, 3)});
     }
     table.note =
         "B is the unstandardized and β the standardized coefficient; the interval is the "
@@ -56,8 +55,7 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
                    svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
                    svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
-                   ResultText::count(result.dfResidual),
-                   SignificanceFormatting::pValueText(result.pValue, false)}};
+                   ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;
 }
 
@@ -124,6 +122,15 @@ std::optional<Gate> RegressionScreen::gate() const {
                     .lead = "",
                     .text = "Confirm a numeric outcome and predictor in Variable Roles."};
     }
+    for (const std::string& name : fields_.regPredictors.get()) {
+        if (!VariableLists::contains(numeric, name)) {
+            return Gate{.title = "A predictor is missing",
+                        .lead = name,
+                        .text =
+                            "There is no numeric column of that name. Take it out of the "
+                            "predictors, or confirm it in Variable Roles."};
+        }
+    }
     if (predictors().empty()) {
         return Gate{.title = "No predictors selected",
                     .lead = "",
@@ -140,15 +147,16 @@ std::optional<Gate> RegressionScreen::gate() const {
     return std::nullopt;
 }
 
-std::optional<MultipleRegressionResult> RegressionScreen::fit() const {
-    const std::vector<std::string> names = predictors();
+RegressionScreen::Model RegressionScreen::fit() const {
+    Model model{.outcome = fields_.regOutcome->name, .predictors = predictors()};
     std::vector<NumericColumn> columns;
-    for (const std::string& name : names) {
+    for (const std::string& name : model.predictors) {
         columns.push_back(state_.dataset().numericColumn(name));
     }
-    return RegressionTests::ordinaryLeastSquares(
-        columns, state_.dataset().numericColumn(fields_.regOutcome->name),
-        {.predictorNames = names, .confidenceLevel = 0.95});
+    model.result = RegressionTests::ordinaryLeastSquares(
+        columns, state_.dataset().numericColumn(model.outcome),
+        {.predictorNames = model.predictors, .confidenceLevel = 0.95});
+    return model;
 }
 
 ScreenContent RegressionScreen::content() const {
@@ -163,49 +171,51 @@ ScreenContent RegressionScreen::content() const {
         content.gate = {.title = "Ready to run",
                         .lead = fields_.regOutcome->name + " on " + joined(predictors()),
                         .text = "Press Run regression in the Setup panel. Results appear here."};
-        return content;
-    }
-    const std::optional<MultipleRegressionResult> result = fit();
-    if (!result) {
+    } else if (!model_.result) {
         content.gate = {.title = "The model could not be estimated",
-                        .lead = "",
+                        .lead = model_.outcome + " on " + joined(model_.predictors),
                         .text =
                             "A predictor is constant or collinear with the others, or there "
                             "are fewer complete cases than coefficients. Take a predictor out "
                             "in the Setup panel and run again."};
-        return content;
+    } else {
+        addResult(content);
     }
-    content.subtitle = std::string(modelName) + ": " + fields_.regOutcome->name;
-    content.tiles = {
-        {"R²", svFmtBounded(result->rSquared, 3), "Variance explained"},
-        {"Adjusted R²", svFmtBounded(result->adjustedRSquared, 3), "For the number of predictors"},
-        {"F(" + ResultText::count(result->dfModel) + ", " + ResultText::count(result->dfResidual) +
-             ")",
-         svFmt(result->fStatistic, 2), ResultText::pSentence(result->pValue)},
-        {"Cases used", ResultText::count(result->n), "complete on all variables"}};
-    content.cards.push_back({.title = "Coefficients",
-                             .subtitle = "Effect of each predictor with the others held constant",
-                             .tables = {coefficientTable(*result), modelTable(*result)},
-                             .wide = true});
-    const Chart drawn = chart(*result);
-    content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
-    std::vector<std::string> cautions = ResultText::messages(result->readiness);
-    cautions.emplace_back(caution);
-    content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
-    content.findings.push_back(finding(*result));
     return content;
 }
 
-Chart RegressionScreen::chart(const MultipleRegressionResult& result) const {
-    const std::vector<std::string> names = predictors();
-    if (names.size() == 1) {
+void RegressionScreen::addResult(ScreenContent& content) const {
+    const MultipleRegressionResult& result = *model_.result;
+    content.subtitle = std::string(modelName) + ": " + model_.outcome;
+    content.tiles = {
+        {"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
+        {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3), "For the number of predictors"},
+        {"F(" + ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
+             ")",
+         svFmt(result.fStatistic, 2), ResultText::pSentence(result.pValue)},
+        {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+    content.cards.push_back({.title = "Coefficients",
+                             .subtitle = "Effect of each predictor with the others held constant",
+                             .tables = {coefficientTable(result), modelTable(result)},
+                             .wide = true});
+    const Chart drawn = chart();
+    content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
+    std::vector<std::string> cautions = ResultText::messages(result.readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
+    content.findings.push_back(finding());
+}
+
+Chart RegressionScreen::chart() const {
+    if (model_.predictors.size() == 1) {
         const ImportedDataset& dataset = state_.dataset();
-        return scatterChart({.name = names.front(), .values = dataset.numericColumn(names.front())},
-                            {.name = fields_.regOutcome->name,
-                             .values = dataset.numericColumn(fields_.regOutcome->name)});
+        const std::string& predictor = model_.predictors.front();
+        return scatterChart(
+            {.name = predictor, .values = dataset.numericColumn(predictor)},
+            {.name = model_.outcome, .values = dataset.numericColumn(model_.outcome)});
     }
     BarPlot bars;
-    for (const RegressionCoefficient& each : result.coefficients) {
+    for (const RegressionCoefficient& each : model_.result->coefficients) {
         if (each.standardizedEstimate) {
             bars.labels.push_back(each.name);
             bars.values.push_back(*each.standardizedEstimate);
@@ -219,14 +229,14 @@ Chart RegressionScreen::chart(const MultipleRegressionResult& result) const {
     return chart;
 }
 
-Finding RegressionScreen::finding(const MultipleRegressionResult& result) const {
-    const std::string& outcome = fields_.regOutcome->name;
+Finding RegressionScreen::finding() const {
+    const MultipleRegressionResult& result = *model_.result;
     ReportItem item;
     item.id = Uuid::fresh();
-    item.title = "Linear Regression: " + outcome;
+    item.title = "Linear Regression: " + model_.outcome;
     item.apaSummary =
-        "Linear regression of " + outcome + " on " + joined(predictors()) + ". The model was " +
-        std::string(ResultText::significanceWords(result.pValue)) + ", F(" +
+        "Linear regression of " + model_.outcome + " on " + joined(model_.predictors) +
+        ". The model was " + std::string(ResultText::significanceWords(result.pValue)) + ", F(" +
         ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
         ") = " + svFmt(result.fStatistic, 2) + ", " + ResultText::pSentence(result.pValue) +
         ", R² = " + svFmtBounded(result.rSquared, 2) +
@@ -234,7 +244,7 @@ Finding RegressionScreen::finding(const MultipleRegressionResult& result) const 
     item.table = coefficientTable(result);
     item.extraTables = std::vector<ReportTable>{modelTable(result)};
     item.caution = std::string(caution);
-    const Chart figure = chart(result);
+    const Chart figure = chart();
     item.figureCaption = figure.title + ".";
     return {.item = std::move(item), .figure = figure};
 }
@@ -255,12 +265,13 @@ std::optional<std::string> RegressionScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
         return missing->title + ". " + missing->text;
     }
-    fields_.regHasRun.set(true);
+    model_ = fit();
+    fields_.regHasRun.replace(true);
     return std::nullopt;
 }
 
 Json RegressionScreen::result() const {
-    return gate() || !fields_.regHasRun.get() ? Json(nullptr) : toJson(fit());
+    return fields_.regHasRun.get() ? toJson(model_.result) : Json(nullptr);
 }
 
 }  // namespace sorvane

@@ -29,12 +29,21 @@ private:
     std::vector<std::string> predictors() const;
     /// What is missing before the model can run.
     std::optional<Gate> gate() const;
-    std::optional<MultipleRegressionResult> fit() const;
-    Chart chart(const MultipleRegressionResult& result) const;
-    Finding finding(const MultipleRegressionResult& result) const;
+    /// A model as it was run; it stands until the next run, whatever is chosen meanwhile.
+    struct Model {
+        std::string outcome;
+        std::vector<std::string> predictors;
+        /// Absent where the model could not be estimated.
+        std::optional<MultipleRegressionResult> result;
+    };
+    Model fit() const;
+    void addResult(ScreenContent& content) const;
+    Chart chart() const;
+    Finding finding() const;
 
     StudioState& state_;
     RegressionFields& fields_;
+    Model model_;
 };
 
 }  // namespace sorvane

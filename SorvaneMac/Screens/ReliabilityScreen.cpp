@@ -23,6 +23,11 @@ constexpr std::string_view stance =
 constexpr std::string_view flaggedText =
     "Flagged as unreliable. Re-check to include and clear the flag.";
 
+/// The nearest whole percent, so that 85% is the same number as 17 of 20 items.
+double wholePercent(double share) {
+    return std::round(100.0 * share) / 100.0;
+}
+
 std::string_view reportBand(double alpha) {
     return alpha >= 0.9   ? "excellent"
            : alpha >= 0.8 ? "good"
@@ -86,6 +91,25 @@ Chart itemTotalChart(const ReliabilityResult& result) {
     return chart;
 }
 
+std::vector<Passage> interpretation(const ReliabilityResult& result) {
+    std::vector<Passage> passages = {{.label = "Interpretation", .text = result.interpretation}};
+    for (const std::string& warning : result.warnings) {
+        passages.push_back({.label = "Caution", .text = warning, .isCaution = true});
+    }
+    passages.push_back({.label = "Recommended action", .text = result.recommendedAction});
+    return passages;
+}
+
+/// All warnings of the result, as they are printed with the finding.
+std::string reportCaution(const ReliabilityResult& result) {
+    std::string text;
+    for (const std::string& warning : result.warnings) {
+        text += text.empty() ? "" : " ";
+        text += warning;
+    }
+    return text;
+}
+
 std::string reportSentence(const std::string& construct, const ReliabilityResult& result) {
     if (!result.alpha) {
         return construct +
@@ -133,7 +157,7 @@ SetupForm ReliabilityScreen::setup() {
                       .isSlider = true,
                       .set =
                           [&scale](double value) {
-                              scale.minimumItemCompletion.set(value);
+                              scale.minimumItemCompletion.set(wholePercent(value));
                           }},
     };
     CheckListControl items = itemList();
@@ -163,7 +187,12 @@ CheckListControl ReliabilityScreen::itemList() {
     CheckListControl list;
     const ImportedDataset& dataset = state_.dataset();
     const VariableLists::List included = VariableLists::reliabilityVariables(dataset);
-    for (const DataVariable* variable : VariableLists::numericVariables(dataset)) {
+    for (const DataVariable& each : dataset.variables) {
+        const DataVariable* variable = &each;
+        if (!VariableLists::isNumericForAnalysis(each) &&
+            !VariableLists::contains(included, each.name)) {
+            continue;
+        }
         const bool isFlagged = state_.scale.unreliableItemNames->contains(variable->name);
         list.items.push_back(
             {.name = variable->name,
@@ -218,7 +247,7 @@ std::string ReliabilityScreen::constructTitle() const {
 }
 
 ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& itemNames) const {
-    ReliabilityOptions options{.constructName = constructTitle(),
+    ReliabilityOptions options{.constructName = state_.scale.constructName.get(),
                                .itemNames = itemNames,
                                .missingDataRule = state_.scale.reliabilityMissingDataRule.get(),
                                .scaleScoreMethod = state_.scale.scaleScoreMethod.get(),
@@ -275,8 +304,7 @@ ScreenContent ReliabilityScreen::content() const {
                              .charts = {itemTotalChart(result)}});
     content.cards.push_back({.title = "Plain-language interpretation",
                              .subtitle = "Do not overclaim validity",
-                             .paragraphs = {result.interpretation, result.recommendedAction},
-                             .cautions = result.warnings});
+                             .passages = interpretation(result)});
     content.findings.push_back(finding(result));
     return content;
 }
@@ -290,7 +318,7 @@ Finding ReliabilityScreen::finding(const ReliabilityResult& result) const {
     item.table = itemTotalTable(
         result, {"Item", "M if deleted", "Var if deleted", "r", "α if deleted"}, reportDecimals);
     item.table->note = reportNote(construct, result);
-    item.caution = result.warnings.empty() ? std::string() : result.warnings.front();
+    item.caution = reportCaution(result);
     item.figureCaption = "Corrected item-total correlations of the " + construct + " scale.";
     return {.item = std::move(item), .figure = itemTotalChart(result)};
 }

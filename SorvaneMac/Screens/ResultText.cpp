@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Report/SignificanceFormatting.h"
 
 namespace sorvane::ResultText {
 
@@ -20,11 +21,18 @@ std::string pSentence(double p) {
     return text.starts_with("<") ? "p " + text : "p = " + text;
 }
 
+std::string pCell(double p) {
+    return std::isfinite(p) ? SignificanceFormatting::pValueText(p, false) : "--";
+}
+
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }
 
 std::string_view significanceWords(double p) {
+    if (!std::isfinite(p)) {
+        return "not testable";
+    }
     return p < significanceLevel ? "statistically significant" : "not statistically significant";
 }
 

@@ -11,9 +11,12 @@ namespace sorvane::ResultText {
 
 /// "p < .001" or "p = .045"; "p = --" where it could not be had.
 std::string pSentence(double p);
+/// The p-value of a table cell; "--" where it could not be had.
+std::string pCell(double p);
 /// A count in plain digits.
 std::string count(std::int64_t value);
-/// "statistically significant" or "not statistically significant", at p < .05.
+/// "statistically significant" or "not statistically significant", at p < .05; "not testable" where
+/// there is no p-value.
 std::string_view significanceWords(double p);
 /// The messages of the issues, in order.
 std::vector<std::string> messages(const AnalysisReadiness& readiness);

@@ -39,6 +39,15 @@ struct EvidenceLine {
     bool operator==(const EvidenceLine&) const = default;
 };
 
+/// A text under a label of its own.
+struct Passage {
+    std::string label;
+    std::string text;
+    bool isCaution = false;
+
+    bool operator==(const Passage&) const = default;
+};
+
 /// One card of a screen, its parts in the order in which they are shown.
 struct Card {
     std::string title;
@@ -47,6 +56,7 @@ struct Card {
     std::vector<ReportTable> tables;
     std::vector<Chart> charts;
     std::vector<std::string> paragraphs;
+    std::vector<Passage> passages;
     /// A text plot, shown in a fixed-width face.
     std::string preformatted;
     std::vector<EvidenceLine> evidence;

@@ -55,6 +55,10 @@ CardView::CardView(const Card& card)
     for (const std::string& paragraph : card.paragraphs) {
         body().addWidget(Labels::text(qtText(paragraph)));
     }
+    for (const Passage& passage : card.passages) {
+        body().addWidget(Labels::text(qtText(passage.label), "small"));
+        body().addWidget(Labels::text(qtText(passage.text), passage.isCaution ? "caution" : ""));
+    }
     if (!card.preformatted.empty()) {
         addPreformatted(qtText(card.preformatted));
     }

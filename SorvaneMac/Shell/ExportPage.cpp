@@ -33,7 +33,8 @@ QString purpose(ReportFormat format) {
 }  // namespace
 
 ExportPage::ExportPage(Workspace& workspace) : ContentPage(StudioScreen::export_, workspace) {
-    auto* card = new CardFrame("Export the report", "As it stands in the editor on Findings");
+    auto* card = new CardFrame(
+        "Export the report", "PDF, Word, or .briselreport, as it stands in the editor on Findings");
     for (const ReportFormat format : {ReportFormat::pdf, ReportFormat::docx, ReportFormat::rtf,
                                       ReportFormat::md, ReportFormat::draft}) {
         auto* row = new QHBoxLayout;

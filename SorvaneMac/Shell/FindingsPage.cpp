@@ -212,6 +212,7 @@ void FindingsPage::assemble() {
     if (screen.mustConfirmAssembling() && !workspace_.confirm(this, question)) {
         return;
     }
+    workspace_.commitEdits();
     screen.run();
 }
 

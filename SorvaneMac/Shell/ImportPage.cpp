@@ -35,8 +35,8 @@ QWidget* dropZone(QWidget* page, Workspace& workspace) {
         Buttons::Weight::primary));
     row->addWidget(
         Buttons::make("Paste data…", [page, &workspace] { pasteFromDialog(page, workspace); }));
-    row->addWidget(
-        Buttons::make("Open the sample study", [&workspace] { workspace.state.resetToSample(); }));
+    row->addWidget(Buttons::make("Open the sample study",
+                                 [page, &workspace] { openSample(page, workspace); }));
     row->addStretch(1);
     column->addLayout(row);
     return zone;

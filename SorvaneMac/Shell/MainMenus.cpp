@@ -50,12 +50,12 @@ void MainMenus::buildFile() {
     QMenu& menu = *window_.menuBar()->addMenu("&File");
     Workspace& workspace = window_.workspace();
     add(menu, "&New Blank Grid", QKeySequence::New,
-        [&workspace] { workspace.state.beginBlankDataset(); });
+        [this, &workspace] { openBlankGrid(&window_, workspace); });
     add(menu, "&Import Data…", QKeySequence::Open,
         [this, &workspace] { importFromDialog(&window_, workspace); });
     add(menu, "&Paste Data…", QKeySequence("Ctrl+Shift+V"),
         [this, &workspace] { pasteFromDialog(&window_, workspace); });
-    add(menu, "Open &Sample Study", {}, [&workspace] { workspace.state.resetToSample(); });
+    add(menu, "Open &Sample Study", {}, [this, &workspace] { openSample(&window_, workspace); });
     menu.addSeparator();
     QAction* open = add(menu, "Open Project…", {}, [] {});
     open->setEnabled(false);

@@ -97,7 +97,8 @@ void MainWindow::buildPanes() {
     navigation_->setMinimumWidth(Theme::px(170));
     inspector_->setMinimumWidth(Theme::px(240));
     middle->setMinimumWidth(Theme::px(380));
-    panes->setSizes({Theme::px(navigationWidth), width(), Theme::px(inspectorWidth)});
+    panes->setSizes({std::max(Theme::px(navigationWidth), navigation_->suitableWidth()), width(),
+                     Theme::px(inspectorWidth)});
     setCentralWidget(panes);
 }
 

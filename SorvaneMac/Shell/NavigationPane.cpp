@@ -1,5 +1,6 @@
 #include "SorvaneMac/Shell/NavigationPane.h"
 
+#include <algorithm>
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
 
@@ -21,6 +22,7 @@ constexpr int screenRole = Qt::UserRole;
 constexpr int rowHeight = 26;
 constexpr int headingHeight = 31;
 constexpr int air = 9;
+constexpr int scrollBarAndMargins = 46;
 
 bool isHeading(const QModelIndex& index) {
     return !index.data(screenRole).isValid();
@@ -158,6 +160,15 @@ void NavigationPane::select(StudioScreen screen) {
             list_->setCurrentIndex(index);
         }
     }
+}
+
+int NavigationPane::suitableWidth() const {
+    const QFontMetrics metrics(Theme::font(13, QFont::DemiBold));
+    int widest = 0;
+    for (int row = 0; row < model_.rowCount(); ++row) {
+        widest = std::max(widest, metrics.horizontalAdvance(model_.item(row)->text()));
+    }
+    return widest + Theme::px(scrollBarAndMargins);
 }
 
 void NavigationPane::takeFocus() {

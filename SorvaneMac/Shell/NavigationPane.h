@@ -20,6 +20,8 @@ public:
     void showDataset(const QString& name, const QString& details);
     void select(StudioScreen screen);
     void takeFocus();
+    /// Wide enough for every title.
+    int suitableWidth() const;
 
 private:
     void fill();

@@ -62,6 +62,11 @@ void ReportEditor::commit() {
     }
     isEdited_ = false;
     writeBack_.stop();
+    // A document that was cleared or assembled anew meanwhile is not written over.
+    if (state_.reportRTFData.get() != shown_) {
+        refresh();
+        return;
+    }
     shown_ = encode(RichTextConversion::read(*document()));
     state_.reportRTFData.replace(shown_);
 }

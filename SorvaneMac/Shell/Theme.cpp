@@ -11,6 +11,11 @@
 #include "SorvaneMac/Platform/SystemAppearance.h"
 #include "SorvaneMac/Shell/StyleSheet.h"
 
+/// The macro of the resource system declares a function, which must stand outside of namespaces.
+static void provideIcons() {
+    Q_INIT_RESOURCE(icons);
+}
+
 namespace sorvane::Theme {
 
 namespace {
@@ -117,6 +122,7 @@ const ThemeColors& colors() {
 }
 
 void apply(QApplication& application, Appearance appearance, double scale) {
+    provideIcons();
     const bool dark =
         appearance == Appearance::dark || (appearance == Appearance::system && systemPrefersDark());
     const ThemeColors& chosen = colors(dark ? Appearance::dark : Appearance::light);

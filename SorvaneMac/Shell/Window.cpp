@@ -10,17 +10,11 @@
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
 
-/// The macro of the resource system declares a function, which must stand outside of namespaces.
-static void provideIcons() {
-    Q_INIT_RESOURCE(icons);
-}
-
 namespace sorvane {
 
 namespace {
 
 void prepare(QApplication& application) {
-    provideIcons();
     QApplication::setApplicationName("Sorvane");
     QApplication::setApplicationVersion("0.1.0");
     Theme::apply(application, Appearance::system);

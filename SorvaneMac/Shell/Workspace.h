@@ -34,7 +34,11 @@ struct Workspace {
 void importFromDialog(QWidget* parent, Workspace& workspace);
 /// Imports a file; asks first where an assembled report would be lost.
 void importGuarded(QWidget* parent, Workspace& workspace, const std::filesystem::path& file);
-/// Asks for a pasted table and imports it.
+/// Opens the sample study; asks first where an assembled report would be lost.
+void openSample(QWidget* parent, Workspace& workspace);
+/// Starts a blank grid; asks first where an assembled report would be lost.
+void openBlankGrid(QWidget* parent, Workspace& workspace);
+/// Asks for a pasted table and imports it, through the same guard.
 void pasteFromDialog(QWidget* parent, Workspace& workspace);
 
 }  // namespace sorvane

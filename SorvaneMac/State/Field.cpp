@@ -11,7 +11,12 @@ AnyField::AnyField(FieldRegistry& registry, std::string name, ResetRule rule)
 }
 
 void AnyField::announce() {
+    expectOwnThread();
     registry_.announce(*this);
+}
+
+void AnyField::expectOwnThread() const {
+    assert(registry_.owner_ == std::this_thread::get_id());
 }
 
 Subscription FieldRegistry::observe(Observer observer) {

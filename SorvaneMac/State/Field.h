@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -65,6 +66,8 @@ public:
 
 protected:
     void announce();
+    /// Fields belong to the thread that made their registry.
+    void expectOwnThread() const;
 
 private:
     FieldRegistry& registry_;
@@ -104,6 +107,7 @@ private:
     std::vector<AnyField*> fields_;
     std::vector<std::weak_ptr<Observer>> observers_;
     std::uint64_t version_ = 0;
+    const std::thread::id owner_ = std::this_thread::get_id();
 };
 
 /// One piece of workspace state: a name, a start value, a reset rule, and observers told of change.
@@ -116,9 +120,12 @@ public:
           ResetRule rule = ResetRule::withDataset)
         : AnyField(registry, std::move(name), rule), start_(std::move(start)), value_(start_) {}
 
-    const T& get() const { return value_; }
-    const T& operator*() const { return value_; }
-    const T* operator->() const { return &value_; }
+    const T& get() const {
+        expectOwnThread();
+        return value_;
+    }
+    const T& operator*() const { return get(); }
+    const T* operator->() const { return &get(); }
     const T& start() const { return start_; }
 
     /// Takes the value and tells the observers, unless it is the present one.

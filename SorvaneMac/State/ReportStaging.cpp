@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <tuple>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneMac/Report/ReportExporter.h"
@@ -36,12 +37,13 @@ void StudioState::addToReport(const ReportItem& item) {
 }
 
 bool StudioState::isStaged(const ReportItem& item) const {
-    // A screen makes its item anew each time it is shown, so the identifier does not count.
-    return std::any_of(reportItems->begin(), reportItems->end(), [&item](ReportItem staged) {
-        staged.id = item.id;
-        staged.figure = item.figure;
-        return staged == item;
-    });
+    // A screen makes its item anew each time it is shown, so identifier and picture do not count.
+    const auto shown = [](const ReportItem& each) {
+        return std::tie(each.title, each.apaSummary, each.table, each.extraTables, each.caution,
+                        each.figureCaption, each.semDiagram);
+    };
+    return std::any_of(reportItems->begin(), reportItems->end(),
+                       [&](const ReportItem& staged) { return shown(staged) == shown(item); });
 }
 
 void StudioState::removeFromReport(const Uuid& id) {

@@ -4,6 +4,7 @@
 
 #include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -65,13 +66,14 @@ bool StudioState::showsStartPage() const {
 }
 
 void StudioState::importData(const std::filesystem::path& file) {
-    const std::string fileName = file.filename().string();
+    const std::string name = fileName(file);
     try {
         ImportedDataset imported = importer.importData(file);
-        const std::string log = "Imported " + fileName + " with " + sizeText(imported);
+        const std::string log = "Imported " + name + " with " + sizeText(imported);
         adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
-    } catch (const ImportError& error) {
-        data.importError.set("Could not import " + fileName + ": " + error.what());
+    } catch (const std::exception& error) {
+        // Besides the reader's own sentence: no memory or no thread for a large file.
+        data.importError.set("Could not import " + name + ": " + error.what());
     }
 }
 
@@ -105,7 +107,7 @@ void StudioState::importPastedData(std::string_view text) {
         ImportedDataset imported = importer.csvImporter.importCSV("Pasted data", trimmed);
         const std::string log = "Imported pasted data with " + sizeText(imported);
         adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
-    } catch (const ImportError& error) {
+    } catch (const std::exception& error) {
         data.importError.set(std::string("Could not import pasted data: ") + error.what());
     }
 }

@@ -42,6 +42,15 @@ void applyVerdict(DataVariable& variable, const ScaleItemClassification* verdict
     }
 }
 
+/// The column that each header names: of two with one name, the left one twice.
+std::vector<TextTable::Column> columnsByName(const ImportedDataset& dataset) {
+    std::vector<TextTable::Column> columns;
+    for (const std::string& header : dataset.headers) {
+        columns.push_back(dataset.rows.sharedColumn(*dataset.columnIndex(header)));
+    }
+    return columns;
+}
+
 std::map<std::string, std::string> questionTexts(const ImportedDataset& dataset) {
     std::map<std::string, std::string> texts;
     for (const DataVariable& variable : dataset.variables) {
@@ -101,7 +110,7 @@ void StudioState::classifyAndSeedScaleItems(bool seedSelection) {
         return;
     }
     scale.scaleClassifications.set(ScaleItemClassifier::classify(
-        dataset().headers, dataset().rows.columns(), questionTexts(dataset())));
+        dataset().headers, columnsByName(dataset()), questionTexts(dataset())));
     if (!seedSelection) {
         return;
     }

@@ -128,7 +128,11 @@ TEST_F(AnalysisScreens, RegressionSaysWhatIsMissingThenRuns) {
     EXPECT_EQ(regression.content().gate->title, "Poisson Regression is not in this version");
     fields.regModel.set(RegressionModel::linear);
     fields.regPredictors.set({"q1", "q3"});
+    EXPECT_EQ(regression.content().tiles, content.tiles) << "a result stands until the next run";
+    EXPECT_EQ(regression.run(), std::nullopt);
     EXPECT_EQ(regression.content().gate->title, "The model could not be estimated");
+    fields.regPredictors.set({"q1", "gone"});
+    EXPECT_EQ(regression.content().gate->lead, "gone");
     paste(items);
     EXPECT_FALSE(fields.regHasRun.get());
 }

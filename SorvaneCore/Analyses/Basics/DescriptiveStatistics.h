@@ -54,8 +54,7 @@ BOOST_DESCRIBE_STRUCT(DescriptiveOptions, (), (variableName, confidenceLevel))
 /// The mean, spread and shape of lists of values. A statistic that is undefined is absent.
 ///
 /// Accuracy   deviations are taken from a corrected mean, so that a large offset costs no digits
-/// and
-///            equal values have a variance of exactly 0
+///            and equal values have a variance of exactly 0
 namespace DescriptiveStatistics {
 
 std::optional<double> mean(std::span<const double> values);
@@ -98,8 +97,7 @@ std::vector<FrequencyTableEntry> frequencyTable(const TextColumn& column);
 ///
 /// Input      values all present; or one entry per row, absent where the cell is missing
 /// Method     on the distinct values and their counts, whatever the form, so that all forms give
-/// the
-///            same bits
+///            the same bits
 /// Cost       O(n + d log d) for a column with codes and d levels, else one sort of the values
 DescriptiveSummary summary(std::span<const double> values, const DescriptiveOptions& options = {});
 DescriptiveSummary summary(std::span<const std::optional<double>> rows,

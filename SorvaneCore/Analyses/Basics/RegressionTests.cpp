@@ -196,7 +196,9 @@ MultipleRegressionResult resultOf(const Design& design,
 
 std::optional<MultipleRegressionResult> fit(const Design& design,
                                             const RegressionOptions& options) {
-    const std::optional<Solution> solution = solved(design);
+    // The mean of values of which one is not finite is not finite either.
+    const std::optional<Solution> solution =
+        std::isfinite(design.outcome.mean) ? solved(design) : std::nullopt;
     return solution ? std::optional(resultOf(design, *solution, options)) : std::nullopt;
 }
 

@@ -73,9 +73,8 @@ namespace RegressionTests {
 /// Input      columns of one length; rows with an absent entry are left out
 /// Method     Householder QR of the centred columns, in row blocks. Centring leaves the residual
 ///            norms of the columns, on which the rank test rests, as they are
-/// Returns    without residual degrees of freedom, or with an outcome that does not vary, the
-/// figures
-///            that cannot be had are NaN
+/// Returns    a figure that cannot be had is NaN: without residual degrees of freedom, with an
+///            outcome that does not vary, with a perfect fit, or without predictors
 /// Failure    names or lengths that do not match, fewer cases than coefficients, a collinear or
 ///            constant predictor, a value that is not finite -> absent
 /// Accuracy   rounding times the condition number of the centred predictors, whatever their offsets

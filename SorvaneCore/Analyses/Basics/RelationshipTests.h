@@ -73,8 +73,7 @@ std::optional<CorrelationResult> kendallTauB(const NumericColumn& x, const Numer
 /// Method     from the inverse P of the Pearson matrix of x, y and the covariates:
 ///            r = -P01 / sqrt(P00 P11), p as for Pearson's r with df = n - 2 - covariates
 /// Failure    lengths that differ, n not above covariates + 3, a variable without variance, a
-/// matrix
-///            that has no inverse -> absent
+///            matrix that has no inverse -> absent
 std::optional<CorrelationResult> partialCorrelation(const NumericColumn& x,
                                                     const NumericColumn& y,
                                                     std::span<const NumericColumn> covariates);

@@ -70,12 +70,12 @@ std::optional<double> alphaOf(const ItemMoments& moments,
     if (moments.cases < 2) {
         return std::nullopt;
     }
-    double itemSquares = 0.0;
-    for (std::size_t j = 0; j < moments.itemCount; ++j) {
-        itemSquares += j == deleted ? 0.0 : moments.product(j, j);
-    }
     const auto df = static_cast<double>(moments.cases - 1);
-    return CronbachAlpha::fromVariances(moments.itemCount - (deleted ? 1 : 0), itemSquares / df,
+    double itemVariances = 0.0;
+    for (std::size_t j = 0; j < moments.itemCount; ++j) {
+        itemVariances += j == deleted ? 0.0 : moments.product(j, j) / df;
+    }
+    return CronbachAlpha::fromVariances(moments.itemCount - (deleted ? 1 : 0), itemVariances,
                                         totalSquares / df);
 }
 
