@@ -48,8 +48,7 @@ TEST(Histogram, IsAbsentWhereNoWidthCanPartTheValues) {
     EXPECT_EQ(Histogram::bins(std::vector<double>()), std::nullopt);
     EXPECT_EQ(Histogram::bins(std::vector<double>{1.5e308, -1.5e308}), std::nullopt);
     EXPECT_EQ(Histogram::bins(std::vector<double>{0.0, 5e-324}), std::nullopt);
-    EXPECT_EQ(Histogram::bins(std::vector<double>{2.5, 2.5})->counts,
-              std::vector<std::int64_t>{2});
+    EXPECT_EQ(Histogram::bins(std::vector<double>{2.5, 2.5})->counts, std::vector<std::int64_t>{2});
 }
 
 TEST(BoxPlotSummary, SetsOutliersApartFromTheWhiskers) {
