@@ -1,5 +1,7 @@
 #include "SorvaneMac/Shell/ChartOverlay.h"
 
+#include <cmath>
+
 #include <QAbstractSeries>
 #include <QChart>
 #include <QPainter>
@@ -44,7 +46,9 @@ void ChartOverlay::paintPoints(QPainter& painter) const {
     std::vector<bool> covered(columns * (static_cast<std::size_t>(area.height()) + 1));
     for (const QPointF& point : points) {
         const QPointF place = chart_.mapToPosition(point, &series_);
-        if (!area.contains(place)) {
+        // A point without a place is neither inside nor outside.
+        const bool isPlaced = std::isfinite(place.x()) && std::isfinite(place.y());
+        if (!isPlaced || !area.contains(place)) {
             continue;
         }
         const QPointF inside = place - area.topLeft();

@@ -114,16 +114,9 @@ bool CheckListDelegate::editorEvent(QEvent* event,
         }
         return model->setData(index, isChecked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
     }
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Space) {
-            return model->setData(index, isChecked ? Qt::Unchecked : Qt::Checked,
-                                  Qt::CheckStateRole);
-        }
-        if (hasSecond && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
-            turnSecond_(index);
-            return true;
-        }
+    if (event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
+        return model->setData(index, isChecked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
     }
     return event->type() == QEvent::MouseButtonPress ||
            event->type() == QEvent::MouseButtonDblClick;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -23,12 +24,28 @@ namespace {
 constexpr std::size_t filteredFrom = 8;
 constexpr int mostRows = 14;
 
+/// A list in which Return does something of its own.
+class ItemList final : public QListView {
+public:
+    std::function<void(const QModelIndex&)> onReturn;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (isReturn && currentIndex().isValid()) {
+            onReturn(currentIndex());
+            return;
+        }
+        QListView::keyPressEvent(event);
+    }
+};
+
 class CheckListView final : public ControlViewOf<CheckListControl> {
 public:
     explicit CheckListView(const CheckListControl& first)
         : label_(Labels::text("", "small")),
           filter_(new QLineEdit),
-          list_(new QListView),
+          list_(new ItemList),
           selectAll_(shownButton("Select all shown", true)),
           selectNone_(shownButton("Clear shown", false)) {
         auto* root = new QWidget;
@@ -85,9 +102,11 @@ private:
             keys += " Return turns " + qtText(first.secondLabel) + ".";
         }
         list_->setAccessibleDescription(keys);
-        delegate_ = std::make_unique<CheckListDelegate>(
-            qtText(first.secondLabel),
-            [this](const QModelIndex& index) { model_.turnSecond(proxy_.mapToSource(index)); });
+        const auto turnSecond = [this](const QModelIndex& index) {
+            model_.turnSecond(proxy_.mapToSource(index));
+        };
+        list_->onReturn = turnSecond;
+        delegate_ = std::make_unique<CheckListDelegate>(qtText(first.secondLabel), turnSecond);
         list_->setItemDelegate(delegate_.get());
     }
 
@@ -132,7 +151,7 @@ private:
 
     QLabel* label_;
     QLineEdit* filter_;
-    QListView* list_;
+    ItemList* list_;
     QPushButton* selectAll_;
     QPushButton* selectNone_;
     CheckListModel model_;

@@ -42,7 +42,7 @@ void ComputingOverlay::refresh() {
     const bool isComputing = state_.isComputing.get();
     label_->setText(qtText(state_.computingLabel.get()));
     cancel_->setVisible(state_.computingCancellable.get());
-    if (isComputing == isVisible()) {
+    if (isComputing != isHidden()) {
         return;
     }
     setVisible(isComputing);

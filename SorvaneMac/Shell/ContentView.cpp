@@ -117,6 +117,7 @@ void ContentView::stageFirst() {
 
 void ContentView::showHead() {
     title_->setText(qtText(content_.title));
+    scroll_->setAccessibleName(qtText(content_.title));
     subtitle_->setText(qtText(content_.subtitle));
     subtitle_->setVisible(!content_.subtitle.empty());
 }

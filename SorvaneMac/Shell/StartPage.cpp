@@ -104,6 +104,7 @@ StartPage::StartPage(Workspace& workspace) {
     auto* scroll = new QScrollArea;
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
+    scroll->setAccessibleName("Start");
     scroll->setFrameShape(QFrame::NoFrame);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);

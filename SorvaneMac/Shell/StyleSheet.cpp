@@ -57,6 +57,8 @@ QListView[navigation="true"] { background: @sidebar; border: none; outline: none
 QWidget[inspector="true"] { background: @card; }
 QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; border: none; }
 
+QScrollArea:focus { border: 1px solid @accent; }
+
 QPushButton { background: @card; border: 1px solid @strongBorder; border-radius: 6px;
     padding: 6px 13px; }
 QPushButton:hover { background: @accentGround; }

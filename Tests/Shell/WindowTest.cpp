@@ -1,0 +1,317 @@
+#include <filesystem>
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTableView>
+#include <QTextEdit>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneMac/Shell/ApaTableView.h"
+#include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/QtText.h"
+#include "Tests/Shell/OffscreenApplication.h"
+
+namespace sorvane {
+namespace {
+
+class WindowTest : public ::testing::Test {
+protected:
+    WindowTest()
+        : application_(offscreenApplication()),
+          state_(std::filesystem::path(SORVANE_SOURCE_DIR) / "Resources"),
+          screens_(state_),
+          window_(state_, screens_) {
+        window_.resize(1280, 800);
+        window_.workspace().confirm = [this](QWidget*, const Question& question) {
+            asked_.push_back(utf8(question.title + "\n" + question.text));
+            return answer_;
+        };
+        window_.workspace().dialogs.save = [this](QWidget*, const SaveRequest& request) {
+            return std::optional(folder_ / request.suggestedName);
+        };
+        std::filesystem::create_directories(folder_);
+    }
+    ~WindowTest() override { std::filesystem::remove_all(folder_); }
+
+    /// Lets the window draw what has changed.
+    void settle() { QCoreApplication::processEvents(); }
+
+    std::filesystem::path write(const std::string& name, const std::string& text) {
+        QFile file(fromPath(folder_ / name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray::fromStdString(text));
+        return folder_ / name;
+    }
+    QByteArray read(const std::string& name) {
+        QFile file(fromPath(folder_ / name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    void drop(const std::filesystem::path& file) {
+        QMimeData dropped;
+        dropped.setUrls({QUrl::fromLocalFile(fromPath(file))});
+        QDragEnterEvent enter(QPoint(600, 400), Qt::CopyAction, &dropped, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(&window_, &enter);
+        QDropEvent event(QPointF(600, 400), Qt::CopyAction, &dropped, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&window_, &event);
+        settle();
+    }
+
+    void show(StudioScreen screen) {
+        state_.selection.set(screen);
+        settle();
+    }
+
+    QPushButton* button(const QString& label) {
+        for (QPushButton* each : window_.page().findChildren<QPushButton*>()) {
+            if (each->text() == label && each->isVisibleTo(&window_)) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+
+    bool says(const QString& text) {
+        const QList<QLabel*> labels = window_.findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+            return label->isVisibleTo(&window_) && label->text() == text;
+        });
+    }
+
+    QString tableText() {
+        QString text;
+        for (const ApaTableView* table : window_.page().findChildren<ApaTableView*>()) {
+            text += table->accessibleDescription() + "\n";
+        }
+        return text;
+    }
+
+    QApplication& application_;
+    std::filesystem::path folder_ = std::filesystem::path(::testing::TempDir()) / "window";
+    StudioState state_;
+    StudioScreens screens_;
+    MainWindow window_;
+    bool answer_ = true;
+    std::vector<std::string> asked_;
+};
+
+TEST_F(WindowTest, StartsWithTheStartPage) {
+    EXPECT_TRUE(says("No dataset loaded"));
+    EXPECT_TRUE(says("Import a file or create a blank grid"));
+    std::vector<QString> cards;
+    for (const QFrame* card : window_.page().findChildren<QFrame*>()) {
+        cards.push_back(card->accessibleName());
+    }
+    for (const char* sentence : {"New Project: import a file or start with a blank spreadsheet",
+                                 "Open Project: browse saved .svp projects on this Mac"}) {
+        EXPECT_NE(std::find(cards.begin(), cards.end(), QString(sentence)), cards.end());
+    }
+    EXPECT_FALSE(button("Open…")->isEnabled());
+}
+
+TEST_F(WindowTest, ImportsADroppedFile) {
+    drop(write("two.csv", "name,score\nAda,4\nBob,5\n"));
+    EXPECT_EQ(state_.selection.get(), StudioScreen::instrumentMap);
+    EXPECT_EQ(window_.windowTitle(), "two.csv — Sorvane");
+    EXPECT_TRUE(says("2 rows × 2 columns"));
+}
+
+TEST_F(WindowTest, ShowsAFailedImportAndKeepsTheTable) {
+    state_.resetToSample();
+    drop(write("picture.webp", "RIFF"));
+    ASSERT_TRUE(state_.data.importError.get());
+    EXPECT_TRUE(says(qtText(*state_.data.importError.get())));
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+    const QString error = qtText(*state_.data.importError.get());
+    drop(write("good.csv", "a,b\n1,2\n"));
+    EXPECT_FALSE(says(error));
+}
+
+TEST_F(WindowTest, AsksBeforeAnImportClearsTheReport) {
+    state_.resetToSample();
+    state_.assembleReport();
+    const std::filesystem::path file = write("new.csv", "a,b\n1,2\n");
+    answer_ = false;
+    drop(file);
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+    EXPECT_FALSE(state_.pendingImport());
+    ASSERT_EQ(asked_.size(), 1U);
+    EXPECT_EQ(asked_[0],
+              "Import new data?\nImporting a new dataset clears the current report and staged "
+              "findings. Save the report first if you want to keep it.");
+    answer_ = true;
+    drop(file);
+    EXPECT_EQ(state_.dataset().rowCount(), 1);
+}
+
+TEST_F(WindowTest, AToggledItemChangesTheTableAndKeepsTheForm) {
+    state_.resetToSample();
+    settle();
+    ASSERT_TRUE(tableText().contains("sr2"));
+    QListView* list = nullptr;
+    for (QListView* each : window_.findChildren<QListView*>()) {
+        if (each->isVisibleTo(&window_) && each->accessibleName().startsWith("ITEMS")) {
+            list = each;
+        }
+    }
+    ASSERT_TRUE(list);
+    const QModelIndexList found = list->model()->match(list->model()->index(0, 0), Qt::DisplayRole,
+                                                       "sr2", 1, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    list->model()->setData(found.front(), Qt::Unchecked, Qt::CheckStateRole);
+    settle();
+    EXPECT_FALSE(tableText().contains("sr2"));
+    EXPECT_EQ(found.front().data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    EXPECT_TRUE(list->isVisibleTo(&window_));
+}
+
+TEST_F(WindowTest, StagesAFindingOnceWithItsFigure) {
+    state_.resetToSample();
+    settle();
+    QPushButton* add = button("Add to report");
+    ASSERT_TRUE(add);
+    add->click();
+    settle();
+    EXPECT_EQ(add->text(), "In report");
+    EXPECT_FALSE(add->isEnabled());
+    ASSERT_EQ(state_.reportItems->size(), 1U);
+    EXPECT_TRUE(state_.reportItems->front().figure.has_value());
+    state_.scale.constructName.set("Emotional intelligence");
+    settle();
+    EXPECT_TRUE(button("Add to report"));
+}
+
+TEST_F(WindowTest, AssemblesEditsAndExportsTheReport) {
+    state_.resetToSample();
+    settle();
+    window_.page().stageFirst();
+    window_.assembleReport();
+    settle();
+    auto* editor = window_.page().findChild<QTextEdit*>();
+    ASSERT_TRUE(editor->toPlainText().contains("Reliability"));
+    editor->moveCursor(QTextCursor::End);
+    editor->insertPlainText("A sentence of mine.");
+    button("Word…")->click();
+    button("Markdown…")->click();
+    EXPECT_TRUE(read("Sorvane-Report.docx").startsWith("PK"));
+    EXPECT_TRUE(read("Sorvane-Report.md").contains("A sentence of mine."));
+
+    answer_ = false;
+    button("Assemble again")->click();
+    settle();
+    EXPECT_TRUE(editor->toPlainText().contains("A sentence of mine."));
+    answer_ = true;
+    button("Assemble again")->click();
+    settle();
+    EXPECT_FALSE(editor->toPlainText().contains("A sentence of mine."));
+    EXPECT_EQ(asked_.size(), 2U);
+}
+
+TEST_F(WindowTest, CopiesATableAsHtmlAndText) {
+    state_.resetToSample();
+    settle();
+    button("Copy table")->click();
+    const QMimeData* copied = QGuiApplication::clipboard()->mimeData();
+    EXPECT_TRUE(copied->html().contains("<table"));
+    EXPECT_TRUE(copied->text().contains("sa1\t"));
+    button("Copy APA text")->click();
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("A reliability analysis"));
+}
+
+TEST_F(WindowTest, TypesIntoABlankGridAndCopiesFromIt) {
+    state_.createBlankDataset("Mine", 3, 2, std::nullopt);
+    settle();
+    auto* grid = window_.page().findChild<QTableView*>();
+    QAbstractItemModel& cells = *grid->model();
+    cells.setData(cells.index(0, 0), "4", Qt::EditRole);
+    cells.setData(cells.index(1, 1), "a b", Qt::EditRole);
+    settle();
+    EXPECT_EQ(state_.dataset().rows.cell(0, 0), "4");
+    EXPECT_EQ(cells.index(1, 1).data().toString(), "a b");
+    window_.show();
+    window_.activateWindow();
+    settle();
+    grid->setFocus();
+    grid->selectAll();
+    EXPECT_TRUE(window_.page().copySelection());
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "4\t\n\ta b\n\t\n");
+}
+
+TEST_F(WindowTest, GivesSelectedVariablesARole) {
+    state_.resetToSample();
+    show(StudioScreen::variableTypes);
+    window_.page().findChild<QTableView*>()->selectRow(1);
+    button("Independent / group")->click();
+    settle();
+    EXPECT_EQ(state_.dataset().variables[1].assignedType, VariableKind::grouping);
+}
+
+TEST_F(WindowTest, CoversTheScreenWhileComputing) {
+    state_.computingLabel.set("Running multiple imputation…");
+    state_.computingCancellable.set(true);
+    state_.isComputing.set(true);
+    settle();
+    EXPECT_TRUE(says("Running multiple imputation…"));
+    for (QPushButton* each : window_.findChildren<QPushButton*>("", Qt::FindChildrenRecursively)) {
+        if (each->text() == "Cancel") {
+            each->click();
+        }
+    }
+    settle();
+    EXPECT_FALSE(state_.isComputing.get());
+    EXPECT_FALSE(says("Running multiple imputation…"));
+}
+
+TEST_F(WindowTest, NamesEveryControlOnEveryScreen) {
+    state_.resetToSample();
+    for (const StudioScreen screen : allStudioScreens()) {
+        for (const InspectorPane pane :
+             {InspectorPane::setup, InspectorPane::guide, InspectorPane::notes}) {
+            state_.inspectorPane.set(pane);
+            show(screen);
+            for (const QWidget* widget : window_.findChildren<QWidget*>()) {
+                const auto* pressed = qobject_cast<const QAbstractButton*>(widget);
+                const bool isPart = widget->objectName().startsWith("qt_") ||
+                                    qobject_cast<const QLineEdit*>(widget) ||
+                                    widget->parentWidget()->inherits("QAbstractItemView");
+                if (!(widget->focusPolicy() & Qt::TabFocus) || isPart ||
+                    !widget->isVisibleTo(&window_) || widget->inherits("QTabBar")) {
+                    continue;
+                }
+                EXPECT_TRUE(!widget->accessibleName().isEmpty() ||
+                            (pressed && !pressed->text().isEmpty()))
+                    << rawValue(screen) << ": " << widget->metaObject()->className();
+            }
+        }
+    }
+}
+
+TEST_F(WindowTest, KeepsItsStateThroughAppearanceAndSize) {
+    state_.resetToSample();
+    settle();
+    for (const double scale : {1.0, 1.5, 2.0}) {
+        for (const Appearance appearance : {Appearance::dark, Appearance::light}) {
+            window_.setAppearance(appearance);
+            window_.setScale(scale);
+            settle();
+            EXPECT_TRUE(button("Add to report"));
+            EXPECT_TRUE(tableText().contains("sa1"));
+        }
+    }
+    window_.setScale(1.0);
+}
+
+}  // namespace
+}  // namespace sorvane
