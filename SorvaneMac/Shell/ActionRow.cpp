@@ -8,7 +8,7 @@
 #include "SorvaneMac/Platform/Clipboard.h"
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/ChartImages.h"
-#include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/ElidedLabel.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/TableCopying.h"
 #include "SorvaneMac/Shell/Theme.h"
@@ -26,7 +26,7 @@ void copyNamed(const ReportItem& item, const ReportTable& table) {
 
 ActionRow::ActionRow(StudioState& state)
     : state_(state),
-      title_(Labels::line("", "quiet")),
+      title_(new ElidedLabel),
       add_(Buttons::make(
           "Add to report", [this] { stage(); }, Buttons::Weight::primary)),
       copyText_(Buttons::make("Copy APA text",
@@ -35,7 +35,6 @@ ActionRow::ActionRow(StudioState& state)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Theme::px(8));
-    title_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(title_, 1);
     row->addWidget(copyTable_);
     row->addWidget(copyText_);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QChart>
+#include <QFontMetrics>
 #include <QGraphicsLayout>
 #include <QLegend>
 #include <QPainter>
@@ -15,6 +16,11 @@ namespace sorvane {
 namespace {
 
 constexpr int plotHeight = 250;
+constexpr int plotWidth = 312;
+constexpr int widestPlot = 900;
+/// What a box plot needs beside its boxes, and each of its labels beside its letters.
+constexpr int boxFrame = 70;
+constexpr int labelAir = 14;
 constexpr int barHeight = 24;
 constexpr int barFrame = 58;
 
@@ -85,6 +91,20 @@ int ChartDrawing::suitableHeight(const Chart& chart) {
         return barFrame + barHeight * std::max(static_cast<int>(bars->labels.size()), 2);
     }
     return plotHeight;
+}
+
+int ChartDrawing::suitableWidth(const Chart& chart, const QFont& font) {
+    const auto* plot = std::get_if<BoxPlot>(&chart.plot);
+    if (!plot) {
+        return plotWidth;
+    }
+    const QFontMetrics metrics(font);
+    int widest = 0;
+    for (const BoxPlot::Box& box : plot->boxes) {
+        widest = std::max(widest, metrics.horizontalAdvance(qtText(box.label)) + labelAir);
+    }
+    const int wanted = boxFrame + widest * static_cast<int>(plot->boxes.size());
+    return std::clamp(wanted, plotWidth, widestPlot);
 }
 
 QString ChartDrawing::spokenDescription(const Chart& chart) {

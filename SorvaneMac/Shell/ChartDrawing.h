@@ -24,6 +24,8 @@ public:
 
     /// The height that suits the chart: fixed for a plot, by the number of bars for bars.
     static int suitableHeight(const Chart& chart);
+    /// The width in which the labels of a chart stand whole, within reason.
+    static int suitableWidth(const Chart& chart, const QFont& font);
     /// What the chart shows, for those who hear the window.
     static QString spokenDescription(const Chart& chart);
 

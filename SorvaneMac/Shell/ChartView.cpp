@@ -19,7 +19,6 @@ namespace sorvane {
 
 namespace {
 
-constexpr int naturalWidth = 312;
 constexpr int smallestWidth = 260;
 
 QByteArray qtBytes(const std::vector<std::uint8_t>& bytes) {
@@ -40,7 +39,8 @@ ChartView::ChartView(Chart chart)
 ChartView::~ChartView() = default;
 
 QSize ChartView::sizeHint() const {
-    return {Theme::px(naturalWidth), Theme::px(ChartDrawing::suitableHeight(chart_))};
+    return {Theme::px(ChartDrawing::suitableWidth(chart_, Theme::faces(11.5))),
+            Theme::px(ChartDrawing::suitableHeight(chart_))};
 }
 
 QSize ChartView::minimumSizeHint() const {

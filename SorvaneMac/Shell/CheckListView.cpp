@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +15,7 @@
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
@@ -55,11 +55,9 @@ public:
         column->addWidget(label_);
         column->addWidget(filter_);
         column->addWidget(list_);
-        auto* buttons = new QHBoxLayout;
-        buttons->setSpacing(Theme::px(6));
+        auto* buttons = new WrapLayout(Theme::px(6));
         buttons->addWidget(selectAll_);
         buttons->addWidget(selectNone_);
-        buttons->addStretch(1);
         column->addLayout(buttons);
         adopt(root);
         prepareFilter(qtText(first.label));
@@ -93,6 +91,7 @@ private:
         list_->setModel(&proxy_);
         list_->setUniformItemSizes(true);
         list_->setMouseTracking(true);
+        list_->setMinimumWidth(Theme::px(100));
         list_->setSelectionMode(QAbstractItemView::NoSelection);
         list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
         list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -146,6 +145,9 @@ private:
         model_.show(control());
         label_->setText(countedLabel());
         filter_->setVisible(control().items.size() >= filteredFrom);
+        for (QWidget* part : std::initializer_list<QWidget*>{list_, selectAll_, selectNone_}) {
+            part->setVisible(!control().items.empty());
+        }
         fitHeight();
     }
 

@@ -14,6 +14,7 @@
 #include "SorvaneMac/Shell/ReportEditor.h"
 #include "SorvaneMac/Shell/ReportExporting.h"
 #include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
@@ -135,10 +136,10 @@ QWidget* FindingsPage::editorColumn() {
     auto* column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::px(10));
-    auto* bar = new QHBoxLayout;
+    auto* exports = new QWidget;
+    auto* bar = new QHBoxLayout(exports);
+    bar->setContentsMargins(0, 0, 0, 0);
     bar->setSpacing(Theme::px(6));
-    bar->addWidget(formats_);
-    bar->addStretch(1);
     for (const auto& [label, format] :
          {std::pair("PDF…", ReportFormat::pdf), std::pair("Word…", ReportFormat::docx),
           std::pair("RTF…", ReportFormat::rtf), std::pair("Markdown…", ReportFormat::md)}) {
@@ -149,7 +150,10 @@ QWidget* FindingsPage::editorColumn() {
         button->setAccessibleName("Export " + exportLabel(chosen));
         bar->addWidget(button);
     }
-    column->addLayout(bar);
+    auto* bars = new WrapLayout(Theme::px(12));
+    bars->addWidget(formats_);
+    bars->addWidget(exports);
+    column->addLayout(bars);
     placeholder_->setAlignment(Qt::AlignCenter);
     column->addWidget(placeholder_, 1);
     column->addWidget(editor_, 1);

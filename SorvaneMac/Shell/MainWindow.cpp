@@ -94,12 +94,17 @@ void MainWindow::buildPanes() {
     panes->addWidget(middle);
     panes->addWidget(inspector_);
     panes->setStretchFactor(1, 1);
-    navigation_->setMinimumWidth(Theme::px(170));
-    inspector_->setMinimumWidth(Theme::px(240));
-    middle->setMinimumWidth(Theme::px(380));
+    navigation_->setMinimumWidth(Theme::px(130));
+    inspector_->setMinimumWidth(Theme::px(230));
+    middle->setMinimumWidth(Theme::px(330));
     panes->setSizes({std::max(Theme::px(navigationWidth), navigation_->suitableWidth()), width(),
                      Theme::px(inspectorWidth)});
-    setCentralWidget(panes);
+    // The overlay lies over the panes and is none of them.
+    auto* center = new QWidget;
+    auto* whole = new QVBoxLayout(center);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(panes);
+    setCentralWidget(center);
 }
 
 void MainWindow::buildStatus() {

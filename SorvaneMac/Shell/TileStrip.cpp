@@ -1,5 +1,7 @@
 #include "SorvaneMac/Shell/TileStrip.h"
 
+#include <algorithm>
+
 #include <QFrame>
 #include <QGridLayout>
 #include <QLabel>
@@ -14,6 +16,7 @@ namespace sorvane {
 namespace {
 
 constexpr int tilesInRow = 5;
+constexpr int narrowestTile = 128;
 /// A value longer than this stands in smaller type.
 constexpr int shortValue = 9;
 
@@ -36,8 +39,9 @@ QWidget* tileCard(const Tile& tile) {
 }
 
 /// Rows as even as they can be: six tiles stand three and three, not five and one.
-int columnsFor(int count) {
-    const int rows = (count + tilesInRow - 1) / tilesInRow;
+int columnsFor(int count, int width) {
+    const int fitting = std::clamp(width / Theme::px(narrowestTile), 1, tilesInRow);
+    const int rows = (count + fitting - 1) / fitting;
     return rows == 0 ? 1 : (count + rows - 1) / rows;
 }
 
@@ -54,17 +58,34 @@ void TileStrip::show(const std::vector<Tile>& tiles) {
         return;
     }
     tiles_ = tiles;
+    qDeleteAll(cards_);
+    cards_.clear();
+    for (const Tile& tile : tiles) {
+        cards_.push_back(tileCard(tile));
+    }
+    arrange();
+}
+
+void TileStrip::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void TileStrip::arrange() {
+    const int columns = columnsFor(static_cast<int>(cards_.size()), width());
+    if (columns == columns_ && grid_->count() == static_cast<int>(cards_.size())) {
+        return;
+    }
+    columns_ = columns;
     while (QLayoutItem* item = grid_->takeAt(0)) {
-        delete item->widget();
         delete item;
     }
-    const int columns = columnsFor(static_cast<int>(tiles.size()));
     for (int column = 0; column < tilesInRow; ++column) {
         grid_->setColumnStretch(column, column < columns ? 1 : 0);
     }
     int place = 0;
-    for (const Tile& tile : tiles) {
-        grid_->addWidget(tileCard(tile), place / columns, place % columns);
+    for (QWidget* card : cards_) {
+        grid_->addWidget(card, place / columns, place % columns);
         ++place;
     }
 }

@@ -17,8 +17,15 @@ public:
 
     void show(const std::vector<Tile>& tiles);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    void arrange();
+
     std::vector<Tile> tiles_;
+    std::vector<QWidget*> cards_;
+    int columns_ = 0;
     QGridLayout* grid_;
 };
 

@@ -4,7 +4,6 @@
 #include <boost/mp11/algorithm.hpp>
 
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QTableView>
@@ -17,6 +16,7 @@
 #include "SorvaneMac/Shell/RowTable.h"
 #include "SorvaneMac/Shell/Theme.h"
 #include "SorvaneMac/Shell/VariableTypesModel.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
@@ -87,9 +87,8 @@ VariableTypesPage::~VariableTypesPage() {
 
 QWidget* VariableTypesPage::quickRoles() {
     auto* bar = new QWidget;
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Theme::px(6));
+    auto* row = new WrapLayout(Theme::px(6));
+    bar->setLayout(row);
     row->addWidget(Labels::line("Selected:", "small"));
     boost::mp11::mp_for_each<boost::describe::describe_enumerators<UserVariableRole>>(
         [this, row](auto enumerator) {
@@ -98,7 +97,6 @@ QWidget* VariableTypesPage::quickRoles() {
                 qtText(displayName(role)), [this, role] { assignSelected(role); },
                 Buttons::Weight::tool));
         });
-    row->addStretch(1);
     return bar;
 }
 
