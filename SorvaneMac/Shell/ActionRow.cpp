@@ -12,6 +12,7 @@
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/TableCopying.h"
 #include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -36,9 +37,11 @@ ActionRow::ActionRow(StudioState& state)
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Theme::px(8));
     row->addWidget(title_, 1);
-    row->addWidget(copyTable_);
-    row->addWidget(copyText_);
-    row->addWidget(add_);
+    auto* buttons = new WrapLayout(Theme::px(8));
+    for (QPushButton* button : {copyTable_, copyText_, add_}) {
+        buttons->addWidget(button);
+    }
+    row->addLayout(buttons);
 }
 
 void ActionRow::show(const Finding& finding) {

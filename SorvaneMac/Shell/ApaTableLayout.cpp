@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QFontMetrics>
+#include <QPainter>
 #include <QRegularExpression>
 
 #include "SorvaneMac/Report/APAFormat.h"

@@ -110,6 +110,7 @@ public:
               qtText(first.label),
               [this] { press(); },
               first.isPrimary ? Buttons::Weight::primary : Buttons::Weight::ordinary)) {
+        button_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         adopt(button_);
     }
     bool suits(const Control& next) const override {

@@ -1,8 +1,5 @@
 #include "SorvaneMac/Shell/VariableTypesPage.h"
 
-#include <boost/describe/enumerators.hpp>
-#include <boost/mp11/algorithm.hpp>
-
 #include <QComboBox>
 #include <QItemSelectionModel>
 #include <QPushButton>
@@ -90,13 +87,12 @@ QWidget* VariableTypesPage::quickRoles() {
     auto* row = new WrapLayout(Theme::px(6));
     bar->setLayout(row);
     row->addWidget(Labels::line("Selected:", "small"));
-    boost::mp11::mp_for_each<boost::describe::describe_enumerators<UserVariableRole>>(
-        [this, row](auto enumerator) {
-            const UserVariableRole role = enumerator.value;
-            row->addWidget(Buttons::make(
-                qtText(displayName(role)), [this, role] { assignSelected(role); },
-                Buttons::Weight::tool));
-        });
+    using enum UserVariableRole;
+    for (const UserVariableRole role : {outcome, independent, scaleItem, openEnded, doNotAnalyze}) {
+        row->addWidget(Buttons::make(
+            qtText(displayName(role)), [this, role] { assignSelected(role); },
+            Buttons::Weight::tool));
+    }
     return bar;
 }
 
