@@ -1,6 +1,9 @@
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <QApplication>
@@ -28,10 +31,46 @@ std::optional<std::string> valueAfter(const std::vector<std::string>& words,
     return std::nullopt;
 }
 
+constexpr std::string_view usage =
+    "sorvane [FILE]                              opens the window, on a data file\n"
+    "sorvane call PROCEDURE [--data FILE] [--pretty] [ARGS.json]\n"
+    "                                            calls a procedure by name\n"
+    "sorvane procedures                          lists them with their arguments\n"
+    "sorvane describe FILE [--rows N]            prints what an import finds\n"
+    "sorvane run SCRIPT.json [--out DIR]         runs a studio script\n"
+    "sorvane --screenshots DIR [--project FILE]  draws every screen\n"
+    "sorvane --help, sorvane --version\n";
+
+bool isSet(const char* variable) {
+    return !qEnvironmentVariableIsEmpty(variable);
+}
+
+/// What stands against opening a window on these words: the exit status and a sentence.
+std::optional<std::pair<int, std::string>> objection(const std::vector<std::string>& words) {
+    if (!words.empty() && !words.front().starts_with("-") &&
+        !std::filesystem::exists(words.front())) {
+        return std::pair(2, "There is no command and no file \"" + words.front() +
+                                "\"; `sorvane --help` lists the commands.");
+    }
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM")) {
+        return std::pair(1, std::string("There is no display to open a window on; `sorvane --help` "
+                                        "lists what needs none."));
+    }
+    return std::nullopt;
+}
+
+/// Without a window the toolkit's own remarks are noise between the answers.
+void passOnFailuresAlone(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        std::cerr << message.toStdString() << '\n';
+    }
+}
+
 int runCommandLine(const std::vector<std::string>& words, int& count, char** arguments) {
     // A script may draw figures and print pages, which takes the toolkit but no display.
     std::optional<QApplication> application;
     if (words.front() == "run") {
+        qInstallMessageHandler(&passOnFailuresAlone);
         qputenv("QT_QPA_PLATFORM", "offscreen");
         application.emplace(count, arguments);
     }
@@ -47,8 +86,21 @@ int main(int count, char** arguments) {
     if (!words.empty() && Commands::isCommand(words.front())) {
         return runCommandLine(words, count, arguments);
     }
+    if (!words.empty() && (words.front() == "--help" || words.front() == "help")) {
+        std::cout << usage;
+        return 0;
+    }
+    if (!words.empty() && words.front() == "--version") {
+        std::cout << "Sorvane 0.1.0\n";
+        return 0;
+    }
     const std::optional<std::string> pictures = valueAfter(words, "--screenshots");
+    if (const auto reason = pictures ? std::nullopt : objection(words)) {
+        std::cerr << reason->second << '\n';
+        return reason->first;
+    }
     if (pictures) {
+        qInstallMessageHandler(&passOnFailuresAlone);
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application(count, arguments);

@@ -158,7 +158,7 @@ std::string fromWindows1252(std::string_view bytes) {
 
 /// How files that are no text begin: programs, archives and workbooks, pages, pictures, system
 /// files of statistics programs. Latin-1 would take them, as it takes any byte.
-constexpr std::array<std::string_view, 9> binarySignatures = {
+constexpr std::array<std::string_view, 8> binarySignatures = {
     "\x7F"
     "ELF",
     "PK\x03\x04",
@@ -167,7 +167,6 @@ constexpr std::array<std::string_view, 9> binarySignatures = {
     "%PDF-",
     "\x89PNG\r\n",
     "\xFF\xD8\xFF",
-    "GIF8",
     "$FL2@(#)"};
 
 bool isBinary(std::string_view bytes) {

@@ -149,7 +149,8 @@ std::vector<std::string> CallArguments::textColumn(const std::string& name) cons
 std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,
                                                          const std::string& namesKey) const {
     const Json* json = find(name);
-    const Json& columns = json ? *json : given(namesKey);
+    const Json* names = json ? json : find(namesKey);
+    const Json& columns = names ? *names : given(name);
     if (!columns.is_array()) {
         throw CallError("The argument \"" + (json ? name : namesKey) +
                         "\" needs a list of columns.");

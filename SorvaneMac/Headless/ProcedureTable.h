@@ -147,8 +147,13 @@ Procedure procedure(std::string name, Function function, Arguments... declared) 
     Procedure result;
     result.name = std::move(name);
     (
-        [&result](std::vector<ProcedureArgument> listed) {
-            result.arguments.insert(result.arguments.end(), listed.begin(), listed.end());
+        [&result](const std::vector<ProcedureArgument>& listed) {
+            for (const ProcedureArgument& each : listed) {
+                std::erase_if(result.arguments, [&each](const ProcedureArgument& former) {
+                    return former.name == each.name;
+                });
+                result.arguments.push_back(each);
+            }
         }(declared.listed()),
         ...);
     result.call = [function,

@@ -6,6 +6,7 @@
 #include "SorvaneMac/Headless/OperationTable.h"
 #include "SorvaneMac/Report/ReportFiles.h"
 #include "SorvaneMac/Report/RichDocument.h"
+#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
 
@@ -176,7 +177,7 @@ Json StudioScript::stageScreen(const Json& argument) {
     screens_.appear(id);
     const ScreenContent content = screens_.at(id).content();
     if (content.findings.empty()) {
-        throw StepRefused(content.gate ? content.gate->title + ". " + content.gate->text
+        throw StepRefused(content.gate ? ResultText::sentence(*content.gate)
                                        : "The screen shows no finding to stage.");
     }
     Json stagedItems = Json::array();

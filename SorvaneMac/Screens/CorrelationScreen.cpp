@@ -239,7 +239,7 @@ Guide CorrelationScreen::guide() const {
 
 std::optional<std::string> CorrelationScreen::run() {
     if (const std::optional<Gate> gate = content().gate) {
-        return gate->title + ". " + gate->text;
+        return ResultText::sentence(*gate);
     }
     return std::nullopt;
 }

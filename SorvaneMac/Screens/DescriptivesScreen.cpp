@@ -307,7 +307,9 @@ Finding DescriptivesScreen::finding(const DescriptiveSummary& figures) const {
     table.rows = {summaryRow(variable(), figures)};
     table.note = std::string(reportNote);
     item.table = std::move(table);
-    item.caution = std::string(reportNote);
+    for (const std::string& message : ResultText::messages(figures.readiness)) {
+        item.caution = item.caution ? *item.caution + " " + message : message;
+    }
     item.figureCaption = "Histogram of " + variable() + ".";
     return {.item = std::move(item), .figure = histogram()};
 }
@@ -325,7 +327,7 @@ Guide DescriptivesScreen::guide() const {
 
 std::optional<std::string> DescriptivesScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
-        return missing->title + ". " + missing->text;
+        return ResultText::sentence(*missing);
     }
     return std::nullopt;
 }

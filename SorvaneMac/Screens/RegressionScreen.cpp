@@ -242,6 +242,9 @@ Finding RegressionScreen::finding() const {
         ", R² = " + svFmtBounded(result.rSquared, 2) +
         ", adjusted R² = " + svFmtBounded(result.adjustedRSquared, 2) + ".";
     item.table = coefficientTable(result);
+    for (const std::string& message : ResultText::messages(result.readiness)) {
+        *item.table->note += " " + message;
+    }
     item.extraTables = std::vector<ReportTable>{modelTable(result)};
     item.caution = std::string(caution);
     const Chart figure = chart();
@@ -263,7 +266,7 @@ Guide RegressionScreen::guide() const {
 
 std::optional<std::string> RegressionScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
-        return missing->title + ". " + missing->text;
+        return ResultText::sentence(*missing);
     }
     model_ = fit();
     fields_.regHasRun.replace(true);

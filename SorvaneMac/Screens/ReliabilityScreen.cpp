@@ -100,14 +100,35 @@ std::vector<Passage> interpretation(const ReliabilityResult& result) {
     return passages;
 }
 
-/// All warnings of the result, as they are printed with the finding.
-std::string reportCaution(const ReliabilityResult& result) {
+/// All warnings of the result, as they are printed with the finding, and what was done to items.
+std::string reportCaution(const ReliabilityResult& result,
+                          const std::vector<ReverseCodedItem>& reverseCoded) {
     std::string text;
     for (const std::string& warning : result.warnings) {
         text += text.empty() ? "" : " ";
         text += warning;
     }
-    return text;
+    std::string reversed;
+    for (const ReverseCodedItem& each : reverseCoded) {
+        reversed += reversed.empty() ? "" : ", ";
+        reversed += each.item;
+    }
+    return reversed.empty() ? text : text + " Reverse-coded before the analysis: " + reversed + ".";
+}
+
+/// Items that run against the rest: worded in reverse, most likely.
+std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result) {
+    std::vector<EvidenceLine> lines;
+    for (const ReliabilityItemStatistic& each : result.itemStatistics) {
+        if (each.correctedItemTotalCorrelation.value_or(0.0) < 0.0) {
+            lines.push_back(
+                {.tone = EvidenceTone::caution,
+                 .title = each.itemName + " runs against the other items",
+                 .detail = "r = " + svFmtBounded(each.correctedItemTotalCorrelation, 2) +
+                           ". If it is worded in reverse, switch Rev on."});
+        }
+    }
+    return lines;
 }
 
 std::string reportSentence(const std::string& construct, const ReliabilityResult& result) {
@@ -301,7 +322,8 @@ ScreenContent ReliabilityScreen::content() const {
          .wide = true});
     content.cards.push_back({.title = "Item-total correlations",
                              .subtitle = "Each item with the sum of the others",
-                             .charts = {itemTotalChart(result)}});
+                             .charts = {itemTotalChart(result)},
+                             .evidence = oppositeItems(result)});
     content.cards.push_back({.title = "Plain-language interpretation",
                              .subtitle = "Do not overclaim validity",
                              .passages = interpretation(result)});
@@ -318,7 +340,7 @@ Finding ReliabilityScreen::finding(const ReliabilityResult& result) const {
     item.table = itemTotalTable(
         result, {"Item", "M if deleted", "Var if deleted", "r", "α if deleted"}, reportDecimals);
     item.table->note = reportNote(construct, result);
-    item.caution = reportCaution(result);
+    item.caution = reportCaution(result, options(result.itemNames).reverseCoded);
     item.figureCaption = "Corrected item-total correlations of the " + construct + " scale.";
     return {.item = std::move(item), .figure = itemTotalChart(result)};
 }
@@ -337,7 +359,7 @@ Guide ReliabilityScreen::guide() const {
 
 std::optional<std::string> ReliabilityScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
-        return missing->title + ". " + missing->text;
+        return ResultText::sentence(*missing);
     }
     return std::nullopt;
 }

@@ -44,6 +44,11 @@ std::vector<std::string> messages(const AnalysisReadiness& readiness) {
     return result;
 }
 
+std::string sentence(const Gate& gate) {
+    const bool isWhole = gate.title.ends_with('.');
+    return gate.title + (isWhole ? " " : ". ") + gate.text;
+}
+
 Gate noDataGate() {
     return {.title = "No dataset loaded",
             .lead = "Import a file or create a blank grid",

@@ -21,6 +21,9 @@ std::string_view significanceWords(double p);
 /// The messages of the issues, in order.
 std::vector<std::string> messages(const AnalysisReadiness& readiness);
 
+/// What a gate says, as running text.
+std::string sentence(const Gate& gate);
+
 /// What a screen shows while there is no table.
 Gate noDataGate();
 

@@ -2,22 +2,11 @@
 
 #include <QApplication>
 
-#include "SorvaneMac/Shell/Theme.h"
-
 namespace sorvane {
 
-/// The toolkit's application, made once for all tests of a program.
+/// The toolkit's application, which the test program's main makes before any test.
 inline QApplication& offscreenApplication() {
-    static int count = 1;
-    static char name[] = "ShellTest";
-    static char* words[] = {name, nullptr};
-    static QApplication application(count, words);
-    static const bool isPrepared = [] {
-        Theme::apply(application, Appearance::light);
-        return true;
-    }();
-    static_cast<void>(isPrepared);
-    return application;
+    return *static_cast<QApplication*>(QCoreApplication::instance());
 }
 
 }  // namespace sorvane
