@@ -10,7 +10,7 @@ namespace sorvane {
 namespace {
 
 constexpr int writeBackMilliseconds = 400;
-constexpr double pageMargin = 30.0;
+constexpr double pageMargin = 22.0;
 
 }  // namespace
 

@@ -32,24 +32,28 @@ QLayoutItem* WrapLayout::takeAt(int index) {
 
 std::vector<QRect> WrapLayout::places(int width) const {
     std::vector<QRect> found;
+    std::size_t rowStart = 0;
     int left = 0;
     int top = 0;
     int rowHeight = 0;
-    for (const auto& item : items_) {
-        if (item->isEmpty()) {
-            found.emplace_back();
-            continue;
+    const auto endRow = [&] {
+        for (; rowStart < found.size(); ++rowStart) {
+            found[rowStart].moveTop(top + (rowHeight - found[rowStart].height()) / 2);
         }
-        const QSize size = item->sizeHint();
+        top += rowHeight + spacing();
+        left = 0;
+        rowHeight = 0;
+    };
+    for (const auto& item : items_) {
+        const QSize size = item->isEmpty() ? QSize(0, 0) : item->sizeHint();
         if (left > 0 && left + size.width() > width) {
-            left = 0;
-            top += rowHeight + spacing();
-            rowHeight = 0;
+            endRow();
         }
         found.emplace_back(QPoint(left, top), size);
-        left += size.width() + spacing();
+        left += size.width() + (size.isEmpty() ? 0 : spacing());
         rowHeight = std::max(rowHeight, size.height());
     }
+    endRow();
     return found;
 }
 
