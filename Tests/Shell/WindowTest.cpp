@@ -99,7 +99,7 @@ protected:
     }
 
     QApplication& application_;
-    std::filesystem::path folder_ = std::filesystem::path(::testing::TempDir()) / "window";
+    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / Uuid::fresh().text();
     StudioState state_;
     StudioScreens screens_;
     MainWindow window_;
