@@ -53,7 +53,7 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.title = "Model summary";
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
     table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
-                   svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
+                   svFmtBounded(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
                    svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
                    ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;
