@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/Uuid.h"
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Project/JsonSink.h"
 
 /// The JSON form of every record: an object with the field names as keys in the order of the
@@ -202,12 +203,12 @@ T toList(const Json& json) {
         failWanting("a list");
     }
     T list;
-    std::size_t index = 0;
+    std::int64_t index = 0;
     for (const Json& element : json) {
         try {
             list.insert(list.end(), fromJson<typename T::value_type>(element));
         } catch (const RecordJsonError& error) {
-            throw error.within("[" + std::to_string(index) + "]");
+            throw error.within("[" + NumberText::integer(index) + "]");
         }
         ++index;
     }
