@@ -17,26 +17,20 @@ public:
     Screen& at(StudioScreen id) const { return *screens_.at(id); }
     /// Runs the seed of a screen that comes into view.
     void appear(StudioScreen id) { at(id).seed(); }
-    /// What the screen shows, put together anew only after a field changed that it may show.
+    /// What the screen shows, put together anew only after a field changed that it reads.
     const ScreenContent& content(StudioScreen id);
 
     ScreenFields fields;
 
 private:
     struct KeptContent {
-        std::uint64_t version = 0;
+        FieldReads reads;
         ScreenContent content;
     };
-
-    void noteChange(const AnyField& field);
 
     StudioState& state_;
     std::map<StudioScreen, std::unique_ptr<Screen>> screens_;
     std::map<StudioScreen, KeptContent> kept_;
-    /// Count the changes of what any screen shows, and of the report, which few show.
-    std::uint64_t version_ = 0;
-    std::uint64_t reportVersion_ = 0;
-    Subscription changes_;
 };
 
 }  // namespace sorvane

@@ -11,12 +11,25 @@ AnyField::AnyField(FieldRegistry& registry, std::string name, ResetRule rule)
 }
 
 void AnyField::announce() {
-    expectOwnThread();
+    assert(registry_.owner_ == std::this_thread::get_id());
+    ++version_;
     registry_.announce(*this);
 }
 
-void AnyField::expectOwnThread() const {
+void AnyField::noteRead() const {
     assert(registry_.owner_ == std::this_thread::get_id());
+    if (registry_.recording_) {
+        registry_.recording_->add(*this);
+    }
+}
+
+bool FieldReads::areCurrent() const {
+    return std::all_of(versions_.begin(), versions_.end(),
+                       [](const auto& read) { return read.first->version_ == read.second; });
+}
+
+void FieldReads::add(const AnyField& field) {
+    versions_.try_emplace(&field, field.version_);
 }
 
 Subscription FieldRegistry::observe(Observer observer) {
@@ -58,7 +71,6 @@ void FieldRegistry::add(AnyField& field) {
 }
 
 void FieldRegistry::announce(const AnyField& field) {
-    ++version_;
     // An observer may subscribe another or let one go, so the list is copied first.
     const std::vector<std::weak_ptr<Observer>> observers = observers_;
     for (const std::weak_ptr<Observer>& observer : observers) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -66,13 +69,31 @@ public:
 
 protected:
     void announce();
-    /// Fields belong to the thread that made their registry.
-    void expectOwnThread() const;
+    /// Every read passes here: fields belong to the thread that made their registry, and a
+    /// recording under way notes the field.
+    void noteRead() const;
 
 private:
+    friend class FieldReads;
+
     FieldRegistry& registry_;
     std::string name_;
     ResetRule rule_;
+    /// Counts the changes of this field.
+    std::uint64_t version_ = 0;
+};
+
+/// The fields that something was derived from, each as it stood then.
+class FieldReads {
+public:
+    /// Whether none of the fields changed since.
+    bool areCurrent() const;
+
+private:
+    friend class AnyField;
+    void add(const AnyField& field);
+
+    std::map<const AnyField*, std::uint64_t> versions_;
 };
 
 /// Keeps an observer subscribed for as long as it lives.
@@ -91,8 +112,14 @@ public:
     const std::vector<AnyField*>& fields() const { return fields_; }
     /// The field of that name; null without one.
     AnyField* find(std::string_view name) const;
-    /// Counts changes, so that what was derived from the fields can be kept until one changes.
-    std::uint64_t version() const { return version_; }
+    /// The fields that `derive` reads, so that what it derives can be kept until one changes.
+    /// `derive` must not record in its turn.
+    template <typename Derive>
+    FieldReads recordReads(Derive&& derive) {
+        recording_.emplace();
+        std::forward<Derive>(derive)();
+        return *std::exchange(recording_, std::nullopt);
+    }
 
     /// Returns every field of the rule `withDataset` to its start.
     void resetWithDataset();
@@ -106,7 +133,7 @@ private:
 
     std::vector<AnyField*> fields_;
     std::vector<std::weak_ptr<Observer>> observers_;
-    std::uint64_t version_ = 0;
+    std::optional<FieldReads> recording_;
     const std::thread::id owner_ = std::this_thread::get_id();
 };
 
@@ -121,7 +148,7 @@ public:
         : AnyField(registry, std::move(name), rule), start_(std::move(start)), value_(start_) {}
 
     const T& get() const {
-        expectOwnThread();
+        noteRead();
         return value_;
     }
     const T& operator*() const { return get(); }
@@ -147,8 +174,8 @@ public:
     }
 
     void reset() override { replace(start_); }
-    bool isAtStart() const override { return value_ == start_; }
-    Json json() const override { return toJson(value_); }
+    bool isAtStart() const override { return get() == start_; }
+    Json json() const override { return toJson(get()); }
     void setJson(const Json& json) override { replace(fromJson<T>(json)); }
 
     void renameVariable(std::string_view from, std::string_view to) override {

@@ -16,11 +16,24 @@ TEST(Field, TellsItsObserversOfChangesAlone) {
     count.set(4);
     count.edit([](int& value) { ++value; });
     EXPECT_EQ(told.size(), 2U);
-    EXPECT_EQ(registry.version(), 2U);
     watching.reset();
     count.reset();
     EXPECT_EQ(told.size(), 2U);
     EXPECT_EQ(*count, 3);
+}
+
+TEST(Field, ReadsOfADerivedValueAreCurrentUntilOneOfThemChanges) {
+    FieldRegistry registry;
+    Field<int> price(registry, "price", 3);
+    Field<int> amount(registry, "amount", 2);
+    Field<std::string> note(registry, "note");
+    int total = 0;
+    const FieldReads reads = registry.recordReads([&] { total = *price * *amount; });
+    EXPECT_EQ(total, 6);
+    note.set("typed");
+    EXPECT_TRUE(reads.areCurrent());
+    amount.set(5);
+    EXPECT_FALSE(reads.areCurrent());
 }
 
 TEST(Field, FollowsAColumnThatIsRenamedOrRemoved) {
