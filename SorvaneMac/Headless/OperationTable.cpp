@@ -96,6 +96,12 @@ const std::vector<Operation>& all() {
          [](State& state, const Call& given) {
              state.stageResearcherNote(given.required<StudioScreen>("screen"));
          }},
+        {"saveMethodFile",
+         [](State& state, const Call& given) {
+             if (!state.saveMethodFile(given.required<std::string>("file"))) {
+                 throw CallError(*state.saveStatusMessage.get());
+             }
+         }},
         {"cancelComputing",
          [](State& state, const Call&) {
              state.cancelComputing();

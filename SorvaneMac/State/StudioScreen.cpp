@@ -70,6 +70,44 @@ bool isAdvanced(StudioScreen screen) {
     return screen >= StudioScreen::multilevel && screen <= StudioScreen::invariance;
 }
 
+std::string_view methodName(StudioScreen screen) {
+    switch (screen) {
+        case StudioScreen::dataQuality:
+            return "data quality scan";
+        case StudioScreen::scalesReliability:
+            return "scale reliability";
+        case StudioScreen::descriptives:
+            return "descriptive statistics";
+        case StudioScreen::inferential:
+        case StudioScreen::groupPatterns:
+            return "group comparison";
+        case StudioScreen::correlation:
+        case StudioScreen::relationships:
+            return "correlation analysis";
+        case StudioScreen::regression:
+            return "regression analysis";
+        case StudioScreen::nonparametric:
+        case StudioScreen::categoricalTests:
+            return "nonparametric analysis";
+        case StudioScreen::dataReduction:
+            return "data reduction";
+        case StudioScreen::multivariate:
+            return "multivariate analysis";
+        case StudioScreen::sem:
+            return "structural equation modeling";
+        case StudioScreen::survey:
+            return "weighted estimation";
+        case StudioScreen::multilevel:
+            return "multilevel analysis";
+        case StudioScreen::latentClass:
+            return "latent class analysis";
+        case StudioScreen::survival:
+            return "survival analysis";
+        default:
+            return "project review";
+    }
+}
+
 const std::vector<StudioScreen>& allStudioScreens() {
     static const std::vector<StudioScreen> screens = [] {
         std::vector<StudioScreen> all;

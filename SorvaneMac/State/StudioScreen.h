@@ -74,6 +74,9 @@ std::string_view rawValue(StudioScreen screen);
 /// The title shown in the navigation and above the screen.
 std::string_view title(StudioScreen screen);
 bool isAdvanced(StudioScreen screen);
+/// What a method record calls the screen's analysis: "scale reliability"; "project review" for a
+/// screen that analyses nothing.
+std::string_view methodName(StudioScreen screen);
 const std::vector<StudioScreen>& allStudioScreens();
 
 /// The groups of the navigation list.

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Project/MethodFile.h"
 #include "SorvaneMac/Report/ReportItem.h"
 #include "SorvaneMac/State/DatasetFields.h"
 #include "SorvaneMac/State/DerivedVariableFields.h"
@@ -124,6 +125,23 @@ public:
     void stageResearcherNote(StudioScreen screen);
     bool researcherNoteIsStaged(StudioScreen screen) const;
 
+    // The method record.
+
+    /// What the analysis of the present screen is repeated from. Each call makes a record of its
+    /// own, with a fresh identifier and the present time.
+    MethodFile activeMethodFile() const;
+    /// The variables that the record of the present screen names.
+    std::vector<std::string> activeVariablesUsed() const;
+    /// Writes a record; into a folder, under its default name. Says in `saveStatusMessage` how it
+    /// went.
+    ///
+    /// Returns    whether it was written
+    bool saveMethodFile(const std::filesystem::path& file, const MethodFile& record);
+    /// Writes the record of the present screen.
+    bool saveMethodFile(const std::filesystem::path& file) {
+        return saveMethodFile(file, activeMethodFile());
+    }
+
     // Long computations.
 
     void cancelComputing();
@@ -139,6 +157,7 @@ private:
                       bool editable);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
     std::string trimmedNote(StudioScreen screen) const;
+    std::map<std::string, std::string> methodOptions() const;
     void postAction(std::string_view action);
 
     std::filesystem::path resources_;
