@@ -173,10 +173,10 @@ double fRightTailPValue(double f, double df1, double df2) {
     if (!(df1 > 0.0 && df2 > 0.0 && f >= 0.0)) {
         return notANumber;
     }
-    if (std::isinf(f)) {
+    const double u = f * df1;
+    if (std::isinf(u)) {
         return 0.0;
     }
-    const double u = f * df1;
     if (std::isinf(df2)) {
         return chiSquareRightTailPValue(u, df1);
     }

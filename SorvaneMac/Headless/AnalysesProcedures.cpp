@@ -18,6 +18,14 @@ using ColumnList = std::vector<NumericColumn>;
 
 constexpr double confidenceLevel = 0.95;
 
+/// The columns of the named items: empty ones where a matrix without rows has names alone.
+ColumnList namedItems(ColumnList items, const std::vector<std::string>& names) {
+    if (items.empty()) {
+        items.resize(names.size());
+    }
+    return items;
+}
+
 /// The matrix that columns of one length make.
 ItemMatrix itemMatrix(const ColumnList& items) {
     ItemMatrix matrix{.rows = items.empty() ? 0 : items.front().size(), .items = items.size()};
@@ -34,7 +42,9 @@ ReliabilityOptions withNames(ReliabilityOptions options,
                              const ColumnList& items,
                              const std::vector<std::string>& names) {
     options.itemNames = names;
-    options.itemNames.resize(items.size());
+    if (names.empty()) {
+        options.itemNames.resize(items.size());
+    }
     return options;
 }
 
@@ -76,8 +86,7 @@ std::vector<Procedure> descriptiveProcedures() {
         procedure(
             "DescriptiveStatistics.skewness", [](const Numbers& x) { return skewness(x); }, values),
         procedure(
-            "DescriptiveStatistics.mode",
-            [](const Numbers& x) { return mode(x).value_or(Numbers()); }, values),
+            "DescriptiveStatistics.mode", [](const Numbers& x) { return mode(x); }, values),
         procedure(
             "DescriptiveStatistics.frequencyTable",
             [](const std::vector<std::string>& cells) { return frequencyTable(cells); },
@@ -176,14 +185,16 @@ std::vector<Procedure> reliabilityProcedures() {
             "ReliabilityAnalyzer.analyze",
             [](const ColumnList& items, const std::vector<std::string>& names,
                const ReliabilityOptions& options) {
-                return ReliabilityAnalyzer::analyze(items, withNames(options, items, names));
+                return ReliabilityAnalyzer::analyze(namedItems(items, names),
+                                                    withNames(options, items, names));
             },
             matrix, itemNames, settings),
         procedure(
             "ReliabilityAnalyzer.readiness",
             [](const ColumnList& items, const std::vector<std::string>& names,
                const ReliabilityOptions& options) {
-                return ReliabilityAnalyzer::readiness(items, withNames(options, items, names));
+                return ReliabilityAnalyzer::readiness(namedItems(items, names),
+                                                      withNames(options, items, names));
             },
             matrix, itemNames, settings),
         procedure(

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
@@ -10,6 +11,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextFrame>
+#include <QTextLayout>
 #include <QTextTable>
 
 #include "SorvaneMac/Report/RichTextConversion.h"
@@ -97,6 +99,44 @@ void breakIntoPages(QTextDocument& text) {
     text.setPageSize({textWidth, textHeight});
 }
 
+/// The position of the first line of the block that stands on another page than its first; absent
+/// where the block stands on one page.
+std::optional<int> pageEndInside(const QTextBlock& block) {
+    const QAbstractTextDocumentLayout& layout = *block.document()->documentLayout();
+    const double top = layout.blockBoundingRect(block).top();
+    const auto page = [&](int line) {
+        const QTextLine at = block.layout()->lineAt(line);
+        return std::floor((top + at.y() + at.height() / 2) / textHeight);
+    };
+    for (int line = 1; line < block.layout()->lineCount(); ++line) {
+        if (page(line) > page(0)) {
+            return block.position() + block.layout()->lineAt(line).textStart();
+        }
+    }
+    return std::nullopt;
+}
+
+/// Parts paragraphs at page ends. The toolkit writes the line before a page's first into the page as
+/// well, unseen but searchable, where both are of one paragraph.
+void partParagraphsAtPageEnds(QTextDocument& text) {
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        const std::optional<int> end = pageEndInside(block);
+        if (!end) {
+            continue;
+        }
+        QTextBlockFormat upper = block.blockFormat();
+        QTextBlockFormat lower = upper;
+        upper.setBottomMargin(0);
+        lower.setTopMargin(0);
+        lower.setTextIndent(0);
+        lower.setPageBreakPolicy(QTextFormat::PageBreak_Auto);
+        QTextCursor cursor(&text);
+        cursor.setPosition(*end);
+        cursor.insertBlock(lower);
+        QTextCursor(block).setBlockFormat(upper);
+    }
+}
+
 void drawPages(QTextDocument& text, QPdfWriter& writer) {
     QPainter painter(&writer);
     const int pages = std::max(text.pageCount(), 1);
@@ -110,7 +150,8 @@ void drawPages(QTextDocument& text, QPdfWriter& writer) {
         painter.setClipRect(visible);
         QAbstractTextDocumentLayout::PaintContext context;
         context.palette.setColor(QPalette::Text, Qt::black);
-        context.clip = visible;
+        // What only touches the page's edge is another page's.
+        context.clip = visible.adjusted(0, dotsPerPoint, 0, -dotsPerPoint);
         text.documentLayout()->draw(&painter, context);
         painter.restore();
     }
@@ -132,6 +173,7 @@ std::vector<std::uint8_t> pdf(const RichDocument& document) {
         prepare(text, writer);
         RichTextConversion::write(document, text);
         breakIntoPages(text);
+        partParagraphsAtPageEnds(text);
         drawPages(text, writer);
     }
     return {bytes.begin(), bytes.end()};

@@ -92,19 +92,15 @@ std::string html(std::string_view title, const ReportTable& table) {
     appendHeads(shown, html);
     appendRows(shown, html);
     html += "</table>";
-    if (shown.note) {
+    if (shown.note && !shown.note->empty()) {
         html += "<p><i>Note.</i> " + StatisticalSymbols::escapedHTML(*shown.note) + "</p>";
     }
     return html;
 }
 
-std::string plainText(std::string_view title, const ReportTable& table) {
+std::string plainText(const ReportTable& table) {
     const ReportTable shown = APAFormat::normalize(table);
     std::string text;
-    if (!title.empty()) {
-        text += title;
-        text += '\n';
-    }
     if (shown.groupHeaders && !shown.groupHeaders->empty()) {
         appendLine(groupCells(*shown.groupHeaders), text);
     }
@@ -112,7 +108,7 @@ std::string plainText(std::string_view title, const ReportTable& table) {
     for (const auto& row : shown.rows) {
         appendLine(row, text);
     }
-    if (shown.note) {
+    if (shown.note && !shown.note->empty()) {
         text += "Note. " + *shown.note + "\n";
     }
     return text;

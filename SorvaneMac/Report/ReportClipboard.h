@@ -16,9 +16,9 @@ namespace sorvane::ReportClipboard {
 ///            one cell
 std::string html(std::string_view title, const ReportTable& table);
 
-/// The table as text: title, a line a row with tabs between the cells, "Note. " and the note.
+/// The table as text: a line a row with tabs between the cells, "Note. " and the note.
 ///
 /// Method     as for HTML; a spanning head is followed by a tab for each column it covers
-std::string plainText(std::string_view title, const ReportTable& table);
+std::string plainText(const ReportTable& table);
 
 }  // namespace sorvane::ReportClipboard

@@ -53,7 +53,7 @@ public:
         if (item.figure) {
             addFigure(*item.figure, item.figureCaption.value_or(item.title));
         }
-        if (item.caution) {
+        if (item.caution && !item.caution->empty()) {
             addText("Caution: " + *item.caution);
         }
     }
@@ -68,12 +68,14 @@ private:
         }
     }
 
-    /// Running text, a paragraph a line.
+    /// Running text, a paragraph a line; an empty line stays one.
     void addText(std::string_view text) {
         while (!text.empty()) {
             const std::size_t end = std::min(text.find('\n'), text.size());
             if (end > 0) {
                 add({.runs = {run(text.substr(0, end), textStyle)}, .spaceAfter = 8});
+            } else {
+                add({});
             }
             text.remove_prefix(std::min(end + 1, text.size()));
         }

@@ -148,7 +148,7 @@ std::vector<Paragraph> apaTable(const ReportTable& table, int number, std::strin
     cells.ruleBelow(outerRule);
     cells.ruleAboveFirstRow(outerRule);
 
-    if (shown.note) {
+    if (shown.note && !shown.note->empty()) {
         paragraphs.push_back(noteLine(*shown.note));
     }
     return paragraphs;

@@ -9,6 +9,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
+#include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -35,7 +36,7 @@ std::string starred(const std::optional<CorrelationResult>& result) {
     if (!result) {
         return "--";
     }
-    return svFmtBounded(result->r, 2) + std::string(SignificanceFormatting::stars(result->pValue));
+    return svFmt(result->r, 2) + std::string(SignificanceFormatting::stars(result->pValue));
 }
 
 std::string strengthWord(double r) {
@@ -46,21 +47,10 @@ std::string strengthWord(double r) {
 }  // namespace
 
 void CorrelationScreen::seed() {
-    const std::vector<std::string> names = VariableLists::names(numericVariables(state_.dataset()));
-    if (fields_.corrX->isBlank() && !names.empty()) {
-        fields_.corrX.set({names.front()});
-    }
-    if (fields_.corrY->isBlank()) {
-        const auto other = std::find_if(names.begin(), names.end(), [this](const auto& name) {
-            return name != fields_.corrX->name;
-        });
-        fields_.corrY.set({other == names.end() ? std::string() : *other});
-    }
-    if (fields_.corrMatrixVars->empty()) {
-        const auto end = names.begin() +
-                         static_cast<std::ptrdiff_t>(std::min(names.size(), seededMatrixVariables));
-        fields_.corrMatrixVars.set(NameSet(names.begin(), end));
-    }
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    Seeding::fillFirst(fields_.corrX, numeric);
+    Seeding::fillFirst(fields_.corrY, VariableLists::without(numeric, {fields_.corrX->name}));
+    Seeding::fillFirst(fields_.corrMatrixVars, numeric, seededMatrixVariables);
 }
 
 SetupForm CorrelationScreen::setup() {
@@ -123,7 +113,7 @@ ScreenContent CorrelationScreen::content() const {
     content.tiles = {
         {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
          pearson ? strengthWord(pearson->r) + " association" : "could not be computed"},
-        {"p-value", pearson ? ResultText::pCell(pearson->pValue) : "--", "two-tailed"},
+        {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"},
         {"Cases used", pearson ? ResultText::count(pearson->n) : "--", "complete pairs"}};
     content.cards.push_back(pairCard(pair));
     const Chart drawn = scatter();

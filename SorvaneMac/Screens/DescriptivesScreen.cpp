@@ -82,8 +82,8 @@ std::string plotText(const StemAndLeafPlot& plot) {
     return text;
 }
 
-/// The present numbers of a column, by the texts of a grouping column, in order of first
-/// appearance.
+/// The present numbers of a column, by the texts of a grouping column, in the order of the
+/// texts.
 std::vector<std::pair<std::string, std::vector<double>>> valuesByGroup(const NumericColumn& values,
                                                                        const TextColumn& groups) {
     std::vector<std::pair<std::string, std::vector<double>>> result;

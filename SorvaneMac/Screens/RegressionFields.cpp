@@ -21,6 +21,7 @@ RegressionFields::RegressionFields(FieldRegistry& fields)
       regOutcome(fields, "regOutcome"),
       regPredictors(fields, "regPredictors"),
       regHasRun(fields, "regHasRun"),
+      regLinearRun(fields, "regLinearRun"),
       regAssumptionFindings(fields, "regAssumptionFindings"),
       regAssumptionsExpanded(fields, "regAssumptionsExpanded", true, ResetRule::kept) {}
 

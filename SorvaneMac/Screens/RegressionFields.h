@@ -1,11 +1,13 @@
 #pragma once
 
+#include <boost/describe/class.hpp>
 #include <boost/describe/enum.hpp>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
+#include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -16,7 +18,18 @@ BOOST_DESCRIBE_ENUM(RegressionModel, linear, logistic, poisson, ordinal)
 /// The model's name as the user reads it.
 std::string_view displayName(RegressionModel model);
 
-/// The selections of Regression.
+/// A linear model as it was run.
+struct LinearModelRun {
+    std::string outcome;
+    std::vector<std::string> predictors;
+    /// Absent where the model could not be estimated.
+    std::optional<MultipleRegressionResult> result;
+
+    bool operator==(const LinearModelRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(LinearModelRun, (), (outcome, predictors, result))
+
+/// The selections of Regression, and the model last run.
 struct RegressionFields {
     explicit RegressionFields(FieldRegistry& fields);
 
@@ -24,6 +37,8 @@ struct RegressionFields {
     Field<VariableName> regOutcome;
     Field<NameSet> regPredictors;
     Field<bool> regHasRun;
+    /// Stands until the next run, whatever is chosen meanwhile.
+    Field<std::optional<LinearModelRun>> regLinearRun;
     Field<std::optional<std::vector<AssumptionFinding>>> regAssumptionFindings;
     Field<bool> regAssumptionsExpanded;
 };

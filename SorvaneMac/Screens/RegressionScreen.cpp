@@ -8,6 +8,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
+#include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -53,7 +54,7 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.title = "Model summary";
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
     table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
-                   svFmtBounded(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
+                   svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
                    svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
                    ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;
@@ -62,19 +63,11 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
 }  // namespace
 
 void RegressionScreen::seed() {
-    const std::vector<std::string> names = VariableLists::names(numericVariables(state_.dataset()));
-    if (fields_.regOutcome->isBlank() && !names.empty()) {
-        fields_.regOutcome.set({names.front()});
-    }
-    if (fields_.regPredictors->empty()) {
-        NameSet predictors;
-        for (const std::string& name : names) {
-            if (name != fields_.regOutcome->name && predictors.size() < seededPredictors) {
-                predictors.insert(name);
-            }
-        }
-        fields_.regPredictors.set(std::move(predictors));
-    }
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    Seeding::fillFirst(fields_.regOutcome, numeric);
+    Seeding::fillFirst(fields_.regPredictors,
+                       VariableLists::without(numeric, {fields_.regOutcome->name}),
+                       seededPredictors);
 }
 
 std::vector<std::string> RegressionScreen::predictors() const {
@@ -87,10 +80,7 @@ std::vector<std::string> RegressionScreen::predictors() const {
 SetupForm RegressionScreen::setup() {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     const VariableLists::List numeric = numericVariables(state_.dataset());
-    VariableLists::List others = numeric;
-    std::erase_if(others, [this](const DataVariable* variable) {
-        return variable->name == fields_.regOutcome->name;
-    });
+    const VariableLists::List others = VariableLists::without(numeric, {fields_.regOutcome->name});
     SetupForm form;
     form.title = "Regression";
     form.controls = {
@@ -137,18 +127,13 @@ std::optional<Gate> RegressionScreen::gate() const {
                     .text = "Pick one or more predictors in the Setup panel."};
     }
     if (fields_.regModel.get() != RegressionModel::linear) {
-        return Gate{
-            .title = std::string(displayName(fields_.regModel.get())) + " is not in this version",
-            .lead = "",
-            .text =
-                "Choose the linear model in the Setup panel, or wait for the version "
-                "that brings the generalized models."};
+        return ResultText::notYetGate(displayName(fields_.regModel.get()));
     }
     return std::nullopt;
 }
 
-RegressionScreen::Model RegressionScreen::fit() const {
-    Model model{.outcome = fields_.regOutcome->name, .predictors = predictors()};
+LinearModelRun RegressionScreen::fit() const {
+    LinearModelRun model{.outcome = fields_.regOutcome->name, .predictors = predictors()};
     std::vector<NumericColumn> columns;
     for (const std::string& name : model.predictors) {
         columns.push_back(state_.dataset().numericColumn(name));
@@ -167,26 +152,27 @@ ScreenContent RegressionScreen::content() const {
     if (content.gate) {
         return content;
     }
-    if (!fields_.regHasRun.get()) {
+    const std::optional<LinearModelRun>& model = fields_.regLinearRun.get();
+    if (!fields_.regHasRun.get() || !model) {
         content.gate = {.title = "Ready to run",
                         .lead = fields_.regOutcome->name + " on " + joined(predictors()),
                         .text = "Press Run regression in the Setup panel. Results appear here."};
-    } else if (!model_.result) {
+    } else if (!model->result) {
         content.gate = {.title = "The model could not be estimated",
-                        .lead = model_.outcome + " on " + joined(model_.predictors),
+                        .lead = model->outcome + " on " + joined(model->predictors),
                         .text =
                             "A predictor is constant or collinear with the others, or there "
                             "are fewer complete cases than coefficients. Take a predictor out "
                             "in the Setup panel and run again."};
     } else {
-        addResult(content);
+        addResult(*model, content);
     }
     return content;
 }
 
-void RegressionScreen::addResult(ScreenContent& content) const {
-    const MultipleRegressionResult& result = *model_.result;
-    content.subtitle = std::string(modelName) + ": " + model_.outcome;
+void RegressionScreen::addResult(const LinearModelRun& model, ScreenContent& content) const {
+    const MultipleRegressionResult& result = *model.result;
+    content.subtitle = std::string(modelName) + ": " + model.outcome;
     content.tiles = {
         {"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
         {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3), "For the number of predictors"},
@@ -198,24 +184,24 @@ void RegressionScreen::addResult(ScreenContent& content) const {
                              .subtitle = "Effect of each predictor with the others held constant",
                              .tables = {coefficientTable(result), modelTable(result)},
                              .wide = true});
-    const Chart drawn = chart();
+    const Chart drawn = chart(model);
     content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
     std::vector<std::string> cautions = ResultText::messages(result.readiness);
     cautions.emplace_back(caution);
     content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
-    content.findings.push_back(finding());
+    content.findings.push_back(finding(model));
 }
 
-Chart RegressionScreen::chart() const {
-    if (model_.predictors.size() == 1) {
+Chart RegressionScreen::chart(const LinearModelRun& model) const {
+    if (model.predictors.size() == 1) {
         const ImportedDataset& dataset = state_.dataset();
-        const std::string& predictor = model_.predictors.front();
+        const std::string& predictor = model.predictors.front();
         return scatterChart(
             {.name = predictor, .values = dataset.numericColumn(predictor)},
-            {.name = model_.outcome, .values = dataset.numericColumn(model_.outcome)});
+            {.name = model.outcome, .values = dataset.numericColumn(model.outcome)});
     }
     BarPlot bars;
-    for (const RegressionCoefficient& each : model_.result->coefficients) {
+    for (const RegressionCoefficient& each : model.result->coefficients) {
         if (each.standardizedEstimate) {
             bars.labels.push_back(each.name);
             bars.values.push_back(*each.standardizedEstimate);
@@ -229,13 +215,13 @@ Chart RegressionScreen::chart() const {
     return chart;
 }
 
-Finding RegressionScreen::finding() const {
-    const MultipleRegressionResult& result = *model_.result;
+Finding RegressionScreen::finding(const LinearModelRun& model) const {
+    const MultipleRegressionResult& result = *model.result;
     ReportItem item;
     item.id = Uuid::fresh();
-    item.title = "Linear Regression: " + model_.outcome;
+    item.title = "Linear Regression: " + model.outcome;
     item.apaSummary =
-        "Linear regression of " + model_.outcome + " on " + joined(model_.predictors) +
+        "Linear regression of " + model.outcome + " on " + joined(model.predictors) +
         ". The model was " + std::string(ResultText::significanceWords(result.pValue)) + ", F(" +
         ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
         ") = " + svFmt(result.fStatistic, 2) + ", " + ResultText::pSentence(result.pValue) +
@@ -247,7 +233,7 @@ Finding RegressionScreen::finding() const {
     }
     item.extraTables = std::vector<ReportTable>{modelTable(result)};
     item.caution = std::string(caution);
-    const Chart figure = chart();
+    const Chart figure = chart(model);
     item.figureCaption = figure.title + ".";
     return {.item = std::move(item), .figure = figure};
 }
@@ -268,13 +254,14 @@ std::optional<std::string> RegressionScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
         return ResultText::sentence(*missing);
     }
-    model_ = fit();
-    fields_.regHasRun.replace(true);
+    fields_.regLinearRun.replace(fit());
+    fields_.regHasRun.set(true);
     return std::nullopt;
 }
 
 Json RegressionScreen::result() const {
-    return fields_.regHasRun.get() ? toJson(model_.result) : Json(nullptr);
+    const std::optional<LinearModelRun>& model = fields_.regLinearRun.get();
+    return fields_.regHasRun.get() && model ? toJson(model->result) : Json(nullptr);
 }
 
 }  // namespace sorvane

@@ -29,21 +29,13 @@ private:
     std::vector<std::string> predictors() const;
     /// What is missing before the model can run.
     std::optional<Gate> gate() const;
-    /// A model as it was run; it stands until the next run, whatever is chosen meanwhile.
-    struct Model {
-        std::string outcome;
-        std::vector<std::string> predictors;
-        /// Absent where the model could not be estimated.
-        std::optional<MultipleRegressionResult> result;
-    };
-    Model fit() const;
-    void addResult(ScreenContent& content) const;
-    Chart chart() const;
-    Finding finding() const;
+    LinearModelRun fit() const;
+    void addResult(const LinearModelRun& model, ScreenContent& content) const;
+    Chart chart(const LinearModelRun& model) const;
+    Finding finding(const LinearModelRun& model) const;
 
     StudioState& state_;
     RegressionFields& fields_;
-    Model model_;
 };
 
 }  // namespace sorvane

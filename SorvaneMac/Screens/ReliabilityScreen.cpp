@@ -116,8 +116,8 @@ std::string reportCaution(const ReliabilityResult& result,
     return reversed.empty() ? text : text + " Reverse-coded before the analysis: " + reversed + ".";
 }
 
-/// Items that run against the rest: worded in reverse, most likely.
-std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result) {
+/// Items that run against the rest: worded in reverse, or reversed by mistake, most likely.
+std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result, const NameSet& reversed) {
     std::vector<EvidenceLine> lines;
     for (const ReliabilityItemStatistic& each : result.itemStatistics) {
         if (each.correctedItemTotalCorrelation.value_or(0.0) < 0.0) {
@@ -125,7 +125,9 @@ std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result) {
                 {.tone = EvidenceTone::caution,
                  .title = each.itemName + " runs against the other items",
                  .detail = "r = " + svFmtBounded(each.correctedItemTotalCorrelation, 2) +
-                           ". If it is worded in reverse, switch Rev on."});
+                           (reversed.contains(each.itemName)
+                                ? ". If it is worded like the others, switch Rev off."
+                                : ". If it is worded in reverse, switch Rev on.")});
         }
     }
     return lines;
@@ -275,10 +277,11 @@ ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& it
                                .minimumItemCompletion = state_.scale.minimumItemCompletion.get()};
     for (const std::string& name : itemNames) {
         const DataVariable* variable = state_.dataset().variable(name);
-        if (state_.scale.reverseCodedItemNames->contains(name) && variable->scaleRange) {
-            options.reverseCoded.push_back({.item = name,
-                                            .minimum = variable->scaleRange->minimum,
-                                            .maximum = variable->scaleRange->maximum});
+        const std::optional<ScaleRange>& range = variable->scaleRange;
+        if (state_.scale.reverseCodedItemNames->contains(name) && range && range->minimum &&
+            range->maximum) {
+            options.reverseCoded.push_back(
+                {.item = name, .minimum = range->minimum, .maximum = range->maximum});
         }
     }
     return options;
@@ -320,10 +323,11 @@ ScreenContent ReliabilityScreen::content() const {
          .subtitle = "Scale, item summary, and item-total",
          .tables = {scaleTable(result), summaryTable(result), std::move(itemTotal)},
          .wide = true});
-    content.cards.push_back({.title = "Item-total correlations",
-                             .subtitle = "Each item with the sum of the others",
-                             .charts = {itemTotalChart(result)},
-                             .evidence = oppositeItems(result)});
+    content.cards.push_back(
+        {.title = "Item-total correlations",
+         .subtitle = "Each item with the sum of the others",
+         .charts = {itemTotalChart(result)},
+         .evidence = oppositeItems(result, state_.scale.reverseCodedItemNames.get())});
     content.cards.push_back({.title = "Plain-language interpretation",
                              .subtitle = "Do not overclaim validity",
                              .passages = interpretation(result)});

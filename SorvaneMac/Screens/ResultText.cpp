@@ -25,6 +25,10 @@ std::string pCell(double p) {
     return std::isfinite(p) ? SignificanceFormatting::pValueText(p, false) : "--";
 }
 
+std::string pTile(double p) {
+    return std::isfinite(p) ? NumberText::pValue(p) : "--";
+}
+
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }
@@ -55,6 +59,14 @@ Gate noDataGate() {
             .text =
                 "This screen works on the columns of a dataset. Go to Import Data to bring in "
                 "a CSV, TSV or text file, or to start a blank grid."};
+}
+
+Gate notYetGate(std::string_view analysis) {
+    return {.title = std::string(analysis) + " is not in this version",
+            .lead = "",
+            .text =
+                "Your selections are kept. Results will appear here with the version that brings "
+                "the analysis."};
 }
 
 }  // namespace sorvane::ResultText

@@ -13,6 +13,8 @@ namespace sorvane::ResultText {
 std::string pSentence(double p);
 /// The p-value of a table cell; "--" where it could not be had.
 std::string pCell(double p);
+/// The p-value of a tile, without the zero that a table drops by itself.
+std::string pTile(double p);
 /// A count in plain digits.
 std::string count(std::int64_t value);
 /// "statistically significant" or "not statistically significant", at p < .05; "not testable" where
@@ -26,5 +28,7 @@ std::string sentence(const Gate& gate);
 
 /// What a screen shows while there is no table.
 Gate noDataGate();
+/// What stands on a screen, and what its run answers, while its analysis is not in this version.
+Gate notYetGate(std::string_view analysis);
 
 }  // namespace sorvane::ResultText

@@ -16,7 +16,7 @@ constexpr std::size_t mostPoints = 2000;
 Chart scatterChart(const ChartVariable& x, const ChartVariable& y) {
     const NumericColumn* const both[] = {&x.values, &y.values};
     const std::vector<std::uint32_t> rows = CompleteCases::rows(both);
-    const std::size_t step = rows.size() / mostPoints + 1;
+    const std::size_t step = rows.empty() ? 1 : (rows.size() - 1) / mostPoints + 1;
     ScatterPlot plot;
     for (std::size_t i = 0; i < rows.size(); i += step) {
         plot.x.push_back(*x.values[rows[i]]);
@@ -29,8 +29,8 @@ Chart scatterChart(const ChartVariable& x, const ChartVariable& y) {
     Chart chart;
     chart.title = y.name + " by " + x.name;
     if (step > 1) {
-        chart.subtitle = "Every " + NumberText::integer(static_cast<std::int64_t>(step)) +
-                         "th of " + NumberText::integer(static_cast<std::int64_t>(rows.size())) +
+        chart.subtitle = "One in " + NumberText::integer(static_cast<std::int64_t>(step)) +
+                         " of the " + NumberText::integer(static_cast<std::int64_t>(rows.size())) +
                          " cases is drawn; the line is that of all.";
     }
     chart.xLabel = x.name;

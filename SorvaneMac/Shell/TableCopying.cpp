@@ -8,11 +8,11 @@ namespace sorvane {
 
 void copyTable(std::string_view title, const ReportTable& table) {
     Clipboard::setRichText(qtText(ReportClipboard::html(title, table)),
-                           qtText(ReportClipboard::plainText(title, table)));
+                           qtText(ReportClipboard::plainText(table)));
 }
 
 QString plainText(const ReportTable& table) {
-    return qtText(ReportClipboard::plainText("", table));
+    return qtText(ReportClipboard::plainText(table));
 }
 
 }  // namespace sorvane

@@ -157,7 +157,7 @@ public:
 
     /// Takes the value and tells the observers, unless it is the present one.
     void set(T value) {
-        if (!(value == value_)) {
+        if (!(value == get())) {
             replace(std::move(value));
         }
     }

@@ -66,15 +66,21 @@ bool StudioState::showsStartPage() const {
 }
 
 void StudioState::importData(const std::filesystem::path& file) {
-    const std::string name = fileName(file);
+    adoptImport(fileName(file), [&] { return importer.importData(file); });
+}
+
+void StudioState::adoptImport(const std::string& source,
+                              const std::function<ImportedDataset()>& read) {
+    std::optional<ImportedDataset> imported;
     try {
-        ImportedDataset imported = importer.importData(file);
-        const std::string log = "Imported " + name + " with " + sizeText(imported);
-        adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
+        imported = read();
     } catch (const std::exception& error) {
         // Besides the reader's own sentence: no memory or no thread for a large file.
-        data.importError.set("Could not import " + name + ": " + error.what());
+        data.importError.set("Could not import " + source + ": " + error.what());
+        return;
     }
+    std::string log = "Imported " + source + " with " + sizeText(*imported);
+    adoptDataset(*std::move(imported), std::move(log), StudioScreen::instrumentMap, false);
 }
 
 bool StudioState::handleIncomingImport(const std::filesystem::path& file) {
@@ -98,18 +104,14 @@ void StudioState::cancelPendingImport() {
 }
 
 void StudioState::importPastedData(std::string_view text) {
-    const std::string_view trimmed = UnicodeText::trimmed(text);
-    if (trimmed.empty()) {
+    if (UnicodeText::trimmed(text).empty()) {
         data.importError.set("Paste some tabular data first.");
         return;
     }
-    try {
-        ImportedDataset imported = importer.csvImporter.importCSV("Pasted data", trimmed);
-        const std::string log = "Imported pasted data with " + sizeText(imported);
-        adoptDataset(std::move(imported), log, StudioScreen::instrumentMap, false);
-    } catch (const std::exception& error) {
-        data.importError.set(std::string("Could not import pasted data: ") + error.what());
-    }
+    // Blank lines around the table mean nothing; a tab at its start is a head without a name.
+    const std::size_t first = text.find_first_not_of("\r\n ");
+    adoptImport("pasted data",
+                [&] { return importer.csvImporter.importCSV("Pasted data", text.substr(first)); });
 }
 
 void StudioState::beginBlankDataset() {
@@ -201,7 +203,7 @@ void StudioState::refreshAnalysisDefaults() {
     selectedDescriptiveVariableName.set(
         validChoice(selectedDescriptiveVariableName.get(), descriptiveNumericVariables(dataset())));
     selectedDescriptiveGroupName.set(
-        {firstExistingName(selectedDescriptiveGroupName->name, factors)});
+        {firstExistingName(selectedDescriptiveGroupName->name, factors).value_or("")});
     selectedANOVAOutcomeName.set(
         validChoice(selectedANOVAOutcomeName.get(), outcomes, preferredOutcomeVariable(dataset())));
     selectedANOVAGroupName.set(

@@ -150,6 +150,9 @@ public:
     [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
 
 private:
+    /// Adopts the table that `read` gives; where it throws, sets `importError` and changes nothing
+    /// else.
+    void adoptImport(const std::string& source, const std::function<ImportedDataset()>& read);
     /// The single entry through which a new table is installed.
     void adoptDataset(ImportedDataset dataset,
                       std::string logMessage,

@@ -70,6 +70,16 @@ List anovaGroupingVariables(const ImportedDataset& dataset) {
     });
 }
 
+List computedSourceVariables(const ImportedDataset& dataset) {
+    return numericVariables(dataset);
+}
+
+List without(List list, const NameSet& taken) {
+    std::erase_if(
+        list, [&taken](const DataVariable* variable) { return taken.contains(variable->name); });
+    return list;
+}
+
 const DataVariable* preferredOutcomeVariable(const ImportedDataset& dataset) {
     const List outcomes = anovaOutcomeVariables(dataset);
     const DataVariable* named = firstOf(outcomes, [](const DataVariable* variable) {
@@ -90,8 +100,8 @@ bool contains(const List& list, std::string_view name) {
     return firstOf(list, [name](const DataVariable* variable) { return variable->name == name; });
 }
 
-std::string firstExistingName(std::string_view name, const List& list) {
-    return contains(list, name) ? std::string(name) : std::string();
+std::optional<std::string> firstExistingName(std::string_view name, const List& list) {
+    return contains(list, name) ? std::optional<std::string>(name) : std::nullopt;
 }
 
 std::vector<std::string> names(const List& list) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneMac/State/Field.h"
 
 /// The lists of variables that screens offer, each in column order and put together at each call.
 /// The pointers are into the dataset given.
@@ -19,6 +21,11 @@ List descriptiveNumericVariables(const ImportedDataset& dataset);
 List reliabilityVariables(const ImportedDataset& dataset);
 List anovaOutcomeVariables(const ImportedDataset& dataset);
 List anovaGroupingVariables(const ImportedDataset& dataset);
+/// What a computed variable may be made of.
+List computedSourceVariables(const ImportedDataset& dataset);
+
+/// The list less the variables of those names.
+List without(List list, const NameSet& taken);
 
 /// Whether a variable has numbers in it and a role that is analysed.
 bool isNumericForAnalysis(const DataVariable& variable);
@@ -29,8 +36,8 @@ const DataVariable* preferredOutcomeVariable(const ImportedDataset& dataset);
 const DataVariable* preferredGroupingVariable(const ImportedDataset& dataset);
 
 bool contains(const List& list, std::string_view name);
-/// The name where the list has it, else the empty text.
-std::string firstExistingName(std::string_view name, const List& list);
+/// The name where the list has it.
+std::optional<std::string> firstExistingName(std::string_view name, const List& list);
 std::vector<std::string> names(const List& list);
 
 }  // namespace sorvane::VariableLists

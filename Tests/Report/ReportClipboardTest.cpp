@@ -35,8 +35,8 @@ TEST(ReportClipboard, KeepsPlainCellsInTheirColumns) {
     ReportTable table = test::sampleTable();
     table.rows = {{"two\nlines\tand tab", "0.51", "0.61"}};
     table.groupHeaders = std::vector<ReportGroupHeader>{{"Both", 2}, {"One", 1}};
-    EXPECT_EQ(ReportClipboard::plainText("Title", table),
-              "Title\nBoth\t\tOne\nItem\tM\tr\ntwo lines and tab\t0.51\t.61\nNote. n = 287.\n");
+    EXPECT_EQ(ReportClipboard::plainText(table),
+              "Both\t\tOne\nItem\tM\tr\ntwo lines and tab\t0.51\t.61\nNote. n = 287.\n");
 }
 
 TEST(StatisticalSymbols, SetsSymbolsButNotLettersOfNamesInItalics) {

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Analyses/Basics/CronbachAlpha.h"
 
+#include <cmath>
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
@@ -40,7 +41,9 @@ std::optional<double> fromVariances(std::size_t itemCount,
         return std::nullopt;
     }
     const auto k = static_cast<double>(itemCount);
-    return k / (k - 1.0) * (1.0 - sumOfItemVariances / totalVariance);
+    const double alpha = k / (k - 1.0) * (1.0 - sumOfItemVariances / totalVariance);
+    // Squares beyond the range of a double leave nothing to compare.
+    return std::isfinite(alpha) ? std::optional(alpha) : std::nullopt;
 }
 
 }  // namespace sorvane::CronbachAlpha

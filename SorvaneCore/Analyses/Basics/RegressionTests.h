@@ -74,7 +74,8 @@ namespace RegressionTests {
 /// Method     Householder QR of the centred columns, in row blocks. Centring leaves the residual
 ///            norms of the columns, on which the rank test rests, as they are
 /// Returns    a figure that cannot be had is NaN: without residual degrees of freedom, with an
-///            outcome that does not vary, with a perfect fit, or without predictors
+///            outcome that does not vary or without predictors; a perfect fit has standard
+///            errors of 0, infinite test statistics and p-values of 0
 /// Failure    names or lengths that do not match, fewer cases than coefficients, a collinear or
 ///            constant predictor, a value that is not finite -> absent
 /// Accuracy   rounding times the condition number of the centred predictors, whatever their offsets

@@ -131,6 +131,10 @@ std::optional<double> correlationFromSums(double sxy, double sxx, double syy) {
     const double scale =
         std::isnormal(product) ? std::sqrt(product) : std::sqrt(sxx) * std::sqrt(syy);
     const double r = sxy / scale;
+    // Squares beyond the range of a double leave nothing to compare.
+    if (std::isinf(sxx) || std::isinf(syy) || !std::isfinite(r)) {
+        return std::nullopt;
+    }
     return 1.0 - r * r < smallestUnexplained ? std::copysign(1.0, r) : r;
 }
 
