@@ -1,5 +1,7 @@
 #include "SorvaneCore/Project/DatasetJson.h"
 
+#include <utility>
+
 #include "SorvaneCore/Import/ImportReadinessBuilder.h"
 
 namespace sorvane {
@@ -39,9 +41,8 @@ ImportRowReports synthesizedReports(const std::vector<std::vector<std::string>>&
 
 ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
     const auto rows = fromJson<std::vector<ImportRowSummary>>(json);
-    const std::int64_t columnCount =
-        rows.empty() ? 0 : rows.front().missingCount + rows.front().nonMissingCount;
-    ImportRowReports reports(rows.empty() ? 0 : rows.front().normalizedColumnCount);
+    const std::int64_t columnCount = rows.empty() ? 0 : rows.front().normalizedColumnCount;
+    ImportRowReports reports(columnCount);
     std::vector<std::uint32_t> missingCounts;
     for (const ImportRowSummary& row : rows) {
         reports.append({.sourceRowNumber = row.sourceRowNumber,
@@ -49,6 +50,9 @@ ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
                         .normalizedColumnCount = row.normalizedColumnCount,
                         .extraFieldCount = row.extraFieldCount,
                         .paddedFieldCount = row.paddedFieldCount});
+        if (!std::in_range<std::uint32_t>(row.missingCount)) {
+            record_json::failWanting("a count of missing cells");
+        }
         missingCounts.push_back(static_cast<std::uint32_t>(row.missingCount));
     }
     return {std::move(reports), std::move(missingCounts), columnCount};
