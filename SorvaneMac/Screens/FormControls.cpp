@@ -1,13 +1,19 @@
 #include "SorvaneMac/Screens/FormControls.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::FormControls {
 
 namespace {
 
-std::string roleText(const DataVariable& variable) {
-    return std::string(displayName(variable.assignedType));
+/// The role, and the label where there is one.
+std::string detailText(const DataVariable& variable) {
+    return std::string(displayName(variable.assignedType)) +
+           (variable.label ? " · " + *variable.label : std::string());
 }
 
 void include(NameSet& names, const std::string& name, bool isChecked) {
@@ -27,6 +33,9 @@ ChoiceControl variablePicker(std::string label,
     control.label = std::move(label);
     control.prompt = "Pick a variable";
     control.choices = VariableLists::names(candidates);
+    for (const DataVariable* variable : candidates) {
+        control.details.push_back(detailText(*variable));
+    }
     const auto found = std::find(control.choices.begin(), control.choices.end(), field.get().name);
     if (found != control.choices.end()) {
         control.selected = static_cast<std::size_t>(found - control.choices.begin());
@@ -54,7 +63,7 @@ CheckListControl variableCheckList(std::string label,
     control.label = std::move(label);
     for (const DataVariable* variable : candidates) {
         control.items.push_back({.name = variable->name,
-                                 .detail = roleText(*variable),
+                                 .detail = detailText(*variable),
                                  .isChecked = field->contains(variable->name),
                                  .isFlagged = false,
                                  .second = std::nullopt});
@@ -70,6 +79,82 @@ CheckListControl variableCheckList(std::string label,
         });
     };
     return control;
+}
+
+TextControl textField(std::string label, std::string prompt, Field<std::string>& field) {
+    return {.label = std::move(label),
+            .prompt = std::move(prompt),
+            .text = field.get(),
+            .set = [&field](const std::string& text) {
+                field.set(text);
+            }};
+}
+
+ToggleControl toggle(std::string label, Field<bool>& field) {
+    return {.label = std::move(label), .isOn = field.get(), .set = [&field](bool isOn) {
+                field.set(isOn);
+            }};
+}
+
+NumberControl wholeNumber(std::string label,
+                          Field<std::int64_t>& field,
+                          std::int64_t minimum,
+                          std::int64_t maximum) {
+    return {.label = std::move(label),
+            .minimum = static_cast<double>(minimum),
+            .maximum = static_cast<double>(maximum),
+            .value = static_cast<double>(field.get()),
+            .valueText = NumberText::integer(field.get()),
+            .set = [&field](double value) {
+                field.set(std::llround(value));
+            }};
+}
+
+NumberControl shareSlider(std::string label, Field<double>& field) {
+    return {.label = std::move(label),
+            .maximum = 1.0,
+            .step = 0.05,
+            .value = field.get(),
+            .valueText = NumberText::integer(std::llround(100.0 * field.get())) + "%",
+            .isSlider = true,
+            // Whole percents: seventeen steps make 0.85, not the nearest sum of steps.
+            .set = [&field](double value) {
+                field.set(std::round(100.0 * value) / 100.0);
+            }};
+}
+
+ChoiceControl wordPicker(std::string label,
+                         Field<std::string>& field,
+                         const std::vector<Word>& words) {
+    ChoiceControl control;
+    control.label = std::move(label);
+    std::vector<std::string> stored;
+    for (const Word& word : words) {
+        if (word.stored == field.get()) {
+            control.selected = stored.size();
+        }
+        stored.push_back(word.stored);
+        control.choices.push_back(word.shown);
+    }
+    control.set = [&field, stored](std::optional<std::size_t> index) {
+        if (index) {
+            field.set(stored[*index]);
+        }
+    };
+    return control;
+}
+
+void addRunButton(SetupForm& form,
+                  std::string label,
+                  const std::optional<Gate>& missing,
+                  std::function<void()> run) {
+    form.controls.emplace_back(ButtonControl{.label = std::move(label),
+                                             .isEnabled = !missing.has_value(),
+                                             .isPrimary = true,
+                                             .press = std::move(run)});
+    if (missing) {
+        form.controls.emplace_back(NoteControl{ResultText::sentence(*missing), true});
+    }
 }
 
 std::vector<std::string> chosen(const NameSet& names, const VariableLists::List& candidates) {

@@ -2,10 +2,14 @@
 
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Screens/SetupForm.h"
 #include "SorvaneMac/State/Field.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -26,6 +30,33 @@ ChoiceControl optionalVariablePicker(std::string label,
 CheckListControl variableCheckList(std::string label,
                                    Field<NameSet>& field,
                                    const VariableLists::List& candidates);
+/// A line of text.
+TextControl textField(std::string label, std::string prompt, Field<std::string>& field);
+ToggleControl toggle(std::string label, Field<bool>& field);
+/// A whole number within both bounds.
+NumberControl wholeNumber(std::string label,
+                          Field<std::int64_t>& field,
+                          std::int64_t minimum,
+                          std::int64_t maximum);
+/// A share from 0 to 1, in steps of five percent.
+NumberControl shareSlider(std::string label, Field<double>& field);
+
+/// A setting that is stored as a word, and the text it is shown by.
+struct Word {
+    std::string stored;
+    std::string shown;
+};
+/// Picks one of the words.
+ChoiceControl wordPicker(std::string label,
+                         Field<std::string>& field,
+                         const std::vector<Word>& words);
+
+/// The button that runs, enabled when nothing is missing; under it what is.
+void addRunButton(SetupForm& form,
+                  std::string label,
+                  const std::optional<Gate>& missing,
+                  std::function<void()> run);
+
 /// The names that stand in the list, in its order.
 std::vector<std::string> chosen(const NameSet& names, const VariableLists::List& candidates);
 

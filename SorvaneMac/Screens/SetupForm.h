@@ -25,6 +25,8 @@ struct TextControl {
     std::string prompt;
     std::string text;
     std::function<void(const std::string&)> set;
+    /// Takes several lines, in a fixed-width face.
+    bool isMultiline = false;
 };
 
 struct NumberControl {
@@ -49,6 +51,8 @@ struct ToggleControl {
 struct ChoiceControl {
     std::string label;
     std::vector<std::string> choices;
+    /// What is said beside each choice, such as a role; none at all, or one a choice.
+    std::vector<std::string> details;
     /// Shown while nothing is selected, and as the first choice where a blank is allowed.
     std::string prompt;
     bool allowsBlank = false;

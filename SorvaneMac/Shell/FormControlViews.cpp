@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -63,7 +64,7 @@ public:
     }
     bool suits(const Control& next) const override {
         const auto* text = std::get_if<TextControl>(&next);
-        return text && text->label == control().label;
+        return text && !text->isMultiline && text->label == control().label;
     }
 
 private:
@@ -76,6 +77,39 @@ private:
     }
 
     QLineEdit* edit_;
+};
+
+class MultilineTextView final : public ControlViewOf<TextControl> {
+public:
+    explicit MultilineTextView(const TextControl& first) : edit_(new QPlainTextEdit) {
+        adopt(labelled(qtText(first.label), edit_));
+        edit_->setFont(Theme::fixedWidthFont(13));
+        edit_->setTabChangesFocus(true);
+        edit_->setMinimumHeight(shownLines * edit_->fontMetrics().lineSpacing());
+        QObject::connect(edit_, &QPlainTextEdit::textChanged, edit_, [this] {
+            if (!isUpdating() && control().set) {
+                control().set(utf8(edit_->toPlainText()));
+            }
+        });
+    }
+    bool suits(const Control& next) const override {
+        const auto* text = std::get_if<TextControl>(&next);
+        return text && text->isMultiline && text->label == control().label;
+    }
+
+private:
+    static constexpr int shownLines = 9;
+
+    void showControl() override {
+        edit_->setPlaceholderText(qtText(control().prompt));
+        const QString text = qtText(control().text);
+        if (edit_->toPlainText() != text) {
+            edit_->setPlainText(text);
+            edit_->moveCursor(QTextCursor::End);
+        }
+    }
+
+    QPlainTextEdit* edit_;
 };
 
 class ToggleView final : public ControlViewOf<ToggleControl> {
@@ -152,7 +186,12 @@ struct ViewMaker {
     Made operator()(const NoteControl& note) const {
         return std::make_unique<NoteView>(note.isWarning);
     }
-    Made operator()(const TextControl& text) const { return std::make_unique<TextView>(text); }
+    Made operator()(const TextControl& text) const {
+        if (text.isMultiline) {
+            return std::make_unique<MultilineTextView>(text);
+        }
+        return std::make_unique<TextView>(text);
+    }
     Made operator()(const NumberControl& number) const { return makeNumberView(number); }
     Made operator()(const ToggleControl&) const { return std::make_unique<ToggleView>(); }
     Made operator()(const ChoiceControl& choice) const { return makeChoiceView(choice); }
