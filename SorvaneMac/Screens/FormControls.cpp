@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::FormControls {
 
@@ -90,26 +89,6 @@ TextControl textField(std::string label, std::string prompt, Field<std::string>&
             }};
 }
 
-ToggleControl toggle(std::string label, Field<bool>& field) {
-    return {.label = std::move(label), .isOn = field.get(), .set = [&field](bool isOn) {
-                field.set(isOn);
-            }};
-}
-
-NumberControl wholeNumber(std::string label,
-                          Field<std::int64_t>& field,
-                          std::int64_t minimum,
-                          std::int64_t maximum) {
-    return {.label = std::move(label),
-            .minimum = static_cast<double>(minimum),
-            .maximum = static_cast<double>(maximum),
-            .value = static_cast<double>(field.get()),
-            .valueText = NumberText::integer(field.get()),
-            .set = [&field](double value) {
-                field.set(std::llround(value));
-            }};
-}
-
 NumberControl shareSlider(std::string label, Field<double>& field) {
     return {.label = std::move(label),
             .maximum = 1.0,
@@ -144,17 +123,19 @@ ChoiceControl wordPicker(std::string label,
     return control;
 }
 
-void addRunButton(SetupForm& form,
-                  std::string label,
-                  const std::optional<Gate>& missing,
-                  std::function<void()> run) {
-    form.controls.emplace_back(ButtonControl{.label = std::move(label),
-                                             .isEnabled = !missing.has_value(),
-                                             .isPrimary = true,
-                                             .press = std::move(run)});
-    if (missing) {
-        form.controls.emplace_back(NoteControl{ResultText::sentence(*missing), true});
+CheckListControl withUnavailable(CheckListControl list,
+                                 const NameSet& chosen,
+                                 const VariableLists::List& available) {
+    for (const std::string& name : chosen) {
+        if (!VariableLists::contains(available, name)) {
+            list.items.push_back({.name = name,
+                                  .detail = "Not available here",
+                                  .isChecked = true,
+                                  .isFlagged = true,
+                                  .second = std::nullopt});
+        }
     }
+    return list;
 }
 
 std::vector<std::string> chosen(const NameSet& names, const VariableLists::List& candidates) {

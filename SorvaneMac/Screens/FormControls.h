@@ -2,14 +2,10 @@
 
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
-#include <cstdint>
-#include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Screens/SetupForm.h"
 #include "SorvaneMac/State/Field.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -32,12 +28,6 @@ CheckListControl variableCheckList(std::string label,
                                    const VariableLists::List& candidates);
 /// A line of text.
 TextControl textField(std::string label, std::string prompt, Field<std::string>& field);
-ToggleControl toggle(std::string label, Field<bool>& field);
-/// A whole number within both bounds.
-NumberControl wholeNumber(std::string label,
-                          Field<std::int64_t>& field,
-                          std::int64_t minimum,
-                          std::int64_t maximum);
 /// A share from 0 to 1, in steps of five percent.
 NumberControl shareSlider(std::string label, Field<double>& field);
 
@@ -51,12 +41,10 @@ ChoiceControl wordPicker(std::string label,
                          Field<std::string>& field,
                          const std::vector<Word>& words);
 
-/// The button that runs, enabled when nothing is missing; under it what is.
-void addRunButton(SetupForm& form,
-                  std::string label,
-                  const std::optional<Gate>& missing,
-                  std::function<void()> run);
-
+/// Lists chosen names that are not available any more as well, so that they can be unchecked.
+CheckListControl withUnavailable(CheckListControl list,
+                                 const NameSet& chosen,
+                                 const VariableLists::List& available);
 /// The names that stand in the list, in its order.
 std::vector<std::string> chosen(const NameSet& names, const VariableLists::List& candidates);
 
