@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
 
+#include <algorithm>
+
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
@@ -9,11 +11,17 @@ SetupForm DataPreviewScreen::setup() {
     SetupForm form;
     form.title = "Data Preview";
     const bool isEditable = state_.data.isDatasetEditable.get();
-    form.controls = {NoteControl{
-        isEditable ? "Type in a cell to change it. Counts and roles follow what you type."
-                   : "An imported table is read only; its source stays the record of what was "
-                     "collected. Cells can be selected and copied.",
-        false}};
+    form.controls = {
+        NoteControl{isEditable
+                        ? "Type in a cell to change it. Counts and roles follow what you type."
+                        : "An imported table is read only; its source stays the record of what was "
+                          "collected. Cells can be selected and copied.",
+                    false},
+        NoteControl{
+            "Find a text with Ctrl+F; Return goes to the next match and Shift+Return to the "
+            "one before. Ctrl+G goes to a row. Ctrl+C copies what is selected, for a "
+            "spreadsheet.",
+            false}};
     return form;
 }
 
@@ -48,6 +56,16 @@ std::vector<DataPreviewScreen::ColumnHead> DataPreviewScreen::columnHeads() cons
              .details = std::move(details)});
     }
     return heads;
+}
+
+bool DataPreviewScreen::hasValueLabels() const {
+    return std::ranges::any_of(state_.dataset().variables, [](const DataVariable& variable) {
+        return variable.valueLabels && !variable.valueLabels->empty();
+    });
+}
+
+ShownCells DataPreviewScreen::cells() const {
+    return {state_.dataset(), showsValueLabels.get() ? CellForm::labelled : CellForm::stored};
 }
 
 Guide DataPreviewScreen::guide() const {

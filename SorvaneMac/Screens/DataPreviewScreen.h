@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ShownCells.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -22,7 +23,12 @@ public:
         bool operator==(const ColumnHead&) const = default;
     };
 
-    explicit DataPreviewScreen(StudioState& state) : state_(state) {}
+    explicit DataPreviewScreen(StudioState& state)
+        : showsValueLabels(state.fields, "showsValueLabels", false, ResetRule::kept),
+          state_(state) {}
+
+    /// Whether a labelled code is shown by its label.
+    Field<bool> showsValueLabels;
 
     StudioScreen id() const override { return StudioScreen::dataPreview; }
     SetupForm setup() override;
@@ -31,6 +37,9 @@ public:
     std::optional<std::string> run() override { return std::nullopt; }
 
     std::vector<ColumnHead> columnHeads() const;
+    bool hasValueLabels() const;
+    /// The cells in the form that is chosen.
+    ShownCells cells() const;
 
 private:
     StudioState& state_;

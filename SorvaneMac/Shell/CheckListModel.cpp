@@ -27,6 +27,7 @@ QVariant CheckListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return qtText(item.name);
         case Qt::ToolTipRole:
+        case searchRole:
             return qtText(item.detail.empty() ? item.name : item.name + "\n" + item.detail);
         case Qt::CheckStateRole:
             return item.isChecked ? Qt::Checked : Qt::Unchecked;

@@ -9,7 +9,7 @@ namespace sorvane {
 /// The items of a check list, for a list view.
 class CheckListModel final : public QAbstractListModel {
 public:
-    enum Role { detailRole = Qt::UserRole, flaggedRole, secondRole };
+    enum Role { detailRole = Qt::UserRole, flaggedRole, secondRole, searchRole };
 
     void show(const CheckListControl& control);
 

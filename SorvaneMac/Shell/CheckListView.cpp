@@ -24,10 +24,13 @@ namespace {
 constexpr std::size_t filteredFrom = 8;
 constexpr int mostRows = 14;
 
-/// A list in which Return does something of its own.
+/// A list in which Return and "select all" do something of their own.
 class ItemList final : public QListView {
 public:
     std::function<void(const QModelIndex&)> onReturn;
+    std::function<void()> onSelectAll;
+
+    void selectAll() override { onSelectAll(); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
@@ -36,16 +39,38 @@ protected:
             onReturn(currentIndex());
             return;
         }
+        if (event->matches(QKeySequence::SelectAll)) {
+            selectAll();
+            return;
+        }
         QListView::keyPressEvent(event);
     }
+};
+
+/// A filter from which the down key leads into the list.
+class FilterEdit final : public QLineEdit {
+public:
+    explicit FilterEdit(QWidget& list) : list_(list) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Down) {
+            list_.setFocus(Qt::TabFocusReason);
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+    }
+
+private:
+    QWidget& list_;
 };
 
 class CheckListView final : public ControlViewOf<CheckListControl> {
 public:
     explicit CheckListView(const CheckListControl& first)
         : label_(Labels::text("", "small")),
-          filter_(new QLineEdit),
           list_(new ItemList),
+          filter_(new FilterEdit(*list_)),
           selectAll_(shownButton("Select all shown", true)),
           selectNone_(shownButton("Clear shown", false)) {
         auto* root = new QWidget;
@@ -88,6 +113,7 @@ private:
     void prepareList(const CheckListControl& first) {
         proxy_.setSourceModel(&model_);
         proxy_.setFilterCaseSensitivity(Qt::CaseInsensitive);
+        proxy_.setFilterRole(CheckListModel::searchRole);
         list_->setModel(&proxy_);
         list_->setUniformItemSizes(true);
         list_->setMouseTracking(true);
@@ -96,7 +122,7 @@ private:
         list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
         list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         list_->setAccessibleName(qtText(first.label));
-        QString keys = "Space checks an item.";
+        QString keys = "Space checks an item, Ctrl+A all that are shown.";
         if (!first.secondLabel.empty()) {
             keys += " Return turns " + qtText(first.secondLabel) + ".";
         }
@@ -105,6 +131,9 @@ private:
             model_.turnSecond(proxy_.mapToSource(index));
         };
         list_->onReturn = turnSecond;
+        list_->onSelectAll = [this] {
+            setShown(true);
+        };
         delegate_ = std::make_unique<CheckListDelegate>(qtText(first.secondLabel), turnSecond);
         list_->setItemDelegate(delegate_.get());
     }
@@ -152,8 +181,8 @@ private:
     }
 
     QLabel* label_;
-    QLineEdit* filter_;
     ItemList* list_;
+    QLineEdit* filter_;
     QPushButton* selectAll_;
     QPushButton* selectNone_;
     CheckListModel model_;

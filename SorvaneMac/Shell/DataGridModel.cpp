@@ -13,59 +13,85 @@ bool isNumber(std::string_view text) {
     return NumberText::parse(text).has_value();
 }
 
-bool areSameCells(const TextTable& left, const TextTable& right) {
-    if (left.rowCount() != right.rowCount() || left.columnCount() != right.columnCount()) {
-        return false;
-    }
-    for (std::size_t column = 0; column < left.columnCount(); ++column) {
-        if (left.sharedColumn(column) != right.sharedColumn(column)) {
-            return false;
-        }
-    }
-    return true;
+CellPlace placeOf(const QModelIndex& index) {
+    return {.row = static_cast<std::size_t>(index.row()),
+            .column = static_cast<std::size_t>(index.column())};
+}
+
+std::string_view stored(const ShownCells& cells, const QModelIndex& index) {
+    return cells.table().cell(placeOf(index).row, placeOf(index).column);
+}
+
+std::string_view shown(const ShownCells& cells, const QModelIndex& index) {
+    return cells.text(placeOf(index).row, placeOf(index).column);
 }
 
 }  // namespace
 
-void DataGridModel::show(const TextTable& table, Heads heads, bool isEditable) {
-    if (areSameCells(table, table_) && heads == heads_ && isEditable == isEditable_) {
-        return;
+bool DataGridModel::show(ShownCells cells, Heads heads, bool isEditable) {
+    const bool sameCells = cells.isSameAs(cells_);
+    if (sameCells && heads == heads_ && isEditable == isEditable_) {
+        return false;
     }
-    const bool sameShape = table.rowCount() == table_.rowCount() &&
-                           table.columnCount() == table_.columnCount() && isEditable == isEditable_;
+    const TextTable& table = cells.table();
+    const bool sameShape = table.rowCount() == cells_.table().rowCount() &&
+                           table.columnCount() == cells_.table().columnCount() &&
+                           isEditable == isEditable_;
     if (!sameShape) {
         beginResetModel();
     }
-    table_ = table;
+    cells_ = std::move(cells);
     heads_ = std::move(heads);
     isEditable_ = isEditable;
     if (!sameShape) {
+        matches_ = {};
         endResetModel();
-    } else if (rowCount() > 0 && columnCount() > 0) {
-        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    } else if (columnCount() > 0) {
+        announceCells();
         emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    }
+    return !sameCells;
+}
+
+void DataGridModel::setMatches(TableMatches matches) {
+    matches_ = std::move(matches);
+    announceCells();
+}
+
+void DataGridModel::announceCells() {
+    if (rowCount() > 0 && columnCount() > 0) {
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
     }
 }
 
+QVariant DataGridModel::ground(const QModelIndex& index) const {
+    return matches_.contains(placeOf(index)) ? QVariant(Theme::colors().cautionGround) : QVariant();
+}
+
 int DataGridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(table_.rowCount());
+    return parent.isValid() ? 0 : static_cast<int>(cells_.table().rowCount());
 }
 
 int DataGridModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(table_.columnCount());
+    return parent.isValid() ? 0 : static_cast<int>(cells_.table().columnCount());
 }
 
 QVariant DataGridModel::data(const QModelIndex& index, int role) const {
     switch (role) {
         case Qt::DisplayRole:
+            return qtText(shown(cells_, index));
         case Qt::EditRole:
-            return qtText(cell(index));
+        case Qt::ToolTipRole:
+            return qtText(stored(cells_, index));
         case Qt::TextAlignmentRole:
             return QVariant(Qt::AlignVCenter |
-                            (isNumber(cell(index)) ? Qt::AlignRight : Qt::AlignLeft));
+                            (isNumber(shown(cells_, index)) ? Qt::AlignRight : Qt::AlignLeft));
         case Qt::ForegroundRole:
-            return MissingValue::isMissing(cell(index)) ? QVariant(Theme::colors().quietText)
-                                                        : QVariant();
+            return MissingValue::isMissing(stored(cells_, index))
+                       ? QVariant(Theme::colors().quietText)
+                       : QVariant();
+        case Qt::BackgroundRole:
+            return ground(index);
         default:
             return {};
     }
@@ -93,7 +119,7 @@ bool DataGridModel::setData(const QModelIndex& index, const QVariant& value, int
         return false;
     }
     const std::string text = utf8(value.toString());
-    if (text != cell(index)) {
+    if (text != stored(cells_, index)) {
         write_(index.row(), index.column(), text);
     }
     return true;

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include <QAbstractTableModel>
 
-#include "SorvaneCore/Dataset/TextTable.h"
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
+#include "SorvaneMac/Screens/TableSearch.h"
 
 namespace sorvane {
 
@@ -18,10 +19,17 @@ public:
     explicit DataGridModel(Write write) : write_(std::move(write)) {}
 
     /// Takes another state of the table; a table of the same shape keeps the view's place.
-    void show(const TextTable& table, Heads heads, bool isEditable);
+    ///
+    /// Returns    whether any cell may be another than before
+    bool show(ShownCells cells, Heads heads, bool isEditable);
     const DataPreviewScreen::ColumnHead& head(int column) const {
         return heads_[static_cast<std::size_t>(column)];
     }
+    const ShownCells& cells() const { return cells_; }
+
+    /// The cells that stand out as found.
+    void setMatches(TableMatches matches);
+    const TableMatches& matches() const { return matches_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -31,15 +39,13 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    std::string_view cell(const QModelIndex& index) const {
-        return table_.cell(static_cast<std::size_t>(index.row()),
-                           static_cast<std::size_t>(index.column()));
-    }
+    void announceCells();
+    QVariant ground(const QModelIndex& index) const;
 
     Write write_;
-    /// Shares the columns of the dataset.
-    TextTable table_;
+    ShownCells cells_;
     Heads heads_;
+    TableMatches matches_;
     bool isEditable_ = false;
 };
 

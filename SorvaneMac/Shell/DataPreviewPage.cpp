@@ -2,79 +2,105 @@
 
 #include <algorithm>
 
-#include <QTableView>
+#include <QAction>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Platform/Clipboard.h"
-#include "SorvaneMac/Screens/DataPreviewScreen.h"
-#include "SorvaneMac/Shell/DataGridHeader.h"
-#include "SorvaneMac/Shell/DataGridModel.h"
-#include "SorvaneMac/Shell/RowDelegates.h"
+#include "SorvaneMac/Screens/SelectionText.h"
+#include "SorvaneMac/Shell/Buttons.h"
+#include "SorvaneMac/Shell/DataGridView.h"
+#include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
-namespace {
-
-/// Heads beyond this many columns take the common width; measuring thousands would be felt.
-constexpr int measuredColumns = 300;
-
-DataPreviewScreen& screenOf(Workspace& workspace) {
-    return static_cast<DataPreviewScreen&>(workspace.screens.at(StudioScreen::dataPreview));
-}
-
-}  // namespace
+using Direction = DataGridFindBar::Direction;
 
 DataPreviewPage::DataPreviewPage(Workspace& workspace)
     : TablePage(StudioScreen::dataPreview, workspace),
-      model_(std::make_unique<DataGridModel>(
+      preview_(static_cast<DataPreviewScreen&>(workspace.screens.at(StudioScreen::dataPreview))),
+      grid_(new DataGridView(
           [&workspace](std::int64_t row, std::int64_t column, const std::string& text) {
               workspace.state.updateDatasetCell(row, column, text);
           })),
-      grid_(new QTableView),
-      header_(new DataGridHeader(*model_)) {
-    prepareGrid();
+      findBar_(new DataGridFindBar({.search = [this] { search(); },
+                                    .move = [this](Direction direction) { goToMatch(direction); },
+                                    .close =
+                                        [this] {
+                                            closeFindBar();
+                                        }})),
+      row_(new QLineEdit),
+      labels_(new QCheckBox("Value labels")) {
+    column().addWidget(toolBar());
+    column().addWidget(findBar_);
     column().addWidget(grid_, 1);
-}
-
-DataPreviewPage::~DataPreviewPage() {
-    // The grid refers to the model, which goes first otherwise.
-    delete grid_;
-}
-
-void DataPreviewPage::prepareGrid() {
-    grid_->setHorizontalHeader(header_);
-    grid_->setModel(model_.get());
-    grid_->setItemDelegate(new CellDelegate(grid_));
-    grid_->setAccessibleName("Data table");
-    grid_->setWordWrap(false);
-    grid_->setTabKeyNavigation(false);
-    grid_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    grid_->verticalHeader()->setDefaultSectionSize(Theme::px(25));
-    grid_->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    grid_->horizontalHeader()->setDefaultSectionSize(Theme::px(100));
+    findBar_->hide();
+    addShortcut("Find…", QKeySequence::Find, [this] { openFindBar(); });
+    addShortcut("Find Next", QKeySequence("F3"), [this] { goToMatch(Direction::forward); });
+    addShortcut("Find Previous", QKeySequence("Shift+F3"),
+                [this] { goToMatch(Direction::backward); });
+    addShortcut("Go to Row…", QKeySequence("Ctrl+G"), [this] {
+        row_->setFocus(Qt::ShortcutFocusReason);
+        row_->selectAll();
+    });
     connect(grid_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { rememberPlace(); });
 }
 
+QWidget* DataPreviewPage::toolBar() {
+    auto* bar = new QWidget;
+    auto* items = new WrapLayout(Theme::px(8));
+    bar->setLayout(items);
+    items->addWidget(Buttons::make(
+        "Find…", [this] { openFindBar(); }, Buttons::Weight::tool));
+    items->addWidget(Labels::line("Row", "small"));
+    items->addWidget(row_);
+    items->addWidget(labels_);
+    row_->setFixedWidth(Theme::px(90));
+    row_->setAccessibleName("Go to row");
+    row_->setToolTip("Go to a row by its number (Ctrl+G)");
+    labels_->setAccessibleName("Show value labels in place of codes");
+    connect(row_, &QLineEdit::returnPressed, this, [this] { goToRow(); });
+    connect(labels_, &QCheckBox::toggled, this,
+            [this](bool isOn) { preview_.showsValueLabels.set(isOn); });
+    return bar;
+}
+
+void DataPreviewPage::addShortcut(const QString& name,
+                                  const QKeySequence& keys,
+                                  std::function<void()> action) {
+    auto* made = new QAction(name, this);
+    made->setShortcut(keys);
+    connect(made, &QAction::triggered, this, [action = std::move(action)] { action(); });
+    addAction(made);
+}
+
 void DataPreviewPage::rememberPlace() {
-    const QModelIndex current = grid_->currentIndex();
-    if (current.isValid()) {
-        workspace().state.data.selectedDatasetRow.set(current.row());
-        workspace().state.data.selectedDatasetColumn.set(current.column());
+    if (const std::optional<CellPlace> place = grid_->place()) {
+        DatasetFields& table = workspace().state.data;
+        table.selectedDatasetRow.set(static_cast<std::int64_t>(place->row));
+        table.selectedDatasetColumn.set(static_cast<std::int64_t>(place->column));
+        findBar_->say(found_.words.empty() ? "" : grid_->cells().matches().summary(place));
     }
 }
 
 void DataPreviewPage::refreshTable() {
-    const StudioState& state = workspace().state;
-    const int columns = model_->columnCount();
-    model_->show(state.dataset().rows, screenOf(workspace()).columnHeads(),
-                 state.data.isDatasetEditable.get());
-    if (model_->columnCount() != columns) {
-        for (int column = 0; column < std::min(model_->columnCount(), measuredColumns); ++column) {
-            grid_->setColumnWidth(column, header_->suitableWidth(column));
-        }
+    const bool hasLabels = preview_.hasValueLabels();
+    labels_->setEnabled(hasLabels);
+    labels_->setToolTip(hasLabels ? "Show a labelled code by its label"
+                                  : "No variable of this table has value labels.");
+    labels_->setChecked(preview_.showsValueLabels.get());
+    const bool changed = grid_->show(preview_.cells(), preview_.columnHeads(),
+                                     workspace().state.data.isDatasetEditable.get());
+    if (changed && !found_.words.empty()) {
+        grid_->cells().setMatches(TableMatches::of(grid_->cells().cells(), found_));
+        findBar_->say(grid_->cells().matches().summary(grid_->place()));
     }
 }
 
@@ -82,20 +108,68 @@ bool DataPreviewPage::copySelection() {
     if (!grid_->hasFocus()) {
         return false;
     }
-    QString text;
-    for (const QItemSelectionRange& range : grid_->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            for (int column = range.left(); column <= range.right(); ++column) {
-                text += column == range.left() ? "" : "\t";
-                text += model_->index(row, column).data().toString();
-            }
-            text += '\n';
-        }
-    }
-    if (!text.isEmpty()) {
-        Clipboard::setText(text);
+    const std::string text =
+        SelectionText::tabSeparated(grid_->cells().cells(), grid_->selectedBlocks());
+    if (!text.empty()) {
+        Clipboard::setText(qtText(text));
     }
     return true;
+}
+
+void DataPreviewPage::openFindBar() {
+    findBar_->open();
+}
+
+void DataPreviewPage::search() {
+    const TableQuery query = findBar_->query();
+    if (query == found_) {
+        return;
+    }
+    found_ = query;
+    grid_->cells().setMatches(TableMatches::of(grid_->cells().cells(), query));
+    const TableMatches& matches = grid_->cells().matches();
+    const std::optional<CellPlace> here = grid_->place();
+    if (const auto first = here && matches.contains(*here) ? here : matches.next(here)) {
+        grid_->goTo(*first);
+    }
+    findBar_->say(query.words.empty() ? "" : matches.summary(grid_->place()));
+}
+
+void DataPreviewPage::goToMatch(Direction direction) {
+    if (findBar_->query() != found_) {
+        search();
+        return;
+    }
+    const TableMatches& matches = grid_->cells().matches();
+    const std::optional<CellPlace> here = grid_->place();
+    const auto place = direction == Direction::forward
+                           ? matches.next(here)
+                           : matches.previous(here.value_or(CellPlace()));
+    if (place) {
+        grid_->goTo(*place);
+    } else if (found_.words.empty()) {
+        openFindBar();
+    }
+}
+
+void DataPreviewPage::closeFindBar() {
+    findBar_->hide();
+    found_ = {};
+    grid_->cells().setMatches({});
+    grid_->setFocus();
+}
+
+void DataPreviewPage::goToRow() {
+    const std::optional<double> number = NumberText::parse(utf8(row_->text()));
+    const int rows = grid_->cells().rowCount();
+    if (!number || !(*number >= 1.0) || rows == 0) {
+        row_->selectAll();
+        return;
+    }
+    const double row = std::min(*number, static_cast<double>(rows));
+    const std::optional<CellPlace> here = grid_->place();
+    grid_->goTo({.row = static_cast<std::size_t>(row) - 1, .column = here ? here->column : 0});
+    grid_->setFocus();
 }
 
 }  // namespace sorvane

@@ -1,35 +1,46 @@
 #pragma once
 
-#include <memory>
-
+#include "SorvaneMac/Screens/DataPreviewScreen.h"
+#include "SorvaneMac/Shell/DataGridFindBar.h"
 #include "SorvaneMac/Shell/TablePage.h"
 
-class QTableView;
+class QCheckBox;
+class QLineEdit;
 
 namespace sorvane {
 
-class DataGridHeader;
-class DataGridModel;
+class DataGridView;
 
-/// Data Preview: the table in a grid.
+/// Data Preview: the table in a grid, the way to a row or a text, and value labels on or off.
 class DataPreviewPage final : public TablePage {
 public:
     explicit DataPreviewPage(Workspace& workspace);
-    ~DataPreviewPage() override;
 
     /// Puts the selected cells on the clipboard as lines of tab-separated text.
     bool copySelection() override;
+
+    void openFindBar();
+    /// Searches for what stands in the find bar and goes to the first match from the present cell.
+    void search();
+    void goToMatch(DataGridFindBar::Direction direction);
 
 protected:
     void refreshTable() override;
 
 private:
-    void prepareGrid();
+    QWidget* toolBar();
+    void addShortcut(const QString& name, const QKeySequence& keys, std::function<void()> action);
+    void closeFindBar();
+    void goToRow();
     void rememberPlace();
 
-    std::unique_ptr<DataGridModel> model_;
-    QTableView* grid_;
-    DataGridHeader* header_;
+    DataPreviewScreen& preview_;
+    DataGridView* grid_;
+    DataGridFindBar* findBar_;
+    QLineEdit* row_;
+    QCheckBox* labels_;
+    /// What the matches that are shown were found for.
+    TableQuery found_;
 };
 
 }  // namespace sorvane

@@ -8,102 +8,57 @@ namespace sorvane {
 
 namespace {
 
-bool isWide(const QLayoutItem& item) {
-    const QWidget* widget = const_cast<QLayoutItem&>(item).widget();
-    return widget && widget->property("wide").toBool();
+bool isWide(QLayoutItem& item) {
+    return item.widget() && item.widget()->property("wide").toBool();
+}
+
+int heightAt(const QLayoutItem& item, int width) {
+    return item.hasHeightForWidth() ? item.heightForWidth(width) : item.sizeHint().height();
 }
 
 }  // namespace
 
-FlowLayout::FlowLayout(int spacing) {
-    setSpacing(spacing);
-    setContentsMargins(0, 0, 0, 0);
-}
-
-FlowLayout::~FlowLayout() = default;
-
-void FlowLayout::addItem(QLayoutItem* item) {
-    items_.emplace_back(item);
-    invalidate();
-}
-
-QLayoutItem* FlowLayout::itemAt(int index) const {
-    return index >= 0 && index < count() ? items_[static_cast<std::size_t>(index)].get() : nullptr;
-}
-
-QLayoutItem* FlowLayout::takeAt(int index) {
-    if (index < 0 || index >= count()) {
-        return nullptr;
+int FlowLayout::leftWidth(std::size_t first, int width) const {
+    if (first + 1 >= items().size() || isWide(*items()[first]) || isWide(*items()[first + 1])) {
+        return 0;
     }
-    QLayoutItem* item = items_[static_cast<std::size_t>(index)].release();
-    items_.erase(items_.begin() + index);
-    invalidate();
-    return item;
+    const int left = items()[first]->sizeHint().width();
+    const int right = items()[first + 1]->sizeHint().width();
+    const int spare = width - spacing() - left - right;
+    return spare >= 0 ? left + spare * left / std::max(left + right, 1) : 0;
 }
 
-std::vector<FlowLayout::Row> FlowLayout::rowsAt(int width) const {
-    std::vector<Row> rows;
-    for (std::size_t at = 0; at < items_.size(); ++at) {
-        QLayoutItem* first = items_[at].get();
-        QLayoutItem* second = at + 1 < items_.size() ? items_[at + 1].get() : nullptr;
-        if (second && !isWide(*first) && !isWide(*second)) {
-            const int left = first->sizeHint().width();
-            const int right = second->sizeHint().width();
-            const int spare = width - spacing() - left - right;
-            if (spare >= 0) {
-                const int leftWidth = left + spare * left / std::max(left + right, 1);
-                rows.push_back({{first, 0, leftWidth},
-                                {second, leftWidth + spacing(), width - leftWidth - spacing()}});
-                ++at;
-                continue;
-            }
+std::vector<QRect> FlowLayout::places(int width) const {
+    std::vector<QRect> found;
+    int top = 0;
+    while (found.size() < items().size()) {
+        const std::size_t first = found.size();
+        const int left = leftWidth(first, width);
+        if (left == 0) {
+            found.emplace_back(0, top, width, heightAt(*items()[first], width));
+        } else {
+            const int right = width - left - spacing();
+            const int height =
+                std::max(heightAt(*items()[first], left), heightAt(*items()[first + 1], right));
+            found.emplace_back(0, top, left, height);
+            found.emplace_back(left + spacing(), top, right, height);
         }
-        rows.push_back({{first, 0, width}});
+        top += found.back().height() + spacing();
     }
-    return rows;
-}
-
-int FlowLayout::rowHeight(const Row& row) {
-    int height = 0;
-    for (const Place& place : row) {
-        height = std::max(height, place.item->hasHeightForWidth()
-                                      ? place.item->heightForWidth(place.width)
-                                      : place.item->sizeHint().height());
-    }
-    return height;
-}
-
-int FlowLayout::heightForWidth(int width) const {
-    int height = 0;
-    for (const Row& row : rowsAt(width)) {
-        height += rowHeight(row) + spacing();
-    }
-    return std::max(height - spacing(), 0);
+    return found;
 }
 
 QSize FlowLayout::sizeHint() const {
-    const QSize smallest = minimumSize();
-    return {smallest.width(), heightForWidth(smallest.width())};
+    const int width = minimumSize().width();
+    return {width, heightForWidth(width)};
 }
 
 QSize FlowLayout::minimumSize() const {
     int width = 0;
-    for (const auto& item : items_) {
+    for (const auto& item : items()) {
         width = std::max(width, item->minimumSize().width());
     }
     return {width, 0};
-}
-
-void FlowLayout::setGeometry(const QRect& area) {
-    QLayout::setGeometry(area);
-    int top = area.top();
-    for (const Row& row : rowsAt(area.width())) {
-        const int height = rowHeight(row);
-        for (const Place& place : row) {
-            place.item->setGeometry({area.left() + place.left, top, place.width, height});
-        }
-        top += height + spacing();
-    }
 }
 
 }  // namespace sorvane

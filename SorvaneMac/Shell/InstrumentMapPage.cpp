@@ -1,57 +1,78 @@
 #include "SorvaneMac/Shell/InstrumentMapPage.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
 
-#include "SorvaneMac/Screens/InstrumentMapScreen.h"
 #include "SorvaneMac/Shell/Buttons.h"
-#include "SorvaneMac/Shell/InstrumentMapModel.h"
-#include "SorvaneMac/Shell/RowDelegates.h"
 #include "SorvaneMac/Shell/RowTable.h"
-#include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
 
 namespace {
 
-InstrumentMapScreen& screenOf(Workspace& workspace) {
-    return static_cast<InstrumentMapScreen&>(workspace.screens.at(StudioScreen::instrumentMap));
+using Row = InstrumentMapScreen::Row;
+
+std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
+    return {
+        {.look = {.head = "Item",
+                  .width = 54,
+                  .headTip =
+                      "Whether the column is in the item set that Scale & Reliability analyzes"},
+         .switchName = [](const Row& row) { return "Include " + row.name + " in reliability"; },
+         .isOn =
+             [](const Row& row) {
+                 return row.canBeIncluded ? std::optional(row.isIncluded) : std::nullopt;
+             },
+         .turn =
+             [&map](const Row& row, bool isOn) {
+                 map.setIncluded(row.id, isOn);
+             }},
+        {.look = {.head = "Column", .width = 150, .ink = RowColumnLook::Ink::strong},
+         .text = [](const Row& row) { return row.name; },
+         .toolTip =
+             [](const Row& row) {
+                 return row.label;
+             }},
+        {.look = {.head = "Seems to be", .width = 165},
+         .text =
+             [](const Row& row) {
+                 return row.category;
+             }},
+        {.look = {.head = "Scale", .width = 66, .isNumber = true},
+         .text =
+             [](const Row& row) {
+                 return row.probability;
+             }},
+        {.look = {.head = "Role found", .width = 172},
+         .text =
+             [](const Row& row) {
+                 return row.inferredRole;
+             }},
+        {.look = {.head = "Why"}, .text = [](const Row& row) {
+             return row.reasons;
+         }}};
 }
 
 }  // namespace
 
 InstrumentMapPage::InstrumentMapPage(Workspace& workspace)
     : TablePage(StudioScreen::instrumentMap, workspace),
-      model_(std::make_unique<InstrumentMapModel>([&workspace](const Uuid& id, bool isIncluded) {
-          screenOf(workspace).setIncluded(id, isIncluded);
-      })),
-      table_(makeRowTable(*model_, "Columns and what they seem to be")) {
-    table_->setItemDelegateForColumn(InstrumentMapModel::included, new SwitchDelegate(table_));
-    const int widths[] = {54, 150, 165, 66, 172};
-    int column = 0;
-    for (const int width : widths) {
-        table_->setColumnWidth(column++, Theme::px(width));
-    }
+      map_(static_cast<InstrumentMapScreen&>(workspace.screens.at(StudioScreen::instrumentMap))),
+      model_(new RecordTableModel<Row>(columnsOf(map_))) {
     auto* bar = new QHBoxLayout;
     bar->addWidget(Buttons::make(
         "Select Likert items",
         [&workspace] { workspace.state.selectLikertCandidateItemsForReliability(); },
         Buttons::Weight::tool));
     bar->addStretch(1);
-    this->column().addLayout(bar);
-    this->column().addWidget(table_, 1);
-}
-
-InstrumentMapPage::~InstrumentMapPage() {
-    // The table refers to the model, which goes first otherwise.
-    delete table_;
+    column().addLayout(bar);
+    column().addWidget(makeRowTable(model_, "Columns and what they seem to be"), 1);
 }
 
 void InstrumentMapPage::refreshTable() {
-    model_->show(screenOf(workspace()).rows());
+    model_->show(map_.rows());
 }
 
 }  // namespace sorvane

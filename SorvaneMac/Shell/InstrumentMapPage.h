@@ -1,27 +1,22 @@
 #pragma once
 
-#include <memory>
-
+#include "SorvaneMac/Screens/InstrumentMapScreen.h"
+#include "SorvaneMac/Shell/RowTableModel.h"
 #include "SorvaneMac/Shell/TablePage.h"
 
-class QTableView;
-
 namespace sorvane {
-
-class InstrumentMapModel;
 
 /// Instrument Map: a row for each column of the table.
 class InstrumentMapPage final : public TablePage {
 public:
     explicit InstrumentMapPage(Workspace& workspace);
-    ~InstrumentMapPage() override;
 
 protected:
     void refreshTable() override;
 
 private:
-    std::unique_ptr<InstrumentMapModel> model_;
-    QTableView* table_;
+    InstrumentMapScreen& map_;
+    RecordTableModel<InstrumentMapScreen::Row>* model_;
 };
 
 }  // namespace sorvane

@@ -1,9 +1,11 @@
 #include "SorvaneMac/Shell/RowDelegates.h"
 
+#include <QComboBox>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "SorvaneMac/Shell/RowTableModel.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -14,8 +16,11 @@ constexpr int boxSize = 15;
 
 constexpr int air = 8;
 
-void paintGround(QPainter& painter, const QStyleOptionViewItem& option) {
-    if (option.state & QStyle::State_Selected) {
+void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QVariant ground = index.data(Qt::BackgroundRole);
+    if (ground.isValid()) {
+        painter.fillRect(option.rect, ground.value<QColor>());
+    } else if (option.state & QStyle::State_Selected) {
         painter.fillRect(option.rect, Theme::colors().accentGround);
     }
 }
@@ -50,7 +55,7 @@ void CellDelegate::paint(QPainter* painter,
                          const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     painter->save();
-    paintGround(*painter, option);
+    paintGround(*painter, option, index);
     const QVariant font = index.data(Qt::FontRole);
     const QVariant ink = index.data(Qt::ForegroundRole);
     painter->setFont(font.isValid() ? font.value<QFont>() : option.font);
@@ -63,25 +68,24 @@ void CellDelegate::paint(QPainter* painter,
     painter->restore();
 }
 
-void SwitchDelegate::paint(QPainter* painter,
-                           const QStyleOptionViewItem& option,
-                           const QModelIndex& index) const {
-    painter->save();
-    paintGround(*painter, option);
+void RowDelegate::paint(QPainter* painter,
+                        const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const {
+    CellDelegate::paint(painter, option, index);
     if (canTurn(index)) {
+        painter->save();
         const int size = Theme::px(boxSize);
         const QPoint center = option.rect.center();
         paintCheckBox(*painter, {center.x() - size / 2, center.y() - size / 2, size, size},
                       index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
+        painter->restore();
     }
-    paintFocus(*painter, option);
-    painter->restore();
 }
 
-bool SwitchDelegate::editorEvent(QEvent* event,
-                                 QAbstractItemModel* model,
-                                 const QStyleOptionViewItem&,
-                                 const QModelIndex& index) {
+bool RowDelegate::editorEvent(QEvent* event,
+                              QAbstractItemModel* model,
+                              const QStyleOptionViewItem&,
+                              const QModelIndex& index) {
     const bool isClick = event->type() == QEvent::MouseButtonRelease;
     const bool isKey =
         event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
@@ -90,6 +94,36 @@ bool SwitchDelegate::editorEvent(QEvent* event,
     }
     const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
     return model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+QWidget* RowDelegate::createEditor(QWidget* parent,
+                                   const QStyleOptionViewItem&,
+                                   const QModelIndex& index) const {
+    auto* choice = new QComboBox(parent);
+    choice->addItems(index.data(RowTableModel::choicesRole).toStringList());
+    choice->setAccessibleName(
+        index.model()->headerData(index.column(), Qt::Horizontal, Qt::DisplayRole).toString());
+    connect(choice, &QComboBox::activated, this, [this, choice] {
+        auto* self = const_cast<RowDelegate*>(this);
+        emit self->commitData(choice);
+        emit self->closeEditor(choice);
+    });
+    return choice;
+}
+
+void RowDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    auto* choice = static_cast<QComboBox*>(editor);
+    choice->setCurrentIndex(index.data(Qt::EditRole).toInt());
+    choice->showPopup();
+}
+
+void RowDelegate::setModelData(QWidget* editor,
+                               QAbstractItemModel* model,
+                               const QModelIndex& index) const {
+    const int chosen = static_cast<QComboBox*>(editor)->currentIndex();
+    if (chosen != index.data(Qt::EditRole).toInt()) {
+        model->setData(index, chosen, Qt::EditRole);
+    }
 }
 
 }  // namespace sorvane

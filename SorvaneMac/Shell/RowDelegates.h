@@ -14,10 +14,11 @@ public:
                const QModelIndex& index) const override;
 };
 
-/// Draws a cell that is a switch as a box in its middle; a click or the space bar turns it.
-class SwitchDelegate final : public QStyledItemDelegate {
+/// Draws and edits the cells of a row table: a switch as a box in its middle, turned by a click or
+/// the space bar; a cell with choices by a choice among them.
+class RowDelegate final : public CellDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using CellDelegate::CellDelegate;
 
     void paint(QPainter* painter,
                const QStyleOptionViewItem& option,
@@ -26,6 +27,13 @@ public:
                      QAbstractItemModel* model,
                      const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;
+    QWidget* createEditor(QWidget* parent,
+                          const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor,
+                      QAbstractItemModel* model,
+                      const QModelIndex& index) const override;
 };
 
 /// Draws the check box of the window at a place.

@@ -1,12 +1,15 @@
 #pragma once
 
-class QAbstractItemModel;
 class QString;
 class QTableView;
 
 namespace sorvane {
 
-/// A table view of records: whole rows are selected, no grid between columns.
-QTableView* makeRowTable(QAbstractItemModel& model, const QString& name);
+class RowTableModel;
+
+/// A table view of records, with the widths, switches and choices that the model's columns ask for.
+///
+/// Whole rows are selected; there is no grid between columns. The view takes the model over.
+QTableView* makeRowTable(RowTableModel* model, const QString& name);
 
 }  // namespace sorvane

@@ -1,6 +1,8 @@
 #include "SorvaneMac/Shell/VariableTypesPage.h"
 
-#include <QComboBox>
+#include <boost/describe/enumerators.hpp>
+#include <boost/mp11/algorithm.hpp>
+
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QTableView>
@@ -9,77 +11,86 @@
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/QtText.h"
-#include "SorvaneMac/Shell/RowDelegates.h"
 #include "SorvaneMac/Shell/RowTable.h"
 #include "SorvaneMac/Shell/Theme.h"
-#include "SorvaneMac/Shell/VariableTypesModel.h"
 #include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
 namespace {
 
-VariableTypesScreen& screenOf(Workspace& workspace) {
-    return static_cast<VariableTypesScreen&>(workspace.screens.at(StudioScreen::variableTypes));
+using Row = VariableTypesScreen::Row;
+
+/// The names of the roles, in the order of their values.
+std::vector<std::string> roleNames() {
+    std::vector<std::string> names;
+    boost::mp11::mp_for_each<boost::describe::describe_enumerators<VariableKind>>(
+        [&names](auto enumerator) { names.emplace_back(displayName(enumerator.value)); });
+    return names;
 }
 
-/// Edits a role as a choice among all of them.
-class RoleDelegate final : public CellDelegate {
-public:
-    using CellDelegate::CellDelegate;
+RowColumn<Row> roleColumn(VariableTypesScreen& types) {
+    return {.look = {.head = "Role", .width = 172, .choices = roleNames()},
+            .text = [](const Row& row) { return std::string(displayName(row.role)); },
+            .chosen = [](const Row& row) { return static_cast<std::size_t>(row.role); },
+            .choose =
+                [&types](const Row& row, std::size_t role) {
+                    types.assign({row.id}, static_cast<VariableKind>(role));
+                }};
+}
 
-    QWidget* createEditor(QWidget* parent,
-                          const QStyleOptionViewItem&,
-                          const QModelIndex&) const override {
-        auto* choice = new QComboBox(parent);
-        choice->addItems(VariableTypesModel::kindNames());
-        choice->setAccessibleName("Role");
-        connect(choice, &QComboBox::activated, this, [this, choice] {
-            auto* self = const_cast<RoleDelegate*>(this);
-            emit self->commitData(choice);
-            emit self->closeEditor(choice);
-        });
-        return choice;
-    }
-    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
-        auto* choice = static_cast<QComboBox*>(editor);
-        choice->setCurrentIndex(index.data(Qt::EditRole).toInt());
-        choice->showPopup();
-    }
-    void setModelData(QWidget* editor,
-                      QAbstractItemModel* model,
-                      const QModelIndex& index) const override {
-        const int chosen = static_cast<QComboBox*>(editor)->currentIndex();
-        if (chosen != index.data(Qt::EditRole).toInt()) {
-            model->setData(index, chosen, Qt::EditRole);
-        }
-    }
-};
+RowColumn<Row> countColumn(std::string head, int width, std::string Row::*count) {
+    return {.look = {.head = std::move(head), .width = width, .isNumber = true},
+            .text = [count](const Row& row) {
+                return row.*count;
+            }};
+}
+
+std::vector<RowColumn<Row>> columnsOf(VariableTypesScreen& types) {
+    return {
+        {.look = {.head = "Variable", .width = 150, .ink = RowColumnLook::Ink::strong},
+         .text = [](const Row& row) { return row.name; },
+         .toolTip =
+             [](const Row& row) {
+                 return row.label;
+             }},
+        roleColumn(types),
+        {.look = {.head = "Item", .width = 52, .headTip = "In the item set of Scale & Reliability"},
+         .switchName = [](const Row& row) { return row.name + ", Item"; },
+         .isOn = [](const Row& row) { return std::optional(row.inReliability); },
+         .turn =
+             [&types](const Row& row, bool isOn) {
+                 types.setInReliability(row.id, isOn);
+             }},
+        {.look = {.head = "Describe", .width = 76, .headTip = "In Descriptives & Explore"},
+         .switchName = [](const Row& row) { return row.name + ", Describe"; },
+         .isOn = [](const Row& row) { return std::optional(row.inDescriptives); },
+         .turn =
+             [&types](const Row& row, bool isOn) {
+                 types.setInDescriptives(row.id, isOn);
+             }},
+        countColumn("Valid", 60, &Row::valid),
+        countColumn("Missing", 70, &Row::missing),
+        countColumn("Distinct", 72, &Row::distinct),
+        {.look = {.head = "Examples", .width = 160},
+         .text =
+             [](const Row& row) {
+                 return row.samples;
+             }},
+        {.look = {.head = "Remarks", .ink = RowColumnLook::Ink::quiet}, .text = [](const Row& row) {
+             return row.warnings;
+         }}};
+}
 
 }  // namespace
 
 VariableTypesPage::VariableTypesPage(Workspace& workspace)
     : TablePage(StudioScreen::variableTypes, workspace),
-      model_(std::make_unique<VariableTypesModel>(screenOf(workspace))),
-      table_(makeRowTable(*model_, "Variables and their roles")) {
-    using Model = VariableTypesModel;
-    table_->setItemDelegateForColumn(Model::role, new RoleDelegate(table_));
-    table_->setItemDelegateForColumn(Model::inReliability, new SwitchDelegate(table_));
-    table_->setItemDelegateForColumn(Model::inDescriptives, new SwitchDelegate(table_));
-    table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
-                            QAbstractItemView::SelectedClicked);
-    const int widths[] = {150, 172, 52, 76, 60, 70, 72, 160};
-    int at = 0;
-    for (const int width : widths) {
-        table_->setColumnWidth(at++, Theme::px(width));
-    }
+      types_(static_cast<VariableTypesScreen&>(workspace.screens.at(StudioScreen::variableTypes))),
+      model_(new RecordTableModel<Row>(columnsOf(types_))),
+      table_(makeRowTable(model_, "Variables and their roles")) {
     column().addWidget(quickRoles());
     column().addWidget(table_, 1);
-}
-
-VariableTypesPage::~VariableTypesPage() {
-    // The table refers to the model, which goes first otherwise.
-    delete table_;
 }
 
 QWidget* VariableTypesPage::quickRoles() {
@@ -99,13 +110,13 @@ QWidget* VariableTypesPage::quickRoles() {
 void VariableTypesPage::assignSelected(UserVariableRole role) {
     std::vector<Uuid> selected;
     for (const QModelIndex& index : table_->selectionModel()->selectedRows()) {
-        selected.push_back(model_->id(index.row()));
+        selected.push_back(model_->row(index.row()).id);
     }
-    screenOf(workspace()).assign(selected, variableKind(role));
+    types_.assign(selected, variableKind(role));
 }
 
 void VariableTypesPage::refreshTable() {
-    model_->refresh();
+    model_->show(types_.rows());
 }
 
 }  // namespace sorvane

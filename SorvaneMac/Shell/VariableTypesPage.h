@@ -1,21 +1,18 @@
 #pragma once
 
-#include <memory>
-
 #include "SorvaneMac/Screens/UserVariableRole.h"
+#include "SorvaneMac/Screens/VariableTypesScreen.h"
+#include "SorvaneMac/Shell/RowTableModel.h"
 #include "SorvaneMac/Shell/TablePage.h"
 
 class QTableView;
 
 namespace sorvane {
 
-class VariableTypesModel;
-
 /// Variable Types: the quick roles above, and a row for each variable.
 class VariableTypesPage final : public TablePage {
 public:
     explicit VariableTypesPage(Workspace& workspace);
-    ~VariableTypesPage() override;
 
 protected:
     void refreshTable() override;
@@ -24,7 +21,8 @@ private:
     QWidget* quickRoles();
     void assignSelected(UserVariableRole role);
 
-    std::unique_ptr<VariableTypesModel> model_;
+    VariableTypesScreen& types_;
+    RecordTableModel<VariableTypesScreen::Row>* model_;
     QTableView* table_;
 };
 

@@ -4,32 +4,6 @@
 
 namespace sorvane {
 
-WrapLayout::WrapLayout(int spacing) {
-    setSpacing(spacing);
-    setContentsMargins(0, 0, 0, 0);
-}
-
-WrapLayout::~WrapLayout() = default;
-
-void WrapLayout::addItem(QLayoutItem* item) {
-    items_.emplace_back(item);
-    invalidate();
-}
-
-QLayoutItem* WrapLayout::itemAt(int index) const {
-    return index >= 0 && index < count() ? items_[static_cast<std::size_t>(index)].get() : nullptr;
-}
-
-QLayoutItem* WrapLayout::takeAt(int index) {
-    if (index < 0 || index >= count()) {
-        return nullptr;
-    }
-    QLayoutItem* item = items_[static_cast<std::size_t>(index)].release();
-    items_.erase(items_.begin() + index);
-    invalidate();
-    return item;
-}
-
 std::vector<QRect> WrapLayout::places(int width) const {
     std::vector<QRect> found;
     std::size_t rowStart = 0;
@@ -44,7 +18,7 @@ std::vector<QRect> WrapLayout::places(int width) const {
         left = 0;
         rowHeight = 0;
     };
-    for (const auto& item : items_) {
+    for (const auto& item : items()) {
         const QSize size = item->isEmpty() ? QSize(0, 0) : item->sizeHint();
         if (left > 0 && left + size.width() > width) {
             endRow();
@@ -57,17 +31,9 @@ std::vector<QRect> WrapLayout::places(int width) const {
     return found;
 }
 
-int WrapLayout::heightForWidth(int width) const {
-    int height = 0;
-    for (const QRect& place : places(width)) {
-        height = std::max(height, place.y() + place.height());
-    }
-    return height;
-}
-
 QSize WrapLayout::sizeHint() const {
     int width = 0;
-    for (const auto& item : items_) {
+    for (const auto& item : items()) {
         width += item->sizeHint().width() + spacing();
     }
     return {width, heightForWidth(width)};
@@ -75,18 +41,10 @@ QSize WrapLayout::sizeHint() const {
 
 QSize WrapLayout::minimumSize() const {
     QSize smallest;
-    for (const auto& item : items_) {
+    for (const auto& item : items()) {
         smallest = smallest.expandedTo(item->sizeHint());
     }
     return smallest;
-}
-
-void WrapLayout::setGeometry(const QRect& area) {
-    QLayout::setGeometry(area);
-    const std::vector<QRect> found = places(area.width());
-    for (std::size_t at = 0; at < found.size(); ++at) {
-        items_[at]->setGeometry(found[at].translated(area.topLeft()));
-    }
 }
 
 }  // namespace sorvane

@@ -1,32 +1,19 @@
 #pragma once
 
-#include <memory>
-#include <vector>
-
-#include <QLayout>
+#include "SorvaneMac/Shell/RowedLayout.h"
 
 namespace sorvane {
 
-/// Widgets of their own width from left to right, going on below where the row is full.
-class WrapLayout final : public QLayout {
+/// Widgets of their own width, going on below where the row is full.
+class WrapLayout final : public RowedLayout {
 public:
-    explicit WrapLayout(int spacing);
-    ~WrapLayout() override;
+    using RowedLayout::RowedLayout;
 
-    void addItem(QLayoutItem* item) override;
-    int count() const override { return static_cast<int>(items_.size()); }
-    QLayoutItem* itemAt(int index) const override;
-    QLayoutItem* takeAt(int index) override;
     QSize sizeHint() const override;
     QSize minimumSize() const override;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override;
-    void setGeometry(const QRect& area) override;
 
-private:
-    std::vector<QRect> places(int width) const;
-
-    std::vector<std::unique_ptr<QLayoutItem>> items_;
+protected:
+    std::vector<QRect> places(int width) const override;
 };
 
 }  // namespace sorvane

@@ -158,5 +158,49 @@ TEST(FormView, OffersTheBlankFirstAndSearchesLongLists) {
     EXPECT_EQ(box->currentText(), "variable7");
 }
 
+TEST(FormView, FindsAChoiceByItsDetail) {
+    offscreenApplication();
+    FormView form;
+    ChoiceControl choice;
+    choice.label = "Outcome";
+    for (int at = 0; at < 500; ++at) {
+        choice.choices.push_back("q" + std::to_string(at));
+        choice.details.push_back(at == 321 ? "Outcome · Felt calm" : "Outcome");
+    }
+    std::optional<std::size_t> told;
+    choice.set = [&told](std::optional<std::size_t> index) {
+        told = index;
+    };
+    form.show(formOf({choice}));
+    auto* box = form.findChild<QComboBox*>();
+    box->lineEdit()->setText("CALM");
+    emit box->lineEdit()->editingFinished();
+    EXPECT_EQ(told, 321U);
+    EXPECT_EQ(box->currentText(), "q321");
+    // Many fit: that is no choice.
+    box->lineEdit()->setText("outcome");
+    emit box->lineEdit()->editingFinished();
+    EXPECT_EQ(box->currentText(), "q321");
+}
+
+TEST(FormView, ChecksByKeyAllThatTheFilterShows) {
+    offscreenApplication();
+    FormView form;
+    std::vector<CheckListControl::Item> items;
+    for (int at = 0; at < 500; ++at) {
+        items.push_back({.name = "q" + std::to_string(at), .detail = at < 7 ? "Calm" : "Tense"});
+    }
+    CheckListControl list = itemList(std::move(items));
+    std::size_t told = 0;
+    list.setAll = [&told](const std::vector<std::string>& names, bool isChecked) {
+        told = isChecked ? names.size() : 0;
+    };
+    form.show(formOf({list}));
+    form.findChild<QLineEdit*>()->setText("calm");
+    QKeyEvent all(QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier);
+    QCoreApplication::sendEvent(form.findChild<QListView*>(), &all);
+    EXPECT_EQ(told, 7U);
+}
+
 }  // namespace
 }  // namespace sorvane
