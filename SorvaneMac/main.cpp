@@ -38,6 +38,7 @@ constexpr std::string_view usage =
     "sorvane procedures                          lists them with their arguments\n"
     "sorvane describe FILE [--rows N]            prints what an import finds\n"
     "sorvane run SCRIPT.json [--out DIR]         runs a studio script\n"
+    "sorvane operations                          lists what a script's `do` can call\n"
     "sorvane --screenshots DIR [--project FILE]  draws every screen\n"
     "sorvane --help, sorvane --version\n";
 

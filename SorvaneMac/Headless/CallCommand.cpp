@@ -92,15 +92,4 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
     }
 }
 
-ExitStatus proceduresCommand(CommandStreams streams) {
-    for (const Procedure& procedure : ProcedureTable::all()) {
-        streams.out << procedure.name << '\n';
-        for (const ProcedureArgument& argument : procedure.arguments) {
-            streams.out << "    " << argument.name << ": " << argument.kind
-                        << (argument.isOptional ? " (may be left out)" : "") << '\n';
-        }
-    }
-    return ExitStatus::success;
-}
-
 }  // namespace sorvane

@@ -9,7 +9,8 @@ namespace sorvane::Commands {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> words = {"call", "procedures", "describe", "run"};
+constexpr std::array<std::string_view, 5> words = {"call", "procedures", "describe", "run",
+                                                   "operations"};
 
 }  // namespace
 
@@ -27,6 +28,9 @@ ExitStatus run(const std::vector<std::string>& words,
     }
     if (command == "procedures") {
         return proceduresCommand(streams);
+    }
+    if (command == "operations") {
+        return operationsCommand(streams);
     }
     if (command == "describe") {
         return describeCommand(rest, streams);

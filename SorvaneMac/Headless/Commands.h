@@ -39,7 +39,7 @@ namespace Commands {
 /// Whether the first word names one of these commands.
 bool isCommand(const std::string& word);
 
-/// Runs `call`, `procedures`, `describe` or `run`.
+/// Runs `call`, `procedures`, `describe`, `run` or `operations`.
 ExitStatus run(const std::vector<std::string>& words,
                const ProgramParts& program,
                CommandStreams streams);
@@ -48,6 +48,7 @@ ExitStatus run(const std::vector<std::string>& words,
 
 ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams streams);
 ExitStatus proceduresCommand(CommandStreams streams);
+ExitStatus operationsCommand(CommandStreams streams);
 ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams streams);
 ExitStatus runCommand(const std::vector<std::string>& words,
                       const ProgramParts& program,

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "SorvaneMac/Headless/CallArguments.h"
+#include "SorvaneMac/Headless/Arguments.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -13,6 +13,7 @@ namespace sorvane {
 /// An operation of the workspace that a script can call by name.
 struct Operation {
     std::string name;
+    std::vector<ListedArgument> arguments;
     std::function<void(StudioState&, const CallArguments&)> run;
 };
 

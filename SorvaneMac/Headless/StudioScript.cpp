@@ -153,9 +153,7 @@ Json StudioScript::doOperation(const Json& argument) {
     if (!operation) {
         throw StepRefused("There is no operation \"" + name + "\".");
     }
-    const CallArguments given(bare ? Json::object() : argument.begin().value(), std::nullopt);
-    operation->run(state_, given);
-    given.expectNoOthers();
+    operation->run(state_, {bare ? Json::object() : argument.begin().value(), std::nullopt});
     return Json::object();
 }
 

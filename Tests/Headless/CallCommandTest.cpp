@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Headless/Commands.h"
+#include "SorvaneMac/Headless/OperationTable.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {
@@ -129,7 +130,21 @@ TEST(ProcedureTable, ListsEveryProcedureOnceWithItsArguments) {
     const std::string listed = answer({"procedures"}).out;
     EXPECT_NE(listed.find("RelationshipTests.pearson\n    x: column of numbers\n"),
               std::string::npos);
-    EXPECT_NE(listed.find("    confidenceLevel: setting (may be left out)\n"), std::string::npos);
+    EXPECT_NE(listed.find("    confidenceLevel: number (may be left out: 0.95)\n"),
+              std::string::npos);
+    EXPECT_NE(listed.find("    scaleScoreMethod: one of mean, sum (may be left out: \"mean\")\n"),
+              std::string::npos);
+}
+
+TEST(OperationTable, ListsEveryOperationOnceWithItsArguments) {
+    std::set<std::string> names;
+    for (const Operation& operation : OperationTable::all()) {
+        EXPECT_TRUE(names.insert(operation.name).second) << operation.name;
+    }
+    const std::string listed = answer({"operations"}).out;
+    EXPECT_NE(listed.find("assignVariable\n    variable: text\n    kind: one of demographic"),
+              std::string::npos)
+        << listed;
 }
 
 }  // namespace

@@ -61,6 +61,11 @@ TEST_F(StudioScriptTest, CallsOperationsByName) {
     EXPECT_EQ(perform(R"({"blank": {"name": "Grid", "rows": 2, "columns": 1}})").report["rows"], 2);
     perform(R"({"do": {"updateDatasetCell": {"row": 0, "column": 0, "value": "5"}}})");
     EXPECT_EQ(state_.dataset().rows.cell(0, 0), "5");
+    const std::string item =
+        R"({"id": "6F0E2B7C-0000-4000-8000-000000000001", "title": "T", "apaSummary": "S."})";
+    EXPECT_EQ(perform(R"({"do": {"addToReport": {"item": )" + item + "}}}").report["staged"], 1);
+    perform(R"({"do": {"removeFromReport": {"id": "6F0E2B7C-0000-4000-8000-000000000001"}}})");
+    EXPECT_TRUE(state_.reportItems->empty());
     EXPECT_EQ(perform(R"({"do": "resetToSample"})").report["rows"], 300);
 }
 

@@ -99,8 +99,8 @@ TEST_F(AnalysisScreens, CorrelationSeedsAPairAndAMatrix) {
     const ReportTable& matrix = *content.findings[1].item.table;
     EXPECT_EQ(matrix.headers,
               (std::vector<std::string>{"Variable", "M", "SD", "1", "2", "3", "4"}));
-    EXPECT_EQ(matrix.rows[1][3], ".77");
-    EXPECT_EQ(matrix.rows[3][3], ".98**");
+    EXPECT_EQ(matrix.rows[1][3], "0.77");
+    EXPECT_EQ(matrix.rows[3][3], "0.98**");
     EXPECT_EQ(matrix.rows[1][4], "—");
 
     screens_.fields.correlation.corrY.set({"q1"});

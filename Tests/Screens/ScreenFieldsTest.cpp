@@ -28,6 +28,11 @@ const std::string oneValueRule =
 const std::string oneRangeRule =
     R"([{"id":"00000000-0000-4000-8000-000000000002","lower":1.0,"upper":3.0,)"
     R"("lowerInclusive":true,"upperInclusive":false}])";
+const std::vector<std::string> oneDraft = {
+    R"({"sources":"","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
+    R"("output":""})",
+    R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
+    R"("output":"9"})"};
 const std::string oneSweepRow = R"([{"k":2,"logLik":-10.5,"aic":25.0,"bic":27.5,"entropy":0.75,)"
                                 R"("converged":true}])";
 
@@ -60,6 +65,7 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "regOutcome", R"("")", R"("a")", withDataset},
     {__LINE__, "regPredictors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "regHasRun", "false", "true", withDataset},
+    {__LINE__, "regLinearRun", "null", R"({"outcome":"a","predictors":["b"]})", withDataset},
     {__LINE__, "regAssumptionFindings", "null", oneFinding, withDataset},
     {__LINE__, "regAssumptionsExpanded", "true", "false", kept},
     {__LINE__, "drMethod", R"("pca")", R"("hierarchical")", kept},
@@ -100,6 +106,8 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "rcMode", R"("value")", R"("other")", kept},
     {__LINE__, "rcValueRules", "[]", oneValueRule, kept},
     {__LINE__, "rcRangeRules", "[]", oneRangeRule, kept},
+    {__LINE__, "rcDraft", oneDraft[0], oneDraft[1], kept},
+    {__LINE__, "prepareSection", R"("recode")", R"("imputation")", kept},
     {__LINE__, "rcCopyUnmatched", "true", "false", kept},
     {__LINE__, "rcReverseMin", "1.0", "1.25", kept},
     {__LINE__, "rcReverseMax", "5.0", "5.25", kept},
