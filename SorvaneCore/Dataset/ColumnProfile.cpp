@@ -98,8 +98,9 @@ private:
             maximum_ = number;
         }
         profile_.numericCount += static_cast<std::int64_t>(times);
-        minimum_ = std::min(minimum_, number);
-        maximum_ = std::max(maximum_, number);
+        // A cell such as "nan" counts as a number, but has no place in an order.
+        minimum_ = std::fmin(minimum_, number);
+        maximum_ = std::fmax(maximum_, number);
         sum_.add(number, times);
         profile_.hasFraction = profile_.hasFraction || number != std::round(number);
     }
