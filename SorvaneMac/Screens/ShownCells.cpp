@@ -18,7 +18,7 @@ ShownCells::ShownCells(const ImportedDataset& dataset, CellForm form) : table_(d
 
 std::string_view ShownCells::levelText(std::size_t column, std::size_t level) const {
     const std::string_view stored = table_.column(column).level(level);
-    if (labels_.empty() || labels_[column].empty()) {
+    if (!hasLabels(column)) {
         return stored;
     }
     const Labels& labels = labels_[column];

@@ -40,6 +40,11 @@ public:
     /// Method     the label of the text as it stands, or else without white space at both ends
     std::string_view levelText(std::size_t column, std::size_t level) const;
 
+    /// Whether labels stand in place of texts in a column.
+    bool hasLabels(std::size_t column) const {
+        return !labels_.empty() && !labels_[column].empty();
+    }
+
     /// Whether the other shows the very same columns in the same way.
     bool isSameAs(const ShownCells& other) const;
 

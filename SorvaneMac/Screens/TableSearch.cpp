@@ -39,23 +39,90 @@ std::vector<char> matchingLevels(const ShownCells& cells,
     return matches;
 }
 
-/// A bit per row; none without a match.
-std::vector<std::uint64_t> matchingRows(const ShownCells& cells,
-                                        std::size_t column,
-                                        const TableQuery& query) {
+using Bits = std::vector<std::uint64_t>;
+
+void set(Bits& bits, std::size_t at, std::uint64_t bit) {
+    bits[at / wordBits] |= bit << at % wordBits;
+}
+
+/// The first row from `row` on whose text ends behind a place; rows near by are found at once.
+std::size_t rowEndingBehind(const TextColumn& column, std::size_t row, const char* place) {
+    const auto endsBehind = [&column, place](std::size_t at) {
+        const std::string_view text = column.level(at);
+        return text.data() + text.size() > place;
+    };
+    std::size_t step = 1;
+    while (row + step < column.size() && !endsBehind(row + step - 1)) {
+        row += step;
+        step *= 2;
+    }
+    std::size_t end = std::min(row + step, column.size()) - 1;
+    while (row < end) {
+        const std::size_t middle = row + (end - row) / 2;
+        if (endsBehind(middle)) {
+            end = middle;
+        } else {
+            row = middle + 1;
+        }
+    }
+    return row;
+}
+
+/// Marks the rows of a column whose rows are its levels, its texts taken as one: they stand one
+/// after the other in memory, and a search through them is many times quicker than one by one.
+void markInBlock(const TextColumn& column,
+                 std::string_view block,
+                 const std::string& words,
+                 Bits& bits) {
+    std::size_t row = 0;
+    std::size_t at = block.find(words);
+    while (at != std::string_view::npos) {
+        const char* const found = block.data() + at;
+        row = rowEndingBehind(column, row, found);
+        const std::string_view text = column.level(row);
+        const char* const end = text.data() + text.size();
+        if (found >= text.data() && found + words.size() <= end) {
+            set(bits, row, 1);
+            at = static_cast<std::size_t>(end - block.data());
+        } else {
+            ++at;
+        }
+        at = block.find(words, at);
+    }
+}
+
+void markByLevel(const ShownCells& cells, std::size_t column, const TableQuery& query, Bits& bits) {
     const std::vector<char> levels = matchingLevels(cells, column, query);
     if (std::find(levels.begin(), levels.end(), 1) == levels.end()) {
-        return {};
+        return;
     }
-    const std::size_t rows = cells.table().rowCount();
-    std::vector<std::uint64_t> bits((rows + wordBits - 1) / wordBits);
     cells.table().column(column).withCodes([&](auto codes) {
-        for (std::size_t row = 0; row < rows; ++row) {
-            const auto bit = static_cast<std::uint64_t>(levels[codes[row]]);
-            bits[row / wordBits] |= bit << row % wordBits;
+        for (std::size_t row = 0; row < cells.table().rowCount(); ++row) {
+            set(bits, row, static_cast<std::uint64_t>(levels[codes[row]]));
         }
     });
-    return bits;
+}
+
+/// A bit per row; none without a match.
+Bits matchingRows(const ShownCells& cells, std::size_t at, const TableQuery& query) {
+    const TextColumn& column = cells.table().column(at);
+    Bits bits((column.size() + wordBits - 1) / wordBits);
+    std::string_view block;
+    if (!column.hasCodes() && column.size() > 0 && !cells.hasLabels(at)) {
+        const std::string_view first = column.level(0);
+        const std::string_view last = column.level(column.size() - 1);
+        block = {first.data(), static_cast<std::size_t>(last.data() + last.size() - first.data())};
+    }
+    std::string storage;
+    const bool isLowerCase = UnicodeText::lowerCased(block, storage).data() == block.data();
+    if (!block.empty() && isLowerCase && query.extent == TableQuery::Extent::anywhereInCell) {
+        markInBlock(column, block, query.words, bits);
+    } else {
+        markByLevel(cells, at, query, bits);
+    }
+    const bool hasMatch =
+        std::any_of(bits.begin(), bits.end(), [](auto word) { return word != 0; });
+    return hasMatch ? bits : Bits();
 }
 
 /// Calls `work` for each number below `count`, on all cores.

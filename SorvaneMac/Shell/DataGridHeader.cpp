@@ -13,7 +13,7 @@ namespace sorvane {
 namespace {
 
 constexpr int headHeight = 58;
-constexpr int air = 9;
+constexpr int air = 8;
 constexpr int narrowest = 84;
 constexpr int widest = 190;
 constexpr int sampledRows = 40;

@@ -57,8 +57,10 @@ QWidget* DataPreviewPage::toolBar() {
     auto* bar = new QWidget;
     auto* items = new WrapLayout(Theme::px(8));
     bar->setLayout(items);
-    items->addWidget(Buttons::make(
-        "Find…", [this] { openFindBar(); }, Buttons::Weight::tool));
+    auto* find = Buttons::make(
+        "Find…", [this] { openFindBar(); }, Buttons::Weight::tool);
+    find->setToolTip("Find a text in the table (Ctrl+F)");
+    items->addWidget(find);
     items->addWidget(Labels::line("Row", "small"));
     items->addWidget(row_);
     items->addWidget(labels_);
@@ -98,6 +100,7 @@ void DataPreviewPage::refreshTable() {
     labels_->setChecked(preview_.showsValueLabels.get());
     const bool changed = grid_->show(preview_.cells(), preview_.columnHeads(),
                                      workspace().state.data.isDatasetEditable.get());
+    row_->setPlaceholderText(QString("1–%1").arg(grid_->cells().rowCount()));
     if (changed && !found_.words.empty()) {
         grid_->cells().setMatches(TableMatches::of(grid_->cells().cells(), found_));
         findBar_->say(grid_->cells().matches().summary(grid_->place()));

@@ -62,6 +62,26 @@ TEST(TableSearch, GoesThroughTheMatchesInReadingOrderAndBeginsAgain) {
     EXPECT_EQ(TableMatches().next(CellPlace{3, 1}), std::nullopt);
 }
 
+TEST(TableSearch, FindsInColumnsOfDistinctTextsWhatEachCellHolds) {
+    // Long enough for a column without codes; texts that meet at their ends hold no match.
+    std::vector<std::vector<std::string>> rows;
+    std::vector<std::vector<std::string>> capitals;
+    std::uint64_t wanted = 0;
+    for (int at = 0; at < 20000; ++at) {
+        const std::string number = std::to_string(at * 7919 % 100003);
+        rows.push_back({number});
+        capitals.push_back({"A" + number});
+        wanted += number.find("12") != std::string::npos ? 1U : 0U;
+    }
+    ASSERT_FALSE(cellsOf(rows).table().column(0).hasCodes());
+    const TableMatches found = TableMatches::of(cellsOf(rows), {"12", anywhereInCell});
+    EXPECT_EQ(found.count(), wanted);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        ASSERT_EQ(found.contains({row, 0}), rows[row][0].find("12") != std::string::npos) << row;
+    }
+    EXPECT_EQ(TableMatches::of(cellsOf(capitals), {"12", anywhereInCell}).count(), wanted);
+}
+
 TEST(TableSearch, SearchesWhatIsShown) {
     ImportedDataset dataset = datasetOf({{"1"}, {"2"}, {" 1"}, {"9"}});
     dataset.variables[0].valueLabels = {{"1", "Female"}, {"2", "Male"}};
