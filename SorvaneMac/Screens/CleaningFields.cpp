@@ -2,6 +2,16 @@
 
 namespace sorvane {
 
+std::string_view displayName(OutlierMethod value) {
+    switch (value) {
+        case OutlierMethod::iqr:
+            return "1.5 × IQR beyond the quartiles";
+        case OutlierMethod::zScore:
+            return "|z| above 3";
+    }
+    return "";
+}
+
 CleaningFields::CleaningFields(FieldRegistry& fields)
     : clVar(fields, "clVar"),
       clLower(fields, "clLower"),

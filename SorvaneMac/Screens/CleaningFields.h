@@ -2,11 +2,15 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "SorvaneCore/Prepare/OutlierMethod.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
+
+/// The rule as the user reads it.
+std::string_view displayName(OutlierMethod value);
 
 /// The checks of Data Quality.
 struct CleaningFields {

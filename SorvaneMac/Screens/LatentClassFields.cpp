@@ -2,6 +2,18 @@
 
 namespace sorvane {
 
+std::string_view displayName(LatentScreenKind value) {
+    switch (value) {
+        case LatentScreenKind::profile:
+            return "Latent profiles";
+        case LatentScreenKind::classes:
+            return "Latent classes";
+        case LatentScreenKind::factorMixture:
+            return "Factor mixture";
+    }
+    return "";
+}
+
 LatentClassFields::LatentClassFields(FieldRegistry& fields)
     : lcMode(fields, "lcMode", LatentMixtureMode::profile),
       lcItems(fields, "lcItems"),

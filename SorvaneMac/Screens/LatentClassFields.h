@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "SorvaneCore/Models/LatentMixtureMode.h"
@@ -14,6 +15,8 @@ namespace sorvane {
 
 enum class LatentScreenKind { profile, classes, factorMixture };
 BOOST_DESCRIBE_ENUM(LatentScreenKind, profile, classes, factorMixture)
+/// As the user reads it.
+std::string_view displayName(LatentScreenKind value);
 
 /// One fit of the comparison of class counts.
 struct LatentSweepRow {

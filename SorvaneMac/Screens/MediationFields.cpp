@@ -2,6 +2,16 @@
 
 namespace sorvane {
 
+std::string_view displayName(MediationScreenMode value) {
+    switch (value) {
+        case MediationScreenMode::mediation:
+            return "Mediation";
+        case MediationScreenMode::moderation:
+            return "Moderation";
+    }
+    return "";
+}
+
 MediationFields::MediationFields(FieldRegistry& fields)
     : medMode(fields, "medMode", MediationScreenMode::mediation),
       medX(fields, "medX"),

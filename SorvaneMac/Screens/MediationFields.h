@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/describe/enum.hpp>
+#include <string_view>
 
 #include "SorvaneMac/State/Field.h"
 
@@ -8,6 +9,8 @@ namespace sorvane {
 
 enum class MediationScreenMode { mediation, moderation };
 BOOST_DESCRIBE_ENUM(MediationScreenMode, mediation, moderation)
+/// As the user reads it.
+std::string_view displayName(MediationScreenMode value);
 
 /// The selections of Mediation & Moderation.
 struct MediationFields {

@@ -1,9 +1,17 @@
 #pragma once
 
+#include <string_view>
+
 #include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
+
+/// The settings as the user reads them.
+std::string_view displayName(MultilevelStructureKind value);
+std::string_view displayName(MultilevelFamily value);
+std::string_view displayName(MultilevelEstimator value);
+std::string_view displayName(MultilevelDFMethod value);
 
 /// The selections of Multilevel.
 struct MultilevelFields {

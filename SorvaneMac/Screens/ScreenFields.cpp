@@ -10,6 +10,7 @@ ScreenFields::ScreenFields(FieldRegistry& fields)
       dataReduction(fields),
       multivariate(fields),
       survey(fields),
+      prepareData(fields),
       variableEditor(fields),
       cleaning(fields),
       imputation(fields),

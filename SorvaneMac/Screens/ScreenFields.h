@@ -12,6 +12,7 @@
 #include "SorvaneMac/Screens/MultilevelFields.h"
 #include "SorvaneMac/Screens/MultivariateFields.h"
 #include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/PrepareDataFields.h"
 #include "SorvaneMac/Screens/RegressionFields.h"
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/Screens/SurveyFields.h"
@@ -31,6 +32,7 @@ struct ScreenFields {
     DataReductionFields dataReduction;
     MultivariateFields multivariate;
     SurveyFields survey;
+    PrepareDataFields prepareData;
     VariableEditorFields variableEditor;
     CleaningFields cleaning;
     ImputationFields imputation;

@@ -1,16 +1,33 @@
 #include "SorvaneMac/Screens/StudioScreens.h"
 
+#include "SorvaneMac/Screens/CategoricalTestsScreen.h"
+#include "SorvaneMac/Screens/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
+#include "SorvaneMac/Screens/DataQualityScreen.h"
+#include "SorvaneMac/Screens/DataReductionScreen.h"
 #include "SorvaneMac/Screens/DescriptivesScreen.h"
 #include "SorvaneMac/Screens/ExportScreen.h"
 #include "SorvaneMac/Screens/FindingsScreen.h"
+#include "SorvaneMac/Screens/GroupPatternsScreen.h"
 #include "SorvaneMac/Screens/ImportDataScreen.h"
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
+#include "SorvaneMac/Screens/InvarianceScreen.h"
+#include "SorvaneMac/Screens/LatentClassScreen.h"
 #include "SorvaneMac/Screens/LaterScreen.h"
+#include "SorvaneMac/Screens/MediationScreen.h"
+#include "SorvaneMac/Screens/MultilevelScreen.h"
+#include "SorvaneMac/Screens/MultivariateScreen.h"
+#include "SorvaneMac/Screens/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"
+#include "SorvaneMac/Screens/PrepareDataScreen.h"
 #include "SorvaneMac/Screens/RegressionScreen.h"
+#include "SorvaneMac/Screens/RelationshipsScreen.h"
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
+#include "SorvaneMac/Screens/StructuralScreen.h"
+#include "SorvaneMac/Screens/SurveyScreen.h"
+#include "SorvaneMac/Screens/SurvivalScreen.h"
+#include "SorvaneMac/Screens/TechnicalAppendixScreen.h"
 #include "SorvaneMac/Screens/UserGuideScreen.h"
 #include "SorvaneMac/Screens/VariableTypesScreen.h"
 
@@ -28,9 +45,26 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<VariableTypesScreen>(state));
     add(std::make_unique<ReliabilityScreen>(state));
     add(std::make_unique<DescriptivesScreen>(state));
+    add(std::make_unique<CompareMeansScreen>(state, fields.compareMeans));
     add(std::make_unique<CorrelationScreen>(state, fields.correlation));
     add(std::make_unique<RegressionScreen>(state, fields.regression));
+    add(std::make_unique<NonparametricScreen>(state, fields.nonparametric));
+    add(std::make_unique<DataReductionScreen>(state, fields.dataReduction));
+    add(std::make_unique<MultivariateScreen>(state, fields.multivariate));
+    add(std::make_unique<GroupPatternsScreen>(state));
+    add(std::make_unique<RelationshipsScreen>(state, fields.correlation));
+    add(std::make_unique<CategoricalTestsScreen>(state, fields.nonparametric));
+    add(std::make_unique<PrepareDataScreen>(state, fields));
+    add(std::make_unique<DataQualityScreen>(state, fields.cleaning));
+    add(std::make_unique<StructuralScreen>(state, fields.structural));
+    add(std::make_unique<SurveyScreen>(state, fields.survey));
+    add(std::make_unique<MultilevelScreen>(state, fields.multilevel));
+    add(std::make_unique<LatentClassScreen>(state, fields.latentClass));
+    add(std::make_unique<SurvivalScreen>(state, fields.survival));
+    add(std::make_unique<MediationScreen>(state, fields.mediation));
+    add(std::make_unique<InvarianceScreen>(state, fields.invariance));
     add(std::make_unique<FindingsScreen>(state));
+    add(std::make_unique<TechnicalAppendixScreen>(state));
     add(std::make_unique<ExportScreen>(state));
     add(std::make_unique<UserGuideScreen>());
     for (const StudioScreen id : allStudioScreens()) {

@@ -2,6 +2,16 @@
 
 namespace sorvane {
 
+std::string_view displayName(SurvivalAnalysisMode value) {
+    switch (value) {
+        case SurvivalAnalysisMode::kaplanMeier:
+            return "Kaplan–Meier curves";
+        case SurvivalAnalysisMode::cox:
+            return "Cox proportional hazards";
+    }
+    return "";
+}
+
 SurvivalFields::SurvivalFields(FieldRegistry& fields)
     : survMode(fields, "survMode", SurvivalAnalysisMode::kaplanMeier),
       survTime(fields, "survTime"),

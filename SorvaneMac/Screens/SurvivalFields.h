@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/describe/enum.hpp>
+#include <string_view>
 
 #include "SorvaneMac/State/Field.h"
 
@@ -8,6 +9,8 @@ namespace sorvane {
 
 enum class SurvivalAnalysisMode { kaplanMeier, cox };
 BOOST_DESCRIBE_ENUM(SurvivalAnalysisMode, kaplanMeier, cox)
+/// As the user reads it.
+std::string_view displayName(SurvivalAnalysisMode value);
 
 /// The selections of Survival.
 struct SurvivalFields {

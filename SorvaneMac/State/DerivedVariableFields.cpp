@@ -2,6 +2,28 @@
 
 namespace sorvane {
 
+std::string_view displayName(ComputedVariableMethod value) {
+    switch (value) {
+        case ComputedVariableMethod::sum:
+            return "Sum score";
+        case ComputedVariableMethod::mean:
+            return "Mean score";
+        case ComputedVariableMethod::validCount:
+            return "Valid-response count";
+    }
+    return "";
+}
+
+std::string_view displayName(BinningMethod value) {
+    switch (value) {
+        case BinningMethod::equalWidth:
+            return "Equal-width groups";
+        case BinningMethod::quantile:
+            return "Quantile groups";
+    }
+    return "";
+}
+
 DerivedVariableFields::DerivedVariableFields(FieldRegistry& fields)
     : computedVariableName(fields, "computedVariableName", "Total Test Score", ResetRule::kept),
       computedVariableMethod(

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "SorvaneMac/State/Field.h"
 
@@ -12,9 +13,13 @@ namespace sorvane {
 
 enum class ComputedVariableMethod { sum, mean, validCount };
 BOOST_DESCRIBE_ENUM(ComputedVariableMethod, sum, mean, validCount)
+/// As the user reads it.
+std::string_view displayName(ComputedVariableMethod value);
 
 enum class BinningMethod { equalWidth, quantile };
 BOOST_DESCRIBE_ENUM(BinningMethod, equalWidth, quantile)
+/// As the user reads it.
+std::string_view displayName(BinningMethod value);
 
 /// The forms for computed and binned variables.
 struct DerivedVariableFields {

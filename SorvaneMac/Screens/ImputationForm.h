@@ -1,0 +1,30 @@
+#pragma once
+
+#include "SorvaneMac/Screens/ImputationFields.h"
+#include "SorvaneMac/Screens/PrepareForm.h"
+#include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+/// Fills in missing numbers, in several copies or in one, and pools an analysis over the copies.
+class ImputationForm final : public PrepareForm {
+public:
+    ImputationForm(StudioState& state, ImputationFields& fields) : state_(state), fields_(fields) {}
+
+    void seed() override;
+    void addTo(SetupForm& form) override;
+    Gate gate() const override;
+    Guide guide() const override;
+
+private:
+    bool isMultiple() const { return fields_.impMethod.get() == "mice"; }
+    /// Targets and predictors: what the copies hold.
+    VariableLists::List imputed() const;
+    void addPooled(SetupForm& form);
+
+    StudioState& state_;
+    ImputationFields& fields_;
+};
+
+}  // namespace sorvane

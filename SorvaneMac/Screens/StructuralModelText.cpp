@@ -1,0 +1,84 @@
+#include "SorvaneMac/Screens/StructuralModelText.h"
+
+#include "SorvaneCore/Dataset/UnicodeText.h"
+
+namespace sorvane::StructuralModelText {
+
+namespace {
+
+constexpr std::string_view starterComment =
+    "# lavaan-style syntax: =~ measures, ~ regresses, ~~ covaries\n";
+constexpr std::size_t indicatorsPerFactor = 3;
+
+/// The names from `first` on, quoted and added up; placeholders where there are too few.
+std::string indicators(const std::vector<std::string>& numeric, std::size_t first) {
+    const bool isEnough = numeric.size() >= first + indicatorsPerFactor;
+    std::string sum;
+    for (std::size_t at = first; at < first + indicatorsPerFactor; ++at) {
+        sum += sum.empty() ? "" : " + ";
+        sum +=
+            isEnough ? quoted(numeric[at]) : "item" + std::string(1, static_cast<char>('1' + at));
+    }
+    return sum;
+}
+
+/// Without its digits and underscores a bare name is one run of letters and marks.
+bool isBare(std::string_view name) {
+    const std::vector<std::string> whole = UnicodeText::alphanumericPieces(name);
+    std::size_t length = 0;
+    for (const std::string& piece : whole) {
+        length += piece.size();
+    }
+    std::size_t underscores = 0;
+    for (const char c : name) {
+        underscores += c == '_' ? 1U : 0U;
+    }
+    return !name.empty() && name.front() != '_' && length + underscores == name.size() &&
+           UnicodeText::leadingDigitLength(name) == 0;
+}
+
+std::string mediationModel(const std::vector<std::string>& numeric) {
+    const bool isEnough = numeric.size() >= 3;
+    const std::string x = isEnough ? quoted(numeric[0]) : "X";
+    const std::string m = isEnough ? quoted(numeric[1]) : "M";
+    const std::string y = isEnough ? quoted(numeric[2]) : "Y";
+    return "# " + x + " -> " + m + " -> " + y + "\n" + m + " ~ " + x + "\n" + y + " ~ " + m +
+           " + " + x;
+}
+
+}  // namespace
+
+std::string quoted(std::string_view name) {
+    return isBare(name) ? std::string(name) : "`" + std::string(name) + "`";
+}
+
+std::string starter(const std::vector<std::string>& numeric) {
+    if (numeric.size() < indicatorsPerFactor) {
+        return "factor =~ " + indicators({}, 0);
+    }
+    return std::string(starterComment) + "factor =~ " + indicators(numeric, 0);
+}
+
+std::string filled(Template wanted, const std::vector<std::string>& numeric) {
+    switch (wanted) {
+        case Template::oneFactor:
+            return "# One-factor CFA\nfactor =~ " + indicators(numeric, 0);
+        case Template::twoFactors:
+            return "# Multi-factor CFA\nfactorA =~ " + indicators(numeric, 0) + "\nfactorB =~ " +
+                   indicators(numeric, indicatorsPerFactor);
+        case Template::mediation:
+            return mediationModel(numeric);
+    }
+    return "";
+}
+
+std::string withName(std::string_view text, std::string_view name) {
+    const std::string before(text);
+    if (before.empty() || before.ends_with(' ') || before.ends_with('\n')) {
+        return before + quoted(name);
+    }
+    const bool awaitsName = before.ends_with('~') || before.ends_with('+');
+    return before + (awaitsName ? " " : " + ") + quoted(name);
+}
+
+}  // namespace sorvane::StructuralModelText

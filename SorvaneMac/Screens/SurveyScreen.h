@@ -1,0 +1,33 @@
+#pragma once
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/SurveyFields.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+/// Estimates under a sampling design.
+class SurveyScreen final : public Screen {
+public:
+    SurveyScreen(StudioState& state, SurveyFields& fields) : state_(state), fields_(fields) {}
+
+    StudioScreen id() const override { return StudioScreen::survey; }
+    void seed() override;
+    SetupForm setup() override;
+    ScreenContent content() const override;
+    Guide guide() const override;
+    std::optional<std::string> run() override;
+
+private:
+    /// What the standard errors lack with the design as it stands; empty with strata and clusters.
+    std::string designNote() const;
+    /// What keeps the estimate from running.
+    Gate gate() const;
+    std::optional<Gate> missingSelection() const;
+    std::optional<Gate> unsuitedDesign() const;
+
+    StudioState& state_;
+    SurveyFields& fields_;
+};
+
+}  // namespace sorvane
