@@ -16,20 +16,29 @@ constexpr int boxSize = 15;
 
 constexpr int air = 8;
 
+void paintFrame(QPainter& painter, const QRect& cell) {
+    painter.setPen(QPen(Theme::colors().accent, 2.0));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(cell.adjusted(1, 1, -1, -1));
+}
+
 void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
     const QVariant ground = index.data(Qt::BackgroundRole);
-    if (ground.isValid()) {
-        painter.fillRect(option.rect, ground.value<QColor>());
-    } else if (option.state & QStyle::State_Selected) {
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    if (isSelected) {
         painter.fillRect(option.rect, Theme::colors().accentGround);
+    } else if (ground.isValid()) {
+        painter.fillRect(option.rect, ground.value<QColor>());
+    }
+    // One that stands out and is selected too is framed, so that it is not lost among the others.
+    if (isSelected && ground.isValid()) {
+        paintFrame(painter, option.rect);
     }
 }
 
 void paintFocus(QPainter& painter, const QStyleOptionViewItem& option) {
     if (option.state & QStyle::State_HasFocus) {
-        painter.setPen(QPen(Theme::colors().accent, 2.0));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(option.rect.adjusted(1, 1, -1, -1));
+        paintFrame(painter, option.rect);
     }
 }
 
