@@ -1,30 +1,28 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 
-#include <string_view>
-
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane::DatasetText {
 
-namespace {
-
 std::string counted(std::int64_t count, std::string_view noun) {
     return NumberText::integer(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
-
-}  // namespace
 
 std::string size(const ImportedDataset& dataset) {
     return counted(dataset.rowCount(), "row") + " × " + counted(dataset.columnCount(), "column");
 }
 
-std::string missing(const ImportedDataset& dataset) {
+std::int64_t missingCells(const ImportedDataset& dataset) {
     std::int64_t cells = 0;
     for (const DataVariable& variable : dataset.variables) {
         cells += variable.missingCount;
     }
-    return share(cells, dataset.rowCount() * dataset.columnCount()) + " missing";
+    return cells;
+}
+
+std::string missing(const ImportedDataset& dataset) {
+    return share(missingCells(dataset), dataset.rowCount() * dataset.columnCount()) + " missing";
 }
 
 std::string share(std::int64_t part, std::int64_t whole) {

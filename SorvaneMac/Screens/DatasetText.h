@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 
@@ -10,10 +11,13 @@ namespace sorvane::DatasetText {
 
 /// "300 rows × 34 columns"; in the singular where there is one.
 std::string size(const ImportedDataset& dataset);
+std::int64_t missingCells(const ImportedDataset& dataset);
 /// "4.1% missing", of all cells; "0.0% missing" without cells.
 std::string missing(const ImportedDataset& dataset);
 /// "4.1%"; "0.0%" of nothing.
 std::string share(std::int64_t part, std::int64_t whole);
+/// "1 row", "3 rows".
+std::string counted(std::int64_t count, std::string_view noun);
 /// How many variables are in the item set.
 std::int64_t itemCount(const ImportedDataset& dataset);
 

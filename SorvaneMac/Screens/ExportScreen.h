@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 #include "SorvaneMac/Report/RichDocument.h"
@@ -23,8 +24,14 @@ public:
     ///
     /// Failure    nothing is staged and nothing was assembled -> absent
     std::optional<RichDocument> document() const;
+    /// Whether there is anything to make a file of.
+    bool canExport() const;
 
 private:
+    bool hasDocument() const;
+    Card reportCard(std::int64_t staged) const;
+    Card recordCard() const;
+
     StudioState& state_;
 };
 

@@ -5,7 +5,8 @@
 
 namespace sorvane {
 
-/// Where the work stands: the table, its roles, what was done to it, and what comes next.
+/// Where the study stands: the table and its roles, what needs a look, what is staged, and what
+/// comes next.
 class OverviewScreen final : public Screen {
 public:
     explicit OverviewScreen(StudioState& state) : state_(state) {}
@@ -17,9 +18,14 @@ public:
     std::optional<std::string> run() override { return std::nullopt; }
 
 private:
-    Card rolesCard() const;
-    Card logCard() const;
     Card nextCard() const;
+    Card attentionCard() const;
+    Card rolesCard() const;
+    Card findingsCard() const;
+    Card logCard() const;
+    EvidenceLine importLine() const;
+    EvidenceLine missingLine() const;
+    EvidenceLine warningsLine() const;
 
     StudioState& state_;
 };

@@ -6,6 +6,7 @@
 
 #include "SorvaneMac/Report/ReportItem.h"
 #include "SorvaneMac/Screens/Chart.h"
+#include "SorvaneMac/State/StudioScreen.h"
 
 namespace sorvane {
 
@@ -48,6 +49,14 @@ struct Passage {
     bool operator==(const Passage&) const = default;
 };
 
+/// A way from a card to another screen.
+struct ScreenLink {
+    std::string label;
+    StudioScreen screen = StudioScreen::overview;
+
+    bool operator==(const ScreenLink&) const = default;
+};
+
 /// One card of a screen, its parts in the order in which they are shown.
 struct Card {
     std::string title;
@@ -61,6 +70,8 @@ struct Card {
     std::string preformatted;
     std::vector<EvidenceLine> evidence;
     std::vector<std::string> cautions;
+    /// At the card's foot.
+    std::vector<ScreenLink> links;
     /// Takes the whole width even where two cards would fit side by side.
     bool wide = false;
 

@@ -1,44 +1,141 @@
 #include "SorvaneMac/Screens/UserGuideScreen.h"
 
+#include <map>
 #include <string_view>
 
 namespace sorvane {
 
 namespace {
 
-Card card(std::string_view title, std::vector<std::string> paragraphs) {
-    Card made;
-    made.title = std::string(title);
-    made.paragraphs = std::move(paragraphs);
-    return made;
+using enum StudioScreen;
+
+/// What each screen answers, in a line.
+const std::map<StudioScreen, std::string_view>& purposes() {
+    static const std::map<StudioScreen, std::string_view> texts = {
+        {overview, "Where does the study stand, and what comes next?"},
+        {importData, "How did the file come in, and what was repaired on the way?"},
+        {dataPreview, "What stands in the cells?"},
+        {dataPrep, "Which new variables do I need, made from the ones I have?"},
+        {instrumentMap, "What does each column seem to be, and why?"},
+        {variableTypes, "What is each variable in this study? Here you decide."},
+        {dataQuality, "What is missing, out of range, unusual or twice there?"},
+        {scalesReliability, "Do these items measure one thing consistently?"},
+        {descriptives, "What is typical, and how are values spread?"},
+        {inferential, "Do groups or occasions differ on average?"},
+        {correlation, "Do two variables move together?"},
+        {regression, "What goes with the outcome when the rest is held constant?"},
+        {nonparametric, "The same questions by ranks and counts."},
+        {dataReduction, "Which variables belong together, which cases are alike?"},
+        {multivariate, "Do groups differ on several outcomes at once?"},
+        {sem, "Does a model of factors and paths fit the data?"},
+        {survey, "What holds for the population that the sample was drawn from?"},
+        {groupPatterns, "How much do groups overlap?"},
+        {relationships, "May this association be described by a line?"},
+        {categoricalTests, "Do two sets of categories go together?"},
+        {multilevel, "How much is a matter of the group that a case belongs to?"},
+        {latentClass, "Are there kinds of people behind the answers?"},
+        {survival, "How long does it take until something happens?"},
+        {mediation, "By which way, or for whom, does an effect come about?"},
+        {invariance, "Does a scale mean the same in each group?"},
+        {findings, "What will the report say? Here it is assembled and edited."},
+        {technicalAppendix, "What does another researcher need to repeat it?"},
+        {export_, "In which form does the report leave the program?"},
+        {userGuide, "This page."},
+    };
+    return texts;
+}
+
+struct Step {
+    StudioSection section;
+    std::string_view title;
+    std::string_view text;
+    /// Where the step starts.
+    StudioScreen first;
+};
+
+constexpr Step steps[] = {
+    {StudioSection::project, "1. Project: bring in the data",
+     "Drop a file on the window, use Import Data, paste a table from a spreadsheet, or type into a "
+     "blank grid. An import that fails changes nothing and says why.",
+     importData},
+    {StudioSection::instrument, "2. Instrument: say what was measured",
+     "Roles are guessed from names and values. Check them once: every list of variables in the "
+     "program follows them.",
+     instrumentMap},
+    {StudioSection::evidence, "3. Evidence: look and test",
+     "Choose variables under Setup on the right. Each result comes with its assumptions and "
+     "cautions, and takes them along into the report.",
+     descriptives},
+    {StudioSection::advanced, "3. Advanced: models",
+     "For data with groups, classes, times or paths in them. They ask for more cases and for a "
+     "theory.",
+     multilevel},
+    {StudioSection::report, "4. Report: tell it",
+     "\"Add to report\" stages a result. Findings makes one document of what is staged; you edit "
+     "it, and export what you see.",
+     findings},
+};
+
+Card stepCard(const Step& step) {
+    Card card;
+    card.title = std::string(step.title);
+    card.paragraphs = {std::string(step.text)};
+    for (const StudioScreen screen : allStudioScreens()) {
+        if (section(screen) == step.section) {
+            card.passages.push_back(
+                {std::string(title(screen)), std::string(purposes().at(screen)), false});
+        }
+    }
+    card.links = {{"Go to " + std::string(title(step.first)), step.first}};
+    return card;
+}
+
+Card textCard(std::string_view title, std::vector<std::string> paragraphs) {
+    Card card;
+    card.title = std::string(title);
+    card.paragraphs = std::move(paragraphs);
+    return card;
 }
 
 Card keyboardCard() {
-    Card made = card("Keyboard", {});
+    Card card;
+    card.title = "Keyboard";
+    card.subtitle = "Tab goes to the next control, the space bar presses it";
     ReportTable table;
     table.headers = {"Keys", "What they do"};
-    table.rows = {{"Ctrl+O", "Import a file"},
-                  {"Ctrl+N", "Create a blank grid"},
-                  {"Ctrl+Shift+V", "Paste a table as data"},
-                  {"Ctrl+R", "Add the first finding of the screen to the report"},
-                  {"Ctrl+Shift+A", "Assemble the report"},
-                  {"Ctrl+1 to Ctrl+5", "A screen of each section"},
-                  {"Ctrl+PageUp, Ctrl+PageDown", "Former and next screen"},
-                  {"Ctrl+Shift+I", "Show or hide the inspector"},
-                  {"Ctrl++, Ctrl+-, Ctrl+0", "Larger, smaller and normal size"},
-                  {"F6", "Next pane: navigation, screen, inspector"}};
-    made.tables = {std::move(table)};
-    return made;
+    for (const UserGuideScreen::Keys& each : UserGuideScreen::keys()) {
+        table.rows.push_back({std::string(each.keys), std::string(each.action)});
+    }
+    card.tables = {std::move(table)};
+    return card;
 }
 
 }  // namespace
+
+const std::vector<UserGuideScreen::Keys>& UserGuideScreen::keys() {
+    static const std::vector<Keys> table = {
+        {"Ctrl+O", "Import a file"},
+        {"Ctrl+N", "Create a blank grid"},
+        {"Ctrl+Shift+V", "Paste a table as data"},
+        {"Ctrl+R", "Add the first finding of the screen to the report"},
+        {"Ctrl+Shift+A", "Assemble the report"},
+        {"Ctrl+E", "Export the report as PDF"},
+        {"Ctrl+1, Ctrl+2, Ctrl+3, Ctrl+4, Ctrl+5", "The first screens of the five sections"},
+        {"Ctrl+PgUp, Ctrl+PgDown", "Former and next screen"},
+        {"F6", "Next pane: navigation, screen, inspector"},
+        {"Ctrl+Shift+I", "Show or hide the inspector"},
+        {"Shift+F1", "The guide to this screen"},
+        {"F1", "This page"},
+        {"Ctrl++, Ctrl+-, Ctrl+0", "Larger, smaller and normal size"}};
+    return table;
+}
 
 SetupForm UserGuideScreen::setup() {
     SetupForm form;
     form.title = "User Guide";
     form.controls = {
-        NoteControl{"The Guide tab of each screen says what the screen answers, what "
-                    "it needs, and what must not be claimed from it.",
+        NoteControl{"Guide, beside Setup, says of each screen what it answers, what it needs, what "
+                    "must not be claimed from it, and how to read it.",
                     false}};
     return form;
 }
@@ -47,31 +144,31 @@ ScreenContent UserGuideScreen::content() const {
     ScreenContent content;
     content.title = "User Guide";
     content.subtitle = "The road from a file to a report";
-    content.cards = {
-        card("1. Bring in the data",
-             {"Drop a file anywhere on the window, or use Import Data. You can also paste a table "
-              "that you copied from a spreadsheet, or type into a blank grid.",
-              "A failed import leaves everything as it was and says why."}),
-        card("2. Check the instrument",
-             {"Instrument Map says what each column seems to be and why. Variable Types is where "
-              "you decide.",
-              "Every list of variables in the program follows these roles."}),
-        card("3. Look at the evidence",
-             {"Pick variables under Setup on the right; results follow at once.",
-              "Cautions and assumption findings are part of a result. They go into the report "
-              "with it."}),
-        card("4. Write the report",
-             {"\"Add to report\" stages a result. Findings assembles the staged results into one "
-              "document, which you edit and export.",
-              "Numbers in the report are text: they stay as they were when you staged them."}),
-        card("What stays on this machine",
-             {"Everything. Analyses run here, and no data leave the computer."}),
-        keyboardCard()};
+    for (const Step& step : steps) {
+        content.cards.push_back(stepCard(step));
+    }
+    content.cards.push_back(keyboardCard());
+    content.cards.push_back(textCard(
+        "What the program does not do",
+        {"It does not choose the analysis. It says what each one needs, and where a result does "
+         "not carry a claim.",
+         "It does not change the file that you imported. What is done to the table is done to a "
+         "copy, and logged.",
+         "It does not rewrite a report by itself. Figures in the report are text: they stay as "
+         "they "
+         "were when you staged them, until you stage them again.",
+         "It does not pretend. A screen whose analysis is not in this version says so."}));
+    content.cards.push_back(textCard(
+        "What stays on this machine",
+        {"Everything. Figures are computed here, and no data leave the computer unless you "
+         "export a file and pass it on."}));
     return content;
 }
 
 Guide UserGuideScreen::guide() const {
-    return {.answers = "How is the program used?", .needs = "Nothing.", .doNotClaim = {}};
+    return {.answers = "How is the program used, and in which order?",
+            .needs = "Nothing.",
+            .doNotClaim = {"Do not cite this page for a method; cite the method's own source."}};
 }
 
 }  // namespace sorvane

@@ -6,11 +6,13 @@
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Shell/ApaTableView.h"
+#include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/ChartView.h"
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/PreformattedView.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WrapLayout.h"
 
 namespace sorvane {
 
@@ -40,8 +42,9 @@ ToneTexts textsOf(EvidenceTone tone) {
 
 }  // namespace
 
-CardView::CardView(const Card& card)
+CardView::CardView(const Card& card, std::function<void(StudioScreen)> open)
     : CardFrame(qtText(card.title), qtText(card.subtitle)),
+      open_(std::move(open)),
       subtitle_(qtText(card.subtitle)),
       contentWidth_(Theme::px(textWidth)) {
     setProperty("wide", card.wide);
@@ -69,6 +72,7 @@ CardView::CardView(const Card& card)
         body().addWidget(Labels::text(qtText(caution), "caution"));
     }
     body().addStretch(1);
+    addLinks(card.links);
 }
 
 QSize CardView::sizeHint() const {
@@ -124,6 +128,22 @@ void CardView::addEvidence(const EvidenceLine& line) {
         words->addWidget(Labels::text(qtText(line.detail), "quiet"));
     }
     row->addLayout(words, 1);
+    body().addLayout(row);
+}
+
+void CardView::addLinks(const std::vector<ScreenLink>& links) {
+    if (links.empty()) {
+        return;
+    }
+    auto* row = new WrapLayout(Theme::px(8));
+    for (const ScreenLink& link : links) {
+        QPushButton* button = Buttons::make(qtText(link.label), [this, screen = link.screen] {
+            if (open_) {
+                open_(screen);
+            }
+        });
+        row->addWidget(button);
+    }
     body().addLayout(row);
 }
 

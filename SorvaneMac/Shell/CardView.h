@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Shell/CardFrame.h"
 
@@ -8,7 +10,8 @@ namespace sorvane {
 /// One card of a screen, drawn.
 class CardView final : public CardFrame {
 public:
-    explicit CardView(const Card& card);
+    /// Input      open: goes to the screen of a link
+    explicit CardView(const Card& card, std::function<void(StudioScreen)> open = {});
 
     /// Wide enough for its widest table or chart.
     QSize sizeHint() const override;
@@ -18,7 +21,9 @@ private:
     void addChart(const Chart& chart);
     void addPreformatted(const QString& text);
     void addEvidence(const EvidenceLine& line);
+    void addLinks(const std::vector<ScreenLink>& links);
 
+    std::function<void(StudioScreen)> open_;
     QString subtitle_;
     int contentWidth_;
 };

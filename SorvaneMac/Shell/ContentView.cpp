@@ -142,7 +142,9 @@ void ContentView::showCards() {
             return each.second && each.first == card;
         });
         CardView* view =
-            same == former.end() ? new CardView(card) : std::exchange(same->second, nullptr);
+            same == former.end()
+                ? new CardView(card, [this](StudioScreen screen) { state_.selection.set(screen); })
+                : std::exchange(same->second, nullptr);
         flow_->addWidget(view);
         view->show();
         cards_.emplace_back(card, view);

@@ -3,13 +3,13 @@
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/FormView.h"
+#include "SorvaneMac/Shell/GuidePane.h"
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
@@ -20,20 +20,13 @@ namespace {
 
 constexpr std::array<const char*, 3> tabNames = {"Setup", "Guide", "Notes"};
 
-void addPassage(QVBoxLayout& column, const QString& heading, const QString& text) {
-    if (!text.isEmpty()) {
-        column.addWidget(Labels::text(heading, "heading"));
-        column.addWidget(Labels::text(text));
-        column.addSpacing(Theme::px(8));
-    }
-}
-
 }  // namespace
 
 InspectorView::InspectorView(Workspace& workspace)
     : workspace_(workspace),
       stack_(new QStackedWidget),
       form_(new FormView),
+      guide_(new GuidePane(workspace)),
       note_(new QPlainTextEdit),
       stageNote_(Buttons::make("Add note to report", [this] {
           workspace_.state.stageResearcherNote(workspace_.state.selection.get());
@@ -46,7 +39,7 @@ InspectorView::InspectorView(Workspace& workspace)
     column->addWidget(tabs());
     column->addWidget(stack_, 1);
     stack_->addWidget(form_);
-    stack_->addWidget(guidePane());
+    stack_->addWidget(guide_);
     stack_->addWidget(notesPane());
 }
 
@@ -79,20 +72,6 @@ QWidget* InspectorView::tabs() {
     return whole;
 }
 
-QWidget* InspectorView::guidePane() {
-    auto* page = new QWidget;
-    guide_ = new QVBoxLayout(page);
-    guide_->setContentsMargins(Theme::px(15), Theme::px(14), Theme::px(15), Theme::px(15));
-    guide_->setSpacing(Theme::px(4));
-    auto* scroll = new QScrollArea;
-    scroll->setWidget(page);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setAccessibleName("Guide");
-    return scroll;
-}
-
 QWidget* InspectorView::notesPane() {
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
@@ -115,12 +94,15 @@ void InspectorView::refresh() {
     const auto pane = static_cast<std::size_t>(state.inspectorPane.get());
     tabButtons_[pane]->setChecked(true);
     stack_->setCurrentIndex(static_cast<int>(pane));
+    if (state.inspectorPane.get() != InspectorPane::guide) {
+        guide_->leave();
+    }
     switch (state.inspectorPane.get()) {
         case InspectorPane::setup:
             form_->show(workspace_.screens.at(screen).setup());
             break;
         case InspectorPane::guide:
-            showGuide(screen);
+            guide_->refresh();
             break;
         case InspectorPane::notes:
             showNotes(screen);
@@ -131,29 +113,6 @@ void InspectorView::refresh() {
 void InspectorView::takeFocus() {
     tabButtons_[static_cast<std::size_t>(workspace_.state.inspectorPane.get())]->setFocus(
         Qt::ShortcutFocusReason);
-}
-
-void InspectorView::showGuide(StudioScreen screen) {
-    if (guideOf_ == screen) {
-        return;
-    }
-    guideOf_ = screen;
-    while (QLayoutItem* item = guide_->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
-    const Guide guide = workspace_.screens.at(screen).guide();
-    addPassage(*guide_, "WHAT IT ANSWERS", qtText(guide.answers));
-    addPassage(*guide_, "WHAT IT NEEDS", qtText(guide.needs));
-    if (!guide.doNotClaim.empty()) {
-        guide_->addWidget(Labels::text("WHAT NOT TO CLAIM", "heading"));
-        guide_->addSpacing(Theme::px(3));
-        for (const std::string& claim : guide.doNotClaim) {
-            guide_->addWidget(Labels::text(qtText(claim), "caution"));
-            guide_->addSpacing(Theme::px(3));
-        }
-    }
-    guide_->addStretch(1);
 }
 
 void InspectorView::showNotes(StudioScreen screen) {

@@ -1,21 +1,19 @@
 #pragma once
 
 #include <array>
-#include <optional>
 
 #include <QWidget>
 
 #include "SorvaneMac/Shell/Workspace.h"
 
-class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QStackedWidget;
-class QVBoxLayout;
 
 namespace sorvane {
 
 class FormView;
+class GuidePane;
 
 /// The pane on the right: the form of the screen, its guide, and the researcher's notes on it.
 class InspectorView final : public QWidget {
@@ -28,9 +26,7 @@ public:
 
 private:
     QWidget* tabs();
-    QWidget* guidePane();
     QWidget* notesPane();
-    void showGuide(StudioScreen screen);
     void showNotes(StudioScreen screen);
     void writeNote();
 
@@ -38,8 +34,7 @@ private:
     std::array<QPushButton*, 3> tabButtons_{};
     QStackedWidget* stack_;
     FormView* form_;
-    QVBoxLayout* guide_ = nullptr;
-    std::optional<StudioScreen> guideOf_;
+    GuidePane* guide_;
     QPlainTextEdit* note_;
     QPushButton* stageNote_;
 };

@@ -6,6 +6,7 @@
 #include "SorvaneMac/Shell/FindingsPage.h"
 #include "SorvaneMac/Shell/ImportPage.h"
 #include "SorvaneMac/Shell/InstrumentMapPage.h"
+#include "SorvaneMac/Shell/TechnicalAppendixPage.h"
 #include "SorvaneMac/Shell/VariableTypesPage.h"
 
 namespace sorvane {
@@ -22,6 +23,8 @@ Page* Page::make(StudioScreen screen, Workspace& workspace) {
             return new VariableTypesPage(workspace);
         case StudioScreen::findings:
             return new FindingsPage(workspace);
+        case StudioScreen::technicalAppendix:
+            return new TechnicalAppendixPage(workspace);
         case StudioScreen::export_:
             return new ExportPage(workspace);
         default:

@@ -1,0 +1,194 @@
+#include "SorvaneMac/Screens/TechnicalAppendixScreen.h"
+
+#include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/SorvaneEngine.h"
+#include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/MethodPreview.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+template <typename Names>
+std::string joined(const Names& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text.empty() ? "None" : text;
+}
+
+std::vector<std::string> numbered(const std::vector<std::string>& lines) {
+    std::vector<std::string> made;
+    for (const std::string& line : lines) {
+        made.push_back(ResultText::count(static_cast<std::int64_t>(made.size() + 1)) + ". " + line);
+    }
+    return made;
+}
+
+std::string sourceName(ImportSourceKind kind) {
+    switch (kind) {
+        case ImportSourceKind::csv:
+            return "Delimited text";
+        case ImportSourceKind::xlsx:
+            return "Workbook";
+        case ImportSourceKind::blank:
+            return "A grid typed here";
+        case ImportSourceKind::unknown:
+            break;
+    }
+    return "Not known";
+}
+
+}  // namespace
+
+SetupForm TechnicalAppendixScreen::setup() {
+    SetupForm form;
+    form.title = "Technical Appendix";
+    form.controls = {
+        NoteControl{"Nothing to set here. The page says what stands behind the findings, so that "
+                    "another researcher can repeat them.",
+                    false},
+        NoteControl{"The record of a single analysis is on its own screen, under Guide, Reproduce.",
+                    false}};
+    return form;
+}
+
+ScreenContent TechnicalAppendixScreen::content() const {
+    ScreenContent content;
+    content.title = "Technical Appendix";
+    content.subtitle = "What another researcher needs to get the same figures";
+    if (!state_.hasData()) {
+        content.gate = ResultText::noDataGate();
+        content.cards = {previewCard(), engineCard()};
+        return content;
+    }
+    content.cards = {previewCard(), sourceCard(), logCard(),     missingCard(),
+                     scaleCard(),   engineCard(), findingsCard()};
+    return content;
+}
+
+Card TechnicalAppendixScreen::previewCard() const {
+    previewed_ = state_.activeMethodFile();
+    Card card;
+    card.title = "Method file preview";
+    card.subtitle = std::string(MethodPreview::purpose);
+    card.passages = MethodPreview::rows(*previewed_);
+    for (Passage& row : card.passages) {
+        if (row.text.empty()) {
+            row.text = "—";
+        }
+    }
+    return card;
+}
+
+Card TechnicalAppendixScreen::sourceCard() const {
+    const ImportedDataset& dataset = state_.dataset();
+    const ImportReadinessMetadata& import = dataset.importMetadata;
+    Card card;
+    card.title = "Data";
+    card.passages = {
+        {"Table", dataset.name, false},
+        {"Read from",
+         sourceName(import.sourceKind) +
+             (import.worksheetName ? ", sheet " + *import.worksheetName : ""),
+         false},
+        {"Size", DatasetText::size(dataset), false},
+        {"Repairs on import",
+         import.issues.empty() ? "None"
+                               : DatasetText::counted(std::ssize(import.issues), "repair") +
+                                     "; Import Data lists them",
+         false}};
+    return card;
+}
+
+Card TechnicalAppendixScreen::logCard() const {
+    Card card;
+    card.title = "What was done to the table";
+    card.subtitle = "In this order, from the import on";
+    card.paragraphs = numbered(state_.data.transformationLog.get());
+    card.wide = true;
+    return card;
+}
+
+Card TechnicalAppendixScreen::missingCard() const {
+    const ImportReadinessMetadata& import = state_.dataset().importMetadata;
+    std::vector<std::string> seen;
+    for (const auto& [marker, count] : import.observedMissingMarkers) {
+        seen.push_back(marker + " × " + ResultText::count(count));
+    }
+    Card card;
+    card.title = "Missing data";
+    card.passages = {
+        {"Share", DatasetText::missing(state_.dataset()), false},
+        {"Read as missing, in any case of letters", joined(import.missingValueMarkers), false},
+        {"Seen on import", joined(seen), false},
+        {"Rule of the scale", std::string(rawValue(state_.scale.reliabilityMissingDataRule.get())),
+         false},
+        {"Other analyses", "Cases without a value that the analysis needs are left out of it.",
+         false}};
+    return card;
+}
+
+Card TechnicalAppendixScreen::scaleCard() const {
+    const ScaleFields& scale = state_.scale;
+    Card card;
+    card.title = "Scale";
+    const std::string& construct = scale.constructName.get();
+    card.passages = {
+        {"Construct", construct.empty() ? "Unnamed" : construct, false},
+        {"Items",
+         joined(VariableLists::names(VariableLists::reliabilityVariables(state_.dataset()))),
+         false},
+        {"Reverse-coded", joined(scale.reverseCodedItemNames.get()), false},
+        {"Score", std::string(displayName(scale.scaleScoreMethod.get())), false},
+        {"Least share of answered items",
+         NumberText::fixed(100.0 * scale.minimumItemCompletion.get(), 0) + "%", false}};
+    return card;
+}
+
+Card TechnicalAppendixScreen::engineCard() const {
+    Card card;
+    card.title = "Engine";
+    card.passages = {
+        {"Version", std::string(SorvaneEngine::version), false},
+        {"Where", "All figures are computed on this machine, by the program's own procedures.",
+         false},
+        {"Conventions",
+         "Sample variances divide by n − 1 unless a result says otherwise. Sentences call a result "
+         "significant at p < .05. Intervals are at 95% unless a screen sets another level.",
+         false}};
+    return card;
+}
+
+Card TechnicalAppendixScreen::findingsCard() const {
+    Card card;
+    card.title = "Staged findings";
+    card.subtitle = "As they go into the report";
+    card.wide = true;
+    for (const ReportItem& item : state_.reportItems.get()) {
+        card.passages.push_back(
+            {item.title, item.caution.value_or("Staged without a caution."), false});
+    }
+    if (card.passages.empty()) {
+        card.paragraphs = {"Nothing is staged yet."};
+    }
+    card.links = {{"Findings", StudioScreen::findings}};
+    return card;
+}
+
+Guide TechnicalAppendixScreen::guide() const {
+    return {.answers = "Which data, roles, rules and versions stand behind the findings?",
+            .needs = "A dataset; staged findings, where they are to be listed.",
+            .doNotClaim = {"Do not leave out the rule for missing data.",
+                           "Do not claim that an analysis can be repeated without the data it was "
+                           "run on: a method file holds none."}};
+}
+
+Json TechnicalAppendixScreen::result() const {
+    return toJson(state_.activeMethodFile());
+}
+
+}  // namespace sorvane
