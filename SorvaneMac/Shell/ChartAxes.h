@@ -1,23 +1,17 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include <string>
+#include <vector>
 
-#include "SorvaneMac/Shell/ChartInk.h"
+#include <Qt>
 
-class QAbstractAxis;
-class QAbstractSeries;
-class QBarCategoryAxis;
-class QChart;
+#include "SorvaneMac/Shell/ChartCanvas.h"
+
 class QValueAxis;
 
-/// Axes in one sober style.
+/// Axes in one sober style. An axis at the bottom takes the chart's label of x, one at the left
+/// that of y.
 namespace sorvane::ChartAxes {
-
-struct ValueRange {
-    double minimum = 0.0;
-    double maximum = 1.0;
-};
 
 enum class Extent {
     /// Widens the range to the round numbers next to it.
@@ -26,15 +20,34 @@ enum class Extent {
     exact,
 };
 
-/// A number axis over the range, with about five labels at round numbers.
-QValueAxis* value(ValueRange range, Extent extent, const QString& title, const ChartInk& ink);
+struct Scale {
+    ValueRange range;
+    Extent extent = Extent::rounded;
+    /// Labels at whole numbers only, for counts.
+    bool wholeNumbers = false;
+    /// Per cent sign after each label.
+    bool percent = false;
+};
 
-QBarCategoryAxis* categories(const QStringList& labels, const QString& title, const ChartInk& ink);
+/// A number axis with about five labels at round numbers.
+QValueAxis& addNumbers(ChartCanvas& canvas,
+                       QAbstractSeries& series,
+                       const Scale& scale,
+                       Qt::AlignmentFlag edge);
+
+/// An axis of named slots at 0, 1, 2, …; at the left the last label has slot 0, so that the first
+/// stands on top.
+void addCategories(ChartCanvas& canvas,
+                   QAbstractSeries& series,
+                   const std::vector<std::string>& labels,
+                   Qt::AlignmentFlag edge);
+
+/// The slot of a category at the left.
+inline double slotFromAbove(std::size_t at, std::size_t count) {
+    return static_cast<double>(count - 1 - at);
+}
 
 /// Takes away all but the title; for an axis whose values stand at the bars.
-void leaveTitleOnly(QAbstractAxis& axis);
-
-/// Gives a series of the chart its axis at an edge.
-void attach(QChart& chart, QAbstractSeries* series, QAbstractAxis* axis, Qt::Alignment edge);
+void leaveTitleOnly(QValueAxis& axis);
 
 }  // namespace sorvane::ChartAxes

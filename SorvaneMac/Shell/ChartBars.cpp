@@ -1,27 +1,29 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QBarCategoryAxis>
 #include <QBarSet>
 #include <QChart>
+#include <QFontMetricsF>
 #include <QHorizontalBarSeries>
+#include <QPainter>
 #include <QValueAxis>
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
 #include "SorvaneMac/Shell/ChartAxes.h"
-#include "SorvaneMac/Shell/ChartOverlay.h"
 #include "SorvaneMac/Shell/ChartPlots.h"
+#include "SorvaneMac/Shell/ChartRange.h"
 #include "SorvaneMac/Shell/QtText.h"
 
 namespace sorvane::ChartPlots {
 
 namespace {
 
-/// Room beyond the longest bar for the figure at its end.
+/// Room beyond the longest bar for the figure at its end, and below 0 for that of a negative one.
 constexpr double labelShare = 0.16;
 /// Room above the plot for the figure of the reference line.
 constexpr int referenceMargin = 20;
+constexpr double figureGap = 5.0;
 
 bool isBounded(const BarPlot& plot) {
     return std::all_of(plot.values.begin(), plot.values.end(), [](double value) {
@@ -39,11 +41,11 @@ QString figureText(double value, const BarPlot& plot) {
 }
 
 /// The bars from below to above, since the axis counts so and the first label stands on top.
-QHorizontalBarSeries* barSeries(const BarPlot& plot, std::size_t count, const ChartInk& ink) {
+QHorizontalBarSeries* barSeries(const BarPlot& plot, const ChartInk& ink) {
     auto* values = new QBarSet("");
-    for (std::size_t at = count; at-- > 0;) {
+    for (std::size_t at = plot.values.size(); at-- > 0;) {
         const double value = plot.values[at];
-        values->append(std::isfinite(value) ? value : 0.0);
+        values->append(ChartRange::hasPlace(value) ? value : 0.0);
         if (plot.reference && value < *plot.reference) {
             values->selectBar(values->count() - 1);
         }
@@ -57,48 +59,73 @@ QHorizontalBarSeries* barSeries(const BarPlot& plot, std::size_t count, const Ch
     return bars;
 }
 
-ChartAxes::ValueRange rangeOf(const BarPlot& plot) {
-    ChartAxes::ValueRange range{0.0, std::max(plot.reference.value_or(0.0), 0.0)};
-    for (const double value : plot.values) {
-        if (std::isfinite(value)) {
-            range.minimum = std::min(range.minimum, value);
-            range.maximum = std::max(range.maximum, value);
-        }
-    }
+ValueRange rangeOf(const BarPlot& plot) {
+    ValueRange range{0.0, 0.0};
+    ChartRange::include(range, plot.values);
+    ChartRange::include(range, plot.reference.value_or(0.0));
+    range = range.minimum == range.maximum ? ValueRange{0.0, 1.0} : range;
     range.maximum += (range.maximum - range.minimum) * labelShare;
     return range;
 }
 
+void paintFigures(QPainter& painter,
+                  const ChartPlaces& places,
+                  const BarPlot& plot,
+                  const ChartInk& ink) {
+    const std::size_t count = plot.values.size();
+    const double slot = places.area().height() / static_cast<double>(count);
+    QFont font = ink.font;
+    font.setPixelSize(std::clamp(static_cast<int>(slot * 0.78), 1, ink.font.pixelSize()));
+    painter.setFont(font);
+    painter.setPen(ink.text);
+    const double halfCap = QFontMetricsF(font).capHeight() / 2.0;
+    for (std::size_t at = 0; at < count; ++at) {
+        const double value = plot.values[at];
+        const double end = ChartRange::hasPlace(value) ? std::max(value, 0.0) : 0.0;
+        const QPointF place = places.at(end, ChartAxes::slotFromAbove(at, count));
+        painter.drawText(place + QPointF(figureGap, halfCap), figureText(value, plot));
+    }
+}
+
+void paintReference(QPainter& painter,
+                    const ChartPlaces& places,
+                    const BarPlot& plot,
+                    const ChartInk& ink) {
+    const QRectF area = places.area();
+    const double x = places.at(*plot.reference, 0.0).x();
+    painter.setPen(QPen(ink.text, 1.2, Qt::DashLine));
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    painter.setFont(ink.font);
+    painter.setPen(ink.quiet);
+    const QRectF above(x - 40.0, area.top() - 18.0, 80.0, 16.0);
+    painter.drawText(above, Qt::AlignCenter, figureText(*plot.reference, plot));
+}
+
 }  // namespace
 
-void add(QChart& chart, const BarPlot& plot, const Chart& texts, const ChartInk& ink) {
+void add(ChartCanvas& canvas, const BarPlot& given) {
+    BarPlot plot = given;
     const std::size_t count = std::min(plot.labels.size(), plot.values.size());
     if (count == 0) {
         return;
     }
-    QHorizontalBarSeries* bars = barSeries(plot, count, ink);
-    chart.addSeries(bars);
-    auto* overlay = new ChartOverlay(chart, *bars, ink);
-    QStringList names;
-    for (std::size_t at = count; at-- > 0;) {
-        const double value = plot.values[at];
-        const double end = std::isfinite(value) ? std::max(value, 0.0) : 0.0;
-        overlay->labels.push_back(
-            {{end, static_cast<double>(names.size())}, figureText(value, plot)});
-        names << qtText(plot.labels[at]);
-    }
+    plot.labels.resize(count);
+    plot.values.resize(count);
+    QHorizontalBarSeries* bars = barSeries(plot, canvas.ink);
+    canvas.chart.addSeries(bars);
+    ChartAxes::addCategories(canvas, *bars, plot.labels, Qt::AlignLeft);
+    ChartAxes::leaveTitleOnly(ChartAxes::addNumbers(
+        canvas, *bars, {.range = rangeOf(plot), .extent = ChartAxes::Extent::exact},
+        Qt::AlignBottom));
     if (plot.reference) {
-        overlay->verticalLine = plot.reference;
-        overlay->lineLabel = figureText(*plot.reference, plot);
-        chart.setMargins(chart.margins() + QMargins(0, referenceMargin, 0, 0));
+        canvas.chart.setMargins(canvas.chart.margins() + QMargins(0, referenceMargin, 0, 0));
     }
-    QBarCategoryAxis* labels = ChartAxes::categories(names, qtText(texts.yLabel), ink);
-    labels->setLineVisible(false);
-    ChartAxes::attach(chart, bars, labels, Qt::AlignLeft);
-    QValueAxis* axis =
-        ChartAxes::value(rangeOf(plot), ChartAxes::Extent::exact, qtText(texts.xLabel), ink);
-    ChartAxes::leaveTitleOnly(*axis);
-    ChartAxes::attach(chart, bars, axis, Qt::AlignBottom);
+    canvas.paint(bars, [plot, ink = canvas.ink](QPainter& painter, const ChartPlaces& places) {
+        paintFigures(painter, places, plot, ink);
+        if (plot.reference) {
+            paintReference(painter, places, plot, ink);
+        }
+    });
 }
 
 }  // namespace sorvane::ChartPlots

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <memory>
+#include <functional>
+#include <vector>
 
 #include <QGraphicsScene>
-#include <QSize>
+#include <QSizeF>
 
 #include "SorvaneMac/Screens/Chart.h"
 #include "SorvaneMac/Shell/ChartInk.h"
@@ -12,6 +13,8 @@ class QChart;
 class QPainter;
 
 namespace sorvane {
+
+class ChartLegend;
 
 /// One chart, laid out and ready to paint at any size.
 class ChartDrawing {
@@ -22,16 +25,11 @@ public:
     void resize(QSize size);
     void paint(QPainter& painter);
 
-    /// The height that suits the chart: fixed for a plot, by the number of bars for bars.
-    static int suitableHeight(const Chart& chart);
-    /// The width in which the labels of a chart stand whole, within reason.
-    static int suitableWidth(const Chart& chart, const QFont& font);
-    /// What the chart shows, for those who hear the window.
-    static QString spokenDescription(const Chart& chart);
-
 private:
     QGraphicsScene scene_;
     QChart* chart_ = nullptr;
+    ChartLegend* legend_ = nullptr;
+    std::vector<std::function<void(QSizeF)>> fits_;
 };
 
 }  // namespace sorvane

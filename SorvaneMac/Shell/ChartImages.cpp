@@ -1,5 +1,6 @@
 #include "SorvaneMac/Shell/ChartImages.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QBuffer>
@@ -7,7 +8,9 @@
 #include <QPainter>
 #include <QSvgGenerator>
 
+#include "SorvaneMac/Screens/ChartDescription.h"
 #include "SorvaneMac/Shell/ChartDrawing.h"
+#include "SorvaneMac/Shell/ChartSizes.h"
 #include "SorvaneMac/Shell/QtText.h"
 
 namespace sorvane {
@@ -16,12 +19,16 @@ namespace {
 
 constexpr double dotsPerInch = 300.0;
 constexpr double inchesInMeter = 1000.0 / 25.4;
-/// Type of 11 design units reads as 8 points on paper at this many units an inch.
+/// Type of 12 design units reads as 9 points on paper at this many units an inch.
 constexpr double unitsPerInch = 100.0;
 constexpr int paperWidth = 650;
+/// A page with one-inch margins keeps room for a caption below.
+constexpr int paperHeight = 750;
+/// Paper gives a plot a little more height than the window.
+constexpr int addedHeight = 40;
 
 QSize paperSize(const Chart& chart) {
-    return {paperWidth, ChartDrawing::suitableHeight(chart) + 40};
+    return {paperWidth, std::min(ChartSizes::suitableHeight(chart) + addedHeight, paperHeight)};
 }
 
 std::vector<std::uint8_t> bytesOf(const QByteArray& bytes) {
@@ -61,6 +68,7 @@ std::vector<std::uint8_t> chartSvg(const Chart& chart) {
     svg.setViewBox(QRect({0, 0}, size));
     svg.setResolution(static_cast<int>(unitsPerInch));
     svg.setTitle(qtText(chart.title));
+    svg.setDescription(qtText(chartDescription(chart)));
     ChartDrawing drawing(chart, ChartInk::print());
     drawing.resize(size);
     QPainter painter(&svg);

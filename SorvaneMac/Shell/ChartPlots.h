@@ -1,16 +1,21 @@
 #pragma once
 
 #include "SorvaneMac/Screens/Chart.h"
-#include "SorvaneMac/Shell/ChartInk.h"
+#include "SorvaneMac/Shell/ChartCanvas.h"
 
-class QChart;
-
-/// Each kind of plot, put into an empty chart: its series, its axes and what is drawn over them.
+/// Each kind of plot, put into an empty chart: its series, its axes and what is painted over them.
+/// A plot without values leaves the chart empty.
 namespace sorvane::ChartPlots {
 
-void add(QChart& chart, const HistogramPlot& plot, const Chart& texts, const ChartInk& ink);
-void add(QChart& chart, const BoxPlot& plot, const Chart& texts, const ChartInk& ink);
-void add(QChart& chart, const ScatterPlot& plot, const Chart& texts, const ChartInk& ink);
-void add(QChart& chart, const BarPlot& plot, const Chart& texts, const ChartInk& ink);
+void add(ChartCanvas& canvas, const HistogramPlot& plot);
+void add(ChartCanvas& canvas, const BoxPlot& plot);
+void add(ChartCanvas& canvas, const ScatterPlot& plot);
+void add(ChartCanvas& canvas, const BarPlot& plot);
+void add(ChartCanvas& canvas, const GroupedBarPlot& plot);
+void add(ChartCanvas& canvas, const IntervalPlot& plot);
+void add(ChartCanvas& canvas, const LinePlot& plot);
+void add(ChartCanvas& canvas, const HeatMap& plot);
+void add(ChartCanvas& canvas, const Dendrogram& plot);
+void add(ChartCanvas& canvas, const PathDiagram& plot);
 
 }  // namespace sorvane::ChartPlots

@@ -9,8 +9,10 @@
 #include <QPainter>
 
 #include "SorvaneMac/Platform/FileDialogs.h"
+#include "SorvaneMac/Screens/ChartDescription.h"
 #include "SorvaneMac/Shell/ChartDrawing.h"
 #include "SorvaneMac/Shell/ChartImages.h"
+#include "SorvaneMac/Shell/ChartSizes.h"
 #include "SorvaneMac/Shell/FileSaving.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
@@ -33,14 +35,14 @@ ChartView::ChartView(Chart chart)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(chart_.title.empty() ? QString("Chart") : qtText(chart_.title));
-    setAccessibleDescription(ChartDrawing::spokenDescription(chart_));
+    setAccessibleDescription(qtText(chartDescription(chart_)));
 }
 
 ChartView::~ChartView() = default;
 
 QSize ChartView::sizeHint() const {
-    return {Theme::px(ChartDrawing::suitableWidth(chart_, Theme::faces(11.5))),
-            Theme::px(ChartDrawing::suitableHeight(chart_))};
+    return {Theme::px(ChartSizes::suitableWidth(chart_, Theme::faces(11.5))),
+            Theme::px(ChartSizes::suitableHeight(chart_))};
 }
 
 QSize ChartView::minimumSizeHint() const {
