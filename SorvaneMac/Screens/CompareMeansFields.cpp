@@ -2,6 +2,22 @@
 
 namespace sorvane {
 
+std::string_view displayName(InferentialTest test) {
+    switch (test) {
+        case InferentialTest::tTest:
+            return "Independent-samples t-test";
+        case InferentialTest::pairedTTest:
+            return "Paired-samples t-test";
+        case InferentialTest::anova:
+            return "One-way ANOVA";
+        case InferentialTest::repeatedMeasures:
+            return "Repeated-measures ANOVA";
+        case InferentialTest::ancova:
+            return "ANCOVA";
+    }
+    return {};
+}
+
 std::string_view rawValue(TTestType type) {
     switch (type) {
         case TTestType::auto_:
@@ -10,6 +26,18 @@ std::string_view rawValue(TTestType type) {
             return "welch";
         case TTestType::student:
             return "student";
+    }
+    return {};
+}
+
+std::string_view displayName(TTestType type) {
+    switch (type) {
+        case TTestType::auto_:
+            return "Auto";
+        case TTestType::welch:
+            return "Welch's";
+        case TTestType::student:
+            return "Student's";
     }
     return {};
 }

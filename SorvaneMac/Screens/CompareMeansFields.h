@@ -15,10 +15,14 @@ namespace sorvane {
 enum class InferentialTest { tTest, pairedTTest, anova, repeatedMeasures, ancova };
 BOOST_DESCRIBE_ENUM(InferentialTest, tTest, pairedTTest, anova, repeatedMeasures, ancova)
 
+/// The test's name as the user reads it.
+std::string_view displayName(InferentialTest test);
+
 /// How two independent means are compared; automatic means Welch's test.
 enum class TTestType { auto_, welch, student };
 BOOST_DESCRIBE_ENUM(TTestType, auto_, welch, student)
 std::string_view rawValue(TTestType type);
+std::string_view displayName(TTestType type);
 
 /// The selections of Compare Means.
 struct CompareMeansFields {

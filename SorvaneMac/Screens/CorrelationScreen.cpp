@@ -46,11 +46,11 @@ std::string strengthWord(double r) {
 
 }  // namespace
 
-void CorrelationScreen::seed() {
-    const VariableLists::List numeric = numericVariables(state_.dataset());
-    Seeding::fillFirst(fields_.corrX, numeric);
-    Seeding::fillFirst(fields_.corrY, VariableLists::without(numeric, {fields_.corrX->name}));
-    Seeding::fillFirst(fields_.corrMatrixVars, numeric, seededMatrixVariables);
+void corrSeed(CorrelationFields& fields, const ImportedDataset& dataset) {
+    const VariableLists::List numeric = numericVariables(dataset);
+    Seeding::fillFirst(fields.corrX, numeric);
+    Seeding::fillFirst(fields.corrY, VariableLists::without(numeric, {fields.corrX->name}));
+    Seeding::fillFirst(fields.corrMatrixVars, numeric, seededMatrixVariables);
 }
 
 SetupForm CorrelationScreen::setup() {

@@ -21,6 +21,9 @@ struct PairCorrelations {
 };
 BOOST_DESCRIBE_STRUCT(PairCorrelations, (), (pearson, spearman, kendallTauB, partial))
 
+/// Fills the blank selections of Correlation, whose pair Relationships shares.
+void corrSeed(CorrelationFields& fields, const ImportedDataset& dataset);
+
 /// A pair of variables in three measures, and a matrix of study variables.
 class CorrelationScreen final : public Screen {
 public:
@@ -28,7 +31,7 @@ public:
         : state_(state), fields_(fields) {}
 
     StudioScreen id() const override { return StudioScreen::correlation; }
-    void seed() override;
+    void seed() override { corrSeed(fields_, state_.dataset()); }
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;

@@ -2,6 +2,36 @@
 
 namespace sorvane {
 
+std::string_view displayName(DataReductionMethod method) {
+    switch (method) {
+        case DataReductionMethod::pca:
+            return "Principal component analysis";
+        case DataReductionMethod::efa:
+            return "Exploratory factor analysis";
+        case DataReductionMethod::omega:
+            return "McDonald's omega";
+        case DataReductionMethod::kmeans:
+            return "K-means clustering";
+        case DataReductionMethod::hierarchical:
+            return "Hierarchical clustering";
+    }
+    return {};
+}
+
+std::string_view displayName(HierarchicalLinkage linkage) {
+    switch (linkage) {
+        case HierarchicalLinkage::ward:
+            return "Ward";
+        case HierarchicalLinkage::complete:
+            return "Complete";
+        case HierarchicalLinkage::average:
+            return "Average";
+        case HierarchicalLinkage::single:
+            return "Single";
+    }
+    return {};
+}
+
 DataReductionFields::DataReductionFields(FieldRegistry& fields)
     : drMethod(fields, "drMethod", DataReductionMethod::pca, ResetRule::kept),
       drItems(fields, "drItems"),

@@ -2,6 +2,7 @@
 
 #include <boost/describe/enum.hpp>
 #include <cstdint>
+#include <string_view>
 
 #include "SorvaneCore/Analyses/HierarchicalLinkage.h"
 #include "SorvaneMac/State/Field.h"
@@ -11,13 +12,17 @@ namespace sorvane {
 enum class DataReductionMethod { pca, efa, omega, kmeans, hierarchical };
 BOOST_DESCRIBE_ENUM(DataReductionMethod, pca, efa, omega, kmeans, hierarchical)
 
+/// The method's name as the user reads it.
+std::string_view displayName(DataReductionMethod method);
+std::string_view displayName(HierarchicalLinkage linkage);
+
 /// The selections of Data Reduction.
 struct DataReductionFields {
     explicit DataReductionFields(FieldRegistry& fields);
 
     Field<DataReductionMethod> drMethod;
     Field<NameSet> drItems;
-    /// Clusters.
+    /// How many clusters.
     Field<std::int64_t> drK;
     Field<bool> drStandardize;
     Field<bool> drHasRun;

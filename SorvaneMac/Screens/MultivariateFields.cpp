@@ -2,6 +2,18 @@
 
 namespace sorvane {
 
+std::string_view displayName(MVTest test) {
+    switch (test) {
+        case MVTest::manova:
+            return "MANOVA";
+        case MVTest::discriminant:
+            return "Discriminant analysis";
+        case MVTest::canonical:
+            return "Canonical correlation";
+    }
+    return {};
+}
+
 MultivariateFields::MultivariateFields(FieldRegistry& fields)
     : mvTest(fields, "mvTest", MVTest::manova, ResetRule::kept),
       mvVars(fields, "mvVars"),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/describe/enum.hpp>
+#include <string_view>
 
 #include "SorvaneMac/State/Field.h"
 
@@ -8,6 +9,9 @@ namespace sorvane {
 
 enum class MVTest { manova, discriminant, canonical };
 BOOST_DESCRIBE_ENUM(MVTest, manova, discriminant, canonical)
+
+/// The test's name as the user reads it.
+std::string_view displayName(MVTest test);
 
 /// The selections of Multivariate.
 struct MultivariateFields {

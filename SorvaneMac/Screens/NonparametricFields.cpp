@@ -2,6 +2,28 @@
 
 namespace sorvane {
 
+std::string_view displayName(NPTest test) {
+    switch (test) {
+        case NPTest::mannWhitney:
+            return "Mann-Whitney U";
+        case NPTest::wilcoxon:
+            return "Wilcoxon signed-rank";
+        case NPTest::kruskalWallis:
+            return "Kruskal-Wallis";
+        case NPTest::friedman:
+            return "Friedman";
+        case NPTest::chiSquare:
+            return "Chi-square test of independence";
+        case NPTest::goodnessOfFit:
+            return "Chi-square goodness-of-fit";
+        case NPTest::fisher:
+            return "Fisher exact";
+        case NPTest::mcnemar:
+            return "McNemar";
+    }
+    return {};
+}
+
 NonparametricFields::NonparametricFields(FieldRegistry& fields)
     : npTest(fields, "npTest", NPTest::mannWhitney, ResetRule::kept),
       npOutcome(fields, "npOutcome"),

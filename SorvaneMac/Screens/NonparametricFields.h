@@ -2,6 +2,7 @@
 
 #include <boost/describe/enum.hpp>
 #include <string>
+#include <string_view>
 
 #include "SorvaneMac/State/Field.h"
 
@@ -26,6 +27,9 @@ BOOST_DESCRIBE_ENUM(NPTest,
                     goodnessOfFit,
                     fisher,
                     mcnemar)
+
+/// The test's name as the user reads it.
+std::string_view displayName(NPTest test);
 
 /// The selections of Nonparametric & Categorical.
 struct NonparametricFields {

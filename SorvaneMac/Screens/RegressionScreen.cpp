@@ -6,6 +6,8 @@
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/Seeding.h"
@@ -17,7 +19,6 @@ namespace {
 
 using VariableLists::numericVariables;
 
-constexpr std::string_view modelName = "Linear Regression (OLS)";
 constexpr std::string_view caution =
     "Regression shows association after adjusting for the predictors, not causation.";
 constexpr std::size_t seededPredictors = 4;
@@ -60,6 +61,20 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     return table;
 }
 
+Gate missingPredictor(const std::string& name) {
+    return {.title = "A predictor is missing",
+            .lead = name,
+            .text =
+                "There is no numeric column of that name. Take it out of the predictors, or "
+                "confirm it in Variable Roles."};
+}
+
+Gate noPredictors() {
+    return {.title = "No predictors selected",
+            .lead = "",
+            .text = "Pick one or more predictors in the Setup panel."};
+}
+
 }  // namespace
 
 void RegressionScreen::seed() {
@@ -79,26 +94,24 @@ std::vector<std::string> RegressionScreen::predictors() const {
 
 SetupForm RegressionScreen::setup() {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const VariableLists::List numeric = numericVariables(state_.dataset());
+    const RegressionModel model = fields_.regModel.get();
+    const ImportedDataset& dataset = state_.dataset();
+    const VariableLists::List numeric = numericVariables(dataset);
     const VariableLists::List others = VariableLists::without(numeric, {fields_.regOutcome->name});
     SetupForm form;
     form.title = "Regression";
-    form.controls = {
-        HeadingControl{"MODEL"},
-        enumerationPicker("Model", fields_.regModel),
-        variablePicker("Outcome", fields_.regOutcome, numeric),
-        variableCheckList("Predictors", fields_.regPredictors, others),
-        ButtonControl{.label = "Run regression",
-                      .isEnabled = !gate().has_value(),
-                      .isPrimary = true,
-                      .press =
-                          [this] {
-                              run();
-                          }},
-    };
-    if (const std::optional<Gate> missing = gate()) {
-        form.controls.push_back(NoteControl{missing->text, true});
+    form.controls = {HeadingControl{"MODEL"}, enumerationPicker("Model", fields_.regModel),
+                     HeadingControl{"VARIABLES"},
+                     variablePicker("Outcome", fields_.regOutcome,
+                                    RegressionOutcomes::candidates(dataset, model))};
+    if (model != RegressionModel::linear) {
+        form.controls.emplace_back(
+            NoteControl{std::string(RegressionOutcomes::requirement(model))});
     }
+    form.controls.emplace_back(
+        withUnavailable(variableCheckList("Predictors", fields_.regPredictors, others),
+                        fields_.regPredictors.get(), numeric));
+    OptionControls::addRun(form, "Run regression", gate(), [this] { run(); });
     return form;
 }
 
@@ -106,28 +119,24 @@ std::optional<Gate> RegressionScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
+    const RegressionModel model = fields_.regModel.get();
     const VariableLists::List numeric = numericVariables(state_.dataset());
-    if (numeric.size() < 2 || !VariableLists::contains(numeric, fields_.regOutcome->name)) {
-        return Gate{.title = "Need a numeric outcome and predictor",
-                    .lead = "",
-                    .text = "Confirm a numeric outcome and predictor in Variable Roles."};
+    // Of a single numeric column there is no outcome with a predictor.
+    const bool canHaveOutcome = model != RegressionModel::linear || numeric.size() >= 2;
+    if (std::optional<Gate> unsuitable = RegressionOutcomes::unsuitable(
+            state_.dataset(), model, canHaveOutcome ? fields_.regOutcome->name : "")) {
+        return unsuitable;
     }
     for (const std::string& name : fields_.regPredictors.get()) {
         if (!VariableLists::contains(numeric, name)) {
-            return Gate{.title = "A predictor is missing",
-                        .lead = name,
-                        .text =
-                            "There is no numeric column of that name. Take it out of the "
-                            "predictors, or confirm it in Variable Roles."};
+            return missingPredictor(name);
         }
     }
     if (predictors().empty()) {
-        return Gate{.title = "No predictors selected",
-                    .lead = "",
-                    .text = "Pick one or more predictors in the Setup panel."};
+        return noPredictors();
     }
-    if (fields_.regModel.get() != RegressionModel::linear) {
-        return ResultText::notYetGate(displayName(fields_.regModel.get()));
+    if (model != RegressionModel::linear) {
+        return ResultText::notYetGate(displayName(model));
     }
     return std::nullopt;
 }
@@ -147,7 +156,7 @@ LinearModelRun RegressionScreen::fit() const {
 ScreenContent RegressionScreen::content() const {
     ScreenContent content;
     content.title = "Regression";
-    content.subtitle = std::string(modelName);
+    content.subtitle = std::string(displayName(fields_.regModel.get()));
     content.gate = gate();
     if (content.gate) {
         return content;
@@ -172,7 +181,7 @@ ScreenContent RegressionScreen::content() const {
 
 void RegressionScreen::addResult(const LinearModelRun& model, ScreenContent& content) const {
     const MultipleRegressionResult& result = *model.result;
-    content.subtitle = std::string(modelName) + ": " + model.outcome;
+    content.subtitle = std::string(displayName(RegressionModel::linear)) + ": " + model.outcome;
     content.tiles = {
         {"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
         {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3), "For the number of predictors"},
@@ -239,15 +248,7 @@ Finding RegressionScreen::finding(const LinearModelRun& model) const {
 }
 
 Guide RegressionScreen::guide() const {
-    return {.answers =
-                "How a numeric outcome changes with each predictor while the others are "
-                "held constant, and how much of its variance they explain together.",
-            .needs =
-                "More cases than coefficients, ideally 10 or more cases per predictor, and "
-                "predictors that are not copies or sums of one another.",
-            .doNotClaim = {"Do not claim causation from a regression on observed data.",
-                           "Do not compare unstandardized coefficients of different units.",
-                           "Do not extrapolate beyond the values observed."}};
+    return RegressionOutcomes::guideOf(fields_.regModel.get());
 }
 
 std::optional<std::string> RegressionScreen::run() {

@@ -125,7 +125,7 @@ TEST_F(AnalysisScreens, RegressionSaysWhatIsMissingThenRuns) {
     EXPECT_EQ(content.tiles[3].value, "5");
 
     fields.regModel.set(RegressionModel::poisson);
-    EXPECT_EQ(regression.content().gate->title, "Poisson Regression is not in this version");
+    EXPECT_EQ(regression.content().gate->title, "Need an outcome of counts");
     fields.regModel.set(RegressionModel::linear);
     fields.regPredictors.set({"q1", "q3"});
     EXPECT_EQ(regression.content().tiles, content.tiles) << "a result stands until the next run";

@@ -1,0 +1,151 @@
+#include "SorvaneMac/Screens/Categories.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+
+#include "SorvaneCore/Dataset/ColumnProfile.h"
+#include "SorvaneCore/Dataset/MissingValue.h"
+
+namespace sorvane::Categories {
+
+namespace {
+
+/// The categories, and which of them each level of the column is; absent for a missing one.
+struct Levels {
+    std::vector<std::string> categories;
+    std::vector<std::optional<std::size_t>> categoryOf;
+
+    explicit Levels(const TextColumn& column) {
+        std::map<std::string_view, std::size_t> known;
+        for (std::size_t code = 0; code < column.levelCount(); ++code) {
+            const std::string_view text = column.level(code);
+            if (MissingValue::isMissing(text)) {
+                categoryOf.emplace_back();
+                continue;
+            }
+            const auto [entry, isNew] = known.try_emplace(text, categories.size());
+            if (isNew) {
+                categories.emplace_back(text);
+            }
+            categoryOf.emplace_back(entry->second);
+        }
+    }
+};
+
+const TextColumn* columnOf(const ImportedDataset& dataset, std::string_view name) {
+    const std::optional<std::size_t> index = dataset.columnIndex(name);
+    return index ? &dataset.rows.column(*index) : nullptr;
+}
+
+/// Rows that may lack a value: the sum over the columns of the cells that do.
+std::int64_t mostIncomplete(const ImportedDataset& dataset,
+                            std::span<const std::string> numericColumns,
+                            std::span<const std::string> categoryColumns) {
+    std::int64_t lacking = 0;
+    for (const std::string& name : numericColumns) {
+        const TextColumn* column = columnOf(dataset, name);
+        lacking += dataset.rowCount() - (column ? column->profile().numericCount : 0);
+    }
+    for (const std::string& name : categoryColumns) {
+        const TextColumn* column = columnOf(dataset, name);
+        lacking += dataset.rowCount() - (column ? column->profile().nonMissingCount : 0);
+    }
+    return lacking;
+}
+
+/// Strikes out the rows in which the column has no value.
+void strikeMissing(std::vector<bool>& isComplete, const TextColumn* column) {
+    for (std::size_t row = 0; row < isComplete.size(); ++row) {
+        if (!column || MissingValue::isMissing((*column)[row])) {
+            isComplete[row] = false;
+        }
+    }
+}
+
+template <typename IsOpen>
+void seedPair(Field<std::string>& first,
+              Field<std::string>& second,
+              const std::vector<std::string>& categories,
+              IsOpen isOpen) {
+    const auto take = [&](Field<std::string>& field, const Field<std::string>& other) {
+        const auto free =
+            std::find_if(categories.begin(), categories.end(),
+                         [&other](const std::string& each) { return each != other.get(); });
+        if (isOpen(field.get()) && free != categories.end()) {
+            field.set(*free);
+        }
+    };
+    take(first, second);
+    take(second, first);
+}
+
+}  // namespace
+
+std::vector<std::string> of(const ImportedDataset& dataset, std::string_view column) {
+    const TextColumn* texts = columnOf(dataset, column);
+    return texts ? Levels(*texts).categories : std::vector<std::string>();
+}
+
+std::vector<Size> sizes(const ImportedDataset& dataset,
+                        std::string_view column,
+                        std::string_view numericColumn) {
+    const TextColumn* texts = columnOf(dataset, column);
+    if (!texts) {
+        return {};
+    }
+    const Levels levels(*texts);
+    std::vector<Size> result;
+    for (const std::string& category : levels.categories) {
+        result.push_back({.category = category});
+    }
+    const NumericColumn numbers = dataset.numericColumn(numericColumn);
+    texts->withCodes([&](auto codes) {
+        for (std::size_t row = 0; row < numbers.size(); ++row) {
+            const std::optional<std::size_t> category = levels.categoryOf[codes[row]];
+            if (category && numbers[row]) {
+                ++result[*category].cases;
+            }
+        }
+    });
+    return result;
+}
+
+bool hasCompleteRows(const ImportedDataset& dataset,
+                     std::int64_t wanted,
+                     std::span<const std::string> numericColumns,
+                     std::span<const std::string> categoryColumns) {
+    const std::int64_t rowCount = dataset.rowCount();
+    if (rowCount - mostIncomplete(dataset, numericColumns, categoryColumns) >= wanted) {
+        return true;
+    }
+    std::vector<bool> isComplete(static_cast<std::size_t>(rowCount), true);
+    for (const std::string& name : numericColumns) {
+        const NumericColumn numbers = dataset.numericColumn(name);
+        for (std::size_t row = 0; row < isComplete.size(); ++row) {
+            if (row >= numbers.size() || !numbers[row]) {
+                isComplete[row] = false;
+            }
+        }
+    }
+    for (const std::string& name : categoryColumns) {
+        strikeMissing(isComplete, columnOf(dataset, name));
+    }
+    return std::count(isComplete.begin(), isComplete.end(), true) >= wanted;
+}
+
+void fillPair(Field<std::string>& first,
+              Field<std::string>& second,
+              const std::vector<std::string>& categories) {
+    seedPair(first, second, categories, [](const std::string& text) { return text.empty(); });
+}
+
+void refillPair(Field<std::string>& first,
+                Field<std::string>& second,
+                const std::vector<std::string>& categories) {
+    seedPair(first, second, categories, [&categories](const std::string& text) {
+        return std::find(categories.begin(), categories.end(), text) == categories.end();
+    });
+}
+
+}  // namespace sorvane::Categories

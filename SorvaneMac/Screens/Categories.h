@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneMac/State/Field.h"
+
+/// The categories of a column: its distinct texts as they stand, in order of first appearance,
+/// without those that mean a missing value.
+namespace sorvane::Categories {
+
+/// Empty for an unknown column.
+std::vector<std::string> of(const ImportedDataset& dataset, std::string_view column);
+
+struct Size {
+    std::string category;
+    /// Rows of the category that have a number in the other column.
+    std::int64_t cases = 0;
+};
+
+/// How many rows of each category have a number in `numericColumn`.
+std::vector<Size> sizes(const ImportedDataset& dataset,
+                        std::string_view column,
+                        std::string_view numericColumn);
+
+/// Whether at least `wanted` rows have a number in every numeric column and a category in every
+/// other one.
+///
+/// Cost       the counts that columns keep settle it in most tables; else O(rows * columns)
+bool hasCompleteRows(const ImportedDataset& dataset,
+                     std::int64_t wanted,
+                     std::span<const std::string> numericColumns,
+                     std::span<const std::string> categoryColumns = {});
+
+/// Gives two blank fields the first two categories; they never become the same one.
+void fillPair(Field<std::string>& first,
+              Field<std::string>& second,
+              const std::vector<std::string>& categories);
+/// As `fillPair`, and also in place of a text that is not one of the categories.
+void refillPair(Field<std::string>& first,
+                Field<std::string>& second,
+                const std::vector<std::string>& categories);
+
+}  // namespace sorvane::Categories

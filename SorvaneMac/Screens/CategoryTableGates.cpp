@@ -1,0 +1,97 @@
+#include "SorvaneMac/Screens/CategoryTableGates.h"
+
+#include <algorithm>
+#include <array>
+
+#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane::CategoryTableGates {
+
+namespace {
+
+Gate tableStopped(std::string reason) {
+    return {.title = "Could not build the contingency table for the current selection.",
+            .lead = "",
+            .text = std::move(reason)};
+}
+
+/// "gender has 3 categories"
+std::string categoriesOf(const ImportedDataset& dataset, const std::string& column) {
+    const std::size_t count = Categories::of(dataset, column).size();
+    return column + " has " + ResultText::count(static_cast<std::int64_t>(count)) +
+           (count == 1 ? " category" : " categories");
+}
+
+Gate needsTwoByTwo(const ImportedDataset& dataset, const NonparametricFields& fields) {
+    return {.title = "Fisher exact needs a 2x2 table: both fields must be binary.",
+            .lead = "",
+            .text = categoriesOf(dataset, fields.npRowCat->name) + " and " +
+                    categoriesOf(dataset, fields.npColCat->name) +
+                    ". Pick fields with two categories each, or use the chi-square test."};
+}
+
+Gate needsPairedBinary(const std::string& reason) {
+    return {.title = "McNemar needs a paired binary outcome (two values) on the same cases.",
+            .lead = "",
+            .text = reason};
+}
+
+bool isBinary(const ImportedDataset& dataset, const Field<VariableName>& field) {
+    return Categories::of(dataset, field->name).size() == 2;
+}
+
+}  // namespace
+
+std::optional<Gate> unsuitableFields(const ImportedDataset& dataset,
+                                     const NonparametricFields& fields,
+                                     std::string_view pickTwo) {
+    const VariableLists::List groupings = VariableLists::anovaGroupingVariables(dataset);
+    for (const Field<VariableName>* field : {&fields.npRowCat, &fields.npColCat}) {
+        if (std::optional<Gate> gone =
+                SelectionGates::goneColumn(*field, groupings, "grouping columns")) {
+            return gone;
+        }
+    }
+    if (fields.npRowCat->isBlank() || fields.npColCat->isBlank() ||
+        fields.npRowCat.get() == fields.npColCat.get()) {
+        return tableStopped(std::string(pickTwo));
+    }
+    const std::array<std::string, 2> names = {fields.npRowCat->name, fields.npColCat->name};
+    if (!Categories::hasCompleteRows(dataset, 1, {}, names)) {
+        return tableStopped(
+            "No case has a category in both fields. Pick fields that were answered by the same "
+            "cases.");
+    }
+    return std::nullopt;
+}
+
+std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const NonparametricFields& fields) {
+    if (isBinary(dataset, fields.npRowCat) && isBinary(dataset, fields.npColCat)) {
+        return std::nullopt;
+    }
+    return needsTwoByTwo(dataset, fields);
+}
+
+std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
+                                    const NonparametricFields& fields) {
+    std::vector<std::string> first = Categories::of(dataset, fields.npRowCat->name);
+    std::vector<std::string> second = Categories::of(dataset, fields.npColCat->name);
+    if (first.size() != 2 || second.size() != 2) {
+        return needsPairedBinary(categoriesOf(dataset, fields.npRowCat->name) + " and " +
+                                 categoriesOf(dataset, fields.npColCat->name) +
+                                 ". Need paired observations on the same cases.");
+    }
+    std::sort(first.begin(), first.end());
+    std::sort(second.begin(), second.end());
+    if (first != second) {
+        return needsPairedBinary(
+            "The two fields do not have the same two values. Need paired observations on the "
+            "same cases.");
+    }
+    return std::nullopt;
+}
+
+}  // namespace sorvane::CategoryTableGates

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/ScreenContent.h"
+
+/// What stands between a pair of categorical fields and the tests of their table.
+namespace sorvane::CategoryTableGates {
+
+/// Two different grouping columns are needed, with a case that has a category in both.
+///
+/// Input      `pickTwo`: what is said where they are blank or one and the same
+std::optional<Gate> unsuitableFields(const ImportedDataset& dataset,
+                                     const NonparametricFields& fields,
+                                     std::string_view pickTwo);
+/// Fisher's exact test takes a table of two rows and two columns.
+std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const NonparametricFields& fields);
+/// McNemar's test takes the same two categories in both columns.
+std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
+                                    const NonparametricFields& fields);
+
+}  // namespace sorvane::CategoryTableGates
