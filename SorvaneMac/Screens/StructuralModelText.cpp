@@ -16,8 +16,8 @@ std::string indicators(const std::vector<std::string>& numeric, std::size_t firs
     std::string sum;
     for (std::size_t at = first; at < first + indicatorsPerFactor; ++at) {
         sum += sum.empty() ? "" : " + ";
-        sum +=
-            isEnough ? quoted(numeric[at]) : "item" + std::string(1, static_cast<char>('1' + at));
+        sum += isEnough ? quotedName(numeric[at])
+                        : "item" + std::string(1, static_cast<char>('1' + at));
     }
     return sum;
 }
@@ -39,16 +39,16 @@ bool isBare(std::string_view name) {
 
 std::string mediationModel(const std::vector<std::string>& numeric) {
     const bool isEnough = numeric.size() >= 3;
-    const std::string x = isEnough ? quoted(numeric[0]) : "X";
-    const std::string m = isEnough ? quoted(numeric[1]) : "M";
-    const std::string y = isEnough ? quoted(numeric[2]) : "Y";
+    const std::string x = isEnough ? quotedName(numeric[0]) : "X";
+    const std::string m = isEnough ? quotedName(numeric[1]) : "M";
+    const std::string y = isEnough ? quotedName(numeric[2]) : "Y";
     return "# " + x + " -> " + m + " -> " + y + "\n" + m + " ~ " + x + "\n" + y + " ~ " + m +
            " + " + x;
 }
 
 }  // namespace
 
-std::string quoted(std::string_view name) {
+std::string quotedName(std::string_view name) {
     return isBare(name) ? std::string(name) : "`" + std::string(name) + "`";
 }
 
@@ -75,10 +75,10 @@ std::string filled(Template wanted, const std::vector<std::string>& numeric) {
 std::string withName(std::string_view text, std::string_view name) {
     const std::string before(text);
     if (before.empty() || before.ends_with(' ') || before.ends_with('\n')) {
-        return before + quoted(name);
+        return before + quotedName(name);
     }
     const bool awaitsName = before.ends_with('~') || before.ends_with('+');
-    return before + (awaitsName ? " " : " + ") + quoted(name);
+    return before + (awaitsName ? " " : " + ") + quotedName(name);
 }
 
 }  // namespace sorvane::StructuralModelText

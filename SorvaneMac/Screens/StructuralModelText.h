@@ -11,7 +11,7 @@ enum class Template { oneFactor, twoFactors, mediation };
 
 /// A name as the model's syntax takes it: as it stands where it is a letter followed by letters,
 /// numbers or "_", else in back-ticks.
-std::string quoted(std::string_view name);
+std::string quotedName(std::string_view name);
 
 /// The text that an empty box starts with: a factor of the first three variables.
 ///
