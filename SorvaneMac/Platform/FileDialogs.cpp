@@ -35,6 +35,10 @@ std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& re
     dialog.setLabelText(QFileDialog::Accept, request.title);
     // A name typed without an extension gets that of the suggestion.
     dialog.setDefaultSuffix(QFileInfo(suggested).suffix());
+    // Unless another kind of file is chosen: "SVG drawing (*.svg)".
+    QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section("*.", 1, 1).section(')', 0, 0));
+    });
     return chosen(dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString());
 }
 

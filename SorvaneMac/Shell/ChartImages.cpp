@@ -67,8 +67,9 @@ std::vector<std::uint8_t> chartSvg(const Chart& chart) {
     svg.setSize(size);
     svg.setViewBox(QRect({0, 0}, size));
     svg.setResolution(static_cast<int>(unitsPerInch));
-    svg.setTitle(qtText(chart.title));
-    svg.setDescription(qtText(chartDescription(chart)));
+    // Both are written as they stand.
+    svg.setTitle(qtText(chart.title).toHtmlEscaped());
+    svg.setDescription(qtText(chartDescription(chart)).toHtmlEscaped());
     ChartDrawing drawing(chart, ChartInk::print());
     drawing.resize(size);
     QPainter painter(&svg);

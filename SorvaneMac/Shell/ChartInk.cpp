@@ -68,7 +68,7 @@ QColor ChartInk::textOn(const QColor& fill) {
 
 ChartInk ChartInk::screen() {
     ChartInk ink = inkFor(Theme::isDark() ? Appearance::dark : Appearance::light);
-    ink.font = Theme::font(labelSize);
+    ink.font = Theme::faces(labelSize);
     return ink;
 }
 

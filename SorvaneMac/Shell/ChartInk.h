@@ -8,7 +8,7 @@
 
 namespace sorvane {
 
-/// The colours and type in which a chart is drawn.
+/// The colours and type in which a chart is drawn, in units of the design.
 struct ChartInk {
     QColor ground;
     QColor text;

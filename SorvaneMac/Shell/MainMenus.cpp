@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QMetaObject>
 
+#include "SorvaneMac/Shell/ChartView.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/ReportExporting.h"
@@ -96,7 +97,9 @@ void MainMenus::buildEdit() {
     addEdit(menu, "Cu&t", QKeySequence::Cut, "cut");
     add(menu, "&Copy", QKeySequence::Copy, [this] {
         QWidget* focused = QApplication::focusWidget();
-        if (!window_.page().copySelection() && focused) {
+        if (const auto* chart = dynamic_cast<const ChartView*>(focused)) {
+            chart->copyPicture();
+        } else if (!window_.page().copySelection() && focused) {
             QMetaObject::invokeMethod(focused, "copy");
         }
     });

@@ -1,9 +1,11 @@
 #include "SorvaneMac/Shell/ChartImages.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QColor>
 #include <QImage>
+#include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
 
@@ -82,8 +84,23 @@ TEST(ChartImages, KeepsTextAsTextInDrawings) {
                 << name << ": " << text;
         }
     }
-    const std::string odd = svgOf({.xLabel = "a < b & c", .plot = ScatterPlot{{1.0}, {1.0}, {}}});
-    EXPECT_NE(odd.find(">a &lt; b &amp; c</text>"), std::string::npos);
+}
+
+TEST(ChartImages, EscapesNamesInDrawings) {
+    const std::string svg = svgOf({.title = "a < b",
+                                   .xLabel = "a < b & c",
+                                   .plot = BarPlot{.labels = {"<i>x"}, .values = {1}}});
+    EXPECT_NE(svg.find(">a &lt; b &amp; c</text>"), std::string::npos);
+    EXPECT_NE(svg.find(">&lt;i&gt;x</text>"), std::string::npos);
+    QXmlStreamReader reader(svg.c_str());
+    QString title;
+    while (!reader.atEnd()) {
+        const bool isTitle = reader.readNext() == QXmlStreamReader::StartElement &&
+                             reader.name() == QStringLiteral("title");
+        title = isTitle ? reader.readElementText() : title;
+    }
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+    EXPECT_EQ(title, "a < b");
 }
 
 TEST(ChartImages, DrawsAHundredThousandPointsAsOnePicture) {
