@@ -14,7 +14,6 @@
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
 #include "SorvaneMac/Screens/InvarianceScreen.h"
 #include "SorvaneMac/Screens/LatentClassScreen.h"
-#include "SorvaneMac/Screens/LaterScreen.h"
 #include "SorvaneMac/Screens/MediationScreen.h"
 #include "SorvaneMac/Screens/MultilevelScreen.h"
 #include "SorvaneMac/Screens/MultivariateScreen.h"
@@ -67,11 +66,6 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<TechnicalAppendixScreen>(state));
     add(std::make_unique<ExportScreen>(state));
     add(std::make_unique<UserGuideScreen>());
-    for (const StudioScreen id : allStudioScreens()) {
-        if (!screens_.contains(id)) {
-            add(std::make_unique<LaterScreen>(id));
-        }
-    }
 }
 
 const ScreenContent& StudioScreens::content(StudioScreen id) {

@@ -152,7 +152,7 @@ Gate SurvivalScreen::gate() const {
 
 ScreenContent SurvivalScreen::content() const {
     return {.title = "Survival",
-            .subtitle = std::string(isCox() ? coxText : kaplanMeierText),
+            .subtitle = "Time to an event, with cases that were not followed up to it.",
             .gate = gate()};
 }
 

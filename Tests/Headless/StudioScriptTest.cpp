@@ -88,7 +88,9 @@ TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {
         {__LINE__, R"({"do": {"assignVariable": {"variable": "x", "kind": "outcome"}}})",
          "There is no variable \"x\"."},
         {__LINE__, R"({"assemble": {}})", "Stage at least one result first."},
-        {__LINE__, R"({"run": "multilevel"})", "This screen is not in this version yet."},
+        {__LINE__, R"({"run": "multilevel"})",
+         "No dataset loaded. This screen works on the columns of a dataset. Go to Import Data to "
+         "bring in a CSV, TSV or text file, or to start a blank grid."},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(perform(each.step).refusal, each.refusal) << "line " << each.line;
