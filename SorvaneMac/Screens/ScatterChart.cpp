@@ -8,8 +8,8 @@ namespace sorvane {
 
 namespace {
 
-/// More points than this run together on paper and slow the drawing.
-constexpr std::size_t mostPoints = 2000;
+/// More points than this cover each other and slow the drawing.
+constexpr std::size_t mostPoints = 100000;
 
 }  // namespace
 

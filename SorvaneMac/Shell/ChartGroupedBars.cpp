@@ -132,7 +132,7 @@ void add(ChartCanvas& canvas, const GroupedBarPlot& given) {
         canvas, *bars,
         {.range = rangeOf(plot), .percent = plot.scale == GroupedBarPlot::Scale::share},
         stacked ? Qt::AlignBottom : Qt::AlignLeft);
-    for (std::size_t at = 0; at < plot.series.size(); ++at) {
+    for (std::size_t at = 0; plot.series.size() > 1 && at < plot.series.size(); ++at) {
         canvas.addSwatch(qtText(plot.series[at].name), canvas.ink.seriesColor(at));
     }
     if (stacked) {
