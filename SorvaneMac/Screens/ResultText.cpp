@@ -64,9 +64,7 @@ Gate noDataGate() {
 Gate notYetGate(std::string_view analysis) {
     return {.title = std::string(analysis) + " is not in this version",
             .lead = "",
-            .text =
-                "Your selections are kept. Results will appear here with the version that brings "
-                "the analysis."};
+            .text = "Your selections are kept. The analysis comes with a later version."};
 }
 
 }  // namespace sorvane::ResultText

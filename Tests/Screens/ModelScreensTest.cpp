@@ -357,7 +357,7 @@ struct GateCase {
     std::string end;
 };
 
-constexpr auto kept = "the analysis.";
+constexpr auto kept = "The analysis comes with a later version.";
 
 // clang-format off
 const std::vector<GateCase> gateCases = {

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSlider>
 
@@ -58,6 +59,28 @@ TEST(FormView, KeepsItsWidgetsWhileTheShapeStays) {
     EXPECT_EQ(edit->accessibleName(), "Name");
     form.show(formOf({HeadingControl{"Other"}}));
     EXPECT_EQ(form.findChild<QLineEdit*>(), nullptr);
+}
+
+TEST(FormView, TextOfSeveralLinesIsTypedAndReplaced) {
+    offscreenApplication();
+    FormView form;
+    std::vector<std::string> told;
+    TextControl model{.label = "Model",
+                      .prompt = "",
+                      .text = "f =~ a",
+                      .set = [&told](const std::string& text) { told.push_back(text); },
+                      .isMultiline = true};
+    form.show(formOf({model}));
+    auto* edit = form.findChild<QPlainTextEdit*>();
+    EXPECT_EQ(edit->accessibleName(), "Model");
+    model.text = "f =~ a\ng =~ b";
+    form.show(formOf({model}));
+    EXPECT_EQ(edit->toPlainText(), "f =~ a\ng =~ b");
+    EXPECT_TRUE(told.empty());
+    edit->textCursor().insertText("1");
+    edit->insertPlainText(" + c");
+    EXPECT_EQ(told, (std::vector<std::string>{"f =~ a\ng =~ b1", "f =~ a\ng =~ b1 + c"}));
+    EXPECT_TRUE(edit->tabChangesFocus());
 }
 
 TEST(FormView, TellsOnlyWhatTheUserChanges) {
