@@ -162,7 +162,7 @@ const AdviceOf reportAdvice = {
       "The tables in your word processor: headings, notes and numbering.",
       "The file is a copy. What you change in it does not come back here."}},
     {userGuide,
-     {"The four steps of the road; each names the screens that belong to it.",
+     {"The five steps of the road; each names the screens that belong to it.",
       "The keys: every screen and every control can be reached without a mouse.",
       "The guide says how to use a method here. Whether it suits your question is for a "
       "textbook."}},

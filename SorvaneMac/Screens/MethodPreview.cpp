@@ -14,12 +14,12 @@ std::string joined(const std::vector<std::string>& names) {
 
 }  // namespace
 
-std::vector<Passage> rows(const MethodFile& record) {
-    return {{"analysis_type", record.analysisType, false},
-            {"variables_used", joined(record.variablesUsed), false},
-            {"missing_data_rule", record.missingDataRule, false},
-            {"engine_version", record.engineVersion, false},
-            {"filename", record.defaultFilename(), false}};
+std::vector<Fact> rows(const MethodFile& record) {
+    return {{"analysis_type", record.analysisType},
+            {"variables_used", joined(record.variablesUsed)},
+            {"missing_data_rule", record.missingDataRule},
+            {"engine_version", record.engineVersion},
+            {"filename", record.defaultFilename()}};
 }
 
 }  // namespace sorvane::MethodPreview

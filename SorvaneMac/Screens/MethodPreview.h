@@ -13,6 +13,6 @@ inline constexpr std::string_view purpose =
     "Analyses are designed to save method metadata as .svmethod files.";
 
 /// The rows of the preview, each under the name of its entry.
-std::vector<Passage> rows(const MethodFile& record);
+std::vector<Fact> rows(const MethodFile& record);
 
 }  // namespace sorvane::MethodPreview

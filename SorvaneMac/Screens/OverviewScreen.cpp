@@ -4,6 +4,7 @@
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
 #include <iterator>
+#include <map>
 
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -66,7 +67,8 @@ ScreenContent OverviewScreen::content() const {
         {"Scale items", ResultText::count(DatasetText::itemCount(dataset)), "in the item set"},
         {"Findings", ResultText::count(std::ssize(state_.reportItems.get())),
          "staged for the report"}};
-    content.cards = {nextCard(), attentionCard(), rolesCard(), findingsCard(), logCard()};
+    content.cards = {nextCard(),    attentionCard(), rolesCard(),
+                     remarksCard(), findingsCard(),  logCard()};
     return content;
 }
 
@@ -112,7 +114,7 @@ Card OverviewScreen::attentionCard() const {
     Card card;
     card.title = "Worth a look";
     card.subtitle = "What was noticed when the table came in";
-    card.evidence = {importLine(), missingLine(), warningsLine()};
+    card.evidence = {importLine(), missingLine()};
     card.links = {{"Import Data", StudioScreen::importData},
                   {"Data Preview", StudioScreen::dataPreview}};
     return card;
@@ -147,20 +149,29 @@ EvidenceLine OverviewScreen::missingLine() const {
             named(notable)};
 }
 
-EvidenceLine OverviewScreen::warningsLine() const {
-    std::vector<std::string> warned;
+Card OverviewScreen::remarksCard() const {
+    std::vector<std::string> order;
+    std::map<std::string, std::vector<std::string>> columnsOf;
     for (const DataVariable& variable : state_.dataset().variables) {
-        if (!variable.warnings.empty()) {
-            warned.push_back(variable.name);
+        for (const std::string& warning : variable.warnings) {
+            std::vector<std::string>& columns = columnsOf[warning];
+            if (columns.empty()) {
+                order.push_back(warning);
+            }
+            columns.push_back(variable.name);
         }
     }
-    if (warned.empty()) {
-        return {EvidenceTone::met, "No column carries a warning", ""};
+    Card card;
+    card.title = "Remarks on the roles";
+    card.subtitle = "From the import; a role that you gave yourself stands above them";
+    for (const std::string& warning : order) {
+        card.passages.push_back({named(columnsOf[warning]), warning, false});
     }
-    return {EvidenceTone::caution,
-            DatasetText::counted(std::ssize(warned), "column") +
-                (warned.size() == 1 ? " carries" : " carry") + " a warning",
-            named(warned)};
+    if (order.empty()) {
+        card.paragraphs = {"None."};
+    }
+    card.links = {{"Instrument Map", StudioScreen::instrumentMap}};
+    return card;
 }
 
 Card OverviewScreen::rolesCard() const {
@@ -211,7 +222,6 @@ Card OverviewScreen::logCard() const {
     card.title = "What was done to this table";
     card.paragraphs = state_.data.transformationLog.get();
     card.links = {{"Technical Appendix", StudioScreen::technicalAppendix}};
-    card.wide = true;
     return card;
 }
 

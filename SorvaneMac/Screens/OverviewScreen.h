@@ -21,11 +21,11 @@ private:
     Card nextCard() const;
     Card attentionCard() const;
     Card rolesCard() const;
+    Card remarksCard() const;
     Card findingsCard() const;
     Card logCard() const;
     EvidenceLine importLine() const;
     EvidenceLine missingLine() const;
-    EvidenceLine warningsLine() const;
 
     StudioState& state_;
 };

@@ -49,6 +49,14 @@ struct Passage {
     bool operator==(const Passage&) const = default;
 };
 
+/// A short value beside its name.
+struct Fact {
+    std::string label;
+    std::string text;
+
+    bool operator==(const Fact&) const = default;
+};
+
 /// A way from a card to another screen.
 struct ScreenLink {
     std::string label;
@@ -66,6 +74,8 @@ struct Card {
     std::vector<Chart> charts;
     std::vector<std::string> paragraphs;
     std::vector<Passage> passages;
+    /// In two columns.
+    std::vector<Fact> facts;
     /// A text plot, shown in a fixed-width face.
     std::string preformatted;
     std::vector<EvidenceLine> evidence;

@@ -75,12 +75,7 @@ Card TechnicalAppendixScreen::previewCard() const {
     Card card;
     card.title = "Method file preview";
     card.subtitle = std::string(MethodPreview::purpose);
-    card.passages = MethodPreview::rows(*previewed_);
-    for (Passage& row : card.passages) {
-        if (row.text.empty()) {
-            row.text = "—";
-        }
-    }
+    card.facts = MethodPreview::rows(*previewed_);
     return card;
 }
 
@@ -89,18 +84,15 @@ Card TechnicalAppendixScreen::sourceCard() const {
     const ImportReadinessMetadata& import = dataset.importMetadata;
     Card card;
     card.title = "Data";
-    card.passages = {
-        {"Table", dataset.name, false},
-        {"Read from",
-         sourceName(import.sourceKind) +
-             (import.worksheetName ? ", sheet " + *import.worksheetName : ""),
-         false},
-        {"Size", DatasetText::size(dataset), false},
-        {"Repairs on import",
-         import.issues.empty() ? "None"
-                               : DatasetText::counted(std::ssize(import.issues), "repair") +
-                                     "; Import Data lists them",
-         false}};
+    card.facts = {
+        {"Table", dataset.name},
+        {"Read from", sourceName(import.sourceKind) +
+                          (import.worksheetName ? ", sheet " + *import.worksheetName : "")},
+        {"Size", DatasetText::size(dataset)},
+        {"Repairs", import.issues.empty()
+                        ? "None"
+                        : DatasetText::counted(std::ssize(import.issues), "repair") +
+                              "; Import Data lists them"}};
     return card;
 }
 
@@ -121,14 +113,12 @@ Card TechnicalAppendixScreen::missingCard() const {
     }
     Card card;
     card.title = "Missing data";
-    card.passages = {
-        {"Share", DatasetText::missing(state_.dataset()), false},
-        {"Read as missing, in any case of letters", joined(import.missingValueMarkers), false},
-        {"Seen on import", joined(seen), false},
-        {"Rule of the scale", std::string(rawValue(state_.scale.reliabilityMissingDataRule.get())),
-         false},
-        {"Other analyses", "Cases without a value that the analysis needs are left out of it.",
-         false}};
+    card.facts = {
+        {"Share", DatasetText::missing(state_.dataset())},
+        {"Read as missing", joined(import.missingValueMarkers) + "; letters in any case"},
+        {"Seen", joined(seen)},
+        {"Scale", std::string(rawValue(state_.scale.reliabilityMissingDataRule.get()))},
+        {"Elsewhere", "Cases without a value that the analysis needs are left out of it."}};
     return card;
 }
 
@@ -137,29 +127,29 @@ Card TechnicalAppendixScreen::scaleCard() const {
     Card card;
     card.title = "Scale";
     const std::string& construct = scale.constructName.get();
-    card.passages = {
-        {"Construct", construct.empty() ? "Unnamed" : construct, false},
+    card.facts = {
+        {"Construct", construct.empty() ? "Unnamed" : construct},
         {"Items",
-         joined(VariableLists::names(VariableLists::reliabilityVariables(state_.dataset()))),
-         false},
-        {"Reverse-coded", joined(scale.reverseCodedItemNames.get()), false},
-        {"Score", std::string(displayName(scale.scaleScoreMethod.get())), false},
-        {"Least share of answered items",
-         NumberText::fixed(100.0 * scale.minimumItemCompletion.get(), 0) + "%", false}};
+         joined(VariableLists::names(VariableLists::reliabilityVariables(state_.dataset())))},
+        {"Reverse-coded", joined(scale.reverseCodedItemNames.get())},
+        {"Score", std::string(displayName(scale.scaleScoreMethod.get()))}};
+    if (scale.reliabilityMissingDataRule.get() != ReliabilityMissingDataRule::listwiseDeletion) {
+        card.facts.push_back(
+            {"Answered at least",
+             NumberText::fixed(100.0 * scale.minimumItemCompletion.get(), 0) + "% of the items"});
+    }
     return card;
 }
 
 Card TechnicalAppendixScreen::engineCard() const {
     Card card;
     card.title = "Engine";
-    card.passages = {
-        {"Version", std::string(SorvaneEngine::version), false},
-        {"Where", "All figures are computed on this machine, by the program's own procedures.",
-         false},
+    card.facts = {
+        {"Version", std::string(SorvaneEngine::version)},
+        {"Where", "All figures are computed on this machine, by the program's own procedures."},
         {"Conventions",
          "Sample variances divide by n − 1 unless a result says otherwise. Sentences call a result "
-         "significant at p < .05. Intervals are at 95% unless a screen sets another level.",
-         false}};
+         "significant at p < .05. Intervals are at 95% unless a screen sets another level."}};
     return card;
 }
 

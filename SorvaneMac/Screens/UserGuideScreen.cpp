@@ -66,11 +66,11 @@ constexpr Step steps[] = {
      "Choose variables under Setup on the right. Each result comes with its assumptions and "
      "cautions, and takes them along into the report.",
      descriptives},
-    {StudioSection::advanced, "3. Advanced: models",
+    {StudioSection::advanced, "4. Advanced: models",
      "For data with groups, classes, times or paths in them. They ask for more cases and for a "
      "theory.",
      multilevel},
-    {StudioSection::report, "4. Report: tell it",
+    {StudioSection::report, "5. Report: tell it",
      "\"Add to report\" stages a result. Findings makes one document of what is staged; you edit "
      "it, and export what you see.",
      findings},
@@ -82,8 +82,7 @@ Card stepCard(const Step& step) {
     card.paragraphs = {std::string(step.text)};
     for (const StudioScreen screen : allStudioScreens()) {
         if (section(screen) == step.section) {
-            card.passages.push_back(
-                {std::string(title(screen)), std::string(purposes().at(screen)), false});
+            card.facts.push_back({std::string(title(screen)), std::string(purposes().at(screen))});
         }
     }
     card.links = {{"Go to " + std::string(title(step.first)), step.first}};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -59,9 +60,9 @@ CardView::CardView(const Card& card, std::function<void(StudioScreen)> open)
         body().addWidget(Labels::text(qtText(paragraph)));
     }
     for (const Passage& passage : card.passages) {
-        body().addWidget(Labels::text(qtText(passage.label), "small"));
-        body().addWidget(Labels::text(qtText(passage.text), passage.isCaution ? "caution" : ""));
+        addPassage(passage);
     }
+    addFacts(card.facts);
     if (!card.preformatted.empty()) {
         addPreformatted(qtText(card.preformatted));
     }
@@ -113,6 +114,30 @@ void CardView::addPreformatted(const QString& text) {
     body().addWidget(view);
 }
 
+void CardView::addPassage(const Passage& passage) {
+    auto* column = new QVBoxLayout;
+    column->setSpacing(Theme::px(2));
+    column->addWidget(Labels::text(qtText(passage.label), "small"));
+    column->addWidget(Labels::text(qtText(passage.text), passage.isCaution ? "caution" : ""));
+    body().addLayout(column);
+}
+
+void CardView::addFacts(const std::vector<Fact>& facts) {
+    if (facts.empty()) {
+        return;
+    }
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(Theme::px(14));
+    grid->setVerticalSpacing(Theme::px(6));
+    grid->setColumnStretch(1, 1);
+    for (const Fact& fact : facts) {
+        const int row = grid->rowCount();
+        grid->addWidget(Labels::line(qtText(fact.label), "quiet"), row, 0, Qt::AlignTop);
+        grid->addWidget(Labels::text(fact.text.empty() ? "—" : qtText(fact.text)), row, 1);
+    }
+    body().addLayout(grid);
+}
+
 void CardView::addEvidence(const EvidenceLine& line) {
     const ToneTexts texts = textsOf(line.tone);
     auto* row = new QHBoxLayout;
@@ -137,11 +162,15 @@ void CardView::addLinks(const std::vector<ScreenLink>& links) {
     }
     auto* row = new WrapLayout(Theme::px(8));
     for (const ScreenLink& link : links) {
-        QPushButton* button = Buttons::make(qtText(link.label), [this, screen = link.screen] {
-            if (open_) {
-                open_(screen);
-            }
-        });
+        // A single ampersand would underline what follows it.
+        const QString label = qtText(link.label);
+        QPushButton* button =
+            Buttons::make(QString(label).replace('&', "&&"), [this, screen = link.screen] {
+                if (open_) {
+                    open_(screen);
+                }
+            });
+        button->setAccessibleName(label);
         row->addWidget(button);
     }
     body().addLayout(row);

@@ -20,6 +20,8 @@ private:
     void addTable(const ReportTable& table);
     void addChart(const Chart& chart);
     void addPreformatted(const QString& text);
+    void addPassage(const Passage& passage);
+    void addFacts(const std::vector<Fact>& facts);
     void addEvidence(const EvidenceLine& line);
     void addLinks(const std::vector<ScreenLink>& links);
 

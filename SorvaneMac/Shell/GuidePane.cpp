@@ -186,7 +186,7 @@ void GuidePane::showNotes() {
         const StudioScreen screen = note.screen;
         const QString name = qtText(title(screen));
         QPushButton* open = Buttons::make(
-            name,
+            QString(name).replace('&', "&&"),
             [this, screen] {
                 workspace_.state.selection.set(screen);
                 workspace_.state.inspectorPane.set(InspectorPane::notes);

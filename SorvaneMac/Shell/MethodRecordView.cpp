@@ -80,7 +80,7 @@ void MethodRecordView::show(const MethodFile& record) {
         delete item->widget();
         delete item;
     }
-    for (const Passage& row : MethodPreview::rows(record)) {
+    for (const Fact& row : MethodPreview::rows(record)) {
         rows_->addWidget(Labels::text(qtText(row.label), "small"));
         QLabel* value = Labels::text(row.text.empty() ? "—" : qtText(row.text));
         if (row.text == record.defaultFilename()) {

@@ -58,10 +58,12 @@ TEST_F(ProjectPages, OverviewNamesWhatNeedsALook) {
     EXPECT_EQ(look.evidence[0].tone, EvidenceTone::caution);
     EXPECT_EQ(look.evidence[0].title, "2 repairs on import");
     EXPECT_EQ(look.evidence[1].title, "2 columns lack more than a tenth of the cells");
-    state_.importPastedData("a,b\n1,2\n2,3\n");
+    state_.importPastedData("age,sex,comment\n30,f,good\n31,m,bad\n");
     const ScreenContent clean = content(StudioScreen::overview);
     EXPECT_EQ(card(clean, "Worth a look").evidence[0].tone, EvidenceTone::met);
     EXPECT_EQ(card(clean, "Worth a look").evidence[1].title, "0.0% missing");
+    EXPECT_EQ(card(clean, "Remarks on the roles").passages.front(),
+              (Passage{"age, sex", "Background variables are not psychometric items by default."}));
 }
 
 TEST_F(ProjectPages, AppendixPreviewsTheRecordInItsOrder) {
@@ -73,17 +75,17 @@ TEST_F(ProjectPages, AppendixPreviewsTheRecordInItsOrder) {
     EXPECT_EQ(preview.subtitle,
               "Analyses are designed to save method metadata as .svmethod files.");
     std::vector<std::string> labels;
-    for (const Passage& row : preview.passages) {
+    for (const Fact& row : preview.facts) {
         labels.push_back(row.label);
     }
     EXPECT_EQ(labels,
               (std::vector<std::string>{"analysis_type", "variables_used", "missing_data_rule",
                                         "engine_version", "filename"}));
-    EXPECT_EQ(preview.passages[0].text, "project review");
-    EXPECT_TRUE(preview.passages[4].text.starts_with("project_review_"));
+    EXPECT_EQ(preview.facts[0].text, "project review");
+    EXPECT_TRUE(preview.facts[4].text.starts_with("project_review_"));
     EXPECT_EQ(card(shown, "What was done to the table").paragraphs,
               std::vector<std::string>{"1. Loaded bundled sample dataset: SampleEIStudy.csv."});
-    EXPECT_EQ(card(shown, "Scale").passages[2].text, "sa4r, sr3r");
+    EXPECT_EQ(card(shown, "Scale").facts[2].text, "sa4r, sr3r");
 
     // The page is kept, and its record with it, until something changes that it tells of.
     const Card kept =
@@ -112,8 +114,8 @@ TEST_F(ProjectPages, GuideAndCoachSpeakOfEveryScreen) {
     for (const StudioScreen id : allStudioScreens()) {
         const bool isNamed =
             std::any_of(guide.cards.begin(), guide.cards.end(), [id](const Card& each) {
-                return std::any_of(each.passages.begin(), each.passages.end(),
-                                   [id](const Passage& line) { return line.label == title(id); });
+                return std::any_of(each.facts.begin(), each.facts.end(),
+                                   [id](const Fact& line) { return line.label == title(id); });
             });
         EXPECT_TRUE(isNamed) << rawValue(id);
         EXPECT_EQ(coaching(id).size(), 3U) << rawValue(id);
