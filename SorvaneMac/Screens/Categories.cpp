@@ -89,9 +89,11 @@ std::vector<std::string> of(const ImportedDataset& dataset, std::string_view col
 
 std::vector<Size> sizes(const ImportedDataset& dataset,
                         std::string_view column,
-                        std::string_view numericColumn) {
+                        std::string_view numericColumn,
+                        std::int64_t most) {
     const TextColumn* texts = columnOf(dataset, column);
-    if (!texts) {
+    const TextColumn* numbers = columnOf(dataset, numericColumn);
+    if (!texts || !numbers) {
         return {};
     }
     const Levels levels(*texts);
@@ -99,15 +101,16 @@ std::vector<Size> sizes(const ImportedDataset& dataset,
     for (const std::string& category : levels.categories) {
         result.push_back({.category = category});
     }
-    const NumericColumn numbers = dataset.numericColumn(numericColumn);
-    texts->withCodes([&](auto codes) {
-        for (std::size_t row = 0; row < numbers.size(); ++row) {
-            const std::optional<std::size_t> category = levels.categoryOf[codes[row]];
-            if (category && numbers[row]) {
-                ++result[*category].cases;
-            }
+    std::size_t unfinished = result.size();
+    for (std::size_t row = 0; row < texts->size() && unfinished > 0; ++row) {
+        const std::optional<std::size_t> category = levels.categoryOf[texts->code(row)];
+        if (!category || result[*category].cases == most || !numericCell((*numbers)[row])) {
+            continue;
         }
-    });
+        if (++result[*category].cases == most) {
+            --unfinished;
+        }
+    }
     return result;
 }
 

@@ -18,14 +18,17 @@ std::vector<std::string> of(const ImportedDataset& dataset, std::string_view col
 
 struct Size {
     std::string category;
-    /// Rows of the category that have a number in the other column.
+    /// Rows of the category that have a number in the other column, counted no further than asked.
     std::int64_t cases = 0;
 };
 
-/// How many rows of each category have a number in `numericColumn`.
+/// How many rows of each category have a number in `numericColumn`, counted up to `most`.
+///
+/// Cost       O(rows until every category has so many)
 std::vector<Size> sizes(const ImportedDataset& dataset,
                         std::string_view column,
-                        std::string_view numericColumn);
+                        std::string_view numericColumn,
+                        std::int64_t most);
 
 /// Whether at least `wanted` rows have a number in every numeric column and a category in every
 /// other one.

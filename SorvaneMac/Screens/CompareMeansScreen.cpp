@@ -144,8 +144,7 @@ SetupForm CompareMeansScreen::setup() {
     const InferentialTest test = fields_.cmTest.get();
     SetupForm form;
     form.title = "Compare Means";
-    form.controls = {HeadingControl{"TEST"},
-                     FormControls::enumerationPicker("Test", fields_.cmTest),
+    form.controls = {FormControls::enumerationPicker("Test", fields_.cmTest),
                      HeadingControl{"VARIABLES"}};
     addTestControls(form);
     OptionControls::addRun(form, std::string(runLabel(test)), gate(), [this] { run(); });
@@ -165,26 +164,28 @@ void CompareMeansScreen::addGroupControls(SetupForm& form) {
         }));
 }
 
+void CompareMeansScreen::addTTestControls(SetupForm& form) {
+    const std::vector<std::string> groups =
+        Categories::of(state_.dataset(), fields_.cmGrouping->name);
+    addGroupControls(form);
+    std::vector<Control>& controls = form.controls;
+    controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.cmGroup1, groups));
+    controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.cmGroup2, groups));
+    controls.emplace_back(HeadingControl{"OPTIONS"});
+    controls.emplace_back(FormControls::enumerationPicker("Test type", fields_.cmTestType));
+    controls.emplace_back(NoteControl{
+        "Welch is the default (Auto). It is safer when group sizes or variances differ."});
+    controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+}
+
 void CompareMeansScreen::addTestControls(SetupForm& form) {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     const VariableLists::List numeric = numericVariables(state_.dataset());
     std::vector<Control>& controls = form.controls;
     switch (fields_.cmTest.get()) {
-        case InferentialTest::tTest: {
-            const std::vector<std::string> groups =
-                Categories::of(state_.dataset(), fields_.cmGrouping->name);
-            addGroupControls(form);
-            controls.emplace_back(
-                OptionControls::categoryPicker("Group 1", fields_.cmGroup1, groups));
-            controls.emplace_back(
-                OptionControls::categoryPicker("Group 2", fields_.cmGroup2, groups));
-            controls.emplace_back(HeadingControl{"OPTIONS"});
-            controls.emplace_back(enumerationPicker("Test type", fields_.cmTestType));
-            controls.emplace_back(NoteControl{
-                "Welch is the default (Auto). It is safer when group sizes or variances differ."});
-            controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+        case InferentialTest::tTest:
+            addTTestControls(form);
             break;
-        }
         case InferentialTest::pairedTTest:
             controls.emplace_back(variablePicker("Before", fields_.cmPairBefore, numeric));
             controls.emplace_back(variablePicker("After", fields_.cmPairAfter, numeric));
@@ -257,8 +258,8 @@ std::optional<Gate> CompareMeansScreen::tTestGate() const {
     if (std::optional<Gate> missing = outcomeAndGroupGate(fields_.cmOutcome, fields_.cmGrouping)) {
         return missing;
     }
-    const std::vector<Categories::Size> sizes =
-        Categories::sizes(state_.dataset(), fields_.cmGrouping->name, fields_.cmOutcome->name);
+    const std::vector<Categories::Size> sizes = Categories::sizes(
+        state_.dataset(), fields_.cmGrouping->name, fields_.cmOutcome->name, fewestCases);
     const auto sizeOf = [&sizes](const std::string& category) {
         return std::find_if(sizes.begin(), sizes.end(), [&category](const Categories::Size& size) {
             return size.category == category;
@@ -305,8 +306,8 @@ std::optional<Gate> CompareMeansScreen::anovaGate() const {
     if (std::optional<Gate> missing = outcomeAndGroupGate(fields_.cmOutcome, fields_.cmGrouping)) {
         return missing;
     }
-    const std::vector<Categories::Size> sizes =
-        Categories::sizes(state_.dataset(), fields_.cmGrouping->name, fields_.cmOutcome->name);
+    const std::vector<Categories::Size> sizes = Categories::sizes(
+        state_.dataset(), fields_.cmGrouping->name, fields_.cmOutcome->name, fewestCases);
     const auto usable = std::count_if(sizes.begin(), sizes.end(), [](const Categories::Size& size) {
         return size.cases >= fewestCases;
     });

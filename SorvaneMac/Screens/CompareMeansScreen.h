@@ -33,6 +33,7 @@ public:
 
 private:
     void addGroupControls(SetupForm& form);
+    void addTTestControls(SetupForm& form);
     void addTestControls(SetupForm& form);
     /// What is missing before the chosen test can run.
     std::optional<Gate> gate() const;

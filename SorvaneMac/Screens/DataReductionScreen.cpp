@@ -142,7 +142,6 @@ SetupForm DataReductionScreen::setup() {
     SetupForm form;
     form.title = "Data Reduction";
     form.controls = {
-        HeadingControl{"METHOD"},
         FormControls::enumerationPicker("Method", fields_.drMethod),
         HeadingControl{"VARIABLES"},
         FormControls::withUnavailable(

@@ -70,7 +70,7 @@ std::optional<Gate> GroupPatternsScreen::gate() const {
         return gone;
     }
     const std::vector<Categories::Size> sizes =
-        Categories::sizes(dataset, group->name, outcome->name);
+        Categories::sizes(dataset, group->name, outcome->name, fewestCases);
     const auto usable = std::count_if(sizes.begin(), sizes.end(), [](const Categories::Size& size) {
         return size.cases >= fewestCases;
     });

@@ -138,8 +138,7 @@ SetupForm MultivariateScreen::setup() {
     const MVTest test = fields_.mvTest.get();
     SetupForm form;
     form.title = "Multivariate";
-    form.controls = {HeadingControl{"TEST"},
-                     FormControls::enumerationPicker("Test", fields_.mvTest),
+    form.controls = {FormControls::enumerationPicker("Test", fields_.mvTest),
                      HeadingControl{"VARIABLES"}};
     addTestControls(form);
     OptionControls::addRun(form, std::string(runLabel(test)), gate(), [this] { run(); });

@@ -68,8 +68,14 @@ Gate needOutcomeAndGrouping() {
 }
 
 std::string groupsTooSmall(const Categories::Size& first, const Categories::Size& second) {
-    return "Each group needs 2+ values (" + first.category + ": " + ResultText::count(first.cases) +
-           ", " + second.category + ": " + ResultText::count(second.cases) + ").";
+    std::string found;
+    for (const Categories::Size* group : {&first, &second}) {
+        if (group->cases < fewestCases) {
+            found += (found.empty() ? "" : ", ") + group->category + ": " +
+                     ResultText::count(group->cases);
+        }
+    }
+    return "Each group needs 2+ values (" + found + ").";
 }
 
 }  // namespace
@@ -96,8 +102,7 @@ SetupForm NonparametricScreen::setup() {
     const NPTest test = fields_.npTest.get();
     SetupForm form;
     form.title = "Nonparametric & Categorical";
-    form.controls = {HeadingControl{"TEST"},
-                     FormControls::enumerationPicker("Test", fields_.npTest),
+    form.controls = {FormControls::enumerationPicker("Test", fields_.npTest),
                      HeadingControl{"VARIABLES"}};
     addTestControls(form);
     OptionControls::addRun(form, std::string(runLabel(test)), gate(), [this] { run(); });
@@ -210,8 +215,8 @@ std::optional<Gate> NonparametricScreen::mannWhitneyGate() const {
     if (std::optional<Gate> missing = outcomeAndGroupGate()) {
         return missing;
     }
-    const std::vector<Categories::Size> sizes =
-        Categories::sizes(state_.dataset(), fields_.npGroup->name, fields_.npOutcome->name);
+    const std::vector<Categories::Size> sizes = Categories::sizes(
+        state_.dataset(), fields_.npGroup->name, fields_.npOutcome->name, fewestCases);
     const auto sizeOf = [&sizes](const std::string& category) {
         return std::find_if(sizes.begin(), sizes.end(), [&category](const Categories::Size& size) {
             return size.category == category;
@@ -252,8 +257,8 @@ std::optional<Gate> NonparametricScreen::kruskalWallisGate() const {
     if (std::optional<Gate> missing = outcomeAndGroupGate()) {
         return missing;
     }
-    const std::vector<Categories::Size> sizes =
-        Categories::sizes(state_.dataset(), fields_.npGroup->name, fields_.npOutcome->name);
+    const std::vector<Categories::Size> sizes = Categories::sizes(
+        state_.dataset(), fields_.npGroup->name, fields_.npOutcome->name, fewestCases);
     const auto usable = std::count_if(sizes.begin(), sizes.end(), [](const Categories::Size& size) {
         return size.cases >= fewestCases;
     });

@@ -100,8 +100,7 @@ SetupForm RegressionScreen::setup() {
     const VariableLists::List others = VariableLists::without(numeric, {fields_.regOutcome->name});
     SetupForm form;
     form.title = "Regression";
-    form.controls = {HeadingControl{"MODEL"}, enumerationPicker("Model", fields_.regModel),
-                     HeadingControl{"VARIABLES"},
+    form.controls = {enumerationPicker("Model", fields_.regModel), HeadingControl{"VARIABLES"},
                      variablePicker("Outcome", fields_.regOutcome,
                                     RegressionOutcomes::candidates(dataset, model))};
     if (model != RegressionModel::linear) {

@@ -389,7 +389,7 @@ const std::vector<GateCase> gateCases = {
      "Need a numeric outcome and a grouping field", ""},
     {__LINE__, nonparametric, {{"npG2", R"("north")"}}, noMannWhitney, "Pick two different groups."},
     {__LINE__, nonparametric, {{"npG2", R"("east")"}}, noMannWhitney,
-     "Each group needs 2+ values (north: 4, east: 1)."},
+     "Each group needs 2+ values (east: 1)."},
     {__LINE__, nonparametric, {{"npTest", R"("wilcoxon")"}, {"npAfter", R"("pre")"}}, noWilcoxon,
      "Pick two different numeric fields."},
     {__LINE__, nonparametric, {{"npTest", R"("wilcoxon")"}, {"npAfter", R"("late")"}}, noWilcoxon,
