@@ -11,6 +11,7 @@
 
 #include "SorvaneMac/Headless/Commands.h"
 #include "SorvaneMac/Platform/ResourceDirectory.h"
+#include "SorvaneMac/Platform/SettingsDefaults.h"
 #include "SorvaneMac/Platform/ThreadTaskRunner.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/Shell/ChartImages.h"
@@ -39,8 +40,32 @@ constexpr std::string_view usage =
     "sorvane describe FILE [--rows N]            prints what an import finds\n"
     "sorvane run SCRIPT.json [--out DIR]         runs a studio script\n"
     "sorvane operations                          lists what a script's `do` can call\n"
-    "sorvane --screenshots DIR [--project FILE]  draws every screen\n"
+    "sorvane --screenshots DIR [--project FILE] [--size WIDTHxHEIGHT] [--scale 1..2]\n"
+    "                                            draws every screen, light and dark\n"
     "sorvane --help, sorvane --version\n";
+
+constexpr std::string_view labShell = "-BriselNavigationSplitShellSpike";
+
+/// What `--screenshots` asks for; absent where the folder, size or scale cannot be read.
+std::optional<ScreenshotRequest> screenshotRequest(const std::vector<std::string>& words) {
+    ScreenshotRequest request;
+    const std::optional<std::string> folder = valueAfter(words, "--screenshots");
+    const QStringList size =
+        QString::fromStdString(valueAfter(words, "--size").value_or("1280x800")).split('x');
+    bool isWidth = false;
+    bool isHeight = false;
+    bool isScale = false;
+    request.width = size.front().toInt(&isWidth);
+    request.height = size.back().toInt(&isHeight);
+    request.scale =
+        QString::fromStdString(valueAfter(words, "--scale").value_or("1")).toDouble(&isScale);
+    if (!folder || size.size() != 2 || !isWidth || !isHeight || !isScale) {
+        return std::nullopt;
+    }
+    request.folder = *folder;
+    request.file = valueAfter(words, "--project");
+    return request;
+}
 
 bool isSet(const char* variable) {
     return !qEnvironmentVariableIsEmpty(variable);
@@ -95,7 +120,14 @@ int main(int count, char** arguments) {
         std::cout << "Sorvane 0.1.0\n";
         return 0;
     }
-    const std::optional<std::string> pictures = valueAfter(words, "--screenshots");
+    const bool pictures = !words.empty() && words.front() == "--screenshots";
+    const std::optional<ScreenshotRequest> request =
+        pictures ? screenshotRequest(words) : std::nullopt;
+    if (pictures && !request) {
+        std::cerr << "Name a folder, and a size such as 1280x800 or a scale from 1 to 2: sorvane "
+                     "--screenshots DIR --size 1280x800 --scale 1\n";
+        return 2;
+    }
     if (const auto reason = pictures ? std::nullopt : objection(words)) {
         std::cerr << reason->second << '\n';
         return reason->first;
@@ -105,15 +137,19 @@ int main(int count, char** arguments) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application(count, arguments);
-    StudioState state(resourceDirectory(), std::make_unique<ThreadTaskRunner>());
+    StudioState state(resourceDirectory(), std::make_unique<ThreadTaskRunner>(),
+                      pictures ? nullptr : settingsDefaults());
     StudioScreens screens(state);
-    if (pictures) {
-        return drawScreenshots(application, state, screens, *pictures,
-                               valueAfter(words, "--project"));
+    if (request) {
+        return drawScreenshots(application, state, screens, *request);
     }
-    std::optional<std::filesystem::path> file;
-    if (!words.empty()) {
-        file = words.front();
+    WindowRequest window;
+    for (const std::string& word : words) {
+        if (word == labShell) {
+            window.form = WindowForm::splitLab;
+        } else if (!word.starts_with("-")) {
+            window.file = word;
+        }
     }
-    return openWindow(application, state, screens, file);
+    return openWindow(application, state, screens, window);
 }

@@ -58,7 +58,7 @@ template <typename T>
 std::string fallbackText(const T& value) {
     const Json json = toJson(value);
     return json.is_null() || (json.is_structured() && json.empty()) || json == "" ? std::string()
-                                                                                 : json.dump();
+                                                                                  : json.dump();
 }
 
 /// How arguments are declared where a procedure is bound: each reads itself from a call.
@@ -143,7 +143,9 @@ struct Setting {
     std::string name;
     T fallback{};
     T read(const CallArguments& call) const { return call.setting<T>(name, fallback); }
-    std::vector<ListedArgument> listed() const { return {{name, formOf<T>(), fallbackText(fallback)}}; }
+    std::vector<ListedArgument> listed() const {
+        return {{name, formOf<T>(), fallbackText(fallback)}};
+    }
 };
 
 /// All settings of a procedure that takes them as one struct.
@@ -170,8 +172,8 @@ std::vector<ListedArgument> listedOf(const Arguments&... declared) {
     std::vector<ListedArgument> result;
     [[maybe_unused]] const auto add = [&result](const std::vector<ListedArgument>& listed) {
         for (const ListedArgument& each : listed) {
-            std::erase_if(result,
-                          [&each](const ListedArgument& former) { return former.name == each.name; });
+            std::erase_if(
+                result, [&each](const ListedArgument& former) { return former.name == each.name; });
             result.push_back(each);
         }
     };

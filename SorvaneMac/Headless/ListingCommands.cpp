@@ -9,9 +9,7 @@ namespace sorvane {
 
 namespace {
 
-void list(std::string_view name,
-          const std::vector<ListedArgument>& arguments,
-          std::ostream& out) {
+void list(std::string_view name, const std::vector<ListedArgument>& arguments, std::ostream& out) {
     out << name << '\n';
     for (const ListedArgument& argument : arguments) {
         out << "    " << argument.name << ": " << argument.form;

@@ -39,27 +39,28 @@ SetupForm ImportDataScreen::setup() {
     };
     SetupForm form;
     form.title = "Import Data";
-    form.controls = {HeadingControl{"BLANK GRID"},
-                     NoteControl{"Start with an empty grid and type the data in.", false},
-                     TextControl{"Name", "Untitled dataset", data.datasetDraftName.get(),
-                                 [&data](const std::string& text) {
-                                     data.datasetDraftName.set(text);
-                                 }},
-                     NumberControl{.label = "Rows",
-                                   .minimum = 1.0,
-                                   .maximum = mostDraftRows,
-                                   .value = static_cast<double>(data.datasetDraftRows.get()),
-                                   .valueText = ResultText::count(data.datasetDraftRows.get()),
-                                   .set = setCount(data.datasetDraftRows)},
-                     NumberControl{.label = "Columns",
-                                   .minimum = 1.0,
-                                   .maximum = mostDraftColumns,
-                                   .value = static_cast<double>(data.datasetDraftColumns.get()),
-                                   .valueText = ResultText::count(data.datasetDraftColumns.get()),
-                                   .set = setCount(data.datasetDraftColumns)},
-                     ButtonControl{.label = "Create blank grid", .press = [this] {
-                                       state_.beginBlankDataset();
-                                   }}};
+    form.controls = {
+        HeadingControl{"BLANK GRID"},
+        NoteControl{"Start with an empty grid and type the data in.", false},
+        TextControl{"Name", "Untitled dataset", data.datasetDraftName.get(),
+                    [&data](const std::string& text) {
+                        data.datasetDraftName.set(text);
+                    }},
+        NumberControl{.label = "Rows",
+                      .minimum = 1.0,
+                      .maximum = mostDraftRows,
+                      .value = static_cast<double>(data.datasetDraftRows.get()),
+                      .valueText = ResultText::count(data.datasetDraftRows.get()),
+                      .set = setCount(data.datasetDraftRows)},
+        NumberControl{.label = "Columns",
+                      .minimum = 1.0,
+                      .maximum = mostDraftColumns,
+                      .value = static_cast<double>(data.datasetDraftColumns.get()),
+                      .valueText = ResultText::count(data.datasetDraftColumns.get()),
+                      .set = setCount(data.datasetDraftColumns)},
+        ButtonControl{.label = "Create blank grid", .press = [this] {
+                          state_.replaceGuarded([this] { state_.beginBlankDataset(); });
+                      }}};
     return form;
 }
 

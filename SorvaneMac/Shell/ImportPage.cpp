@@ -35,8 +35,7 @@ QWidget* dropZone(QWidget* page, Workspace& workspace) {
         Buttons::Weight::primary));
     row->addWidget(
         Buttons::make("Paste data…", [page, &workspace] { pasteFromDialog(page, workspace); }));
-    row->addWidget(Buttons::make("Open the sample study",
-                                 [page, &workspace] { openSample(page, workspace); }));
+    row->addWidget(Buttons::make("Open the sample study", [&workspace] { openSample(workspace); }));
     row->addStretch(1);
     column->addLayout(row);
     return zone;

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QMetaObject>
 
+#include "SorvaneMac/Platform/FileDialogs.h"
 #include "SorvaneMac/Shell/ChartView.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
@@ -50,13 +51,14 @@ QAction* MainMenus::add(QMenu& menu,
 void MainMenus::buildFile() {
     QMenu& menu = *window_.menuBar()->addMenu("&File");
     Workspace& workspace = window_.workspace();
-    add(menu, "&New Blank Grid", QKeySequence::New,
-        [this, &workspace] { openBlankGrid(&window_, workspace); });
+    add(menu, "&New Blank Grid", QKeySequence::New, [&workspace] { openBlankGrid(workspace); });
     add(menu, "&Import Data…", QKeySequence::Open,
         [this, &workspace] { importFromDialog(&window_, workspace); });
+    recent_ = menu.addMenu("Import &Recent");
+    QObject::connect(&menu, &QMenu::aboutToShow, recent_, [this] { listRecentFiles(); });
     add(menu, "&Paste Data…", QKeySequence("Ctrl+Shift+V"),
         [this, &workspace] { pasteFromDialog(&window_, workspace); });
-    add(menu, "Open &Sample Study", {}, [this, &workspace] { openSample(&window_, workspace); });
+    add(menu, "Open &Sample Study", {}, [&workspace] { openSample(workspace); });
     menu.addSeparator();
     QAction* open = add(menu, "Open Project…", {}, [] {});
     open->setEnabled(false);
@@ -105,6 +107,14 @@ void MainMenus::buildEdit() {
     });
     addEdit(menu, "&Paste", QKeySequence::Paste, "paste");
     addEdit(menu, "Select &All", QKeySequence::SelectAll, "selectAll");
+    menu.addSeparator();
+    // What a page can do beyond that, such as finding, it brings with its own keys.
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [this, &menu] {
+        for (QAction* former : std::exchange(ofPage_, window_.page().actions())) {
+            menu.removeAction(former);
+        }
+        menu.addActions(ofPage_);
+    });
 }
 
 void MainMenus::buildData() {
@@ -199,8 +209,24 @@ void MainMenus::buildHelp() {
         [this] { QMessageBox::about(&window_, "About Sorvane", aboutText); });
 }
 
+void MainMenus::listRecentFiles() {
+    StudioState& state = window_.workspace().state;
+    recent_->clear();
+    for (const std::filesystem::path& file : state.recentDataFiles()) {
+        add(*recent_, qtText(file.filename().string()).replace('&', "&&"), {}, [&state, file] {
+            state.handleIncomingImport(file);
+        })->setToolTip(fromPath(file));
+    }
+    recent_->setToolTipsVisible(true);
+    recent_->setEnabled(!recent_->isEmpty());
+}
+
 void MainMenus::refresh() {
     const StudioState& state = window_.workspace().state;
+    // A running computation leaves nothing to do but wait for it or cancel it.
+    for (QAction* menu : window_.menuBar()->actions()) {
+        menu->setEnabled(!state.isComputing.get());
+    }
     const bool hasFindings = !state.reportItems->empty();
     for (QAction* action : withData_) {
         action->setEnabled(state.hasData());
@@ -211,7 +237,7 @@ void MainMenus::refresh() {
     for (QAction* action : withReport_) {
         action->setEnabled(hasFindings || state.reportRTFData.get().has_value());
     }
-    inspector_->setEnabled(!state.showsStartPage());
+    inspector_->setEnabled(window_.hasInspector());
     inspector_->setChecked(window_.inspectorShows());
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <QKeySequence>
+#include <QList>
 
 class QAction;
 class QMenu;
@@ -26,6 +27,7 @@ private:
                  const QKeySequence& keys,
                  std::function<void()> action);
     void buildFile();
+    void listRecentFiles();
     void buildEdit();
     void buildData();
     void buildAnalyze();
@@ -39,6 +41,8 @@ private:
     std::vector<QAction*> withData_;
     std::vector<QAction*> withReport_;
     std::vector<QAction*> withFindings_;
+    QList<QAction*> ofPage_;
+    QMenu* recent_ = nullptr;
     QAction* inspector_ = nullptr;
 };
 

@@ -34,8 +34,8 @@ constexpr auto noDatasetHint = "Import a file or create a blank grid";
 
 }  // namespace
 
-MainWindow::MainWindow(StudioState& state, StudioScreens& screens)
-    : workspace_{.state = state, .screens = screens} {
+MainWindow::MainWindow(StudioState& state, StudioScreens& screens, WindowForm form)
+    : workspace_{.state = state, .screens = screens}, form_(form) {
     setAcceptDrops(true);
     resize(1280, 800);
     build();
@@ -43,6 +43,10 @@ MainWindow::MainWindow(StudioState& state, StudioScreens& screens)
     actions_ = state.observeActions([this](std::string_view action) {
         if (action == "showInspector") {
             setInspectorShows(true);
+        } else if (action == "commitEdits") {
+            workspace_.commitEdits();
+        } else if (action == "confirmImport") {
+            confirmPendingImport(this, workspace_);
         }
     });
 }
@@ -88,6 +92,7 @@ void MainWindow::buildPanes() {
     inspector_ = new InspectorView(workspace_);
 
     auto* panes = new QSplitter;
+    panes_ = panes;
     panes->setHandleWidth(1);
     panes->setChildrenCollapsible(false);
     panes->addWidget(navigation_);
@@ -184,6 +189,7 @@ void MainWindow::refreshFrame() {
         inspector_->refresh();
     }
     overlay_->refresh();
+    panes_->setEnabled(!state.isComputing.get());
     refreshStatus();
     menus_->refresh();
     setWindowTitle(hasData ? qtText(state.dataset().name) + " — Sorvane" : QString("Sorvane"));
@@ -217,7 +223,11 @@ bool& MainWindow::inspectorWish() {
 bool MainWindow::inspectorShows() const {
     const bool wish = prefersFullWidth(workspace_.state.selection.get()) ? inspectorOverWidePage_
                                                                          : inspectorBeside_;
-    return wish && !workspace_.state.showsStartPage();
+    return wish && hasInspector();
+}
+
+bool MainWindow::hasInspector() const {
+    return form_ == WindowForm::workbench && !workspace_.state.showsStartPage();
 }
 
 void MainWindow::setInspectorShows(bool shows) {
@@ -273,7 +283,7 @@ void MainWindow::focusNextPane() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls()) {
+    if (event->mimeData()->hasUrls() && !workspace_.state.isComputing.get()) {
         event->acceptProposedAction();
     }
 }
@@ -282,15 +292,40 @@ void MainWindow::dropEvent(QDropEvent* event) {
     for (const QUrl& url : event->mimeData()->urls()) {
         if (url.isLocalFile()) {
             event->acceptProposedAction();
-            importGuarded(this, workspace_, toPath(url.toLocalFile()));
+            workspace_.state.handleIncomingImport(toPath(url.toLocalFile()));
             return;
         }
     }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    workspace_.commitEdits();
-    QMainWindow::closeEvent(event);
+    if (mayClose(this, workspace_)) {
+        QMainWindow::closeEvent(event);
+    } else {
+        event->ignore();
+    }
+}
+
+WindowMemory MainWindow::memory() const {
+    const QByteArray geometry = saveGeometry();
+    const QList<int> sizes = panes_->sizes();
+    return {.geometry = {geometry.begin(), geometry.end()},
+            .panes = {sizes.begin(), sizes.end()},
+            .inspectorBeside = inspectorBeside_,
+            .inspectorOverWidePage = inspectorOverWidePage_,
+            .appearance = appearance_,
+            .scale = scale_};
+}
+
+void MainWindow::recall(const WindowMemory& memory) {
+    inspectorBeside_ = memory.inspectorBeside;
+    inspectorOverWidePage_ = memory.inspectorOverWidePage;
+    appearance_ = memory.appearance;
+    scale_ = std::clamp(memory.scale, 1.0, 2.0);
+    applyTheme();
+    restoreGeometry({reinterpret_cast<const char*>(memory.geometry.data()),
+                     static_cast<qsizetype>(memory.geometry.size())});
+    panes_->setSizes({memory.panes.begin(), memory.panes.end()});
 }
 
 bool MainWindow::event(QEvent* event) {

@@ -6,7 +6,7 @@
 #include <QMainWindow>
 
 #include "SorvaneMac/Shell/Page.h"
-#include "SorvaneMac/Shell/Theme.h"
+#include "SorvaneMac/Shell/WindowMemory.h"
 
 class QLabel;
 class QSplitter;
@@ -20,12 +20,16 @@ class InspectorView;
 class MainMenus;
 class NavigationPane;
 
+/// How the window is laid out: with its three panes, or as navigation and screen alone, a form in
+/// which layouts are tried.
+enum class WindowForm { workbench, splitLab };
+
 /// The window: navigation, screen, inspector; menus above and the state of the data below.
 ///
 /// It draws what the fields hold, once for each turn of the event loop in which one changed.
 class MainWindow final : public QMainWindow {
 public:
-    MainWindow(StudioState& state, StudioScreens& screens);
+    MainWindow(StudioState& state, StudioScreens& screens, WindowForm form = WindowForm::workbench);
     ~MainWindow() override;
 
     Workspace& workspace() { return workspace_; }
@@ -39,8 +43,13 @@ public:
     void setScale(double scale);
     double scale() const { return scale_; }
     Appearance appearance() const { return appearance_; }
+    /// Whether there is an inspector to show or hide.
+    bool hasInspector() const;
     bool inspectorShows() const;
     void setInspectorShows(bool shows);
+    WindowMemory memory() const;
+    /// Takes the size, panes and looks that a window of a former session had.
+    void recall(const WindowMemory& memory);
     void assembleReport();
     void goToNeighbour(int distance);
     /// Moves the focus to the next of the three panes.
@@ -69,12 +78,14 @@ private:
     static bool prefersFullWidth(StudioScreen screen);
 
     Workspace workspace_;
+    const WindowForm form_;
     Appearance appearance_ = Appearance::system;
     double scale_ = 1.0;
     bool inspectorBeside_ = true;
     bool inspectorOverWidePage_ = false;
 
     std::unique_ptr<MainMenus> menus_;
+    QSplitter* panes_ = nullptr;
     NavigationPane* navigation_ = nullptr;
     ErrorBanner* banner_ = nullptr;
     QStackedWidget* stack_ = nullptr;

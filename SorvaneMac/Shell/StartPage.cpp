@@ -33,8 +33,7 @@ QWidget* newProjectCard(QWidget* page, Workspace& workspace) {
     row->addWidget(Buttons::make(
         "Import a file…", [page, &workspace] { importFromDialog(page, workspace); },
         Buttons::Weight::primary));
-    row->addWidget(
-        Buttons::make("Blank grid", [&workspace] { workspace.state.beginBlankDataset(); }));
+    row->addWidget(Buttons::make("Blank grid", [&workspace] { openBlankGrid(workspace); }));
     row->addStretch(1);
     card->body().addLayout(row);
     return card;
@@ -63,8 +62,7 @@ QWidget* sampleRow(QWidget* page, Workspace& workspace) {
     words->addWidget(Labels::text(
         "A made-up survey on emotional intelligence, to try every screen with.", "quiet"));
     row->addLayout(words, 1);
-    row->addWidget(
-        Buttons::make("Open the sample study", [&workspace] { workspace.state.resetToSample(); }));
+    row->addWidget(Buttons::make("Open the sample study", [&workspace] { openSample(workspace); }));
     row->addWidget(
         Buttons::make("Paste data…", [page, &workspace] { pasteFromDialog(page, workspace); }));
     card->body().addLayout(row);

@@ -20,6 +20,18 @@ void prepare(QApplication& application) {
     Theme::apply(application, Appearance::system);
 }
 
+constexpr std::string_view windowKey = "sv.window";
+
+/// The window of the last session; absent where there was none, or where what was kept of it cannot
+/// be read.
+std::optional<WindowMemory> lastWindow(const UserDefaults& defaults) {
+    try {
+        return fromJson<std::optional<WindowMemory>>(defaults.value(windowKey));
+    } catch (const RecordJsonError&) {
+        return std::nullopt;
+    }
+}
+
 /// Stages what the analysis screens find, so that the report has something to show.
 void stageFindings(Workspace& workspace) {
     for (const StudioScreen screen : {StudioScreen::scalesReliability, StudioScreen::descriptives,
@@ -83,35 +95,41 @@ bool takeAll(MainWindow& window, Photographer& photographer) {
 int openWindow(QApplication& application,
                StudioState& state,
                StudioScreens& screens,
-               const std::optional<std::filesystem::path>& file) {
+               const WindowRequest& request) {
     prepare(application);
-    MainWindow window(state, screens);
-    window.show();
-    if (file) {
-        importGuarded(&window, window.workspace(), *file);
+    MainWindow window(state, screens, request.form);
+    if (const std::optional<WindowMemory> memory = lastWindow(state.defaults())) {
+        window.recall(*memory);
     }
-    return QApplication::exec();
+    window.show();
+    if (request.file) {
+        state.handleIncomingImport(*request.file);
+    }
+    const int status = QApplication::exec();
+    state.defaults().set(windowKey, toJson(window.memory()));
+    return status;
 }
 
 int drawScreenshots(QApplication& application,
                     StudioState& state,
                     StudioScreens& screens,
-                    const std::filesystem::path& folder,
-                    const std::optional<std::filesystem::path>& file) {
+                    const ScreenshotRequest& request) {
     prepare(application);
     std::error_code failure;
-    std::filesystem::create_directories(folder, failure);
+    std::filesystem::create_directories(request.folder, failure);
     if (failure) {
         std::cerr << "Could not make the folder: " << failure.message() << "\n";
         return 1;
     }
     MainWindow window(state, screens);
-    Photographer photographer(window, folder);
+    window.resize(request.width, request.height);
+    window.setScale(request.scale);
+    Photographer photographer(window, request.folder);
     if (!photographer.take("start")) {
         return 1;
     }
-    if (file) {
-        state.importData(*file);
+    if (request.file) {
+        state.importData(*request.file);
     } else {
         state.resetToSample();
     }

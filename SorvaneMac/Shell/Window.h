@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "SorvaneMac/Shell/MainWindow.h"
+
 class QApplication;
 
 namespace sorvane {
@@ -10,13 +12,29 @@ namespace sorvane {
 class StudioScreens;
 class StudioState;
 
-/// Opens the window, imports the file where one is given, and stays until it is closed.
+struct WindowRequest {
+    /// Imported once the window stands.
+    std::optional<std::filesystem::path> file;
+    WindowForm form = WindowForm::workbench;
+};
+
+/// Opens the window as the last session left it and stays until it is closed.
 ///
 /// Returns    the exit status of the program
 int openWindow(QApplication& application,
                StudioState& state,
                StudioScreens& screens,
-               const std::optional<std::filesystem::path>& file);
+               const WindowRequest& request);
+
+struct ScreenshotRequest {
+    std::filesystem::path folder;
+    /// The data to show; the sample study where absent.
+    std::optional<std::filesystem::path> file;
+    int width = 1280;
+    int height = 800;
+    /// 1 to 2, the size of text and controls.
+    double scale = 1.0;
+};
 
 /// Draws the start page and every screen into PNG files, light and dark, with results of the
 /// sample study or of the file given.
@@ -26,7 +44,6 @@ int openWindow(QApplication& application,
 int drawScreenshots(QApplication& application,
                     StudioState& state,
                     StudioScreens& screens,
-                    const std::filesystem::path& folder,
-                    const std::optional<std::filesystem::path>& file);
+                    const ScreenshotRequest& request);
 
 }  // namespace sorvane

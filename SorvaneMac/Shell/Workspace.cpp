@@ -8,6 +8,24 @@
 
 namespace sorvane {
 
+namespace {
+
+const Question importQuestion{
+    .title = "Import new data?",
+    .text =
+        "Importing a new dataset clears the current report and staged findings. Save the "
+        "report first if you want to keep it.",
+    .confirmLabel = "Import and clear report"};
+
+const Question closeQuestion{
+    .title = "Close without keeping your work?",
+    .text =
+        "Findings, notes, the report and a table typed by hand are lost when the window closes. "
+        "Export the report first if you want to keep it.",
+    .confirmLabel = "Close and lose it"};
+
+}  // namespace
+
 bool askQuestion(QWidget* parent, const Question& question) {
     QMessageBox alert(parent);
     alert.setIcon(QMessageBox::Warning);
@@ -23,64 +41,40 @@ bool askQuestion(QWidget* parent, const Question& question) {
 
 void importFromDialog(QWidget* parent, Workspace& workspace) {
     if (const std::optional<std::filesystem::path> file = workspace.dialogs.openDataFile(parent)) {
-        importGuarded(parent, workspace, *file);
+        workspace.state.handleIncomingImport(*file);
     }
 }
 
-namespace {
-
-const Question& importQuestion() {
-    static const Question question{
-        .title = "Import new data?",
-        .text =
-            "Importing a new dataset clears the current report and staged findings. Save the "
-            "report first if you want to keep it.",
-        .confirmLabel = "Import and clear report"};
-    return question;
+void openSample(Workspace& workspace) {
+    StudioState& state = workspace.state;
+    state.replaceGuarded([&state] { state.resetToSample(); });
 }
 
-}  // namespace
+void openBlankGrid(Workspace& workspace) {
+    StudioState& state = workspace.state;
+    state.replaceGuarded([&state] { state.beginBlankDataset(); });
+}
 
-void importGuarded(QWidget* parent, Workspace& workspace, const std::filesystem::path& file) {
-    workspace.commitEdits();
-    if (workspace.state.handleIncomingImport(file)) {
-        return;
+void pasteFromDialog(QWidget* parent, Workspace& workspace) {
+    PasteDialog dialog(parent);
+    if (dialog.exec() == QDialog::Accepted) {
+        StudioState& state = workspace.state;
+        state.replaceGuarded(
+            [&state, text = utf8(dialog.text())] { state.importPastedData(text); });
     }
-    if (workspace.confirm(parent, importQuestion())) {
+}
+
+void confirmPendingImport(QWidget* parent, Workspace& workspace) {
+    if (workspace.confirm(parent, importQuestion)) {
         workspace.state.confirmPendingImport();
     } else {
         workspace.state.cancelPendingImport();
     }
 }
 
-namespace {
-
-bool mayReplaceDataset(QWidget* parent, Workspace& workspace) {
+bool mayClose(QWidget* parent, Workspace& workspace) {
     workspace.commitEdits();
-    const auto& document = workspace.state.reportRTFData.get();
-    const bool losesReport = document && !document->empty();
-    return !losesReport || workspace.confirm(parent, importQuestion());
-}
-
-}  // namespace
-
-void openSample(QWidget* parent, Workspace& workspace) {
-    if (mayReplaceDataset(parent, workspace)) {
-        workspace.state.resetToSample();
-    }
-}
-
-void openBlankGrid(QWidget* parent, Workspace& workspace) {
-    if (mayReplaceDataset(parent, workspace)) {
-        workspace.state.beginBlankDataset();
-    }
-}
-
-void pasteFromDialog(QWidget* parent, Workspace& workspace) {
-    PasteDialog dialog(parent);
-    if (dialog.exec() == QDialog::Accepted && mayReplaceDataset(parent, workspace)) {
-        workspace.state.importPastedData(utf8(dialog.text()));
-    }
+    return !workspace.state.hasUnsavedWork() || workspace.confirm(parent, closeQuestion);
 }
 
 }  // namespace sorvane

@@ -30,15 +30,17 @@ struct Workspace {
     };
 };
 
-/// Asks for a file and imports it, through the guard of an assembled report.
+/// Asks for a file and imports it. This and the others below go through the guard of an assembled
+/// report.
 void importFromDialog(QWidget* parent, Workspace& workspace);
-/// Imports a file; asks first where an assembled report would be lost.
-void importGuarded(QWidget* parent, Workspace& workspace, const std::filesystem::path& file);
-/// Opens the sample study; asks first where an assembled report would be lost.
-void openSample(QWidget* parent, Workspace& workspace);
-/// Starts a blank grid; asks first where an assembled report would be lost.
-void openBlankGrid(QWidget* parent, Workspace& workspace);
-/// Asks for a pasted table and imports it, through the same guard.
+void openSample(Workspace& workspace);
+void openBlankGrid(Workspace& workspace);
+/// Asks for a pasted table and imports it.
 void pasteFromDialog(QWidget* parent, Workspace& workspace);
+
+/// Asks whether the report may be lost, and does or drops what is held back.
+void confirmPendingImport(QWidget* parent, Workspace& workspace);
+/// Whether the window may close: asks first where work would be lost.
+bool mayClose(QWidget* parent, Workspace& workspace);
 
 }  // namespace sorvane

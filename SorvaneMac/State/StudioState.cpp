@@ -7,12 +7,14 @@
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/State/RecentFiles.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
 
 namespace {
 
+constexpr std::string_view recentDataFilesKey = "sv.recentDataFiles";
 constexpr std::string_view sampleResource = "SampleEIStudy.csv";
 
 std::string sizeText(const ImportedDataset& dataset) {
@@ -35,7 +37,9 @@ VariableName validChoice(const VariableName& present,
 
 }  // namespace
 
-StudioState::StudioState(std::filesystem::path resources, std::unique_ptr<TaskRunner> runner)
+StudioState::StudioState(std::filesystem::path resources,
+                         std::unique_ptr<TaskRunner> runner,
+                         std::unique_ptr<UserDefaults> defaults)
     : selection(fields, "selection", StudioScreen::overview, ResetRule::kept),
       inspectorTab(fields, "inspectorTab", InspectorTab::whyNative, ResetRule::kept),
       inspectorPane(fields, "inspectorPane", InspectorPane::setup, ResetRule::kept),
@@ -59,7 +63,8 @@ StudioState::StudioState(std::filesystem::path resources, std::unique_ptr<TaskRu
       computingCancellable(fields, "computingCancellable", false, ResetRule::kept),
       impMessage(fields, "impMessage"),
       resources_(std::move(resources)),
-      runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()) {}
+      runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()),
+      defaults_(defaults ? std::move(defaults) : std::make_unique<SessionDefaults>()) {}
 
 bool StudioState::showsStartPage() const {
     return !hasData() && !data.isDatasetEditable.get() && selection.get() == StudioScreen::overview;
@@ -67,6 +72,9 @@ bool StudioState::showsStartPage() const {
 
 void StudioState::importData(const std::filesystem::path& file) {
     adoptImport(fileName(file), [&] { return importer.importData(file); });
+    if (!data.importError.get()) {
+        RecentFiles::remember(*defaults_, recentDataFilesKey, file);
+    }
 }
 
 void StudioState::adoptImport(const std::string& source,
@@ -84,23 +92,29 @@ void StudioState::adoptImport(const std::string& source,
 }
 
 bool StudioState::handleIncomingImport(const std::filesystem::path& file) {
+    return replaceGuarded([this, file] { importData(file); });
+}
+
+bool StudioState::replaceGuarded(std::function<void()> replace) {
+    postAction("commitEdits");
     const std::optional<std::vector<std::uint8_t>>& document = reportRTFData.get();
     if (document && !document->empty()) {
-        pendingImport_ = file;
+        pendingImport_ = std::move(replace);
+        postAction("confirmImport");
         return false;
     }
-    importData(file);
+    replace();
     return true;
 }
 
 void StudioState::confirmPendingImport() {
-    if (const std::optional<std::filesystem::path> file = std::exchange(pendingImport_, {})) {
-        importData(*file);
+    if (const std::function<void()> replace = std::exchange(pendingImport_, nullptr)) {
+        replace();
     }
 }
 
 void StudioState::cancelPendingImport() {
-    pendingImport_.reset();
+    pendingImport_ = nullptr;
 }
 
 void StudioState::importPastedData(std::string_view text) {
@@ -223,6 +237,15 @@ void StudioState::cancelComputing() {
     isComputing.set(false);
     computingCancellable.set(false);
     impMessage.set("Imputation canceled. Nothing was changed.");
+}
+
+bool StudioState::hasUnsavedWork() const {
+    return !reportItems->empty() || reportRTFData.get() || !researcherNotes->empty() ||
+           data.isDatasetEditable.get();
+}
+
+std::vector<std::filesystem::path> StudioState::recentDataFiles() const {
+    return RecentFiles::existing(*defaults_, recentDataFilesKey);
 }
 
 Subscription StudioState::observeActions(std::function<void(std::string_view)> observer) {

@@ -20,6 +20,7 @@
 #include "SorvaneMac/State/ScaleFields.h"
 #include "SorvaneMac/State/StudioScreen.h"
 #include "SorvaneMac/State/TaskRunner.h"
+#include "SorvaneMac/State/UserDefaults.h"
 
 namespace sorvane {
 
@@ -31,7 +32,8 @@ class StudioState {
 public:
     /// `resources` holds the files that come with the program, the sample study among them.
     explicit StudioState(std::filesystem::path resources,
-                         std::unique_ptr<TaskRunner> runner = nullptr);
+                         std::unique_ptr<TaskRunner> runner = nullptr,
+                         std::unique_ptr<UserDefaults> defaults = nullptr);
     StudioState(const StudioState&) = delete;
     StudioState& operator=(const StudioState&) = delete;
 
@@ -80,9 +82,13 @@ public:
     void importData(const std::filesystem::path& file);
     /// Imports at once, or holds the file back while an assembled report would be lost.
     ///
-    /// Returns    whether the import was run; false means that `confirmPendingImport` is awaited
+    /// Returns    whether the import was run; false means that it was held back
     bool handleIncomingImport(const std::filesystem::path& file);
-    const std::optional<std::filesystem::path>& pendingImport() const { return pendingImport_; }
+    /// The same for whatever else replaces the table. What is held back waits for
+    /// `confirmPendingImport` or `cancelPendingImport`, for which the action "confirmImport" asks;
+    /// "commitEdits" comes first, so that edits still under way count as a report.
+    bool replaceGuarded(std::function<void()> replace);
+    bool hasPendingImport() const { return pendingImport_ != nullptr; }
     void confirmPendingImport();
     void cancelPendingImport();
     void importPastedData(std::string_view text);
@@ -146,6 +152,15 @@ public:
 
     void cancelComputing();
 
+    /// Whether closing now would lose what nobody can import again: findings, a report, notes, a
+    /// table typed by hand.
+    bool hasUnsavedWork() const;
+
+    /// What outlives the session.
+    UserDefaults& defaults() const { return *defaults_; }
+    /// Data files imported last, newest first, those that still exist.
+    std::vector<std::filesystem::path> recentDataFiles() const;
+
     /// Subscribes to the named actions that the workspace asks of its window ("showInspector").
     [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
 
@@ -165,7 +180,8 @@ private:
 
     std::filesystem::path resources_;
     std::unique_ptr<TaskRunner> runner_;
-    std::optional<std::filesystem::path> pendingImport_;
+    std::function<void()> pendingImport_;
+    std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
 };

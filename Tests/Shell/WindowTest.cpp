@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableView>
@@ -146,7 +148,7 @@ TEST_F(WindowTest, AsksBeforeAnImportClearsTheReport) {
     answer_ = false;
     drop(file);
     EXPECT_EQ(state_.dataset().rowCount(), 300);
-    EXPECT_FALSE(state_.pendingImport());
+    EXPECT_FALSE(state_.hasPendingImport());
     ASSERT_EQ(asked_.size(), 1U);
     EXPECT_EQ(asked_[0],
               "Import new data?\nImporting a new dataset clears the current report and staged "
@@ -154,6 +156,80 @@ TEST_F(WindowTest, AsksBeforeAnImportClearsTheReport) {
     answer_ = true;
     drop(file);
     EXPECT_EQ(state_.dataset().rowCount(), 1);
+}
+
+TEST_F(WindowTest, AsksOnEveryWayToReplaceTheTableOfAReport) {
+    state_.resetToSample();
+    state_.assembleReport();
+    answer_ = false;
+    show(StudioScreen::importData);
+    button("Open the sample study")->click();
+    for (QPushButton* each : window_.findChildren<QPushButton*>()) {
+        if (each->text() == "Create blank grid") {
+            each->click();
+        }
+    }
+    EXPECT_EQ(asked_.size(), 2U);
+    EXPECT_TRUE(state_.reportRTFData.get());
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+}
+
+TEST_F(WindowTest, AsksBeforeClosingLosesWork) {
+    window_.show();
+    state_.resetToSample();
+    EXPECT_TRUE(window_.close());
+    EXPECT_TRUE(asked_.empty());
+    window_.show();
+    show(StudioScreen::scalesReliability);
+    button("Add to report")->click();
+    answer_ = false;
+    EXPECT_FALSE(window_.close());
+    answer_ = true;
+    EXPECT_TRUE(window_.close());
+    EXPECT_EQ(asked_.size(), 2U);
+}
+
+TEST_F(WindowTest, OffersTheFilesImportedLast) {
+    const std::filesystem::path first = write("first.csv", "a,b\n1,2\n");
+    drop(first);
+    drop(write("second & third.csv", "a,b\n1,2\n3,4\n"));
+    drop(write("broken.csv", "a,b\n\"1,2\n"));
+    QMenu* file = window_.menuBar()->actions().front()->menu();
+    emit file->aboutToShow();
+    QStringList labels;
+    for (const QMenu* menu : file->findChildren<QMenu*>()) {
+        if (menu->title() == "Import &Recent") {
+            for (const QAction* action : menu->actions()) {
+                labels << action->text();
+            }
+            menu->actions().back()->trigger();
+        }
+    }
+    EXPECT_EQ(labels, (QStringList{"second && third.csv", "first.csv"}));
+    EXPECT_EQ(state_.dataset().rowCount(), 1);
+}
+
+TEST_F(WindowTest, RecallsTheWindowOfTheLastSession) {
+    state_.resetToSample();
+    settle();
+    window_.setInspectorShows(false);
+    window_.setScale(1.25);
+    const WindowMemory memory = fromJson<WindowMemory>(toJson(window_.memory()));
+    MainWindow next(state_, screens_);
+    next.recall(memory);
+    EXPECT_FALSE(next.inspectorShows());
+    EXPECT_EQ(next.scale(), 1.25);
+    EXPECT_EQ(next.size(), window_.size());
+    next.setScale(1.0);
+}
+
+TEST_F(WindowTest, HasNoInspectorInItsLabForm) {
+    state_.resetToSample();
+    settle();
+    MainWindow lab(state_, screens_, WindowForm::splitLab);
+    lab.setInspectorShows(true);
+    EXPECT_FALSE(lab.inspectorShows());
+    EXPECT_EQ(lab.windowTitle(), window_.windowTitle());
 }
 
 TEST_F(WindowTest, AToggledItemChangesTheTableAndKeepsTheForm) {
@@ -264,6 +340,9 @@ TEST_F(WindowTest, CoversTheScreenWhileComputing) {
     state_.isComputing.set(true);
     settle();
     EXPECT_TRUE(says("Running multiple imputation…"));
+    for (const QAction* menu : window_.menuBar()->actions()) {
+        EXPECT_FALSE(menu->isEnabled()) << utf8(menu->text());
+    }
     for (QPushButton* each : window_.findChildren<QPushButton*>("", Qt::FindChildrenRecursively)) {
         if (each->text() == "Cancel") {
             each->click();
