@@ -25,8 +25,8 @@ TEST(RecentFiles, KeepsTheEightLastOnceEachAndShowsThoseThatExist) {
     for (const std::filesystem::path& file : RecentFiles::existing(defaults, "list")) {
         names.push_back(file.filename().string());
     }
-    EXPECT_EQ(names, (std::vector<std::string>{"5.csv", "9.csv", "7.csv", "6.csv", "4.csv",
-                                               "3.csv", "2.csv"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"5.csv", "9.csv", "7.csv", "6.csv", "4.csv", "3.csv",
+                                               "2.csv"}));
     EXPECT_EQ(defaults.value("list").size(), 8U) << "a file that is gone keeps its place";
     std::filesystem::remove_all(folder);
 }
