@@ -28,7 +28,10 @@ PreformattedView::PreformattedView(const QString& text) {
     const QFont font = Theme::fixedWidthFont(12);
     setFont(font);
     // The stylesheet of the window sets fields in the text face; this one keeps its own.
-    setStyleSheet("QPlainTextEdit { border: none; background: transparent; padding: 0; }");
+    setStyleSheet(
+        "QPlainTextEdit { border: 1px solid transparent; background: transparent; "
+        "padding: 0; } QPlainTextEdit:focus { border-color: " +
+        Theme::colors().accent.name() + "; }");
     document()->setDefaultFont(font);
     setPlainText(text);
     const QStringList lines = text.split('\n');
