@@ -13,6 +13,14 @@ QLabel* text(const QString& text, const char* role) {
     return label;
 }
 
+void showName(QLabel& label, const QString& name) {
+    constexpr QChar breakHere(0x200B);
+    label.setText(QString(name).replace('_', QString('_') + breakHere));
+    label.setTextInteractionFlags(Qt::NoTextInteraction);
+    label.setAccessibleName(name);
+    label.setToolTip(name);
+}
+
 QLabel* line(const QString& text, const char* role) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);

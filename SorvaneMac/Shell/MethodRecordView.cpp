@@ -22,15 +22,6 @@ bool saysTheSame(MethodFile record, const MethodFile& other) {
     return record == other;
 }
 
-/// A file name may be longer than the pane is wide, and has no blank to break at.
-void showFileName(QLabel& label, const QString& text) {
-    constexpr QChar breakHere(0x200B);
-    label.setText(QString(text).replace('_', QString('_') + breakHere));
-    label.setTextInteractionFlags(Qt::NoTextInteraction);
-    label.setAccessibleName(text);
-    label.setToolTip(text);
-}
-
 QString timeText(std::chrono::sys_seconds moment) {
     const QDateTime local = QDateTime::fromSecsSinceEpoch(moment.time_since_epoch().count());
     return QLocale(QLocale::English).toString(local, "d MMMM yyyy, HH:mm:ss");
@@ -75,7 +66,7 @@ void MethodRecordView::refresh() {
 
 void MethodRecordView::show(const MethodFile& record) {
     time_->setText(timeText(record.timestamp));
-    showFileName(*savedAs_, "Saved as " + qtText(record.defaultFilename()));
+    Labels::showName(*savedAs_, "Saved as " + qtText(record.defaultFilename()));
     while (QLayoutItem* item = rows_->takeAt(0)) {
         delete item->widget();
         delete item;
@@ -84,7 +75,7 @@ void MethodRecordView::show(const MethodFile& record) {
         rows_->addWidget(Labels::text(qtText(row.label), "small"));
         QLabel* value = Labels::text(row.text.empty() ? "—" : qtText(row.text));
         if (row.text == record.defaultFilename()) {
-            showFileName(*value, qtText(row.text));
+            Labels::showName(*value, qtText(row.text));
         }
         rows_->addWidget(value);
         rows_->addSpacing(Theme::px(4));
