@@ -67,6 +67,12 @@ TEST_F(StudioScriptTest, CallsOperationsByName) {
     perform(R"({"do": {"removeFromReport": {"id": "6F0E2B7C-0000-4000-8000-000000000001"}}})");
     EXPECT_TRUE(state_.reportItems->empty());
     EXPECT_EQ(perform(R"({"do": "resetToSample"})").report["rows"], 300);
+    const std::string folder = Json(output_.string()).dump();
+    EXPECT_EQ(perform(R"({"do": {"saveMethodFile": {"file": )" + folder + "}}}").refusal,
+              std::nullopt);
+    EXPECT_EQ(std::filesystem::directory_iterator(output_)->path().extension(), ".svmethod");
+    EXPECT_EQ(perform(R"({"do": {"saveMethodFile": {"file": "/nowhere/a.svmethod"}}})").refusal,
+              "Save failed: No such file or directory.");
 }
 
 TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {

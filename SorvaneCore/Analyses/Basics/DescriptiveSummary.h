@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/AnalysisReadiness.h"
+#include "SorvaneCore/SorvaneEngine.h"
 
 namespace sorvane {
 
@@ -17,7 +18,7 @@ struct DescriptiveMethodMetadata {
     std::string varianceMethod = "sample variance with n - 1 denominator";
     double confidenceLevel = 0.95;
     std::string intervalMethod = "Student t confidence interval for the mean";
-    std::string engineVersion = "Sorvane native 0.1.0";
+    std::string engineVersion{SorvaneEngine::version};
 
     bool operator==(const DescriptiveMethodMetadata&) const = default;
 };

@@ -8,6 +8,7 @@
 
 #include "SorvaneCore/Analyses/Basics/AnalysisReadiness.h"
 #include "SorvaneCore/Analyses/Basics/ScaleScoring.h"
+#include "SorvaneCore/SorvaneEngine.h"
 
 namespace sorvane {
 
@@ -43,7 +44,7 @@ struct ReliabilityMethodMetadata {
     std::int64_t inputRows = 0;
     std::int64_t casesUsed = 0;
     std::int64_t itemCount = 0;
-    std::string engineVersion = "Sorvane native 0.1.0";
+    std::string engineVersion{SorvaneEngine::version};
     std::vector<std::string> reportingNotes = {
         "Cronbach alpha estimates internal consistency, not validity.",
         "Item diagnostics use corrected item-total correlations and alpha-if-deleted."};
