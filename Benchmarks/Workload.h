@@ -29,5 +29,6 @@ std::vector<Workload> importWorkloads();
 std::vector<Workload> analysisWorkloads();
 std::vector<Workload> editingWorkloads();
 std::vector<Workload> reportWorkloads();
+std::vector<Workload> windowWorkloads();
 
 }  // namespace sorvane

@@ -148,7 +148,7 @@ void print(const Workload& workload, const Measured& measured, Layout layout) {
 std::vector<Workload> allWorkloads() {
     std::vector<Workload> all;
     for (const auto& some :
-         {importWorkloads, analysisWorkloads, editingWorkloads, reportWorkloads}) {
+         {importWorkloads, analysisWorkloads, editingWorkloads, reportWorkloads, windowWorkloads}) {
         std::ranges::move(some(), std::back_inserter(all));
     }
     return all;

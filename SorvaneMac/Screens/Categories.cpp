@@ -16,6 +16,7 @@ struct Levels {
     std::vector<std::string> categories;
     std::vector<std::optional<std::size_t>> categoryOf;
 
+    Levels() = default;
     explicit Levels(const TextColumn& column) {
         std::map<std::string_view, std::size_t> known;
         for (std::size_t code = 0; code < column.levelCount(); ++code) {
@@ -59,6 +60,25 @@ void strikeMissing(std::vector<bool>& isComplete, const TextColumn* column) {
     for (std::size_t row = 0; row < isComplete.size(); ++row) {
         if (!column || MissingValue::isMissing((*column)[row])) {
             isComplete[row] = false;
+        }
+    }
+}
+
+/// Adds each row to the count of its category, and of its group's.
+void countRows(CrossCounts& counts,
+               const TextColumn& column,
+               const Levels& levels,
+               const TextColumn* groups) {
+    const std::size_t missing = levels.categories.size();
+    const Levels groupLevels = groups ? Levels(*groups) : Levels();
+    counts.byGroup.assign(groupLevels.categories.size(), counts.all);
+    for (std::size_t row = 0; row < column.size(); ++row) {
+        const std::size_t category = levels.categoryOf[column.code(row)].value_or(missing);
+        ++counts.all[category];
+        const std::optional<std::size_t> group =
+            groups ? groupLevels.categoryOf[groups->code(row)] : std::nullopt;
+        if (group) {
+            ++counts.byGroup[*group][category];
         }
     }
 }
@@ -112,6 +132,19 @@ std::vector<Size> sizes(const ImportedDataset& dataset,
         }
     }
     return result;
+}
+
+CrossCounts crossCounts(const ImportedDataset& dataset,
+                        std::string_view column,
+                        std::string_view groupColumn) {
+    CrossCounts counts;
+    if (const TextColumn* counted = columnOf(dataset, column)) {
+        const Levels levels(*counted);
+        counts.categories = levels.categories;
+        counts.all.assign(levels.categories.size() + 1, 0);
+        countRows(counts, *counted, levels, columnOf(dataset, groupColumn));
+    }
+    return counts;
 }
 
 bool hasCompleteRows(const ImportedDataset& dataset,

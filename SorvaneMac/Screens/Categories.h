@@ -30,6 +30,22 @@ std::vector<Size> sizes(const ImportedDataset& dataset,
                         std::string_view numericColumn,
                         std::int64_t most);
 
+/// How many rows of each group have each category.
+struct CrossCounts {
+    std::vector<std::string> categories;
+    /// A count for each category, and last that of the rows without one.
+    std::vector<std::int64_t> all;
+    /// The same for each group, in the groups' order.
+    std::vector<std::vector<std::int64_t>> byGroup;
+};
+
+/// The counts of a column by the categories of another; no groups where that one is unknown.
+///
+/// Cost       O(rows)
+CrossCounts crossCounts(const ImportedDataset& dataset,
+                        std::string_view column,
+                        std::string_view groupColumn);
+
 /// Whether at least `wanted` rows have a number in every numeric column and a category in every
 /// other one.
 ///

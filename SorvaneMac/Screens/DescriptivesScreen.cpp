@@ -10,6 +10,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/RespondentProfile.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -121,17 +122,26 @@ void addBox(BoxPlot& plot, std::string label, std::span<const double> values) {
 
 SetupForm DescriptivesScreen::setup() {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List factors = VariableLists::anovaGroupingVariables(state_.dataset());
     SetupForm form;
     form.title = "Descriptives & Explore";
     form.controls = {
         HeadingControl{"SETUP"},
         variablePicker("Variable", state_.selectedDescriptiveVariableName,
                        descriptiveNumericVariables(state_.dataset())),
-        optionalVariablePicker("Group by", state_.selectedDescriptiveGroupName,
-                               VariableLists::anovaGroupingVariables(state_.dataset()),
+        optionalVariablePicker("Group by", state_.selectedDescriptiveGroupName, factors,
                                "All cases"),
+        HeadingControl{"RESPONDENTS"},
+        withUnavailable(variableCheckList("Characteristics", fields_.demoVars, factors),
+                        fields_.demoVars.get(), factors),
+        optionalVariablePicker("In columns by", fields_.demoGroup, factors, "All respondents"),
     };
     return form;
+}
+
+std::vector<std::string> DescriptivesScreen::characteristics() const {
+    return FormControls::chosen(fields_.demoVars.get(),
+                                VariableLists::anovaGroupingVariables(state_.dataset()));
 }
 
 std::optional<Gate> DescriptivesScreen::gate() const {
@@ -184,12 +194,24 @@ ScreenContent DescriptivesScreen::content() const {
         content.cards.push_back(std::move(*plot));
     }
     content.cards.push_back(allFieldsCard());
+    const std::vector<std::string> respondents = characteristics();
+    if (!respondents.empty()) {
+        content.cards.push_back({.title = "Respondents",
+                                 .subtitle = "How they spread over the categories",
+                                 .tables = {RespondentProfile::table(state_.dataset(), respondents,
+                                                                     fields_.demoGroup->name)},
+                                 .wide = true});
+    }
     std::vector<std::string> cautions = ResultText::messages(figures.readiness);
     cautions.emplace_back(reportNote);
     content.cards.push_back(
         {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
     if (figures.validN > 0) {
         content.findings.push_back(finding(figures));
+    }
+    if (!respondents.empty()) {
+        content.findings.push_back(
+            RespondentProfile::finding(state_.dataset(), respondents, fields_.demoGroup->name));
     }
     return content;
 }

@@ -6,6 +6,7 @@
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Analyses/NormalityTests.h"
+#include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -14,7 +15,8 @@ namespace sorvane {
 /// One numeric variable in figures, charts and normality evidence, and a table of all of them.
 class DescriptivesScreen final : public Screen {
 public:
-    explicit DescriptivesScreen(StudioState& state) : state_(state) {}
+    DescriptivesScreen(StudioState& state, DescriptivesFields& fields)
+        : state_(state), fields_(fields) {}
 
     StudioScreen id() const override { return StudioScreen::descriptives; }
     SetupForm setup() override;
@@ -35,7 +37,11 @@ private:
     Card allFieldsCard() const;
     Finding finding(const DescriptiveSummary& summary) const;
 
+    /// The characteristics chosen for the table of respondents.
+    std::vector<std::string> characteristics() const;
+
     StudioState& state_;
+    DescriptivesFields& fields_;
 };
 
 }  // namespace sorvane

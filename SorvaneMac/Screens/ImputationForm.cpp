@@ -127,14 +127,15 @@ Gate ImputationForm::gate() const {
             SelectionGates::goneColumn(fields_.impTargets, numeric, "numeric columns")) {
         return *gone;
     }
-    const List targets = among(numeric, fields_.impTargets.get());
+    List targets = among(numeric, fields_.impTargets.get());
     if (targets.empty()) {
         return notReady("Select at least one variable to impute.");
     }
     const double limit = mostMissing * static_cast<double>(state_.dataset().rowCount());
-    if (std::all_of(targets.begin(), targets.end(), [limit](const DataVariable* variable) {
-            return static_cast<double>(variable->missingCount) > limit;
-        })) {
+    std::erase_if(targets, [limit](const DataVariable* variable) {
+        return static_cast<double>(variable->missingCount) > limit;
+    });
+    if (targets.empty()) {
         return notReady(
             "Chosen targets have >50% missing; imputation excludes those. Pick others.");
     }

@@ -29,7 +29,8 @@ constexpr std::size_t casesBeyondCovariates = 5;
 
 void MediationScreen::seed() {
     const List numeric = numericVariables(state_.dataset());
-    NameSet taken;
+    NameSet taken = {fields_.medX->name, fields_.medY->name, fields_.medM->name,
+                     fields_.medW->name};
     for (Field<VariableName>* field :
          {&fields_.medX, &fields_.medY, &fields_.medM, &fields_.medW}) {
         Seeding::fillFirst(*field, without(numeric, taken));

@@ -69,9 +69,9 @@ bool MultilevelScreen::allowsRandomSlope() const {
 }
 
 void MultilevelScreen::dropForbiddenSlope() {
-    const bool isForbidden =
-        hasSecondGrouping() || fields_.mlStructure.get() == MultilevelStructureKind::autoregressive;
-    if (isForbidden || !fields_.mlPredictors->contains(fields_.mlRandomSlope->name)) {
+    const std::string& slope = fields_.mlRandomSlope->name;
+    if (!allowsRandomSlope() || !fields_.mlPredictors->contains(slope) ||
+        placed().contains(slope)) {
         fields_.mlRandomSlope.set({});
     }
 }

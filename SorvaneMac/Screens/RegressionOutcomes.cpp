@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::int64_t binaryLevels = 2;
 constexpr std::int64_t fewestOrderedLevels = 3;
-/// More levels have too few cases each, and are better treated as a number.
-constexpr std::int64_t mostOrderedLevels = 12;
 
 bool hasWholeCounts(const ImportedDataset& dataset, const DataVariable& variable) {
     const std::optional<std::size_t> index = dataset.columnIndex(variable.name);
@@ -31,8 +29,7 @@ bool suits(const ImportedDataset& dataset, RegressionModel model, const DataVari
                    hasWholeCounts(dataset, variable);
         case RegressionModel::ordinal:
             return VariableLists::isNumericForAnalysis(variable) &&
-                   variable.uniqueCount >= fewestOrderedLevels &&
-                   variable.uniqueCount <= mostOrderedLevels;
+                   variable.uniqueCount >= fewestOrderedLevels;
     }
     return false;
 }
@@ -123,7 +120,7 @@ std::string_view requirement(RegressionModel model) {
         case RegressionModel::poisson:
             return "The outcome counts something: whole numbers from 0.";
         case RegressionModel::ordinal:
-            return "The outcome has 3 to 12 levels, coded as numbers in their order.";
+            return "The outcome has 3 or more levels, coded as numbers in their order.";
     }
     return {};
 }

@@ -73,8 +73,8 @@ std::string filled(Template wanted, const std::vector<std::string>& numeric) {
 }
 
 std::string withName(std::string_view text, std::string_view name) {
-    const std::string before(text);
-    if (before.empty() || before.ends_with(' ') || before.ends_with('\n')) {
+    const std::string before(text.substr(0, text.find_last_not_of(" \t") + 1));
+    if (before.empty() || before.ends_with('\n')) {
         return before + quotedName(name);
     }
     const bool awaitsName = before.ends_with('~') || before.ends_with('+');

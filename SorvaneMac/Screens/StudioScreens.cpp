@@ -43,7 +43,7 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<InstrumentMapScreen>(state));
     add(std::make_unique<VariableTypesScreen>(state));
     add(std::make_unique<ReliabilityScreen>(state));
-    add(std::make_unique<DescriptivesScreen>(state));
+    add(std::make_unique<DescriptivesScreen>(state, fields.descriptives));
     add(std::make_unique<CompareMeansScreen>(state, fields.compareMeans));
     add(std::make_unique<CorrelationScreen>(state, fields.correlation));
     add(std::make_unique<RegressionScreen>(state, fields.regression));

@@ -19,6 +19,8 @@ using VariableLists::List;
 using VariableLists::numericVariables;
 using VariableLists::without;
 
+constexpr std::string_view eventText =
+    "Nonzero event values count as events (R lung status==2 works as-is if coded 2 for death).";
 constexpr std::string_view kaplanMeierText =
     "Nonparametric survival curves with optional strata. Event coding: 0 = censored, nonzero = "
     "event.";
@@ -74,6 +76,7 @@ SetupForm SurvivalScreen::setup() {
         variablePicker("Time to event or to end of observation", fields_.survTime, numeric),
         variablePicker("Event (0 = censored)", fields_.survEvent,
                        without(numeric, {fields_.survTime->name})),
+        NoteControl{std::string(eventText), false},
     };
     if (isCox()) {
         form.controls.emplace_back(withUnavailable(

@@ -131,11 +131,11 @@ void GuidePane::leave() {
 }
 
 void GuidePane::showAbout(StudioScreen screen) {
-    if (std::exchange(aboutOf_, screen) == screen) {
+    const Guide guide = workspace_.screens.at(screen).guide();
+    if (std::exchange(aboutShown_, guide) == guide) {
         return;
     }
     clear(*about_);
-    const Guide guide = workspace_.screens.at(screen).guide();
     addPassage(*about_, "WHAT IT ANSWERS", qtText(guide.answers));
     addPassage(*about_, "WHAT IT NEEDS", qtText(guide.needs));
     if (!guide.doNotClaim.empty()) {

@@ -49,7 +49,7 @@ private:
     MethodRecordView* record_;
     QVBoxLayout* coach_;
     QVBoxLayout* notes_;
-    std::optional<StudioScreen> aboutOf_;
+    std::optional<Guide> aboutShown_;
     std::optional<StudioScreen> coachOf_;
     std::optional<std::vector<Note>> shownNotes_;
 };

@@ -202,8 +202,8 @@ void MainWindow::refreshStatus() {
     sizeStatus_->setText(hasData ? qtText(DatasetText::size(state.dataset())) : noDataset);
     missingStatus_->setText(hasData ? qtText(DatasetText::missing(state.dataset()))
                                     : noDatasetHint);
-    weightStatus_->setText(isWeighted ? "Weights on" : "Weights off");
-    weightStatus_->setVisible(hasData);
+    weightStatus_->setText("Weights on");
+    weightStatus_->setVisible(hasData && isWeighted);
     const std::optional<std::string>& message =
         state.saveStatusMessage.get() ? state.saveStatusMessage.get() : state.projectMessage.get();
     messageStatus_->setText(qtText(message.value_or("")));

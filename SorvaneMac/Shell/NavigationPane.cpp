@@ -109,7 +109,7 @@ NavigationPane::NavigationPane(std::function<void(StudioScreen)> choose)
         label->setContentsMargins(Theme::px(air), 0, Theme::px(4), 0);
         column->addWidget(label);
     }
-    column->addSpacing(Theme::px(2));
+    column->addSpacing(Theme::px(8));
     column->addWidget(list_, 1);
 
     list_->setProperty("navigation", true);

@@ -61,8 +61,10 @@ public:
                 window_.setAppearance(look.first);
             }
             window_.refreshNow();
-            // Layouts settle with the events that they post.
-            QCoreApplication::processEvents();
+            // Layouts settle with the events that they post, and scroll bars with those of layouts.
+            for (int pass = 0; pass < 3; ++pass) {
+                QCoreApplication::processEvents();
+            }
             const QString file = qtText(name) + look.second + ".png";
             if (!window_.grab().save(fromPath(folder_ / utf8(file)))) {
                 std::cerr << "Could not write " << utf8(file) << ".\n";

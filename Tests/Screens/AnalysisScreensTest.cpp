@@ -86,6 +86,32 @@ TEST_F(AnalysisScreens, DescriptivesShowTheVariableAndItsGroups) {
     EXPECT_EQ(std::get<BoxPlot>(content.cards[1].charts.front().plot).boxes.size(), 2U);
 }
 
+TEST_F(AnalysisScreens, DescriptivesTellWhoAnswered) {
+    paste(
+        "score,gender,site\n1,woman,north\n2,woman,south\n3,man,north\n4,NA,north\n5,woman,\n"
+        "6,man,south\n7,man,north\n8,woman,south\n");
+    Screen& descriptives = screen(StudioScreen::descriptives);
+    control<CheckListControl>(descriptives.setup(), "Characteristics").setChecked("gender", true);
+    ScreenContent content = descriptives.content();
+    const ReportItem& whole = content.findings.at(1).item;
+    EXPECT_EQ(whole.apaSummary,
+              "The sample comprised 8 respondents. The table shows their characteristics.");
+    using Rows = std::vector<std::vector<std::string>>;
+    EXPECT_EQ(whole.table->rows, (Rows{{"gender", "", ""},
+                                       {"\u2003woman", "4", "57.1"},
+                                       {"\u2003man", "3", "42.9"},
+                                       {"\u2003Missing", "1", ""}}));
+    screens_.fields.descriptives.demoGroup.set({"site"});
+    content = descriptives.content();
+    const ReportTable& bySite = *content.findings.at(1).item.table;
+    EXPECT_EQ(*bySite.groupHeaders,
+              (std::vector<ReportGroupHeader>{{"", 1}, {"north", 2}, {"south", 2}, {"Total", 2}}));
+    EXPECT_EQ(bySite.rows.at(1),
+              (std::vector<std::string>{"\u2003woman", "1", "33.3", "2", "66.7", "4", "57.1"}));
+    EXPECT_EQ(bySite.rows.at(3),
+              (std::vector<std::string>{"\u2003Missing", "1", "", "0", "", "1", ""}));
+}
+
 TEST_F(AnalysisScreens, CorrelationSeedsAPairAndAMatrix) {
     paste(items);
     Screen& correlation = screen(StudioScreen::correlation);

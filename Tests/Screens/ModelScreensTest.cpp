@@ -555,6 +555,7 @@ TEST(StructuralModelText, InsertsANameWhereOneIsAwaited) {
                                                                     {"f =~ ", "f =~ x"},
                                                                     {"y ~", "y ~ x"},
                                                                     {"f =~ a", "f =~ a + x"},
+                                                                    {"f =~ a ", "f =~ a + x"},
                                                                     {"f =~ a +", "f =~ a + x"},
                                                                     {"f =~ a\n", "f =~ a\nx"}};
     for (const auto& [before, after] : cases) {

@@ -451,7 +451,7 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, regression, {{"regModel", R"("poisson")"}, {"regOutcome", R"("third")"}},
      "Poisson Regression" + notYet, kept},
     {__LINE__, regression, {{"regModel", R"("ordinal")"}, {"regOutcome", R"("site")"}},
-     "Need an outcome of ordered levels", "3 to 12 levels"},
+     "Need an outcome of ordered levels", "3 or more levels"},
 };
 // clang-format on
 
