@@ -9,13 +9,13 @@ namespace sorvane::Commands {
 
 namespace {
 
-constexpr std::array<std::string_view, 5> words = {"call", "procedures", "describe", "run",
-                                                   "operations"};
+constexpr std::array<std::string_view, 5> commandWords = {"call", "procedures", "describe", "run",
+                                                          "operations"};
 
 }  // namespace
 
 bool isCommand(const std::string& word) {
-    return std::find(words.begin(), words.end(), word) != words.end();
+    return std::find(commandWords.begin(), commandWords.end(), word) != commandWords.end();
 }
 
 ExitStatus run(const std::vector<std::string>& words,
