@@ -7,10 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace sorvane {
+#include "SorvaneCore/Project/Json.h"
 
-/// A JSON value in memory; objects keep the order of their keys.
-using Json = nlohmann::ordered_json;
+namespace sorvane {
 
 /// Takes a JSON value piece by piece and keeps it in memory.
 class JsonValueSink {

@@ -2,6 +2,8 @@
 
 #include <QSettings>
 
+#include "SorvaneCore/Project/RecordJson.h"
+
 namespace sorvane {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/CorrelationFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 CorrelationFields::CorrelationFields(FieldRegistry& fields)

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 DescriptivesFields::DescriptivesFields(FieldRegistry& fields)

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/ImputationFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 ImputationFields::ImputationFields(FieldRegistry& fields)

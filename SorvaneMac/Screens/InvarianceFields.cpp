@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/InvarianceFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 InvarianceFields::InvarianceFields(FieldRegistry& fields)

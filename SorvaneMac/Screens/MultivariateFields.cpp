@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/MultivariateFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 std::string_view displayName(MVTest test) {

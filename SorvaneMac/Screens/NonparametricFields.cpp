@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/NonparametricFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 std::string_view displayName(NPTest test) {

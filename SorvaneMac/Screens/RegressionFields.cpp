@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/RegressionFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 std::string_view displayName(RegressionModel model) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "SorvaneCore/Analyses/Reliability/ReliabilityScaleTables.h"
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/Json.h"
 #include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Screens/SetupForm.h"
 #include "SorvaneMac/State/StudioScreen.h"
@@ -38,7 +38,7 @@ public:
     /// Returns    the sentence that says why it could not run; absent when it did
     virtual std::optional<std::string> run() = 0;
     /// The engine's record of what the screen shows; null while there is none.
-    virtual Json result() const { return nullptr; }
+    virtual Json result() const;
 };
 
 }  // namespace sorvane

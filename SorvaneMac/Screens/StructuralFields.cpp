@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/StructuralFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 StructuralFields::StructuralFields(FieldRegistry& fields)

@@ -68,6 +68,8 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<UserGuideScreen>());
 }
 
+StudioScreens::~StudioScreens() = default;
+
 const ScreenContent& StudioScreens::content(StudioScreen id) {
     const auto [entry, isNew] = kept_.try_emplace(id);
     KeptContent& kept = entry->second;

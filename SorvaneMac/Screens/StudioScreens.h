@@ -13,6 +13,7 @@ namespace sorvane {
 class StudioScreens {
 public:
     explicit StudioScreens(StudioState& state);
+    ~StudioScreens();
 
     Screen& at(StudioScreen id) const { return *screens_.at(id); }
     /// Runs the seed of a screen that comes into view.

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/SurveyFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 SurveyFields::SurveyFields(FieldRegistry& fields)

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/VariableEditorFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 std::string_view displayName(AggregateOp value) {

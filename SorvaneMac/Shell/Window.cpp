@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QPixmap>
 
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Shell/ChartImages.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"

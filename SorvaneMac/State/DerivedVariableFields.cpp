@@ -1,5 +1,7 @@
 #include "SorvaneMac/State/DerivedVariableFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 std::string_view displayName(ComputedVariableMethod value) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "SorvaneCore/Dataset/Uuid.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {

@@ -9,10 +9,11 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/Json.h"
 
 namespace sorvane {
 
@@ -26,15 +27,6 @@ struct VariableName {
 
 /// Names of columns that a setting refers to.
 using NameSet = std::set<std::string>;
-
-template <>
-struct JsonForm<VariableName> {
-    template <typename Sink>
-    static void write(Sink& sink, const VariableName& value) {
-        sink.text(value.name);
-    }
-    static VariableName from(const Json& json) { return {fromJson<std::string>(json)}; }
-};
 
 /// When a field returns to its start value by itself.
 enum class ResetRule {
@@ -175,8 +167,9 @@ public:
 
     void reset() override { replace(start_); }
     bool isAtStart() const override { return get() == start_; }
-    Json json() const override { return toJson(get()); }
-    void setJson(const Json& json) override { replace(fromJson<T>(json)); }
+    // Defined in FieldJson.h, which whoever makes fields includes.
+    Json json() const override;
+    void setJson(const Json& json) override;
 
     void renameVariable(std::string_view from, std::string_view to) override {
         if constexpr (std::is_same_v<T, VariableName>) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <system_error>
 
+#include "SorvaneCore/Project/RecordJson.h"
+
 namespace sorvane::RecentFiles {
 
 namespace {

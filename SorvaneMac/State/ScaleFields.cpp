@@ -1,5 +1,7 @@
 #include "SorvaneMac/State/ScaleFields.h"
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 
 ScaleFields::ScaleFields(FieldRegistry& fields)

@@ -7,6 +7,7 @@
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/State/FieldJson.h"
 #include "SorvaneMac/State/RecentFiles.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -65,6 +66,8 @@ StudioState::StudioState(std::filesystem::path resources,
       resources_(std::move(resources)),
       runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()),
       defaults_(defaults ? std::move(defaults) : std::make_unique<SessionDefaults>()) {}
+
+StudioState::~StudioState() = default;
 
 bool StudioState::showsStartPage() const {
     return !hasData() && !data.isDatasetEditable.get() && selection.get() == StudioScreen::overview;

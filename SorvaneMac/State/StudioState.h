@@ -34,6 +34,7 @@ public:
     explicit StudioState(std::filesystem::path resources,
                          std::unique_ptr<TaskRunner> runner = nullptr,
                          std::unique_ptr<UserDefaults> defaults = nullptr);
+    ~StudioState();
     StudioState(const StudioState&) = delete;
     StudioState& operator=(const StudioState&) = delete;
 

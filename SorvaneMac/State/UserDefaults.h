@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/Json.h"
 
 namespace sorvane {
 
@@ -20,16 +20,12 @@ public:
 /// Keeps them for one session; for scripts and tests.
 class SessionDefaults final : public UserDefaults {
 public:
-    Json value(std::string_view key) const override {
-        const auto found = values_.find(key);
-        return found == values_.end() ? Json() : found->second;
-    }
-    void set(std::string_view key, const Json& value) override {
-        values_.insert_or_assign(std::string(key), value);
-    }
+    Json value(std::string_view key) const override;
+    void set(std::string_view key, const Json& value) override;
 
 private:
-    std::map<std::string, Json, std::less<>> values_;
+    /// As JSON text.
+    std::map<std::string, std::string, std::less<>> values_;
 };
 
 }  // namespace sorvane

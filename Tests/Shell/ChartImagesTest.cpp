@@ -75,8 +75,9 @@ TEST(ChartImages, KeepsTextAsTextInDrawings) {
     };
     const auto gallery = chartGallery();
     for (const auto& [name, texts] : expected) {
-        const auto found = std::find_if(gallery.begin(), gallery.end(),
-                                        [&](const auto& each) { return each.first == name; });
+        const auto found =
+            std::find_if(gallery.begin(), gallery.end(),
+                         [&wanted = name](const auto& each) { return each.first == wanted; });
         ASSERT_NE(found, gallery.end()) << name;
         const std::string svg = svgOf(found->second);
         for (const char* const text : texts) {

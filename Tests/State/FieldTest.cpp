@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneMac/State/FieldJson.h"
+
 namespace sorvane {
 namespace {
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Dataset/Uuid.h"
+#include "SorvaneCore/Project/RecordJson.h"
 
 namespace sorvane {
 namespace {
