@@ -63,8 +63,8 @@ FindingsPage::FindingsPage(Workspace& workspace)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Theme::px(22), Theme::px(18), Theme::px(22), Theme::px(18));
     row->setSpacing(Theme::px(16));
-    row->addWidget(stagedColumn());
-    row->addWidget(editorColumn(), 1);
+    row->addWidget(stagedColumn(), 1);
+    row->addWidget(editorColumn(), 3);
     workspace_.commitEdits = [this] {
         editor_->commit();
     };
@@ -77,7 +77,8 @@ FindingsPage::~FindingsPage() {
 
 QWidget* FindingsPage::stagedColumn() {
     auto* whole = new QWidget;
-    whole->setFixedWidth(Theme::px(252));
+    whole->setMinimumWidth(Theme::px(150));
+    whole->setMaximumWidth(Theme::px(252));
     auto* column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::px(3));
@@ -95,12 +96,10 @@ QWidget* FindingsPage::stagedColumn() {
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setAccessibleName("Staged findings");
     column->addWidget(scroll, 1);
-    auto* buttons = new QHBoxLayout;
-    buttons->setContentsMargins(0, Theme::px(8), 0, 0);
-    buttons->setSpacing(Theme::px(8));
+    auto* buttons = new WrapLayout(Theme::px(8));
     buttons->addWidget(assemble_);
     buttons->addWidget(clear_);
-    buttons->addStretch(1);
+    column->addSpacing(Theme::px(5));
     column->addLayout(buttons);
     return whole;
 }
@@ -136,10 +135,8 @@ QWidget* FindingsPage::editorColumn() {
     auto* column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::px(10));
-    auto* exports = new QWidget;
-    auto* bar = new QHBoxLayout(exports);
-    bar->setContentsMargins(0, 0, 0, 0);
-    bar->setSpacing(Theme::px(6));
+    auto* bars = new WrapLayout(Theme::px(6));
+    bars->addWidget(formats_);
     for (const auto& [label, format] :
          {std::pair("PDF…", ReportFormat::pdf), std::pair("Word…", ReportFormat::docx),
           std::pair("RTF…", ReportFormat::rtf), std::pair("Markdown…", ReportFormat::md)}) {
@@ -148,11 +145,8 @@ QWidget* FindingsPage::editorColumn() {
             label, [this, chosen] { exportReport(this, workspace_, chosen); },
             Buttons::Weight::tool);
         button->setAccessibleName("Export " + exportLabel(chosen));
-        bar->addWidget(button);
+        bars->addWidget(button);
     }
-    auto* bars = new WrapLayout(Theme::px(12));
-    bars->addWidget(formats_);
-    bars->addWidget(exports);
     column->addLayout(bars);
     placeholder_->setAlignment(Qt::AlignCenter);
     column->addWidget(placeholder_, 1);
