@@ -6,15 +6,12 @@
 
 #include "SorvaneMac/Screens/RecodeDrafts.h"
 #include "SorvaneMac/Screens/StructuralModelText.h"
-#include "SorvaneMac/Screens/StudioScreens.h"
+#include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
-
-/// Field names to values, as JSON text.
-using Settings = std::vector<std::pair<std::string, std::string>>;
 
 constexpr std::string_view panel =
     "id,school,room,sick,dead,days,visit,score,x1,late,q1,q2,q3,weight,psu,stratum\n"
@@ -30,7 +27,7 @@ constexpr std::string_view panel =
     "5,west,c,1,1,60,2,10.5,11,7,2,3,3,1,5,r\n";
 
 /// A workspace of its own with repeated measurements of five persons.
-class Workplace {
+class Workplace : public ScreenWorkplace {
 public:
     Workplace() {
         state.importPastedData(panel);
@@ -40,35 +37,7 @@ public:
         assign({"days", "visit", "score", "x1", "late"}, VariableKind::outcome);
         assign({"q1", "q2", "q3"}, VariableKind::psychometricItem);
     }
-    void assign(std::initializer_list<std::string_view> names, VariableKind kind) {
-        for (const std::string_view name : names) {
-            state.assignVariable(state.dataset().variable(name)->id, kind);
-        }
-    }
-    void set(const Settings& settings) {
-        for (const auto& [name, value] : settings) {
-            state.fields.find(name)->setJson(Json::parse(value));
-        }
-    }
-    Json value(const std::string& field) { return state.fields.find(field)->json(); }
-    std::map<std::string, Json> values() {
-        std::map<std::string, Json> all;
-        for (const AnyField* field : state.fields.fields()) {
-            if (field->name() != "dataset") {
-                all[field->name()] = field->json();
-            }
-        }
-        return all;
-    }
-    void expectValues(const Settings& expected) {
-        for (const auto& [name, text] : expected) {
-            EXPECT_EQ(value(name), Json::parse(text)) << name;
-        }
-    }
     std::vector<Control> controls(StudioScreen id) { return screens.at(id).setup().controls; }
-
-    StudioState state{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
-    StudioScreens screens{state};
 };
 
 std::string labelOf(const Control& control) {
@@ -91,13 +60,6 @@ Control controlOf(const std::vector<Control>& controls, const std::string& label
     }
     throw std::out_of_range(label);
 }
-
-struct SeedCase {
-    int line;
-    StudioScreen screen;
-    Settings given;
-    Settings expected;
-};
 
 // clang-format off
 const std::vector<SeedCase> seedCases = {

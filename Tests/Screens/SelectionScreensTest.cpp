@@ -2,18 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneMac/Screens/StudioScreens.h"
+#include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
 
-/// Field names to values, as JSON text.
-using Settings = std::vector<std::pair<std::string, std::string>>;
-
 /// A workspace of its own, with a small study when asked.
-class Study {
+class Study : public ScreenWorkplace {
 public:
     /// Five numeric outcomes and three grouping columns; "late" is there for one case of "east".
     void paste() {
@@ -30,47 +27,12 @@ public:
         assign({"pre", "post", "third", "fourth", "late"}, VariableKind::outcome);
         assign({"site", "sex", "passed"}, VariableKind::grouping);
     }
-    void assign(std::initializer_list<std::string_view> names, VariableKind kind) {
-        for (const std::string_view name : names) {
-            state.assignVariable(state.dataset().variable(name)->id, kind);
-        }
-    }
-    void set(const Settings& settings) {
-        for (const auto& [name, value] : settings) {
-            state.fields.find(name)->setJson(Json::parse(value));
-        }
-    }
     /// The field that holds a screen's mode; does nothing where it has one mode only.
     void setMode(const std::string& field, const std::string& mode) {
         if (!field.empty()) {
             set({{field, "\"" + mode + "\""}});
         }
     }
-    Json value(const std::string& field) { return state.fields.find(field)->json(); }
-    std::map<std::string, Json> values() {
-        std::map<std::string, Json> all;
-        for (const AnyField* field : state.fields.fields()) {
-            if (field->name() != "dataset") {
-                all[field->name()] = field->json();
-            }
-        }
-        return all;
-    }
-    void expectValues(const Settings& expected) {
-        for (const auto& [name, text] : expected) {
-            EXPECT_EQ(value(name), Json::parse(text)) << name;
-        }
-    }
-
-    StudioState state{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
-    StudioScreens screens{state};
-};
-
-struct SeedCase {
-    int line;
-    StudioScreen screen;
-    Settings given;
-    Settings expected;
 };
 
 const Settings seededNonparametric = {
