@@ -22,12 +22,21 @@ namespace {
 constexpr int pageMargin = 22;
 constexpr int cardGap = 12;
 
-/// The content without the identifiers, which a screen makes anew each time.
-ScreenContent withoutIdentifiers(ScreenContent content) {
-    for (Finding& finding : content.findings) {
-        finding.item.id = Uuid();
-    }
-    return content;
+/// Whether two findings differ at most in the identifier, which a screen makes anew each time.
+bool areAlike(const Finding& one, const Finding& other) {
+    ReportItem item = one.item;
+    item.id = other.item.id;
+    return item == other.item && one.figure == other.figure;
+}
+
+/// Whether two contents look alike. Charts may hold many points, so nothing of them is copied.
+bool areAlike(const ScreenContent& one, const ScreenContent& other) {
+    return one.title == other.title && one.subtitle == other.subtitle && one.gate == other.gate &&
+           one.tiles == other.tiles && one.cards == other.cards &&
+           std::equal(one.findings.begin(), one.findings.end(), other.findings.begin(),
+                      other.findings.end(), [](const Finding& left, const Finding& right) {
+                          return areAlike(left, right);
+                      });
 }
 
 QWidget* gateCard(const Gate& gate) {
@@ -90,12 +99,12 @@ void ContentView::insertBelowTiles(QWidget* widget) {
     page_->insertWidget(page_->indexOf(tiles_) + 1, widget);
 }
 
-void ContentView::show(ScreenContent content) {
-    if (withoutIdentifiers(content) == withoutIdentifiers(content_)) {
+void ContentView::show(const ScreenContent& content) {
+    if (areAlike(content, content_)) {
         refreshActions();
         return;
     }
-    content_ = std::move(content);
+    content_ = content;
     showHead();
     showGate();
     tiles_->show(content_.tiles);

@@ -27,7 +27,7 @@ public:
     explicit ContentView(StudioState& state);
     ~ContentView() override;
 
-    void show(ScreenContent content);
+    void show(const ScreenContent& content);
     /// Reads anew which findings are staged.
     void refreshActions();
 
