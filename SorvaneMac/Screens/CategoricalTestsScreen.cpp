@@ -36,12 +36,8 @@ std::optional<Gate> CategoricalTestsScreen::gate() const {
     return ResultText::notYetGate("The table of two categorical fields");
 }
 
-ScreenContent CategoricalTestsScreen::content() const {
-    ScreenContent content;
-    content.title = "Categorical Tests";
-    content.subtitle = "Counts, shares and tests of two categorical fields.";
-    content.gate = gate();
-    return content;
+std::string CategoricalTestsScreen::subtitle() const {
+    return "Counts, shares and tests of two categorical fields.";
 }
 
 Guide CategoricalTestsScreen::guide() const {
@@ -55,11 +51,6 @@ Guide CategoricalTestsScreen::guide() const {
             .doNotClaim = {"Do not claim that one variable causes the other from an association.",
                            "Do not read a significant table without looking at its cells.",
                            "Do not compare counts between rows of unequal size; compare shares."}};
-}
-
-std::optional<std::string> CategoricalTestsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 }  // namespace sorvane

@@ -358,17 +358,8 @@ std::optional<Gate> CompareMeansScreen::ancovaGate() const {
     return std::nullopt;
 }
 
-ScreenContent CompareMeansScreen::content() const {
-    ScreenContent content;
-    content.title = "Compare Means";
-    content.subtitle = std::string(displayName(fields_.cmTest.get()));
-    content.gate = gate();
-    return content;
-}
-
-std::optional<std::string> CompareMeansScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
+std::string CompareMeansScreen::subtitle() const {
+    return std::string(displayName(fields_.cmTest.get()));
 }
 
 }  // namespace sorvane

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "SorvaneMac/Screens/CompareMeansFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -15,7 +15,7 @@ Guide guideOf(InferentialTest test);
 
 /// Means of independent groups, of repeated measurements, and of groups with covariates held
 /// constant. Its seed, form and gates stand; its tests are not in this version.
-class CompareMeansScreen final : public Screen {
+class CompareMeansScreen final : public PlannedScreen {
 public:
     CompareMeansScreen(StudioState& state, CompareMeansFields& fields)
         : state_(state), fields_(fields) {}
@@ -23,9 +23,7 @@ public:
     StudioScreen id() const override { return StudioScreen::inferential; }
     void seed() override { cmSeedDefaults(); }
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override { return guideOf(fields_.cmTest.get()); }
-    std::optional<std::string> run() override;
 
     void cmSeedDefaults();
     /// The numeric variables less the outcome and the group selected for ANCOVA.
@@ -35,8 +33,9 @@ private:
     void addGroupControls(SetupForm& form);
     void addTTestControls(SetupForm& form);
     void addTestControls(SetupForm& form);
+    std::string subtitle() const override;
     /// What is missing before the chosen test can run.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
     std::optional<Gate> selectionGate() const;
     std::optional<Gate> outcomeAndGroupGate(const Field<VariableName>& outcome,
                                             const Field<VariableName>& group) const;

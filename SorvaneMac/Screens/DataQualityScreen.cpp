@@ -57,17 +57,17 @@ SetupForm DataQualityScreen::setup() {
     return form;
 }
 
-Gate DataQualityScreen::gate() const {
+std::optional<Gate> DataQualityScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
     if (numericVariables(state_.dataset()).empty()) {
-        return {.title = "There are no numeric columns",
-                .lead = "Missing-data diagnostics run on numeric variables.",
-                .text = "Set the role of a column with numbers in Variable Types."};
+        return Gate{.title = "There are no numeric columns",
+                    .lead = "Missing-data diagnostics run on numeric variables.",
+                    .text = "Set the role of a column with numbers in Variable Types."};
     }
     if (fields_.clVar->isBlank()) {
-        return {.title = "Nothing to check yet", .lead = "", .text = "Choose a variable."};
+        return Gate{.title = "Nothing to check yet", .lead = "", .text = "Choose a variable."};
     }
     if (const auto gone = SelectionGates::goneColumn(
             fields_.clVar, numericVariables(state_.dataset()), "numeric columns")) {
@@ -76,8 +76,8 @@ Gate DataQualityScreen::gate() const {
     return ResultText::notYetGate(analysis);
 }
 
-Gate DataQualityScreen::clampGate() const {
-    const Gate unready = gate();
+std::optional<Gate> DataQualityScreen::clampGate() const {
+    const std::optional<Gate> unready = gate();
     if (unready != ResultText::notYetGate(analysis)) {
         return unready;
     }
@@ -95,12 +95,9 @@ Gate DataQualityScreen::clampGate() const {
     return unready;
 }
 
-ScreenContent DataQualityScreen::content() const {
-    return {.title = "Data Quality",
-            .subtitle =
-                "Missing values, values out of range, outliers and duplicate rows. The checks "
-                "report; they change nothing.",
-            .gate = gate()};
+std::string DataQualityScreen::subtitle() const {
+    return "Missing values, values out of range, outliers and duplicate rows. The checks "
+           "report; they change nothing.";
 }
 
 Guide DataQualityScreen::guide() const {
@@ -121,10 +118,6 @@ Guide DataQualityScreen::guide() const {
                 "categories and no identifier tells them apart.",
                 "Do not clean without saying in the report what was set to missing, and by "
                 "which rule."}};
-}
-
-std::optional<std::string> DataQualityScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

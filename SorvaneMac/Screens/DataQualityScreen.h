@@ -1,13 +1,13 @@
 #pragma once
 
 #include "SorvaneMac/Screens/CleaningFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// Missing values, values out of range, outliers and duplicate rows.
-class DataQualityScreen final : public Screen {
+class DataQualityScreen final : public PlannedScreen {
 public:
     DataQualityScreen(StudioState& state, CleaningFields& fields)
         : state_(state), fields_(fields) {}
@@ -15,15 +15,14 @@ public:
     StudioScreen id() const override { return StudioScreen::dataQuality; }
     void seed() override;
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
 
 private:
+    std::string subtitle() const override;
     /// What keeps the checks from running.
-    Gate gate() const;
+    std::optional<Gate> gate() const override;
     /// What keeps values from being set to missing, which needs bounds as well.
-    Gate clampGate() const;
+    std::optional<Gate> clampGate() const;
 
     StudioState& state_;
     CleaningFields& fields_;

@@ -237,12 +237,8 @@ std::optional<Gate> DataReductionScreen::methodGate() const {
     return isReady ? std::nullopt : std::optional(cannotRun(method));
 }
 
-ScreenContent DataReductionScreen::content() const {
-    ScreenContent content;
-    content.title = "Data Reduction";
-    content.subtitle = std::string(displayName(fields_.drMethod.get()));
-    content.gate = gate();
-    return content;
+std::string DataReductionScreen::subtitle() const {
+    return std::string(displayName(fields_.drMethod.get()));
 }
 
 Guide DataReductionScreen::guide() const {
@@ -258,11 +254,6 @@ Guide DataReductionScreen::guide() const {
             return clustersGuide(fields_.drMethod.get());
     }
     return {};
-}
-
-std::optional<std::string> DataReductionScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 }  // namespace sorvane

@@ -80,12 +80,8 @@ std::optional<Gate> GroupPatternsScreen::gate() const {
     return ResultText::notYetGate("The comparison of groups");
 }
 
-ScreenContent GroupPatternsScreen::content() const {
-    ScreenContent content;
-    content.title = "Group Patterns";
-    content.subtitle = "How an outcome spreads within and between groups.";
-    content.gate = gate();
-    return content;
+std::string GroupPatternsScreen::subtitle() const {
+    return "How an outcome spreads within and between groups.";
 }
 
 Guide GroupPatternsScreen::guide() const {
@@ -100,11 +96,6 @@ Guide GroupPatternsScreen::guide() const {
                            "Do not claim a difference that the spread within groups could hide.",
                            "Do not compare a group whose values are mostly missing as if it were "
                            "complete."}};
-}
-
-std::optional<std::string> GroupPatternsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 }  // namespace sorvane

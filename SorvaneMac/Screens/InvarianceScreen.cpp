@@ -63,7 +63,7 @@ std::optional<Gate> InvarianceScreen::goneColumn() const {
                                       "numeric columns");
 }
 
-Gate InvarianceScreen::gate() const {
+std::optional<Gate> InvarianceScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -71,28 +71,26 @@ Gate InvarianceScreen::gate() const {
         return *gone;
     }
     if (fields_.invGroup->isBlank()) {
-        return {.title = "Set the groups to compare",
-                .lead = "",
-                .text =
-                    "Set a grouping column in the Setup panel. If none is offered, give one the "
-                    "role Independent / group in Variable Types."};
+        return Gate{
+            .title = "Set the groups to compare",
+            .lead = "",
+            .text =
+                "Set a grouping column in the Setup panel. If none is offered, give one the "
+                "role Independent / group in Variable Types."};
     }
     if (items().size() < fewestItems) {
-        return {.title = "Select at least three items",
-                .lead = "",
-                .text =
-                    "Check three or more numeric items of one factor in the Setup panel; with "
-                    "fewer, a one-factor model has no solution of its own in a group."};
+        return Gate{.title = "Select at least three items",
+                    .lead = "",
+                    .text =
+                        "Check three or more numeric items of one factor in the Setup panel; with "
+                        "fewer, a one-factor model has no solution of its own in a group."};
     }
     return ResultText::notYetGate("Invariance testing");
 }
 
-ScreenContent InvarianceScreen::content() const {
-    return {.title = "Invariance",
-            .subtitle =
-                "Configural, metric and scalar models of one factor, compared step by step "
-                "between groups.",
-            .gate = gate()};
+std::string InvarianceScreen::subtitle() const {
+    return "Configural, metric and scalar models of one factor, compared step by step "
+           "between groups.";
 }
 
 Guide InvarianceScreen::guide() const {
@@ -110,10 +108,6 @@ Guide InvarianceScreen::guide() const {
                 "Do not claim invariance because a test is not significant in small groups, nor "
                 "its failure because one is in large ones; look at the change of the fit indices.",
                 "Do not read a failure of invariance as a fault of the people of one group."}};
-}
-
-std::optional<std::string> InvarianceScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

@@ -131,7 +131,7 @@ std::optional<Gate> LatentClassScreen::tooFewCases(const std::vector<std::string
                         (isClasses ? "LCA." : "profile model.")};
 }
 
-Gate LatentClassScreen::gate() const {
+std::optional<Gate> LatentClassScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -144,11 +144,12 @@ Gate LatentClassScreen::gate() const {
         return *gone;
     }
     if (items.size() < 2) {
-        return {.title = "Select at least two indicators",
-                .lead = "",
-                .text = isClasses ? "Check two or more columns with two to eight answer categories "
-                                    "in the Setup panel."
-                                  : "Check two or more numeric columns in the Setup panel."};
+        return Gate{.title = "Select at least two indicators",
+                    .lead = "",
+                    .text = isClasses
+                                ? "Check two or more columns with two to eight answer categories "
+                                  "in the Setup panel."
+                                : "Check two or more numeric columns in the Setup panel."};
     }
     if (const std::optional<Gate> few = tooFewCases(items)) {
         return *few;
@@ -156,8 +157,12 @@ Gate LatentClassScreen::gate() const {
     return ResultText::notYetGate(analysisName());
 }
 
-ScreenContent LatentClassScreen::content() const {
-    return {.title = analysisName(), .subtitle = subtitleOf(fields_.lcKind.get()), .gate = gate()};
+std::string LatentClassScreen::heading() const {
+    return analysisName();
+}
+
+std::string LatentClassScreen::subtitle() const {
+    return subtitleOf(fields_.lcKind.get());
 }
 
 Guide LatentClassScreen::guide() const {
@@ -176,10 +181,6 @@ Guide LatentClassScreen::guide() const {
                 "counts and look at each solution.",
                 "Do not treat the most likely class as a fact about a person, least of all in a "
                 "later analysis that forgets how unsure it was."}};
-}
-
-std::optional<std::string> LatentClassScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

@@ -88,7 +88,7 @@ bool MediationScreen::hasEnoughCases() const {
     return Categories::hasCompleteRows(state_.dataset(), wanted, columns);
 }
 
-Gate MediationScreen::gate() const {
+std::optional<Gate> MediationScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -97,21 +97,23 @@ Gate MediationScreen::gate() const {
     }
     const NameSet placed = roles();
     if (placed.size() < 3 || placed.contains("")) {
-        return {.title = isModeration() ? "Set X, W and Y" : "Set X, M and Y",
-                .lead = "",
-                .text = std::string(blocked)};
+        return Gate{.title = isModeration() ? "Set X, W and Y" : "Set X, M and Y",
+                    .lead = "",
+                    .text = std::string(blocked)};
     }
     if (!hasEnoughCases()) {
-        return {
+        return Gate{
             .title = "There are too few complete cases", .lead = "", .text = std::string(blocked)};
     }
     return ResultText::notYetGate(isModeration() ? "Moderation analysis" : "Mediation analysis");
 }
 
-ScreenContent MediationScreen::content() const {
-    return {.title = isModeration() ? "Moderation" : "Mediation",
-            .subtitle = std::string(isModeration() ? moderationText : mediationText),
-            .gate = gate()};
+std::string MediationScreen::heading() const {
+    return isModeration() ? "Moderation" : "Mediation";
+}
+
+std::string MediationScreen::subtitle() const {
+    return std::string(isModeration() ? moderationText : mediationText);
 }
 
 Guide MediationScreen::guide() const {
@@ -144,10 +146,6 @@ Guide MediationScreen::guide() const {
                 "Do not report the proportion mediated where the total effect is small or runs "
                 "the other way.",
                 "Do not decide by the Sobel test where the bootstrap interval says otherwise."}};
-}
-
-std::optional<std::string> MediationScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

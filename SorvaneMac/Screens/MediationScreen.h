@@ -1,22 +1,20 @@
 #pragma once
 
 #include "SorvaneMac/Screens/MediationFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// Indirect effects through a mediator, and interactions with a moderator.
-class MediationScreen final : public Screen {
+class MediationScreen final : public PlannedScreen {
 public:
     MediationScreen(StudioState& state, MediationFields& fields) : state_(state), fields_(fields) {}
 
     StudioScreen id() const override { return StudioScreen::mediation; }
     void seed() override;
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
 
 private:
     bool isModeration() const { return fields_.medMode.get() == MediationScreenMode::moderation; }
@@ -27,8 +25,10 @@ private:
     std::vector<std::string> covariates() const;
     std::optional<Gate> goneColumn() const;
     bool hasEnoughCases() const;
+    std::string heading() const override;
+    std::string subtitle() const override;
     /// What keeps the analysis from running.
-    Gate gate() const;
+    std::optional<Gate> gate() const override;
 
     StudioState& state_;
     MediationFields& fields_;

@@ -243,7 +243,7 @@ std::optional<Gate> MultilevelScreen::unsuitedStructure() const {
     return std::nullopt;
 }
 
-Gate MultilevelScreen::gate() const {
+std::optional<Gate> MultilevelScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -256,10 +256,12 @@ Gate MultilevelScreen::gate() const {
     return ResultText::notYetGate("Multilevel modeling");
 }
 
-ScreenContent MultilevelScreen::content() const {
-    return {.title = "Multilevel models",
-            .subtitle = "Nested, crossed, growth, and within-cluster AR lag linear mixed models.",
-            .gate = gate()};
+std::string MultilevelScreen::heading() const {
+    return "Multilevel models";
+}
+
+std::string MultilevelScreen::subtitle() const {
+    return "Nested, crossed, growth, and within-cluster AR lag linear mixed models.";
 }
 
 Guide MultilevelScreen::guide() const {
@@ -281,10 +283,6 @@ Guide MultilevelScreen::guide() const {
                 "test is not significant.",
                 "Do not read coefficients as causal; they are associations in a clustered "
                 "design."}};
-}
-
-std::optional<std::string> MultilevelScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "SorvaneMac/Screens/MultilevelFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// Mixed models of an outcome whose cases stand in clusters.
-class MultilevelScreen final : public Screen {
+class MultilevelScreen final : public PlannedScreen {
 public:
     MultilevelScreen(StudioState& state, MultilevelFields& fields)
         : state_(state), fields_(fields) {}
@@ -15,9 +15,7 @@ public:
     StudioScreen id() const override { return StudioScreen::multilevel; }
     void seed() override;
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
 
 private:
     bool hasSecondGrouping() const;
@@ -29,8 +27,10 @@ private:
     NameSet placed() const;
     void addVariables(SetupForm& form);
     void addSlope(SetupForm& form);
+    std::string heading() const override;
+    std::string subtitle() const override;
     /// What keeps the model from running.
-    Gate gate() const;
+    std::optional<Gate> gate() const override;
     std::optional<Gate> missingSelection() const;
     std::optional<Gate> unsuitedStructure() const;
 

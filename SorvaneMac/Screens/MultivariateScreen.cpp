@@ -34,7 +34,7 @@ std::string_view runLabel(MVTest test) {
     return {};
 }
 
-std::string_view subtitle(MVTest test) {
+std::string_view subtitleOf(MVTest test) {
     switch (test) {
         case MVTest::manova:
             return "Compare groups on several numeric outcomes at once.";
@@ -244,12 +244,8 @@ std::optional<Gate> MultivariateScreen::canonicalGate() const {
     return std::nullopt;
 }
 
-ScreenContent MultivariateScreen::content() const {
-    ScreenContent content;
-    content.title = "Multivariate";
-    content.subtitle = std::string(subtitle(fields_.mvTest.get()));
-    content.gate = gate();
-    return content;
+std::string MultivariateScreen::subtitle() const {
+    return std::string(subtitleOf(fields_.mvTest.get()));
 }
 
 Guide MultivariateScreen::guide() const {
@@ -262,11 +258,6 @@ Guide MultivariateScreen::guide() const {
             return canonicalGuide();
     }
     return {};
-}
-
-std::optional<std::string> MultivariateScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 }  // namespace sorvane

@@ -312,17 +312,8 @@ std::optional<Gate> NonparametricScreen::tableGate() const {
     }
 }
 
-ScreenContent NonparametricScreen::content() const {
-    ScreenContent content;
-    content.title = "Nonparametric & Categorical";
-    content.subtitle = std::string(displayName(fields_.npTest.get()));
-    content.gate = gate();
-    return content;
-}
-
-std::optional<std::string> NonparametricScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
+std::string NonparametricScreen::subtitle() const {
+    return std::string(displayName(fields_.npTest.get()));
 }
 
 }  // namespace sorvane

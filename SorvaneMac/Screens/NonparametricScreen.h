@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "SorvaneMac/Screens/NonparametricFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -18,7 +18,7 @@ void npSeed(NonparametricFields& fields, const ImportedDataset& dataset);
 
 /// Tests on ranks and on tables of categories. Its seed, form and gates stand; its tests are not
 /// in this version.
-class NonparametricScreen final : public Screen {
+class NonparametricScreen final : public PlannedScreen {
 public:
     NonparametricScreen(StudioState& state, NonparametricFields& fields)
         : state_(state), fields_(fields) {}
@@ -26,9 +26,7 @@ public:
     StudioScreen id() const override { return StudioScreen::nonparametric; }
     void seed() override { npSeed(fields_, state_.dataset()); }
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override { return guideOf(fields_.npTest.get()); }
-    std::optional<std::string> run() override;
 
     /// The categories of the grouping variable.
     std::vector<std::string> npCategories() const;
@@ -37,8 +35,9 @@ private:
     void addTestControls(SetupForm& form);
     void addGroupControls(SetupForm& form);
     void addTableControls(SetupForm& form);
+    std::string subtitle() const override;
     /// What is missing before the chosen test can run.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
     std::optional<Gate> selectionGate() const;
     std::optional<Gate> outcomeAndGroupGate() const;
     std::optional<Gate> mannWhitneyGate() const;

@@ -72,12 +72,8 @@ std::optional<Gate> RelationshipsScreen::gate() const {
     return ResultText::notYetGate("The check of assumptions");
 }
 
-ScreenContent RelationshipsScreen::content() const {
-    ScreenContent content;
-    content.title = "Relationships";
-    content.subtitle = "Assumptions and evidence for the association of two variables.";
-    content.gate = gate();
-    return content;
+std::string RelationshipsScreen::subtitle() const {
+    return "Assumptions and evidence for the association of two variables.";
 }
 
 Guide RelationshipsScreen::guide() const {
@@ -92,11 +88,6 @@ Guide RelationshipsScreen::guide() const {
                            "Do not take a passed check as proof that an assumption holds; with "
                            "few cases hardly any departure is found.",
                            "Do not carry the association beyond the range of values observed."}};
-}
-
-std::optional<std::string> RelationshipsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 }  // namespace sorvane

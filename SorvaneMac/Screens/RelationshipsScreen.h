@@ -4,14 +4,14 @@
 #include <string>
 
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// The assumptions behind the association of two variables, on the pair that Correlation shows.
 /// Its form and gates stand; the checks are not in this version.
-class RelationshipsScreen final : public Screen {
+class RelationshipsScreen final : public PlannedScreen {
 public:
     RelationshipsScreen(StudioState& state, CorrelationFields& fields)
         : state_(state), fields_(fields) {}
@@ -19,13 +19,12 @@ public:
     StudioScreen id() const override { return StudioScreen::relationships; }
     void seed() override;
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
 
 private:
+    std::string subtitle() const override;
     /// What is missing before the pair can be checked.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
 
     StudioState& state_;
     CorrelationFields& fields_;

@@ -71,33 +71,31 @@ SetupForm StructuralScreen::setup() {
     return form;
 }
 
-Gate StructuralScreen::gate() const {
+std::optional<Gate> StructuralScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
     if (isBlank()) {
-        return {.title = "Write a model on the right",
-                .lead = "",
-                .text =
-                    "Start from a template or tap fields to insert them. The parsed model previews "
-                    "here, then press Fit model."};
+        return Gate{
+            .title = "Write a model on the right",
+            .lead = "",
+            .text =
+                "Start from a template or tap fields to insert them. The parsed model previews "
+                "here, then press Fit model."};
     }
     if (numericNames(state_).empty()) {
-        return {.title = "There are no numeric columns",
-                .lead = "",
-                .text =
-                    "A structural model is fitted to numeric columns. Set the roles of your "
-                    "items in Variable Types."};
+        return Gate{.title = "There are no numeric columns",
+                    .lead = "",
+                    .text =
+                        "A structural model is fitted to numeric columns. Set the roles of your "
+                        "items in Variable Types."};
     }
     return ResultText::notYetGate("Structural equation modeling");
 }
 
-ScreenContent StructuralScreen::content() const {
-    return {.title = "SEM & CFA",
-            .subtitle =
-                "Confirmatory factor analysis and structural models by maximum likelihood, with "
-                "lavaan-style syntax.",
-            .gate = gate()};
+std::string StructuralScreen::subtitle() const {
+    return "Confirmatory factor analysis and structural models by maximum likelihood, with "
+           "lavaan-style syntax.";
 }
 
 Guide StructuralScreen::guide() const {
@@ -117,10 +115,6 @@ Guide StructuralScreen::guide() const {
                 "Do not call a model that was changed after looking at the fit confirmatory; say "
                 "what was changed and try it on new data.",
                 "Do not read an arrow as a cause when the data were collected at one time."}};
-}
-
-std::optional<std::string> StructuralScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// Confirmatory factor and structural models, written as text.
-class StructuralScreen final : public Screen {
+class StructuralScreen final : public PlannedScreen {
 public:
     StructuralScreen(StudioState& state, StructuralFields& fields)
         : state_(state), fields_(fields) {}
@@ -15,15 +15,14 @@ public:
     StudioScreen id() const override { return StudioScreen::sem; }
     void seed() override;
     SetupForm setup() override;
-    ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
 
 private:
     bool isBlank() const;
     void addTemplates(SetupForm& form);
+    std::string subtitle() const override;
     /// What keeps the model from being fitted.
-    Gate gate() const;
+    std::optional<Gate> gate() const override;
 
     StudioState& state_;
     StructuralFields& fields_;

@@ -153,7 +153,7 @@ std::optional<Gate> SurveyScreen::unsuitedDesign() const {
     return std::nullopt;
 }
 
-Gate SurveyScreen::gate() const {
+std::optional<Gate> SurveyScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -166,12 +166,9 @@ Gate SurveyScreen::gate() const {
     return ResultText::notYetGate("Survey estimation");
 }
 
-ScreenContent SurveyScreen::content() const {
-    return {.title = "Survey Design",
-            .subtitle =
-                "Means, totals and proportions under weights, strata and clusters, with "
-                "design-based standard errors.",
-            .gate = gate()};
+std::string SurveyScreen::subtitle() const {
+    return "Means, totals and proportions under weights, strata and clusters, with "
+           "design-based standard errors.";
 }
 
 Guide SurveyScreen::guide() const {
@@ -189,10 +186,6 @@ Guide SurveyScreen::guide() const {
                 "Do not drop cases to look at a subgroup; the design belongs to the whole sample.",
                 "Do not expect weights to repair answers that were refused for reasons the weights "
                 "do not know."}};
-}
-
-std::optional<std::string> SurveyScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane

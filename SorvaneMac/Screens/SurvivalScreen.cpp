@@ -140,7 +140,7 @@ std::optional<Gate> SurvivalScreen::unsuitedColumns() const {
     return std::nullopt;
 }
 
-Gate SurvivalScreen::gate() const {
+std::optional<Gate> SurvivalScreen::gate() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
@@ -153,10 +153,8 @@ Gate SurvivalScreen::gate() const {
     return ResultText::notYetGate(isCox() ? "Cox regression" : "Kaplan–Meier estimation");
 }
 
-ScreenContent SurvivalScreen::content() const {
-    return {.title = "Survival",
-            .subtitle = "Time to an event, with cases that were not followed up to it.",
-            .gate = gate()};
+std::string SurvivalScreen::subtitle() const {
+    return "Time to an event, with cases that were not followed up to it.";
 }
 
 Guide SurvivalScreen::guide() const {
@@ -176,10 +174,6 @@ Guide SurvivalScreen::guide() const {
                 "Do not read a hazard ratio as a ratio of probabilities or of times; and it is one "
                 "number only if the hazards stay proportional, which is not checked here.",
                 "Do not treat a rating scale or a score as a time to event."}};
-}
-
-std::optional<std::string> SurvivalScreen::run() {
-    return ResultText::sentence(gate());
 }
 
 }  // namespace sorvane
