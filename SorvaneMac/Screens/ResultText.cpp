@@ -33,6 +33,17 @@ std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }
 
+std::string listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += i == 0                  ? ""
+                : i + 1 == names.size() ? (names.size() > 2 ? ", and " : " and ")
+                                        : ", ";
+        text += names[i];
+    }
+    return text;
+}
+
 std::string_view significanceWords(double p) {
     if (!std::isfinite(p)) {
         return "not testable";

@@ -17,6 +17,8 @@ std::string pCell(double p);
 std::string pTile(double p);
 /// A count in plain digits.
 std::string count(std::int64_t value);
+/// Names as running text: "a", "a and b", "a, b, and c".
+std::string listed(const std::vector<std::string>& names);
 /// "statistically significant" or "not statistically significant", at p < .05; "not testable" where
 /// there is no p-value.
 std::string_view significanceWords(double p);

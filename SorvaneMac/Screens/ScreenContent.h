@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "SorvaneMac/Report/ReportItem.h"
@@ -29,17 +30,6 @@ struct Gate {
     bool operator==(const Gate&) const = default;
 };
 
-enum class EvidenceTone { met, caution, violated, unavailable };
-
-/// One line about an assumption, with its tone.
-struct EvidenceLine {
-    EvidenceTone tone = EvidenceTone::met;
-    std::string title;
-    std::string detail;
-
-    bool operator==(const EvidenceLine&) const = default;
-};
-
 /// A text under a label of its own.
 struct Passage {
     std::string label;
@@ -47,6 +37,19 @@ struct Passage {
     bool isCaution = false;
 
     bool operator==(const Passage&) const = default;
+};
+
+enum class EvidenceTone { met, caution, violated, unavailable };
+
+/// One line about an assumption, with its tone.
+struct EvidenceLine {
+    EvidenceTone tone = EvidenceTone::met;
+    std::string title;
+    std::string detail;
+    /// What could be done, each under its name.
+    std::vector<Passage> remedies;
+
+    bool operator==(const EvidenceLine&) const = default;
 };
 
 /// A short value beside its name.
@@ -57,10 +60,14 @@ struct Fact {
     bool operator==(const Fact&) const = default;
 };
 
-/// A way from a card to another screen.
+/// A way from a card to a screen, which may be the card's own.
 struct ScreenLink {
     std::string label;
     StudioScreen screen = StudioScreen::overview;
+    /// Fields that are set on the way, each with its value as JSON text.
+    std::vector<std::pair<std::string, std::string>> settings;
+    /// Whether the screen's analysis runs at once.
+    bool runs = false;
 
     bool operator==(const ScreenLink&) const = default;
 };

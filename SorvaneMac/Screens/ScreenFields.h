@@ -13,7 +13,7 @@
 #include "SorvaneMac/Screens/MultivariateFields.h"
 #include "SorvaneMac/Screens/NonparametricFields.h"
 #include "SorvaneMac/Screens/PrepareDataFields.h"
-#include "SorvaneMac/Screens/RegressionFields.h"
+#include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/Screens/SurveyFields.h"
 #include "SorvaneMac/Screens/SurvivalFields.h"
@@ -23,26 +23,27 @@ namespace sorvane {
 
 /// The selections and run marks of the analysis screens, beside those that the state itself holds.
 struct ScreenFields {
-    explicit ScreenFields(FieldRegistry& fields);
+    explicit ScreenFields(FieldRegistry& fields) : registry(fields) {}
 
-    CompareMeansFields compareMeans;
-    DescriptivesFields descriptives;
-    CorrelationFields correlation;
-    RegressionFields regression;
-    DataReductionFields dataReduction;
-    MultivariateFields multivariate;
-    SurveyFields survey;
-    PrepareDataFields prepareData;
-    VariableEditorFields variableEditor;
-    CleaningFields cleaning;
-    ImputationFields imputation;
-    StructuralFields structural;
-    MultilevelFields multilevel;
-    LatentClassFields latentClass;
-    MediationFields mediation;
-    InvarianceFields invariance;
-    SurvivalFields survival;
-    NonparametricFields nonparametric;
+    FieldRegistry& registry;
+    CompareMeansFields compareMeans{registry};
+    DescriptivesFields descriptives{registry};
+    CorrelationFields correlation{registry};
+    RegressionFields regression{registry};
+    DataReductionFields dataReduction{registry};
+    MultivariateFields multivariate{registry};
+    SurveyFields survey{registry};
+    PrepareDataFields prepareData{registry};
+    VariableEditorFields variableEditor{registry};
+    CleaningFields cleaning{registry};
+    ImputationFields imputation{registry};
+    StructuralFields structural{registry};
+    MultilevelFields multilevel{registry};
+    LatentClassFields latentClass{registry};
+    MediationFields mediation{registry};
+    InvarianceFields invariance{registry};
+    SurvivalFields survival{registry};
+    NonparametricFields nonparametric{registry};
 };
 
 }  // namespace sorvane

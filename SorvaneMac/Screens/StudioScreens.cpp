@@ -20,7 +20,7 @@
 #include "SorvaneMac/Screens/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"
 #include "SorvaneMac/Screens/PrepareDataScreen.h"
-#include "SorvaneMac/Screens/RegressionScreen.h"
+#include "SorvaneMac/Screens/Regression/RegressionScreen.h"
 #include "SorvaneMac/Screens/RelationshipsScreen.h"
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
 #include "SorvaneMac/Screens/StructuralScreen.h"

@@ -8,6 +8,7 @@
 
 #include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
+#include "SorvaneMac/Screens/Chart.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -24,6 +25,8 @@ struct LinearModelRun {
     std::vector<std::string> predictors;
     /// Absent where the model could not be estimated.
     std::optional<MultipleRegressionResult> result;
+    /// Drawn from the cases of the run.
+    Chart figure;
 
     bool operator==(const LinearModelRun&) const = default;
 };

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/RegressionFields.h"
+#include "SorvaneMac/Screens/Regression/RegressionFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 
 #include <optional>
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "SorvaneMac/Screens/RegressionFields.h"
+#include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/VariableLists.h"
 

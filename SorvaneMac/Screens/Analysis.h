@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/State/Field.h"
+
+namespace sorvane {
+
+/// One analysis of a screen: what it asks for, what it still lacks, its run, and what it shows.
+class Analysis {
+public:
+    virtual ~Analysis() = default;
+
+    /// What the analysis is about, under the screen's title.
+    virtual std::string subtitle() const = 0;
+    /// Adds the controls of its selections and options.
+    virtual void addControls(SetupForm& form) = 0;
+    /// What the run button says, such as "Run t-test".
+    virtual std::string runLabel() const = 0;
+    /// What is missing before it can run; absent when it can.
+    virtual std::optional<Gate> gate() const = 0;
+    /// What a run would work on, in a few words, such as "score by group".
+    virtual std::string selection() const = 0;
+    /// Runs on the selections as they stand, and keeps the result. Called only without a gate.
+    virtual void run() = 0;
+    virtual bool hasRun() const = 0;
+    /// Shows the last run: its result, or a gate that says why there is none.
+    virtual void show(ScreenContent& content) const = 0;
+    /// The field that keeps the last run, as a record with a member `result`; null where none can.
+    virtual const AnyField* stored() const = 0;
+    virtual Guide guide() const = 0;
+};
+
+/// An analysis that keeps its last run in a field, where it stands until the next run whatever is
+/// chosen meanwhile. `Run` is a record with a member `result`, and with the names it was run on.
+template <typename Run>
+class StoredAnalysis : public Analysis {
+public:
+    void run() final { stored_.replace(compute()); }
+    bool hasRun() const final { return stored_->has_value(); }
+    void show(ScreenContent& content) const final { present(**stored_, content); }
+    const AnyField* stored() const final { return &stored_; }
+
+protected:
+    explicit StoredAnalysis(Field<std::optional<Run>>& stored) : stored_(stored) {}
+
+    virtual Run compute() const = 0;
+    virtual void present(const Run& run, ScreenContent& content) const = 0;
+
+private:
+    Field<std::optional<Run>>& stored_;
+};
+
+}  // namespace sorvane

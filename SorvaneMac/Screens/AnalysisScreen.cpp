@@ -1,0 +1,64 @@
+#include "SorvaneMac/Screens/AnalysisScreen.h"
+
+#include <nlohmann/json.hpp>
+
+#include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane {
+
+SetupForm AnalysisScreen::setup() {
+    SetupForm form;
+    form.title = std::string(title(id()));
+    if (picker_) {
+        form.controls.emplace_back(picker_());
+    }
+    form.controls.emplace_back(HeadingControl{"VARIABLES"});
+    chosen().addControls(form);
+    OptionControls::addRun(form, chosen().runLabel(), gate(), [this] { run(); });
+    return form;
+}
+
+std::optional<Gate> AnalysisScreen::gate() const {
+    return state_.hasData() ? chosen().gate() : ResultText::noDataGate();
+}
+
+ScreenContent AnalysisScreen::content() const {
+    const Analysis& analysis = chosen();
+    ScreenContent content;
+    content.title = std::string(title(id()));
+    content.subtitle = analysis.subtitle();
+    content.gate = gate();
+    if (content.gate) {
+        return content;
+    }
+    if (hasRun_.get() && analysis.hasRun()) {
+        analysis.show(content);
+    } else {
+        content.gate = {
+            .title = "Ready to run",
+            .lead = analysis.selection(),
+            .text = "Press " + analysis.runLabel() + " in the Setup panel. Results appear here."};
+    }
+    return content;
+}
+
+std::optional<std::string> AnalysisScreen::run() {
+    if (const std::optional<Gate> missing = gate()) {
+        return ResultText::sentence(*missing);
+    }
+    chosen().run();
+    hasRun_.set(true);
+    return std::nullopt;
+}
+
+Json AnalysisScreen::result() const {
+    const AnyField* stored = chosen().stored();
+    if (!hasRun_.get() || !stored) {
+        return nullptr;
+    }
+    const Json run = stored->json();
+    return run.contains("result") ? run.at("result") : Json(nullptr);
+}
+
+}  // namespace sorvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "SorvaneCore/Analyses/Basics/NamedNumericGroup.h"
+#include "SorvaneMac/Screens/Chart.h"
+
+/// Groups of values drawn side by side.
+namespace sorvane::GroupCharts {
+
+/// The mean of each group with its 95 % interval.
+Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcome);
+/// A box plot of each group.
+Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcome);
+/// The means of repeated measurements in their order, joined by a line, with 95 % intervals.
+Chart profile(std::span<const NamedNumericGroup> conditions);
+
+}  // namespace sorvane::GroupCharts

@@ -1,0 +1,163 @@
+#include "SorvaneMac/Screens/Regression/LinearRegression.h"
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution =
+    "Regression shows association after adjusting for the predictors, not causation.";
+constexpr double confidenceLevel = 0.95;
+
+ReportTable coefficientTable(const MultipleRegressionResult& result) {
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "β", "t", "p", "95% CI Lower", "95% CI Upper"};
+    for (const RegressionCoefficient& each : result.coefficients) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2),
+                              ResultText::pCell(each.pValue), svFmt(each.lowerBound, 3),
+                              svFmt(each.upperBound, 3)});
+    }
+    table.note =
+        "B is the unstandardized and β the standardized coefficient; the interval is the "
+        "95% confidence interval of B.";
+    return table;
+}
+
+ReportTable modelTable(const MultipleRegressionResult& result) {
+    ReportTable table;
+    table.title = "Model summary";
+    table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
+    table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
+                   svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
+                   svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
+                   ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
+    return table;
+}
+
+Gate couldNotEstimate(const LinearModelRun& run) {
+    return {.title = "The model could not be estimated",
+            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
+            .text =
+                "A predictor is constant or collinear with the others, or there are fewer "
+                "complete cases than coefficients. Take a predictor out in the Setup panel and "
+                "run again."};
+}
+
+/// One predictor: the scatter with its line; several: their standardized coefficients.
+Chart figureOf(const LinearModelRun& run, const ImportedDataset& dataset) {
+    if (run.predictors.size() == 1) {
+        const std::string& predictor = run.predictors.front();
+        return scatterChart({.name = predictor, .values = dataset.numericColumn(predictor)},
+                            {.name = run.outcome, .values = dataset.numericColumn(run.outcome)});
+    }
+    BarPlot bars;
+    for (const RegressionCoefficient& each : run.result->coefficients) {
+        if (each.standardizedEstimate) {
+            bars.labels.push_back(each.name);
+            bars.values.push_back(*each.standardizedEstimate);
+        }
+    }
+    Chart chart;
+    chart.title = "Standardized coefficients";
+    chart.subtitle = "Change of the outcome in SD for one SD of the predictor";
+    chart.xLabel = "β";
+    chart.plot = std::move(bars);
+    return chart;
+}
+
+Finding finding(const LinearModelRun& run) {
+    const MultipleRegressionResult& result = *run.result;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Linear Regression: " + run.outcome;
+    item.apaSummary =
+        "Linear regression of " + run.outcome + " on " + ResultText::listed(run.predictors) +
+        ". The model was " + std::string(ResultText::significanceWords(result.pValue)) + ", F(" +
+        ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
+        ") = " + svFmt(result.fStatistic, 2) + ", " + ResultText::pSentence(result.pValue) +
+        ", R² = " + svFmtBounded(result.rSquared, 2) +
+        ", adjusted R² = " + svFmtBounded(result.adjustedRSquared, 2) + ".";
+    item.table = coefficientTable(result);
+    for (const std::string& message : ResultText::messages(result.readiness)) {
+        *item.table->note += " " + message;
+    }
+    item.extraTables = std::vector<ReportTable>{modelTable(result)};
+    item.caution = std::string(caution);
+    item.figureCaption = run.figure.title + ".";
+    return {.item = std::move(item), .figure = run.figure};
+}
+
+}  // namespace
+
+std::string LinearRegression::subtitle() const {
+    return std::string(displayName(RegressionModel::linear));
+}
+
+void LinearRegression::addControls(SetupForm& form) {
+    RegressionSelection::addControls(form, state_, fields_, RegressionModel::linear);
+}
+
+std::optional<Gate> LinearRegression::gate() const {
+    return RegressionSelection::gate(state_, fields_, RegressionModel::linear);
+}
+
+std::string LinearRegression::selection() const {
+    return fields_.regOutcome->name + " on " +
+           ResultText::listed(RegressionSelection::predictors(state_, fields_));
+}
+
+LinearModelRun LinearRegression::compute() const {
+    const ImportedDataset& dataset = state_.dataset();
+    LinearModelRun run{.outcome = fields_.regOutcome->name,
+                       .predictors = RegressionSelection::predictors(state_, fields_)};
+    std::vector<NumericColumn> columns;
+    for (const std::string& name : run.predictors) {
+        columns.push_back(dataset.numericColumn(name));
+    }
+    run.result = RegressionTests::ordinaryLeastSquares(
+        columns, dataset.numericColumn(run.outcome),
+        {.predictorNames = run.predictors, .confidenceLevel = confidenceLevel});
+    if (run.result) {
+        run.figure = figureOf(run, dataset);
+    }
+    return run;
+}
+
+void LinearRegression::present(const LinearModelRun& run, ScreenContent& content) const {
+    if (!run.result) {
+        content.gate = couldNotEstimate(run);
+        return;
+    }
+    const MultipleRegressionResult& result = *run.result;
+    content.subtitle = subtitle() + ": " + run.outcome;
+    content.tiles = {
+        {"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
+        {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3), "For the number of predictors"},
+        {"F(" + ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
+             ")",
+         svFmt(result.fStatistic, 2), ResultText::pSentence(result.pValue)},
+        {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+    content.cards.push_back({.title = "Coefficients",
+                             .subtitle = "Effect of each predictor with the others held constant",
+                             .tables = {coefficientTable(result), modelTable(result)},
+                             .wide = true});
+    content.cards.push_back(
+        {.title = run.figure.title, .subtitle = run.figure.subtitle, .charts = {run.figure}});
+    std::vector<std::string> cautions = ResultText::messages(result.readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
+    content.findings.push_back(finding(run));
+}
+
+Guide LinearRegression::guide() const {
+    return RegressionOutcomes::guideOf(RegressionModel::linear);
+}
+
+}  // namespace sorvane
