@@ -4,7 +4,7 @@
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneCore/Analyses/BoxPlotSummary.h"
 #include "SorvaneCore/Analyses/Histogram.h"
-#include "SorvaneCore/Analyses/NormalityTests.h"
+#include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 #include "SorvaneCore/Analyses/StemAndLeaf.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
-#include "SorvaneCore/Analyses/NormalityTests.h"
+#include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"

@@ -1,4 +1,4 @@
-#include "SorvaneCore/Analyses/NormalityTests.h"
+#include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 
 #include <cmath>
 #include <string>

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "SorvaneCore/Analyses/Basics/NamedNumericGroup.h"
+
+namespace sorvane {
+
+/// A group as tests of means see it.
+struct GroupMoments {
+    std::string name{};
+    /// At least 1.
+    double n = 0.0;
+    double mean = 0.0;
+    /// Of squared deviations from the mean; exactly 0 for equal values.
+    double sumOfSquares = 0.0;
+
+    /// With n - 1; NaN for one value.
+    double variance() const { return sumOfSquares / (n - 1.0); }
+    /// The squared standard error of the mean.
+    double squaredError() const { return variance() / n; }
+
+    /// Of at least one value.
+    static GroupMoments of(std::span<const double> values, std::string name = {});
+    /// Of the groups that have at least `fewest` values, which is at least 1.
+    static std::vector<GroupMoments> ofGroups(std::span<const NamedNumericGroup> groups,
+                                              std::size_t fewest);
+};
+
+}  // namespace sorvane
