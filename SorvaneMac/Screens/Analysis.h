@@ -46,7 +46,8 @@ public:
 protected:
     explicit StoredAnalysis(Field<std::optional<Run>>& stored) : stored_(stored) {}
 
-    virtual Run compute() const = 0;
+    /// Computes on the selections as they stand; also sets the fields that go with the result.
+    virtual Run compute() = 0;
     virtual void present(const Run& run, ScreenContent& content) const = 0;
 
 private:

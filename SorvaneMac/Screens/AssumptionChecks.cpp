@@ -32,9 +32,8 @@ std::string titleOf(const AssumptionFinding& finding) {
 }
 
 EvidenceLine lineOf(const AssumptionFinding& finding) {
-    EvidenceLine line{.tone = toneOf(finding.severity),
-                      .title = titleOf(finding),
-                      .detail = finding.explanation};
+    EvidenceLine line{
+        .tone = toneOf(finding.severity), .title = titleOf(finding), .detail = finding.explanation};
     for (const AssumptionRemedy& remedy : finding.remedies) {
         line.remedies.push_back({.label = remedy.title, .text = remedy.detail});
     }
@@ -58,10 +57,9 @@ Card card(const std::vector<AssumptionFinding>& findings) {
 
 bool hints(const std::vector<AssumptionFinding>& findings, std::string_view procedure) {
     return std::any_of(findings.begin(), findings.end(), [&](const AssumptionFinding& finding) {
-        return std::any_of(finding.remedies.begin(), finding.remedies.end(),
-                           [&](const AssumptionRemedy& remedy) {
-                               return remedy.procedureHint == procedure;
-                           });
+        return std::any_of(
+            finding.remedies.begin(), finding.remedies.end(),
+            [&](const AssumptionRemedy& remedy) { return remedy.procedureHint == procedure; });
     });
 }
 

@@ -31,11 +31,10 @@ std::optional<Passage> passage(const std::optional<BayesFactors::Result>& factor
     if (!factor) {
         return std::nullopt;
     }
-    return Passage{.label = "Bayes factor. " + std::string(sides.caption) + ".",
-                   .text = factorText(factor->bf10) + ": " +
-                           BayesFactors::evidenceLabel(factor->bf10, sides.alternative,
-                                                       sides.null) +
-                           "."};
+    return Passage{
+        .label = "Bayes factor. " + std::string(sides.caption) + ".",
+        .text = factorText(factor->bf10) + ": " +
+                BayesFactors::evidenceLabel(factor->bf10, sides.alternative, sides.null) + "."};
 }
 
 }  // namespace sorvane::BayesFactorLine

@@ -21,7 +21,6 @@ using VariableLists::numericVariables;
 
 constexpr std::string_view caution =
     "Correlation is association, not causation; check for outliers and nonlinearity.";
-constexpr std::string_view starLegend = "* p < .05. ** p < .01. *** p < .001.";
 constexpr std::size_t seededMatrixVariables = 4;
 
 std::vector<std::string> measureRow(std::string name,
@@ -198,7 +197,7 @@ ReportTable CorrelationScreen::matrixTable(const std::vector<std::string>& names
         }
         table.rows.push_back(std::move(row));
     }
-    table.note = std::string("Pairwise deletion. ") + std::string(starLegend);
+    table.note = std::string("Pairwise deletion. ") + std::string(ResultText::starLegend);
     return table;
 }
 

@@ -35,10 +35,8 @@ Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcom
     IntervalPlot plot;
     for (const NamedNumericGroup& group : groups) {
         const MeanWithInterval mean = meanOf(group);
-        plot.rows.push_back({.label = group.name,
-                             .estimate = mean.mean,
-                             .lower = mean.lower,
-                             .upper = mean.upper});
+        plot.rows.push_back(
+            {.label = group.name, .estimate = mean.mean, .lower = mean.lower, .upper = mean.upper});
     }
     Chart chart;
     chart.title = "Group means";

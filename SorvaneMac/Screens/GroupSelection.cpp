@@ -32,8 +32,7 @@ std::optional<Gate> gate(const ImportedDataset& dataset, GroupSelectionFields fi
         fields.outcome.get() == fields.group.get()) {
         return Gate{.title = "Need a numeric outcome and a grouping field",
                     .lead = "",
-                    .text =
-                        "Confirm them in Variable Roles, then set up the test on the right."};
+                    .text = "Confirm them in Variable Roles, then set up the test on the right."};
     }
     if (std::optional<Gate> gone = SelectionGates::goneColumn(
             fields.outcome, numericVariables(dataset), "numeric columns")) {

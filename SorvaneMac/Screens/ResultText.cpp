@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
 
 namespace sorvane::ResultText {
@@ -25,12 +26,20 @@ std::string pCell(double p) {
     return std::isfinite(p) ? SignificanceFormatting::pValueText(p, false) : "--";
 }
 
+std::string starredPCell(double p) {
+    return std::isfinite(p) ? SignificanceFormatting::pValueText(p, true) : "--";
+}
+
 std::string pTile(double p) {
     return std::isfinite(p) ? NumberText::pValue(p) : "--";
 }
 
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
+}
+
+std::string degreesOfFreedom(double df) {
+    return df == std::round(df) ? NumberText::fixed(df, 0) : svFmt(df, 2);
 }
 
 std::string listed(const std::vector<std::string>& names) {
@@ -57,6 +66,13 @@ std::vector<std::string> messages(const AnalysisReadiness& readiness) {
         result.push_back(issue.message);
     }
     return result;
+}
+
+void addCharts(ScreenContent& content, const std::vector<Chart>& charts) {
+    for (const Chart& chart : charts) {
+        content.cards.push_back(
+            {.title = chart.title, .subtitle = chart.subtitle, .charts = {chart}});
+    }
 }
 
 std::string sentence(const Gate& gate) {

@@ -13,10 +13,14 @@ namespace sorvane::ResultText {
 std::string pSentence(double p);
 /// The p-value of a table cell; "--" where it could not be had.
 std::string pCell(double p);
+/// The same, followed by its stars.
+std::string starredPCell(double p);
 /// The p-value of a tile, without the zero that a table drops by itself.
 std::string pTile(double p);
 /// A count in plain digits.
 std::string count(std::int64_t value);
+/// Degrees of freedom: whole ones without decimals, others with two.
+std::string degreesOfFreedom(double df);
 /// Names as running text: "a", "a and b", "a, b, and c".
 std::string listed(const std::vector<std::string>& names);
 /// "statistically significant" or "not statistically significant", at p < .05; "not testable" where
@@ -24,6 +28,17 @@ std::string listed(const std::vector<std::string>& names);
 std::string_view significanceWords(double p);
 /// The messages of the issues, in order.
 std::vector<std::string> messages(const AnalysisReadiness& readiness);
+
+/// What a figure in stars stands for.
+inline constexpr std::string_view starLegend = "* p < .05. ** p < .01. *** p < .001.";
+
+/// Of tests of means.
+inline constexpr std::string_view notProofOfEqualMeans =
+    "Do not read a non-significant result as proof of equal means; look at the interval of the "
+    "difference.";
+
+/// Adds a card for each chart.
+void addCharts(ScreenContent& content, const std::vector<Chart>& charts);
 
 /// What a gate says, as running text.
 std::string sentence(const Gate& gate);

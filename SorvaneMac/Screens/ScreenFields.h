@@ -1,7 +1,7 @@
 #pragma once
 
 #include "SorvaneMac/Screens/CleaningFields.h"
-#include "SorvaneMac/Screens/CompareMeansFields.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
 #include "SorvaneMac/Screens/DataReductionFields.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"

@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/StudioScreens.h"
 
 #include "SorvaneMac/Screens/CategoricalTestsScreen.h"
-#include "SorvaneMac/Screens/CompareMeansScreen.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
 #include "SorvaneMac/Screens/DataQualityScreen.h"

@@ -43,7 +43,7 @@ ToneTexts textsOf(EvidenceTone tone) {
 
 }  // namespace
 
-CardView::CardView(const Card& card, std::function<void(StudioScreen)> open)
+CardView::CardView(const Card& card, std::function<void(const ScreenLink&)> open)
     : CardFrame(qtText(card.title), qtText(card.subtitle)),
       open_(std::move(open)),
       subtitle_(qtText(card.subtitle)),
@@ -157,6 +157,10 @@ void CardView::addEvidence(const EvidenceLine& line) {
     if (!line.detail.empty()) {
         words->addWidget(Labels::text(qtText(line.detail), "quiet"));
     }
+    for (const Passage& remedy : line.remedies) {
+        words->addWidget(
+            Labels::text("• " + qtText(remedy.label) + ": " + qtText(remedy.text), "small"));
+    }
     row->addLayout(words, 1);
     body().addLayout(row);
 }
@@ -170,9 +174,9 @@ void CardView::addLinks(const std::vector<ScreenLink>& links) {
         // A single ampersand would underline what follows it.
         const QString label = qtText(link.label);
         QPushButton* button =
-            Buttons::make(QString(label).replace('&', "&&"), [this, screen = link.screen] {
+            Buttons::make(QString(label).replace('&', "&&"), [this, link] {
                 if (open_) {
-                    open_(screen);
+                    open_(link);
                 }
             });
         button->setAccessibleName(label);

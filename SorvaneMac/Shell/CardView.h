@@ -11,7 +11,7 @@ namespace sorvane {
 class CardView final : public CardFrame {
 public:
     /// Input      open: goes to the screen of a link
-    explicit CardView(const Card& card, std::function<void(StudioScreen)> open = {});
+    explicit CardView(const Card& card, std::function<void(const ScreenLink&)> open = {});
 
     /// Wide enough for its widest table or chart.
     QSize sizeHint() const override;
@@ -25,7 +25,7 @@ private:
     void addEvidence(const EvidenceLine& line);
     void addLinks(const std::vector<ScreenLink>& links);
 
-    std::function<void(StudioScreen)> open_;
+    std::function<void(const ScreenLink&)> open_;
     QString subtitle_;
     int contentWidth_;
 };

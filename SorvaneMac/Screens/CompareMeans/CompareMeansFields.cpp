@@ -1,5 +1,6 @@
-#include "SorvaneMac/Screens/CompareMeansFields.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 
+#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneMac/State/FieldJson.h"
 
 namespace sorvane {
@@ -12,6 +13,8 @@ std::string_view displayName(InferentialTest test) {
             return "Paired-samples t-test";
         case InferentialTest::anova:
             return "One-way ANOVA";
+        case InferentialTest::factorial:
+            return "Factorial ANOVA";
         case InferentialTest::repeatedMeasures:
             return "Repeated-measures ANOVA";
         case InferentialTest::ancova:
@@ -61,6 +64,13 @@ CompareMeansFields::CompareMeansFields(FieldRegistry& fields)
       cmPairAfter(fields, "cmPairAfter"),
       cmAncovaOutcome(fields, "cmAncovaOutcome"),
       cmAncovaGroup(fields, "cmAncovaGroup"),
-      cmAncovaCovariates(fields, "cmAncovaCovariates") {}
+      cmAncovaCovariates(fields, "cmAncovaCovariates"),
+      cmFactors(fields, "cmFactors"),
+      cmTTestRun(fields, "cmTTestRun"),
+      cmPairedTTestRun(fields, "cmPairedTTestRun"),
+      cmOneWayRun(fields, "cmOneWayRun"),
+      cmFactorialRun(fields, "cmFactorialRun"),
+      cmRepeatedMeasuresRun(fields, "cmRepeatedMeasuresRun"),
+      cmAncovaRun(fields, "cmAncovaRun") {}
 
 }  // namespace sorvane

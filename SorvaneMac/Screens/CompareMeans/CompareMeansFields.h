@@ -8,12 +8,13 @@
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansRuns.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
 
-enum class InferentialTest { tTest, pairedTTest, anova, repeatedMeasures, ancova };
-BOOST_DESCRIBE_ENUM(InferentialTest, tTest, pairedTTest, anova, repeatedMeasures, ancova)
+enum class InferentialTest { tTest, pairedTTest, anova, factorial, repeatedMeasures, ancova };
+BOOST_DESCRIBE_ENUM(InferentialTest, tTest, pairedTTest, anova, factorial, repeatedMeasures, ancova)
 
 /// The test's name as the user reads it.
 std::string_view displayName(InferentialTest test);
@@ -24,7 +25,7 @@ BOOST_DESCRIBE_ENUM(TTestType, auto_, welch, student)
 std::string_view rawValue(TTestType type);
 std::string_view displayName(TTestType type);
 
-/// The selections of Compare Means.
+/// The selections of Compare Means, and its last runs.
 struct CompareMeansFields {
     explicit CompareMeansFields(FieldRegistry& fields);
 
@@ -47,6 +48,14 @@ struct CompareMeansFields {
     Field<VariableName> cmAncovaOutcome;
     Field<VariableName> cmAncovaGroup;
     Field<NameSet> cmAncovaCovariates;
+    Field<NameSet> cmFactors;
+    /// The last run of each test, as it was.
+    Field<std::optional<TTestRun>> cmTTestRun;
+    Field<std::optional<PairedTTestRun>> cmPairedTTestRun;
+    Field<std::optional<OneWayRun>> cmOneWayRun;
+    Field<std::optional<FactorialRun>> cmFactorialRun;
+    Field<std::optional<RepeatedMeasuresRun>> cmRepeatedMeasuresRun;
+    Field<std::optional<AncovaRun>> cmAncovaRun;
 };
 
 }  // namespace sorvane

@@ -1,0 +1,230 @@
+#include "SorvaneMac/Screens/CompareMeans/Ancova.h"
+
+#include <array>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::anovaGroupingVariables;
+using VariableLists::numericVariables;
+
+constexpr std::string_view caution =
+    "Adjusted means assume homogeneity of regression slopes and a correctly specified covariate "
+    "set.";
+
+Gate cannotRunAncova() {
+    return {.title = "Cannot run ANCOVA",
+            .lead = "",
+            .text =
+                "Need at least one covariate, two groups, and more complete cases than model "
+                "terms."};
+}
+
+Gate couldNotCompute(const AncovaRun& run) {
+    return {.title = "The ANCOVA could not be computed",
+            .lead = run.outcome,
+            .text =
+                "A covariate is constant, or tells the groups or another covariate exactly. Take "
+                "it out in the Setup panel and run again."};
+}
+
+std::string groupTest(const ANCOVAResult& result) {
+    return "F(" + ResultText::count(result.groupDFNumerator) + ", " +
+           ResultText::count(result.groupDFDenominator) + ") = " + svFmt(result.groupF, 2) + ", " +
+           ResultText::pSentence(result.groupPValue);
+}
+
+ReportTable meanTable(const ANCOVAResult& result) {
+    ReportTable table;
+    table.title = "Adjusted group means";
+    table.headers = {result.groupFactorName, "n", "M", "M adj"};
+    for (const ANCOVAAdjustedMean& mean : result.adjustedMeans) {
+        table.rows.push_back({mean.group, ResultText::count(mean.n), svFmt(mean.rawMean, 2),
+                              svFmt(mean.adjustedMean, 2)});
+    }
+    return table;
+}
+
+ReportTable groupTable(const ANCOVAResult& result) {
+    ReportTable table;
+    table.title = "Group effect (adjusted)";
+    table.headers = {"Source", "df1", "df2", "F", "p", "η²p"};
+    table.rows = {{result.groupFactorName, ResultText::count(result.groupDFNumerator),
+                   ResultText::count(result.groupDFDenominator), svFmt(result.groupF, 2),
+                   ResultText::pCell(result.groupPValue), svFmt(result.partialEtaSquared, 3)}};
+    return table;
+}
+
+ReportTable covariateTable(const ANCOVAResult& result) {
+    ReportTable table;
+    table.title = "Covariate effects";
+    table.headers = {"Covariate", "B", "SE", "t", "p"};
+    for (const ANCOVACovariateEffect& effect : result.covariateEffects) {
+        table.rows.push_back({effect.name, svFmt(effect.coefficient, 3),
+                              svFmt(effect.standardError, 3), svFmt(effect.t, 2),
+                              ResultText::pCell(effect.pValue)});
+    }
+    return table;
+}
+
+/// The means of each group before and after the adjustment.
+Chart meansChart(const AncovaRun& run) {
+    GroupedBarPlot plot{.series = {{.name = "M"}, {.name = "M adj"}}, .decimals = 2};
+    for (const ANCOVAAdjustedMean& mean : run.result->adjustedMeans) {
+        plot.categories.push_back(mean.group);
+        plot.series[0].values.push_back(mean.rawMean);
+        plot.series[1].values.push_back(mean.adjustedMean);
+    }
+    Chart chart;
+    chart.title = "Group means before and after adjustment";
+    chart.xLabel = run.result->groupFactorName;
+    chart.yLabel = "Mean " + run.outcome;
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+Finding finding(const AncovaRun& run) {
+    const ANCOVAResult& result = *run.result;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
+    item.apaSummary =
+        "An ANCOVA compared " + run.outcome + " across " + result.groupFactorName + " with " +
+        ResultText::listed(run.covariates) + " held constant (N = " + ResultText::count(result.n) +
+        "). The adjusted group effect was " +
+        std::string(ResultText::significanceWords(result.groupPValue)) + ", " + groupTest(result) +
+        ", partial η² = " + svFmtBounded(result.partialEtaSquared, 2) + ".";
+    item.table = meanTable(result);
+    item.table->note =
+        "M is the unadjusted mean; M adj is the covariate-adjusted (estimated marginal) mean. "
+        "Group effect: " +
+        groupTest(result) + ", partial eta-squared = " + svFmtBounded(result.partialEtaSquared, 3) +
+        ".";
+    item.extraTables = std::vector{groupTable(result), covariateTable(result)};
+    item.caution = std::string(caution);
+    item.figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+}  // namespace
+
+std::string Ancova::subtitle() const {
+    return std::string(displayName(InferentialTest::ancova));
+}
+
+void Ancova::addControls(SetupForm& form) {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    GroupSelection::addControls(form, state_.dataset(),
+                                {fields_.cmAncovaOutcome, fields_.cmAncovaGroup});
+    form.controls.emplace_back(
+        withUnavailable(variableCheckList("Covariates", fields_.cmAncovaCovariates,
+                                          cmAncovaCovariateCandidates(state_.dataset(), fields_)),
+                        fields_.cmAncovaCovariates.get(), numericVariables(state_.dataset())));
+}
+
+std::string Ancova::runLabel() const {
+    return "Run ANCOVA";
+}
+
+std::optional<Gate> Ancova::gate() const {
+    const ImportedDataset& dataset = state_.dataset();
+    if (std::optional<Gate> missing =
+            GroupSelection::gate(dataset, {fields_.cmAncovaOutcome, fields_.cmAncovaGroup})) {
+        return missing;
+    }
+    if (std::optional<Gate> gone = SelectionGates::goneColumn(
+            fields_.cmAncovaCovariates, numericVariables(dataset), "numeric columns")) {
+        return gone;
+    }
+    std::vector<std::string> numbers = FormControls::chosen(
+        fields_.cmAncovaCovariates.get(), cmAncovaCovariateCandidates(dataset, fields_));
+    const std::size_t groups = Categories::of(dataset, fields_.cmAncovaGroup->name).size();
+    // An intercept and a term for each group but one make as many terms as groups.
+    const auto terms = static_cast<std::int64_t>(groups + numbers.size());
+    if (numbers.empty() || groups < 2) {
+        return cannotRunAncova();
+    }
+    numbers.push_back(fields_.cmAncovaOutcome->name);
+    const std::array<std::string, 1> group = {fields_.cmAncovaGroup->name};
+    if (!Categories::hasCompleteRows(dataset, terms + 1, numbers, group)) {
+        return cannotRunAncova();
+    }
+    return std::nullopt;
+}
+
+std::string Ancova::selection() const {
+    return fields_.cmAncovaOutcome->name + " by " + fields_.cmAncovaGroup->name;
+}
+
+AncovaRun Ancova::compute() {
+    const ImportedDataset& dataset = state_.dataset();
+    AncovaRun run{
+        .outcome = fields_.cmAncovaOutcome->name,
+        .covariates = FormControls::chosen(fields_.cmAncovaCovariates.get(),
+                                           cmAncovaCovariateCandidates(dataset, fields_))};
+    std::vector<NumericColumn> covariates;
+    for (const std::string& name : run.covariates) {
+        covariates.push_back(dataset.numericColumn(name));
+    }
+    const std::string group = fields_.cmAncovaGroup->name;
+    run.result = ANCOVATests::test(dataset.numericColumn(run.outcome),
+                                   dataset.rows.column(*dataset.columnIndex(group)), covariates,
+                                   {.covariateNames = run.covariates, .groupFactorName = group});
+    if (run.result) {
+        run.charts = {meansChart(run)};
+    }
+    return run;
+}
+
+void Ancova::present(const AncovaRun& run, ScreenContent& content) const {
+    if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
+        content.gate = couldNotCompute(run);
+        return;
+    }
+    const ANCOVAResult& result = *run.result;
+    content.subtitle = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
+    content.tiles = {{"F(" + ResultText::count(result.groupDFNumerator) + ", " +
+                          ResultText::count(result.groupDFDenominator) + ")",
+                      svFmt(result.groupF, 2), "adjusted group effect"},
+                     {"p-value", ResultText::pTile(result.groupPValue),
+                      std::string(ResultText::significanceWords(result.groupPValue))},
+                     {"Partial η²", svFmtBounded(result.partialEtaSquared, 3), ""},
+                     {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+    for (const ReportTable& table :
+         {meanTable(result), groupTable(result), covariateTable(result)}) {
+        content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
+    }
+    ResultText::addCharts(content, run.charts);
+    std::vector<std::string> cautions = ResultText::messages(result.readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+    content.findings.push_back(finding(run));
+}
+
+Guide Ancova::guide() const {
+    return {
+        .answers =
+            "Whether the group means of an outcome differ once differences in measured "
+            "covariates are held constant, and what the adjusted means are.",
+        .needs =
+            "A numeric outcome, groups, and covariates that were measured before the groups could "
+            "influence them. The covariate's slope should be the same in every group, and there "
+            "must be more complete cases than model terms.",
+        .doNotClaim = {"Do not claim causation: the adjustment controls for what you measured, "
+                       "not for everything that differs between groups.",
+                       "Do not adjust for a covariate that the group itself changed; that removes "
+                       "part of the effect.",
+                       "Do not report adjusted means without the unadjusted ones beside them."}};
+}
+
+}  // namespace sorvane

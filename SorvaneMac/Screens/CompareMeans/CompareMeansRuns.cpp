@@ -1,0 +1,48 @@
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansRuns.h"
+
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane {
+
+SampleFigures SampleFigures::of(std::string name, std::span<const double> values) {
+    return {.name = std::move(name),
+            .n = static_cast<std::int64_t>(values.size()),
+            .mean = DescriptiveStatistics::mean(values),
+            .standardDeviation = DescriptiveStatistics::standardDeviation(values),
+            .standardError = DescriptiveStatistics::standardError(values)};
+}
+
+std::string SampleFigures::words() const {
+    return "(M = " + svFmt(mean, 2) + ", SD = " + svFmt(standardDeviation, 2) + ")";
+}
+
+std::vector<std::string> SampleFigures::cells() const {
+    return {name, ResultText::count(n), svFmt(mean, 2), svFmt(standardDeviation, 2),
+            svFmt(standardError, 2)};
+}
+
+std::vector<std::string> sampleHeaders(std::string names) {
+    return {std::move(names), "n", "M", "SD", "SE"};
+}
+
+DifferenceInterval DifferenceInterval::of(const TTestResult& test,
+                                          double standardError,
+                                          std::int64_t confidence) {
+    constexpr double percent = 100.0;
+    const double alpha = 1.0 - static_cast<double>(confidence) / percent;
+    const double reach =
+        MathDistributions::studentTCritical(alpha, test.degreesOfFreedom) * standardError;
+    return {.lower = test.meanDifference - reach,
+            .upper = test.meanDifference + reach,
+            .confidence = confidence};
+}
+
+std::vector<std::string> DifferenceInterval::headers() const {
+    const std::string level = ResultText::count(confidence) + "% CI ";
+    return {level + "Lower", level + "Upper"};
+}
+
+}  // namespace sorvane

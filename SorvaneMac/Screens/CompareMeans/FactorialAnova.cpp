@@ -1,0 +1,277 @@
+#include "SorvaneMac/Screens/CompareMeans/FactorialAnova.h"
+
+#include <map>
+
+#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::anovaGroupingVariables;
+using VariableLists::numericVariables;
+
+constexpr std::string_view caution = "A group difference is association, not causation.";
+constexpr std::size_t fewestFactors = 2;
+
+Gate pickOutcomeAndFactors() {
+    return {.title = "Need a numeric outcome and two factors",
+            .lead = "",
+            .text =
+                "Pick the outcome and check two or more grouping fields as factors in the Setup "
+                "panel. Results appear here."};
+}
+
+Gate couldNotCompute(const FactorialRun& run) {
+    return {.title = "The factorial ANOVA could not be computed",
+            .lead = run.outcome,
+            .text = run.result && !run.result->readiness.issues.empty()
+                        ? run.result->readiness.issues.front().message
+                        : "It needs two or more factors with two levels each among the complete "
+                          "cases. Choose other factors in the Setup panel."};
+}
+
+bool isBlocked(const FactorialANOVAResult& result) {
+    return result.readiness.status == AnalysisReadinessStatus::blocked;
+}
+
+/// The cells of a design: the values of each combination of levels, by the names of the levels in
+/// the order of the factors, in order of first appearance.
+struct DesignCells {
+    std::vector<std::vector<std::string>> levels;
+    std::vector<std::vector<double>> values;
+};
+
+DesignCells cellsOf(const NumericColumn& outcome, const std::vector<const TextColumn*>& factors) {
+    DesignCells cells;
+    std::map<std::vector<std::string>, std::size_t> positions;
+    for (std::size_t row = 0; row < outcome.size(); ++row) {
+        const std::optional<double> value = outcome[row];
+        std::vector<std::string> levels;
+        for (const TextColumn* factor : factors) {
+            if (!MissingValue::isMissing((*factor)[row])) {
+                levels.emplace_back((*factor)[row]);
+            }
+        }
+        if (!value || levels.size() < factors.size()) {
+            continue;
+        }
+        const auto [entry, isNew] = positions.try_emplace(levels, cells.values.size());
+        if (isNew) {
+            cells.levels.push_back(levels);
+            cells.values.emplace_back();
+        }
+        cells.values[entry->second].push_back(*value);
+    }
+    return cells;
+}
+
+/// The means of the outcome along the first factor, a line for each level of the second; over the
+/// levels of any further factor together.
+Chart profileOf(const FactorialRun& run, const DesignCells& cells) {
+    std::vector<std::string> first;
+    std::vector<std::string> second;
+    const auto positionOf = [](std::vector<std::string>& names, const std::string& name) {
+        const auto found = std::find(names.begin(), names.end(), name);
+        if (found != names.end()) {
+            return static_cast<std::size_t>(found - names.begin());
+        }
+        names.push_back(name);
+        return names.size() - 1;
+    };
+    std::map<std::pair<std::size_t, std::size_t>, std::vector<double>> values;
+    for (std::size_t cell = 0; cell < cells.values.size(); ++cell) {
+        std::vector<double>& pooled = values[{positionOf(second, cells.levels[cell][1]),
+                                              positionOf(first, cells.levels[cell][0])}];
+        pooled.insert(pooled.end(), cells.values[cell].begin(), cells.values[cell].end());
+    }
+    LinePlot plot;
+    plot.categories = first;
+    for (const std::string& name : second) {
+        plot.series.push_back({.name = name});
+    }
+    for (const auto& [position, pooled] : values) {
+        LinePlot::Series& series = plot.series[position.first];
+        series.x.push_back(static_cast<double>(position.second));
+        series.y.push_back(SampleFigures::of("", pooled).mean.value_or(0.0));
+    }
+    Chart chart;
+    chart.title = "Profile plot";
+    chart.subtitle = "Cell means; lines that are not parallel speak for an interaction";
+    chart.xLabel = run.result->factorNames[0];
+    chart.yLabel = "Mean " + run.outcome;
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+ReportTable effectTable(const FactorialANOVAResult& result) {
+    ReportTable table;
+    table.title = "Tests of effects (Type III)";
+    table.headers = {"Source", "SS", "df", "MS", "F", "p", "η²p"};
+    for (const FactorialANOVAEffect& effect : result.effects) {
+        table.rows.push_back({effect.name, svFmt(effect.sumOfSquares, 2),
+                              ResultText::count(effect.degreesOfFreedom),
+                              svFmt(effect.meanSquare, 2), svFmt(effect.f, 2),
+                              effect.pValue ? ResultText::pCell(*effect.pValue) : "--",
+                              svFmt(effect.partialEtaSquared, 3)});
+    }
+    table.rows.push_back(
+        {"Error", svFmt(result.meanSquareError * static_cast<double>(result.dfError), 2),
+         ResultText::count(result.dfError), svFmt(result.meanSquareError, 2), "", "", ""});
+    table.note = "SS is the Type III sum of squares; η²p is partial eta-squared.";
+    return table;
+}
+
+ReportTable cellTable(const FactorialRun& run) {
+    ReportTable table;
+    table.title = "Cell statistics";
+    table.headers = sampleHeaders("Cell");
+    for (const SampleFigures& cell : run.cells) {
+        table.rows.push_back(cell.cells());
+    }
+    return table;
+}
+
+std::string effectWords(const FactorialANOVAEffect& effect, std::int64_t dfError) {
+    const double p = effect.pValue.value_or(std::numeric_limits<double>::quiet_NaN());
+    return effect.name + " was " + std::string(ResultText::significanceWords(p)) + ", F(" +
+           ResultText::count(effect.degreesOfFreedom) + ", " + ResultText::count(dfError) +
+           ") = " + svFmt(effect.f, 2) + ", " + ResultText::pSentence(p) +
+           ", η²p = " + svFmtBounded(effect.partialEtaSquared, 2);
+}
+
+std::string design(const FactorialANOVAResult& result) {
+    std::string text;
+    for (const std::string& name : result.factorNames) {
+        text += (text.empty() ? "" : " × ") + name;
+    }
+    return text;
+}
+
+Finding finding(const FactorialRun& run) {
+    const FactorialANOVAResult& result = *run.result;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Factorial ANOVA: " + run.outcome + " by " + design(result);
+    item.apaSummary = "A " + design(result) + " factorial ANOVA of " + run.outcome +
+                      " (N = " + ResultText::count(result.n) + ") tested each effect with every " +
+                      "other term in the model.";
+    for (const FactorialANOVAEffect& effect : result.effects) {
+        item.apaSummary += " The effect of " + effectWords(effect, result.dfError) + ".";
+    }
+    item.table = effectTable(result);
+    for (const std::string& message : ResultText::messages(result.readiness)) {
+        *item.table->note += " " + message;
+    }
+    item.extraTables = std::vector{cellTable(run)};
+    item.caution = std::string(caution);
+    item.figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+}  // namespace
+
+std::string FactorialAnova::subtitle() const {
+    return std::string(displayName(InferentialTest::factorial));
+}
+
+void FactorialAnova::addControls(SetupForm& form) {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List factors =
+        VariableLists::without(anovaGroupingVariables(state_.dataset()), {fields_.cmOutcome->name});
+    form.controls.emplace_back(
+        variablePicker("Outcome", fields_.cmOutcome, numericVariables(state_.dataset())));
+    form.controls.emplace_back(
+        withUnavailable(variableCheckList("Factors", fields_.cmFactors, factors),
+                        fields_.cmFactors.get(), factors));
+}
+
+std::string FactorialAnova::runLabel() const {
+    return "Run factorial ANOVA";
+}
+
+std::optional<Gate> FactorialAnova::gate() const {
+    const ImportedDataset& dataset = state_.dataset();
+    if (fields_.cmOutcome->isBlank() || fields_.cmFactors->size() < fewestFactors) {
+        return pickOutcomeAndFactors();
+    }
+    if (std::optional<Gate> gone = SelectionGates::goneColumn(
+            fields_.cmOutcome, numericVariables(dataset), "numeric columns")) {
+        return gone;
+    }
+    return SelectionGates::goneColumn(
+        fields_.cmFactors,
+        VariableLists::without(anovaGroupingVariables(dataset), {fields_.cmOutcome->name}),
+        "grouping columns other than the outcome");
+}
+
+std::string FactorialAnova::selection() const {
+    return fields_.cmOutcome->name + " by " +
+           ResultText::listed(FormControls::chosen(fields_.cmFactors.get(),
+                                                   anovaGroupingVariables(state_.dataset())));
+}
+
+FactorialRun FactorialAnova::compute() {
+    const ImportedDataset& dataset = state_.dataset();
+    FactorialRun run{.outcome = fields_.cmOutcome->name};
+    const std::vector<std::string> names =
+        FormControls::chosen(fields_.cmFactors.get(), anovaGroupingVariables(dataset));
+    std::vector<const TextColumn*> factors;
+    for (const std::string& name : names) {
+        factors.push_back(&dataset.rows.column(*dataset.columnIndex(name)));
+    }
+    const NumericColumn outcome = dataset.numericColumn(run.outcome);
+    run.result = FactorialANOVATests::nWay(outcome, factors, names);
+    if (run.result && !isBlocked(*run.result)) {
+        const DesignCells cells = cellsOf(outcome, factors);
+        for (std::size_t cell = 0; cell < cells.values.size(); ++cell) {
+            run.cells.push_back(
+                SampleFigures::of(ResultText::listed(cells.levels[cell]), cells.values[cell]));
+        }
+        run.charts = {profileOf(run, cells)};
+    }
+    return run;
+}
+
+void FactorialAnova::present(const FactorialRun& run, ScreenContent& content) const {
+    if (!run.result || isBlocked(*run.result)) {
+        content.gate = couldNotCompute(run);
+        return;
+    }
+    const FactorialANOVAResult& result = *run.result;
+    content.subtitle = "Factorial ANOVA: " + run.outcome + " by " + design(result);
+    content.tiles = {{"Cases used", ResultText::count(result.n), "complete on all variables"},
+                     {"Cells", ResultText::count(static_cast<std::int64_t>(run.cells.size())),
+                      result.isBalanced ? "all of one size" : "of different sizes"},
+                     {"Error df", ResultText::count(result.dfError), ""}};
+    content.cards.push_back(
+        {.title = "Tests of effects (Type III)", .tables = {effectTable(result)}, .wide = true});
+    content.cards.push_back({.title = "Cell statistics", .tables = {cellTable(run)}});
+    ResultText::addCharts(content, run.charts);
+    std::vector<std::string> cautions = ResultText::messages(result.readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+    content.findings.push_back(finding(run));
+}
+
+Guide FactorialAnova::guide() const {
+    return {.answers =
+                "Whether the mean of an outcome differs between the levels of each of several "
+                "factors, and whether the effect of one factor depends on another (interaction).",
+            .needs =
+                "Independent cases with a value of the outcome and a level of every factor, at "
+                "least two levels each, and cases in every combination; five or more in each is a "
+                "common rule.",
+            .doNotClaim = {"Do not interpret a main effect alone where its interaction is "
+                           "significant; look at the profile plot first.",
+                           "Do not claim causation for factors that cases were not assigned to.",
+                           std::string(ResultText::notProofOfEqualMeans)}};
+}
+
+}  // namespace sorvane

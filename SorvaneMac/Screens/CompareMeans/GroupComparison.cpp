@@ -1,0 +1,247 @@
+#include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
+
+#include <chrono>
+#include <cmath>
+
+#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/BayesFactorLine.h"
+#include "SorvaneMac/Screens/GroupCharts.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::GroupComparison {
+
+namespace {
+
+constexpr std::string_view caution = "A group difference is association, not causation.";
+
+GroupSummary totalOf(const GroupComparisonAnalysisResult& result) {
+    GroupSummary total{.groupLabel = "Total"};
+    for (const GroupSummary& group : result.groupSummaries) {
+        total.validValues.insert(total.validValues.end(), group.validValues.begin(),
+                                 group.validValues.end());
+        total.missingN += group.missingN;
+    }
+    NumericColumn values;
+    values.reserve(total.validValues.size());
+    for (const double value : total.validValues) {
+        values.push_back(value);
+    }
+    const DescriptiveSummary summary = DescriptiveStatistics::summary(values);
+    total.n = summary.validN;
+    total.mean = summary.mean;
+    total.standardDeviation = summary.standardDeviation;
+    total.standardError = summary.standardError;
+    total.confidenceIntervalLower = summary.confidenceIntervalLower;
+    total.confidenceIntervalUpper = summary.confidenceIntervalUpper;
+    total.minimum = summary.minimum;
+    total.maximum = summary.maximum;
+    total.validValues.clear();
+    return total;
+}
+
+/// The mean group size, cut down to a whole number.
+std::int64_t casesPerGroup(const ANOVAResult& classic) {
+    const std::int64_t groups = classic.dfBetween + 1;
+    return (classic.dfWithin + groups) / groups;
+}
+
+std::vector<std::string> summaryCells(const GroupSummary& group) {
+    return {group.groupLabel,
+            ResultText::count(group.n),
+            svFmt(group.mean, 2),
+            svFmt(group.standardDeviation, 2),
+            svFmt(group.standardError, 2),
+            svFmt(group.confidenceIntervalLower, 2),
+            svFmt(group.confidenceIntervalUpper, 2),
+            svFmt(group.minimum, 2),
+            svFmt(group.maximum, 2)};
+}
+
+ReportTable descriptivesTable(const OneWayRun& run) {
+    ReportTable table;
+    table.title = "Descriptives";
+    table.headers = {run.result->groupName, "N",          "Mean",
+                     "Std. Deviation",      "Std. Error", "95% CI Lower",
+                     "95% CI Upper",        "Minimum",    "Maximum"};
+    for (const GroupSummary& group : run.result->groupSummaries) {
+        table.rows.push_back(summaryCells(group));
+    }
+    table.rows.push_back(summaryCells(run.total));
+    return table;
+}
+
+std::vector<std::string> testRow(const ANOVAResult& test) {
+    return {std::string(displayName(test.variant)),
+            "",
+            ResultText::degreesOfFreedom(test.dfNumerator),
+            test.variant == ANOVAVariant::kruskalWallis
+                ? ""
+                : ResultText::degreesOfFreedom(test.dfDenominator),
+            "",
+            svFmt(test.f, 2),
+            ResultText::starredPCell(test.pValue)};
+}
+
+ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
+    ReportTable table;
+    table.title = "Analysis of variance";
+    table.headers = {"Test / Source", "Sum of Squares", "df1", "df2",
+                     "Mean Square",   "Statistic",      "Sig."};
+    if (const std::optional<ANOVAResult>& classic = result.classicANOVA) {
+        const double msWithin = classic->ssWithin / static_cast<double>(classic->dfWithin);
+        table.rows.push_back(
+            {"Between Groups", svFmt(classic->ssBetween, 2), ResultText::count(classic->dfBetween),
+             "", svFmt(classic->ssBetween / static_cast<double>(classic->dfBetween), 2),
+             svFmt(classic->f, 2), ResultText::starredPCell(classic->pValue)});
+        table.rows.push_back({"Within Groups", svFmt(classic->ssWithin, 2), "",
+                              ResultText::count(classic->dfWithin), svFmt(msWithin, 2), "", ""});
+    }
+    for (const auto* test :
+         {&result.welchANOVA, &result.brownForsytheANOVA, &result.kruskalWallis}) {
+        if (*test) {
+            table.rows.push_back(testRow(**test));
+        }
+    }
+    return table;
+}
+
+ReportTable pairTable(const GroupComparisonAnalysisResult& result) {
+    ReportTable table;
+    table.title = "Multiple comparisons: " + std::string(displayName(result.postHocMethod));
+    table.headers = {"Group A", "Group B", "Mean Diff. (I-J)", "df", "Raw p", "Adj. p", "Hedges g"};
+    for (const PairwiseComparisonResult& pair : result.pairwiseComparisons) {
+        table.rows.push_back(
+            {pair.groupA, pair.groupB, svFmt(pair.meanDifference, 2),
+             pair.degreesOfFreedom ? ResultText::degreesOfFreedom(*pair.degreesOfFreedom) : "--",
+             ResultText::pCell(pair.rawPValue), ResultText::starredPCell(pair.adjustedPValue),
+             svFmt(pair.hedgesG, 2)});
+    }
+    if (result.postHocMethod == PostHocMethod::dunn) {
+        table.note = "The difference is that of the mean ranks.";
+    }
+    return table;
+}
+
+/// "F(2, 27)", or "H(2)" for the rank test.
+std::string statisticName(const ANOVAResult& test) {
+    const std::string df1 = ResultText::degreesOfFreedom(test.dfNumerator);
+    return test.variant == ANOVAVariant::kruskalWallis
+               ? "H(" + df1 + ")"
+               : "F(" + df1 + ", " + ResultText::degreesOfFreedom(test.dfDenominator) + ")";
+}
+
+std::optional<double> effectOf(const GroupComparisonAnalysisResult& result) {
+    return result.effectSizes.etaSquared ? result.effectSizes.etaSquared
+                                         : std::optional(result.selectedANOVA.etaSquared);
+}
+
+Finding finding(const OneWayRun& run) {
+    const GroupComparisonAnalysisResult& result = *run.result;
+    const ANOVAResult& test = result.selectedANOVA;
+    const std::string variant(displayName(result.selectedVariant));
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Analysis of Variance for " + result.outcomeName + " by " + result.groupName;
+    item.apaSummary = "A one-way ANOVA (" + variant + ") compared " + result.outcomeName +
+                      " across " + result.groupName + ". The effect was " +
+                      std::string(ResultText::significanceWords(test.pValue)) + ", " +
+                      statisticName(test) + " = " + svFmt(test.f, 2) + ", " +
+                      ResultText::pSentence(test.pValue) +
+                      ", η² = " + svFmtBounded(effectOf(result), 2) + ".";
+    item.table = sourceTable(result);
+    item.table->note =
+        "η² is eta-squared (" + variant + "). " + std::string(ResultText::starLegend);
+    item.extraTables = std::vector{descriptivesTable(run)};
+    if (!result.pairwiseComparisons.empty()) {
+        item.extraTables->push_back(pairTable(result));
+    }
+    item.caution = std::string(caution);
+    item.figureCaption = "Mean " + result.outcomeName + " by " + result.groupName +
+                         " with 95% confidence intervals.";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+Card interpretationCard(const GroupComparisonAnalysisResult& result) {
+    const GroupComparisonInterpretation& words = result.interpretation;
+    return {.title = "In plain words",
+            .paragraphs = {words.summary, words.testChoiceReason, words.postHocSummary,
+                           result.effectSizes.interpretation},
+            .wide = true};
+}
+
+Card cautionCard(const GroupComparisonAnalysisResult& result) {
+    Card card{
+        .title = "What not to claim", .cautions = result.interpretation.limitations, .wide = true};
+    for (const std::string& claim : result.interpretation.whatNotToClaim) {
+        card.cautions.push_back(claim);
+    }
+    return card;
+}
+
+}  // namespace
+
+OneWayRun run(const ImportedDataset& dataset,
+              const std::string& outcome,
+              const std::string& grouping) {
+    OneWayRun run;
+    const std::optional<std::size_t> column = dataset.columnIndex(grouping);
+    if (!column) {
+        return run;
+    }
+    run.result = GroupComparisonEngine::analyze(
+        dataset.rows.column(*column), dataset.numericColumn(outcome),
+        {.outcomeName = outcome,
+         .groupName = grouping,
+         .timestamp = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now())});
+    if (!run.result) {
+        return run;
+    }
+    run.total = totalOf(*run.result);
+    std::vector<NamedNumericGroup> groups;
+    for (GroupSummary& group : run.result->groupSummaries) {
+        groups.push_back({.name = group.groupLabel, .values = group.validValues});
+    }
+    if (const std::optional<ANOVAResult>& classic = run.result->classicANOVA) {
+        run.bayesFactor = BayesFactors::oneWayAnovaBF(classic->f, classic->dfBetween + 1,
+                                                      casesPerGroup(*classic));
+    }
+    run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
+    run.charts = {GroupCharts::means(groups, outcome), GroupCharts::boxes(groups, outcome)};
+    return run;
+}
+
+void show(const OneWayRun& run, ScreenContent& content) {
+    const GroupComparisonAnalysisResult& result = *run.result;
+    const ANOVAResult& test = result.selectedANOVA;
+    content.subtitle = result.outcomeName + " by " + result.groupName;
+    content.tiles = {{"Selected test", std::string(displayName(result.selectedVariant)), ""},
+                     {statisticName(test), svFmt(test.f, 2), ""},
+                     {"p-value", ResultText::pTile(test.pValue),
+                      std::string(ResultText::significanceWords(test.pValue))},
+                     {"Cases used", ResultText::count(run.total.n), "with a group and an outcome"}};
+    content.cards.push_back(
+        {.title = "Descriptives", .tables = {descriptivesTable(run)}, .wide = true});
+    Card source{.title = "Analysis of variance", .tables = {sourceTable(result)}, .wide = true};
+    if (auto line = BayesFactorLine::passage(run.bayesFactor,
+                                             {.alternative = "differences between the groups",
+                                              .null = "equal group means",
+                                              .caption = BayesFactorLine::anovaCaption})) {
+        source.passages.push_back(std::move(*line));
+    }
+    content.cards.push_back(std::move(source));
+    if (!result.pairwiseComparisons.empty()) {
+        const ReportTable pairs = pairTable(result);
+        content.cards.push_back({.title = *pairs.title, .tables = {pairs}, .wide = true});
+    }
+    ResultText::addCharts(content, run.charts);
+    content.cards.push_back(interpretationCard(result));
+    content.cards.push_back(AssumptionChecks::card(run.assumptions));
+    content.cards.push_back(cautionCard(result));
+    content.findings.push_back(finding(run));
+}
+
+}  // namespace sorvane::GroupComparison

@@ -1,0 +1,242 @@
+#include "SorvaneMac/Screens/CompareMeans/IndependentTTest.h"
+
+#include <array>
+#include <cmath>
+
+#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/BayesFactorLine.h"
+#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/TTestTables.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/GroupCharts.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution = "A group difference is association, not causation.";
+constexpr std::string_view notCausal =
+    "Do not claim that the group caused the difference unless cases were assigned to groups at "
+    "random.";
+constexpr std::string_view welchHint = "welch";
+
+Gate pickTwoGroups() {
+    return {.title = "Pick two groups",
+            .lead = "",
+            .text =
+                "Pick the outcome and two groups in the Setup panel, then Run t-test. Results "
+                "appear here."};
+}
+
+Gate groupsMustDiffer() {
+    return {.title = "Groups must differ",
+            .lead = "",
+            .text = "Group 1 and Group 2 are the same. Choose two distinct categories."};
+}
+
+Gate groupTooSmall(const std::string& group, std::int64_t cases, const std::string& outcome) {
+    return {.title = "Each group needs two or more values",
+            .lead = group,
+            .text = "\"" + group + "\" has " + ResultText::count(cases) +
+                    (cases == 1 ? " value of " : " values of ") + outcome +
+                    ". Choose another group or another outcome."};
+}
+
+Gate noSpread(const TTestRun& run) {
+    return {.title = "The t-test could not be computed",
+            .lead = run.outcome + " by " + run.grouping,
+            .text =
+                "All values within both groups are the same, so there is no spread to compare the "
+                "difference with. Choose another outcome or other groups."};
+}
+
+double square(double value) {
+    return value * value;
+}
+
+/// The standard error of the difference under the test's assumption.
+double standardErrorOf(const TTestRun& run) {
+    const double n1 = static_cast<double>(run.first.n);
+    const double n2 = static_cast<double>(run.second.n);
+    const double variance1 = square(run.first.standardDeviation.value_or(0.0));
+    const double variance2 = square(run.second.standardDeviation.value_or(0.0));
+    if (run.variances == VarianceAssumption::unequal) {
+        return std::sqrt(variance1 / n1 + variance2 / n2);
+    }
+    const double pooled = ((n1 - 1.0) * variance1 + (n2 - 1.0) * variance2) / (n1 + n2 - 2.0);
+    return std::sqrt(pooled * (1.0 / n1 + 1.0 / n2));
+}
+
+std::string testName(const TTestRun& run) {
+    return run.variances == VarianceAssumption::equal ? "Student's" : "Welch's";
+}
+
+ReportTable groupTable(const TTestRun& run) {
+    ReportTable table;
+    table.title = "Group statistics";
+    table.headers = sampleHeaders("Group");
+    table.rows = {run.first.cells(), run.second.cells()};
+    return table;
+}
+
+Finding finding(const TTestRun& run) {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "t-test: " + run.outcome + " by " + run.grouping;
+    item.apaSummary = "An independent-samples " + testName(run) + " t-test compared " +
+                      run.outcome + " between " + run.first.name + " " + run.first.words() +
+                      " and " + run.second.name + " " + run.second.words() +
+                      ". The difference was " + TTestTables::words(*run.result) + ".";
+    item.table = groupTable(run);
+    item.table->note = "M and SD are the group mean and standard deviation; d is Cohen's d. " +
+                       testName(run) + " t-test; p is two-tailed.";
+    item.extraTables = std::vector{TTestTables::testTable(*run.result, *run.interval)};
+    item.caution = std::string(caution);
+    item.figureCaption = "Mean " + run.outcome + " of each group with 95% confidence intervals.";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+Card assumptionCard(const TTestRun& run) {
+    Card card = AssumptionChecks::card(run.assumptions);
+    if (!AssumptionChecks::hints(run.assumptions, welchHint)) {
+        return card;
+    }
+    if (run.variances == VarianceAssumption::unequal) {
+        card.paragraphs.emplace_back(
+            "Variances differ substantially; Welch (the default) is appropriate.");
+    } else {
+        card.links.push_back({.label = "Switch to Welch's t-test",
+                              .screen = StudioScreen::inferential,
+                              .settings = {{"cmTestType", "\"welch\""}},
+                              .runs = true});
+    }
+    return card;
+}
+
+}  // namespace
+
+std::string IndependentTTest::subtitle() const {
+    return std::string(displayName(InferentialTest::tTest));
+}
+
+void IndependentTTest::addControls(SetupForm& form) {
+    const std::vector<std::string> groups =
+        Categories::of(state_.dataset(), fields_.cmGrouping->name);
+    GroupSelection::addControls(
+        form, state_.dataset(), {fields_.cmOutcome, fields_.cmGrouping}, [this] {
+            Categories::refillPair(fields_.cmGroup1, fields_.cmGroup2,
+                                   Categories::of(state_.dataset(), fields_.cmGrouping->name));
+        });
+    std::vector<Control>& controls = form.controls;
+    controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.cmGroup1, groups));
+    controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.cmGroup2, groups));
+    controls.emplace_back(HeadingControl{"OPTIONS"});
+    controls.emplace_back(FormControls::enumerationPicker("Test type", fields_.cmTestType));
+    controls.emplace_back(NoteControl{
+        "Welch is the default (Auto). It is safer when group sizes or variances differ."});
+    controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+}
+
+std::string IndependentTTest::runLabel() const {
+    return "Run t-test";
+}
+
+std::optional<Gate> IndependentTTest::gate() const {
+    const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
+    if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
+        return missing;
+    }
+    const auto check = GroupSelection::checkPair(state_.dataset(), selected, fields_.cmGroup1.get(),
+                                                 fields_.cmGroup2.get());
+    if (!check) {
+        return std::nullopt;
+    }
+    switch (check->problem) {
+        case GroupSelection::PairProblem::notTwoGroups:
+            return pickTwoGroups();
+        case GroupSelection::PairProblem::same:
+            return groupsMustDiffer();
+        case GroupSelection::PairProblem::tooSmall:
+            break;
+    }
+    return groupTooSmall(check->small.front().first, check->small.front().second,
+                         fields_.cmOutcome->name);
+}
+
+std::string IndependentTTest::selection() const {
+    return fields_.cmOutcome->name + " in " + fields_.cmGroup1.get() + " and " +
+           fields_.cmGroup2.get();
+}
+
+TTestRun IndependentTTest::compute() {
+    const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
+    std::array<NamedNumericGroup, 2> groups;
+    groups[0].name = fields_.cmGroup1.get();
+    groups[1].name = fields_.cmGroup2.get();
+    for (NamedNumericGroup& group : groups) {
+        group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
+    }
+    TTestRun run{.outcome = fields_.cmOutcome->name,
+                 .grouping = fields_.cmGrouping->name,
+                 .variances = fields_.cmTestType.get() == TTestType::student
+                                  ? VarianceAssumption::equal
+                                  : VarianceAssumption::unequal,
+                 .first = SampleFigures::of(groups[0].name, groups[0].values),
+                 .second = SampleFigures::of(groups[1].name, groups[1].values)};
+    run.result = GroupComparisonTests::independentSamplesTTest(groups[0].values, groups[1].values,
+                                                               run.variances);
+    if (run.result) {
+        run.interval =
+            DifferenceInterval::of(*run.result, standardErrorOf(run), fields_.cmConfidence.get());
+        run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.first.n, run.second.n);
+    }
+    run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
+    run.charts = {GroupCharts::means(groups, run.outcome), GroupCharts::boxes(groups, run.outcome)};
+    fields_.cmAssumptionFindings.replace(run.assumptions);
+    return run;
+}
+
+void IndependentTTest::present(const TTestRun& run, ScreenContent& content) const {
+    if (!run.result) {
+        content.gate = noSpread(run);
+        return;
+    }
+    content.subtitle = testName(run) + " t-test of " + run.outcome + " by " + run.grouping;
+    content.tiles = TTestTables::tiles(*run.result, run.first.n + run.second.n, "in both groups");
+    Card results{.title = run.outcome + " by " + run.grouping,
+                 .subtitle = run.first.name + " and " + run.second.name,
+                 .tables = {groupTable(run), TTestTables::testTable(*run.result, *run.interval)},
+                 .wide = true};
+    if (auto line = BayesFactorLine::passage(run.bayesFactor,
+                                             {.alternative = "a difference between the groups",
+                                              .null = "no difference between the groups",
+                                              .caption = BayesFactorLine::tTestCaption})) {
+        results.passages.push_back(std::move(*line));
+    }
+    content.cards.push_back(std::move(results));
+    ResultText::addCharts(content, run.charts);
+    content.cards.push_back(assumptionCard(run));
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = {std::string(caution)}, .wide = true});
+    content.findings.push_back(finding(run));
+}
+
+Guide IndependentTTest::guide() const {
+    return {
+        .answers =
+            "Whether the means of a numeric outcome differ between two groups of different "
+            "people, and by how many standard deviations.",
+        .needs =
+            "Independent cases, each in one group only, and two or more values in each group. "
+            "The values should be roughly normal within each group, or the groups large. Welch's "
+            "test does not need equal variances; Student's does.",
+        .doNotClaim = {std::string(notCausal), std::string(ResultText::notProofOfEqualMeans),
+                       "Do not run one t-test for each pair of many groups; use ANOVA with "
+                       "post-hoc comparisons."}};
+}
+
+}  // namespace sorvane

@@ -1,0 +1,222 @@
+#include "SorvaneMac/Screens/CompareMeans/PairedTTest.h"
+
+#include <array>
+#include <cmath>
+
+#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/BayesFactorLine.h"
+#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/TTestTables.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/GroupCharts.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution =
+    "A change within cases is not proof of a causal effect without a controlled design.";
+constexpr std::string_view wilcoxonHint = "wilcoxonSignedRank";
+
+Gate pickBeforeAndAfter() {
+    return {.title = "Need two measurements of the same cases",
+            .lead = "",
+            .text =
+                "Pick Before and After in the Setup panel: two numeric columns that hold one "
+                "measurement of each case. Results appear here."};
+}
+
+Gate measurementsMustDiffer() {
+    return {.title = "Measurements must differ",
+            .lead = "",
+            .text = "Before and After are the same column. Choose two distinct columns."};
+}
+
+Gate tooFewPairs() {
+    return {.title = "Too few complete pairs",
+            .lead = "",
+            .text =
+                "Fewer than two cases have a number in both columns. Choose columns that were "
+                "measured on the same cases."};
+}
+
+Gate noSpread(const PairedTTestRun& run) {
+    return {.title = "The paired t-test could not be computed",
+            .lead = run.before.name + " and " + run.after.name,
+            .text =
+                "The difference is the same in every case, so there is no spread to compare it "
+                "with. Choose other measurements."};
+}
+
+/// The values of the cases that have both.
+struct Pairs {
+    std::vector<double> before;
+    std::vector<double> after;
+    std::vector<double> differences;
+};
+
+Pairs completePairs(const NumericColumn& before, const NumericColumn& after) {
+    Pairs pairs;
+    for (std::size_t row = 0; row < std::min(before.size(), after.size()); ++row) {
+        const std::optional<double> first = before[row];
+        const std::optional<double> second = after[row];
+        if (first && second) {
+            pairs.before.push_back(*first);
+            pairs.after.push_back(*second);
+            pairs.differences.push_back(*first - *second);
+        }
+    }
+    return pairs;
+}
+
+ReportTable measurementTable(const PairedTTestRun& run) {
+    ReportTable table;
+    table.title = "Paired measurements";
+    table.headers = sampleHeaders("Measurement");
+    table.rows = {run.before.cells(), run.after.cells()};
+    return table;
+}
+
+Finding finding(const PairedTTestRun& run) {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Paired t-test: " + run.before.name + " and " + run.after.name;
+    item.apaSummary = "A paired-samples t-test compared " + run.before.name + " " +
+                      run.before.words() + " with " + run.after.name + " " + run.after.words() +
+                      " of the same cases (n = " + ResultText::count(run.before.n) +
+                      "). The mean difference was " + TTestTables::words(*run.result) + ".";
+    item.table = measurementTable(run);
+    item.table->note =
+        "M and SD are the mean and standard deviation of each measurement; the difference is "
+        "before less after; d is the mean difference over its standard deviation; p is "
+        "two-tailed.";
+    item.extraTables = std::vector{TTestTables::testTable(*run.result, *run.interval)};
+    item.caution = std::string(caution);
+    item.figureCaption = "Means of both measurements with 95% confidence intervals.";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+Card assumptionCard(const PairedTTestRun& run) {
+    Card card = AssumptionChecks::card(run.assumptions);
+    if (AssumptionChecks::hints(run.assumptions, wilcoxonHint)) {
+        card.links.push_back({.label = "Go to the Wilcoxon signed-rank test",
+                              .screen = StudioScreen::nonparametric,
+                              .settings = {{"npTest", "\"wilcoxon\""}}});
+    }
+    return card;
+}
+
+}  // namespace
+
+std::string PairedTTest::subtitle() const {
+    return std::string(displayName(InferentialTest::pairedTTest));
+}
+
+void PairedTTest::addControls(SetupForm& form) {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+    form.controls.emplace_back(variablePicker("Before", fields_.cmPairBefore, numeric));
+    form.controls.emplace_back(variablePicker("After", fields_.cmPairAfter, numeric));
+    form.controls.emplace_back(HeadingControl{"OPTIONS"});
+    form.controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+}
+
+std::string PairedTTest::runLabel() const {
+    return "Run paired t-test";
+}
+
+std::optional<Gate> PairedTTest::gate() const {
+    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+    if (fields_.cmPairBefore->isBlank() || fields_.cmPairAfter->isBlank()) {
+        return pickBeforeAndAfter();
+    }
+    for (const Field<VariableName>* field : {&fields_.cmPairBefore, &fields_.cmPairAfter}) {
+        if (std::optional<Gate> gone =
+                SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
+            return gone;
+        }
+    }
+    if (fields_.cmPairBefore.get() == fields_.cmPairAfter.get()) {
+        return measurementsMustDiffer();
+    }
+    const std::array<std::string, 2> names = {fields_.cmPairBefore->name,
+                                              fields_.cmPairAfter->name};
+    if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+        return tooFewPairs();
+    }
+    return std::nullopt;
+}
+
+std::string PairedTTest::selection() const {
+    return fields_.cmPairBefore->name + " and " + fields_.cmPairAfter->name;
+}
+
+PairedTTestRun PairedTTest::compute() {
+    const std::string before = fields_.cmPairBefore->name;
+    const std::string after = fields_.cmPairAfter->name;
+    const Pairs pairs = completePairs(state_.dataset().numericColumn(before),
+                                      state_.dataset().numericColumn(after));
+    PairedTTestRun run{.before = SampleFigures::of(before, pairs.before),
+                       .after = SampleFigures::of(after, pairs.after)};
+    run.result = GroupComparisonTests::pairedSamplesTTest(pairs.before, pairs.after);
+    if (run.result) {
+        const double error = SampleFigures::of("", pairs.differences).standardError.value_or(0.0);
+        run.interval = DifferenceInterval::of(*run.result, error, fields_.cmConfidence.get());
+        run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.before.n, std::nullopt);
+    }
+    run.assumptions = AssumptionAudit::pairedAudit(pairs.differences);
+    const std::array<NamedNumericGroup, 2> measurements = {
+        NamedNumericGroup{.name = before, .values = pairs.before},
+        NamedNumericGroup{.name = after, .values = pairs.after}};
+    run.charts = {GroupCharts::profile(measurements), GroupCharts::boxes(measurements, "Value")};
+    fields_.cmAssumptionFindings.replace(run.assumptions);
+    return run;
+}
+
+void PairedTTest::present(const PairedTTestRun& run, ScreenContent& content) const {
+    if (!run.result) {
+        content.gate = noSpread(run);
+        return;
+    }
+    content.tiles = TTestTables::tiles(*run.result, run.before.n, "complete pairs");
+    Card results{
+        .title = run.before.name + " and " + run.after.name,
+        .subtitle = "Of the cases with both values",
+        .tables = {measurementTable(run), TTestTables::testTable(*run.result, *run.interval)},
+        .wide = true};
+    if (auto line =
+            BayesFactorLine::passage(run.bayesFactor, {.alternative = "a change",
+                                                       .null = "no change",
+                                                       .caption = BayesFactorLine::tTestCaption})) {
+        results.passages.push_back(std::move(*line));
+    }
+    content.cards.push_back(std::move(results));
+    ResultText::addCharts(content, run.charts);
+    content.cards.push_back(assumptionCard(run));
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = {std::string(caution)}, .wide = true});
+    content.findings.push_back(finding(run));
+}
+
+Guide PairedTTest::guide() const {
+    return {.answers =
+                "Whether the mean of the same cases changed between two measurements, such as "
+                "before and after.",
+            .needs =
+                "Two numeric columns on one scale, measured on the same cases. Only cases with "
+                "both values count. The differences should be roughly normal; the two columns "
+                "need not be.",
+            .doNotClaim = {"Do not claim that what happened in between caused the change: without "
+                           "a comparison group it may be practice, time, or a return to the mean.",
+                           std::string(ResultText::notProofOfEqualMeans),
+                           "Do not generalise to the cases that dropped out before the second "
+                           "measurement."}};
+}
+
+}  // namespace sorvane

@@ -1,0 +1,268 @@
+#include "SorvaneMac/Screens/CompareMeans/RepeatedMeasures.h"
+
+#include <cmath>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/GroupCharts.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/VariableLists.h"
+
+namespace sorvane {
+
+namespace {
+
+using VariableLists::numericVariables;
+
+constexpr std::string_view caution =
+    "Within-subjects change is not proof of a causal effect without a controlled design; check "
+    "sphericity before interpreting.";
+
+Gate tooFewConditions() {
+    return {.title = "Pick two or more conditions",
+            .lead = "",
+            .text =
+                "Check one numeric column for each condition in the Setup panel. Every case is "
+                "measured once under each."};
+}
+
+Gate tooFewSubjects() {
+    return {.title = "Too few complete subjects",
+            .lead = "",
+            .text =
+                "Repeated-measures ANOVA needs at least two subjects with a complete value in "
+                "every condition. Take out a condition that few subjects have."};
+}
+
+Gate couldNotCompute(const RepeatedMeasuresRun& run) {
+    return {.title = "The repeated-measures ANOVA could not be computed",
+            .lead = "",
+            .text = run.result && !run.result->readiness.issues.empty()
+                        ? run.result->readiness.issues.back().message
+                        : tooFewSubjects().text};
+}
+
+/// The test as it is to be reported: uncorrected, or with Greenhouse and Geisser's degrees of
+/// freedom where sphericity is not assumed.
+struct ReportedTest {
+    double df1 = 0.0;
+    double df2 = 0.0;
+    double pValue = 1.0;
+};
+
+ReportedTest reportedTest(const RMANOVAResult& result) {
+    const double factor = result.sphericityAssumed ? 1.0 : result.greenhouseGeisserEpsilon;
+    return {.df1 = static_cast<double>(result.dfConditions) * factor,
+            .df2 = static_cast<double>(result.dfError) * factor,
+            .pValue = result.sphericityAssumed ? result.pValue : result.ggP};
+}
+
+std::string statisticName(const ReportedTest& test) {
+    return "F(" + ResultText::degreesOfFreedom(test.df1) + ", " +
+           ResultText::degreesOfFreedom(test.df2) + ")";
+}
+
+std::string sphericityFlag(const RMANOVAResult& result) {
+    return !std::isfinite(result.mauchlyP) ? "Not testable"
+           : result.sphericityAssumed      ? "Assumed"
+                                           : "Violated → use GG";
+}
+
+ReportTable conditionTable(const RMANOVAResult& result) {
+    ReportTable table;
+    table.title = "Conditions";
+    table.headers = {"Condition", "n", "M", "SD"};
+    for (std::size_t i = 0; i < result.conditionNames.size(); ++i) {
+        table.rows.push_back({result.conditionNames[i], ResultText::count(result.n),
+                              svFmt(result.conditionMeans[i], 2),
+                              svFmt(result.conditionSDs[i], 2)});
+    }
+    return table;
+}
+
+ReportTable sphericityTable(const RMANOVAResult& result) {
+    ReportTable table;
+    table.title = "Sphericity (Mauchly)";
+    table.headers = {"W", "Chi-square", "df", "p", "GG epsilon", "HF epsilon", "Sphericity"};
+    table.rows = {{svFmt(result.mauchlyW, 3), svFmt(result.mauchlyChiSquare, 2),
+                   ResultText::count(result.mauchlyDF), ResultText::pCell(result.mauchlyP),
+                   svFmt(result.greenhouseGeisserEpsilon, 3), svFmt(result.huynhFeldtEpsilon, 3),
+                   sphericityFlag(result)}};
+    return table;
+}
+
+ReportTable effectTable(const RMANOVAResult& result) {
+    ReportTable table;
+    table.title = "Within-subjects effect";
+    table.headers = {"Source", "SS", "df", "MS", "F", "p", "p (GG)", "p (HF)", "η²p"};
+    table.rows = {
+        {"Conditions", svFmt(result.ssConditions, 2), ResultText::count(result.dfConditions),
+         svFmt(result.msConditions, 2), svFmt(result.f, 2), ResultText::pCell(result.pValue),
+         ResultText::pCell(result.ggP), ResultText::pCell(result.hfP),
+         svFmt(result.partialEtaSquared, 3)},
+        {"Error", svFmt(result.ssError, 2), ResultText::count(result.dfError),
+         svFmt(result.msError, 2), "", "", "", "", ""}};
+    return table;
+}
+
+ReportTable pairTable(const RMANOVAResult& result) {
+    ReportTable table;
+    table.title = "Pairwise comparisons";
+    table.headers = {"Condition A", "Condition B", "Mean difference", "t",
+                     "df",          "p",           "p (Bonferroni)"};
+    for (const RMPairwise& pair : result.pairwise) {
+        table.rows.push_back({pair.conditionA, pair.conditionB, svFmt(pair.meanDifference, 2),
+                              svFmt(pair.t, 2), ResultText::degreesOfFreedom(pair.df),
+                              ResultText::pCell(pair.pValue), ResultText::pCell(pair.bonferroniP)});
+    }
+    return table;
+}
+
+std::string sphericityWords(const RMANOVAResult& result) {
+    if (result.sphericityAssumed) {
+        return "sphericity assumed.";
+    }
+    return std::string(std::isfinite(result.mauchlyP) ? "sphericity violated"
+                                                      : "sphericity not testable") +
+           ", Greenhouse-Geisser correction applied (epsilon = " +
+           svFmtBounded(result.greenhouseGeisserEpsilon, 2) + ").";
+}
+
+Finding finding(const RepeatedMeasuresRun& run) {
+    const RMANOVAResult& result = *run.result;
+    const ReportedTest test = reportedTest(result);
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames);
+    item.apaSummary = "A one-way repeated-measures ANOVA across " + ResultText::count(result.k) +
+                      " conditions (N = " + ResultText::count(result.n) + ") showed a " +
+                      std::string(ResultText::significanceWords(test.pValue)) +
+                      " within-subjects effect, " + statisticName(test) + " = " +
+                      svFmt(result.f, 2) + ", " + ResultText::pSentence(test.pValue) +
+                      ", η²p = " + svFmtBounded(result.partialEtaSquared, 2) + ", " +
+                      sphericityWords(result);
+    item.table = effectTable(result);
+    item.table->note =
+        "One-way within-subjects ANOVA. Mauchly's W = " + svFmtBounded(result.mauchlyW, 3) + ", " +
+        ResultText::pSentence(result.mauchlyP) + ".";
+    item.extraTables =
+        std::vector{conditionTable(result), sphericityTable(result), pairTable(result)};
+    item.caution = std::string(caution);
+    item.figureCaption = "Condition means with 95% confidence intervals.";
+    return {.item = std::move(item), .figure = run.charts.front()};
+}
+
+/// The values of the cases that have one in every condition.
+std::vector<NamedNumericGroup> completeConditions(const std::vector<NumericColumn>& columns,
+                                                  const std::vector<std::string>& names) {
+    std::vector<NamedNumericGroup> conditions;
+    for (const std::string& name : names) {
+        conditions.push_back({.name = name});
+    }
+    for (std::size_t row = 0; row < columns.front().size(); ++row) {
+        const bool isComplete =
+            std::all_of(columns.begin(), columns.end(),
+                        [row](const NumericColumn& column) { return column[row].has_value(); });
+        for (std::size_t i = 0; isComplete && i < columns.size(); ++i) {
+            conditions[i].values.push_back(*columns[i][row]);
+        }
+    }
+    return conditions;
+}
+
+}  // namespace
+
+std::string RepeatedMeasures::subtitle() const {
+    return std::string(displayName(InferentialTest::repeatedMeasures));
+}
+
+void RepeatedMeasures::addControls(SetupForm& form) {
+    using namespace FormControls;  // NOLINT(google-build-using-namespace)
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    form.controls.emplace_back(
+        withUnavailable(variableCheckList("Conditions", fields_.rmColumns, numeric),
+                        fields_.rmColumns.get(), numeric));
+}
+
+std::string RepeatedMeasures::runLabel() const {
+    return "Run repeated-measures ANOVA";
+}
+
+std::optional<Gate> RepeatedMeasures::gate() const {
+    const VariableLists::List numeric = numericVariables(state_.dataset());
+    if (std::optional<Gate> gone =
+            SelectionGates::goneColumn(fields_.rmColumns, numeric, "numeric columns")) {
+        return gone;
+    }
+    const std::vector<std::string> names = FormControls::chosen(fields_.rmColumns.get(), numeric);
+    if (names.size() < 2) {
+        return tooFewConditions();
+    }
+    if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+        return tooFewSubjects();
+    }
+    return std::nullopt;
+}
+
+std::string RepeatedMeasures::selection() const {
+    return ResultText::listed(
+        FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset())));
+}
+
+RepeatedMeasuresRun RepeatedMeasures::compute() {
+    const std::vector<std::string> names =
+        FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset()));
+    std::vector<NumericColumn> columns;
+    for (const std::string& name : names) {
+        columns.push_back(state_.dataset().numericColumn(name));
+    }
+    const std::vector<NamedNumericGroup> conditions = completeConditions(columns, names);
+    return {.result = RepeatedMeasuresANOVA::test(columns, names),
+            .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
+}
+
+void RepeatedMeasures::present(const RepeatedMeasuresRun& run, ScreenContent& content) const {
+    if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
+        content.gate = couldNotCompute(run);
+        return;
+    }
+    const RMANOVAResult& result = *run.result;
+    const ReportedTest test = reportedTest(result);
+    content.tiles = {{statisticName(test), svFmt(result.f, 2),
+                      result.sphericityAssumed ? "sphericity assumed" : "Greenhouse-Geisser"},
+                     {"p-value", ResultText::pTile(test.pValue),
+                      std::string(ResultText::significanceWords(test.pValue))},
+                     {"Mauchly's W", svFmtBounded(result.mauchlyW, 3), sphericityFlag(result)},
+                     {"Subjects", ResultText::count(result.n), "complete in every condition"}};
+    for (const ReportTable& table : {conditionTable(result), sphericityTable(result),
+                                     effectTable(result), pairTable(result)}) {
+        content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
+    }
+    ResultText::addCharts(content, run.charts);
+    std::vector<std::string> cautions = ResultText::messages(result.readiness);
+    cautions.emplace_back(caution);
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+    content.findings.push_back(finding(run));
+}
+
+Guide RepeatedMeasures::guide() const {
+    return {.answers =
+                "Whether the mean of the same cases differs between two or more conditions or "
+                "points in time.",
+            .needs =
+                "One numeric column for each condition, all on one scale, and cases that have a "
+                "value in every one of them. With three or more conditions the differences "
+                "between conditions should vary alike (sphericity); where they do not, a "
+                "corrected p-value is reported.",
+            .doNotClaim = {"Do not treat a change over time as an effect without a controlled "
+                           "design.",
+                           "Do not report the uncorrected p-value where sphericity is violated.",
+                           "Do not use items of one questionnaire as conditions only because they "
+                           "share a response scale."}};
+}
+
+}  // namespace sorvane
