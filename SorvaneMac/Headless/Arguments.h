@@ -107,6 +107,19 @@ struct Columns {
     }
 };
 
+/// Named groups of numbers.
+struct Groups {
+    std::string name = "groups";
+    std::vector<NamedNumericGroup> read(const CallArguments& call) const {
+        return call.namedGroups(name);
+    }
+    std::vector<ListedArgument> listed() const {
+        return {{name, "list of groups with name and values, or object of column and by", ""},
+                {"outcome", "column of numbers, in place of groups", ""},
+                {"group", "column of texts, in place of groups", ""}};
+    }
+};
+
 /// A matrix of one row per case, as columns: a list of rows, or of column names.
 struct Matrix {
     std::string name;

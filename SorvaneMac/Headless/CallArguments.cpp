@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "SorvaneCore/Analyses/Basics/GroupedRows.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane {
@@ -126,24 +127,70 @@ NumericColumn CallArguments::numericColumn(const std::string& name) const {
     return numericColumnOf(name, given(name));
 }
 
-std::vector<std::string> CallArguments::textColumn(const std::string& name) const {
-    const Json& json = given(name);
-    std::vector<std::string> cells;
+std::shared_ptr<const TextColumn> CallArguments::textColumnOf(const std::string& name,
+                                                              const Json& json) const {
     if (json.is_string()) {
-        const std::size_t index = columnIndex(name, json.get<std::string>());
-        const TextColumn& column = dataset_->rows.column(index);
-        for (std::size_t row = 0; row < column.size(); ++row) {
-            cells.emplace_back(column[row]);
-        }
-        return cells;
+        return dataset_->rows.sharedColumn(columnIndex(name, json.get<std::string>()));
     }
     if (!json.is_array()) {
         throw CallError("The argument \"" + name + "\" needs a column name or a list of cells.");
     }
+    std::vector<std::string> cells;
     for (const Json& cell : json) {
         cells.push_back(cellText(name, cell));
     }
+    return TextColumn::of(cells);
+}
+
+std::shared_ptr<const TextColumn> CallArguments::sharedTextColumn(const std::string& name) const {
+    return textColumnOf(name, given(name));
+}
+
+std::vector<std::string> CallArguments::textColumn(const std::string& name) const {
+    const std::shared_ptr<const TextColumn> column = sharedTextColumn(name);
+    std::vector<std::string> cells;
+    for (std::size_t row = 0; row < column->size(); ++row) {
+        cells.emplace_back((*column)[row]);
+    }
     return cells;
+}
+
+std::string CallArguments::columnName(const std::string& name) const {
+    const Json* json = find(name);
+    return json && json->is_string() ? json->get<std::string>() : std::string();
+}
+
+NamedNumericGroup CallArguments::groupOf(const std::string& name, const Json& json) const {
+    if (!json.is_object() || !json.contains("name") || !json.contains("values")) {
+        throw CallError("The argument \"" + name + "\" needs groups with a name and values.");
+    }
+    return {.name = cellText(name, json["name"]),
+            .values = numericColumnOf(name, json["values"]).present()};
+}
+
+std::vector<NamedNumericGroup> CallArguments::namedGroups(const std::string& name) const {
+    constexpr std::size_t fewestValues = 2;
+    const Json* json = find(name);
+    if (json && json->is_array()) {
+        std::vector<NamedNumericGroup> groups;
+        for (const Json& group : *json) {
+            groups.push_back(groupOf(name, group));
+        }
+        return groups;
+    }
+    if (json && !(json->is_object() && json->contains("column") && json->contains("by"))) {
+        throw CallError("The argument \"" + name +
+                        "\" needs a list of groups, or the names of a column and the column by "
+                        "which it is grouped.");
+    }
+    if (!json && !has("outcome")) {
+        given(name);
+    }
+    const Json& outcome = json ? (*json)["column"] : given("outcome");
+    const Json& group = json ? (*json)["by"] : given("group");
+    GroupedRows rows = GroupedRows::of(*textColumnOf(name, group), numericColumnOf(name, outcome));
+    rows.sortByLabel();
+    return rows.takeGroups(fewestValues);
 }
 
 std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SorvaneCore/Analyses/Basics/NamedNumericGroup.h"
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 #include "SorvaneCore/Project/RecordJson.h"
 
@@ -36,6 +38,15 @@ public:
     NumericColumn numericColumn(const std::string& name) const;
     /// A column of texts, likewise.
     std::vector<std::string> textColumn(const std::string& name) const;
+    /// The same, with its levels and codes.
+    std::shared_ptr<const TextColumn> sharedTextColumn(const std::string& name) const;
+    /// The name of a column that was given by its name; empty where its cells were given.
+    std::string columnName(const std::string& name) const;
+    /// Named groups of numbers: a list of groups with `name` and `values`, or an object that names
+    /// the `column` of values and the column `by` which they are grouped. Where it is not given,
+    /// "outcome" and "group" name these two. Groups of rows stand by label, and those of fewer
+    /// than two values are left out.
+    std::vector<NamedNumericGroup> namedGroups(const std::string& name) const;
     /// A list of columns; where it is not given, `namesKey` names columns of the table.
     std::vector<NumericColumn> numericColumns(const std::string& name,
                                               const std::string& namesKey) const;
@@ -92,6 +103,8 @@ private:
     const Json* find(const std::string& name) const;
     const Json& given(const std::string& name) const;
     NumericColumn numericColumnOf(const std::string& name, const Json& json) const;
+    std::shared_ptr<const TextColumn> textColumnOf(const std::string& name, const Json& json) const;
+    NamedNumericGroup groupOf(const std::string& name, const Json& json) const;
     std::size_t columnIndex(const std::string& name, const std::string& column) const;
 
     Json arguments_;

@@ -31,6 +31,7 @@ const Procedure* find(std::string_view name);
 std::vector<Procedure> numericsProcedures();
 std::vector<Procedure> datasetProcedures();
 std::vector<Procedure> analysesProcedures();
+std::vector<Procedure> groupComparisonProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.
 template <typename Function, typename... Arguments>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
@@ -29,6 +28,12 @@ struct GroupMoments {
     /// Of the groups that have at least `fewest` values, which is at least 1.
     static std::vector<GroupMoments> ofGroups(std::span<const NamedNumericGroup> groups,
                                               std::size_t fewest);
+
+    /// The number of values of all groups.
+    static double total(std::span<const GroupMoments> groups);
+    /// The sums of squares of the one-way table: n_i (mean_i - grand mean)^2, and within groups.
+    static double squaresBetween(std::span<const GroupMoments> groups);
+    static double squaresWithin(std::span<const GroupMoments> groups);
 };
 
 }  // namespace sorvane
