@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -118,6 +119,33 @@ struct Groups {
                 {"outcome", "column of numbers, in place of groups", ""},
                 {"group", "column of texts, in place of groups", ""}};
     }
+};
+
+/// A column of texts.
+struct Categories {
+    std::string name;
+    std::shared_ptr<const TextColumn> read(const CallArguments& call) const {
+        return call.codedColumn(name);
+    }
+    std::vector<ListedArgument> listed() const { return {{name, "column of texts"}}; }
+};
+
+/// Columns of texts, which a list of names may name too.
+struct CategoryColumns {
+    std::string name;
+    std::string namesKey;
+    std::vector<std::shared_ptr<const TextColumn>> read(const CallArguments& call) const {
+        return call.codedColumns(name, namesKey);
+    }
+    std::vector<ListedArgument> listed() const { return {{name, "list of columns of texts", ""}}; }
+};
+
+/// The name of such a column.
+struct ColumnName {
+    std::string name;
+    std::string columnKey;
+    std::string read(const CallArguments& call) const { return call.columnName(name, columnKey); }
+    std::vector<ListedArgument> listed() const { return {{name, "text", ""}}; }
 };
 
 /// A matrix of one row per case, as columns: a list of rows, or of column names.

@@ -80,6 +80,12 @@ bool CallArguments::has(const std::string& name) const {
     return arguments_.contains(name);
 }
 
+bool CallArguments::hasRows(const std::string& name) const {
+    const auto entry = arguments_.find(name);
+    return entry != arguments_.end() && entry->is_array() && !entry->empty() &&
+           entry->front().is_array();
+}
+
 const Json* CallArguments::find(const std::string& name) const {
     askedFor_.insert(name);
     const auto entry = arguments_.find(name);
@@ -127,8 +133,8 @@ NumericColumn CallArguments::numericColumn(const std::string& name) const {
     return numericColumnOf(name, given(name));
 }
 
-std::shared_ptr<const TextColumn> CallArguments::textColumnOf(const std::string& name,
-                                                              const Json& json) const {
+std::shared_ptr<const TextColumn> CallArguments::codedColumnOf(const std::string& name,
+                                                               const Json& json) const {
     if (json.is_string()) {
         return dataset_->rows.sharedColumn(columnIndex(name, json.get<std::string>()));
     }
@@ -136,28 +142,25 @@ std::shared_ptr<const TextColumn> CallArguments::textColumnOf(const std::string&
         throw CallError("The argument \"" + name + "\" needs a column name or a list of cells.");
     }
     std::vector<std::string> cells;
+    cells.reserve(json.size());
     for (const Json& cell : json) {
         cells.push_back(cellText(name, cell));
     }
     return TextColumn::of(cells);
 }
 
-std::shared_ptr<const TextColumn> CallArguments::sharedTextColumn(const std::string& name) const {
-    return textColumnOf(name, given(name));
+std::shared_ptr<const TextColumn> CallArguments::codedColumn(const std::string& name) const {
+    return codedColumnOf(name, given(name));
 }
 
 std::vector<std::string> CallArguments::textColumn(const std::string& name) const {
-    const std::shared_ptr<const TextColumn> column = sharedTextColumn(name);
+    const std::shared_ptr<const TextColumn> column = codedColumn(name);
     std::vector<std::string> cells;
+    cells.reserve(column->size());
     for (std::size_t row = 0; row < column->size(); ++row) {
         cells.emplace_back((*column)[row]);
     }
     return cells;
-}
-
-std::string CallArguments::columnName(const std::string& name) const {
-    const Json* json = find(name);
-    return json && json->is_string() ? json->get<std::string>() : std::string();
 }
 
 NamedNumericGroup CallArguments::groupOf(const std::string& name, const Json& json) const {
@@ -188,13 +191,13 @@ std::vector<NamedNumericGroup> CallArguments::namedGroups(const std::string& nam
     }
     const Json& outcome = json ? (*json)["column"] : given("outcome");
     const Json& group = json ? (*json)["by"] : given("group");
-    GroupedRows rows = GroupedRows::of(*textColumnOf(name, group), numericColumnOf(name, outcome));
+    GroupedRows rows = GroupedRows::of(*codedColumnOf(name, group), numericColumnOf(name, outcome));
     rows.sortByLabel();
     return rows.takeGroups(fewestValues);
 }
 
-std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,
-                                                         const std::string& namesKey) const {
+const Json& CallArguments::givenColumns(const std::string& name,
+                                        const std::string& namesKey) const {
     const Json* json = find(name);
     const Json* names = json ? json : find(namesKey);
     const Json& columns = names ? *names : given(name);
@@ -202,22 +205,35 @@ std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name
         throw CallError("The argument \"" + (json ? name : namesKey) +
                         "\" needs a list of columns.");
     }
+    return columns;
+}
+
+std::vector<std::shared_ptr<const TextColumn>> CallArguments::codedColumns(
+    const std::string& name, const std::string& namesKey) const {
+    std::vector<std::shared_ptr<const TextColumn>> result;
+    for (const Json& column : givenColumns(name, namesKey)) {
+        result.push_back(codedColumnOf(has(name) ? name : namesKey, column));
+    }
+    return result;
+}
+
+std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,
+                                                         const std::string& namesKey) const {
     std::vector<NumericColumn> result;
-    for (const Json& column : columns) {
-        result.push_back(numericColumnOf(json ? name : namesKey, column));
+    for (const Json& column : givenColumns(name, namesKey)) {
+        result.push_back(numericColumnOf(has(name) ? name : namesKey, column));
     }
     return result;
 }
 
 std::vector<NumericColumn> CallArguments::matrixColumns(const std::string& name,
                                                         const std::string& namesKey) const {
-    const Json* json = find(name);
-    const bool hasRows = json && json->is_array() && !json->empty() && json->front().is_array();
-    if (!hasRows) {
+    if (!hasRows(name)) {
         return numericColumns(name, namesKey);
     }
-    std::vector<std::vector<std::optional<double>>> columns(json->front().size());
-    for (const Json& row : *json) {
+    const Json& json = given(name);
+    std::vector<std::vector<std::optional<double>>> columns(json.front().size());
+    for (const Json& row : json) {
         if (!row.is_array() || row.size() != columns.size()) {
             throw CallError("The argument \"" + name + "\" needs rows of one length.");
         }
@@ -246,6 +262,18 @@ std::vector<std::string> CallArguments::columnNames(const std::string& name,
                                            : "Column " + NumberText::integer(position));
     }
     return names;
+}
+
+std::string CallArguments::columnName(const std::string& name, const std::string& columnKey) const {
+    if (find(name)) {
+        return required<std::string>(name);
+    }
+    const Json& column = given(columnKey);
+    return column.is_string() ? column.get<std::string>() : std::string();
+}
+
+std::string CallArguments::cell(const std::string& name) const {
+    return cellText(name, given(name));
 }
 
 void CallArguments::expectNoOthers() const {

@@ -33,15 +33,18 @@ public:
     CallArguments(Json arguments, std::optional<ImportedDataset> dataset);
 
     bool has(const std::string& name) const;
+    /// Whether it is a list whose first entry is a list: a matrix by rows, not by column names.
+    bool hasRows(const std::string& name) const;
 
     /// A column of numbers: the name of a column of the table, or a list of cells.
     NumericColumn numericColumn(const std::string& name) const;
     /// A column of texts, likewise.
     std::vector<std::string> textColumn(const std::string& name) const;
-    /// The same, with its levels and codes.
-    std::shared_ptr<const TextColumn> sharedTextColumn(const std::string& name) const;
-    /// The name of a column that was given by its name; empty where its cells were given.
-    std::string columnName(const std::string& name) const;
+    /// The same with the codes of its levels.
+    std::shared_ptr<const TextColumn> codedColumn(const std::string& name) const;
+    /// A list of such columns; where it is not given, `namesKey` names columns of the table.
+    std::vector<std::shared_ptr<const TextColumn>> codedColumns(const std::string& name,
+                                                                const std::string& namesKey) const;
     /// Named groups of numbers: a list of groups with `name` and `values`, or an object that names
     /// the `column` of values and the column `by` which they are grouped. Where it is not given,
     /// "outcome" and "group" name these two. Groups of rows stand by label, and those of fewer
@@ -58,6 +61,11 @@ public:
     /// A list of names; where it is not given, the names of the columns of `columnsKey`.
     std::vector<std::string> columnNames(const std::string& name,
                                          const std::string& columnsKey) const;
+
+    /// A name; where it is not given, that of the column of `columnKey`, empty for a list of cells.
+    std::string columnName(const std::string& name, const std::string& columnKey) const;
+    /// The text of a cell, which may be given as a number.
+    std::string cell(const std::string& name) const;
 
     /// A setting that must be given.
     template <typename T>
@@ -102,8 +110,11 @@ private:
 
     const Json* find(const std::string& name) const;
     const Json& given(const std::string& name) const;
+    /// The list of columns of `name`, or of `namesKey` where that is not given.
+    const Json& givenColumns(const std::string& name, const std::string& namesKey) const;
     NumericColumn numericColumnOf(const std::string& name, const Json& json) const;
-    std::shared_ptr<const TextColumn> textColumnOf(const std::string& name, const Json& json) const;
+    std::shared_ptr<const TextColumn> codedColumnOf(const std::string& name,
+                                                    const Json& json) const;
     NamedNumericGroup groupOf(const std::string& name, const Json& json) const;
     std::size_t columnIndex(const std::string& name, const std::string& column) const;
 

@@ -30,10 +30,10 @@ struct ComparedColumnsArgument {
     ComparedColumns read(const CallArguments& call) const {
         const std::string outcome = call.has("outcome") ? "outcome" : "outcomeValues";
         const std::string group = call.has("group") ? "group" : "groupValues";
-        return {.groups = call.sharedTextColumn(group),
+        return {.groups = call.codedColumn(group),
                 .outcomes = call.numericColumn(outcome),
-                .groupName = call.setting("groupName", call.columnName(group)),
-                .outcomeName = call.setting("outcomeName", call.columnName(outcome))};
+                .groupName = call.columnName("groupName", group),
+                .outcomeName = call.columnName("outcomeName", outcome)};
     }
     std::vector<ListedArgument> listed() const {
         return {{"outcomeValues", "column of numbers"},

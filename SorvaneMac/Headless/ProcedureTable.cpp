@@ -8,7 +8,8 @@ const std::vector<Procedure>& all() {
     static const std::vector<Procedure> table = [] {
         std::vector<Procedure> procedures;
         for (std::vector<Procedure> room : {numericsProcedures(), datasetProcedures(),
-                                            analysesProcedures(), groupComparisonProcedures()}) {
+                                            analysesProcedures(), groupComparisonProcedures(),
+                                            rankAndTableProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

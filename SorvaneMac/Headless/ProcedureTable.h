@@ -32,6 +32,7 @@ std::vector<Procedure> numericsProcedures();
 std::vector<Procedure> datasetProcedures();
 std::vector<Procedure> analysesProcedures();
 std::vector<Procedure> groupComparisonProcedures();
+std::vector<Procedure> rankAndTableProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.
 template <typename Function, typename... Arguments>

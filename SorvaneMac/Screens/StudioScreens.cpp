@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/StudioScreens.h"
 
+#include <nlohmann/json.hpp>
+
 #include "SorvaneMac/Screens/CategoricalTestsScreen.h"
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/CorrelationScreen.h"
@@ -77,6 +79,16 @@ const ScreenContent& StudioScreens::content(StudioScreen id) {
         kept.reads = state_.fields.recordReads([&] { kept.content = at(id).content(); });
     }
     return kept.content;
+}
+
+void StudioScreens::follow(const ScreenLink& link) {
+    for (const auto& [name, value] : link.settings) {
+        state_.fields.find(name)->setJson(Json::parse(value));
+    }
+    state_.selection.set(link.screen);
+    if (link.runs) {
+        at(link.screen).run();
+    }
 }
 
 }  // namespace sorvane

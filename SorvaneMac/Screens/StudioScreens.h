@@ -21,6 +21,10 @@ public:
     /// What the screen shows, put together anew only after a field changed that it reads.
     const ScreenContent& content(StudioScreen id);
 
+    /// Goes where a card's link leads: sets its fields, brings its screen into view, and runs it
+    /// where the link says so.
+    void follow(const ScreenLink& link);
+
     ScreenFields fields;
 
 private:

@@ -5,7 +5,7 @@
 namespace sorvane {
 
 ContentPage::ContentPage(StudioScreen screen, Workspace& workspace)
-    : screen_(screen), workspace_(workspace), view_(new ContentView(workspace.state)) {
+    : screen_(screen), workspace_(workspace), view_(new ContentView(workspace)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(view_);

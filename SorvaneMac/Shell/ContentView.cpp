@@ -52,8 +52,9 @@ QWidget* gateCard(const Gate& gate) {
 
 }  // namespace
 
-ContentView::ContentView(StudioState& state)
-    : state_(state),
+ContentView::ContentView(Workspace& workspace)
+    : state_(workspace.state),
+      screens_(workspace.screens),
       scroll_(new QScrollArea),
       title_(Labels::text("", "pageTitle")),
       subtitle_(Labels::text("", "quiet")),
@@ -152,7 +153,7 @@ void ContentView::showCards() {
         });
         CardView* view =
             same == former.end()
-                ? new CardView(card, [this](StudioScreen screen) { state_.selection.set(screen); })
+                ? new CardView(card, [this](const ScreenLink& link) { screens_.follow(link); })
                 : std::exchange(same->second, nullptr);
         flow_->addWidget(view);
         view->show();

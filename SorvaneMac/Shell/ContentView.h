@@ -16,15 +16,17 @@ namespace sorvane {
 class ActionRow;
 class CardView;
 class FlowLayout;
+class StudioScreens;
 class StudioState;
 class TileStrip;
+struct Workspace;
 
 /// Draws what a screen shows: title, gate or tiles, cards, and the action rows below them.
 ///
 /// A card that has not changed keeps its widgets, and the page keeps its place.
 class ContentView final : public QWidget {
 public:
-    explicit ContentView(StudioState& state);
+    explicit ContentView(Workspace& workspace);
     ~ContentView() override;
 
     void show(const ScreenContent& content);
@@ -44,6 +46,7 @@ private:
     void showActions();
 
     StudioState& state_;
+    StudioScreens& screens_;
     ScreenContent content_;
     QScrollArea* scroll_;
     QVBoxLayout* page_;

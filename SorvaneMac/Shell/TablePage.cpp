@@ -15,7 +15,7 @@ namespace sorvane {
 TablePage::TablePage(StudioScreen screen, Workspace& workspace)
     : screen_(screen),
       workspace_(workspace),
-      empty_(new ContentView(workspace.state)),
+      empty_(new ContentView(workspace)),
       title_(Labels::text("", "pageTitle")),
       subtitle_(Labels::text("", "quiet")),
       tiles_(new TileStrip),
