@@ -7,9 +7,9 @@ namespace sorvane::ProcedureTable {
 const std::vector<Procedure>& all() {
     static const std::vector<Procedure> table = [] {
         std::vector<Procedure> procedures;
-        for (std::vector<Procedure> room : {numericsProcedures(), datasetProcedures(),
-                                            analysesProcedures(), groupComparisonProcedures(),
-                                            rankAndTableProcedures()}) {
+        for (std::vector<Procedure> room :
+             {numericsProcedures(), datasetProcedures(), analysesProcedures(),
+              groupComparisonProcedures(), rankAndTableProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

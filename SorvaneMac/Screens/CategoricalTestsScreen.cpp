@@ -1,8 +1,8 @@
 #include "SorvaneMac/Screens/CategoricalTestsScreen.h"
 
-#include "SorvaneMac/Screens/CategoryTableGates.h"
 #include "SorvaneMac/Screens/FormControls.h"
-#include "SorvaneMac/Screens/NonparametricScreen.h"
+#include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"

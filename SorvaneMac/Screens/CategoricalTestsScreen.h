@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 #include "SorvaneMac/Screens/PlannedScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 

@@ -34,6 +34,10 @@ std::string pTile(double p) {
     return std::isfinite(p) ? NumberText::pValue(p) : "--";
 }
 
+Tile pValueTile(double p) {
+    return {"p-value", pTile(p), std::string(significanceWords(p))};
+}
+
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }

@@ -17,6 +17,8 @@ std::string pCell(double p);
 std::string starredPCell(double p);
 /// The p-value of a tile, without the zero that a table drops by itself.
 std::string pTile(double p);
+/// The tile of a p-value, with the words of its significance.
+Tile pValueTile(double p);
 /// A count in plain digits.
 std::string count(std::int64_t value);
 /// Degrees of freedom: whole ones without decimals, others with two.

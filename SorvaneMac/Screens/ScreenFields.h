@@ -11,7 +11,7 @@
 #include "SorvaneMac/Screens/MediationFields.h"
 #include "SorvaneMac/Screens/MultilevelFields.h"
 #include "SorvaneMac/Screens/MultivariateFields.h"
-#include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 #include "SorvaneMac/Screens/PrepareDataFields.h"
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/StructuralFields.h"

@@ -19,7 +19,7 @@
 #include "SorvaneMac/Screens/MediationScreen.h"
 #include "SorvaneMac/Screens/MultilevelScreen.h"
 #include "SorvaneMac/Screens/MultivariateScreen.h"
-#include "SorvaneMac/Screens/NonparametricScreen.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"
 #include "SorvaneMac/Screens/PrepareDataScreen.h"
 #include "SorvaneMac/Screens/Regression/RegressionScreen.h"

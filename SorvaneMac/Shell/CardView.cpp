@@ -173,12 +173,11 @@ void CardView::addLinks(const std::vector<ScreenLink>& links) {
     for (const ScreenLink& link : links) {
         // A single ampersand would underline what follows it.
         const QString label = qtText(link.label);
-        QPushButton* button =
-            Buttons::make(QString(label).replace('&', "&&"), [this, link] {
-                if (open_) {
-                    open_(link);
-                }
-            });
+        QPushButton* button = Buttons::make(QString(label).replace('&', "&&"), [this, link] {
+            if (open_) {
+                open_(link);
+            }
+        });
         button->setAccessibleName(label);
         row->addWidget(button);
     }

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/Shell/ActionRow.h"
 #include "SorvaneMac/Shell/CardView.h"
 #include "SorvaneMac/Shell/FlowLayout.h"
@@ -13,7 +14,7 @@
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
 #include "SorvaneMac/Shell/TileStrip.h"
-#include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/Shell/Workspace.h"
 
 namespace sorvane {
 

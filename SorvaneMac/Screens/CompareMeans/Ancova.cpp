@@ -9,6 +9,7 @@
 #include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/Screens/TestReport.h"
 
 namespace sorvane {
 
@@ -92,27 +93,31 @@ Chart meansChart(const AncovaRun& run) {
     return chart;
 }
 
-Finding finding(const AncovaRun& run) {
+std::string sentence(const AncovaRun& run) {
     const ANCOVAResult& result = *run.result;
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
-    item.apaSummary =
-        "An ANCOVA compared " + run.outcome + " across " + result.groupFactorName + " with " +
-        ResultText::listed(run.covariates) + " held constant (N = " + ResultText::count(result.n) +
-        "). The adjusted group effect was " +
-        std::string(ResultText::significanceWords(result.groupPValue)) + ", " + groupTest(result) +
-        ", partial η² = " + svFmtBounded(result.partialEtaSquared, 2) + ".";
-    item.table = meanTable(result);
-    item.table->note =
-        "M is the unadjusted mean; M adj is the covariate-adjusted (estimated marginal) mean. "
-        "Group effect: " +
-        groupTest(result) + ", partial eta-squared = " + svFmtBounded(result.partialEtaSquared, 3) +
-        ".";
-    item.extraTables = std::vector{groupTable(result), covariateTable(result)};
-    item.caution = std::string(caution);
-    item.figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".";
-    return {.item = std::move(item), .figure = run.charts.front()};
+    return "An ANCOVA compared " + run.outcome + " across " + result.groupFactorName + " with " +
+           ResultText::listed(run.covariates) +
+           " held constant (N = " + ResultText::count(result.n) +
+           "). The adjusted group effect was " +
+           std::string(ResultText::significanceWords(result.groupPValue)) + ", " +
+           groupTest(result) + ", partial η² = " + svFmtBounded(result.partialEtaSquared, 2) + ".";
+}
+
+std::string note(const ANCOVAResult& result) {
+    return "M is the unadjusted mean; M adj is the covariate-adjusted (estimated marginal) mean. "
+           "Group effect: " +
+           groupTest(result) +
+           ", partial eta-squared = " + svFmtBounded(result.partialEtaSquared, 3) + ".";
+}
+
+std::vector<Tile> tiles(const ANCOVAResult& result) {
+    return {{"F(" + ResultText::count(result.groupDFNumerator) + ", " +
+                 ResultText::count(result.groupDFDenominator) + ")",
+             svFmt(result.groupF, 2), "adjusted group effect"},
+            {"p-value", ResultText::pTile(result.groupPValue),
+             std::string(ResultText::significanceWords(result.groupPValue))},
+            {"Partial η²", svFmtBounded(result.partialEtaSquared, 3), ""},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
 }
 
 }  // namespace
@@ -192,23 +197,16 @@ void Ancova::present(const AncovaRun& run, ScreenContent& content) const {
     }
     const ANCOVAResult& result = *run.result;
     content.subtitle = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
-    content.tiles = {{"F(" + ResultText::count(result.groupDFNumerator) + ", " +
-                          ResultText::count(result.groupDFDenominator) + ")",
-                      svFmt(result.groupF, 2), "adjusted group effect"},
-                     {"p-value", ResultText::pTile(result.groupPValue),
-                      std::string(ResultText::significanceWords(result.groupPValue))},
-                     {"Partial η²", svFmtBounded(result.partialEtaSquared, 3), ""},
-                     {"Cases used", ResultText::count(result.n), "complete on all variables"}};
-    for (const ReportTable& table :
-         {meanTable(result), groupTable(result), covariateTable(result)}) {
-        content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
-    }
-    ResultText::addCharts(content, run.charts);
-    std::vector<std::string> cautions = ResultText::messages(result.readiness);
-    cautions.emplace_back(caution);
-    content.cards.push_back(
-        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
-    content.findings.push_back(finding(run));
+    addReport({.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName,
+               .sentence = sentence(run),
+               .tiles = tiles(result),
+               .tables = {meanTable(result), groupTable(result), covariateTable(result)},
+               .note = note(result),
+               .charts = run.charts,
+               .figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".",
+               .caution = std::string(caution),
+               .warnings = ResultText::messages(result.readiness)},
+              content);
 }
 
 Guide Ancova::guide() const {

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/CompareMeans/FactorialAnova.h"
 
+#include <algorithm>
+#include <limits>
 #include <map>
 
 #include "SorvaneCore/Dataset/MissingValue.h"
@@ -7,6 +9,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/Screens/TestReport.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -123,7 +126,6 @@ ReportTable effectTable(const FactorialANOVAResult& result) {
     table.rows.push_back(
         {"Error", svFmt(result.meanSquareError * static_cast<double>(result.dfError), 2),
          ResultText::count(result.dfError), svFmt(result.meanSquareError, 2), "", "", ""});
-    table.note = "SS is the Type III sum of squares; η²p is partial eta-squared.";
     return table;
 }
 
@@ -153,25 +155,23 @@ std::string design(const FactorialANOVAResult& result) {
     return text;
 }
 
-Finding finding(const FactorialRun& run) {
+std::string sentence(const FactorialRun& run) {
     const FactorialANOVAResult& result = *run.result;
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = "Factorial ANOVA: " + run.outcome + " by " + design(result);
-    item.apaSummary = "A " + design(result) + " factorial ANOVA of " + run.outcome +
-                      " (N = " + ResultText::count(result.n) + ") tested each effect with every " +
-                      "other term in the model.";
+    std::string text = "A " + design(result) + " factorial ANOVA of " + run.outcome +
+                       " (N = " + ResultText::count(result.n) +
+                       ") tested each effect with every other term in the model.";
     for (const FactorialANOVAEffect& effect : result.effects) {
-        item.apaSummary += " The effect of " + effectWords(effect, result.dfError) + ".";
+        text += " The effect of " + effectWords(effect, result.dfError) + ".";
     }
-    item.table = effectTable(result);
-    for (const std::string& message : ResultText::messages(result.readiness)) {
-        *item.table->note += " " + message;
-    }
-    item.extraTables = std::vector{cellTable(run)};
-    item.caution = std::string(caution);
-    item.figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".";
-    return {.item = std::move(item), .figure = run.charts.front()};
+    return text;
+}
+
+std::vector<Tile> tiles(const FactorialRun& run) {
+    const FactorialANOVAResult& result = *run.result;
+    return {{"Cases used", ResultText::count(result.n), "complete on all variables"},
+            {"Cells", ResultText::count(static_cast<std::int64_t>(run.cells.size())),
+             result.isBalanced ? "all of one size" : "of different sizes"},
+            {"Error df", ResultText::count(result.dfError), ""}};
 }
 
 }  // namespace
@@ -245,19 +245,16 @@ void FactorialAnova::present(const FactorialRun& run, ScreenContent& content) co
     }
     const FactorialANOVAResult& result = *run.result;
     content.subtitle = "Factorial ANOVA: " + run.outcome + " by " + design(result);
-    content.tiles = {{"Cases used", ResultText::count(result.n), "complete on all variables"},
-                     {"Cells", ResultText::count(static_cast<std::int64_t>(run.cells.size())),
-                      result.isBalanced ? "all of one size" : "of different sizes"},
-                     {"Error df", ResultText::count(result.dfError), ""}};
-    content.cards.push_back(
-        {.title = "Tests of effects (Type III)", .tables = {effectTable(result)}, .wide = true});
-    content.cards.push_back({.title = "Cell statistics", .tables = {cellTable(run)}});
-    ResultText::addCharts(content, run.charts);
-    std::vector<std::string> cautions = ResultText::messages(result.readiness);
-    cautions.emplace_back(caution);
-    content.cards.push_back(
-        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
-    content.findings.push_back(finding(run));
+    addReport({.title = "Factorial ANOVA: " + run.outcome + " by " + design(result),
+               .sentence = sentence(run),
+               .tiles = tiles(run),
+               .tables = {effectTable(result), cellTable(run)},
+               .note = "SS is the Type III sum of squares; η²p is partial eta-squared.",
+               .charts = run.charts,
+               .figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".",
+               .caution = std::string(caution),
+               .warnings = ResultText::messages(result.readiness)},
+              content);
 }
 
 Guide FactorialAnova::guide() const {

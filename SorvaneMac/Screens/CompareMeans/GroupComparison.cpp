@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cmath>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
@@ -20,26 +20,22 @@ constexpr std::string_view caution = "A group difference is association, not cau
 
 GroupSummary totalOf(const GroupComparisonAnalysisResult& result) {
     GroupSummary total{.groupLabel = "Total"};
+    std::vector<double> values;
     for (const GroupSummary& group : result.groupSummaries) {
-        total.validValues.insert(total.validValues.end(), group.validValues.begin(),
-                                 group.validValues.end());
+        values.insert(values.end(), group.validValues.begin(), group.validValues.end());
         total.missingN += group.missingN;
     }
-    NumericColumn values;
-    values.reserve(total.validValues.size());
-    for (const double value : total.validValues) {
-        values.push_back(value);
+    total.n = static_cast<std::int64_t>(values.size());
+    total.mean = DescriptiveStatistics::mean(values);
+    total.standardDeviation = DescriptiveStatistics::standardDeviation(values);
+    total.standardError = DescriptiveStatistics::standardError(values);
+    if (const auto interval = DescriptiveStatistics::confidenceIntervalForMean(values)) {
+        total.confidenceIntervalLower = interval->lower;
+        total.confidenceIntervalUpper = interval->upper;
     }
-    const DescriptiveSummary summary = DescriptiveStatistics::summary(values);
-    total.n = summary.validN;
-    total.mean = summary.mean;
-    total.standardDeviation = summary.standardDeviation;
-    total.standardError = summary.standardError;
-    total.confidenceIntervalLower = summary.confidenceIntervalLower;
-    total.confidenceIntervalUpper = summary.confidenceIntervalUpper;
-    total.minimum = summary.minimum;
-    total.maximum = summary.maximum;
-    total.validValues.clear();
+    const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
+    total.minimum = *least;
+    total.maximum = *greatest;
     return total;
 }
 

@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/CompareMeans/PairedTTest.h"
 
 #include <array>
-#include <cmath>
+#include <span>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
@@ -12,6 +12,7 @@
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -54,25 +55,12 @@ Gate noSpread(const PairedTTestRun& run) {
                 "with. Choose other measurements."};
 }
 
-/// The values of the cases that have both.
-struct Pairs {
-    std::vector<double> before;
-    std::vector<double> after;
-    std::vector<double> differences;
-};
-
-Pairs completePairs(const NumericColumn& before, const NumericColumn& after) {
-    Pairs pairs;
-    for (std::size_t row = 0; row < std::min(before.size(), after.size()); ++row) {
-        const std::optional<double> first = before[row];
-        const std::optional<double> second = after[row];
-        if (first && second) {
-            pairs.before.push_back(*first);
-            pairs.after.push_back(*second);
-            pairs.differences.push_back(*first - *second);
-        }
+std::vector<double> differences(std::span<const double> before, std::span<const double> after) {
+    std::vector<double> result;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        result.push_back(before[i] - after[i]);
     }
-    return pairs;
+    return result;
 }
 
 ReportTable measurementTable(const PairedTTestRun& run) {
@@ -158,22 +146,20 @@ std::string PairedTTest::selection() const {
 }
 
 PairedTTestRun PairedTTest::compute() {
-    const std::string before = fields_.cmPairBefore->name;
-    const std::string after = fields_.cmPairAfter->name;
-    const Pairs pairs = completePairs(state_.dataset().numericColumn(before),
-                                      state_.dataset().numericColumn(after));
-    PairedTTestRun run{.before = SampleFigures::of(before, pairs.before),
-                       .after = SampleFigures::of(after, pairs.after)};
-    run.result = GroupComparisonTests::pairedSamplesTTest(pairs.before, pairs.after);
+    const std::vector<NamedNumericGroup> measurements =
+        completeColumns(state_.dataset(), {fields_.cmPairBefore->name, fields_.cmPairAfter->name});
+    const NamedNumericGroup& before = measurements[0];
+    const NamedNumericGroup& after = measurements[1];
+    const std::vector<double> changes = differences(before.values, after.values);
+    PairedTTestRun run{.before = SampleFigures::of(before.name, before.values),
+                       .after = SampleFigures::of(after.name, after.values)};
+    run.result = GroupComparisonTests::pairedSamplesTTest(before.values, after.values);
     if (run.result) {
-        const double error = SampleFigures::of("", pairs.differences).standardError.value_or(0.0);
+        const double error = SampleFigures::of("", changes).standardError.value_or(0.0);
         run.interval = DifferenceInterval::of(*run.result, error, fields_.cmConfidence.get());
         run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.before.n, std::nullopt);
     }
-    run.assumptions = AssumptionAudit::pairedAudit(pairs.differences);
-    const std::array<NamedNumericGroup, 2> measurements = {
-        NamedNumericGroup{.name = before, .values = pairs.before},
-        NamedNumericGroup{.name = after, .values = pairs.after}};
+    run.assumptions = AssumptionAudit::pairedAudit(changes);
     run.charts = {GroupCharts::profile(measurements), GroupCharts::boxes(measurements, "Value")};
     fields_.cmAssumptionFindings.replace(run.assumptions);
     return run;

@@ -7,8 +7,10 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/Screens/TestReport.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -131,46 +133,24 @@ std::string sphericityWords(const RMANOVAResult& result) {
            svFmtBounded(result.greenhouseGeisserEpsilon, 2) + ").";
 }
 
-Finding finding(const RepeatedMeasuresRun& run) {
-    const RMANOVAResult& result = *run.result;
+std::string sentence(const RMANOVAResult& result) {
     const ReportedTest test = reportedTest(result);
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames);
-    item.apaSummary = "A one-way repeated-measures ANOVA across " + ResultText::count(result.k) +
-                      " conditions (N = " + ResultText::count(result.n) + ") showed a " +
-                      std::string(ResultText::significanceWords(test.pValue)) +
-                      " within-subjects effect, " + statisticName(test) + " = " +
-                      svFmt(result.f, 2) + ", " + ResultText::pSentence(test.pValue) +
-                      ", η²p = " + svFmtBounded(result.partialEtaSquared, 2) + ", " +
-                      sphericityWords(result);
-    item.table = effectTable(result);
-    item.table->note =
-        "One-way within-subjects ANOVA. Mauchly's W = " + svFmtBounded(result.mauchlyW, 3) + ", " +
-        ResultText::pSentence(result.mauchlyP) + ".";
-    item.extraTables =
-        std::vector{conditionTable(result), sphericityTable(result), pairTable(result)};
-    item.caution = std::string(caution);
-    item.figureCaption = "Condition means with 95% confidence intervals.";
-    return {.item = std::move(item), .figure = run.charts.front()};
+    return "A one-way repeated-measures ANOVA across " + ResultText::count(result.k) +
+           " conditions (N = " + ResultText::count(result.n) + ") showed a " +
+           std::string(ResultText::significanceWords(test.pValue)) + " within-subjects effect, " +
+           statisticName(test) + " = " + svFmt(result.f, 2) + ", " +
+           ResultText::pSentence(test.pValue) +
+           ", η²p = " + svFmtBounded(result.partialEtaSquared, 2) + ", " + sphericityWords(result);
 }
 
-/// The values of the cases that have one in every condition.
-std::vector<NamedNumericGroup> completeConditions(const std::vector<NumericColumn>& columns,
-                                                  const std::vector<std::string>& names) {
-    std::vector<NamedNumericGroup> conditions;
-    for (const std::string& name : names) {
-        conditions.push_back({.name = name});
-    }
-    for (std::size_t row = 0; row < columns.front().size(); ++row) {
-        const bool isComplete =
-            std::all_of(columns.begin(), columns.end(),
-                        [row](const NumericColumn& column) { return column[row].has_value(); });
-        for (std::size_t i = 0; isComplete && i < columns.size(); ++i) {
-            conditions[i].values.push_back(*columns[i][row]);
-        }
-    }
-    return conditions;
+std::vector<Tile> tiles(const RMANOVAResult& result) {
+    const ReportedTest test = reportedTest(result);
+    return {{statisticName(test), svFmt(result.f, 2),
+             result.sphericityAssumed ? "sphericity assumed" : "Greenhouse-Geisser"},
+            {"p-value", ResultText::pTile(test.pValue),
+             std::string(ResultText::significanceWords(test.pValue))},
+            {"Mauchly's W", svFmtBounded(result.mauchlyW, 3), sphericityFlag(result)},
+            {"Subjects", ResultText::count(result.n), "complete in every condition"}};
 }
 
 }  // namespace
@@ -219,7 +199,7 @@ RepeatedMeasuresRun RepeatedMeasures::compute() {
     for (const std::string& name : names) {
         columns.push_back(state_.dataset().numericColumn(name));
     }
-    const std::vector<NamedNumericGroup> conditions = completeConditions(columns, names);
+    const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
     return {.result = RepeatedMeasuresANOVA::test(columns, names),
             .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
 }
@@ -230,23 +210,19 @@ void RepeatedMeasures::present(const RepeatedMeasuresRun& run, ScreenContent& co
         return;
     }
     const RMANOVAResult& result = *run.result;
-    const ReportedTest test = reportedTest(result);
-    content.tiles = {{statisticName(test), svFmt(result.f, 2),
-                      result.sphericityAssumed ? "sphericity assumed" : "Greenhouse-Geisser"},
-                     {"p-value", ResultText::pTile(test.pValue),
-                      std::string(ResultText::significanceWords(test.pValue))},
-                     {"Mauchly's W", svFmtBounded(result.mauchlyW, 3), sphericityFlag(result)},
-                     {"Subjects", ResultText::count(result.n), "complete in every condition"}};
-    for (const ReportTable& table : {conditionTable(result), sphericityTable(result),
-                                     effectTable(result), pairTable(result)}) {
-        content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
-    }
-    ResultText::addCharts(content, run.charts);
-    std::vector<std::string> cautions = ResultText::messages(result.readiness);
-    cautions.emplace_back(caution);
-    content.cards.push_back(
-        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
-    content.findings.push_back(finding(run));
+    addReport({.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames),
+               .sentence = sentence(result),
+               .tiles = tiles(result),
+               .tables = {effectTable(result), conditionTable(result), sphericityTable(result),
+                          pairTable(result)},
+               .note = "One-way within-subjects ANOVA. Mauchly's W = " +
+                       svFmtBounded(result.mauchlyW, 3) + ", " +
+                       ResultText::pSentence(result.mauchlyP) + ".",
+               .charts = run.charts,
+               .figureCaption = "Condition means with 95% confidence intervals.",
+               .caution = std::string(caution),
+               .warnings = ResultText::messages(result.readiness)},
+              content);
 }
 
 Guide RepeatedMeasures::guide() const {

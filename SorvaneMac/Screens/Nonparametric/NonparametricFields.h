@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "SorvaneMac/Screens/Nonparametric/NonparametricRuns.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -31,7 +32,7 @@ BOOST_DESCRIBE_ENUM(NPTest,
 /// The test's name as the user reads it.
 std::string_view displayName(NPTest test);
 
-/// The selections of Nonparametric & Categorical.
+/// The selections of Nonparametric & Categorical, and its last runs.
 struct NonparametricFields {
     explicit NonparametricFields(FieldRegistry& fields);
 
@@ -49,6 +50,15 @@ struct NonparametricFields {
     Field<NameSet> npFriedmanItems;
     Field<bool> npHasRun;
     Field<std::string> npResultTab;
+    /// The last run of each test, as it was.
+    Field<std::optional<MannWhitneyRun>> npMannWhitneyRun;
+    Field<std::optional<WilcoxonRun>> npWilcoxonRun;
+    Field<std::optional<KruskalWallisRun>> npKruskalWallisRun;
+    Field<std::optional<FriedmanRun>> npFriedmanRun;
+    Field<std::optional<IndependenceRun>> npChiSquareRun;
+    Field<std::optional<GoodnessOfFitRun>> npGoodnessOfFitRun;
+    Field<std::optional<FisherRun>> npFisherRun;
+    Field<std::optional<McNemarRun>> npMcNemarRun;
 };
 
 }  // namespace sorvane

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -39,6 +39,14 @@ NonparametricFields::NonparametricFields(FieldRegistry& fields)
       npGoFVar(fields, "npGoFVar"),
       npFriedmanItems(fields, "npFriedmanItems"),
       npHasRun(fields, "npHasRun"),
-      npResultTab(fields, "npResultTab", "result", ResetRule::kept) {}
+      npResultTab(fields, "npResultTab", "result", ResetRule::kept),
+      npMannWhitneyRun(fields, "npMannWhitneyRun"),
+      npWilcoxonRun(fields, "npWilcoxonRun"),
+      npKruskalWallisRun(fields, "npKruskalWallisRun"),
+      npFriedmanRun(fields, "npFriedmanRun"),
+      npChiSquareRun(fields, "npChiSquareRun"),
+      npGoodnessOfFitRun(fields, "npGoodnessOfFitRun"),
+      npFisherRun(fields, "npFisherRun"),
+      npMcNemarRun(fields, "npMcNemarRun") {}
 
 }  // namespace sorvane

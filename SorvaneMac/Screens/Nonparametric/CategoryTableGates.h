@@ -1,10 +1,11 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
-#include "SorvaneMac/Screens/NonparametricFields.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 #include "SorvaneMac/Screens/ScreenContent.h"
 
 /// What stands between a pair of categorical fields and the tests of their table.
@@ -21,5 +22,10 @@ std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const Nonparamet
 /// McNemar's test takes the same two categories in both columns.
 std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
                                     const NonparametricFields& fields);
+
+/// No table could be made of the two fields.
+Gate noTable();
+Gate needsTwoByTwo(std::string reason);
+Gate needsPairedBinary(std::string reason);
 
 }  // namespace sorvane::CategoryTableGates

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/CategoryTableGates.h"
+#include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
 
 #include <algorithm>
 #include <array>
@@ -25,20 +25,6 @@ std::string categoriesOf(const ImportedDataset& dataset, const std::string& colu
            (count == 1 ? " category" : " categories");
 }
 
-Gate needsTwoByTwo(const ImportedDataset& dataset, const NonparametricFields& fields) {
-    return {.title = "Fisher exact needs a 2x2 table: both fields must be binary.",
-            .lead = "",
-            .text = categoriesOf(dataset, fields.npRowCat->name) + " and " +
-                    categoriesOf(dataset, fields.npColCat->name) +
-                    ". Pick fields with two categories each, or use the chi-square test."};
-}
-
-Gate needsPairedBinary(const std::string& reason) {
-    return {.title = "McNemar needs a paired binary outcome (two values) on the same cases.",
-            .lead = "",
-            .text = reason};
-}
-
 bool isBinary(const ImportedDataset& dataset, const Field<VariableName>& field) {
     return Categories::of(dataset, field->name).size() == 2;
 }
@@ -61,9 +47,7 @@ std::optional<Gate> unsuitableFields(const ImportedDataset& dataset,
     }
     const std::array<std::string, 2> names = {fields.npRowCat->name, fields.npColCat->name};
     if (!Categories::hasCompleteRows(dataset, 1, {}, names)) {
-        return tableStopped(
-            "No case has a category in both fields. Pick fields that were answered by the same "
-            "cases.");
+        return noTable();
     }
     return std::nullopt;
 }
@@ -72,7 +56,9 @@ std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const Nonparamet
     if (isBinary(dataset, fields.npRowCat) && isBinary(dataset, fields.npColCat)) {
         return std::nullopt;
     }
-    return needsTwoByTwo(dataset, fields);
+    return needsTwoByTwo(categoriesOf(dataset, fields.npRowCat->name) + " and " +
+                         categoriesOf(dataset, fields.npColCat->name) +
+                         ". Pick fields with two categories each, or use the chi-square test.");
 }
 
 std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
@@ -92,6 +78,24 @@ std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
             "same cases.");
     }
     return std::nullopt;
+}
+
+Gate noTable() {
+    return tableStopped(
+        "No case has a category in both fields. Pick fields that were answered by the same "
+        "cases.");
+}
+
+Gate needsTwoByTwo(std::string reason) {
+    return {.title = "Fisher exact needs a 2x2 table: both fields must be binary.",
+            .lead = "",
+            .text = std::move(reason)};
+}
+
+Gate needsPairedBinary(std::string reason) {
+    return {.title = "McNemar needs a paired binary outcome (two values) on the same cases.",
+            .lead = "",
+            .text = std::move(reason)};
 }
 
 }  // namespace sorvane::CategoryTableGates

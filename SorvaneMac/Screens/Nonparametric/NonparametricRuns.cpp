@@ -1,0 +1,33 @@
+#include "SorvaneMac/Screens/Nonparametric/NonparametricRuns.h"
+
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane {
+
+OrderFigures OrderFigures::of(std::string name, std::span<const double> values) {
+    OrderFigures figures{.name = std::move(name),
+                         .n = static_cast<std::int64_t>(values.size()),
+                         .median = DescriptiveStatistics::median(values)};
+    if (const auto quartiles = DescriptiveStatistics::quartiles(values)) {
+        figures.firstQuartile = quartiles->q1;
+        figures.thirdQuartile = quartiles->q3;
+    }
+    return figures;
+}
+
+std::vector<std::string> OrderFigures::cells() const {
+    return {name, ResultText::count(n), svFmt(median, 2), svFmt(firstQuartile, 2),
+            svFmt(thirdQuartile, 2)};
+}
+
+std::string OrderFigures::words() const {
+    return "(Mdn = " + svFmt(median, 2) + ")";
+}
+
+std::vector<std::string> orderHeaders(std::string names) {
+    return {std::move(names), "n", "Median", "Q1", "Q3"};
+}
+
+}  // namespace sorvane

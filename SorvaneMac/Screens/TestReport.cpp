@@ -1,0 +1,46 @@
+#include "SorvaneMac/Screens/TestReport.h"
+
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane {
+
+namespace {
+
+Finding finding(const TestReport& report) {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = report.title;
+    item.apaSummary = report.sentence;
+    item.table = report.tables.front();
+    item.table->note = report.note;
+    for (const std::string& warning : report.warnings) {
+        *item.table->note += " " + warning;
+    }
+    if (report.tables.size() > 1) {
+        item.extraTables = std::vector<ReportTable>(report.tables.begin() + 1, report.tables.end());
+    }
+    item.caution = report.caution;
+    Finding finding{.item = std::move(item), .figure = std::nullopt};
+    if (!report.charts.empty()) {
+        finding.item.figureCaption = report.figureCaption;
+        finding.figure = report.charts.front();
+    }
+    return finding;
+}
+
+}  // namespace
+
+void addReport(TestReport report, ScreenContent& content) {
+    content.tiles = std::move(report.tiles);
+    for (const ReportTable& table : report.tables) {
+        content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
+    }
+    ResultText::addCharts(content, report.charts);
+    std::vector<std::string> cautions = report.warnings;
+    cautions.push_back(report.caution);
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+    content.findings.push_back(finding(report));
+}
+
+}  // namespace sorvane

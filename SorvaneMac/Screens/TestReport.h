@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "SorvaneMac/Screens/ScreenContent.h"
+
+namespace sorvane {
+
+/// The result of a test in the shape that most have: figures, tables, charts, and what not to
+/// claim; the same as a finding.
+struct TestReport {
+    /// Of the finding.
+    std::string title;
+    std::string sentence;
+    std::vector<Tile> tiles;
+    /// The first one is the finding's main table; each needs a title.
+    std::vector<ReportTable> tables;
+    /// Under the finding's main table.
+    std::string note;
+    /// The first one becomes the finding's figure; may be empty.
+    std::vector<Chart> charts;
+    std::string figureCaption;
+    /// The finding's caution.
+    std::string caution;
+    /// Further cautions of this result, which also stand in the note.
+    std::vector<std::string> warnings;
+};
+
+/// Adds the tiles, cards and finding of the report.
+void addReport(TestReport report, ScreenContent& content);
+
+}  // namespace sorvane
