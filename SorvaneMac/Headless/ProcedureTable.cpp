@@ -9,7 +9,7 @@ const std::vector<Procedure>& all() {
         std::vector<Procedure> procedures;
         for (std::vector<Procedure> room :
              {numericsProcedures(), datasetProcedures(), analysesProcedures(),
-              groupComparisonProcedures(), rankAndTableProcedures()}) {
+              groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

@@ -1,0 +1,88 @@
+#include "SorvaneCore/Analyses/Factorial/ANCOVATests.h"
+#include "SorvaneCore/Analyses/Factorial/FactorialANOVATests.h"
+#include "SorvaneCore/Analyses/Factorial/RepeatedMeasuresANOVA.h"
+#include "SorvaneCore/Analyses/MultivariateANOVA.h"
+#include "SorvaneMac/Headless/ProcedureTable.h"
+
+namespace sorvane {
+
+namespace {
+
+using Texts = std::shared_ptr<const TextColumn>;
+using ColumnList = std::vector<NumericColumn>;
+using NameList = std::vector<std::string>;
+
+std::vector<const TextColumn*> pointers(const std::vector<Texts>& columns) {
+    std::vector<const TextColumn*> result;
+    for (const Texts& column : columns) {
+        result.push_back(column.get());
+    }
+    return result;
+}
+
+std::vector<Procedure> factorialProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const Column outcome{"outcome"};
+    return {
+        procedure(
+            "FactorialANOVATests.nWay",
+            [](const NumericColumn& y, const std::vector<Texts>& factors, const NameList& names) {
+                return FactorialANOVATests::nWay(y, pointers(factors), names);
+            },
+            outcome, CategoryColumns{"factors", "factorNames"}, Names{"factorNames", "factors"}),
+        procedure(
+            "FactorialANOVATests.twoWay",
+            [](const NumericColumn& y, const Texts& a, const Texts& b, const std::string& aName,
+               const std::string& bName) {
+                return FactorialANOVATests::twoWay(
+                    y, {.factorA = *a, .factorB = *b, .factorAName = aName, .factorBName = bName});
+            },
+            outcome, Categories{"factorA"}, Categories{"factorB"},
+            ColumnName{"factorAName", "factorA"}, ColumnName{"factorBName", "factorB"}),
+    };
+}
+
+std::vector<Procedure> groupModelProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const Categories groups{"groups"};
+    const ColumnName groupFactorName{"groupFactorName", "groups"};
+    return {
+        procedure(
+            "ANCOVATests.test",
+            [](const NumericColumn& outcome, const Texts& by, const ColumnList& covariates,
+               const NameList& names, const std::string& factor) {
+                return ANCOVATests::test(outcome, *by, covariates,
+                                         {.covariateNames = names, .groupFactorName = factor});
+            },
+            Column{"outcome"}, groups, Columns{"covariates", "covariateNames"},
+            Names{"covariateNames", "covariates"}, groupFactorName),
+        procedure(
+            "RepeatedMeasuresANOVA.test",
+            [](const ColumnList& conditions, const NameList& names) {
+                return RepeatedMeasuresANOVA::test(conditions, names);
+            },
+            Columns{"conditionColumns", "conditionNames"},
+            Names{"conditionNames", "conditionColumns"}),
+        procedure(
+            "MultivariateANOVA.test",
+            [](const ColumnList& outcomes, const NameList& names, const Texts& by,
+               const std::string& factor) {
+                return MultivariateANOVA::test(
+                    outcomes, *by, {.dependentNames = names, .groupFactorName = factor});
+            },
+            Columns{"dependentColumns", "dependentNames"},
+            Names{"dependentNames", "dependentColumns"}, groups, groupFactorName),
+    };
+}
+
+}  // namespace
+
+std::vector<Procedure> varianceProcedures() {
+    std::vector<Procedure> procedures = factorialProcedures();
+    for (Procedure& each : groupModelProcedures()) {
+        procedures.push_back(std::move(each));
+    }
+    return procedures;
+}
+
+}  // namespace sorvane
