@@ -8,12 +8,14 @@
 #include "SorvaneCore/Analyses/Categorical/FisherExactTests.h"
 #include "SorvaneCore/Analyses/Categorical/GoodnessOfFit.h"
 #include "SorvaneCore/Analyses/Categorical/McNemarTests.h"
+#include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
 
 namespace sorvane {
 
 namespace {
 
+using test::cautions;
 using test::closeTo;
 using Texts = std::vector<std::string>;
 using Counts = std::vector<std::int64_t>;
@@ -21,15 +23,6 @@ using Table = std::vector<Counts>;
 
 std::shared_ptr<const TextColumn> column(const Texts& cells) {
     return TextColumn::of(cells);
-}
-
-std::vector<std::string> messages(const AnalysisReadiness& readiness) {
-    std::vector<std::string> result;
-    for (const AnalysisReadinessIssue& issue : readiness.issues) {
-        EXPECT_EQ(issue.status, AnalysisReadinessStatus::caution);
-        result.push_back(issue.message);
-    }
-    return result;
 }
 
 TEST(CategoricalTests, OrderCategoriesByTheFirstCompletePair) {
@@ -45,7 +38,7 @@ TEST(CategoricalTests, OrderCategoriesByTheFirstCompletePair) {
     EXPECT_EQ(table->cellPercentages[1], (std::vector<double>{25, 25}));
     EXPECT_EQ(table->rowPercentages[1], (std::vector<double>{50, 50}));
     EXPECT_EQ(table->columnPercentages[2], (std::vector<double>{0, 50}));
-    EXPECT_EQ(messages(table->readiness), (Texts{"2 pairs were excluded as missing."}));
+    EXPECT_EQ(cautions(table->readiness), (Texts{"2 pairs were excluded as missing."}));
     EXPECT_EQ(table->readiness.totalRows, 6);
     EXPECT_EQ(table->readiness.validCases, 4);
     EXPECT_EQ(CategoricalTests::chiSquare(*rows, *columns)->observed, table->counts);
@@ -69,7 +62,7 @@ TEST(CategoricalTests, HaveNothingToCompareInOneCategory) {
     EXPECT_EQ(result->degreesOfFreedom, 0);
     EXPECT_EQ(result->cramersV, 0.0);
     EXPECT_TRUE(std::isnan(result->pValue));
-    EXPECT_EQ(messages(CrossTabulation::crosstab(*one, *two)->readiness),
+    EXPECT_EQ(cautions(CrossTabulation::crosstab(*one, *two)->readiness),
               (Texts{"One variable has only a single observed category; the table has no cross "
                      "dimension to compare."}));
     EXPECT_FALSE(CategoricalTests::chiSquare(*one, *column({"x"})));
@@ -101,7 +94,7 @@ TEST(FisherExact, FollowsTheHypergeometricDistribution) {
         "a tiny table still carries little statistical power.",
         "At least one cell is empty, so the odds ratio is undefined or infinite. The exact p-value "
         "is still valid; interpret the effect size with care."};
-    EXPECT_EQ(messages(result->readiness), expected);
+    EXPECT_EQ(cautions(result->readiness), expected);
     EXPECT_FALSE(FisherExactTests::test({.a = 3, .b = 0, .c = 0, .d = 3})->oddsRatio);
     const auto twenty = FisherExactTests::test({.a = 5, .b = 5, .c = 5, .d = 5});
     EXPECT_TRUE(twenty->readiness.issues.empty());
@@ -126,7 +119,7 @@ TEST(McNemar, RecommendsTheExactTestForFewDiscordantPairs) {
     ASSERT_TRUE(tie);
     EXPECT_EQ(tie->statistic, 0.0);
     EXPECT_EQ(tie->exactPValue, 1.0);
-    EXPECT_EQ(messages(tie->readiness),
+    EXPECT_EQ(cautions(tie->readiness),
               (Texts{"There are only 2 discordant pairs. Use the exact binomial p-value; the "
                      "chi-square approximation is unreliable when discordant pairs are few."}));
     EXPECT_TRUE(McNemarTests::test({.a = 0, .b = 24, .c = 0, .d = 0})->usesExactRecommended);
@@ -165,7 +158,7 @@ TEST(GoodnessOfFit, TakesEqualProportionsUnlessThereIsOneForEveryCategory) {
                                       "approximation may be unreliable; consider combining "
                                       "categories or an exact test."}));
     EXPECT_EQ(
-        messages(given->readiness),
+        cautions(given->readiness),
         (Texts{"2 of 3 expected cells are below 5; the chi-square approximation may not hold.",
                "Total count 9 is small relative to 3 categories; treat the result as "
                "exploratory."}));
