@@ -57,6 +57,27 @@ TEST(CallCommand, ReadsAMatrixAsRowsOrAsColumnNames) {
     EXPECT_EQ(Json::parse(named.out)["casesUsed"], 32);
 }
 
+TEST(CallCommand, TakesTestsOfCountsAndOfColumns) {
+    const Answer counts =
+        answer({"call", "FisherExactTests.test"}, R"({"a":6,"b":7,"c":12,"d":7})");
+    const Answer columns = answer({"call", "FisherExactTests.test", "--data", mtcars},
+                                  R"({"exposure":"am","outcome":"vs"})");
+    EXPECT_EQ(counts.status, ExitStatus::success) << counts.error;
+    EXPECT_EQ(counts.out, columns.out);
+    EXPECT_EQ(answer({"call", "NonparametricTests.friedman"},
+                     R"({"rowsBySubject":[[1,2,3],[2,null,4],[3,1,2]]})")
+                  .out,
+              answer({"call", "NonparametricTests.friedman"},
+                     R"({"conditions":[[1,2,3],[2,null,1],[3,4,2]]})")
+                  .out);
+    EXPECT_EQ(
+        answer({"call", "NonparametricTests.friedman"}, R"({"rowsBySubject":[[1,2],[3]]})").out,
+        "null\n");
+    const Answer named = answer({"call", "FactorialANOVATests.twoWay", "--data", mtcars},
+                                R"({"outcome":"mpg","factorA":"am","factorB":"vs"})");
+    EXPECT_EQ(Json::parse(named.out)["factorNames"], Json::parse(R"(["am","vs"])"));
+}
+
 TEST(CallCommand, SaysInOneLineWhatIsWrong) {
     const struct {
         int line;
