@@ -28,13 +28,16 @@ public:
     virtual bool hasRun() const = 0;
     /// Shows the last run: its result, or a gate that says why there is none.
     virtual void show(ScreenContent& content) const = 0;
-    /// The field that keeps the last run, as a record with a member `result`; null where none can.
+    /// The field that keeps the last run: the engine's record, or a record with that as its member
+    /// `result`; null where none is kept.
     virtual const AnyField* stored() const = 0;
+    /// Whether that is such a record.
+    virtual bool resultIsMember() const = 0;
     virtual Guide guide() const = 0;
 };
 
 /// An analysis that keeps its last run in a field, where it stands until the next run whatever is
-/// chosen meanwhile. `Run` is a record with a member `result`, and with the names it was run on.
+/// chosen meanwhile. `Run` holds the result and the names it was run on.
 template <typename Run>
 class StoredAnalysis : public Analysis {
 public:
@@ -42,12 +45,17 @@ public:
     bool hasRun() const final { return stored_->has_value(); }
     void show(ScreenContent& content) const final { present(**stored_, content); }
     const AnyField* stored() const final { return &stored_; }
+    bool resultIsMember() const final {
+        return requires(const Run& run) {
+            run.result;
+        };
+    }
 
 protected:
     explicit StoredAnalysis(Field<std::optional<Run>>& stored) : stored_(stored) {}
 
     /// Computes on the selections as they stand; also sets the fields that go with the result.
-    virtual Run compute() = 0;
+    virtual std::optional<Run> compute() = 0;
     virtual void present(const Run& run, ScreenContent& content) const = 0;
 
 private:

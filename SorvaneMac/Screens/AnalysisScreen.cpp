@@ -58,6 +58,9 @@ Json AnalysisScreen::result() const {
         return nullptr;
     }
     const Json run = stored->json();
+    if (!chosen().resultIsMember()) {
+        return run;
+    }
     return run.contains("result") ? run.at("result") : Json(nullptr);
 }
 

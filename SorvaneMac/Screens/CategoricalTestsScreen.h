@@ -1,17 +1,28 @@
 #pragma once
 
+#include <boost/describe/class.hpp>
 #include <optional>
 #include <string>
 
+#include "SorvaneCore/Analyses/Categorical/CrossTabulation.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
-#include "SorvaneMac/Screens/PlannedScreen.h"
+#include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
-/// The table of two categorical variables with its tests, on the selections of Nonparametric &
-/// Categorical. Its form and gates stand; the table is not in this version.
-class CategoricalTestsScreen final : public PlannedScreen {
+/// The table of two categorical variables and the tests that suit it.
+struct CategoryEvidence {
+    std::optional<CrossTabResult> table;
+    std::optional<ChiSquareResult> chiSquare;
+    /// Of a table of two rows and two columns only.
+    std::optional<FisherExactResult> fisher;
+};
+BOOST_DESCRIBE_STRUCT(CategoryEvidence, (), (table, chiSquare, fisher))
+
+/// The table of two categorical variables with its shares and tests, on the selections of
+/// Nonparametric & Categorical; shown at once, without a run.
+class CategoricalTestsScreen final : public Screen {
 public:
     CategoricalTestsScreen(StudioState& state, NonparametricFields& fields)
         : state_(state), fields_(fields) {}
@@ -19,12 +30,15 @@ public:
     StudioScreen id() const override { return StudioScreen::categoricalTests; }
     void seed() override;
     SetupForm setup() override;
+    ScreenContent content() const override;
     Guide guide() const override;
+    std::optional<std::string> run() override;
+    Json result() const override;
 
 private:
-    std::string subtitle() const override;
     /// What is missing before the table can be shown.
-    std::optional<Gate> gate() const override;
+    std::optional<Gate> gate() const;
+    CategoryEvidence evidence() const;
 
     StudioState& state_;
     NonparametricFields& fields_;

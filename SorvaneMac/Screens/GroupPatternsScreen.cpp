@@ -1,9 +1,10 @@
 #include "SorvaneMac/Screens/GroupPatternsScreen.h"
 
-#include <algorithm>
-
-#include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneCore/Project/ISODate.h"
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -15,8 +16,6 @@ namespace {
 
 using VariableLists::anovaGroupingVariables;
 using VariableLists::anovaOutcomeVariables;
-
-constexpr std::int64_t fewestCases = 2;
 
 Gate needOutcomeAndGroups() {
     return {.title = "Need a numeric outcome and a grouping field",
@@ -69,19 +68,42 @@ std::optional<Gate> GroupPatternsScreen::gate() const {
             group, anovaGroupingVariables(dataset), "grouping columns")) {
         return gone;
     }
-    const std::vector<Categories::Size> sizes =
-        Categories::sizes(dataset, group->name, outcome->name, fewestCases);
-    const auto usable = std::count_if(sizes.begin(), sizes.end(), [](const Categories::Size& size) {
-        return size.cases >= fewestCases;
-    });
-    if (usable < 2) {
+    if (!GroupSelection::hasTwoUsableGroups(
+            dataset, {state_.selectedANOVAOutcomeName, state_.selectedANOVAGroupName})) {
         return tooFewGroups();
     }
-    return ResultText::notYetGate("The comparison of groups");
+    return std::nullopt;
 }
 
-std::string GroupPatternsScreen::subtitle() const {
-    return "How an outcome spreads within and between groups.";
+OneWayRun GroupPatternsScreen::comparison() const {
+    return GroupComparison::run(state_.dataset(), state_.selectedANOVAOutcomeName->name,
+                                state_.selectedANOVAGroupName->name);
+}
+
+ScreenContent GroupPatternsScreen::content() const {
+    ScreenContent content;
+    content.title = std::string(title(id()));
+    content.subtitle = "How an outcome spreads within and between groups.";
+    content.gate = gate();
+    if (content.gate) {
+        return content;
+    }
+    const OneWayRun run = comparison();
+    if (run.result) {
+        GroupComparison::show(run, content);
+    } else {
+        content.gate = tooFewGroups();
+    }
+    return content;
+}
+
+std::optional<std::string> GroupPatternsScreen::run() {
+    const std::optional<Gate> missing = gate();
+    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
+}
+
+Json GroupPatternsScreen::result() const {
+    return gate() ? Json(nullptr) : toJson(comparison().result);
 }
 
 Guide GroupPatternsScreen::guide() const {

@@ -3,25 +3,29 @@
 #include <optional>
 #include <string>
 
-#include "SorvaneMac/Screens/PlannedScreen.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansRuns.h"
+#include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// How an outcome spreads within and between groups, on the outcome and the factor that the state
-/// keeps valid. Its form and gates stand; the comparison is not in this version.
-class GroupPatternsScreen final : public PlannedScreen {
+/// keeps valid; shown at once, without a run.
+class GroupPatternsScreen final : public Screen {
 public:
     explicit GroupPatternsScreen(StudioState& state) : state_(state) {}
 
     StudioScreen id() const override { return StudioScreen::groupPatterns; }
     SetupForm setup() override;
+    ScreenContent content() const override;
     Guide guide() const override;
+    std::optional<std::string> run() override;
+    Json result() const override;
 
 private:
-    std::string subtitle() const override;
     /// What is missing before the groups can be compared.
-    std::optional<Gate> gate() const override;
+    std::optional<Gate> gate() const;
+    OneWayRun comparison() const;
 
     StudioState& state_;
 };

@@ -14,6 +14,7 @@ public:
     bool hasRun() const final { return false; }
     void show(ScreenContent&) const final {}
     const AnyField* stored() const final { return nullptr; }
+    bool resultIsMember() const final { return false; }
 
 protected:
     virtual std::string_view name() const = 0;

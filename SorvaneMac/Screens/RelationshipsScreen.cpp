@@ -2,11 +2,17 @@
 
 #include <array>
 
+#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -69,11 +75,69 @@ std::optional<Gate> RelationshipsScreen::gate() const {
     if (!Categories::hasCompleteRows(state_.dataset(), fewestPairs, names)) {
         return tooFewPairs();
     }
-    return ResultText::notYetGate("The check of assumptions");
+    return std::nullopt;
 }
 
-std::string RelationshipsScreen::subtitle() const {
-    return "Assumptions and evidence for the association of two variables.";
+PairEvidence RelationshipsScreen::evidence() const {
+    const NumericColumn x = state_.dataset().numericColumn(fields_.corrX->name);
+    const NumericColumn y = state_.dataset().numericColumn(fields_.corrY->name);
+    const std::vector<std::string> names = {fields_.corrX->name, fields_.corrY->name};
+    const std::vector<std::vector<double>> values = {x.present(), y.present()};
+    PairEvidence evidence{.pearson = RelationshipTests::pearson(x, y),
+                          .bayesFactor = std::nullopt,
+                          .assumptions = AssumptionAudit::correlationAudit(values, names)};
+    if (evidence.pearson) {
+        evidence.bayesFactor =
+            BayesFactors::correlationBF(evidence.pearson->r, evidence.pearson->n);
+    }
+    return evidence;
+}
+
+ScreenContent RelationshipsScreen::content() const {
+    ScreenContent content;
+    content.title = std::string(title(id()));
+    content.subtitle = "Assumptions and evidence for the association of two variables.";
+    content.gate = gate();
+    if (!content.gate) {
+        addEvidence(evidence(), content);
+    }
+    return content;
+}
+
+void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenContent& content) const {
+    const std::string& x = fields_.corrX->name;
+    const std::string& y = fields_.corrY->name;
+    const std::optional<CorrelationResult>& pearson = evidence.pearson;
+    content.tiles = {
+        {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
+         pearson ? "n = " + ResultText::count(pearson->n) : "could not be computed"},
+        {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"}};
+    Card pair{.title = x + " and " + y};
+    if (auto line = BayesFactorLine::passage(evidence.bayesFactor,
+                                             {.alternative = "an association",
+                                              .null = "no association",
+                                              .caption = BayesFactorLine::correlationCaption})) {
+        pair.passages.push_back(std::move(*line));
+    }
+    pair.charts = {scatterChart({.name = x, .values = state_.dataset().numericColumn(x)},
+                                {.name = y, .values = state_.dataset().numericColumn(y)})};
+    content.cards.push_back(std::move(pair));
+    content.cards.push_back(AssumptionChecks::card(evidence.assumptions));
+    content.cards.push_back(
+        {.title = "What not to claim",
+         .cautions = {"Correlation is association, not causation; check for "
+                      "outliers and nonlinearity."},
+         .links = {{.label = "Go to Correlation", .screen = StudioScreen::correlation}},
+         .wide = true});
+}
+
+std::optional<std::string> RelationshipsScreen::run() {
+    const std::optional<Gate> missing = gate();
+    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
+}
+
+Json RelationshipsScreen::result() const {
+    return gate() ? Json(nullptr) : toJson(evidence());
 }
 
 Guide RelationshipsScreen::guide() const {

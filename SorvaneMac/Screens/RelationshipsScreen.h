@@ -1,17 +1,30 @@
 #pragma once
 
+#include <boost/describe/class.hpp>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
+#include "SorvaneCore/Analyses/Basics/BayesFactors.h"
+#include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/PlannedScreen.h"
+#include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
-/// The assumptions behind the association of two variables, on the pair that Correlation shows.
-/// Its form and gates stand; the checks are not in this version.
-class RelationshipsScreen final : public PlannedScreen {
+/// What the screen shows of a pair: its correlation, the evidence for it, and the checks behind it.
+struct PairEvidence {
+    std::optional<CorrelationResult> pearson;
+    std::optional<BayesFactors::Result> bayesFactor;
+    std::vector<AssumptionFinding> assumptions;
+};
+BOOST_DESCRIBE_STRUCT(PairEvidence, (), (pearson, bayesFactor, assumptions))
+
+/// The assumptions behind the association of two variables, on the pair that Correlation shows;
+/// shown at once, without a run.
+class RelationshipsScreen final : public Screen {
 public:
     RelationshipsScreen(StudioState& state, CorrelationFields& fields)
         : state_(state), fields_(fields) {}
@@ -19,12 +32,16 @@ public:
     StudioScreen id() const override { return StudioScreen::relationships; }
     void seed() override;
     SetupForm setup() override;
+    ScreenContent content() const override;
     Guide guide() const override;
+    std::optional<std::string> run() override;
+    Json result() const override;
 
 private:
-    std::string subtitle() const override;
     /// What is missing before the pair can be checked.
-    std::optional<Gate> gate() const override;
+    std::optional<Gate> gate() const;
+    PairEvidence evidence() const;
+    void addEvidence(const PairEvidence& evidence, ScreenContent& content) const;
 
     StudioState& state_;
     CorrelationFields& fields_;

@@ -10,7 +10,7 @@
 #include "SorvaneMac/Screens/LatentClassFields.h"
 #include "SorvaneMac/Screens/MediationFields.h"
 #include "SorvaneMac/Screens/MultilevelFields.h"
-#include "SorvaneMac/Screens/MultivariateFields.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateFields.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 #include "SorvaneMac/Screens/PrepareDataFields.h"
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"

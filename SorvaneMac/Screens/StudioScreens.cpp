@@ -18,7 +18,7 @@
 #include "SorvaneMac/Screens/LatentClassScreen.h"
 #include "SorvaneMac/Screens/MediationScreen.h"
 #include "SorvaneMac/Screens/MultilevelScreen.h"
-#include "SorvaneMac/Screens/MultivariateScreen.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateScreen.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"
 #include "SorvaneMac/Screens/PrepareDataScreen.h"

@@ -170,7 +170,7 @@ std::string Ancova::selection() const {
     return fields_.cmAncovaOutcome->name + " by " + fields_.cmAncovaGroup->name;
 }
 
-AncovaRun Ancova::compute() {
+std::optional<AncovaRun> Ancova::compute() {
     const ImportedDataset& dataset = state_.dataset();
     AncovaRun run{
         .outcome = fields_.cmAncovaOutcome->name,

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    AncovaRun compute() override;
+    std::optional<AncovaRun> compute() override;
     void present(const AncovaRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -216,7 +216,7 @@ std::string FactorialAnova::selection() const {
                                                    anovaGroupingVariables(state_.dataset())));
 }
 
-FactorialRun FactorialAnova::compute() {
+std::optional<FactorialRun> FactorialAnova::compute() {
     const ImportedDataset& dataset = state_.dataset();
     FactorialRun run{.outcome = fields_.cmOutcome->name};
     const std::vector<std::string> names =

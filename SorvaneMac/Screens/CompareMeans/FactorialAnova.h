@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    FactorialRun compute() override;
+    std::optional<FactorialRun> compute() override;
     void present(const FactorialRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

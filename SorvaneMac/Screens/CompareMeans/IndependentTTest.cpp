@@ -172,7 +172,7 @@ std::string IndependentTTest::selection() const {
            fields_.cmGroup2.get();
 }
 
-TTestRun IndependentTTest::compute() {
+std::optional<TTestRun> IndependentTTest::compute() {
     const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
     std::array<NamedNumericGroup, 2> groups;
     groups[0].name = fields_.cmGroup1.get();

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    TTestRun compute() override;
+    std::optional<TTestRun> compute() override;
     void present(const TTestRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

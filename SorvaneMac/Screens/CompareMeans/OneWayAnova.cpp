@@ -48,7 +48,7 @@ std::string OneWayAnova::selection() const {
     return fields_.cmOutcome->name + " by " + fields_.cmGrouping->name;
 }
 
-OneWayRun OneWayAnova::compute() {
+std::optional<OneWayRun> OneWayAnova::compute() {
     OneWayRun run =
         GroupComparison::run(state_.dataset(), fields_.cmOutcome->name, fields_.cmGrouping->name);
     fields_.cmAssumptionFindings.replace(run.assumptions);

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    OneWayRun compute() override;
+    std::optional<OneWayRun> compute() override;
     void present(const OneWayRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

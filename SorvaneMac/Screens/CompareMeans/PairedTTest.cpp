@@ -145,7 +145,7 @@ std::string PairedTTest::selection() const {
     return fields_.cmPairBefore->name + " and " + fields_.cmPairAfter->name;
 }
 
-PairedTTestRun PairedTTest::compute() {
+std::optional<PairedTTestRun> PairedTTest::compute() {
     const std::vector<NamedNumericGroup> measurements =
         completeColumns(state_.dataset(), {fields_.cmPairBefore->name, fields_.cmPairAfter->name});
     const NamedNumericGroup& before = measurements[0];

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    PairedTTestRun compute() override;
+    std::optional<PairedTTestRun> compute() override;
     void present(const PairedTTestRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -192,7 +192,7 @@ std::string RepeatedMeasures::selection() const {
         FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset())));
 }
 
-RepeatedMeasuresRun RepeatedMeasures::compute() {
+std::optional<RepeatedMeasuresRun> RepeatedMeasures::compute() {
     const std::vector<std::string> names =
         FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset()));
     std::vector<NumericColumn> columns;
@@ -200,8 +200,9 @@ RepeatedMeasuresRun RepeatedMeasures::compute() {
         columns.push_back(state_.dataset().numericColumn(name));
     }
     const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
-    return {.result = RepeatedMeasuresANOVA::test(columns, names),
-            .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
+    return RepeatedMeasuresRun{
+        .result = RepeatedMeasuresANOVA::test(columns, names),
+        .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
 }
 
 void RepeatedMeasures::present(const RepeatedMeasuresRun& run, ScreenContent& content) const {

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    RepeatedMeasuresRun compute() override;
+    std::optional<RepeatedMeasuresRun> compute() override;
     void present(const RepeatedMeasuresRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

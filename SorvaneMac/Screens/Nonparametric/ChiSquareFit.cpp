@@ -103,10 +103,10 @@ std::string ChiSquareFit::selection() const {
     return fields_.npGoFVar->name;
 }
 
-GoodnessOfFitRun ChiSquareFit::compute() {
-    return {.category = fields_.npGoFVar->name,
-            .result = GoodnessOfFit::chiSquare(
-                CategoryFields::column(state_.dataset(), fields_.npGoFVar), {})};
+std::optional<GoodnessOfFitRun> ChiSquareFit::compute() {
+    return GoodnessOfFitRun{.category = fields_.npGoFVar->name,
+                            .result = GoodnessOfFit::chiSquare(
+                                CategoryFields::column(state_.dataset(), fields_.npGoFVar), {})};
 }
 
 void ChiSquareFit::present(const GoodnessOfFitRun& run, ScreenContent& content) const {

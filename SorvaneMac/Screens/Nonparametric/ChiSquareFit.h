@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    GoodnessOfFitRun compute() override;
+    std::optional<GoodnessOfFitRun> compute() override;
     void present(const GoodnessOfFitRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -98,9 +98,9 @@ std::string ChiSquareIndependence::selection() const {
     return fields_.npRowCat->name + " by " + fields_.npColCat->name;
 }
 
-IndependenceRun ChiSquareIndependence::compute() {
+std::optional<IndependenceRun> ChiSquareIndependence::compute() {
     const ImportedDataset& dataset = state_.dataset();
-    return {
+    return IndependenceRun{
         .rowName = fields_.npRowCat->name,
         .columnName = fields_.npColCat->name,
         .result = CategoricalTests::chiSquare(CategoryFields::column(dataset, fields_.npRowCat),

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    IndependenceRun compute() override;
+    std::optional<IndependenceRun> compute() override;
     void present(const IndependenceRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -61,7 +61,7 @@ std::string FisherExact::selection() const {
     return fields_.npRowCat->name + " by " + fields_.npColCat->name;
 }
 
-FisherRun FisherExact::compute() {
+std::optional<FisherRun> FisherExact::compute() {
     const TextColumn& rows = CategoryFields::column(state_.dataset(), fields_.npRowCat);
     const TextColumn& columns = CategoryFields::column(state_.dataset(), fields_.npColCat);
     FisherRun run{.rowName = fields_.npRowCat->name, .columnName = fields_.npColCat->name};

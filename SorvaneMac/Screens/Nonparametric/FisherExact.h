@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    FisherRun compute() override;
+    std::optional<FisherRun> compute() override;
     void present(const FisherRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

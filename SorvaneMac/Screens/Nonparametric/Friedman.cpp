@@ -103,7 +103,7 @@ std::string Friedman::selection() const {
         FormControls::chosen(fields_.npFriedmanItems.get(), numericVariables(state_.dataset())));
 }
 
-FriedmanRun Friedman::compute() {
+std::optional<FriedmanRun> Friedman::compute() {
     const std::vector<std::string> names =
         FormControls::chosen(fields_.npFriedmanItems.get(), numericVariables(state_.dataset()));
     std::vector<NumericColumn> columns;

@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    FriedmanRun compute() override;
+    std::optional<FriedmanRun> compute() override;
     void present(const FriedmanRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

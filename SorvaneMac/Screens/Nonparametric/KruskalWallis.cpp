@@ -101,7 +101,7 @@ std::string KruskalWallis::selection() const {
     return fields_.npOutcome->name + " by " + fields_.npGroup->name;
 }
 
-KruskalWallisRun KruskalWallis::compute() {
+std::optional<KruskalWallisRun> KruskalWallis::compute() {
     const ImportedDataset& dataset = state_.dataset();
     KruskalWallisRun run{.outcome = fields_.npOutcome->name, .grouping = fields_.npGroup->name};
     GroupedRows rows = GroupedRows::of(dataset.rows.column(*dataset.columnIndex(run.grouping)),

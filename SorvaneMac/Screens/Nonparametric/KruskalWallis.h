@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    KruskalWallisRun compute() override;
+    std::optional<KruskalWallisRun> compute() override;
     void present(const KruskalWallisRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

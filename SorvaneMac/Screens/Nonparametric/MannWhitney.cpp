@@ -103,19 +103,20 @@ std::string MannWhitney::selection() const {
     return fields_.npOutcome->name + " in " + fields_.npG1.get() + " and " + fields_.npG2.get();
 }
 
-MannWhitneyRun MannWhitney::compute() {
+std::optional<MannWhitneyRun> MannWhitney::compute() {
     const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
     std::vector<NamedNumericGroup> groups = {{.name = fields_.npG1.get()},
                                              {.name = fields_.npG2.get()}};
     for (NamedNumericGroup& group : groups) {
         group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
     }
-    return {.outcome = fields_.npOutcome->name,
-            .grouping = fields_.npGroup->name,
-            .first = OrderFigures::of(groups[0].name, groups[0].values),
-            .second = OrderFigures::of(groups[1].name, groups[1].values),
-            .result = NonparametricTests::mannWhitneyU(groups[0].values, groups[1].values),
-            .charts = {GroupCharts::boxes(groups, fields_.npOutcome->name)}};
+    return MannWhitneyRun{
+        .outcome = fields_.npOutcome->name,
+        .grouping = fields_.npGroup->name,
+        .first = OrderFigures::of(groups[0].name, groups[0].values),
+        .second = OrderFigures::of(groups[1].name, groups[1].values),
+        .result = NonparametricTests::mannWhitneyU(groups[0].values, groups[1].values),
+        .charts = {GroupCharts::boxes(groups, fields_.npOutcome->name)}};
 }
 
 void MannWhitney::present(const MannWhitneyRun& run, ScreenContent& content) const {

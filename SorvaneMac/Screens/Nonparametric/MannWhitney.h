@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    MannWhitneyRun compute() override;
+    std::optional<MannWhitneyRun> compute() override;
     void present(const MannWhitneyRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -92,13 +92,13 @@ std::string McNemar::selection() const {
     return fields_.npRowCat->name + " and " + fields_.npColCat->name;
 }
 
-McNemarRun McNemar::compute() {
+std::optional<McNemarRun> McNemar::compute() {
     const TextColumn& before = CategoryFields::column(state_.dataset(), fields_.npRowCat);
     const TextColumn& after = CategoryFields::column(state_.dataset(), fields_.npColCat);
-    return {.beforeName = fields_.npRowCat->name,
-            .afterName = fields_.npColCat->name,
-            .labels = sharedCategories(before, after),
-            .result = McNemarTests::test(before, after)};
+    return McNemarRun{.beforeName = fields_.npRowCat->name,
+                      .afterName = fields_.npColCat->name,
+                      .labels = sharedCategories(before, after),
+                      .result = McNemarTests::test(before, after)};
 }
 
 void McNemar::present(const McNemarRun& run, ScreenContent& content) const {

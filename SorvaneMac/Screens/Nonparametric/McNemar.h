@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    McNemarRun compute() override;
+    std::optional<McNemarRun> compute() override;
     void present(const McNemarRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

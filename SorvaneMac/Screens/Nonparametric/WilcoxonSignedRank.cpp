@@ -99,16 +99,16 @@ std::string WilcoxonSignedRank::selection() const {
     return fields_.npBefore->name + " and " + fields_.npAfter->name;
 }
 
-WilcoxonRun WilcoxonSignedRank::compute() {
+std::optional<WilcoxonRun> WilcoxonSignedRank::compute() {
     const std::vector<NamedNumericGroup> measurements =
         completeColumns(state_.dataset(), {fields_.npBefore->name, fields_.npAfter->name});
     const std::vector<double>& before = measurements[0].values;
     const std::vector<double>& after = measurements[1].values;
-    return {.before = OrderFigures::of(measurements[0].name, before),
-            .after = OrderFigures::of(measurements[1].name, after),
-            .result = NonparametricTests::wilcoxonSignedRank(std::span<const double>(before),
-                                                             std::span<const double>(after)),
-            .charts = {GroupCharts::boxes(measurements, "Value")}};
+    return WilcoxonRun{.before = OrderFigures::of(measurements[0].name, before),
+                       .after = OrderFigures::of(measurements[1].name, after),
+                       .result = NonparametricTests::wilcoxonSignedRank(
+                           std::span<const double>(before), std::span<const double>(after)),
+                       .charts = {GroupCharts::boxes(measurements, "Value")}};
 }
 
 void WilcoxonSignedRank::present(const WilcoxonRun& run, ScreenContent& content) const {

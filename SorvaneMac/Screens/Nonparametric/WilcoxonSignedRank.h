@@ -20,7 +20,7 @@ public:
     Guide guide() const override;
 
 private:
-    WilcoxonRun compute() override;
+    std::optional<WilcoxonRun> compute() override;
     void present(const WilcoxonRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

@@ -113,7 +113,7 @@ std::string LinearRegression::selection() const {
            ResultText::listed(RegressionSelection::predictors(state_, fields_));
 }
 
-LinearModelRun LinearRegression::compute() {
+std::optional<LinearModelRun> LinearRegression::compute() {
     const ImportedDataset& dataset = state_.dataset();
     LinearModelRun run{.outcome = fields_.regOutcome->name,
                        .predictors = RegressionSelection::predictors(state_, fields_)};

@@ -21,7 +21,7 @@ public:
     Guide guide() const override;
 
 private:
-    LinearModelRun compute() override;
+    std::optional<LinearModelRun> compute() override;
     void present(const LinearModelRun& run, ScreenContent& content) const override;
 
     StudioState& state_;

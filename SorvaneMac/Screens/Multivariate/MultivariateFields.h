@@ -1,8 +1,10 @@
 #pragma once
 
 #include <boost/describe/enum.hpp>
+#include <optional>
 #include <string_view>
 
+#include "SorvaneCore/Analyses/MultivariateANOVA.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -24,6 +26,8 @@ struct MultivariateFields {
     Field<NameSet> mvSetX;
     Field<NameSet> mvSetY;
     Field<bool> mvHasRun;
+    /// As it was last run.
+    Field<std::optional<MANOVAResult>> mvManovaStored;
 };
 
 }  // namespace sorvane

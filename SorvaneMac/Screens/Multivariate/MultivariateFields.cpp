@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/MultivariateFields.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -22,6 +22,7 @@ MultivariateFields::MultivariateFields(FieldRegistry& fields)
       mvGroup(fields, "mvGroup"),
       mvSetX(fields, "mvSetX"),
       mvSetY(fields, "mvSetY"),
-      mvHasRun(fields, "mvHasRun") {}
+      mvHasRun(fields, "mvHasRun"),
+      mvManovaStored(fields, "mvManovaStored") {}
 
 }  // namespace sorvane
