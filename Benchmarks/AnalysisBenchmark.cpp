@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <utility>
@@ -5,8 +6,11 @@
 #include "Benchmarks/Workload.h"
 #include "Benchmarks/WorkloadData.h"
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
+#include "SorvaneCore/Analyses/Basics/GroupComparisonTests.h"
+#include "SorvaneCore/Analyses/Basics/GroupedRows.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
+#include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 
@@ -18,6 +22,8 @@ namespace {
 struct NumberTable {
     std::vector<std::string> names;
     std::vector<NumericColumn> columns;
+    /// The first column as it stands, where its cells are labels.
+    std::shared_ptr<const TextColumn> labels;
     double rowCount = 0.0;
 };
 
@@ -25,6 +31,7 @@ NumberTable read(const std::string& file) {
     const ImportedDataset dataset = SpreadsheetImporter().importData(WorkloadData::file(file));
     NumberTable table{.names = dataset.headers,
                       .columns = {},
+                      .labels = dataset.rows.sharedColumn(0),
                       .rowCount = static_cast<double>(dataset.rowCount())};
     for (const std::string& name : table.names) {
         table.columns.push_back(dataset.numericColumn(name));
@@ -71,6 +78,22 @@ void kendall(const NumberTable& table) {
     benchmark::DoNotOptimize(result);
 }
 
+/// The two largest groups.
+void welchTest(const NumberTable& table) {
+    const GroupedRows rows = GroupedRows::of(*table.labels, table.columns[1]);
+    const auto values = [&rows](std::string_view label) {
+        return std::span(std::ranges::find(rows.groups, label, &GroupedRows::Group::label)->values);
+    };
+    auto result = GroupComparisonTests::independentSamplesTTest(values("Control"), values("A"),
+                                                                VarianceAssumption::unequal);
+    benchmark::DoNotOptimize(result);
+}
+
+void compareGroups(const NumberTable& table) {
+    auto result = GroupComparisonEngine::analyze(*table.labels, table.columns[1], {});
+    benchmark::DoNotOptimize(result);
+}
+
 /// y on x1 to x10; yb, the second column, is for another model.
 void leastSquares(const NumberTable& table) {
     const RegressionOptions options{.predictorNames = {table.names.begin() + 2, table.names.end()}};
@@ -86,6 +109,8 @@ std::vector<Workload> analysisWorkloads() {
     const Analysis reliability{"alpha", "likert", alpha};
     const Analysis rankCorrelation{"spearman", "corr", spearman};
     const Analysis concordance{"kendall", "corr", kendall};
+    const Analysis twoMeans{"ttest", "anova", welchTest};
+    const Analysis groupComparison{"anova", "anova", compareGroups};
     const Analysis regression{"ols", "reg", leastSquares};
     return {at(describing, "1e5", 0.012),      at(describing, "1e6", 0.1),
             at(reliability, "1e5", 0.01),      at(reliability, "1e6", 0.1),
@@ -93,6 +118,8 @@ std::vector<Workload> analysisWorkloads() {
             at(rankCorrelation, "1e5", 0.025), at(rankCorrelation, "1e6", 0.35),
             at(concordance, "1e3", 1e-4),      at(concordance, "1e4", 0.0012),
             at(concordance, "1e5", 0.013),     at(concordance, "1e6", 0.16),
+            at(twoMeans, "1e5", 0.002),        at(twoMeans, "1e6", 0.02),
+            at(groupComparison, "1e5", 0.06),  at(groupComparison, "1e6", 0.3),
             at(regression, "1e5", 0.012),      at(regression, "1e6", 0.12)};
 }
 

@@ -80,6 +80,7 @@ std::string rounded(double value, double scale) {
 }
 
 constexpr double sixDecimals = 1e6;
+constexpr double twoDecimals = 100.0;
 constexpr double oneDecimal = 10.0;
 
 /// One row of items from 1 to 5, the item j on the factor j modulo the number of factors; one cell
@@ -188,14 +189,40 @@ void writeCorrelated(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// Five groups of unequal size whose means lie up to a fifth of a deviation apart.
+void writeGroups(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    struct Group {
+        std::string_view name;
+        double upTo;
+        double shift;
+    };
+    static constexpr std::array<Group, 5> groups = {{{"Control", 0.3, 0.0},
+                                                     {"A", 0.55, 0.5},
+                                                     {"B", 0.75, 1.0},
+                                                     {"C", 0.9, 0.0},
+                                                     {"D", 1.0, 2.0}}};
+    csv.cell("g");
+    csv.cell("y");
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double share = draws.share();
+        const auto group =
+            std::ranges::find_if(groups, [share](const Group& each) { return share <= each.upTo; });
+        csv.cell(group->name);
+        csv.cell(rounded(50.0 + group->shift + 10.0 * draws.normal(), twoDecimals));
+        csv.endRow();
+    }
+}
+
 struct Recipe {
     std::string_view stem;
     std::uint64_t seed = 0;
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 5> recipes = {{{"likert", 101, writeLikert},
+constexpr std::array<Recipe, 6> recipes = {{{"likert", 101, writeLikert},
                                             {"reg", 102, writeRegression},
+                                            {"anova", 103, writeGroups},
                                             {"wide", 104, writeWide},
                                             {"text", 105, writeText},
                                             {"corr", 108, writeCorrelated}}};

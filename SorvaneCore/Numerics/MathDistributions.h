@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 /// p-values, cumulative probabilities and critical values.
 ///
 /// Failure    arguments outside a function's domain, NaN included -> NaN
@@ -82,5 +84,27 @@ double studentizedRangeCDF(double q, int k, double df);
 ///            to its end
 /// Cost       about 1 ms
 double studentizedRangeQuantile(double p, int k, double df);
+
+/// The studentized range of k means, for the many q and df of a family of comparisons.
+///
+/// Method     as the two functions above; the values of `standardRangeCDF` are found once, at the
+///            nodes of Chebyshev polynomials on half units, and are shared by all questions
+/// Accuracy   within 1e-13 of the functions
+/// Cost       up to half a millisecond in all, then about 5 microseconds a probability and 30 a
+///            quantile
+class StudentizedRangeFamily {
+public:
+    explicit StudentizedRangeFamily(int k);
+    ~StudentizedRangeFamily();
+
+    double cdf(double q, double df);
+    double quantile(double p, double df);
+
+private:
+    class Table;
+
+    int k_;
+    std::unique_ptr<Table> table_;
+};
 
 }  // namespace sorvane::MathDistributions

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 #include <math.h>
+#include <memory>
+#include <numbers>
 #include <vector>
 
 #include "SorvaneCore/Numerics/MathDistributions.h"
@@ -104,10 +106,69 @@ const std::vector<NormalRange::Node>& NormalRange::nodes() {
     return all;
 }
 
+/// The distribution of `NormalRange`, from polynomials that are made where they are first asked for.
+class TabulatedRange {
+public:
+    explicit TabulatedRange(int k) : range_(k), panels_(panelCount) {}
+
+    double cdf(double width) {
+        if (!(width < end)) {
+            return range_.cdf(width);
+        }
+        const auto index = static_cast<std::size_t>(width / panelWidth);
+        std::vector<double>& panel = panels_[index];
+        const double start = static_cast<double>(index) * panelWidth;
+        if (panel.empty()) {
+            panel = coefficients(start);
+        }
+        return std::clamp(value(panel, 2.0 * (width - start) / panelWidth - 1.0), 0.0, 1.0);
+    }
+
+private:
+    // Entire functions no steeper than a normal density: the 14th term of half a unit is below
+    // 1e-15 up to hundreds of means.
+    static constexpr double panelWidth = 0.5;
+    static constexpr std::size_t panelCount = 34;
+    static constexpr double end = panelWidth * panelCount;
+    static constexpr std::size_t termCount = 14;
+
+    /// Of the Chebyshev polynomials on a panel, from the values at their nodes.
+    std::vector<double> coefficients(double start) const {
+        const double step = std::numbers::pi / static_cast<double>(termCount);
+        std::vector<double> terms(termCount);
+        for (std::size_t node = 0; node < termCount; ++node) {
+            const double angle = (static_cast<double>(node) + 0.5) * step;
+            const double width = start + panelWidth / 2.0 * (1.0 + std::cos(angle));
+            const double share = 2.0 * range_.cdf(width) / static_cast<double>(termCount);
+            for (std::size_t term = 0; term < termCount; ++term) {
+                terms[term] += share * std::cos(static_cast<double>(term) * angle);
+            }
+        }
+        terms[0] /= 2.0;
+        return terms;
+    }
+
+    /// Clenshaw's sum.
+    static double value(const std::vector<double>& terms, double x) {
+        double next = 0.0;
+        double afterNext = 0.0;
+        for (std::size_t term = termCount; term-- > 1;) {
+            const double current = 2.0 * x * next - afterNext + terms[term];
+            afterNext = next;
+            next = current;
+        }
+        return x * next - afterNext + terms[0];
+    }
+
+    NormalRange range_;
+    std::vector<std::vector<double>> panels_;
+};
+
 /// The distribution of the range of k means over an estimate of their standard deviation.
+template <typename Range>
 class StudentizedRange {
 public:
-    StudentizedRange(int k, double df) : range_(k) {
+    StudentizedRange(Range& range, double df) : range_(range) {
         constexpr double largestFiniteDf = 25000.0;
         if (df > largestFiniteDf) {
             scales_ = {{.s = 1.0, .share = 1.0}};
@@ -146,15 +207,16 @@ private:
         return ::lgamma_r(x, &sign);
     }
 
-    NormalRange range_;
+    Range& range_;
     std::vector<Scale> scales_;
 };
 
 /// Tells on which side of the quantile of p a value lies. It remembers the nearest value of each
 /// side, so that a question outside of these two costs no integral.
+template <typename Range>
 class QuantileSide {
 public:
-    QuantileSide(const StudentizedRange& range, double p) : range_(range), p_(p) {}
+    QuantileSide(const StudentizedRange<Range>& range, double p) : range_(range), p_(p) {}
 
     bool isBelow(double q) {
         if (q <= below_.q) {
@@ -194,49 +256,34 @@ private:
         return excess;
     }
 
-    const StudentizedRange& range_;
+    const StudentizedRange<Range>& range_;
     double p_;
     Known below_{.q = -std::numeric_limits<double>::infinity()};
     Known above_{.q = std::numeric_limits<double>::infinity()};
 };
 
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
 bool isRangeDomain(int k, double df) {
     return k >= 2 && df >= 2.0;
 }
 
-}  // namespace
-
-double standardRangeCDF(double q, int k) {
-    if (k < 2) {
-        return q > 0.0 ? 1.0 : 0.0;
-    }
+/// P(Q <= q) within the domain of k and df.
+template <typename Range>
+double cdfOf(Range& range, double q, double df) {
     if (q <= 0.0) {
         return 0.0;
     }
-    return NormalRange(k).cdf(q);
+    return std::isfinite(q) ? StudentizedRange<Range>(range, df).cdf(q) : 1.0;
 }
 
-double studentizedRangeCDF(double q, int k, double df) {
-    if (!isRangeDomain(k, df)) {
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-    if (q <= 0.0) {
-        return 0.0;
-    }
-    if (!std::isfinite(q)) {
-        return 1.0;
-    }
-    return StudentizedRange(k, df).cdf(q);
-}
-
-double studentizedRangeQuantile(double p, int k, double df) {
+/// The quantile within the domain of k, df and p.
+template <typename Range>
+double quantileOf(Range& range, double p, double df) {
     constexpr int halvings = 26;
     constexpr int halvingsBeforeClosingIn = 4;
-    if (!(p > 0.0 && p < 1.0) || !isRangeDomain(k, df)) {
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-    const StudentizedRange range(k, df);
-    QuantileSide side(range, p);
+    const StudentizedRange<Range> studentized(range, df);
+    QuantileSide<Range> side(studentized, p);
     double low = 0.5;
     double high = 15.0;
     for (int i = 0; i < halvings; ++i) {
@@ -247,6 +294,51 @@ double studentizedRangeQuantile(double p, int k, double df) {
         (side.isBelow(middle) ? low : high) = middle;
     }
     return (low + high) / 2.0;
+}
+
+}  // namespace
+
+double standardRangeCDF(double q, int k) {
+    if (k < 2) {
+        return q > 0.0 ? 1.0 : 0.0;
+    }
+    return q <= 0.0 ? 0.0 : NormalRange(k).cdf(q);
+}
+
+double studentizedRangeCDF(double q, int k, double df) {
+    if (!isRangeDomain(k, df)) {
+        return notANumber;
+    }
+    NormalRange range(k);
+    return cdfOf(range, q, df);
+}
+
+double studentizedRangeQuantile(double p, int k, double df) {
+    if (!(p > 0.0 && p < 1.0) || !isRangeDomain(k, df)) {
+        return notANumber;
+    }
+    NormalRange range(k);
+    return quantileOf(range, p, df);
+}
+
+class StudentizedRangeFamily::Table : public TabulatedRange {
+    using TabulatedRange::TabulatedRange;
+};
+
+StudentizedRangeFamily::StudentizedRangeFamily(int k)
+    : k_(k), table_(std::make_unique<Table>(std::max(k, 2))) {}
+
+StudentizedRangeFamily::~StudentizedRangeFamily() = default;
+
+double StudentizedRangeFamily::cdf(double q, double df) {
+    return isRangeDomain(k_, df) ? cdfOf<TabulatedRange>(*table_, q, df) : notANumber;
+}
+
+double StudentizedRangeFamily::quantile(double p, double df) {
+    if (!(p > 0.0 && p < 1.0) || !isRangeDomain(k_, df)) {
+        return notANumber;
+    }
+    return quantileOf<TabulatedRange>(*table_, p, df);
 }
 
 }  // namespace sorvane::MathDistributions

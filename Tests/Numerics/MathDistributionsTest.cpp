@@ -153,5 +153,20 @@ TEST(MathDistributions, RangeQuantileIsTheOneThatBisectionFinds) {
     EXPECT_NEAR(studentizedRangeQuantile(1e-12, 2, 20), 0.5, 1e-6);
 }
 
+TEST(MathDistributions, AFamilyOfRangesSharesTheirValues) {
+    for (const int k : {2, 5, 20, 100}) {
+        StudentizedRangeFamily family(k);
+        for (const double df : {2.0, 7.3, 60.0, 900.0, 30000.0}) {
+            for (const double q : {-1.0, 0.01, 0.5, 1.7, 3.3, 4.999, 8.0, 20.0, 600.0}) {
+                EXPECT_TRUE(closeTo(family.cdf(q, df), studentizedRangeCDF(q, k, df), {0.0, 1e-13}))
+                    << q << ' ' << k << ' ' << df;
+            }
+            EXPECT_NEAR(family.quantile(0.95, df), studentizedRangeQuantile(0.95, k, df), 3e-7);
+        }
+    }
+    EXPECT_TRUE(std::isnan(StudentizedRangeFamily(1).cdf(3, 9)));
+    EXPECT_TRUE(std::isnan(StudentizedRangeFamily(3).cdf(3, 1.9)));
+}
+
 }  // namespace
 }  // namespace sorvane

@@ -39,11 +39,14 @@ void setInterval(PairwiseComparisonResult& pair, double critical) {
     pair.confidenceIntervalUpper = pair.meanDifference + critical * pair.standardError;
 }
 
-/// A pair of means by q = |difference| / error among k means; without interval and effect size.
-PairwiseComparisonResult rangeComparison(
-    const GroupMoments& a, const GroupMoments& b, double error, double df, int k) {
+/// A pair of means by q = |difference| / error; without interval and effect size.
+PairwiseComparisonResult rangeComparison(MathDistributions::StudentizedRangeFamily& range,
+                                         const GroupMoments& a,
+                                         const GroupMoments& b,
+                                         double error,
+                                         double df) {
     const double q = std::abs(a.mean - b.mean) / error;
-    const double p = std::clamp(1.0 - MathDistributions::studentizedRangeCDF(q, k, df), 0.0, 1.0);
+    const double p = std::clamp(1.0 - range.cdf(q, df), 0.0, 1.0);
     return {.groupA = a.name,
             .groupB = b.name,
             .meanDifference = a.mean - b.mean,
@@ -107,12 +110,12 @@ Comparisons tukeyHSD(std::span<const NamedNumericGroup> groups,
     if (moments.size() < 2 || !(msWithin > 0.0) || df < fewestRangeDf) {
         return {};
     }
-    const int k = static_cast<int>(moments.size());
-    const double critical = MathDistributions::studentizedRangeQuantile(1.0 - significance, k, df);
+    MathDistributions::StudentizedRangeFamily range(static_cast<int>(moments.size()));
+    const double critical = range.quantile(1.0 - significance, df);
     Comparisons family;
     forEachPair(moments, [&](const GroupMoments& a, const GroupMoments& b) {
         const double error = std::sqrt(msWithin / 2.0 * (1.0 / a.n + 1.0 / b.n));
-        PairwiseComparisonResult pair = rangeComparison(a, b, error, df, k);
+        PairwiseComparisonResult pair = rangeComparison(range, a, b, error, df);
         setInterval(pair, critical);
         setEffect(pair, pair.meanDifference / std::sqrt(msWithin));
         family.push_back(std::move(pair));
@@ -122,7 +125,7 @@ Comparisons tukeyHSD(std::span<const NamedNumericGroup> groups,
 
 Comparisons gamesHowell(std::span<const NamedNumericGroup> groups) {
     const std::vector<GroupMoments> moments = GroupMoments::ofGroups(groups, 2);
-    const int k = static_cast<int>(moments.size());
+    MathDistributions::StudentizedRangeFamily range(static_cast<int>(moments.size()));
     Comparisons family;
     forEachPair(moments, [&](const GroupMoments& a, const GroupMoments& b) {
         const double error = std::sqrt((a.squaredError() + b.squaredError()) / 2.0);
@@ -130,8 +133,8 @@ Comparisons gamesHowell(std::span<const NamedNumericGroup> groups) {
         if (!(error > 0.0) || !(df >= fewestRangeDf)) {
             return;
         }
-        PairwiseComparisonResult pair = rangeComparison(a, b, error, df, k);
-        setInterval(pair, MathDistributions::studentizedRangeQuantile(1.0 - significance, k, df));
+        PairwiseComparisonResult pair = rangeComparison(range, a, b, error, df);
+        setInterval(pair, range.quantile(1.0 - significance, df));
         const double meanVariance = (a.variance() + b.variance()) / 2.0;
         setEffect(pair, meanVariance > 0.0 ? pair.meanDifference / std::sqrt(meanVariance) : 0.0);
         family.push_back(std::move(pair));
