@@ -163,6 +163,11 @@ std::vector<std::string> CallArguments::textColumn(const std::string& name) cons
     return cells;
 }
 
+std::string CallArguments::label(const std::string& name, const std::string& fallback) const {
+    const Json* json = find(name);
+    return json ? cellText(name, *json) : fallback;
+}
+
 NamedNumericGroup CallArguments::groupOf(const std::string& name, const Json& json) const {
     if (!json.is_object() || !json.contains("name") || !json.contains("values")) {
         throw CallError("The argument \"" + name + "\" needs groups with a name and values.");

@@ -45,6 +45,8 @@ public:
     /// A list of such columns; where it is not given, `namesKey` names columns of the table.
     std::vector<std::shared_ptr<const TextColumn>> codedColumns(const std::string& name,
                                                                 const std::string& namesKey) const;
+    /// The label of a group: a text, or a number as a cell would spell it.
+    std::string label(const std::string& name, const std::string& fallback) const;
     /// Named groups of numbers: a list of groups with `name` and `values`, or an object that names
     /// the `column` of values and the column `by` which they are grouped. Where it is not given,
     /// "outcome" and "group" name these two. Groups of rows stand by label, and those of fewer

@@ -54,8 +54,8 @@ struct TwoSamples {
         if (groups.size() < 2) {
             throw CallError("The test needs two groups of two values or more.");
         }
-        return {pick(groups, call.setting("groupA", groups[0].name)),
-                pick(groups, call.setting("groupB", groups[1].name))};
+        return {pick(groups, call.label("groupA", groups[0].name)),
+                pick(groups, call.label("groupB", groups[1].name))};
     }
     std::vector<ListedArgument> listed() const {
         std::vector<ListedArgument> list = {{"a", "column of numbers", ""},

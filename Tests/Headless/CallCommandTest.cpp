@@ -78,6 +78,25 @@ TEST(CallCommand, TakesTestsOfCountsAndOfColumns) {
     EXPECT_EQ(Json::parse(named.out)["factorNames"], Json::parse(R"(["am","vs"])"));
 }
 
+TEST(CallCommand, TakesGroupsAsListsOrAsOneColumnByAnother) {
+    const std::string welch = "GroupComparisonEngine.welchANOVA";
+    const Answer listed = answer({"call", welch}, R"({"groups":[{"name":"a","values":[1,2,null,4]},
+                                                                {"name":2,"values":[3,5,"9"]}]})");
+    EXPECT_EQ(listed.status, ExitStatus::success) << listed.error;
+    const Answer byColumn =
+        answer({"call", welch}, R"({"groups":{"column":[1,3,2,5,"",4,9],"by":[1,2,1,2,1,1,2]}})");
+    EXPECT_EQ(byColumn.out, listed.out);
+    EXPECT_EQ(answer({"call", welch}, R"({"groups":[{"values":[1]}]})").error,
+              "The argument \"groups\" needs groups with a name and values.\n");
+    EXPECT_EQ(answer({"call", welch}, "{}").error, "The argument \"groups\" is missing.\n");
+
+    const std::string test = "GroupComparisonTests.independentSamplesTTest";
+    const Answer samples = answer({"call", test, "--data", mtcars},
+                                  R"({"outcome":"mpg","group":"cyl","groupA":8,"groupB":4})");
+    EXPECT_NEAR(Json::parse(samples.out)["meanDifference"].get<double>(), -11.56363636363636,
+                1e-12);
+}
+
 TEST(CallCommand, SaysInOneLineWhatIsWrong) {
     const struct {
         int line;

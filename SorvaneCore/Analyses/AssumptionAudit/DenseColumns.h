@@ -21,7 +21,7 @@ struct DenseColumns {
     static DenseColumns of(std::span<const NumericColumn> predictors, const NumericColumn* outcome);
 };
 
-/// Whether every predictor has the length of the first column or of the outcome.
+/// Whether every column has this length.
 bool haveOneLength(std::span<const NumericColumn> predictors, std::size_t length);
 bool haveOneLength(std::span<const std::span<const double>> predictors, std::size_t length);
 

@@ -50,6 +50,16 @@ private:
     std::unordered_map<std::string_view, std::uint32_t> byLabel_;
 };
 
+void addRow(GroupedRows& rows, std::uint32_t group, const std::optional<double>& outcome) {
+    if (group == missing) {
+        ++rows.missingGroupRows;
+    } else if (outcome) {
+        rows.groups[group].values.push_back(*outcome);
+    } else {
+        ++rows.groups[group].missingN;
+    }
+}
+
 }  // namespace
 
 GroupedRows GroupedRows::of(const TextColumn& groupCells, const NumericColumn& outcomes) {
@@ -61,17 +71,7 @@ GroupedRows GroupedRows::of(const TextColumn& groupCells, const NumericColumn& o
     groupCells.withCodes([&](const auto& groupCodes) {
         outcomes.withCodes([&](const auto& outcomeCodes) {
             for (std::size_t row = 0; row < count; ++row) {
-                const std::uint32_t index = groupOfLevel[groupCodes[row]];
-                if (index == missing) {
-                    ++result.missingGroupRows;
-                    continue;
-                }
-                const std::optional<double>& number = numbers[outcomeCodes[row]];
-                if (number) {
-                    result.groups[index].values.push_back(*number);
-                } else {
-                    ++result.groups[index].missingN;
-                }
+                addRow(result, groupOfLevel[groupCodes[row]], numbers[outcomeCodes[row]]);
             }
         });
     });
