@@ -106,7 +106,7 @@ const std::vector<NormalRange::Node>& NormalRange::nodes() {
     return all;
 }
 
-/// The distribution of `NormalRange`, from polynomials that are made where they are first asked for.
+/// The distribution of `NormalRange` from polynomials, each made when it is first asked for.
 class TabulatedRange {
 public:
     explicit TabulatedRange(int k) : range_(k), panels_(panelCount) {}
