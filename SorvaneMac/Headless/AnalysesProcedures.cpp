@@ -37,14 +37,8 @@ ItemMatrix itemMatrix(const ColumnList& items) {
     return matrix;
 }
 
-/// The options with a name for every item.
-ReliabilityOptions withNames(ReliabilityOptions options,
-                             const ColumnList& items,
-                             const std::vector<std::string>& names) {
+ReliabilityOptions withNames(ReliabilityOptions options, const std::vector<std::string>& names) {
     options.itemNames = names;
-    if (names.empty()) {
-        options.itemNames.resize(items.size());
-    }
     return options;
 }
 
@@ -178,7 +172,7 @@ std::vector<Procedure> associationProcedures() {
 std::vector<Procedure> reliabilityProcedures() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     const Matrix matrix{"matrix", "itemNames"};
-    const Names itemNames{"itemNames", "matrix"};
+    const MatrixNames itemNames{"itemNames", "matrix"};
     const Settings<ReliabilityOptions> settings{};
     return {
         procedure(
@@ -186,7 +180,7 @@ std::vector<Procedure> reliabilityProcedures() {
             [](const ColumnList& items, const std::vector<std::string>& names,
                const ReliabilityOptions& options) {
                 return ReliabilityAnalyzer::analyze(namedItems(items, names),
-                                                    withNames(options, items, names));
+                                                    withNames(options, names));
             },
             matrix, itemNames, settings),
         procedure(
@@ -194,7 +188,7 @@ std::vector<Procedure> reliabilityProcedures() {
             [](const ColumnList& items, const std::vector<std::string>& names,
                const ReliabilityOptions& options) {
                 return ReliabilityAnalyzer::readiness(namedItems(items, names),
-                                                      withNames(options, items, names));
+                                                      withNames(options, names));
             },
             matrix, itemNames, settings),
         procedure(

@@ -170,6 +170,16 @@ struct Names {
     std::vector<ListedArgument> listed() const { return {{name, "list of names", ""}}; }
 };
 
+/// The names of the columns of such a matrix.
+struct MatrixNames {
+    std::string name;
+    std::string matrixKey;
+    std::vector<std::string> read(const CallArguments& call) const {
+        return call.matrixNames(name, matrixKey);
+    }
+    std::vector<ListedArgument> listed() const { return {{name, "list of names", ""}}; }
+};
+
 /// A value that must be given.
 template <typename T>
 struct Value {

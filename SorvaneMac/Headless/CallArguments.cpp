@@ -44,6 +44,10 @@ std::string cellText(const std::string& name, const Json& json) {
     throw CallError("The argument \"" + name + "\" needs cells that are numbers, texts or null.");
 }
 
+std::string positionName(std::size_t position) {
+    return "Column " + NumberText::integer(static_cast<std::int64_t>(position));
+}
+
 std::optional<double> numberOf(const std::string& name, const Json& cell) {
     return cell.is_number() ? cell.get<double>() : numericCell(cellText(name, cell));
 }
@@ -260,11 +264,33 @@ std::vector<std::string> CallArguments::columnNames(const std::string& name,
     }
     const Json& columns = given(columnsKey);
     std::vector<std::string> names;
-    std::int64_t position = 0;
     for (const Json& column : columns) {
-        ++position;
         names.push_back(column.is_string() ? column.get<std::string>()
-                                           : "Column " + NumberText::integer(position));
+                                           : positionName(names.size() + 1));
+    }
+    return names;
+}
+
+std::vector<std::string> CallArguments::matrixNames(const std::string& name,
+                                                    const std::string& matrixKey) const {
+    const auto given = setting<std::vector<std::string>>(name, {});
+    const Json* matrix = find(matrixKey);
+    if (!matrix || matrix->empty()) {
+        return given;
+    }
+    const std::size_t count = hasRows(matrixKey) ? matrix->front().size() : matrix->size();
+    if (!given.empty() && given.size() != count) {
+        throw CallError("The argument \"" + name + "\" needs a name for each of the " +
+                        NumberText::integer(static_cast<std::int64_t>(count)) + " columns of \"" +
+                        matrixKey + "\".");
+    }
+    if (!given.empty()) {
+        return given;
+    }
+    std::vector<std::string> names;
+    while (names.size() < count) {
+        names.push_back(hasRows(matrixKey) ? positionName(names.size() + 1)
+                                         : (*matrix)[names.size()].get<std::string>());
     }
     return names;
 }

@@ -63,6 +63,10 @@ public:
     /// A list of names; where it is not given, the names of the columns of `columnsKey`.
     std::vector<std::string> columnNames(const std::string& name,
                                          const std::string& columnsKey) const;
+    /// The names of the columns of a matrix: one for each of them, or none at all, which names them
+    /// as `columnNames` does.
+    std::vector<std::string> matrixNames(const std::string& name,
+                                         const std::string& matrixKey) const;
 
     /// A name; where it is not given, that of the column of `columnKey`, empty for a list of cells.
     std::string columnName(const std::string& name, const std::string& columnKey) const;

@@ -97,6 +97,32 @@ TEST(CallCommand, TakesGroupsAsListsOrAsOneColumnByAnother) {
                 1e-12);
 }
 
+TEST(CallCommand, NamesTheColumnsOfAMatrixThatHasNoNames) {
+    const struct {
+        int line;
+        std::vector<std::string> words;
+        std::string input;
+        std::string names;
+    } cases[] = {
+        {__LINE__, {}, R"({"matrix":[[1,2],[2,3],[4,4]]})", R"(["Column 1","Column 2"])"},
+        {__LINE__, {}, R"({"matrix":[[1],[2],[3]],"itemNames":[]})", R"(["Column 1"])"},
+        {__LINE__, {"--data", mtcars}, R"({"matrix":["mpg","wt"]})", R"(["mpg","wt"])"},
+        {__LINE__, {"--data", mtcars}, R"({"matrix":["mpg"],"itemNames":[]})", R"(["mpg"])"},
+        {__LINE__, {"--data", mtcars}, R"({"matrix":["mpg"],"itemNames":["m"]})", R"(["m"])"},
+        {__LINE__, {}, R"({"matrix":[],"itemNames":["a","b"]})", R"(["a","b"])"},
+    };
+    for (const auto& each : cases) {
+        std::vector<std::string> words{"call", "ReliabilityAnalyzer.analyze"};
+        words.insert(words.end(), each.words.begin(), each.words.end());
+        const Answer got = answer(words, each.input);
+        ASSERT_EQ(got.status, ExitStatus::success) << "line " << each.line << got.error;
+        EXPECT_EQ(Json::parse(got.out)["itemNames"], Json::parse(each.names)) << each.line;
+    }
+    const Answer oneItem =
+        answer({"call", "ReliabilityAnalyzer.readiness"}, R"({"matrix":[[1],[2],[3],[4],[5]]})");
+    EXPECT_EQ(Json::parse(oneItem.out)["status"], "blocked");
+}
+
 TEST(CallCommand, SaysInOneLineWhatIsWrong) {
     const struct {
         int line;
@@ -136,6 +162,11 @@ TEST(CallCommand, SaysInOneLineWhatIsWrong) {
          R"({"t":"one","df":2})",
          ExitStatus::badArguments,
          "The argument \"t\" needs a number.\n"},
+        {__LINE__,
+         {"call", "ReliabilityAnalyzer.analyze"},
+         R"({"matrix":[[1,2],[2,3],[4,4]],"itemNames":["a","b","c"]})",
+         ExitStatus::badArguments,
+         "The argument \"itemNames\" needs a name for each of the 2 columns of \"matrix\".\n"},
         {__LINE__,
          {"call", "MissingValue.displayMarkers", "--data", "/nowhere/data.ods"},
          "",
