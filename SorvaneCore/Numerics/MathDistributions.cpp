@@ -16,6 +16,10 @@ constexpr int iterationLimit = 200;
 constexpr double floorValue = 1e-300;
 constexpr double ceilingValue = 9.999999999999999e299;
 
+/// Beyond this denominator df the beta fraction multiplies to infinity; F is chi-square to the last
+/// digit long before.
+constexpr double chiSquareDf2 = 1e150;
+
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 double heldToUnit(double p) {
@@ -177,7 +181,7 @@ double fRightTailPValue(double f, double df1, double df2) {
     if (std::isinf(u)) {
         return 0.0;
     }
-    if (std::isinf(df2)) {
+    if (df2 > chiSquareDf2) {
         return chiSquareRightTailPValue(u, df1);
     }
     return heldToUnit(1.0 - regularizedIncompleteBeta(df1 / 2.0, df2 / 2.0, u / (u + df2)));

@@ -90,6 +90,8 @@ TEST(MathDistributions, EndsOfTheDomain) {
         {__LINE__, chiSquareRightTailPValue(notANumber, 1), notANumber},
         {__LINE__, fRightTailPValue(0, 2, 5), 1},
         {__LINE__, fRightTailPValue(infinity, 2, 5), 0},
+        {__LINE__, fRightTailPValue(1.7e308, 1, 1e308), 0},
+        {__LINE__, fRightTailPValue(1.797e308, 1, 1e305), 0},
         {__LINE__, fRightTailPValue(1.7, 3, infinity), chiSquareRightTailPValue(1.7 * 3, 3)},
         {__LINE__, fRightTailPValue(1, 2, notANumber), notANumber},
         {__LINE__, fRightTailPValue(-1, 2, 5), notANumber},
