@@ -164,6 +164,15 @@ TEST(DescriptiveStatistics, NameSummariesInOrder) {
     EXPECT_EQ(summaries[1].readiness.status, AnalysisReadinessStatus::blocked);
 }
 
+TEST(DescriptiveStatistics, HaveNoSkewnessWhereTheSpreadOverflows) {
+    const Values values{1e200, 2e200, 3e200, -9e200};
+    const DescriptiveSummary summary = DescriptiveStatistics::summary(values);
+    EXPECT_TRUE(std::isinf(*summary.standardDeviation));
+    EXPECT_TRUE(std::isinf(*DescriptiveStatistics::standardDeviation(values)));
+    EXPECT_FALSE(summary.skewness);
+    EXPECT_FALSE(DescriptiveStatistics::skewness(values));
+}
+
 TEST(DescriptiveStatistics, SurviveValuesThatAreNotFinite) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();

@@ -252,6 +252,15 @@ TEST(ReliabilityAnalyzer, ScoresTheScaleByMeanOrSum) {
     EXPECT_EQ(sums.methodMetadata->scaleScoreMethod, ScaleScoreMethod::sum);
 }
 
+TEST(ReliabilityAnalyzer, LeavesASpreadThatOverflowsInfinite) {
+    const OptionalValues item{1e200, 2e200, 3e200, -9e200};
+    const ReliabilityResult result = analyzed({item, {1, 2, 4, 3}, item}, optionsFor(3));
+    EXPECT_TRUE(std::isinf(*result.scaleScoreStandardDeviation));
+    EXPECT_TRUE(std::isinf(*result.itemStatistics[0].standardDeviation));
+    EXPECT_FALSE(result.alpha);
+    EXPECT_FALSE(result.interItemCorrelationMatrix[0][2]);
+}
+
 TEST(ReliabilityAnalyzer, WarnsOfASmallSampleOfTwoItems) {
     std::mt19937_64 random(59);
     const OptionalValues first = test::randomAnswers(random, 29, 5, false);

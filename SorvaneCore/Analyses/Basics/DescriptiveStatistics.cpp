@@ -36,7 +36,7 @@ Quartiles quartiles(const ValueCounts& sample) {
 
 std::optional<double> skewness(const ValueCounts& sample, double mean, double deviation) {
     const auto n = static_cast<double>(sample.total());
-    if (sample.total() < 3 || !(deviation > 0.0)) {
+    if (sample.total() < 3 || !(deviation > 0.0) || std::isinf(deviation)) {
         return std::nullopt;
     }
     return n / ((n - 1.0) * (n - 2.0)) * sample.sumOfCubes(mean, deviation);

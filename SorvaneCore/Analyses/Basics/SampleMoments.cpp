@@ -67,7 +67,10 @@ double sumOfProducts(std::span<const double> x,
         leftOfX += laneSum(count, [a, meanX](std::size_t i) { return a[i] - meanX; });
         leftOfY += laneSum(count, [b, meanY](std::size_t i) { return b[i] - meanY; });
     }
-    return x.empty() ? 0.0 : products - leftOfX * leftOfY / static_cast<double>(x.size());
+    // What overflowed stays infinite: a correction of its size would leave no number.
+    return std::isfinite(products) && !x.empty()
+               ? products - leftOfX * leftOfY / static_cast<double>(x.size())
+               : products;
 }
 
 }  // namespace sorvane::SampleMoments

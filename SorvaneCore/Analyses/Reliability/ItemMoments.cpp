@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Numerics/ColumnKernels.h"
@@ -134,7 +135,10 @@ ItemMoments CentredSums::moments() const {
     for (std::size_t i = 0; i < width_; ++i) {
         result.means[i] += sums_[i] / n;
         for (std::size_t j = i; j < width_; ++j) {
-            const double corrected = products_[i * width_ + j] - sums_[i] * sums_[j] / n;
+            const double product = products_[i * width_ + j];
+            // What overflowed stays infinite: a correction of its size would leave no number.
+            const double corrected =
+                std::isfinite(product) ? product - sums_[i] * sums_[j] / n : product;
             result.products[i * width_ + j] = corrected;
             result.products[j * width_ + i] = corrected;
         }
