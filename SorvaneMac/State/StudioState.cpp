@@ -121,14 +121,13 @@ void StudioState::cancelPendingImport() {
 }
 
 void StudioState::importPastedData(std::string_view text) {
-    if (UnicodeText::trimmed(text).empty()) {
+    const std::string_view table = UnicodeText::trimmed(text);
+    if (table.empty()) {
         data.importError.set("Paste some tabular data first.");
         return;
     }
-    // Blank lines around the table mean nothing; a tab at its start is a head without a name.
-    const std::size_t first = text.find_first_not_of("\r\n ");
     adoptImport("pasted data",
-                [&] { return importer.csvImporter.importCSV("Pasted data", text.substr(first)); });
+                [&] { return importer.csvImporter.importCSV("Pasted data", table); });
 }
 
 void StudioState::beginBlankDataset() {

@@ -86,8 +86,9 @@ TEST_F(StudioStateTest, AFailedImportChangesNothingButItsMessage) {
 
     state_.importPastedData("  \n ");
     EXPECT_EQ(state_.data.importError.get(), "Paste some tabular data first.");
-    state_.importPastedData("\ta;b\n1;2\n");
+    state_.importPastedData("\u2003\n\ta;b\n1;2\n");
     EXPECT_EQ(state_.data.importError.get(), std::nullopt);
+    EXPECT_EQ(state_.dataset().headers, (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(state_.dataset().name, "Pasted data");
     EXPECT_EQ(state_.data.transformationLog->front(),
               "Imported pasted data with 1 row(s) and 2 variable(s).");
