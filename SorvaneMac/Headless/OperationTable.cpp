@@ -45,8 +45,6 @@ std::vector<Operation> datasetOperations() {
         operation("createBlankDataset", &State::createBlankDataset, Setting<std::string>{"name"},
                   Value<std::int64_t>{"rows"}, Value<std::int64_t>{"columns"},
                   Setting<Headers>{"headers"}),
-        operation("confirmPendingImport", &State::confirmPendingImport),
-        operation("cancelPendingImport", &State::cancelPendingImport),
         operation("syncDatasetDraftHeaders", &State::syncDatasetDraftHeaders),
         operation("updateDatasetCell", &State::updateDatasetCell, Value<std::int64_t>{"row"},
                   Value<std::int64_t>{"column"}, Value<std::string>{"value"}),
