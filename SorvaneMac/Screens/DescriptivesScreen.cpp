@@ -107,6 +107,17 @@ std::vector<std::pair<std::string, std::vector<double>>> valuesByGroup(const Num
     return result;
 }
 
+std::string goneText(const std::vector<std::string>& names) {
+    std::string list;
+    for (const std::string& name : names) {
+        list += list.empty() ? "" : ", ";
+        list += name;
+    }
+    return "The respondents cannot be shown as chosen: " + list +
+           (names.size() == 1 ? " is" : " are") +
+           " no longer among the grouping variables. Choose again in the Setup panel.";
+}
+
 void addBox(BoxPlot& plot, std::string label, std::span<const double> values) {
     if (const std::optional<BoxPlotSummary> box = BoxPlotSummary::of(values)) {
         plot.boxes.push_back({.label = std::move(label),
@@ -143,6 +154,17 @@ SetupForm DescriptivesScreen::setup() {
 std::vector<std::string> DescriptivesScreen::characteristics() const {
     return FormControls::chosen(fields_.demoVars.get(),
                                 VariableLists::anovaGroupingVariables(state_.dataset()));
+}
+
+std::vector<std::string> DescriptivesScreen::goneCharacteristics() const {
+    NameSet chosen = fields_.demoVars.get();
+    if (!chosen.empty() && !fields_.demoGroup->name.empty()) {
+        chosen.insert(fields_.demoGroup->name);
+    }
+    for (const DataVariable* each : VariableLists::anovaGroupingVariables(state_.dataset())) {
+        chosen.erase(each->name);
+    }
+    return {chosen.begin(), chosen.end()};
 }
 
 std::optional<Gate> DescriptivesScreen::gate() const {
@@ -195,14 +217,6 @@ ScreenContent DescriptivesScreen::content() const {
         content.cards.push_back(std::move(*plot));
     }
     content.cards.push_back(allFieldsCard());
-    const std::vector<std::string> respondents = characteristics();
-    if (!respondents.empty()) {
-        content.cards.push_back({.title = "Respondents",
-                                 .subtitle = "How they spread over the categories",
-                                 .tables = {RespondentProfile::table(state_.dataset(), respondents,
-                                                                     fields_.demoGroup->name)},
-                                 .wide = true});
-    }
     std::vector<std::string> cautions = ResultText::messages(figures.readiness);
     cautions.emplace_back(reportNote);
     content.cards.push_back(
@@ -210,11 +224,27 @@ ScreenContent DescriptivesScreen::content() const {
     if (figures.validN > 0) {
         content.findings.push_back(finding(figures));
     }
-    if (!respondents.empty()) {
-        content.findings.push_back(
-            RespondentProfile::finding(state_.dataset(), respondents, fields_.demoGroup->name));
-    }
+    addRespondents(content);
     return content;
+}
+
+void DescriptivesScreen::addRespondents(ScreenContent& content) const {
+    const std::vector<std::string> respondents = characteristics();
+    const std::vector<std::string> gone = goneCharacteristics();
+    if (respondents.empty() && gone.empty()) {
+        return;
+    }
+    Card card{
+        .title = "Respondents", .subtitle = "How they spread over the categories", .wide = true};
+    if (!gone.empty()) {
+        card.cautions.push_back(goneText(gone));
+    } else {
+        const std::string& by = fields_.demoGroup->name;
+        card.tables.push_back(RespondentProfile::table(state_.dataset(), respondents, by));
+        content.findings.push_back(RespondentProfile::finding(state_.dataset(), respondents, by));
+    }
+    // The cautions stay at the end.
+    content.cards.insert(content.cards.end() - 1, std::move(card));
 }
 
 std::optional<Chart> DescriptivesScreen::histogram() const {

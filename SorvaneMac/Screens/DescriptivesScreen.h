@@ -39,6 +39,10 @@ private:
 
     /// The characteristics chosen for the table of respondents.
     std::vector<std::string> characteristics() const;
+    /// The columns chosen for it that are no longer offered.
+    std::vector<std::string> goneCharacteristics() const;
+    /// The table of respondents, or what it lacks; without a choice nothing.
+    void addRespondents(ScreenContent& content) const;
 
     StudioState& state_;
     DescriptivesFields& fields_;

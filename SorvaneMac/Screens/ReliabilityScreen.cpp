@@ -117,18 +117,35 @@ std::string reportCaution(const ReliabilityResult& result,
     return reversed.empty() ? text : text + " Reverse-coded before the analysis: " + reversed + ".";
 }
 
+/// Without both ends of its scale an item cannot be reversed.
+bool canBeReversed(const DataVariable& item) {
+    return item.scaleRange && item.scaleRange->minimum && item.scaleRange->maximum;
+}
+
+std::string_view adviceOnReversal(const DataVariable& item, bool isMarked) {
+    if (!canBeReversed(item)) {
+        return isMarked ? ". Rev has no effect on it, because the ends of its scale are not known; "
+                          "if it is worded in reverse, recode it."
+                        : ". If it is worded in reverse, recode it: Rev has no effect where the "
+                          "ends of the scale are not known.";
+    }
+    return isMarked ? ". If it is worded like the others, switch Rev off."
+                    : ". If it is worded in reverse, switch Rev on.";
+}
+
 /// Items that run against the rest: worded in reverse, or reversed by mistake, most likely.
-std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result, const NameSet& reversed) {
+std::vector<EvidenceLine> oppositeItems(const ReliabilityResult& result,
+                                        const ImportedDataset& dataset,
+                                        const NameSet& marked) {
     std::vector<EvidenceLine> lines;
     for (const ReliabilityItemStatistic& each : result.itemStatistics) {
         if (each.correctedItemTotalCorrelation.value_or(0.0) < 0.0) {
+            const std::string r = "r = " + svFmtBounded(each.correctedItemTotalCorrelation, 2);
             lines.push_back(
                 {.tone = EvidenceTone::caution,
                  .title = each.itemName + " runs against the other items",
-                 .detail = "r = " + svFmtBounded(each.correctedItemTotalCorrelation, 2) +
-                           (reversed.contains(each.itemName)
-                                ? ". If it is worded like the others, switch Rev off."
-                                : ". If it is worded in reverse, switch Rev on.")});
+                 .detail = r + std::string(adviceOnReversal(*dataset.variable(each.itemName),
+                                                            marked.contains(each.itemName)))});
         }
     }
     return lines;
@@ -277,12 +294,11 @@ ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& it
                                .scaleScoreMethod = state_.scale.scaleScoreMethod.get(),
                                .minimumItemCompletion = state_.scale.minimumItemCompletion.get()};
     for (const std::string& name : itemNames) {
-        const DataVariable* variable = state_.dataset().variable(name);
-        const std::optional<ScaleRange>& range = variable->scaleRange;
-        if (state_.scale.reverseCodedItemNames->contains(name) && range && range->minimum &&
-            range->maximum) {
-            options.reverseCoded.push_back(
-                {.item = name, .minimum = range->minimum, .maximum = range->maximum});
+        const DataVariable& variable = *state_.dataset().variable(name);
+        if (state_.scale.reverseCodedItemNames->contains(name) && canBeReversed(variable)) {
+            options.reverseCoded.push_back({.item = name,
+                                            .minimum = variable.scaleRange->minimum,
+                                            .maximum = variable.scaleRange->maximum});
         }
     }
     return options;
@@ -324,11 +340,11 @@ ScreenContent ReliabilityScreen::content() const {
          .subtitle = "Scale, item summary, and item-total",
          .tables = {scaleTable(result), summaryTable(result), std::move(itemTotal)},
          .wide = true});
-    content.cards.push_back(
-        {.title = "Item-total correlations",
-         .subtitle = "Each item with the sum of the others",
-         .charts = {itemTotalChart(result)},
-         .evidence = oppositeItems(result, state_.scale.reverseCodedItemNames.get())});
+    content.cards.push_back({.title = "Item-total correlations",
+                             .subtitle = "Each item with the sum of the others",
+                             .charts = {itemTotalChart(result)},
+                             .evidence = oppositeItems(result, state_.dataset(),
+                                                       state_.scale.reverseCodedItemNames.get())});
     content.cards.push_back({.title = "Plain-language interpretation",
                              .subtitle = "Do not overclaim validity",
                              .passages = interpretation(result)});

@@ -62,6 +62,17 @@ TEST_F(AnalysisScreens, ReliabilityReverseCodesBeforeItAnalyses) {
         "consistency was excellent, Cronbach's α = .9"));
     EXPECT_EQ(item.table->headers.back(), "α if deleted");
 
+    list.setSecond("q1", true);
+    const auto advice = [&] {
+        return reliability.content().cards[1].evidence.front().detail;
+    };
+    EXPECT_TRUE(advice().ends_with("switch Rev off.")) << advice();
+    state_.data.dataset.edit([](ImportedDataset& dataset) {
+        for (DataVariable& variable : dataset.variables) {
+            variable.scaleRange.reset();
+        }
+    });
+    EXPECT_NE(advice().find("Rev has no effect"), std::string::npos) << advice();
     list.setAll({"q1", "q2"}, false);
     EXPECT_EQ(reliability.content().gate->lead, "Pick at least two scale items");
     EXPECT_TRUE(reliability.run().has_value());
@@ -110,6 +121,16 @@ TEST_F(AnalysisScreens, DescriptivesTellWhoAnswered) {
               (std::vector<std::string>{"\u2003woman", "1", "33.3", "2", "66.7", "4", "57.1"}));
     EXPECT_EQ(bySite.rows.at(3),
               (std::vector<std::string>{"\u2003Missing", "1", "", "0", "", "1", ""}));
+
+    screens_.fields.descriptives.demoGroup.set({"region"});
+    content = descriptives.content();
+    EXPECT_EQ(content.findings.size(), 1U);
+    const Card& respondents = *(content.cards.end() - 2);
+    EXPECT_EQ(respondents.title, "Respondents");
+    EXPECT_EQ(respondents.tables.size(), 0U);
+    EXPECT_EQ(respondents.cautions.front(),
+              "The respondents cannot be shown as chosen: region is no longer among the grouping "
+              "variables. Choose again in the Setup panel.");
 }
 
 TEST_F(AnalysisScreens, CorrelationSeedsAPairAndAMatrix) {
