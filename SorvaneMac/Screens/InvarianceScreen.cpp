@@ -22,9 +22,10 @@ constexpr std::size_t fewestItems = 3;
 }  // namespace
 
 void InvarianceScreen::seed() {
-    Seeding::fillFirst(fields_.invItems,
-                       SuitedVariables::withFewCategories(numericVariables(state_.dataset())),
-                       seededItems);
+    Seeding::fillFirst(
+        fields_.invItems,
+        SuitedVariables::withFewCategories(SuitedVariables::analyzed(state_.dataset())),
+        seededItems);
     Seeding::fillFirst(fields_.invGroup,
                        without(anovaGroupingVariables(state_.dataset()), fields_.invItems.get()));
 }

@@ -112,13 +112,17 @@ void MultilevelScreen::addVariables(SetupForm& form) {
     const List groups =
         without(SuitedVariables::clusters(state_.dataset()), {fields_.mlOutcome->name});
     form.controls.emplace_back(HeadingControl{"VARIABLES"});
-    form.controls.emplace_back(variablePicker("Outcome", fields_.mlOutcome, numeric));
+    const auto drop = [this] {
+        dropForbiddenSlope();
+    };
+    form.controls.emplace_back(
+        OptionControls::followedBy(variablePicker("Outcome", fields_.mlOutcome, numeric), drop));
     const std::string note = outcomeNote(fields_.mlFamily.get());
     if (!note.empty()) {
         form.controls.emplace_back(NoteControl{note, false});
     }
-    form.controls.emplace_back(
-        variablePicker(groupingLabel(fields_.mlStructure.get()), fields_.mlCluster, groups));
+    form.controls.emplace_back(OptionControls::followedBy(
+        variablePicker(groupingLabel(fields_.mlStructure.get()), fields_.mlCluster, groups), drop));
     if (hasSecondGrouping()) {
         const bool isCrossed = fields_.mlStructure.get() == MultilevelStructureKind::crossed;
         form.controls.emplace_back(
@@ -129,9 +133,11 @@ void MultilevelScreen::addVariables(SetupForm& form) {
         form.controls.emplace_back(
             variablePicker("Time", fields_.mlTime, without(numeric, {fields_.mlOutcome->name})));
     }
-    form.controls.emplace_back(withUnavailable(
-        variableCheckList("Predictors", fields_.mlPredictors, without(numeric, placed())),
-        fields_.mlPredictors.get(), numeric));
+    form.controls.emplace_back(OptionControls::followedBy(
+        withUnavailable(
+            variableCheckList("Predictors", fields_.mlPredictors, without(numeric, placed())),
+            fields_.mlPredictors.get(), numeric),
+        drop));
 }
 
 void MultilevelScreen::addSlope(SetupForm& form) {
@@ -158,11 +164,13 @@ SetupForm MultilevelScreen::setup() {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     SetupForm form;
     form.title = "Multilevel";
+    const auto drop = [this] {
+        dropForbiddenSlope();
+    };
     form.controls = {
         HeadingControl{"MODEL"},
-        OptionControls::followedBy(enumerationPicker("Structure", fields_.mlStructure),
-                                   [this] { dropForbiddenSlope(); }),
-        enumerationPicker("Outcome family", fields_.mlFamily),
+        OptionControls::followedBy(enumerationPicker("Structure", fields_.mlStructure), drop),
+        OptionControls::followedBy(enumerationPicker("Outcome family", fields_.mlFamily), drop),
     };
     addVariables(form);
     addSlope(form);

@@ -82,6 +82,20 @@ ChoiceControl followedBy(ChoiceControl control, std::function<void()> then) {
     return control;
 }
 
+CheckListControl followedBy(CheckListControl control, std::function<void()> then) {
+    control.setChecked = [set = std::move(control.setChecked), then](const std::string& name,
+                                                                     bool isChecked) {
+        set(name, isChecked);
+        then();
+    };
+    control.setAll = [set = std::move(control.setAll), then = std::move(then)](
+                         const std::vector<std::string>& names, bool isChecked) {
+        set(names, isChecked);
+        then();
+    };
+    return control;
+}
+
 void addNote(SetupForm& form, const std::optional<Gate>& gate) {
     if (gate) {
         form.controls.emplace_back(NoteControl{gate->text, true});

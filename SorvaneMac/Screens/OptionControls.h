@@ -28,6 +28,7 @@ ToggleControl toggle(std::string label, Field<bool>& field);
 
 /// Calls `then` after the control has set its field.
 ChoiceControl followedBy(ChoiceControl control, std::function<void()> then);
+CheckListControl followedBy(CheckListControl control, std::function<void()> then);
 
 /// Adds the note that says what is missing while the gate stands.
 void addNote(SetupForm& form, const std::optional<Gate>& gate);

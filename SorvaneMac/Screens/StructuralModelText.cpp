@@ -37,6 +37,19 @@ bool isBare(std::string_view name) {
            UnicodeText::leadingDigitLength(name) == 0;
 }
 
+/// A comment goes from "#" to the end of the line or the next ";", each outside back-ticks.
+bool endsInComment(std::string_view text) {
+    bool isQuoted = false;
+    bool isComment = false;
+    for (const char c : text.substr(text.find_last_of('\n') + 1)) {
+        isQuoted = isQuoted != (c == '`');
+        if (!isQuoted && (c == '#' || c == ';')) {
+            isComment = c == '#';
+        }
+    }
+    return isComment;
+}
+
 std::string mediationModel(const std::vector<std::string>& numeric) {
     const bool isEnough = numeric.size() >= 3;
     const std::string x = isEnough ? quotedName(numeric[0]) : "X";
@@ -74,8 +87,11 @@ std::string filled(Template wanted, const std::vector<std::string>& numeric) {
 
 std::string withName(std::string_view text, std::string_view name) {
     const std::string before(text.substr(0, text.find_last_not_of(" \t") + 1));
-    if (before.empty() || before.ends_with('\n')) {
+    if (before.empty() || before.ends_with('\n') || before.ends_with('*')) {
         return before + quotedName(name);
+    }
+    if (endsInComment(before)) {
+        return before + "\n" + quotedName(name);
     }
     const bool awaitsName = before.ends_with('~') || before.ends_with('+');
     return before + (awaitsName ? " " : " + ") + quotedName(name);

@@ -20,7 +20,8 @@ std::string starter(const std::vector<std::string>& numeric);
 /// A whole model of the first numeric variables, or of placeholders where there are too few.
 std::string filled(Template wanted, const std::vector<std::string>& numeric);
 
-/// The text with a name at its end, after a "+" where the text does not already wait for a name.
+/// The text with a name at its end, after a "+" where the text does not already wait for a name, and
+/// on a line of its own after a comment.
 std::string withName(std::string_view text, std::string_view name);
 
 }  // namespace sorvane::StructuralModelText

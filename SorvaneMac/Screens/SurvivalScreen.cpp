@@ -51,7 +51,8 @@ void SurvivalScreen::seed() {
     Seeding::fillFirst(fields_.survEvent, eventCandidates(without(numeric, taken)));
     taken.insert(fields_.survEvent->name);
     Seeding::fillFirst(fields_.survPredictors, without(numeric, taken), numeric.size());
-    Seeding::fillFirst(fields_.survGroup, without(anovaGroupingVariables(state_.dataset()), taken));
+    const List groups = without(anovaGroupingVariables(state_.dataset()), taken);
+    Seeding::fillFirst(fields_.survGroup, without(groups, fields_.survPredictors.get()));
 }
 
 std::vector<std::string> SurvivalScreen::predictors() const {

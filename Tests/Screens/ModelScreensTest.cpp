@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -116,7 +117,9 @@ const std::vector<SeedCase> seedCases = {
     {__LINE__, mediation, {{"medX", R"("dead")"}, {"medM", R"("gone")"}},
      {{"medY", R"("sick")"}, {"medM", R"("gone")"}, {"medW", R"("days")"}}},
     {__LINE__, invariance, {},
-     {{"invItems", R"(["dead","late","q1","q2","q3","sick","visit"])"}, {"invGroup", R"("school")"}}},
+     {{"invItems", R"(["dead","late","q1","q2","room","school","sick","visit"])"},
+      {"invGroup", R"("q3")"}}},
+    {__LINE__, survival, {{"survPredictors", R"(["school"])"}}, {{"survGroup", R"("room")"}}},
     {__LINE__, invariance, {{"invItems", R"(["school","q1"])"}}, {{"invGroup", R"("room")"}}},
 };
 // clang-format on
@@ -310,6 +313,43 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
     }
 }
 
+TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
+    const auto slopeAfter = [](const std::string& label, auto change) {
+        Workplace workplace;
+        workplace.set({{"mlPredictors", R"(["q1","x1"])"}, {"mlRandomSlope", R"("x1")"}});
+        workplace.screens.appear(multilevel);
+        const Control control = controlOf(workplace.controls(multilevel), label);
+        change(control);
+        return workplace.value("mlRandomSlope");
+    };
+    const auto check = [](const Control& control, const std::string& name, bool isChecked) {
+        std::get<CheckListControl>(control).setChecked(name, isChecked);
+    };
+    const auto choose = [](const Control& control, const std::string& text) {
+        const auto& choice = std::get<ChoiceControl>(control);
+        const auto at = std::ranges::find(choice.choices, text);
+        choice.set(static_cast<std::size_t>(at - choice.choices.begin()));
+    };
+    const Json kept = "x1";
+    const Json none = "";
+    EXPECT_EQ(slopeAfter("Predictors", [&](auto& c) { check(c, "x1", false); }), none);
+    EXPECT_EQ(slopeAfter("Predictors", [&](auto& c) { check(c, "q1", false); }), kept);
+    EXPECT_EQ(slopeAfter("Predictors",
+                         [](auto& c) {
+                             std::get<CheckListControl>(c).setAll({"q1", "x1"}, false);
+                         }),
+              none);
+    EXPECT_EQ(slopeAfter("Outcome", [&](auto& c) { choose(c, "x1"); }), none);
+    EXPECT_EQ(slopeAfter(
+                  "Outcome family",
+                  [&](auto& c) { choose(c, std::string(displayName(MultilevelFamily::ordinal))); }),
+              none);
+    EXPECT_EQ(slopeAfter(
+                  "Outcome family",
+                  [&](auto& c) { choose(c, std::string(displayName(MultilevelFamily::poisson))); }),
+              kept);
+}
+
 struct GateCase {
     int line;
     StudioScreen screen;
@@ -409,7 +449,9 @@ const std::vector<GateCase> gateCases = {
      "There are too few complete cases", ""},
     {__LINE__, invariance, {{"invItems", R"(["q1","q2"])"}}, "Select at least three items", ""},
     {__LINE__, invariance, {{"invGroup", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, invariance, {}, "Invariance testing is not in this version", kept},
+    {__LINE__, invariance, {}, "A chosen column is missing", ""},
+    {__LINE__, invariance, {{"invItems", R"(["q1","q2","q3"])"}, {"invGroup", R"("school")"}},
+     "Invariance testing is not in this version", kept},
 };
 // clang-format on
 
@@ -512,14 +554,20 @@ TEST(StructuralModelText, WritesModelsOfTheFirstColumns) {
 }
 
 TEST(StructuralModelText, InsertsANameWhereOneIsAwaited) {
-    const std::vector<std::pair<std::string, std::string>> cases = {{"", "x"},
-                                                                    {"f =~", "f =~ x"},
-                                                                    {"f =~ ", "f =~ x"},
-                                                                    {"y ~", "y ~ x"},
-                                                                    {"f =~ a", "f =~ a + x"},
-                                                                    {"f =~ a ", "f =~ a + x"},
-                                                                    {"f =~ a +", "f =~ a + x"},
-                                                                    {"f =~ a\n", "f =~ a\nx"}};
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"", "x"},
+        {"f =~", "f =~ x"},
+        {"f =~ ", "f =~ x"},
+        {"y ~", "y ~ x"},
+        {"f =~ a", "f =~ a + x"},
+        {"f =~ a ", "f =~ a + x"},
+        {"f =~ a +", "f =~ a + x"},
+        {"f =~ a\n", "f =~ a\nx"},
+        {"f =~ a # note", "f =~ a # note\nx"},
+        {"# a; f =~ b", "# a; f =~ b + x"},
+        {"f =~ `a#b`", "f =~ `a#b` + x"},
+        {"f =~ 1*", "f =~ 1*x"},
+        {"f =~ a + 0.5* ", "f =~ a + 0.5*x"}};
     for (const auto& [before, after] : cases) {
         EXPECT_EQ(StructuralModelText::withName(before, "x"), after);
     }
