@@ -290,7 +290,7 @@ std::vector<std::string> CallArguments::matrixNames(const std::string& name,
     std::vector<std::string> names;
     while (names.size() < count) {
         names.push_back(hasRows(matrixKey) ? positionName(names.size() + 1)
-                                         : (*matrix)[names.size()].get<std::string>());
+                                           : (*matrix)[names.size()].get<std::string>());
     }
     return names;
 }
