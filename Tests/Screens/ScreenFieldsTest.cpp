@@ -57,6 +57,7 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "cmAncovaOutcome", R"("")", R"("a")", withDataset},
     {__LINE__, "cmAncovaGroup", R"("")", R"("a")", withDataset},
     {__LINE__, "cmAncovaCovariates", "[]", R"(["a","b"])", withDataset},
+    {__LINE__, "cmFactors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "demoVars", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "demoGroup", R"("")", R"("a")", withDataset},
     {__LINE__, "corrX", R"("")", R"("a")", withDataset},
@@ -183,6 +184,14 @@ const std::vector<FieldCase> fieldCases = {
 };
 // clang-format on
 
+/// The last runs of analyses: none at the start, none after a reset.
+const std::vector<std::string> runFields = {
+    "cmTTestRun",         "cmPairedTTestRun",      "cmOneWayRun",
+    "cmFactorialRun",     "cmRepeatedMeasuresRun", "cmAncovaRun",
+    "mvManovaStored",     "npMannWhitneyRun",      "npWilcoxonRun",
+    "npKruskalWallisRun", "npFriedmanRun",         "npChiSquareRun",
+    "npGoodnessOfFitRun", "npFisherRun",           "npMcNemarRun"};
+
 class ScreenFieldsTest : public testing::Test {
 protected:
     Json valueOf(const std::string& name) const { return registry.find(name)->json(); }
@@ -192,7 +201,13 @@ protected:
 };
 
 TEST_F(ScreenFieldsTest, HoldsTheFieldsOfTheTableAndNoOthers) {
-    EXPECT_EQ(registry.fields().size(), fieldCases.size());
+    EXPECT_EQ(registry.fields().size(), fieldCases.size() + runFields.size());
+    for (const std::string& name : runFields) {
+        const AnyField* field = registry.find(name);
+        ASSERT_NE(field, nullptr) << name;
+        EXPECT_TRUE(field->json().is_null()) << name;
+        EXPECT_EQ(field->resetRule(), withDataset) << name;
+    }
     for (const FieldCase& field : fieldCases) {
         EXPECT_NE(registry.find(field.name), nullptr) << "line " << field.line;
     }

@@ -105,11 +105,19 @@ struct OneWayRun {
 };
 BOOST_DESCRIBE_STRUCT(OneWayRun, (), (result, total, bayesFactor, assumptions))
 
+/// One combination of the factors' levels.
+struct DesignCell {
+    std::vector<std::string> levels;
+    SampleFigures figures;
+
+    bool operator==(const DesignCell&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(DesignCell, (), (levels, figures))
+
 struct FactorialRun {
     std::string outcome;
     std::optional<FactorialANOVAResult> result;
-    /// One per combination of levels.
-    std::vector<SampleFigures> cells;
+    std::vector<DesignCell> cells;
     std::vector<Chart> charts;
 
     bool operator==(const FactorialRun&) const = default;

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
@@ -43,16 +44,17 @@ bool isBlocked(const FactorialANOVAResult& result) {
     return result.readiness.status == AnalysisReadinessStatus::blocked;
 }
 
-/// The cells of a design: the values of each combination of levels, by the names of the levels in
-/// the order of the factors, in order of first appearance.
-struct DesignCells {
-    std::vector<std::vector<std::string>> levels;
-    std::vector<std::vector<double>> values;
+/// The values of each combination of levels, in the order of the factors and of the first
+/// appearance of their levels.
+struct DesignValues {
+    std::vector<std::string> levels;
+    std::vector<double> values;
 };
 
-DesignCells cellsOf(const NumericColumn& outcome, const std::vector<const TextColumn*>& factors) {
-    DesignCells cells;
-    std::map<std::vector<std::string>, std::size_t> positions;
+std::vector<DesignValues> valuesByCell(const NumericColumn& outcome,
+                                       const std::vector<const TextColumn*>& factors) {
+    std::vector<std::map<std::string, std::size_t>> known(factors.size());
+    std::map<std::vector<std::size_t>, DesignValues> cells;
     for (std::size_t row = 0; row < outcome.size(); ++row) {
         const std::optional<double> value = outcome[row];
         std::vector<std::string> levels;
@@ -64,44 +66,55 @@ DesignCells cellsOf(const NumericColumn& outcome, const std::vector<const TextCo
         if (!value || levels.size() < factors.size()) {
             continue;
         }
-        const auto [entry, isNew] = positions.try_emplace(levels, cells.values.size());
-        if (isNew) {
-            cells.levels.push_back(levels);
-            cells.values.emplace_back();
+        std::vector<std::size_t> positions;
+        for (std::size_t i = 0; i < factors.size(); ++i) {
+            positions.push_back(known[i].try_emplace(levels[i], known[i].size()).first->second);
         }
-        cells.values[entry->second].push_back(*value);
+        DesignValues& cell = cells[positions];
+        cell.levels = std::move(levels);
+        cell.values.push_back(*value);
     }
-    return cells;
+    std::vector<DesignValues> result;
+    for (auto& [positions, cell] : cells) {
+        result.push_back(std::move(cell));
+    }
+    return result;
 }
 
 /// The means of the outcome along the first factor, a line for each level of the second; over the
 /// levels of any further factor together.
-Chart profileOf(const FactorialRun& run, const DesignCells& cells) {
-    std::vector<std::string> first;
-    std::vector<std::string> second;
-    const auto positionOf = [](std::vector<std::string>& names, const std::string& name) {
-        const auto found = std::find(names.begin(), names.end(), name);
-        if (found != names.end()) {
-            return static_cast<std::size_t>(found - names.begin());
-        }
-        names.push_back(name);
-        return names.size() - 1;
-    };
-    std::map<std::pair<std::size_t, std::size_t>, std::vector<double>> values;
-    for (std::size_t cell = 0; cell < cells.values.size(); ++cell) {
-        std::vector<double>& pooled = values[{positionOf(second, cells.levels[cell][1]),
-                                              positionOf(first, cells.levels[cell][0])}];
-        pooled.insert(pooled.end(), cells.values[cell].begin(), cells.values[cell].end());
-    }
+Chart profileOf(const FactorialRun& run, const std::vector<DesignValues>& cells) {
     LinePlot plot;
-    plot.categories = first;
-    for (const std::string& name : second) {
-        plot.series.push_back({.name = name});
+    std::vector<std::vector<std::vector<double>>> values;
+    const auto positionOf = [](const auto& names, const std::string& name, auto nameOf) {
+        return static_cast<std::size_t>(
+            std::find_if(names.begin(), names.end(),
+                         [&](const auto& each) { return nameOf(each) == name; }) -
+            names.begin());
+    };
+    for (const DesignValues& cell : cells) {
+        const std::size_t column = positionOf(plot.categories, cell.levels[0],
+                                              [](const std::string& each) { return each; });
+        const std::size_t line = positionOf(plot.series, cell.levels[1],
+                                            [](const LinePlot::Series& each) { return each.name; });
+        if (column == plot.categories.size()) {
+            plot.categories.push_back(cell.levels[0]);
+        }
+        if (line == plot.series.size()) {
+            plot.series.push_back({.name = cell.levels[1]});
+            values.emplace_back();
+        }
+        values[line].resize(std::max(values[line].size(), column + 1));
+        std::vector<double>& pooled = values[line][column];
+        pooled.insert(pooled.end(), cell.values.begin(), cell.values.end());
     }
-    for (const auto& [position, pooled] : values) {
-        LinePlot::Series& series = plot.series[position.first];
-        series.x.push_back(static_cast<double>(position.second));
-        series.y.push_back(SampleFigures::of("", pooled).mean.value_or(0.0));
+    for (std::size_t line = 0; line < values.size(); ++line) {
+        for (std::size_t column = 0; column < values[line].size(); ++column) {
+            if (const auto mean = DescriptiveStatistics::mean(values[line][column])) {
+                plot.series[line].x.push_back(static_cast<double>(column));
+                plot.series[line].y.push_back(*mean);
+            }
+        }
     }
     Chart chart;
     chart.title = "Profile plot";
@@ -132,9 +145,16 @@ ReportTable effectTable(const FactorialANOVAResult& result) {
 ReportTable cellTable(const FactorialRun& run) {
     ReportTable table;
     table.title = "Cell statistics";
-    table.headers = sampleHeaders("Cell");
-    for (const SampleFigures& cell : run.cells) {
-        table.rows.push_back(cell.cells());
+    table.headers = run.result->factorNames;
+    for (const char* header : {"n", "M", "SD"}) {
+        table.headers.emplace_back(header);
+    }
+    for (const DesignCell& cell : run.cells) {
+        std::vector<std::string> row = cell.levels;
+        row.push_back(ResultText::count(cell.figures.n));
+        row.push_back(svFmt(cell.figures.mean, 2));
+        row.push_back(svFmt(cell.figures.standardDeviation, 2));
+        table.rows.push_back(std::move(row));
     }
     return table;
 }
@@ -228,10 +248,10 @@ std::optional<FactorialRun> FactorialAnova::compute() {
     const NumericColumn outcome = dataset.numericColumn(run.outcome);
     run.result = FactorialANOVATests::nWay(outcome, factors, names);
     if (run.result && !isBlocked(*run.result)) {
-        const DesignCells cells = cellsOf(outcome, factors);
-        for (std::size_t cell = 0; cell < cells.values.size(); ++cell) {
+        const std::vector<DesignValues> cells = valuesByCell(outcome, factors);
+        for (const DesignValues& cell : cells) {
             run.cells.push_back(
-                SampleFigures::of(ResultText::listed(cells.levels[cell]), cells.values[cell]));
+                {.levels = cell.levels, .figures = SampleFigures::of("", cell.values)});
         }
         run.charts = {profileOf(run, cells)};
     }

@@ -26,7 +26,7 @@ constexpr std::string_view name = "Friedman";
 ReportTable testTable(const FriedmanResult& result) {
     ReportTable table;
     table.title = "Friedman test";
-    table.headers = {"Chi-square", "df", "p", "Kendall's W", "Cases"};
+    table.headers = {"Chi-square", "df", "p", "W", "Cases"};
     table.rows = {{svFmt(result.chiSquare, 2), ResultText::count(result.degreesOfFreedom),
                    ResultText::pCell(result.pValue), svFmt(result.kendallsW, 3),
                    ResultText::count(result.subjects)}};
