@@ -23,6 +23,10 @@ public:
     virtual std::optional<Gate> gate() const = 0;
     /// What a run would work on, in a few words, such as "score by group".
     virtual std::string selection() const = 0;
+    /// What a screen says that has not run yet.
+    virtual std::string invitation() const {
+        return "Press " + runLabel() + " in the Setup panel. Results appear here.";
+    }
     /// Runs on the selections as they stand, and keeps the result. Called only without a gate.
     virtual void run() = 0;
     virtual bool hasRun() const = 0;

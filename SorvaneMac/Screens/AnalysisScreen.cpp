@@ -36,9 +36,7 @@ ScreenContent AnalysisScreen::content() const {
         analysis.show(content);
     } else {
         content.gate = {
-            .title = "Ready to run",
-            .lead = analysis.selection(),
-            .text = "Press " + analysis.runLabel() + " in the Setup panel. Results appear here."};
+            .title = "Ready to run", .lead = analysis.selection(), .text = analysis.invitation()};
     }
     return content;
 }

@@ -1,8 +1,10 @@
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Project/Json.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 
 namespace sorvane::AssumptionChecks {
@@ -53,6 +55,16 @@ Card card(const std::vector<AssumptionFinding>& findings) {
         card.paragraphs = {"No check could be made on this selection."};
     }
     return card;
+}
+
+ScreenLink rankTestLink(const std::string& test,
+                        const std::string& outcome,
+                        const std::string& grouping) {
+    return {.label = "Go to the rank-based test",
+            .screen = StudioScreen::nonparametric,
+            .settings = {{"npTest", Json(test).dump()},
+                         {"npOutcome", Json(outcome).dump()},
+                         {"npGroup", Json(grouping).dump()}}};
 }
 
 bool hints(const std::vector<AssumptionFinding>& findings, std::string_view procedure) {

@@ -128,6 +128,11 @@ ScreenContent CategoricalTestsScreen::content() const {
     std::vector<std::string> warnings = ResultText::messages(found.table->readiness);
     warnings.insert(warnings.end(), found.chiSquare->warnings.begin(),
                     found.chiSquare->warnings.end());
+    if (found.fisher) {
+        for (std::string& message : ResultText::messages(found.fisher->readiness)) {
+            warnings.push_back(std::move(message));
+        }
+    }
     addReport(
         {.title = "Table: " + counts.rowName + " by " + counts.columnName,
          .sentence = sentence(counts, *found.chiSquare, found.table->grandTotal),

@@ -64,6 +64,25 @@ void strikeMissing(std::vector<bool>& isComplete, const TextColumn* column) {
     }
 }
 
+/// Which rows have a number in every numeric column and a category in every other one.
+std::vector<bool> completeMask(const ImportedDataset& dataset,
+                               std::span<const std::string> numericColumns,
+                               std::span<const std::string> categoryColumns) {
+    std::vector<bool> isComplete(static_cast<std::size_t>(dataset.rowCount()), true);
+    for (const std::string& name : numericColumns) {
+        const NumericColumn numbers = dataset.numericColumn(name);
+        for (std::size_t row = 0; row < isComplete.size(); ++row) {
+            if (row >= numbers.size() || !numbers[row]) {
+                isComplete[row] = false;
+            }
+        }
+    }
+    for (const std::string& name : categoryColumns) {
+        strikeMissing(isComplete, columnOf(dataset, name));
+    }
+    return isComplete;
+}
+
 /// Adds each row to the count of its category, and of its group's.
 void countRows(CrossCounts& counts,
                const TextColumn& column,
@@ -155,19 +174,36 @@ bool hasCompleteRows(const ImportedDataset& dataset,
     if (rowCount - mostIncomplete(dataset, numericColumns, categoryColumns) >= wanted) {
         return true;
     }
-    std::vector<bool> isComplete(static_cast<std::size_t>(rowCount), true);
-    for (const std::string& name : numericColumns) {
-        const NumericColumn numbers = dataset.numericColumn(name);
-        for (std::size_t row = 0; row < isComplete.size(); ++row) {
-            if (row >= numbers.size() || !numbers[row]) {
-                isComplete[row] = false;
-            }
+    const std::vector<bool> isComplete = completeMask(dataset, numericColumns, categoryColumns);
+    return std::count(isComplete.begin(), isComplete.end(), true) >= wanted;
+}
+
+CompleteRows completeRows(const ImportedDataset& dataset,
+                          std::span<const std::string> numericColumns,
+                          std::span<const std::string> categoryColumns) {
+    const TextColumn* column = columnOf(dataset, categoryColumns.front());
+    if (!column) {
+        return {};
+    }
+    const Levels levels(*column);
+    if (mostIncomplete(dataset, numericColumns, categoryColumns) == 0) {
+        return {.rows = dataset.rowCount(), .categories = levels.categories};
+    }
+    const std::vector<bool> isComplete = completeMask(dataset, numericColumns, categoryColumns);
+    CompleteRows result;
+    std::vector<bool> isPresent(levels.categories.size(), false);
+    for (std::size_t row = 0; row < isComplete.size(); ++row) {
+        if (isComplete[row]) {
+            ++result.rows;
+            isPresent[*levels.categoryOf[column->code(row)]] = true;
         }
     }
-    for (const std::string& name : categoryColumns) {
-        strikeMissing(isComplete, columnOf(dataset, name));
+    for (std::size_t i = 0; i < isPresent.size(); ++i) {
+        if (isPresent[i]) {
+            result.categories.push_back(levels.categories[i]);
+        }
     }
-    return std::count(isComplete.begin(), isComplete.end(), true) >= wanted;
+    return result;
 }
 
 void fillPair(Field<std::string>& first,

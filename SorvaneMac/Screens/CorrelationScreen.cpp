@@ -7,6 +7,7 @@
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
+#include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
@@ -145,9 +146,19 @@ Card CorrelationScreen::pairCard(const PairCorrelations& pair) const {
         table.rows.push_back(
             measureRow("Partial r, controlling " + fields_.corrControl->name, pair.partial));
     }
-    return {.title = fields_.corrX->name + " and " + fields_.corrY->name,
-            .subtitle = "Pairs with both values present",
-            .tables = {std::move(table)}};
+    Card card{.title = fields_.corrX->name + " and " + fields_.corrY->name,
+              .subtitle = "Pairs with both values present",
+              .tables = {std::move(table)}};
+    if (pair.pearson) {
+        if (auto line = BayesFactorLine::passage(
+                BayesFactors::correlationBF(pair.pearson->r, pair.pearson->n),
+                {.alternative = "an association",
+                 .null = "no association",
+                 .caption = BayesFactorLine::correlationCaption})) {
+            card.passages.push_back(std::move(*line));
+        }
+    }
+    return card;
 }
 
 Chart CorrelationScreen::scatter() const {

@@ -25,14 +25,6 @@ Gate needOutcomeAndGroups() {
                 "set its role in Variable Types."};
 }
 
-Gate tooFewGroups() {
-    return {.title = "Too few groups to compare",
-            .lead = "",
-            .text =
-                "The comparison needs at least two groups with two or more valid outcome values. "
-                "Pick another outcome or grouping field."};
-}
-
 }  // namespace
 
 SetupForm GroupPatternsScreen::setup() {
@@ -70,7 +62,8 @@ std::optional<Gate> GroupPatternsScreen::gate() const {
     }
     if (!GroupSelection::hasTwoUsableGroups(
             dataset, {state_.selectedANOVAOutcomeName, state_.selectedANOVAGroupName})) {
-        return tooFewGroups();
+        return GroupComparison::tooFewGroups(dataset, state_.selectedANOVAOutcomeName->name,
+                                             state_.selectedANOVAGroupName->name);
     }
     return std::nullopt;
 }
@@ -92,7 +85,9 @@ ScreenContent GroupPatternsScreen::content() const {
     if (run.result) {
         GroupComparison::show(run, content);
     } else {
-        content.gate = tooFewGroups();
+        content.gate =
+            GroupComparison::tooFewGroups(state_.dataset(), state_.selectedANOVAOutcomeName->name,
+                                          state_.selectedANOVAGroupName->name);
     }
     return content;
 }

@@ -11,6 +11,7 @@
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
+#include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -21,6 +22,43 @@ namespace sorvane {
 namespace {
 
 constexpr std::int64_t fewestPairs = 3;
+constexpr BayesFactorLine::Sides sides = {.alternative = "an association",
+                                          .null = "no association",
+                                          .caption = BayesFactorLine::correlationCaption};
+
+constexpr std::string_view caution =
+    "Correlation is association, not causation; check for outliers and nonlinearity.";
+
+ReportTable checkTable(const std::vector<AssumptionFinding>& findings) {
+    ReportTable table;
+    table.title = "Assumption checks";
+    table.headers = {"Check", "Target", "Statistic", "Value", "p", "Result"};
+    for (const AssumptionFinding& finding : findings) {
+        table.rows.push_back({finding.check, finding.target, finding.statisticLabel,
+                              svFmt(finding.statistic, 3),
+                              finding.pValue ? ResultText::pCell(*finding.pValue) : "--",
+                              std::string(displayName(finding.severity))});
+    }
+    return table;
+}
+
+Finding finding(const PairEvidence& evidence, const std::string& x, const std::string& y) {
+    const CorrelationResult& pearson = *evidence.pearson;
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = "Assumptions and evidence: " + x + " and " + y;
+    item.apaSummary = "The Pearson correlation of " + x + " and " + y + " was r(" +
+                      ResultText::count(pearson.n - 2) + ") = " + svFmtBounded(pearson.r, 2) +
+                      ", " + ResultText::pSentence(pearson.pValue) + ".";
+    if (const auto line = BayesFactorLine::passage(evidence.bayesFactor, sides)) {
+        item.apaSummary += " " + line->text;
+    }
+    item.table = checkTable(evidence.assumptions);
+    item.table->note =
+        "Of the cases with both values. " + std::string(BayesFactorLine::correlationCaption) + ".";
+    item.caution = std::string(caution);
+    return {.item = std::move(item), .figure = std::nullopt};
+}
 
 Gate needTwoVariables() {
     return {.title = "Need two numeric variables",
@@ -82,7 +120,8 @@ PairEvidence RelationshipsScreen::evidence() const {
     const NumericColumn x = state_.dataset().numericColumn(fields_.corrX->name);
     const NumericColumn y = state_.dataset().numericColumn(fields_.corrY->name);
     const std::vector<std::string> names = {fields_.corrX->name, fields_.corrY->name};
-    const std::vector<std::vector<double>> values = {x.present(), y.present()};
+    const std::vector<NamedNumericGroup> complete = completeColumns(state_.dataset(), names);
+    const std::vector<std::vector<double>> values = {complete[0].values, complete[1].values};
     PairEvidence evidence{.pearson = RelationshipTests::pearson(x, y),
                           .bayesFactor = std::nullopt,
                           .assumptions = AssumptionAudit::correlationAudit(values, names)};
@@ -113,20 +152,19 @@ void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenConten
          pearson ? "n = " + ResultText::count(pearson->n) : "could not be computed"},
         {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"}};
     Card pair{.title = x + " and " + y};
-    if (auto line = BayesFactorLine::passage(evidence.bayesFactor,
-                                             {.alternative = "an association",
-                                              .null = "no association",
-                                              .caption = BayesFactorLine::correlationCaption})) {
+    if (auto line = BayesFactorLine::passage(evidence.bayesFactor, sides)) {
         pair.passages.push_back(std::move(*line));
     }
     pair.charts = {scatterChart({.name = x, .values = state_.dataset().numericColumn(x)},
                                 {.name = y, .values = state_.dataset().numericColumn(y)})};
     content.cards.push_back(std::move(pair));
     content.cards.push_back(AssumptionChecks::card(evidence.assumptions));
+    if (pearson) {
+        content.findings.push_back(finding(evidence, x, y));
+    }
     content.cards.push_back(
         {.title = "What not to claim",
-         .cautions = {"Correlation is association, not causation; check for "
-                      "outliers and nonlinearity."},
+         .cautions = {std::string(caution)},
          .links = {{.label = "Go to Correlation", .screen = StudioScreen::correlation}},
          .wide = true});
 }

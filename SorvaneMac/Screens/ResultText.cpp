@@ -72,6 +72,15 @@ std::vector<std::string> messages(const AnalysisReadiness& readiness) {
     return result;
 }
 
+std::string obstacle(const AnalysisReadiness& readiness) {
+    for (const AnalysisReadinessIssue& issue : readiness.issues) {
+        if (issue.status == AnalysisReadinessStatus::blocked) {
+            return issue.message;
+        }
+    }
+    return {};
+}
+
 void addCharts(ScreenContent& content, const std::vector<Chart>& charts) {
     for (const Chart& chart : charts) {
         content.cards.push_back(

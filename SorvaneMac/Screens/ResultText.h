@@ -30,6 +30,8 @@ std::string listed(const std::vector<std::string>& names);
 std::string_view significanceWords(double p);
 /// The messages of the issues, in order.
 std::vector<std::string> messages(const AnalysisReadiness& readiness);
+/// The first message that blocks the analysis; empty without one.
+std::string obstacle(const AnalysisReadiness& readiness);
 
 /// What a figure in stars stands for.
 inline constexpr std::string_view starLegend = "* p < .05. ** p < .01. *** p < .001.";

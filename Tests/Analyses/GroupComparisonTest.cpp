@@ -120,7 +120,7 @@ TEST(GroupComparisonEngine, PicksTestAndFamilyByTheRule) {
         EXPECT_EQ(result->recommendedPostHocMethod, c.recommended) << c.line;
         EXPECT_EQ(result->postHocMethod, c.used) << c.line;
         ASSERT_EQ(result->pairwiseComparisons.size(), c.pairs) << c.line;
-        EXPECT_EQ(result->pairwiseComparisons[0].method, c.used) << c.line;
+        EXPECT_EQ(result->pairwiseComparisons[0].method, displayName(c.used)) << c.line;
     }
     const auto fallback = Columns::of({narrow, farApart}).analyzed();
     EXPECT_LT(*fallback->pairwiseComparisons[0].degreesOfFreedom, 2.0);

@@ -68,7 +68,7 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "regOutcome", R"("")", R"("a")", withDataset},
     {__LINE__, "regPredictors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "regHasRun", "false", "true", withDataset},
-    {__LINE__, "regLinearRun", "null", R"({"outcome":"a","predictors":["b"]})", withDataset},
+    {__LINE__, "regLinearRun", "null", R"({"outcome":"a","predictors":["b"],"assumptions":[]})", withDataset},
     {__LINE__, "regAssumptionFindings", "null", oneFinding, withDataset},
     {__LINE__, "regAssumptionsExpanded", "true", "false", kept},
     {__LINE__, "drMethod", R"("pca")", R"("hierarchical")", kept},

@@ -8,7 +8,6 @@
 
 #include "SorvaneCore/Dataset/LabelOrder.h"
 #include "SorvaneCore/Dataset/MissingValue.h"
-#include "SorvaneCore/Dataset/UnicodeText.h"
 
 namespace sorvane {
 
@@ -35,11 +34,10 @@ private:
         if (MissingValue::isMissing(cell)) {
             return missing;
         }
-        const std::string_view label = UnicodeText::trimmed(cell);
         const auto next = static_cast<std::uint32_t>(groups_.size());
-        const auto [entry, isNew] = byLabel_.try_emplace(label, next);
+        const auto [entry, isNew] = byLabel_.try_emplace(cell, next);
         if (isNew) {
-            groups_.push_back({.label = std::string(label)});
+            groups_.push_back({.label = std::string(cell)});
         }
         return entry->second;
     }

@@ -14,7 +14,7 @@ namespace sorvane {
 /// The rows of a table by the label of their group.
 struct GroupedRows {
     struct Group {
-        /// The cell without surrounding white space.
+        /// The text of the cell as it stands.
         std::string label{};
         /// The outcomes that are present, in row order.
         std::vector<double> values{};

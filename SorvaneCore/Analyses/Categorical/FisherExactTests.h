@@ -32,7 +32,7 @@ BOOST_DESCRIBE_STRUCT(FisherExactResult,
 /// Method     log gamma gives the hypergeometric probability of every table with these margins;
 ///            the two-sided p adds those that are at most as probable as the observed table, to
 ///            within 1e-7 of the logarithm
-/// Accuracy   about 1e-13 relative for hundreds of observations, 1e-10 for 100,000
+/// Accuracy   about 1e-13 relative for hundreds of observations, 1e-9 for 100,000
 /// Cost       O(smallest margin), 5 ms for 100,000 observations
 namespace FisherExactTests {
 

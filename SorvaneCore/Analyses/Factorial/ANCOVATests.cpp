@@ -123,6 +123,9 @@ std::optional<FullModel> fullModel(const Design& design) {
     return model;
 }
 
+/// A share of the squares that is no more than rounding: such a model fits exactly.
+constexpr double roundingShare = 1e-24;
+
 /// The error squares of the model without groups.
 std::optional<double> reducedErrorSquares(const Design& design) {
     std::vector<std::span<const double>> columns;
@@ -190,7 +193,8 @@ std::optional<ANCOVAResult> compared(const Design& design,
         .n = n};
     const std::optional<FullModel> full = fullModel(design);
     const std::optional<double> reduced = reducedErrorSquares(design);
-    if (!full || !reduced || !std::isfinite(full->errorSquares)) {
+    if (!full || !reduced || !std::isfinite(full->errorSquares) ||
+        full->errorSquares <= roundingShare * *reduced) {
         return std::nullopt;
     }
     setGroupEffect(result, std::max(*reduced - full->errorSquares, 0.0), full->errorSquares);

@@ -82,7 +82,8 @@ double productToMean(const std::vector<double>& eigenvalues) {
 void setMauchly(Sphericity& result, double w, double d, double n) {
     const double correction = 1.0 - (2.0 * d * d + d + 2.0) / (6.0 * d * (n - 1.0));
     result.mauchlyW = w;
-    result.mauchlyChiSquare = -(n - 1.0) * correction * std::log(w);
+    // Less from 0, so that a W of 1 gives no negative zero.
+    result.mauchlyChiSquare = 0.0 - (n - 1.0) * correction * std::log(w);
     result.mauchlyP = MathDistributions::chiSquareRightTailPValue(
         result.mauchlyChiSquare, static_cast<double>(result.mauchlyDF));
 }

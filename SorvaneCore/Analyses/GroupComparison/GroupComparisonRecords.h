@@ -74,7 +74,8 @@ struct PairwiseComparisonResult {
     /// Cohen's d.
     std::optional<double> effectSize{};
     std::optional<double> hedgesG{};
-    PostHocMethod method = PostHocMethod::tukeyHSD;
+    /// As the user reads it.
+    std::string method{};
     std::string interpretation{};
 
     bool operator==(const PairwiseComparisonResult&) const = default;
@@ -146,8 +147,8 @@ struct GroupComparisonMethodFile {
         "one-way ANOVA is selected when available.";
     ANOVAVariant anovaVariantUsed = ANOVAVariant::classicOneWay;
     std::vector<ANOVAVariant> omnibusTestsComputed{};
-    PostHocMethod postHocMethodUsed = PostHocMethod::tukeyHSD;
-    PostHocMethod recommendedPostHocMethod = PostHocMethod::tukeyHSD;
+    std::string postHocMethodUsed{};
+    std::string recommendedPostHocMethod{};
     std::string postHocImplementationNote =
         "Tukey HSD (Tukey-Kramer for unequal n) is used when variances are equal, Games-Howell "
         "when they are not, and Dunn's test (Holm-adjusted) for the rank-based Kruskal-Wallis "

@@ -165,9 +165,9 @@ std::vector<AssumptionWarning> warnings(const GroupFacts& facts, const Findings&
 }
 
 std::string pairInterpretation(const PairwiseComparisonResult& pair, bool differs) {
-    const std::string ending = pair.method == PostHocMethod::dunn
+    const std::string ending = pair.method == displayName(PostHocMethod::dunn)
                                    ? "Dunn's test (Holm-adjusted)"
-                                   : std::string(displayName(pair.method)) + " adjustment";
+                                   : pair.method + " adjustment";
     return pair.groupA + " and " + pair.groupB +
            (differs ? " differ after " : " do not differ after ") + ending + ".";
 }

@@ -13,6 +13,8 @@ namespace {
 constexpr std::size_t fewestUsable = 2;
 constexpr double unevenRatio = 1.5;
 constexpr double imbalancedRange = 0.1;
+/// What the difference of two shares may lack by rounding, such as 0.3 - 0.2.
+constexpr double rounding = 1e-12;
 constexpr std::size_t fewDistinctValues = 8;
 constexpr double strongSkewness = 2.0;
 constexpr std::int64_t fewestForShape = 3;
@@ -80,7 +82,8 @@ GroupFacts GroupFacts::of(const GroupedRows& rows) {
     }
     facts.hasUnevenSizes = !sizes.isEmpty() && sizes.highest / sizes.lowest >= unevenRatio;
     facts.hasMissingImbalance =
-        !missingShares.isEmpty() && missingShares.highest - missingShares.lowest >= imbalancedRange;
+        !missingShares.isEmpty() &&
+        missingShares.highest - missingShares.lowest >= imbalancedRange - rounding;
     facts.varianceRatio = variances.isEmpty() ? 1.0 : variances.highest / variances.lowest;
     return facts;
 }

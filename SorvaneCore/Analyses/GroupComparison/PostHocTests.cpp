@@ -78,7 +78,7 @@ void adjustFamily(Comparisons& family, PostHocMethod method) {
 
 Comparisons labelled(Comparisons family, PostHocMethod method) {
     for (PairwiseComparisonResult& pair : family) {
-        pair.method = method;
+        pair.method = displayName(method);
         pair.interpretation =
             GroupComparisonWording::pairInterpretation(pair, pair.adjustedPValue < significance);
     }

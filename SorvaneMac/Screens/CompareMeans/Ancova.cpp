@@ -34,8 +34,9 @@ Gate couldNotCompute(const AncovaRun& run) {
     return {.title = "The ANCOVA could not be computed",
             .lead = run.outcome,
             .text =
-                "A covariate is constant, or tells the groups or another covariate exactly. Take "
-                "it out in the Setup panel and run again."};
+                "A covariate is constant, tells the groups or another covariate exactly, or leaves "
+                "no variation of the outcome unexplained. Take it out in the Setup panel and run "
+                "again."};
 }
 
 std::string groupTest(const ANCOVAResult& result) {
@@ -152,15 +153,16 @@ std::optional<Gate> Ancova::gate() const {
     }
     std::vector<std::string> numbers = FormControls::chosen(
         fields_.cmAncovaCovariates.get(), cmAncovaCovariateCandidates(dataset, fields_));
-    const std::size_t groups = Categories::of(dataset, fields_.cmAncovaGroup->name).size();
-    // An intercept and a term for each group but one make as many terms as groups.
-    const auto terms = static_cast<std::int64_t>(groups + numbers.size());
-    if (numbers.empty() || groups < 2) {
+    if (numbers.empty()) {
         return cannotRunAncova();
     }
+    const std::size_t covariates = numbers.size();
     numbers.push_back(fields_.cmAncovaOutcome->name);
     const std::array<std::string, 1> group = {fields_.cmAncovaGroup->name};
-    if (!Categories::hasCompleteRows(dataset, terms + 1, numbers, group)) {
+    const Categories::CompleteRows complete = Categories::completeRows(dataset, numbers, group);
+    // An intercept and a term for each group but one make as many terms as groups.
+    const auto terms = static_cast<std::int64_t>(complete.categories.size() + covariates);
+    if (complete.categories.size() < 2 || complete.rows <= terms) {
         return cannotRunAncova();
     }
     return std::nullopt;
@@ -172,6 +174,7 @@ std::string Ancova::selection() const {
 
 std::optional<AncovaRun> Ancova::compute() {
     const ImportedDataset& dataset = state_.dataset();
+    fields_.cmAssumptionFindings.reset();
     AncovaRun run{
         .outcome = fields_.cmAncovaOutcome->name,
         .covariates = FormControls::chosen(fields_.cmAncovaCovariates.get(),

@@ -34,10 +34,9 @@ Gate pickOutcomeAndFactors() {
 Gate couldNotCompute(const FactorialRun& run) {
     return {.title = "The factorial ANOVA could not be computed",
             .lead = run.outcome,
-            .text = run.result && !run.result->readiness.issues.empty()
-                        ? run.result->readiness.issues.front().message
-                        : "It needs two or more factors with two levels each among the complete "
-                          "cases. Choose other factors in the Setup panel."};
+            .text = run.result ? ResultText::obstacle(run.result->readiness)
+                               : "It needs two or more factors with two levels each among the "
+                                 "complete cases. Choose other factors in the Setup panel."};
 }
 
 bool isBlocked(const FactorialANOVAResult& result) {
@@ -238,6 +237,7 @@ std::string FactorialAnova::selection() const {
 
 std::optional<FactorialRun> FactorialAnova::compute() {
     const ImportedDataset& dataset = state_.dataset();
+    fields_.cmAssumptionFindings.reset();
     FactorialRun run{.outcome = fields_.cmOutcome->name};
     const std::vector<std::string> names =
         FormControls::chosen(fields_.cmFactors.get(), anovaGroupingVariables(dataset));

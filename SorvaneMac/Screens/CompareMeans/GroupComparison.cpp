@@ -10,6 +10,7 @@
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
+#include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::GroupComparison {
@@ -22,6 +23,9 @@ GroupSummary totalOf(const GroupComparisonAnalysisResult& result) {
     GroupSummary total{.groupLabel = "Total"};
     std::vector<double> values;
     for (const GroupSummary& group : result.groupSummaries) {
+        if (group.n < GroupSelection::fewestCases) {
+            continue;
+        }
         values.insert(values.end(), group.validValues.begin(), group.validValues.end());
         total.missingN += group.missingN;
     }
@@ -102,6 +106,7 @@ ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
             table.rows.push_back(testRow(**test));
         }
     }
+    table.note = std::string(ResultText::starLegend);
     return table;
 }
 
@@ -164,21 +169,44 @@ Finding finding(const OneWayRun& run) {
 Card interpretationCard(const GroupComparisonAnalysisResult& result) {
     const GroupComparisonInterpretation& words = result.interpretation;
     return {.title = "In plain words",
-            .paragraphs = {words.summary, words.testChoiceReason, words.postHocSummary,
-                           result.effectSizes.interpretation},
-            .wide = true};
+            .paragraphs = {words.summary, words.testChoiceReason, words.postHocSummary}};
 }
 
-Card cautionCard(const GroupComparisonAnalysisResult& result) {
-    Card card{
-        .title = "What not to claim", .cautions = result.interpretation.limitations, .wide = true};
-    for (const std::string& claim : result.interpretation.whatNotToClaim) {
-        card.cautions.push_back(claim);
+Card effectCard(const GroupComparisonAnalysisResult& result) {
+    const EffectSizeResult& sizes = result.effectSizes;
+    return {.title = "Effect sizes",
+            .paragraphs = {sizes.interpretation},
+            .facts = {{"η²", svFmtBounded(sizes.etaSquared, 3)},
+                      {"ω²", svFmtBounded(sizes.omegaSquared, 3)},
+                      {"ε² (ranks)", svFmtBounded(sizes.epsilonSquared, 3)},
+                      {"Rows without a group", ResultText::count(result.missingGroupRows)}}};
+}
+
+Card assumptions(const OneWayRun& run) {
+    Card card = AssumptionChecks::card(run.assumptions);
+    if (AssumptionChecks::hints(run.assumptions, AssumptionChecks::rankHint)) {
+        card.links.push_back(AssumptionChecks::rankTestLink(
+            "kruskalWallis", run.result->outcomeName, run.result->groupName));
     }
     return card;
 }
 
 }  // namespace
+
+Gate tooFewGroups(const ImportedDataset& dataset,
+                  const std::string& outcome,
+                  const std::string& grouping) {
+    Gate gate{.title = "Cannot run ANOVA", .lead = outcome + " by " + grouping};
+    if (const std::optional<std::size_t> column = dataset.columnIndex(grouping)) {
+        const AnalysisReadiness readiness = GroupComparisonEngine::readiness(
+            dataset.rows.column(*column), dataset.numericColumn(outcome));
+        for (const std::string& message : ResultText::messages(readiness)) {
+            gate.text += message + " ";
+        }
+    }
+    gate.text += "Pick another outcome or grouping field.";
+    return gate;
+}
 
 OneWayRun run(const ImportedDataset& dataset,
               const std::string& outcome,
@@ -235,8 +263,14 @@ void show(const OneWayRun& run, ScreenContent& content) {
     }
     ResultText::addCharts(content, run.charts);
     content.cards.push_back(interpretationCard(result));
-    content.cards.push_back(AssumptionChecks::card(run.assumptions));
-    content.cards.push_back(cautionCard(result));
+    content.cards.push_back(effectCard(result));
+    content.cards.push_back(assumptions(run));
+    if (!result.interpretation.limitations.empty()) {
+        content.cards.push_back(
+            {.title = "Cautions", .cautions = result.interpretation.limitations});
+    }
+    content.cards.push_back(
+        {.title = "What not to claim", .cautions = result.interpretation.whatNotToClaim});
     content.findings.push_back(finding(run));
 }
 

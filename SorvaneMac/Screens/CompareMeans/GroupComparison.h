@@ -10,6 +10,11 @@
 /// once.
 namespace sorvane::GroupComparison {
 
+/// What stands in the way of a comparison: the issues of its readiness.
+Gate tooFewGroups(const ImportedDataset& dataset,
+                  const std::string& outcome,
+                  const std::string& grouping);
+
 OneWayRun run(const ImportedDataset& dataset,
               const std::string& outcome,
               const std::string& grouping);

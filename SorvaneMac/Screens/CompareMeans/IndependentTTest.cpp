@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
@@ -22,7 +23,6 @@ constexpr std::string_view caution = "A group difference is association, not cau
 constexpr std::string_view notCausal =
     "Do not claim that the group caused the difference unless cases were assigned to groups at "
     "random.";
-constexpr std::string_view welchHint = "welch";
 
 Gate pickTwoGroups() {
     return {.title = "Pick two groups",
@@ -102,7 +102,13 @@ Finding finding(const TTestRun& run) {
 
 Card assumptionCard(const TTestRun& run) {
     Card card = AssumptionChecks::card(run.assumptions);
-    if (!AssumptionChecks::hints(run.assumptions, welchHint)) {
+    if (AssumptionChecks::hints(run.assumptions, AssumptionChecks::rankHint)) {
+        ScreenLink link = AssumptionChecks::rankTestLink("mannWhitney", run.outcome, run.grouping);
+        link.settings.emplace_back("npG1", Json(run.first.name).dump());
+        link.settings.emplace_back("npG2", Json(run.second.name).dump());
+        card.links.push_back(std::move(link));
+    }
+    if (!AssumptionChecks::hints(run.assumptions, AssumptionChecks::welchHint)) {
         return card;
     }
     if (run.variances == VarianceAssumption::unequal) {
@@ -167,6 +173,10 @@ std::optional<Gate> IndependentTTest::gate() const {
                          fields_.cmOutcome->name);
 }
 
+std::string IndependentTTest::invitation() const {
+    return pickTwoGroups().text;
+}
+
 std::string IndependentTTest::selection() const {
     return fields_.cmOutcome->name + " in " + fields_.cmGroup1.get() + " and " +
            fields_.cmGroup2.get();
@@ -207,6 +217,7 @@ void IndependentTTest::present(const TTestRun& run, ScreenContent& content) cons
     }
     content.subtitle = testName(run) + " t-test of " + run.outcome + " by " + run.grouping;
     content.tiles = TTestTables::tiles(*run.result, run.first.n + run.second.n, "in both groups");
+    content.tiles.insert(content.tiles.begin(), {"Selected test", testName(run) + " t-test", ""});
     Card results{.title = run.outcome + " by " + run.grouping,
                  .subtitle = run.first.name + " and " + run.second.name,
                  .tables = {groupTable(run), TTestTables::testTable(*run.result, *run.interval)},

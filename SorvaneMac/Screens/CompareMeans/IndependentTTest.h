@@ -17,6 +17,7 @@ public:
     std::string runLabel() const override;
     std::optional<Gate> gate() const override;
     std::string selection() const override;
+    std::string invitation() const override;
     Guide guide() const override;
 
 private:

@@ -1,25 +1,10 @@
 #include "SorvaneMac/Screens/CompareMeans/OneWayAnova.h"
 
-#include <chrono>
-
-#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
-
-namespace {
-
-Gate tooFewUsableGroups() {
-    return {.title = "Cannot run ANOVA",
-            .lead = "",
-            .text =
-                "ANOVA needs at least two groups with two or more valid outcome values. Pick "
-                "another outcome or grouping field."};
-}
-
-}  // namespace
 
 std::string OneWayAnova::subtitle() const {
     return std::string(displayName(InferentialTest::anova));
@@ -39,7 +24,8 @@ std::optional<Gate> OneWayAnova::gate() const {
         return missing;
     }
     if (!GroupSelection::hasTwoUsableGroups(state_.dataset(), selected)) {
-        return tooFewUsableGroups();
+        return GroupComparison::tooFewGroups(state_.dataset(), fields_.cmOutcome->name,
+                                             fields_.cmGrouping->name);
     }
     return std::nullopt;
 }
@@ -59,7 +45,8 @@ void OneWayAnova::present(const OneWayRun& run, ScreenContent& content) const {
     if (run.result) {
         GroupComparison::show(run, content);
     } else {
-        content.gate = tooFewUsableGroups();
+        content.gate = GroupComparison::tooFewGroups(state_.dataset(), fields_.cmOutcome->name,
+                                                     fields_.cmGrouping->name);
     }
 }
 

@@ -23,7 +23,6 @@ namespace {
 
 constexpr std::string_view caution =
     "A change within cases is not proof of a causal effect without a controlled design.";
-constexpr std::string_view wilcoxonHint = "wilcoxonSignedRank";
 
 Gate pickBeforeAndAfter() {
     return {.title = "Need two measurements of the same cases",
@@ -92,7 +91,7 @@ Finding finding(const PairedTTestRun& run) {
 
 Card assumptionCard(const PairedTTestRun& run) {
     Card card = AssumptionChecks::card(run.assumptions);
-    if (AssumptionChecks::hints(run.assumptions, wilcoxonHint)) {
+    if (AssumptionChecks::hints(run.assumptions, AssumptionChecks::wilcoxonHint)) {
         card.links.push_back({.label = "Go to the Wilcoxon signed-rank test",
                               .screen = StudioScreen::nonparametric,
                               .settings = {{"npTest", "\"wilcoxon\""}}});

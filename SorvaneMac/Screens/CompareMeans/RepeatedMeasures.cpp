@@ -40,11 +40,10 @@ Gate tooFewSubjects() {
 }
 
 Gate couldNotCompute(const RepeatedMeasuresRun& run) {
-    return {.title = "The repeated-measures ANOVA could not be computed",
-            .lead = "",
-            .text = run.result && !run.result->readiness.issues.empty()
-                        ? run.result->readiness.issues.back().message
-                        : tooFewSubjects().text};
+    return {
+        .title = "The repeated-measures ANOVA could not be computed",
+        .lead = "",
+        .text = run.result ? ResultText::obstacle(run.result->readiness) : tooFewSubjects().text};
 }
 
 /// The test as it is to be reported: uncorrected, or with Greenhouse and Geisser's degrees of
@@ -200,6 +199,7 @@ std::optional<RepeatedMeasuresRun> RepeatedMeasures::compute() {
         columns.push_back(state_.dataset().numericColumn(name));
     }
     const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
+    fields_.cmAssumptionFindings.reset();
     return RepeatedMeasuresRun{
         .result = RepeatedMeasuresANOVA::test(columns, names),
         .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
@@ -214,8 +214,8 @@ void RepeatedMeasures::present(const RepeatedMeasuresRun& run, ScreenContent& co
     addReport({.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames),
                .sentence = sentence(result),
                .tiles = tiles(result),
-               .tables = {effectTable(result), conditionTable(result), sphericityTable(result),
-                          pairTable(result)},
+               .tables = {sphericityTable(result), effectTable(result), pairTable(result),
+                          conditionTable(result)},
                .note = "One-way within-subjects ANOVA. Mauchly's W = " +
                        svFmtBounded(result.mauchlyW, 3) + ", " +
                        ResultText::pSentence(result.mauchlyP) + ".",

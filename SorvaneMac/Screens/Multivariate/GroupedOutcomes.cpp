@@ -50,13 +50,11 @@ std::optional<Gate> gate(const ImportedDataset& dataset,
         return gone;
     }
     const std::vector<std::string> names = chosen(dataset, fields);
-    const std::size_t groups = Categories::of(dataset, fields.mvGroup->name).size();
-    if (names.size() < fewestVariables || groups < 2) {
-        return unsuitable;
-    }
-    const auto terms = static_cast<std::int64_t>(groups + names.size());
     const std::array<std::string, 1> group = {fields.mvGroup->name};
-    if (!Categories::hasCompleteRows(dataset, terms + 1, names, group)) {
+    const Categories::CompleteRows complete = Categories::completeRows(dataset, names, group);
+    const auto terms = static_cast<std::int64_t>(complete.categories.size() + names.size());
+    if (names.size() < fewestVariables || complete.categories.size() < 2 ||
+        complete.rows <= terms) {
         return unsuitable;
     }
     return std::nullopt;

@@ -27,8 +27,7 @@ Gate cannotRunManova() {
 Gate couldNotCompute(const MANOVAResult& result) {
     return {.title = "MANOVA could not be computed on this selection.",
             .lead = result.groupFactorName,
-            .text = result.readiness.issues.empty() ? cannotRunManova().text
-                                                    : result.readiness.issues.front().message};
+            .text = ResultText::obstacle(result.readiness)};
 }
 
 std::vector<std::string> cellsOf(const MANOVATestStatistic& test) {

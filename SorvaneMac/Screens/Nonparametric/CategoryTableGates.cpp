@@ -18,15 +18,18 @@ Gate tableStopped(std::string reason) {
             .text = std::move(reason)};
 }
 
-/// "gender has 3 categories"
-std::string categoriesOf(const ImportedDataset& dataset, const std::string& column) {
-    const std::size_t count = Categories::of(dataset, column).size();
-    return column + " has " + ResultText::count(static_cast<std::int64_t>(count)) +
-           (count == 1 ? " category" : " categories");
+/// The categories of one column among the rows that have one in both.
+std::vector<std::string> pairedCategories(const ImportedDataset& dataset,
+                                          const Field<VariableName>& field,
+                                          const Field<VariableName>& other) {
+    const std::array<std::string, 2> names = {field->name, other->name};
+    return Categories::completeRows(dataset, {}, names).categories;
 }
 
-bool isBinary(const ImportedDataset& dataset, const Field<VariableName>& field) {
-    return Categories::of(dataset, field->name).size() == 2;
+/// "gender has 3 categories"
+std::string countWords(const std::string& column, const std::vector<std::string>& categories) {
+    return column + " has " + ResultText::count(static_cast<std::int64_t>(categories.size())) +
+           (categories.size() == 1 ? " category" : " categories");
 }
 
 }  // namespace
@@ -53,21 +56,23 @@ std::optional<Gate> unsuitableFields(const ImportedDataset& dataset,
 }
 
 std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const NonparametricFields& fields) {
-    if (isBinary(dataset, fields.npRowCat) && isBinary(dataset, fields.npColCat)) {
+    const auto rows = pairedCategories(dataset, fields.npRowCat, fields.npColCat);
+    const auto columns = pairedCategories(dataset, fields.npColCat, fields.npRowCat);
+    if (rows.size() == 2 && columns.size() == 2) {
         return std::nullopt;
     }
-    return needsTwoByTwo(categoriesOf(dataset, fields.npRowCat->name) + " and " +
-                         categoriesOf(dataset, fields.npColCat->name) +
+    return needsTwoByTwo(countWords(fields.npRowCat->name, rows) + " and " +
+                         countWords(fields.npColCat->name, columns) +
                          ". Pick fields with two categories each, or use the chi-square test.");
 }
 
 std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
                                     const NonparametricFields& fields) {
-    std::vector<std::string> first = Categories::of(dataset, fields.npRowCat->name);
-    std::vector<std::string> second = Categories::of(dataset, fields.npColCat->name);
+    std::vector<std::string> first = pairedCategories(dataset, fields.npRowCat, fields.npColCat);
+    std::vector<std::string> second = pairedCategories(dataset, fields.npColCat, fields.npRowCat);
     if (first.size() != 2 || second.size() != 2) {
-        return needsPairedBinary(categoriesOf(dataset, fields.npRowCat->name) + " and " +
-                                 categoriesOf(dataset, fields.npColCat->name) +
+        return needsPairedBinary(countWords(fields.npRowCat->name, first) + " and " +
+                                 countWords(fields.npColCat->name, second) +
                                  ". Need paired observations on the same cases.");
     }
     std::sort(first.begin(), first.end());
@@ -78,6 +83,17 @@ std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
             "same cases.");
     }
     return std::nullopt;
+}
+
+std::optional<Gate> singleCategory(const ImportedDataset& dataset,
+                                   const NonparametricFields& fields) {
+    if (pairedCategories(dataset, fields.npRowCat, fields.npColCat).size() >= 2 &&
+        pairedCategories(dataset, fields.npColCat, fields.npRowCat).size() >= 2) {
+        return std::nullopt;
+    }
+    return tableStopped(
+        "One variable has only a single observed category; the table has no cross dimension to "
+        "compare.");
 }
 
 Gate noTable() {

@@ -23,6 +23,9 @@ std::optional<Gate> notTwoByTwo(const ImportedDataset& dataset, const Nonparamet
 std::optional<Gate> notPairedBinary(const ImportedDataset& dataset,
                                     const NonparametricFields& fields);
 
+/// A test of independence takes at least two categories in each column, among the cases with both.
+std::optional<Gate> singleCategory(const ImportedDataset& dataset,
+                                   const NonparametricFields& fields);
 /// No table could be made of the two fields.
 Gate noTable();
 Gate needsTwoByTwo(std::string reason);

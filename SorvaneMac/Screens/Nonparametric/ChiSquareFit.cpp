@@ -70,9 +70,15 @@ std::string sentence(const GoodnessOfFitRun& run) {
            ResultText::pSentence(result.pValue) + ".";
 }
 
-/// The warnings and the readiness speak of the same cells; the first are enough where they do.
+/// The warnings, and what the readiness says beside the cells that these already count.
 std::vector<std::string> warningsOf(const GoodnessOfFitResult& result) {
-    return result.warnings.empty() ? ResultText::messages(result.readiness) : result.warnings;
+    std::vector<std::string> all = result.warnings;
+    for (std::string& message : ResultText::messages(result.readiness)) {
+        if (message.find("expected cells are below 5") == std::string::npos || all.empty()) {
+            all.push_back(std::move(message));
+        }
+    }
+    return all;
 }
 
 }  // namespace

@@ -90,8 +90,11 @@ void ChiSquareIndependence::addControls(SetupForm& form) {
 }
 
 std::optional<Gate> ChiSquareIndependence::gate() const {
-    return CategoryTableGates::unsuitableFields(state_.dataset(), fields_,
-                                                "Pick two different categorical fields.");
+    if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
+            state_.dataset(), fields_, "Pick two different categorical fields.")) {
+        return missing;
+    }
+    return CategoryTableGates::singleCategory(state_.dataset(), fields_);
 }
 
 std::string ChiSquareIndependence::selection() const {

@@ -1,6 +1,8 @@
 #include "SorvaneMac/Screens/Regression/LinearRegression.h"
 
+#include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -127,6 +129,9 @@ std::optional<LinearModelRun> LinearRegression::compute() {
     if (run.result) {
         run.figure = figureOf(run, dataset);
     }
+    run.assumptions = AssumptionAudit::regressionAudit(columns, run.predictors,
+                                                       dataset.numericColumn(run.outcome));
+    fields_.regAssumptionFindings.replace(run.assumptions);
     return run;
 }
 
@@ -150,6 +155,7 @@ void LinearRegression::present(const LinearModelRun& run, ScreenContent& content
                              .wide = true});
     content.cards.push_back(
         {.title = run.figure.title, .subtitle = run.figure.subtitle, .charts = {run.figure}});
+    content.cards.push_back(AssumptionChecks::card(run.assumptions));
     std::vector<std::string> cautions = ResultText::messages(result.readiness);
     cautions.emplace_back(caution);
     content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});

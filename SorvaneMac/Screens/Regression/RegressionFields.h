@@ -25,12 +25,13 @@ struct LinearModelRun {
     std::vector<std::string> predictors;
     /// Absent where the model could not be estimated.
     std::optional<MultipleRegressionResult> result;
+    std::vector<AssumptionFinding> assumptions;
     /// Drawn from the cases of the run.
     Chart figure;
 
     bool operator==(const LinearModelRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(LinearModelRun, (), (outcome, predictors, result))
+BOOST_DESCRIBE_STRUCT(LinearModelRun, (), (outcome, predictors, result, assumptions))
 
 /// The selections of Regression, and the model last run.
 struct RegressionFields {
