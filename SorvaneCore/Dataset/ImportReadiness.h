@@ -50,6 +50,22 @@ BOOST_DESCRIBE_STRUCT(ImportReadinessIssue,
                        expectedColumnCount,
                        actualColumnCount))
 
+enum class ImportCautionKind { implausibleMagnitude, otherReferenceWidth };
+BOOST_DESCRIBE_ENUM(ImportCautionKind, implausibleMagnitude, otherReferenceWidth)
+
+/// Why columns must not be analysed as they came in, in a full sentence for the user.
+struct ImportCaution {
+    /// A number that no data hold, usually a mark for missing; or references to long texts of
+    /// another width than they were read with, so that the columns may be shifted.
+    ImportCautionKind kind = ImportCautionKind::implausibleMagnitude;
+    std::string message;
+    /// Final headers.
+    std::vector<std::string> columnNames;
+
+    bool operator==(const ImportCaution&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ImportCaution, (), (kind, message, columnNames))
+
 /// What an import found in one column.
 struct ImportColumnSummary {
     /// Counted from 1.
@@ -97,6 +113,10 @@ struct ImportReadinessMetadata {
     std::vector<ImportColumnSummary> columnSummaries;
     /// Header issues first, then row mismatches.
     std::vector<ImportReadinessIssue> issues;
+    /// What the reader of a statistics file or survey package has to tell; absent for others.
+    std::optional<std::vector<std::string>> notes = std::nullopt;
+    /// Absent where there is none.
+    std::optional<std::vector<ImportCaution>> cautions = std::nullopt;
 
     bool operator==(const ImportReadinessMetadata&) const = default;
 };
@@ -114,6 +134,8 @@ BOOST_DESCRIBE_STRUCT(ImportReadinessMetadata,
                        observedMissingMarkers,
                        rowSummaries,
                        columnSummaries,
-                       issues))
+                       issues,
+                       notes,
+                       cautions))
 
 }  // namespace sorvane

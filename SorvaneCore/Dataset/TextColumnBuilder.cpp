@@ -37,6 +37,16 @@ void TextColumnBuilder::append(std::string_view cell) {
         return;
     }
     appendCode(codeOf(cell));
+}
+
+std::uint32_t TextColumnBuilder::appendCoded(std::string_view cell) {
+    const std::uint32_t code = codeOf(cell);
+    appendCode(code);
+    return code;
+}
+
+void TextColumnBuilder::appendCode(std::uint32_t code) {
+    storeCode(code);
     if (++rowCount_ == judgedRows) {
         judge();
     }
@@ -75,7 +85,7 @@ void TextColumnBuilder::growTable() {
     }
 }
 
-void TextColumnBuilder::appendCode(std::uint32_t code) {
+void TextColumnBuilder::storeCode(std::uint32_t code) {
     if (auto* narrow = std::get_if<std::vector<std::uint8_t>>(&codes_)) {
         if (code <= std::numeric_limits<std::uint8_t>::max()) {
             narrow->push_back(static_cast<std::uint8_t>(code));
@@ -179,7 +189,7 @@ void TextColumnBuilder::appendRemapped(const TextColumnBuilder& next, std::size_
         [&](const auto& codes) {
             if constexpr (!std::is_same_v<std::decay_t<decltype(codes)>, std::monostate>) {
                 for (std::size_t row = firstRow; row < next.rowCount_; ++row) {
-                    appendCode(codeHere[codes[row]]);
+                    storeCode(codeHere[codes[row]]);
                 }
             }
         },

@@ -18,6 +18,19 @@ namespace sorvane {
 class TextColumnBuilder {
 public:
     void append(std::string_view cell);
+
+    /// Whether cells are placed in a dictionary, so that their codes stay valid; false from the
+    /// time when the column was found to be mostly distinct.
+    bool hasCodes() const { return !holdsRows(); }
+    /// Appends a cell and gives its code.
+    ///
+    /// Input      a column with codes; afterwards it may have none
+    std::uint32_t appendCoded(std::string_view cell);
+    /// Appends the cell that has this code.
+    ///
+    /// Input      a column with codes, a code that it gave
+    void appendCode(std::uint32_t code);
+
     /// The cells of `next` after these.
     void append(TextColumnBuilder&& next);
     /// How many rows there may be in the end, so that storage is laid out once.
@@ -40,7 +53,7 @@ private:
 
     std::uint32_t codeOf(std::string_view cell);
     void growTable();
-    void appendCode(std::uint32_t code);
+    void storeCode(std::uint32_t code);
     void widenCodes();
     bool isUndecided() const { return rowCount_ < judgedRows; }
     bool holdsRows() const { return std::holds_alternative<std::monostate>(codes_); }

@@ -198,6 +198,22 @@ std::string_view lowerCased(std::string_view text, std::string& storage) {
     return storage;
 }
 
+std::string upperCased(std::string_view text) {
+    std::string result(text);
+    if (isAscii(text)) {
+        std::transform(result.begin(), result.end(), result.begin(), [](char c) {
+            return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+        });
+        return result;
+    }
+    icu::UnicodeString wide = icu::UnicodeString::fromUTF8(
+        icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+    wide.toUpper(icu::Locale::getRoot());
+    result.clear();
+    wide.toUTF8String(result);
+    return result;
+}
+
 std::size_t characterCount(std::string_view text) {
     std::size_t count = 0;
     for (std::size_t position = 0; position < text.size(); ++count) {
@@ -245,6 +261,22 @@ bool isValidUtf8(std::string_view text) {
         }
     }
     return true;
+}
+
+std::string repaired(std::string_view text) {
+    if (isValidUtf8(text)) {
+        return std::string(text);
+    }
+    std::string result;
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t begin = position;
+        if (codePointAt(text, position) < 0) {
+            result.append("\xEF\xBF\xBD");
+        } else {
+            result.append(text.substr(begin, position - begin));
+        }
+    }
+    return result;
 }
 
 bool isAscii(std::string_view text) {

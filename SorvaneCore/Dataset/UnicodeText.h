@@ -18,6 +18,9 @@ std::string lowerCased(std::string_view text);
 /// As above; the result is the text itself where nothing changes, else it stands in `storage`.
 std::string_view lowerCased(std::string_view text, std::string& storage);
 
+/// Full Unicode upper-casing of the whole text, the same under every locale.
+std::string upperCased(std::string_view text);
+
 /// Number of user-perceived characters (extended grapheme clusters).
 std::size_t characterCount(std::string_view text);
 
@@ -37,6 +40,9 @@ bool standsAloneAmongOthers(std::string_view text, std::size_t position);
 /// Whether the bytes are UTF-8 by the letter: no surrogates, no overlong forms, nothing beyond
 /// U+10FFFF.
 bool isValidUtf8(std::string_view text);
+
+/// The text with U+FFFD in the place of every malformed stretch.
+std::string repaired(std::string_view text);
 
 /// The pieces between characters that are neither letters, marks nor digits in the Unicode sense;
 /// empty pieces are dropped.

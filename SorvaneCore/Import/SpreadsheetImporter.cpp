@@ -10,8 +10,7 @@ namespace sorvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 6> withoutReader = {"xlsx", "numbers", "sav",
-                                                           "dta",  "svmm",    "svmmfield"};
+constexpr std::array<std::string_view, 4> withoutReader = {"numbers", "dta", "svmm", "svmmfield"};
 
 }  // namespace
 
@@ -19,6 +18,12 @@ ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& fil
     const std::string extension = lowerCasedExtension(file);
     if (extension == "csv" || extension == "txt" || extension == "tsv") {
         return csvImporter.importCSV(file);
+    }
+    if (extension == "xlsx") {
+        return xlsxImporter.importXLSX(file);
+    }
+    if (extension == "sav") {
+        return statImporter.importSPSS(file);
     }
     if (std::find(withoutReader.begin(), withoutReader.end(), extension) != withoutReader.end()) {
         throw SpreadsheetImportError::notReadableYet(extension);

@@ -4,12 +4,16 @@
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 #include "SorvaneCore/Import/CSVImporter.h"
+#include "SorvaneCore/Import/Excel/XLSXImporter.h"
+#include "SorvaneCore/Import/StatPackageImporter.h"
 
 namespace sorvane {
 
 /// The door of all file import: finds the reader by the file's extension.
 struct SpreadsheetImporter {
     CSVImporter csvImporter;
+    XLSXImporter xlsxImporter;
+    StatPackageImporter statImporter;
 
     /// The dataset of a file.
     ///

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/describe/class.hpp>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,11 +24,22 @@ struct TabularImport {
     TextTable rows;
     /// What the reader has to tell the user.
     std::vector<std::string> notes;
+    /// Indexes of columns with a number that no data hold.
+    std::vector<std::size_t> implausibleColumns;
+    /// Indexes of columns that references of another width than read may have shifted.
+    std::vector<std::size_t> shiftedColumns;
 
     bool operator==(const TabularImport&) const = default;
 };
 BOOST_DESCRIBE_STRUCT(TabularImport,
                       (),
-                      (variableNames, variableLabels, valueLabels, userMissingSpecs, rows, notes))
+                      (variableNames,
+                       variableLabels,
+                       valueLabels,
+                       userMissingSpecs,
+                       rows,
+                       notes,
+                       implausibleColumns,
+                       shiftedColumns))
 
 }  // namespace sorvane

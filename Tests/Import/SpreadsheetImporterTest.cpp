@@ -91,7 +91,8 @@ TEST(SpreadsheetImporter, TellsWhatItCannotRead) {
         {"file.", unsupported + " files."},
         {".csv", unsupported + " files."},
         {"study.sav",
-         "Sorvane Studio cannot read .sav files yet. Export the data as CSV and import that."},
+         "This .sav file could not be read. Re-export it from SPSS as a standard system file, then "
+         "import it again."},
         {"header.csv",
          "The file has 2 column headers but no data rows. Export the worksheet as a normal CSV "
          "with one header row followed by respondent rows."}};

@@ -33,10 +33,13 @@ void refreshMetadata(ImportedDataset& dataset) {
         keepSettings(dataset.variables[i], fresh[i]);
     }
     dataset.variables = std::move(fresh);
-    const ImportReadinessMetadata& former = dataset.importMetadata;
-    dataset.importMetadata = ImportReadinessBuilder::metadata(
+    ImportReadinessMetadata& former = dataset.importMetadata;
+    ImportReadinessMetadata metadata = ImportReadinessBuilder::metadata(
         {.sourceKind = former.sourceKind, .worksheetName = former.worksheetName}, dataset.headers,
         dataset.rows, {}, {});
+    metadata.notes = std::move(former.notes);
+    metadata.cautions = std::move(former.cautions);
+    former = std::move(metadata);
 }
 
 void setCell(ImportedDataset& dataset, std::size_t row, std::size_t column, std::string_view text) {

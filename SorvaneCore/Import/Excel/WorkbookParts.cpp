@@ -1,0 +1,67 @@
+#include "SorvaneCore/Import/Excel/WorkbookParts.h"
+
+#include <algorithm>
+
+#include "SorvaneCore/Dataset/UnicodeText.h"
+
+namespace sorvane {
+
+void WorkbookSheetParser::startElement(std::string_view name, const XmlAttributes& attributes) {
+    if (name != "sheet") {
+        return;
+    }
+    const auto sheetName = attributes.value("name");
+    auto relationshipID = attributes.value("r:id");
+    if (!relationshipID) {
+        relationshipID = attributes.valueWhere([](std::string_view attribute) {
+            return attribute == "id" || attribute.ends_with(":id");
+        });
+    }
+    if (sheetName && relationshipID) {
+        sheets.push_back(
+            {.name = std::string(*sheetName), .relationshipID = std::string(*relationshipID)});
+    }
+}
+
+void WorkbookRelationshipsParser::startElement(std::string_view name,
+                                               const XmlAttributes& attributes) {
+    const auto id = attributes.value("Id");
+    const auto target = attributes.value("Target");
+    if (name == "Relationship" && id && target) {
+        relationships[std::string(*id)] = *target;
+    }
+}
+
+void SharedStringsParser::startElement(std::string_view name, const XmlAttributes&) {
+    if (name == "si") {
+        isInsideSharedString_ = true;
+        currentString_.clear();
+    } else if (name == "t" && isInsideSharedString_) {
+        isInsideText_ = true;
+    }
+}
+
+void SharedStringsParser::characters(std::string_view text) {
+    if (isInsideText_) {
+        currentString_.append(text);
+    }
+}
+
+void SharedStringsParser::endElement(std::string_view name) {
+    if (name == "t") {
+        isInsideText_ = false;
+    } else if (name == "si") {
+        strings.append(currentString_);
+        isInsideSharedString_ = false;
+    }
+}
+
+std::vector<WorkbookSheet> orderedWorksheetCandidates(const std::vector<WorkbookSheet>& sheets) {
+    std::vector<WorkbookSheet> ordered = sheets;
+    std::stable_partition(ordered.begin(), ordered.end(), [](const WorkbookSheet& sheet) {
+        return UnicodeText::lowerCased(sheet.name).find("codebook") == std::string::npos;
+    });
+    return ordered;
+}
+
+}  // namespace sorvane

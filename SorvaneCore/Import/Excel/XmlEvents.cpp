@@ -1,0 +1,82 @@
+#include "SorvaneCore/Import/Excel/XmlEvents.h"
+
+#include <algorithm>
+#include <expat.h>
+#include <memory>
+#include <type_traits>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane {
+
+namespace {
+
+/// The parser counts bytes in an int.
+constexpr std::size_t chunkSize = std::size_t{1} << 28;
+
+struct Closer {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, Closer>;
+
+struct Reading {
+    XML_Parser parser;
+    XmlEvents& events;
+    bool hasDoctype = false;
+};
+
+void startElement(void* reading, const XML_Char* name, const XML_Char** attributes) {
+    static_cast<Reading*>(reading)->events.startElement(name, XmlAttributes(attributes));
+}
+
+void endElement(void* reading, const XML_Char* name) {
+    static_cast<Reading*>(reading)->events.endElement(name);
+}
+
+void characters(void* reading, const XML_Char* text, int length) {
+    static_cast<Reading*>(reading)->events.characters({text, static_cast<std::size_t>(length)});
+}
+
+void startDoctype(void* opaque, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+    auto* reading = static_cast<Reading*>(opaque);
+    reading->hasDoctype = true;
+    XML_StopParser(reading->parser, XML_FALSE);
+}
+
+std::string failure(const Reading& reading) {
+    if (reading.hasDoctype) {
+        return "A part of it has a document type declaration, which workbooks do not have.";
+    }
+    const auto line = static_cast<std::int64_t>(XML_GetCurrentLineNumber(reading.parser));
+    return std::string("A part of it is not well-formed: ") +
+           XML_ErrorString(XML_GetErrorCode(reading.parser)) + " in line " +
+           NumberText::integer(line) + ".";
+}
+
+}  // namespace
+
+std::optional<std::string> parseXml(std::string_view document, XmlEvents& events) {
+    const Parser parser(XML_ParserCreate(nullptr));
+    if (!parser) {
+        return "There is not enough memory.";
+    }
+    Reading reading{.parser = parser.get(), .events = events};
+    XML_SetUserData(parser.get(), &reading);
+    XML_SetElementHandler(parser.get(), startElement, endElement);
+    XML_SetCharacterDataHandler(parser.get(), characters);
+    XML_SetStartDoctypeDeclHandler(parser.get(), startDoctype);
+    while (true) {
+        const std::string_view chunk = document.substr(0, chunkSize);
+        document.remove_prefix(chunk.size());
+        const auto status = XML_Parse(parser.get(), chunk.data(), static_cast<int>(chunk.size()),
+                                      document.empty() ? 1 : 0);
+        if (status != XML_STATUS_OK) {
+            return failure(reading);
+        }
+        if (document.empty()) {
+            return std::nullopt;
+        }
+    }
+}
+
+}  // namespace sorvane

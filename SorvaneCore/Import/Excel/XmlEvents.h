@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sorvane {
+
+/// The attributes of one element, names as they stand in the file.
+class XmlAttributes {
+public:
+    /// Names and values in turn, a null at the end.
+    explicit XmlAttributes(const char** entries) : entries_(entries) {}
+
+    std::optional<std::string_view> value(std::string_view name) const {
+        return valueWhere([name](std::string_view other) { return other == name; });
+    }
+    /// The value of the first attribute whose name fits.
+    template <typename Fits>
+    std::optional<std::string_view> valueWhere(const Fits& fits) const {
+        for (const char** entry = entries_; *entry != nullptr; entry += 2) {
+            if (fits(std::string_view(entry[0]))) {
+                return entry[1];
+            }
+        }
+        return std::nullopt;
+    }
+
+private:
+    const char** entries_;
+};
+
+/// What a document's elements are handed to, in the order of the file.
+///
+/// Names are those of the file, prefixes included. Text may come in several stretches.
+class XmlEvents {
+public:
+    virtual ~XmlEvents() = default;
+    virtual void startElement(std::string_view name, const XmlAttributes& attributes) = 0;
+    virtual void characters(std::string_view) {}
+    virtual void endElement(std::string_view) {}
+};
+
+/// Reads a document from end to end.
+///
+/// Failure    not well-formed, or with a document type declaration, which no workbook has and which
+///            could define entities without bound -> what is wrong and where
+[[nodiscard]] std::optional<std::string> parseXml(std::string_view document, XmlEvents& events);
+
+}  // namespace sorvane

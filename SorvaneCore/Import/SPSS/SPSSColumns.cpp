@@ -1,0 +1,141 @@
+#include "SorvaneCore/Import/SPSS/SPSSColumns.h"
+
+#include <cmath>
+
+#include "SorvaneCore/Import/ImplausibleMagnitude.h"
+#include "SorvaneCore/Import/ParallelFor.h"
+#include "SorvaneCore/Import/PatternColumnBuilder.h"
+#include "SorvaneCore/Import/SPSS/SPSSCases.h"
+
+namespace sorvane {
+
+namespace {
+
+/// Blocks below are done before another thread has started.
+constexpr std::size_t slotsWorthThreads = 50'000;
+
+/// Takes the cells of one variable, block by block.
+class ColumnReader {
+public:
+    ColumnReader(const SPSSVariable& variable, SPSSText::Encoding encoding)
+        : variable_(variable), encoding_(encoding) {}
+
+    void expectRows(std::size_t rows) {
+        patterns_.expectRows(rows);
+        texts_.expectRows(rows);
+    }
+
+    void take(const SPSSCaseBlock& block) {
+        if (!variable_.isString()) {
+            takeNumbers(block);
+        } else if (variable_.slotCount == 1) {
+            takeShortTexts(block);
+        } else {
+            takeLongTexts(block);
+        }
+    }
+
+    std::uint64_t userMissingCells() const { return patterns_.countedCells(); }
+    bool isImplausible() const { return isImplausible_; }
+    TextTable::Column finish() { return hasPatterns() ? patterns_.finish() : texts_.finish(); }
+
+private:
+    bool hasPatterns() const { return variable_.slotCount == 1; }
+
+    void takeNumbers(const SPSSCaseBlock& block) {
+        const auto textOf = [this, &block](std::uint64_t pattern) {
+            const auto raw = std::bit_cast<std::array<char, 8>>(pattern);
+            return numberText(ByteReader::number<double>(raw.data(), block.numberOrder));
+        };
+        for (std::size_t row = 0; row < block.rowCount; ++row) {
+            patterns_.append(pattern(block, row), textOf);
+        }
+    }
+
+    void takeShortTexts(const SPSSCaseBlock& block) {
+        const auto textOf = [this](std::uint64_t pattern) {
+            const auto raw = std::bit_cast<std::array<char, 8>>(pattern);
+            return PatternText{.text = cellText({raw.data(), raw.size()})};
+        };
+        for (std::size_t row = 0; row < block.rowCount; ++row) {
+            patterns_.append(pattern(block, row), textOf);
+        }
+    }
+
+    void takeLongTexts(const SPSSCaseBlock& block) {
+        const std::size_t size = variable_.slotCount * 8;
+        for (std::size_t row = 0; row < block.rowCount; ++row) {
+            texts_.append(cellText({block.slot(row, variable_.firstSlot), size}));
+        }
+    }
+
+    std::uint64_t pattern(const SPSSCaseBlock& block, std::size_t row) const {
+        std::uint64_t pattern;
+        std::memcpy(&pattern, block.slot(row, variable_.firstSlot), sizeof pattern);
+        return pattern;
+    }
+
+    PatternText numberText(double value) {
+        if (std::isnan(value)) {
+            return {};
+        }
+        if (variable_.missing && variable_.missing->contains(value)) {
+            return {.text = {}, .isCounted = true};
+        }
+        isImplausible_ = isImplausible_ || isImplausibleMagnitude(value);
+        storage_ = SPSSNumbers::cellText(value, variable_.format);
+        return {.text = storage_};
+    }
+
+    std::string_view cellText(std::string_view bytes) {
+        storage_ = SPSSText::decodeString(SPSSText::trimmedTrailingSpaces(bytes), encoding_);
+        return storage_;
+    }
+
+    const SPSSVariable& variable_;
+    SPSSText::Encoding encoding_;
+    PatternColumnBuilder patterns_;
+    TextColumnBuilder texts_;
+    bool isImplausible_ = false;
+    std::string storage_;
+};
+
+}  // namespace
+
+std::optional<SPSSTable> readSPSSTable(const SPSSDictionary& dictionary,
+                                       const std::vector<SPSSVariable>& variables,
+                                       std::string_view data) {
+    const SPSSText::Encoding encoding = SPSSText::resolveEncoding(dictionary.encodingName).encoding;
+    SPSSCaseReader cases(dictionary, data);
+    std::vector<ColumnReader> columns;
+    columns.reserve(variables.size());
+    for (const SPSSVariable& variable : variables) {
+        columns.emplace_back(variable, encoding);
+        if (!dictionary.compressed) {
+            columns.back().expectRows(cases.mostCases());
+        }
+    }
+    std::size_t rowCount = 0;
+    for (SPSSCaseBlock block = cases.next(); block.rowCount > 0; block = cases.next()) {
+        const bool isLarge = block.rowCount * block.slotCount >= slotsWorthThreads;
+        parallelFor(columns.size(), isLarge ? hardwareThreads() : 1,
+                    [&](std::size_t column) { columns[column].take(block); });
+        rowCount += block.rowCount;
+    }
+    if (cases.isDamaged()) {
+        return std::nullopt;
+    }
+    SPSSTable table;
+    std::vector<TextTable::Column> finished;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+        table.userMissingCells += columns[column].userMissingCells();
+        if (columns[column].isImplausible()) {
+            table.implausibleColumns.push_back(column);
+        }
+        finished.push_back(columns[column].finish());
+    }
+    table.rows = TextTable(std::move(finished), rowCount);
+    return table;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,244 @@
+#include "SorvaneCore/Import/SPSS/SPSSReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Import/SPSS/SPSSColumns.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane::SPSSReader {
+
+namespace {
+
+using NumberText::integer;
+using SPSSText::Encoding;
+
+/// More labels than these, counted for each variable that has them, are no study's.
+constexpr std::size_t mostValueLabels = 5'000'000;
+
+std::string repairNote(std::size_t restoredBytes) {
+    return "Repaired a UTF-8 transcoding of the binary file (restored " +
+           integer(static_cast<std::int64_t>(restoredBytes)) + " damaged bytes).";
+}
+
+std::string dataNote(const SPSSDictionary& dictionary) {
+    if (!dictionary.compressed) {
+        return "Decoded uncompressed data.";
+    }
+    return "Decoded bytecode-compressed data (bias " +
+           NumberText::fixed(std::trunc(dictionary.bias), 0) + ").";
+}
+
+std::string userMissingNote(std::size_t variables, std::uint64_t cells) {
+    return "Applied user-defined missing values to " +
+           integer(static_cast<std::int64_t>(variables)) + " variables (" +
+           integer(static_cast<std::int64_t>(cells)) + " cells imported as missing).";
+}
+
+std::string parsedNote(std::size_t variables, std::size_t cases) {
+    return "Parsed " + integer(static_cast<std::int64_t>(variables)) + " variables, " +
+           integer(static_cast<std::int64_t>(cases)) + " cases.";
+}
+
+/// Valid UTF-8 as Latin-1; absent when a character is beyond that.
+std::optional<std::string> toLatin1(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t position = 0; position < text.size(); ++position) {
+        const auto lead = static_cast<unsigned char>(text[position]);
+        if (lead < 0x80) {
+            bytes.push_back(text[position]);
+        } else if (lead == 0xC2 || lead == 0xC3) {
+            const auto next = static_cast<unsigned char>(text[++position]);
+            bytes.push_back(static_cast<char>((lead & 0x03) << 6 | (next & 0x3F)));
+        } else {
+            return std::nullopt;
+        }
+    }
+    return bytes;
+}
+
+/// Gives variables names that differ in more than letter case.
+class VariableNames {
+public:
+    std::string next(std::string name) {
+        ++count_;
+        if (name.empty()) {
+            name = "VAR" + integer(count_);
+        }
+        const auto [entry, isNew] = seen_.try_emplace(UnicodeText::upperCased(name), 1);
+        if (isNew) {
+            return name;
+        }
+        name += "_" + integer(++entry->second);
+        seen_[UnicodeText::upperCased(name)] = 1;
+        return name;
+    }
+
+private:
+    std::int64_t count_ = 0;
+    std::map<std::string, std::int64_t> seen_;
+};
+
+std::string shownName(const SPSSDictionary& dictionary, const std::string& shortName) {
+    if (dictionary.longNames.empty()) {
+        return shortName;
+    }
+    const auto longName = dictionary.longNames.find(UnicodeText::upperCased(shortName));
+    return longName == dictionary.longNames.end() ? shortName : longName->second;
+}
+
+std::vector<SPSSVariable> foldedVariables(const SPSSDictionary& dictionary, Encoding encoding) {
+    std::vector<SPSSVariable> variables;
+    VariableNames names;
+    const auto& records = dictionary.variables;
+    for (std::size_t slot = 0; slot < records.size(); ++slot) {
+        const SPSSDictionary::VariableRecord& record = records[slot];
+        if (record.typeCode == -1) {
+            continue;
+        }
+        SPSSVariable variable{
+            .name = names.next(shownName(dictionary, record.shortName)),
+            .label =
+                SPSSText::decodeString(record.labelBytes.value_or(std::string_view()), encoding),
+            .typeCode = record.typeCode,
+            .format = {.type = record.printFormatType, .decimals = record.printDecimals},
+            .missing = record.missing,
+            .firstSlot = slot};
+        while (record.isString() && slot + 1 < records.size() && records[slot + 1].typeCode == -1) {
+            ++variable.slotCount;
+            ++slot;
+        }
+        variables.push_back(std::move(variable));
+    }
+    return variables;
+}
+
+/// The value of a label as the cells of the variable print it.
+std::string labelKey(std::string_view raw,
+                     const SPSSVariable& variable,
+                     const SPSSDictionary& dictionary,
+                     Encoding encoding) {
+    if (variable.isString()) {
+        const std::string text = SPSSText::decodeString(raw, encoding);
+        return std::string(SPSSText::trimmedBlanks(text));
+    }
+    const auto value = ByteReader::number<double>(raw.data(), dictionary.numberOrder());
+    return std::isnan(value) ? std::string() : SPSSNumbers::cellText(value, variable.format);
+}
+
+/// The variables that a set of labels is for, each once.
+std::vector<const SPSSVariable*> labelledVariables(
+    const SPSSDictionary::ValueLabelSet& set,
+    const std::vector<const SPSSVariable*>& variableOfSlot) {
+    std::vector<const SPSSVariable*> variables;
+    for (const std::int64_t slot : set.varIndices) {
+        if (slot >= 0 && static_cast<std::size_t>(slot) < variableOfSlot.size() &&
+            variableOfSlot[static_cast<std::size_t>(slot)] != nullptr) {
+            variables.push_back(variableOfSlot[static_cast<std::size_t>(slot)]);
+        }
+    }
+    std::sort(variables.begin(), variables.end());
+    variables.erase(std::unique(variables.begin(), variables.end()), variables.end());
+    return variables;
+}
+
+std::vector<const SPSSVariable*> variablesBySlot(const SPSSDictionary& dictionary,
+                                                 const std::vector<SPSSVariable>& variables) {
+    std::vector<const SPSSVariable*> bySlot(dictionary.variables.size(), nullptr);
+    for (const SPSSVariable& variable : variables) {
+        std::fill_n(bySlot.begin() + static_cast<std::ptrdiff_t>(variable.firstSlot),
+                    variable.slotCount, &variable);
+    }
+    return bySlot;
+}
+
+using ValueLabels = std::map<std::string, std::map<std::string, std::string>>;
+
+/// Absent when there are more labels than memory should be spent on.
+std::optional<ValueLabels> valueLabels(const SPSSDictionary& dictionary,
+                                       const std::vector<SPSSVariable>& variables,
+                                       Encoding encoding) {
+    const std::vector<const SPSSVariable*> bySlot = variablesBySlot(dictionary, variables);
+    ValueLabels result;
+    std::size_t count = 0;
+    for (const SPSSDictionary::ValueLabelSet& set : dictionary.valueLabelSets) {
+        const std::vector<const SPSSVariable*> labelled = labelledVariables(set, bySlot);
+        count += labelled.size() * set.labels.size();
+        if (count > mostValueLabels) {
+            return std::nullopt;
+        }
+        for (const SPSSVariable* variable : labelled) {
+            auto& labels = result[variable->name];
+            for (const SPSSDictionary::ValueLabel& entry : set.labels) {
+                labels[labelKey(entry.raw, *variable, dictionary, encoding)] =
+                    SPSSText::decodeString(entry.label, encoding);
+            }
+        }
+    }
+    return result;
+}
+
+void describeVariables(const std::vector<SPSSVariable>& variables, TabularImport& result) {
+    for (const SPSSVariable& variable : variables) {
+        result.variableNames.push_back(variable.name);
+        if (!variable.label.empty()) {
+            result.variableLabels[variable.name] = variable.label;
+        }
+        if (variable.missing) {
+            result.userMissingSpecs[variable.name] = variable.missing->displayText();
+        }
+    }
+}
+
+}  // namespace
+
+std::optional<TabularImport> readRaw(std::string_view bytes) {
+    std::optional<SPSSDictionary> dictionary = SPSSDictionary::read(bytes);
+    if (!dictionary) {
+        return std::nullopt;
+    }
+    const auto [encoding, encodingNote] = SPSSText::resolveEncoding(dictionary->encodingName);
+    const std::vector<SPSSVariable> variables = foldedVariables(*dictionary, encoding);
+    std::optional<ValueLabels> labels = valueLabels(*dictionary, variables, encoding);
+    std::optional<SPSSTable> table =
+        labels ? readSPSSTable(*dictionary, variables, bytes.substr(dictionary->end))
+               : std::nullopt;
+    if (!table) {
+        return std::nullopt;
+    }
+    TabularImport result;
+    describeVariables(variables, result);
+    result.valueLabels = *std::move(labels);
+    result.rows = std::move(table->rows);
+    result.implausibleColumns = std::move(table->implausibleColumns);
+    result.notes = std::move(dictionary->notes);
+    result.notes.push_back(encodingNote);
+    result.notes.push_back(dataNote(*dictionary));
+    if (table->userMissingCells > 0) {
+        result.notes.push_back(
+            userMissingNote(result.userMissingSpecs.size(), table->userMissingCells));
+    }
+    result.notes.push_back(parsedNote(variables.size(), result.rows.rowCount()));
+    return result;
+}
+
+std::optional<TabularImport> read(std::string_view bytes) {
+    std::optional<TabularImport> result = readRaw(bytes);
+    if (result || !bytes.starts_with("$FL2") || !UnicodeText::isValidUtf8(bytes)) {
+        return result;
+    }
+    const std::optional<std::string> repaired = toLatin1(bytes);
+    if (!repaired || repaired->size() >= bytes.size()) {
+        return std::nullopt;
+    }
+    result = readRaw(*repaired);
+    if (result) {
+        result->notes.push_back(repairNote(bytes.size() - repaired->size()));
+    }
+    return result;
+}
+
+}  // namespace sorvane::SPSSReader

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneCore/Import/TabularImport.h"
+
+namespace sorvane {
+
+/// Files of statistics programs to datasets: what a reader hands over becomes variables with
+/// labels, value labels and warnings. Rows are never dropped.
+struct StatPackageImporter {
+    /// The dataset of an SPSS system file.
+    ///
+    /// Failure    not readable, no cases -> StatPackageImportError; no file to be read ->
+    ///            FileReadError
+    ImportedDataset importSPSS(const std::filesystem::path& file) const;
+    ImportedDataset importSPSS(const std::string& name, std::string_view bytes) const;
+
+    /// The dataset of a table that a reader hands over.
+    ///
+    /// Method     labels and value labels are looked up by the file's own name of a column, then by
+    ///            its header
+    /// Failure    no rows -> StatPackageImportError
+    ImportedDataset build(const std::string& name, TabularImport table) const;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,160 @@
+#include "SorvaneCore/Import/Excel/XLSXImporter.h"
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Import/Excel/WorksheetParser.h"
+#include "SorvaneCore/Import/Excel/XLSXImportError.h"
+#include "Tests/Import/ZipBuilder.h"
+
+namespace sorvane {
+namespace {
+
+struct SheetSource {
+    std::string name;
+    std::string rows;
+};
+
+/// A workbook of these sheets, r1, r2 and so on their relationships.
+std::string workbook(const std::vector<SheetSource>& sheets, const std::string& strings = {}) {
+    std::string list;
+    std::string relationships;
+    std::vector<ZipEntry> entries;
+    for (std::size_t i = 0; i < sheets.size(); ++i) {
+        const std::string number = std::to_string(i + 1);
+        list += "<sheet name=\"" + sheets[i].name + "\" r:id=\"r" + number + "\"/>";
+        relationships += "<Relationship Id=\"r" + number + "\" Target=\"s" + number + ".xml\"/>";
+        entries.push_back(
+            {.name = "xl/s" + number + ".xml",
+             .bytes = "<worksheet><sheetData>" + sheets[i].rows + "</sheetData></worksheet>"});
+    }
+    entries.push_back({.name = "xl/workbook.xml", .bytes = "<workbook>" + list + "</workbook>"});
+    entries.push_back({.name = "xl/_rels/workbook.xml.rels",
+                       .bytes = "<Relationships>" + relationships + "</Relationships>"});
+    if (!strings.empty()) {
+        entries.push_back({.name = "xl/sharedStrings.xml", .bytes = "<sst>" + strings + "</sst>"});
+    }
+    return zipArchive(entries);
+}
+
+ImportedDataset imported(const std::string& bytes) {
+    return XLSXImporter().importXLSX("book.xlsx", bytes);
+}
+
+std::string sentence(const std::string& bytes) {
+    try {
+        imported(bytes);
+    } catch (const XLSXImportError& error) {
+        return error.what();
+    }
+    return "imported";
+}
+
+using Rows = std::vector<std::vector<std::string>>;
+
+Rows rowsOf(const ImportedDataset& dataset) {
+    Rows rows;
+    for (std::size_t row = 0; row < dataset.rows.rowCount(); ++row) {
+        rows.push_back(dataset.rows.row(row).texts());
+    }
+    return rows;
+}
+
+const std::string header = "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"B1\"><v>2</v></c></row>";
+const std::string data = "<row r=\"2\"><c r=\"A2\"><v>3</v></c></row>";
+const std::string noTable =
+    "The Excel workbook does not contain a worksheet with a header row and data rows.";
+const std::string notParsed = "The Excel workbook could not be parsed. ";
+
+TEST(XLSXImporter, PrefersDataToACodebook) {
+    const ImportedDataset dataset = imported(
+        workbook({{"My CodeBook", header + data}, {"Empty", header}, {"Data", header + data}}));
+    EXPECT_EQ(dataset.name, "book.xlsx — Data");
+    EXPECT_EQ(dataset.importMetadata.worksheetName, "Data");
+    EXPECT_EQ(dataset.importMetadata.sourceKind, ImportSourceKind::xlsx);
+    EXPECT_EQ(imported(workbook({{"codebook", header + data}})).name, "book.xlsx — codebook");
+}
+
+TEST(XLSXImporter, ReadsEveryTypeOfCell) {
+    const std::string rows =
+        "<row r=\"1\"><c r=\"A1\" t=\"inlineStr\"><is><t>A title</t></is></c></row>"
+        "<row r=\"3\"><c r=\"A3\" t=\"s\"><v>0</v></c><c r=\"C3\" t=\"str\"><f>x</f><v> c </v></c>"
+        "<c><v>lost</v></c><c r=\"B3\"><v>b</v></c></row>"
+        "<row r=\"4\"><c r=\"A4\" t=\"b\"><v>1</v></c><c r=\"B4\" t=\"b\"><v>0</v></c>"
+        "<c r=\"C4\" s=\"7\"><v>45000</v></c></row>"
+        "<row><c r=\"c\" t=\"s\"><v>9</v></c><c r=\"B\" t=\"s\"><v>1</v></c></row>"
+        "<row r=\"x\"><c r=\"A1\"><v>NA</v></c></row>"
+        "<row r=\"9\"><c r=\"AAA9\"><v><![CDATA[ & ]]></v></c><c r=\"B9\" "
+        "t=\"inlineStr\"><is><r><t>x"
+        "</t></r><r><t> y</t></r></is></c><c r=\"A9\"><v>1</v></c><c r=\"A9\"><v>2</v></c></row>";
+    const ImportedDataset dataset = imported(workbook(
+        {{"S", rows}}, "<si><r><t>one </t></r><r><t>text</t></r></si><si><t> as is </t></si>"));
+    EXPECT_EQ(dataset.headers, (std::vector<std::string>{"one text", "b", "c"}));
+    EXPECT_EQ(rowsOf(dataset),
+              (Rows{{"TRUE", "FALSE", "45000"}, {"", " as is ", ""}, {"2", "x y", ""}}));
+    const ImportReadinessMetadata& metadata = dataset.importMetadata;
+    EXPECT_EQ(metadata.rowSummaries[0].sourceRowNumber, 4);
+    EXPECT_EQ(metadata.rowSummaries[1].sourceRowNumber, 4) << "the fourth row that is stored";
+    EXPECT_EQ(metadata.rowSummaries[2].originalColumnCount, 703);
+    EXPECT_EQ(metadata.issues.size(), 1U);
+}
+
+TEST(WorksheetParser, TakesColumnReferencesApart) {
+    using Index = std::optional<std::size_t>;
+    const std::vector<std::pair<std::string, Index>> cases = {{"A1", 0},    {"z", 25},
+                                                              {"AB12", 27}, {"$C$4", 2},
+                                                              {"1B2C3", 1}, {"XFD1048576", 16383},
+                                                              {"XFE1", {}}, {"ZZZZZZZ1", {}},
+                                                              {"12", {}},   {"", {}}};
+    for (const auto& [reference, expected] : cases) {
+        EXPECT_EQ(WorksheetParser::columnIndex(reference), expected) << reference;
+    }
+}
+
+TEST(XLSXImporter, TellsWhatIsMissing) {
+    EXPECT_EQ(sentence("no archive"),
+              "The Excel workbook could not be opened as an .xlsx file. The file is not a ZIP "
+              "archive.");
+    EXPECT_EQ(sentence(zipArchive({{.name = "xl/x.xml"}})),
+              "The Excel workbook is missing its workbook definition.");
+    EXPECT_EQ(sentence(workbook({})), noTable);
+    EXPECT_EQ(sentence(workbook({{"S", header}})), noTable);
+    EXPECT_EQ(sentence(workbook({{"S", "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>" + data}})),
+              noTable);
+    EXPECT_EQ(sentence(workbook({{"Bad", "<row>"}, {"Good", header + data}})),
+              notParsed + "A part of it is not well-formed: mismatched tag in line 1.");
+}
+
+TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
+    const std::string bomb =
+        "<!DOCTYPE w [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">]><w>&b;</w>";
+    EXPECT_EQ(
+        sentence(zipArchive({{.name = "xl/workbook.xml", .bytes = bomb}})),
+        notParsed + "A part of it has a document type declaration, which workbooks do not have.");
+
+    std::string deep;
+    for (int level = 0; level < 10'000; ++level) {
+        deep += "<a>";
+    }
+    EXPECT_TRUE(sentence(workbook({{"S", deep}})).starts_with(notParsed));
+
+    // Few cells, spread over a whole worksheet.
+    std::string sparse = "<row r=\"1\"><c r=\"A1\"><v>a</v></c><c r=\"XFD1\"><v>b</v></c></row>";
+    for (int row = 2; row < 30'000; ++row) {
+        sparse += "<row><c r=\"XFD1\"><v>1</v></c></row>";
+    }
+    EXPECT_EQ(sentence(workbook({{"S", sparse}})),
+              notParsed + "A worksheet spreads few values over far too many cells.");
+
+    const std::string whole = workbook({{"S", header + data}}, "<si><t>x</t></si>");
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_NE(sentence(whole.substr(0, size)), "imported");
+    }
+    for (std::size_t position = 0; position < whole.size(); ++position) {
+        std::string changed = whole;
+        changed[position] ^= '\x15';
+        sentence(changed);
+    }
+}
+
+}  // namespace
+}  // namespace sorvane
