@@ -42,6 +42,15 @@ public:
         return found ? std::optional<Number>(number<Number>(found->data(), order)) : std::nullopt;
     }
 
+    /// Whether the bytes at the position are the tag.
+    bool peekMatches(std::string_view tag) const { return rest().starts_with(tag); }
+    /// Moves past the tag if it stands at the position; does not search.
+    bool skipPast(std::string_view tag) {
+        const bool matches = peekMatches(tag);
+        position_ += matches ? tag.size() : 0;
+        return matches;
+    }
+
     /// The number that stands at `bytes`.
     template <typename Number>
     static Number number(const char* bytes, ByteOrder order = ByteOrder::little) {

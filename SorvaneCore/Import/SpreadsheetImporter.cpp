@@ -10,7 +10,7 @@ namespace sorvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> withoutReader = {"numbers", "dta", "svmm", "svmmfield"};
+constexpr std::array<std::string_view, 3> withoutReader = {"numbers", "svmm", "svmmfield"};
 
 }  // namespace
 
@@ -24,6 +24,9 @@ ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& fil
     }
     if (extension == "sav") {
         return statImporter.importSPSS(file);
+    }
+    if (extension == "dta") {
+        return statImporter.importStata(file);
     }
     if (std::find(withoutReader.begin(), withoutReader.end(), extension) != withoutReader.end()) {
         throw SpreadsheetImportError::notReadableYet(extension);

@@ -7,6 +7,7 @@
 #include "SorvaneCore/Import/ImportReadinessBuilder.h"
 #include "SorvaneCore/Import/SPSS/SPSSReader.h"
 #include "SorvaneCore/Import/StatPackageImportError.h"
+#include "SorvaneCore/Import/Stata/StataReader.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 
 namespace sorvane {
@@ -52,6 +53,19 @@ ImportedDataset StatPackageImporter::importSPSS(const std::string& name,
     std::optional<TabularImport> table = SPSSReader::read(bytes);
     if (!table) {
         throw StatPackageImportError::unreadableSPSS();
+    }
+    return build(name, *std::move(table));
+}
+
+ImportedDataset StatPackageImporter::importStata(const std::filesystem::path& file) const {
+    return importStata(fileName(file), FileBytes::read(file).view());
+}
+
+ImportedDataset StatPackageImporter::importStata(const std::string& name,
+                                                 std::string_view bytes) const {
+    std::optional<TabularImport> table = StataReader::read(bytes, stataReferences);
+    if (!table) {
+        throw StatPackageImportError::unreadableStata();
     }
     return build(name, *std::move(table));
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneCore/Import/Stata/StataFile.h"
 #include "SorvaneCore/Import/TabularImport.h"
 
 namespace sorvane {
@@ -12,12 +13,21 @@ namespace sorvane {
 /// Files of statistics programs to datasets: what a reader hands over becomes variables with
 /// labels, value labels and warnings. Rows are never dropped.
 struct StatPackageImporter {
+    /// For files of Stata that turn out to have been read with the wrong ones.
+    StataStringReferences stataReferences = StataStringReferences::stated;
+
     /// The dataset of an SPSS system file.
     ///
     /// Failure    not readable, no cases -> StatPackageImportError; no file to be read ->
     ///            FileReadError
     ImportedDataset importSPSS(const std::filesystem::path& file) const;
     ImportedDataset importSPSS(const std::string& name, std::string_view bytes) const;
+
+    /// The dataset of a Stata data file.
+    ///
+    /// Failure    as above
+    ImportedDataset importStata(const std::filesystem::path& file) const;
+    ImportedDataset importStata(const std::string& name, std::string_view bytes) const;
 
     /// The dataset of a table that a reader hands over.
     ///

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "SorvaneCore/Import/Stata/StataFile.h"
+
+namespace sorvane {
+
+/// What a cell refers to: the variable and observation for which a text was stored first.
+struct StataReference {
+    std::uint64_t variable = 0;
+    std::uint64_t observation = 0;
+
+    bool operator==(const StataReference&) const = default;
+    bool isEmpty() const { return variable == 0 && observation == 0; }
+};
+
+/// The texts of a file that stand apart from its cells, as far as they can be read.
+class StataLongTexts {
+public:
+    explicit StataLongTexts(const StataFile& file);
+
+    bool contains(const StataReference& reference) const { return texts_.contains(reference); }
+    /// The text; empty for a reference to nothing.
+    std::string text(const StataReference& reference) const;
+
+private:
+    struct Content {
+        std::string_view bytes;
+        bool isText = false;
+    };
+    struct Hash {
+        std::size_t operator()(const StataReference& reference) const {
+            return reference.observation * 0x9E3779B97F4A7C15U + reference.variable;
+        }
+    };
+    bool readOne(ByteReader& reader, const StataFile& file);
+
+    std::unordered_map<StataReference, Content, Hash> texts_;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,90 @@
+#include "SorvaneCore/Import/Stata/StataReader.h"
+
+#include "SorvaneCore/Import/Stata/StataCells.h"
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane::StataReader {
+
+namespace {
+
+using NumberText::integer;
+
+/// More labels than these, counted for each variable that has them, are no study's.
+constexpr std::size_t mostValueLabels = 2'000'000;
+
+std::string unsupportedNote(std::int64_t release) {
+    return "Stata release " + integer(release) +
+           " is not supported. Sorvane reads .dta versions 117 (Stata 13), 118 (Stata 14-15), and "
+           "119 (Stata 15-18).";
+}
+
+std::string tooManyLabelsNote() {
+    return "Value labels of further variables were left out, as there are too many.";
+}
+
+std::string readNote(const StataFile& file) {
+    return "Stata release " + integer(file.release) + ", " +
+           (file.byteOrder == ByteOrder::big ? "MSF" : "LSF") + " byte order, " +
+           integer(static_cast<std::int64_t>(file.variableCount)) + " variables, " +
+           integer(static_cast<std::int64_t>(file.observationCount)) + " observations.";
+}
+
+std::vector<std::string> notes(const StataFile& file) {
+    std::vector<std::string> notes;
+    if (!file.datasetLabel.empty()) {
+        notes.push_back("Dataset label: " + file.datasetLabel);
+    }
+    if (!file.timestamp.empty()) {
+        notes.push_back("Timestamp: " + file.timestamp);
+    }
+    notes.push_back(readNote(file));
+    return notes;
+}
+
+void addValueLabels(const StataFile& file, TabularImport& result) {
+    const auto tables = file.valueLabelTables();
+    const std::vector<std::string> names = file.valueLabelNames();
+    std::size_t count = 0;
+    for (std::size_t variable = 0; variable < names.size(); ++variable) {
+        const auto table = names[variable].empty() ? tables.end() : tables.find(names[variable]);
+        if (table == tables.end()) {
+            continue;
+        }
+        count += table->second.size();
+        if (count > mostValueLabels) {
+            result.notes.push_back(tooManyLabelsNote());
+            return;
+        }
+        result.valueLabels[file.variableNames[variable]] = table->second;
+    }
+}
+
+}  // namespace
+
+std::optional<TabularImport> read(std::string_view bytes, StataStringReferences references) {
+    const std::optional<std::int64_t> release = StataFile::peekRelease(bytes);
+    if (!release) {
+        return std::nullopt;
+    }
+    if (!StataFile::isSupported(*release)) {
+        TabularImport unsupported;
+        unsupported.notes.push_back(unsupportedNote(*release));
+        return unsupported;
+    }
+    const std::optional<StataFile> file = StataFile::read(bytes);
+    std::optional<StataTable> table = file ? readStataTable(*file, references) : std::nullopt;
+    if (!table) {
+        return std::nullopt;
+    }
+    TabularImport result;
+    result.variableNames = file->variableNames;
+    result.variableLabels = file->variableLabels();
+    result.rows = std::move(table->rows);
+    result.implausibleColumns = std::move(table->implausibleColumns);
+    result.shiftedColumns = std::move(table->shiftedColumns);
+    result.notes = notes(*file);
+    addValueLabels(*file, result);
+    return result;
+}
+
+}  // namespace sorvane::StataReader
