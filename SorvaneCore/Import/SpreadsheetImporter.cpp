@@ -1,18 +1,9 @@
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 
-#include <algorithm>
-#include <array>
-
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 
 namespace sorvane {
-
-namespace {
-
-constexpr std::array<std::string_view, 3> withoutReader = {"numbers", "svmm", "svmmfield"};
-
-}  // namespace
 
 ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& file) const {
     const std::string extension = lowerCasedExtension(file);
@@ -28,7 +19,13 @@ ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& fil
     if (extension == "dta") {
         return statImporter.importStata(file);
     }
-    if (std::find(withoutReader.begin(), withoutReader.end(), extension) != withoutReader.end()) {
+    if (extension == "svmm") {
+        return statImporter.importSvmm(file);
+    }
+    if (extension == "svmmfield") {
+        return statImporter.importSvmmField(file);
+    }
+    if (extension == "numbers") {
         throw SpreadsheetImportError::notReadableYet(extension);
     }
     throw SpreadsheetImportError::unsupportedFileType(extension);

@@ -8,6 +8,9 @@
 #include "SorvaneCore/Import/SPSS/SPSSReader.h"
 #include "SorvaneCore/Import/StatPackageImportError.h"
 #include "SorvaneCore/Import/Stata/StataReader.h"
+#include "SorvaneCore/Import/Survey/PackageRoles.h"
+#include "SorvaneCore/Import/Survey/SvmmFieldReader.h"
+#include "SorvaneCore/Import/Survey/SvmmReader.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 
 namespace sorvane {
@@ -42,6 +45,25 @@ void describe(DataVariable& variable, const std::string& fileName, const Tabular
     }
 }
 
+template <typename Package>
+ImportedDataset packageDataset(const StatPackageImporter& importer,
+                               const std::string& fileName,
+                               Package package,
+                               const std::map<std::string, std::string>& labels) {
+    if (package.headers.empty()) {
+        throw StatPackageImportError::svmmHasNoData(package.notes.front());
+    }
+    TabularImport table;
+    table.variableNames = std::move(package.headers);
+    table.variableLabels = labels;
+    table.rows = std::move(package.rows);
+    table.notes = std::move(package.notes);
+    ImportedDataset dataset =
+        importer.build(package.title.empty() ? fileName : package.title, std::move(table));
+    PackageRoles::assign(package.roles, dataset);
+    return dataset;
+}
+
 }  // namespace
 
 ImportedDataset StatPackageImporter::importSPSS(const std::filesystem::path& file) const {
@@ -70,6 +92,33 @@ ImportedDataset StatPackageImporter::importStata(const std::string& name,
     return build(name, *std::move(table));
 }
 
+ImportedDataset StatPackageImporter::importSvmm(const std::filesystem::path& file) const {
+    return importSvmm(fileName(file), FileBytes::read(file).view());
+}
+
+ImportedDataset StatPackageImporter::importSvmm(const std::string& name,
+                                                std::string_view bytes) const {
+    std::optional<SvmmPackage> package = SvmmReader::read(bytes);
+    if (!package) {
+        throw StatPackageImportError::unreadableSvmm();
+    }
+    return packageDataset(*this, name, *std::move(package), {});
+}
+
+ImportedDataset StatPackageImporter::importSvmmField(const std::filesystem::path& file) const {
+    return importSvmmField(fileName(file), FileBytes::read(file).view());
+}
+
+ImportedDataset StatPackageImporter::importSvmmField(const std::string& name,
+                                                     std::string_view bytes) const {
+    std::optional<SvmmFieldPackage> package = SvmmFieldReader::read(bytes);
+    if (!package) {
+        throw StatPackageImportError::unreadableSvmmField();
+    }
+    const std::map<std::string, std::string> labels = std::move(package->labels);
+    return packageDataset(*this, name, *std::move(package), labels);
+}
+
 ImportedDataset StatPackageImporter::build(const std::string& name, TabularImport table) const {
     if (table.rows.rowCount() == 0) {
         throw StatPackageImportError::noDataRows(
@@ -87,7 +136,9 @@ ImportedDataset StatPackageImporter::build(const std::string& name, TabularImpor
     }
     dataset.importMetadata = ImportReadinessBuilder::metadata({}, dataset.headers, dataset.rows, {},
                                                               std::move(headers.issues));
-    dataset.importMetadata.notes = std::move(table.notes);
+    if (!table.notes.empty()) {
+        dataset.importMetadata.notes = std::move(table.notes);
+    }
     ImportCautions::add({.implausible = table.implausibleColumns, .shifted = table.shiftedColumns},
                         dataset);
     return dataset;

@@ -10,7 +10,7 @@
 
 namespace sorvane {
 
-/// Files of statistics programs to datasets: what a reader hands over becomes variables with
+/// Files of statistics and survey programs to datasets: what a reader hands over becomes variables with
 /// labels, value labels and warnings. Rows are never dropped.
 struct StatPackageImporter {
     /// For files of Stata that turn out to have been read with the wrong ones.
@@ -28,6 +28,16 @@ struct StatPackageImporter {
     /// Failure    as above
     ImportedDataset importStata(const std::filesystem::path& file) const;
     ImportedDataset importStata(const std::string& name, std::string_view bytes) const;
+
+    /// The dataset of a survey package; its name is the package's title, else the file's. Roles
+    /// that the package gives are assigned.
+    ///
+    /// Failure    as above; a package without a table or without answers ->
+    ///            StatPackageImportError, which says what it has
+    ImportedDataset importSvmm(const std::filesystem::path& file) const;
+    ImportedDataset importSvmm(const std::string& name, std::string_view bytes) const;
+    ImportedDataset importSvmmField(const std::filesystem::path& file) const;
+    ImportedDataset importSvmmField(const std::string& name, std::string_view bytes) const;
 
     /// The dataset of a table that a reader hands over.
     ///

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportRows.h"
-#include "SorvaneCore/Dataset/TextColumnBuilder.h"
 #include "SorvaneCore/Dataset/TextTable.h"
+#include "SorvaneCore/Import/SparseTableBuilder.h"
 
 namespace sorvane {
 
@@ -23,15 +23,14 @@ struct WorksheetCell {
 /// Takes a worksheet row by row and finds the table in it.
 ///
 /// The first row with at least two values is the header; rows before it are lost, and so are rows
-/// of missing cells alone. Only cells that are there take memory: a column is filled up with blanks
-/// when its next value comes.
+/// of missing cells alone.
 class WorksheetTable {
 public:
     /// Columns beyond it do not exist in worksheets (XFD).
     static constexpr std::size_t mostColumns = 16384;
 
     /// A table of a worksheet that takes `documentSize` bytes.
-    explicit WorksheetTable(std::size_t documentSize);
+    explicit WorksheetTable(std::size_t documentSize) : columns_(documentSize) {}
 
     /// Adds a row that has a value.
     ///
@@ -45,15 +44,14 @@ public:
     const std::vector<std::string>& headers() const { return headers_; }
     const ImportRowReports& reports() const { return reports_; }
     /// The table of all rows so far; afterwards there is only the record of its reports.
-    TextTable finish();
+    TextTable finish() { return columns_.finish(reports_.size()); }
 
 private:
     void addHeader(std::span<const WorksheetCell> cells);
 
-    std::size_t mostCells_;
     bool isTooSparse_ = false;
     std::vector<std::string> headers_;
-    std::vector<TextColumnBuilder> columns_;
+    SparseTableBuilder columns_;
     ImportRowReports reports_;
 };
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "SorvaneCore/Dataset/TextColumnBuilder.h"
+#include "SorvaneCore/Dataset/TextTable.h"
+
+namespace sorvane {
+
+/// Builds a table of which only some cells are given; the others are blank. A column takes memory
+/// up to its last cell that was set.
+class SparseTableBuilder {
+public:
+    /// A table out of so many bytes of source.
+    explicit SparseTableBuilder(std::size_t sourceBytes);
+
+    std::size_t columnCount() const { return columns_.size(); }
+    /// Adds blank columns up to that number.
+    void widen(std::size_t columnCount);
+    /// Whether so many rows of the present columns would be far more cells than the source can
+    /// mean. No such table must be built.
+    bool isTooSparse(std::size_t rowCount) const;
+
+    /// Sets a cell.
+    ///
+    /// Input      rows of a column in ascending order
+    void set(std::size_t row, std::size_t column, std::string_view text);
+
+    /// The table of `rowCount` rows; the builder is empty afterwards.
+    TextTable finish(std::size_t rowCount);
+
+private:
+    std::size_t mostCells_;
+    std::vector<TextColumnBuilder> columns_;
+};
+
+}  // namespace sorvane
