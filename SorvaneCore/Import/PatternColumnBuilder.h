@@ -56,10 +56,12 @@ private:
     static constexpr std::size_t smallestTable = 16;
 
     /// Where the pattern stands, or where it belongs.
+    ///
+    /// Small whole numbers differ in the highest bits of their patterns alone, so that these are
+    /// laid over the low ones, and the highest of the product, which all of them reach, are taken.
     std::size_t slotOf(std::uint64_t pattern) const {
         const std::size_t mask = table_.size() - 1;
-        // The low bits of a number's pattern are mostly zero, so the high bits of a product serve.
-        std::size_t slot = (pattern * 0x9E3779B97F4A7C15U >> 32) & mask;
+        std::size_t slot = ((pattern ^ pattern >> 32) * 0x9E3779B97F4A7C15U) >> 32 & mask;
         while (table_[slot].isUsed && table_[slot].pattern != pattern) {
             slot = (slot + 1) & mask;
         }

@@ -63,6 +63,59 @@ bool isCWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+constexpr std::array<double, 16> powersOfTen = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+/// The digits of |value| * 10^decimals, rounded; false where rounding cannot be told from one
+/// product, whose last bit is in doubt.
+bool scaledDigits(double value, int decimals, std::uint64_t& digits) {
+    constexpr double mostDigits = 0x1p52;
+    constexpr double doubt = 0x1p-52;
+    const double scaled = std::fabs(value) * powersOfTen[static_cast<std::size_t>(decimals)];
+    if (!(scaled < mostDigits)) {
+        return false;
+    }
+    const double whole = std::floor(scaled);
+    const double fraction = scaled - whole;
+    digits = static_cast<std::uint64_t>(whole) + (fraction > 0.5 ? 1U : 0U);
+    return std::fabs(fraction - 0.5) > scaled * doubt;
+}
+
+/// Digits with a point before the last `decimals` of them.
+std::string pointed(bool isNegative, std::uint64_t digits, int decimals) {
+    std::array<char, 32> buffer;
+    char* begin = buffer.data() + buffer.size();
+    for (int position = 0; digits > 0 || position <= decimals; ++position) {
+        if (position == decimals && decimals > 0) {
+            *--begin = '.';
+        }
+        *--begin = static_cast<char>('0' + digits % 10);
+        digits /= 10;
+    }
+    if (isNegative) {
+        *--begin = '-';
+    }
+    return {begin, buffer.data() + buffer.size()};
+}
+
+/// How many decimals "%.Ng" has before trailing zeros go; negative where it may use an exponent.
+int generalDecimals(double value, int significantDigits) {
+    constexpr double least = 1e-4;
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= least) || significantDigits > 10 ||
+        !(magnitude < powersOfTen[static_cast<std::size_t>(significantDigits - 1)])) {
+        return -1;
+    }
+    int decimals = significantDigits - 1;
+    for (std::size_t power = 1; magnitude >= powersOfTen[power]; ++power) {
+        --decimals;
+    }
+    for (double bound = 1.0; magnitude < bound && decimals < significantDigits + 3; bound /= 10.0) {
+        ++decimals;
+    }
+    return decimals;
+}
+
 template <typename... Format>
 std::string printed(double value, Format... format) {
     // 309 digits before the point and up to 300 after it is the longest fixed text asked for.
@@ -87,11 +140,26 @@ bool read(std::string_view text, double& number) {
 }
 
 std::string fixed(double value, int decimals) {
+    constexpr int mostQuickDecimals = 10;
+    std::uint64_t digits = 0;
+    if (decimals >= 0 && decimals <= mostQuickDecimals && scaledDigits(value, decimals, digits)) {
+        return pointed(std::signbit(value), digits, decimals);
+    }
     return printed(value, std::chars_format::fixed, decimals);
 }
 
 std::string general(double value, int significantDigits) {
-    return printed(value, std::chars_format::general, significantDigits);
+    const int decimals = generalDecimals(value, significantDigits);
+    std::uint64_t digits = 0;
+    if (decimals < 0 || !scaledDigits(value, decimals, digits)) {
+        return printed(value, std::chars_format::general, significantDigits);
+    }
+    std::string text = pointed(value < 0.0, digits, decimals);
+    if (decimals > 0) {
+        text.erase(text.find_last_not_of('0') + 1);
+        text.erase(text.find_last_not_of('.') + 1);
+    }
+    return text;
 }
 
 std::string shortest(double value) {

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -67,15 +68,47 @@ void expectDataset(const ImportedDataset& dataset, const nlohmann::json& expecte
               expected["source_rows"].back().get<std::int64_t>());
 }
 
+/// Labels, value labels, warnings of user-missing values and notes, where they are expected.
+void expectDescriptions(const ImportedDataset& dataset, const nlohmann::json& expected) {
+    const nlohmann::json nothing = nlohmann::json::object();
+    for (const DataVariable& variable : dataset.variables) {
+        SCOPED_TRACE(variable.name);
+        if (const auto labels = expected.value("labels", nothing); labels.contains(variable.name)) {
+            EXPECT_EQ(variable.label, labels[variable.name].get<std::string>());
+        }
+        if (const auto labels = expected.value("valueLabels", nothing);
+            labels.contains(variable.name)) {
+            const auto map = labels[variable.name].get<std::map<std::string, std::string>>();
+            EXPECT_EQ(variable.valueLabels, map);
+        }
+        if (const auto specs = expected.value("userMissing", nothing);
+            specs.contains(variable.name)) {
+            const std::string warning = "User-defined missing values (" +
+                                        specs[variable.name].get<std::string>() +
+                                        ") were imported as missing.";
+            EXPECT_EQ(std::ranges::count(variable.warnings, warning), 1);
+        }
+    }
+    if (expected.contains("notes")) {
+        EXPECT_EQ(dataset.importMetadata.notes, expected["notes"].get<std::vector<std::string>>());
+    }
+}
+
 TEST(SpreadsheetImporter, ReadsRealFiles) {
     const nlohmann::json cases = nlohmann::json::parse(std::ifstream(files / "expected.json"));
     ASSERT_GT(cases.size(), 15U);
     for (const nlohmann::json& expected : cases) {
         const std::string name = expected["file"];
         SCOPED_TRACE(name);
+        if (expected.contains("error")) {
+            EXPECT_EQ(sentence(files / name), expected["error"].get<std::string>());
+            continue;
+        }
         const ImportedDataset dataset = SpreadsheetImporter().importData(files / name);
-        EXPECT_EQ(dataset.name, name);
+        const std::string worksheet = expected.value("worksheet", "");
+        EXPECT_EQ(dataset.name, worksheet.empty() ? name : name + " — " + worksheet);
         expectDataset(dataset, expected);
+        expectDescriptions(dataset, expected);
     }
 }
 

@@ -9,7 +9,7 @@ namespace sorvane {
 namespace {
 
 constexpr std::size_t slotSize = 8;
-/// A block stays in the cache while column after column reads it.
+/// What is decompressed at a time stays in the cache while columns read it.
 constexpr std::size_t slotsPerBlock = std::size_t{1} << 18;
 constexpr std::string_view blanks = "        ";
 
@@ -25,15 +25,12 @@ enum Command : std::uint8_t {
 }  // namespace
 
 SPSSCaseReader::SPSSCaseReader(const SPSSDictionary& dictionary, std::string_view data)
-    : dictionary_(dictionary),
-      reader_(data),
-      slotCount_(dictionary.variables.size()),
-      rowsPerBlock_(
-          std::max<std::size_t>(slotsPerBlock / std::max<std::size_t>(slotCount_, 1), 1)) {
+    : dictionary_(dictionary), reader_(data), slotCount_(dictionary.variables.size()) {
     if (!dictionary.compressed || slotCount_ == 0) {
         return;
     }
-    const std::size_t rows = std::clamp<std::size_t>(mostCases(), 1, rowsPerBlock_);
+    const std::size_t rowsPerBlock = std::max<std::size_t>(slotsPerBlock / slotCount_, 1);
+    const std::size_t rows = std::clamp<std::size_t>(mostCases(), 1, rowsPerBlock);
     slots_.resize(rows * slotCount_ * slotSize);
     for (std::size_t command = 0; command <= missingNumber; ++command) {
         const double number = command <= lastNumber ? static_cast<double>(command) - dictionary.bias
@@ -64,7 +61,7 @@ SPSSCaseBlock SPSSCaseReader::next() {
 }
 
 SPSSCaseBlock SPSSCaseReader::nextPlain() {
-    const std::size_t rows = std::min(rowsPerBlock_, mostCases());
+    const std::size_t rows = mostCases();
     const auto bytes = reader_.readBytes(static_cast<std::int64_t>(rows * slotCount_ * slotSize));
     return {.bytes = bytes->data(),
             .rowCount = rows,

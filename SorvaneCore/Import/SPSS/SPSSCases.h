@@ -19,6 +19,12 @@ struct SPSSCaseBlock {
     const char* slot(std::size_t row, std::size_t index) const {
         return bytes + (row * slotCount + index) * 8;
     }
+    SPSSCaseBlock stretch(std::size_t firstRow, std::size_t rows) const {
+        return {.bytes = slot(firstRow, 0),
+                .rowCount = rows,
+                .slotCount = slotCount,
+                .numberOrder = numberOrder};
+    }
 };
 
 /// Gives the cases of a system file, block by block. The header's count of cases is not looked at.
@@ -45,7 +51,6 @@ private:
     const SPSSDictionary& dictionary_;
     ByteReader reader_;
     std::size_t slotCount_;
-    std::size_t rowsPerBlock_;
     bool isDamaged_ = false;
     bool hasEnded_ = false;
     /// Commands of the current block that have not been obeyed.

@@ -2,17 +2,14 @@
 
 #include <cmath>
 
+#include "SorvaneCore/Import/ColumnGroups.h"
 #include "SorvaneCore/Import/ImplausibleMagnitude.h"
-#include "SorvaneCore/Import/ParallelFor.h"
 #include "SorvaneCore/Import/PatternColumnBuilder.h"
 #include "SorvaneCore/Import/SPSS/SPSSCases.h"
 
 namespace sorvane {
 
 namespace {
-
-/// Blocks below are done before another thread has started.
-constexpr std::size_t slotsWorthThreads = 50'000;
 
 /// Takes the cells of one variable, block by block.
 class ColumnReader {
@@ -117,9 +114,10 @@ std::optional<SPSSTable> readSPSSTable(const SPSSDictionary& dictionary,
     }
     std::size_t rowCount = 0;
     for (SPSSCaseBlock block = cases.next(); block.rowCount > 0; block = cases.next()) {
-        const bool isLarge = block.rowCount * block.slotCount >= slotsWorthThreads;
-        parallelFor(columns.size(), isLarge ? hardwareThreads() : 1,
-                    [&](std::size_t column) { columns[column].take(block); });
+        forEachColumnStretch(columns.size(), block.rowCount,
+                             [&](std::size_t column, std::size_t firstRow, std::size_t rows) {
+                                 columns[column].take(block.stretch(firstRow, rows));
+                             });
         rowCount += block.rowCount;
     }
     if (cases.isDamaged()) {

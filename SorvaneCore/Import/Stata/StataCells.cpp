@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "SorvaneCore/Import/ColumnGroups.h"
 #include "SorvaneCore/Import/ImplausibleMagnitude.h"
-#include "SorvaneCore/Import/ParallelFor.h"
 #include "SorvaneCore/Import/PatternColumnBuilder.h"
 #include "SorvaneCore/Import/Stata/StataLongTexts.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -16,10 +16,6 @@ namespace {
 
 using Kind = StataFile::VarType::Kind;
 
-/// A block stays in the cache while column after column reads it.
-constexpr std::size_t bytesPerBlock = std::size_t{2} << 20;
-/// Blocks below are done before another thread has started.
-constexpr std::size_t cellsWorthThreads = 50'000;
 constexpr double plainIntegers = 1e15;
 
 // The greatest values that are not missing.
@@ -286,15 +282,12 @@ std::vector<ColumnReader> columnReaders(const StataFile& file,
 }
 
 void takeAll(std::vector<ColumnReader>& columns, std::string_view data, std::size_t width) {
-    const std::size_t rowsPerBlock = std::max<std::size_t>(bytesPerBlock / width, 1);
-    for (std::size_t begin = 0; begin < data.size(); begin += rowsPerBlock * width) {
-        const std::string_view bytes = data.substr(begin, rowsPerBlock * width);
-        const RowBlock block{
-            .bytes = bytes.data(), .rowCount = bytes.size() / width, .rowWidth = width};
-        const bool isLarge = block.rowCount * columns.size() >= cellsWorthThreads;
-        parallelFor(columns.size(), isLarge ? hardwareThreads() : 1,
-                    [&](std::size_t column) { columns[column].take(block); });
-    }
+    forEachColumnStretch(
+        columns.size(), data.size() / width,
+        [&](std::size_t column, std::size_t firstRow, std::size_t rows) {
+            columns[column].take(
+                {.bytes = data.data() + firstRow * width, .rowCount = rows, .rowWidth = width});
+        });
 }
 
 }  // namespace
@@ -308,7 +301,9 @@ std::optional<StataTable> readStataTable(const StataFile& file, StataStringRefer
     }
     const StataLongTexts longTexts(file);
     std::vector<ColumnReader> columns = columnReaders(file, longTexts, references);
-    takeAll(columns, *data, width);
+    if (!data->empty()) {
+        takeAll(columns, *data, width);
+    }
 
     StataTable table;
     std::vector<TextTable::Column> finished;

@@ -67,14 +67,13 @@ std::string stringify(const Element& value) {
             return std::string(value.get_string().value_unsafe());
         case Type::INT64:
             return NumberText::integer(value.get_int64().value_unsafe());
-        case Type::UINT64:
-            return numberText(static_cast<double>(value.get_uint64().value_unsafe()));
         case Type::DOUBLE:
             return numberText(value.get_double().value_unsafe());
         case Type::BOOL:
             return value.get_bool().value_unsafe() ? "true" : "false";
         case Type::NULL_VALUE:
             return {};
+        case Type::UINT64:
         case Type::ARRAY:
         case Type::OBJECT:
             break;
