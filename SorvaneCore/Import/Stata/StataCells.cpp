@@ -82,6 +82,14 @@ std::size_t rowWidth(const StataFile& file, const ReferenceLayout& layout) {
                            });
 }
 
+double widened(float number) {
+    return static_cast<double>(number);
+}
+
+double widened(double number) {
+    return number;
+}
+
 struct RowBlock {
     const char* bytes = nullptr;
     std::size_t rowCount = 0;
@@ -176,7 +184,7 @@ private:
     template <typename Number>
     void takeNumbers(const RowBlock& block, double threshold) {
         takePatterns<Number>(block, [this, threshold](Number number) {
-            const double value{number};
+            const double value = widened(number);
             const bool isMissing = !std::isfinite(value) || value > threshold;
             isImplausible_ = isImplausible_ ||
                              (!isMissing && (isImplausibleMagnitude(value) || value == threshold));

@@ -1,0 +1,11 @@
+#include <cstddef>
+#include <cstdint>
+
+#include "Fuzz/ImportedDatasetCheck.h"
+#include "SorvaneCore/Import/Excel/XLSXImporter.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    sorvane::checkImport([bytes] { return sorvane::XLSXImporter().importXLSX("fuzz", bytes); });
+    return 0;
+}
