@@ -81,10 +81,4 @@ SpreadsheetImportError SpreadsheetImportError::unsupportedFileType(std::string_v
     return {Kind::unsupportedFileType, sentenceForExtension(extension)};
 }
 
-SpreadsheetImportError SpreadsheetImportError::notReadableYet(std::string_view extension) {
-    const std::string dotted = "." + std::string(extension);
-    return {Kind::notReadableYet, "Sorvane Studio cannot read " + dotted +
-                                      " files yet. Export the data as CSV and import that."};
-}
-
 }  // namespace sorvane

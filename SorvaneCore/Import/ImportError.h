@@ -57,10 +57,9 @@ private:
 /// No reader takes files of this extension.
 class SpreadsheetImportError : public ImportError {
 public:
-    enum class Kind { unsupportedFileType, notReadableYet };
+    enum class Kind { unsupportedFileType };
 
     static SpreadsheetImportError unsupportedFileType(std::string_view extension);
-    static SpreadsheetImportError notReadableYet(std::string_view extension);
     Kind kind() const { return kind_; }
 
 private:

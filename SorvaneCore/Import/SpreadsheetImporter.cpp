@@ -26,7 +26,7 @@ ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& fil
         return statImporter.importSvmmField(file);
     }
     if (extension == "numbers") {
-        throw SpreadsheetImportError::notReadableYet(extension);
+        return numbersImporter.importNumbers(file);
     }
     throw SpreadsheetImportError::unsupportedFileType(extension);
 }

@@ -5,6 +5,7 @@
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 #include "SorvaneCore/Import/CSVImporter.h"
 #include "SorvaneCore/Import/Excel/XLSXImporter.h"
+#include "SorvaneCore/Import/Numbers/NumbersImporter.h"
 #include "SorvaneCore/Import/StatPackageImporter.h"
 
 namespace sorvane {
@@ -14,6 +15,7 @@ struct SpreadsheetImporter {
     CSVImporter csvImporter;
     XLSXImporter xlsxImporter;
     StatPackageImporter statImporter;
+    NumbersImporter numbersImporter;
 
     /// The dataset of a file.
     ///
