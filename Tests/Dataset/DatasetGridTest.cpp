@@ -4,6 +4,7 @@
 
 #include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
+#include "SorvaneCore/Dataset/Grid/ImplausibleCells.h"
 #include "SorvaneCore/Import/CSVImporter.h"
 
 namespace sorvane {
@@ -71,6 +72,28 @@ TEST(DatasetGridEditor, LeavesTheColumnsThatWereNotTouchedAlone) {
     EXPECT_EQ(dataset.rows.cell(9'999, 7), "typed");
     EXPECT_EQ(before.cell(9'999, 7), "");
     EXPECT_EQ(dataset.importMetadata.missingCellCount, 1'999'999);
+}
+
+TEST(ImplausibleCells, GoMissingInTheColumnsWarnedAbout) {
+    ImportedDataset dataset = CSVImporter().importCSV(
+        "file", "single,double,other\n1,-1.797e308,1e301\n1.701411835e+38,5,2\n3,1e300,3\n");
+    const ImportedDataset untouched = dataset;
+    ImplausibleCells::setToMissing(dataset);
+    EXPECT_EQ(dataset, untouched) << "nothing was warned about";
+
+    const ImportCaution other{.kind = ImportCautionKind::otherReferenceWidth};
+    dataset.importMetadata.cautions = {
+        {{.kind = ImportCautionKind::implausibleMagnitude, .columnNames = {"single", "double"}},
+         other}};
+    dataset.variables[0].scaleRange = ScaleRange{.minimum = 1, .maximum = 5};
+    ImplausibleCells::setToMissing(dataset);
+    EXPECT_EQ(dataset.rows.row(0).texts(), (Texts{"1", "", "1e301"}));
+    EXPECT_EQ(dataset.rows.row(1).texts(), (Texts{"", "5", "2"}));
+    EXPECT_EQ(dataset.rows.row(2).texts(), (Texts{"3", "1e300", "3"}));
+    EXPECT_EQ(dataset.variables[0].scaleRange, (ScaleRange{.minimum = 1, .maximum = 5}));
+    EXPECT_EQ(dataset.variables[1].scaleRange, (ScaleRange{.minimum = 5, .maximum = 1e300}));
+    EXPECT_EQ(dataset.importMetadata.missingCellCount, 2);
+    EXPECT_EQ(dataset.importMetadata.cautions, std::vector<ImportCaution>{other});
 }
 
 }  // namespace
