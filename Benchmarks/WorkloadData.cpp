@@ -6,40 +6,18 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
-#include <numbers>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Benchmarks/Draws.h"
+#include "Benchmarks/StudyFiles.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane::WorkloadData {
 
 namespace {
-
-/// Random draws that stay the same for as long as this file does.
-class Draws {
-public:
-    explicit Draws(std::uint64_t seed) : state_(seed) {}
-
-    std::uint64_t bits() {
-        state_ += 0x9E3779B97F4A7C15U;
-        std::uint64_t mixed = state_;
-        mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9U;
-        mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBU;
-        return mixed ^ (mixed >> 31);
-    }
-    /// In (0, 1].
-    double share() { return static_cast<double>((bits() >> 11) + 1) * 0x1p-53; }
-    std::size_t below(std::size_t count) { return bits() % count; }
-    double normal() {
-        return std::sqrt(-2.0 * std::log(share())) * std::cos(2.0 * std::numbers::pi * share());
-    }
-
-private:
-    std::uint64_t state_;
-};
 
 /// Writes cells and ends rows; holds back little.
 class CsvWriter {
@@ -83,23 +61,11 @@ constexpr double sixDecimals = 1e6;
 constexpr double twoDecimals = 100.0;
 constexpr double oneDecimal = 10.0;
 
-/// One row of items from 1 to 5, the item j on the factor j modulo the number of factors; one cell
-/// in fifty is blank.
+/// One row of answers, those missing blank.
 void writeLikertCells(CsvWriter& csv, Draws& draws, std::size_t items, std::size_t factorCount) {
-    constexpr double loading = 0.7;
-    constexpr std::array<double, 4> cuts = {-1.5, -0.5, 0.5, 1.5};
-    const double uniqueness = std::sqrt(1.0 - loading * loading);
-    std::vector<double> factors(factorCount);
-    for (double& factor : factors) {
-        factor = draws.normal();
-    }
-    for (std::size_t j = 0; j < items; ++j) {
-        const double position = loading * factors[j % factorCount] + uniqueness * draws.normal();
-        char answer = '1';
-        for (const double cut : cuts) {
-            answer = static_cast<char>(answer + (position >= cut ? 1 : 0));
-        }
-        csv.cell(draws.share() < 0.02 ? std::string_view() : std::string_view(&answer, 1));
+    for (const int answer : draws.likertAnswers(items, factorCount)) {
+        const char digit = static_cast<char>('0' + answer);
+        csv.cell(answer == 0 ? std::string_view() : std::string_view(&digit, 1));
     }
 }
 
@@ -242,11 +208,11 @@ std::pair<const Recipe*, std::size_t> recipeFor(std::string_view name) {
 }
 
 void make(std::string_view name, const std::filesystem::path& target) {
-    const auto [recipe, size] = recipeFor(name);
     // Written under another name first, so that a broken run leaves no half a file.
     std::filesystem::path unfinished = target;
     unfinished += ".part";
-    {
+    if (!StudyFiles::write(name, unfinished)) {
+        const auto [recipe, size] = recipeFor(name);
         CsvWriter csv(unfinished);
         Draws draws(recipe->seed);
         recipe->write(csv, draws, size);
