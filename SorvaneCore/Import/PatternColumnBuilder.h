@@ -53,7 +53,7 @@ private:
         bool isUsed = false;
         bool isCounted = false;
     };
-    static constexpr std::size_t smallestTable = 16;
+    static constexpr std::size_t smallestTable = 4;
 
     /// Where the pattern stands, or where it belongs.
     ///

@@ -11,6 +11,9 @@ namespace {
 /// byte. A cell with a value takes 2 bytes at the least, and some 20 in a worksheet.
 constexpr std::size_t cellsFloor = std::size_t{1} << 26;
 constexpr std::size_t cellsPerByte = 64;
+/// The same for the bytes of its texts.
+constexpr std::size_t textFloor = std::size_t{1} << 28;
+constexpr std::size_t textPerByte = 16;
 
 void fillUp(TextColumnBuilder& column, std::size_t rowCount) {
     while (column.size() < rowCount) {
@@ -21,19 +24,22 @@ void fillUp(TextColumnBuilder& column, std::size_t rowCount) {
 }  // namespace
 
 SparseTableBuilder::SparseTableBuilder(std::size_t sourceBytes)
-    : mostCells_(cellsFloor + cellsPerByte * sourceBytes) {}
+    : mostCells_(cellsFloor + cellsPerByte * sourceBytes),
+      mostTextBytes_(textFloor + textPerByte * sourceBytes) {}
 
 void SparseTableBuilder::widen(std::size_t columnCount) {
     columns_.resize(std::max(columns_.size(), columnCount));
 }
 
-bool SparseTableBuilder::isTooSparse(std::size_t rowCount) const {
-    return rowCount > mostCells_ / std::max<std::size_t>(columns_.size(), 1);
+bool SparseTableBuilder::isTooLarge(std::size_t rowCount) const {
+    return textBytes_ > mostTextBytes_ ||
+           rowCount > mostCells_ / std::max<std::size_t>(columns_.size(), 1);
 }
 
 void SparseTableBuilder::set(std::size_t row, std::size_t column, std::string_view text) {
     fillUp(columns_[column], row);
     columns_[column].append(text);
+    textBytes_ += text.size();
 }
 
 TextTable SparseTableBuilder::finish(std::size_t rowCount) {

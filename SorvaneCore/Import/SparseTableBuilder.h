@@ -19,9 +19,10 @@ public:
     std::size_t columnCount() const { return columns_.size(); }
     /// Adds blank columns up to that number.
     void widen(std::size_t columnCount);
-    /// Whether so many rows of the present columns would be far more cells than the source can
-    /// mean. No such table must be built.
-    bool isTooSparse(std::size_t rowCount) const;
+    /// Whether so many rows of the present columns, or the texts set so far, would be far more than
+    /// the source can mean: few cells spread wide, or one long text referred to many times. No such
+    /// table must be built.
+    bool isTooLarge(std::size_t rowCount) const;
 
     /// Sets a cell.
     ///
@@ -33,6 +34,8 @@ public:
 
 private:
     std::size_t mostCells_;
+    std::size_t mostTextBytes_;
+    std::size_t textBytes_ = 0;
     std::vector<TextColumnBuilder> columns_;
 };
 

@@ -143,7 +143,7 @@ TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
         sparse += "<row><c r=\"XFD1\"><v>1</v></c></row>";
     }
     EXPECT_EQ(sentence(workbook({{"S", sparse}})),
-              notParsed + "A worksheet spreads few values over far too many cells.");
+              notParsed + "A worksheet spreads what it holds over far too many cells.");
 
     const std::string whole = workbook({{"S", header + data}}, "<si><t>x</t></si>");
     for (std::size_t size = 0; size < whole.size(); ++size) {

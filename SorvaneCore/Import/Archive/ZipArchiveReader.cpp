@@ -25,7 +25,7 @@ constexpr std::uint16_t stored = 0;
 constexpr std::uint16_t deflated = 8;
 
 /// An archive may unpack to so much, whatever its size; beyond that, to so many times its size.
-constexpr std::uint64_t unpackedFloor = std::uint64_t{512} << 20;
+constexpr std::uint64_t unpackedFloor = std::uint64_t{256} << 20;
 constexpr std::uint64_t unpackedPerByte = 128;
 
 std::uint16_t word16(std::string_view bytes, std::size_t position) {

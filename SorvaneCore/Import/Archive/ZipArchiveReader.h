@@ -42,7 +42,7 @@ std::optional<std::string> entryData(std::string_view bytes, std::string_view na
 /// Method     entries in the directory's order, a later one of the same path in the place of the
 ///            earlier; nothing is written anywhere
 /// Failure    the first entry that cannot be unpacked, whose name leads out of the folder, or that
-///            makes the archive unpack to more than 512 MiB and 128 times its size -> ZipError
+///            makes the archive unpack to more than 256 MiB and 128 times its size -> ZipError
 UnpackedFolder extract(std::string_view bytes);
 
 }  // namespace sorvane::ZipArchiveReader

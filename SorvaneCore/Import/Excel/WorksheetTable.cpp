@@ -12,8 +12,8 @@ void WorksheetTable::add(std::int64_t sourceRowNumber, std::span<const Worksheet
         return;
     }
     const std::size_t row = reports_.size();
-    isTooSparse_ = isTooSparse_ || columns_.isTooSparse(row + 1);
-    if (isTooSparse_) {
+    isTooLarge_ = isTooLarge_ || columns_.isTooLarge(row + 1);
+    if (isTooLarge_) {
         return;
     }
     for (const WorksheetCell& cell : cells) {

@@ -37,9 +37,8 @@ public:
     /// Input      `cells` in ascending order of columns, at least one
     void add(std::int64_t sourceRowNumber, std::span<const WorksheetCell> cells);
 
-    /// Whether the rows would fill far more cells than so many bytes can mean; no more rows are
-    /// taken then.
-    bool isTooSparse() const { return isTooSparse_; }
+    /// Whether the rows would take far more than so many bytes can mean; no more rows are taken then.
+    bool isTooLarge() const { return isTooLarge_; }
     /// The header's cells, not yet made unique; empty before the header was met.
     const std::vector<std::string>& headers() const { return headers_; }
     const ImportRowReports& reports() const { return reports_; }
@@ -49,7 +48,7 @@ public:
 private:
     void addHeader(std::span<const WorksheetCell> cells);
 
-    bool isTooSparse_ = false;
+    bool isTooLarge_ = false;
     std::vector<std::string> headers_;
     SparseTableBuilder columns_;
     ImportRowReports reports_;

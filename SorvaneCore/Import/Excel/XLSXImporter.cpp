@@ -114,9 +114,9 @@ WorksheetTable parsedWorksheet(const std::string& part, const TextList& sharedSt
     WorksheetTable table(part.size());
     WorksheetParser parser(sharedStrings, table);
     parsePart(part, parser);
-    if (table.isTooSparse()) {
+    if (table.isTooLarge()) {
         throw XLSXImportError::xmlParseFailed(
-            "A worksheet spreads few values over far too many cells.");
+            "A worksheet spreads what it holds over far too many cells.");
     }
     return table;
 }

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Import/SPSS/SPSSColumns.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Import/ColumnGroups.h"
@@ -15,7 +16,12 @@ namespace {
 class ColumnReader {
 public:
     ColumnReader(const SPSSVariable& variable, SPSSText::Encoding encoding)
-        : variable_(variable), encoding_(encoding) {}
+        : variable_(variable), encoding_(encoding) {
+        if (variable.missing) {
+            missingValues_ = variable.missing->discrete;
+            std::sort(missingValues_.begin(), missingValues_.end());
+        }
+    }
 
     void expectRows(std::size_t rows) {
         patterns_.expectRows(rows);
@@ -76,7 +82,7 @@ private:
         if (std::isnan(value)) {
             return {};
         }
-        if (variable_.missing && variable_.missing->contains(value)) {
+        if (isUserMissing(value)) {
             return {.text = {}, .isCounted = true};
         }
         isImplausible_ = isImplausible_ || isImplausibleMagnitude(value);
@@ -84,12 +90,22 @@ private:
         return {.text = storage_};
     }
 
+    bool isUserMissing(double value) const {
+        const auto& range = variable_.missing ? variable_.missing->range : noRange;
+        return (range && range->lower <= value && value <= range->upper) ||
+               std::binary_search(missingValues_.begin(), missingValues_.end(), value);
+    }
+
     std::string_view cellText(std::string_view bytes) {
         storage_ = SPSSText::decodeString(SPSSText::trimmedTrailingSpaces(bytes), encoding_);
         return storage_;
     }
 
+    static constexpr std::optional<MissingSpec::Range> noRange = std::nullopt;
+
     const SPSSVariable& variable_;
+    /// Ascending: a file can declare any number of them.
+    std::vector<double> missingValues_;
     SPSSText::Encoding encoding_;
     PatternColumnBuilder patterns_;
     TextColumnBuilder texts_;

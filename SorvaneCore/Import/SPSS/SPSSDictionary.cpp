@@ -304,11 +304,6 @@ private:
 
 }  // namespace
 
-bool MissingSpec::contains(double value) const {
-    return (range && range->lower <= value && value <= range->upper) ||
-           std::find(discrete.begin(), discrete.end(), value) != discrete.end();
-}
-
 std::string MissingSpec::displayText() const {
     std::string text;
     if (range) {

@@ -25,7 +25,6 @@ struct MissingSpec {
 
     bool operator==(const MissingSpec&) const = default;
 
-    bool contains(double value) const;
     /// "LOWEST through -1, 99".
     std::string displayText() const;
 };

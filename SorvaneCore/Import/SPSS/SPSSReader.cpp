@@ -15,9 +15,6 @@ namespace {
 using NumberText::integer;
 using SPSSText::Encoding;
 
-/// More labels than these, counted for each variable that has them, are no study's.
-constexpr std::size_t mostValueLabels = 5'000'000;
-
 std::string repairNote(std::size_t restoredBytes) {
     return "Repaired a UTF-8 transcoding of the binary file (restored " +
            integer(static_cast<std::int64_t>(restoredBytes)) + " damaged bytes).";

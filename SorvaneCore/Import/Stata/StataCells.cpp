@@ -18,6 +18,14 @@ using Kind = StataFile::VarType::Kind;
 
 constexpr double plainIntegers = 1e15;
 
+/// A file may have so many cells, whatever its size; beyond that, so many for each of its bytes.
+/// Only columns of no width could have more.
+constexpr std::size_t cellsFloor = std::size_t{1} << 26;
+constexpr std::size_t cellsPerByte = 64;
+/// The same for the bytes of one column's long texts, of which one may be referred to many times.
+constexpr std::size_t longTextFloor = std::size_t{1} << 28;
+constexpr std::size_t longTextPerByte = 16;
+
 // The greatest values that are not missing.
 constexpr std::int8_t lastByte = 100;
 constexpr std::int16_t lastInt = 32740;
@@ -144,13 +152,15 @@ public:
 
     bool isImplausible() const { return isImplausible_; }
     bool hasOtherReferences() const { return hasOtherReferences_; }
+    /// Whether long texts were referred to more often than the file can mean.
+    bool isTooLarge() const {
+        return longTextBytes_ > longTextFloor + longTextPerByte * file_.bytes.size();
+    }
     TextTable::Column finish() { return hasPatterns() ? patterns_.finish() : texts_.finish(); }
 
 private:
     bool isShortText() const { return type_.kind == Kind::str && type_.width <= 8; }
-    bool hasPatterns() const {
-        return isShortText() || (type_.kind != Kind::str && type_.kind != Kind::strL);
-    }
+    bool hasPatterns() const { return isShortText() || type_.kind != Kind::str; }
 
     const char* cell(const RowBlock& block, std::size_t row) const {
         return block.bytes + row * block.rowWidth + offset_;
@@ -211,14 +221,19 @@ private:
     }
 
     void takeReferences(const RowBlock& block) {
+        const auto textOf = [this](std::uint64_t number) {
+            storage_ = isTooLarge() ? std::string() : longTexts_.text(number);
+            longTextBytes_ += storage_.size();
+            return PatternText{.text = storage_};
+        };
         for (std::size_t row = 0; row < block.rowCount; ++row) {
             const char* bytes = cell(block, row);
             const StataReference reference = layout_.read(bytes, file_.byteOrder);
-            texts_.append(longTexts_.text(reference));
-            if (layout_.width == otherLayout_.width && !reference.isEmpty() &&
-                !longTexts_.contains(reference)) {
+            const std::size_t number = longTexts_.number(reference);
+            patterns_.append(number, textOf);
+            if (number == 0 && !reference.isEmpty() && layout_.width == otherLayout_.width) {
                 const StataReference other = otherLayout_.read(bytes, file_.byteOrder);
-                hasOtherReferences_ = hasOtherReferences_ || longTexts_.contains(other);
+                hasOtherReferences_ = hasOtherReferences_ || longTexts_.number(other) != 0;
             }
         }
     }
@@ -233,6 +248,7 @@ private:
     TextColumnBuilder texts_;
     bool isImplausible_ = false;
     bool hasOtherReferences_ = false;
+    std::size_t longTextBytes_ = 0;
     std::string storage_;
 };
 
@@ -243,6 +259,10 @@ std::optional<std::string_view> dataBytes(const StataFile& file, std::size_t wid
     const bool isEmpty = file.observationCount == 0;
     if (!section || (width == 0 && !isEmpty) ||
         (!isEmpty && file.observationCount > section->remaining() / width)) {
+        return std::nullopt;
+    }
+    const std::size_t mostCells = cellsFloor + cellsPerByte * file.bytes.size();
+    if (file.observationCount > mostCells / std::max<std::size_t>(file.types.size(), 1)) {
         return std::nullopt;
     }
     return section->readBytes(static_cast<std::int64_t>(file.observationCount * width));
@@ -321,6 +341,9 @@ std::optional<StataTable> readStataTable(const StataFile& file, StataStringRefer
         }
         if (columns[column].hasOtherReferences()) {
             table.shiftedColumns.push_back(column);
+        }
+        if (columns[column].isTooLarge()) {
+            return std::nullopt;
         }
         finished.push_back(columns[column].finish());
     }

@@ -29,17 +29,21 @@ bool StataLongTexts::readOne(ByteReader& reader, const StataFile& file) {
         return false;
     }
     const std::uint64_t observation = narrow ? *narrow : wide.value_or(0);
-    texts_[{.variable = *variable, .observation = observation}] = {.bytes = *content,
-                                                                   .isText = type == textType};
+    contents_.push_back({.bytes = *content, .isText = type == textType});
+    numbers_[{.variable = *variable, .observation = observation}] = contents_.size();
     return true;
 }
 
-std::string StataLongTexts::text(const StataReference& reference) const {
-    const auto found = reference.isEmpty() ? texts_.end() : texts_.find(reference);
-    if (found == texts_.end()) {
+std::size_t StataLongTexts::number(const StataReference& reference) const {
+    const auto found = reference.isEmpty() ? numbers_.end() : numbers_.find(reference);
+    return found == numbers_.end() ? 0 : found->second;
+}
+
+std::string StataLongTexts::text(std::size_t number) const {
+    if (number == 0) {
         return {};
     }
-    const Content& content = found->second;
+    const Content& content = contents_[number - 1];
     return content.isText ? StataFile::text(content.bytes) : UnicodeText::repaired(content.bytes);
 }
 

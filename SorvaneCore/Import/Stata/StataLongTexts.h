@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "SorvaneCore/Import/Stata/StataFile.h"
 
@@ -23,9 +25,10 @@ class StataLongTexts {
 public:
     explicit StataLongTexts(const StataFile& file);
 
-    bool contains(const StataReference& reference) const { return texts_.contains(reference); }
-    /// The text; empty for a reference to nothing.
-    std::string text(const StataReference& reference) const;
+    /// The number of a text, counted from 1; 0 for a reference to nothing.
+    std::size_t number(const StataReference& reference) const;
+    /// The text of that number; empty for 0.
+    std::string text(std::size_t number) const;
 
 private:
     struct Content {
@@ -39,7 +42,8 @@ private:
     };
     bool readOne(ByteReader& reader, const StataFile& file);
 
-    std::unordered_map<StataReference, Content, Hash> texts_;
+    std::vector<Content> contents_;
+    std::unordered_map<StataReference, std::size_t, Hash> numbers_;
 };
 
 }  // namespace sorvane

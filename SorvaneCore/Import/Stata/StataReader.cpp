@@ -9,9 +9,6 @@ namespace {
 
 using NumberText::integer;
 
-/// More labels than these, counted for each variable that has them, are no study's.
-constexpr std::size_t mostValueLabels = 2'000'000;
-
 std::string unsupportedNote(std::int64_t release) {
     return "Stata release " + integer(release) +
            " is not supported. Sorvane reads .dta versions 117 (Stata 13), 118 (Stata 14-15), and "

@@ -127,14 +127,14 @@ void PackageTable::set(std::size_t column, std::string_view text) {
 
 void PackageTable::setAt(std::size_t row, std::size_t column, std::string_view text) {
     rowCount_ = std::max(rowCount_, row + 1);
-    if (!cells_.isTooSparse(rowCount_)) {
+    if (!cells_.isTooLarge(rowCount_)) {
         cells_.set(row, column, text);
         nextRow_[column] = row + 1;
     }
 }
 
 std::optional<TextTable> PackageTable::finish() {
-    return cells_.isTooSparse(rowCount_) ? std::nullopt : std::optional(cells_.finish(rowCount_));
+    return cells_.isTooLarge(rowCount_) ? std::nullopt : std::optional(cells_.finish(rowCount_));
 }
 
 std::optional<PackageTable> extractRows(const Object& object, std::size_t packageBytes) {
