@@ -69,7 +69,7 @@ bool contains(const Texts& texts, std::string_view text) {
 
 TEST(GroupComparisonEngine, OrdersGroupsByLabelWhateverTheirCase) {
     const Columns columns =
-        Columns::of({"b", "10", " A ", "2", "na", "A", "B", "10", "2", "b", "", "a"},
+        Columns::of({"b", "10", "A", "2", "na", "A", "B", "10", "2", "b", "", "a"},
                     {1, 2, 3, 4, 5, std::nullopt, 6, 7, 8, 9, 1, 3});
     const auto result = columns.analyzed();
     ASSERT_TRUE(result);

@@ -88,7 +88,7 @@ const std::vector<ResultCase> resultCases = {
      "statistically significant within-subjects effect, F(1.18, 11.84) = 7.67, p = .014, "
      "η²p = .43, sphericity violated, Greenhouse-Geisser correction applied (epsilon = "
      ".59).",
-     0, {"Conditions", "7.09", "2", "3.55", "7.67", ".003", ".014", ".013", ".434"}},
+     0, {".311", "10.50", "2", ".005", "0.592", "0.626", "Violated → use GG"}},
     {__LINE__, inferential,
      {{"cmTest", R"("ancova")"}, {"cmAncovaOutcome", R"("score")"}, {"cmAncovaGroup", R"("site")"}, {"cmAncovaCovariates", R"(["age"])"}},
      "An ANCOVA compared score across site with age held constant (N = 11). The adjusted "
@@ -236,13 +236,18 @@ TEST(GroupScreens, UnequalVariancesOfferWelch) {
     };
     EXPECT_EQ(checks().evidence.front().tone, EvidenceTone::violated);
     EXPECT_EQ(checks().evidence.front().remedies.front().label, "Use the Welch correction");
-    ASSERT_EQ(checks().links.size(), 1U);
-    study.screens.follow(checks().links.front());
+    ASSERT_EQ(checks().links.size(), 2U);
+    study.screens.follow(checks().links.back());
     EXPECT_EQ(study.value("cmTestType"), Json("welch"));
-    EXPECT_TRUE(checks().links.empty());
+    ASSERT_EQ(checks().links.size(), 1U);
     EXPECT_EQ(checks().paragraphs.front(),
               "Variances differ substantially; Welch (the default) is appropriate.");
     EXPECT_FALSE(study.value("cmAssumptionFindings").empty());
+    study.screens.follow(checks().links.front());
+    study.expectValues({{"selection", R"("nonparametric")"},
+                        {"npTest", R"("mannWhitney")"},
+                        {"npOutcome", R"("score")"},
+                        {"npG1", R"("a")"}});
 }
 
 TEST(GroupScreens, WhatCannotBeComputedSaysWhy) {
