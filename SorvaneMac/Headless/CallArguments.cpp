@@ -48,6 +48,12 @@ std::string positionName(std::size_t position) {
     return "Column " + NumberText::integer(static_cast<std::int64_t>(position));
 }
 
+/// Whether "rows" gives the rows of a procedure rather than the numbers of rows to keep.
+bool isRowMatrix(const Json& rows) {
+    return rows.is_array() && !rows.empty() &&
+           (rows.front().is_array() || rows.front().is_string());
+}
+
 std::optional<double> numberOf(const std::string& name, const Json& cell) {
     return cell.is_number() ? cell.get<double>() : numericCell(cellText(name, cell));
 }
@@ -68,7 +74,7 @@ CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> data
             std::min<std::size_t>(required<std::size_t>(firstRowsKey), rowCount));
         std::iota(rows.begin(), rows.end(), std::size_t{0});
         dataset_->rows = pickedRows(dataset_->rows, rows);
-    } else if (has(rowsKey)) {
+    } else if (has(rowsKey) && !isRowMatrix(arguments_[rowsKey])) {
         auto rows = required<std::vector<std::size_t>>(rowsKey);
         for (std::size_t& row : rows) {
             if (row < 1 || row > rowCount) {

@@ -9,6 +9,8 @@ namespace {
 
 using State = StudioState;
 
+constexpr const char* nothingToUndo = "There is no change of the data to take back.";
+
 /// Binds an operation to a name: each declared argument is read from the step and passed on in
 /// order.
 template <typename Function, typename... Declared>
@@ -25,6 +27,43 @@ Operation operation(std::string name, Function function, Declared... declared) {
                    values);
     };
     return result;
+}
+
+/// The same for an operation that tells whether it was done; `said` is where it says why not.
+template <typename Function, typename... Declared>
+Operation refusable(std::string name,
+                    Function function,
+                    std::function<std::optional<std::string>(const State&)> said,
+                    Declared... declared) {
+    return operation(
+        std::move(name),
+        [function, said = std::move(said)](State& state, auto&&... given) {
+            if (!std::invoke(function, state, std::forward<decltype(given)>(given)...)) {
+                throw CallError(said(state).value_or("There is nothing to do."));
+            }
+        },
+        std::move(declared)...);
+}
+
+/// The same for an operation of the grid, which needs a table that can be edited.
+template <typename Function, typename... Declared>
+Operation gridOperation(std::string name, Function function, Declared... declared) {
+    return operation(
+        std::move(name),
+        [function](State& state, auto&&... given) {
+            if (!state.data.isDatasetEditable.get()) {
+                throw CallError("The table cannot be edited; only a grid that was made blank can.");
+            }
+            std::invoke(function, state, std::forward<decltype(given)>(given)...);
+        },
+        std::move(declared)...);
+}
+
+void expectPlace(const State& state, std::int64_t row, std::int64_t column) {
+    if (row < 0 || row >= state.dataset().rowCount() || column < 0 ||
+        column >= state.dataset().columnCount()) {
+        throw CallError("The grid has no such cell.");
+    }
 }
 
 Uuid variableId(const State& state, const std::string& name) {
@@ -46,8 +85,103 @@ std::vector<Operation> datasetOperations() {
                   Value<std::int64_t>{"rows"}, Value<std::int64_t>{"columns"},
                   Setting<Headers>{"headers"}),
         operation("syncDatasetDraftHeaders", &State::syncDatasetDraftHeaders),
-        operation("updateDatasetCell", &State::updateDatasetCell, Value<std::int64_t>{"row"},
-                  Value<std::int64_t>{"column"}, Value<std::string>{"value"}),
+        refusable(
+            "exportDatasetCSV",
+            [](State& state, const std::string& to) { return state.exportDatasetCSV(to); },
+            [](const State& state) { return state.projectError.get(); }, Value<std::string>{"to"}),
+        refusable("undoLastDataChange", &State::undoLastDataChange,
+                  [](const State&) { return std::optional<std::string>(nothingToUndo); }),
+    };
+}
+
+std::vector<Operation> gridOperations() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    using Index = std::int64_t;
+    const Value<Index> row{"row"};
+    const Value<Index> column{"column"};
+    const Value<Index> count{"count"};
+    return {
+        gridOperation(
+            "updateDatasetCell",
+            [](State& state, Index r, Index c, const std::string& value) {
+                expectPlace(state, r, c);
+                state.updateDatasetCell(r, c, value);
+            },
+            row, column, Value<std::string>{"value"}),
+        gridOperation(
+            "pasteDatasetBlock",
+            [](State& state, Index r, Index c, const std::string& text) {
+                expectPlace(state, r, c);
+                if (!state.pasteDatasetBlock(r, c, text)) {
+                    throw CallError(state.projectError->value_or("There is nothing to paste."));
+                }
+            },
+            row, column, Value<std::string>{"text"}),
+        gridOperation("updateDatasetName", &State::updateDatasetName),
+        gridOperation(
+            "updateDatasetHeader",
+            [](State& state, Index c, const std::string& name) {
+                expectPlace(state, 0, c);
+                state.updateDatasetHeader(c, name);
+            },
+            column, Value<std::string>{"name"}),
+        gridOperation("finalizeDatasetHeaders", &State::finalizeDatasetHeaders),
+        gridOperation("addDatasetRow", &State::addDatasetRow),
+        gridOperation("addDatasetColumn", &State::addDatasetColumn, Setting<std::string>{"named"}),
+        gridOperation(
+            "deleteDatasetColumn",
+            [](State& state, Index at, bool snapshot) {
+                expectPlace(state, 0, at);
+                using enum State::Snapshot;
+                if (!state.deleteDatasetColumn(at, snapshot ? taken : none)) {
+                    throw CallError(state.editor.dvMessage->value_or(""));
+                }
+            },
+            Value<Index>{"at"}, Setting<bool>{"snapshot", true}),
+        gridOperation("setDatasetRowCount", &State::setDatasetRowCount, count),
+        gridOperation("setDatasetColumnCount", &State::setDatasetColumnCount, count),
+    };
+}
+
+std::vector<Operation> preparingOperations() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const auto ofDerived = [](Field<std::optional<std::string>> DerivedVariableFields::*message) {
+        return [message](const State& state) {
+            return (state.derived.*message).get();
+        };
+    };
+    const auto ofEditor = [](Field<std::optional<std::string>> VariableEditorFields::*message) {
+        return [message](const State& state) {
+            return (state.editor.*message).get();
+        };
+    };
+    return {
+        refusable("runRecode", &State::runRecode, ofEditor(&VariableEditorFields::rcMessage)),
+        refusable("runCompute", &State::runCompute, ofEditor(&VariableEditorFields::cvMessage)),
+        operation(
+            "selectComputedVariables",
+            [](State& state, const std::vector<std::string>& names) {
+                std::set<Uuid> ids;
+                for (const std::string& name : names) {
+                    ids.insert(variableId(state, name));
+                }
+                state.derived.selectedComputedVariableIDs.set(std::move(ids));
+            },
+            Value<std::vector<std::string>>{"variables"}),
+        refusable("createComputedVariable", &State::createComputedVariable,
+                  ofDerived(&DerivedVariableFields::computedVariableMessage)),
+        refusable("createBinnedVariable", &State::createBinnedVariable,
+                  ofDerived(&DerivedVariableFields::binningMessage)),
+        refusable("createScaleScoreVariable", &State::createScaleScoreVariable,
+                  [](const State& state) { return state.scale.scaleScoreCreationMessage.get(); }),
+        refusable("renameVariable", &State::renameVariable,
+                  ofEditor(&VariableEditorFields::dvMessage), Value<std::string>{"from"},
+                  Value<std::string>{"to"}),
+        refusable("deleteVariable", &State::deleteVariable,
+                  ofEditor(&VariableEditorFields::dvMessage), Value<std::string>{"named"}),
+        operation("clSeed", &State::clSeed),
+        refusable("clApplyClampToMissing", &State::clApplyClampToMissing,
+                  [](const State& state) { return state.cleaning.clMessage.get(); }),
     };
 }
 
@@ -108,7 +242,8 @@ std::vector<Operation> reportOperations() {
 const std::vector<Operation>& all() {
     static const std::vector<Operation> table = [] {
         std::vector<Operation> operations;
-        for (auto* const group : {&datasetOperations, &variableOperations, &reportOperations}) {
+        for (auto* const group : {&datasetOperations, &gridOperations, &variableOperations,
+                                  &preparingOperations, &reportOperations}) {
             for (Operation& each : group()) {
                 operations.push_back(std::move(each));
             }

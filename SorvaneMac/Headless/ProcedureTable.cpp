@@ -9,7 +9,8 @@ const std::vector<Procedure>& all() {
         std::vector<Procedure> procedures;
         for (std::vector<Procedure> room :
              {numericsProcedures(), datasetProcedures(), analysesProcedures(),
-              groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures()}) {
+              groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures(),
+              prepareProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

@@ -34,6 +34,7 @@ std::vector<Procedure> analysesProcedures();
 std::vector<Procedure> groupComparisonProcedures();
 std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
+std::vector<Procedure> prepareProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.
 template <typename Function, typename... Arguments>

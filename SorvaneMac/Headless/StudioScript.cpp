@@ -22,9 +22,18 @@ public:
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
 
 /// The fields in which the workspace says something.
-constexpr std::array<std::string_view, 5> messageFields = {"importError", "projectMessage",
-                                                           "projectError", "saveStatusMessage",
-                                                           "scaleScoreCreationMessage"};
+constexpr std::array<std::string_view, 12> messageFields = {"importError",
+                                                            "projectMessage",
+                                                            "projectError",
+                                                            "saveStatusMessage",
+                                                            "scaleScoreCreationMessage",
+                                                            "computedVariableMessage",
+                                                            "binningMessage",
+                                                            "rcMessage",
+                                                            "cvMessage",
+                                                            "dvMessage",
+                                                            "clMessage",
+                                                            "impMessage"};
 
 Json messages(const StudioState& state) {
     Json said = Json::object();
@@ -83,11 +92,11 @@ StepOutcome StudioScript::perform(const Json& step) {
 Json StudioScript::performNamed(const std::string& name, const Json& argument) {
     using Step = Json (StudioScript::*)(const Json&);
     static const std::map<std::string, Step> steps = {
-        {"import", &StudioScript::importFile},  {"paste", &StudioScript::paste},
-        {"blank", &StudioScript::blank},        {"set", &StudioScript::setFields},
-        {"do", &StudioScript::doOperation},     {"run", &StudioScript::runScreen},
-        {"stage", &StudioScript::stageScreen},  {"assemble", &StudioScript::assemble},
-        {"export", &StudioScript::exportReport}};
+        {"import", &StudioScript::importFile},   {"paste", &StudioScript::paste},
+        {"blank", &StudioScript::blank},         {"set", &StudioScript::setFields},
+        {"do", &StudioScript::doOperation},      {"run", &StudioScript::runScreen},
+        {"stage", &StudioScript::stageScreen},   {"assemble", &StudioScript::assemble},
+        {"export", &StudioScript::exportReport}, {"csv", &StudioScript::exportCSV}};
     const auto step = steps.find(name);
     if (step == steps.end()) {
         throw StepRefused("There is no step \"" + name + "\" in this version.");
@@ -222,6 +231,16 @@ Json StudioScript::exportReport(const Json& argument) {
     }
     Json gave = Json::object();
     gave["files"] = std::move(files);
+    return gave;
+}
+
+Json StudioScript::exportCSV(const Json& argument) {
+    const std::filesystem::path file = files_.output / argumentOf<std::string>(argument);
+    if (!state_.exportDatasetCSV(file)) {
+        throw StepRefused(*state_.projectError.get());
+    }
+    Json gave = Json::object();
+    gave["files"] = Json::array({file.string()});
     return gave;
 }
 

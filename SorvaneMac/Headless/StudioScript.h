@@ -38,7 +38,7 @@ struct ScriptFiles {
 ///
 /// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
 /// to values), `do` (an operation by name, or an object of one operation and its arguments), `run`
-/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name).
+/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name), `csv` (file name).
 class StudioScript {
 public:
     StudioScript(StudioState& state, StudioScreens& screens, ScriptFiles files);
@@ -56,6 +56,7 @@ private:
     Json stageScreen(const Json& argument);
     Json assemble(const Json& argument);
     Json exportReport(const Json& argument);
+    Json exportCSV(const Json& argument);
 
     StudioState& state_;
     StudioScreens& screens_;

@@ -3,11 +3,10 @@
 #include <map>
 #include <set>
 
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
-#include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Seeding.h"
-#include "SorvaneMac/Screens/SelectionGates.h"
 
 namespace sorvane {
 
@@ -21,8 +20,11 @@ constexpr std::size_t seededSources = 2;
 /// Below half its items a person has no score on the scale.
 constexpr double lowestItemCompletion = 0.5;
 
-Gate notReady(std::string text) {
-    return {.title = "Nothing to compute yet", .lead = "", .text = std::move(text)};
+std::optional<Gate> gateOf(const std::optional<std::string>& lacking) {
+    if (!lacking) {
+        return std::nullopt;
+    }
+    return Gate{.title = "Nothing to compute yet", .lead = "", .text = *lacking};
 }
 
 }  // namespace
@@ -65,30 +67,24 @@ void ComputeForm::addTo(SetupForm& form) {
         addAggregate(form);
     }
     form.controls.emplace_back(textField("Name of the new variable", "Computed", fields_.cvName));
-    OptionControls::addRun(form, "Compute", gate(), {});
+    DataPreparation::addRun(
+        form, state_,
+        {.label = "Compute", .gate = gate(), .message = &fields_.cvMessage, .run = [this] {
+             run();
+         }});
 }
 
-Gate ComputeForm::gate() const {
-    const List numeric = numericVariables(state_.dataset());
-    if (isPair()) {
-        if (fields_.cvVarA->isBlank() || fields_.cvVarB->isBlank()) {
-            return notReady("Pick two variables to combine.");
-        }
-        for (const Field<VariableName>* field : {&fields_.cvVarA, &fields_.cvVarB}) {
-            if (const auto gone = SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
-                return *gone;
-            }
-        }
-    } else {
-        if (fields_.cvSources->empty()) {
-            return notReady("Select at least one source variable.");
-        }
-        if (const auto gone =
-                SelectionGates::goneColumn(fields_.cvSources, numeric, "numeric columns")) {
-            return *gone;
-        }
-    }
-    return ResultText::notYetGate("Computing variables");
+std::optional<Gate> ComputeForm::gate() const {
+    return gateOf(state_.computeLacks());
+}
+
+void ComputeForm::run() {
+    state_.runCompute();
+}
+
+void ComputeForm::showPreview(ScreenContent& content) const {
+    DataPreparation::addPreview(content, state_.dataset(), state_.computeSources(),
+                                state_.computePreview(DataPreparation::previewRows));
 }
 
 Guide ComputeForm::guide() const {
@@ -147,23 +143,21 @@ void TotalScoreForm::addTo(SetupForm& form) {
     }
     form.controls.emplace_back(
         textField("Name of the new variable", "Computed Variable", derived.computedVariableName));
-    OptionControls::addRun(form, "Create score", gate(), {});
+    DataPreparation::addRun(form, state_,
+                            {.label = "Create score",
+                             .gate = gate(),
+                             .message = &derived.computedVariableMessage,
+                             .run = [this] {
+                                 run();
+                             }});
 }
 
-Gate TotalScoreForm::gate() const {
-    std::size_t chosen = 0;
-    for (const DataVariable* variable : VariableLists::computedSourceVariables(state_.dataset())) {
-        chosen += state_.derived.selectedComputedVariableIDs->contains(variable->id) ? 1U : 0U;
-    }
-    if (state_.derived.computedVariableMethod.get() == ComputedVariableMethod::validCount) {
-        if (chosen < 1) {
-            return notReady(
-                "Select at least one numeric variable before creating a count variable.");
-        }
-    } else if (chosen < 2) {
-        return notReady("Select at least two numeric variables before creating a score variable.");
-    }
-    return ResultText::notYetGate("Creating scores");
+std::optional<Gate> TotalScoreForm::gate() const {
+    return gateOf(state_.computedVariableLacks());
+}
+
+void TotalScoreForm::run() {
+    state_.createComputedVariable();
 }
 
 Guide TotalScoreForm::guide() const {
@@ -199,14 +193,28 @@ void ScaleScoreForm::addTo(SetupForm& form) {
     }
     form.controls.emplace_back(
         textField("New score column name", "Scale score", scale.scaleScoreVariableName));
-    OptionControls::addRun(form, "Create scale score", gate(), {});
+    const std::string suggested = state_.defaultScaleScoreVariableName();
+    if (scale.scaleScoreVariableName.get() != suggested) {
+        form.controls.emplace_back(
+            ButtonControl{.label = "Name it \"" + suggested + "\"", .press = [&scale, suggested] {
+                              scale.scaleScoreVariableName.set(suggested);
+                          }});
+    }
+    DataPreparation::addRun(form, state_,
+                            {.label = "Create scale score",
+                             .gate = gate(),
+                             .message = &scale.scaleScoreCreationMessage,
+                             .run = [this] {
+                                 run();
+                             }});
 }
 
-Gate ScaleScoreForm::gate() const {
-    if (VariableLists::reliabilityVariables(state_.dataset()).size() < 2) {
-        return notReady("Select at least two item variables before creating a score variable.");
-    }
-    return ResultText::notYetGate("Scale scoring");
+std::optional<Gate> ScaleScoreForm::gate() const {
+    return gateOf(state_.scaleScoreLacks());
+}
+
+void ScaleScoreForm::run() {
+    state_.createScaleScoreVariable();
 }
 
 Guide ScaleScoreForm::guide() const {

@@ -1,20 +1,21 @@
 #pragma once
 
 #include "SorvaneMac/Screens/PrepareForm.h"
-#include "SorvaneMac/Screens/VariableEditorFields.h"
 #include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 namespace sorvane {
 
 /// One number a row from several variables, or from two.
 class ComputeForm final : public PrepareForm {
 public:
-    ComputeForm(StudioState& state, VariableEditorFields& fields)
-        : state_(state), fields_(fields) {}
+    explicit ComputeForm(StudioState& state) : state_(state), fields_(state.editor) {}
 
     void seed() override;
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
+    void showPreview(ScreenContent& content) const override;
     Guide guide() const override;
 
 private:
@@ -32,7 +33,8 @@ public:
     explicit TotalScoreForm(StudioState& state) : state_(state) {}
 
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
     Guide guide() const override;
 
 private:
@@ -47,7 +49,8 @@ public:
     explicit ScaleScoreForm(StudioState& state) : state_(state) {}
 
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
     Guide guide() const override;
 
 private:

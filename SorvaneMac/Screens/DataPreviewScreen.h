@@ -25,10 +25,13 @@ public:
 
     explicit DataPreviewScreen(StudioState& state)
         : showsValueLabels(state.fields, "showsValueLabels", false, ResetRule::kept),
+          datasetHeaderDraft(state.fields, "datasetHeaderDraft"),
           state_(state) {}
 
     /// Whether a labelled code is shown by its label.
     Field<bool> showsValueLabels;
+    /// The new name of the selected column, while it is typed.
+    Field<std::string> datasetHeaderDraft;
 
     StudioScreen id() const override { return StudioScreen::dataPreview; }
     SetupForm setup() override;
@@ -40,8 +43,14 @@ public:
     bool hasValueLabels() const;
     /// The cells in the form that is chosen.
     ShownCells cells() const;
+    bool isEditable() const { return state_.data.isDatasetEditable.get(); }
+    /// The column of the selected cell; absent without one.
+    std::optional<std::int64_t> selectedColumn() const;
 
 private:
+    void addGrid(SetupForm& form);
+    void addSelectedColumn(SetupForm& form);
+
     StudioState& state_;
 };
 

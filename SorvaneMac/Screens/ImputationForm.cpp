@@ -118,7 +118,7 @@ void ImputationForm::addPooled(SetupForm& form) {
                     false});
 }
 
-Gate ImputationForm::gate() const {
+std::optional<Gate> ImputationForm::gate() const {
     const List numeric = numericVariables(state_.dataset());
     if (numeric.empty()) {
         return notReady("No numeric variables.");

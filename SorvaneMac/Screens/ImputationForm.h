@@ -14,7 +14,7 @@ public:
 
     void seed() override;
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
     Guide guide() const override;
 
 private:

@@ -1,6 +1,7 @@
 #include "SorvaneMac/Screens/PrepareDataScreen.h"
 
 #include "SorvaneMac/Screens/ComputeForms.h"
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ImputationForm.h"
 #include "SorvaneMac/Screens/RecodeForm.h"
@@ -12,13 +13,13 @@ namespace sorvane {
 PrepareDataScreen::PrepareDataScreen(StudioState& state, ScreenFields& fields)
     : state_(state), fields_(fields.prepareData) {
     using enum PrepareSection;
-    forms_[recode] = std::make_unique<RecodeForm>(state, fields.variableEditor);
-    forms_[compute] = std::make_unique<ComputeForm>(state, fields.variableEditor);
+    forms_[recode] = std::make_unique<RecodeForm>(state);
+    forms_[compute] = std::make_unique<ComputeForm>(state);
     forms_[totalScore] = std::make_unique<TotalScoreForm>(state);
     forms_[bands] = std::make_unique<BandsForm>(state);
     forms_[scaleScore] = std::make_unique<ScaleScoreForm>(state);
     forms_[imputation] = std::make_unique<ImputationForm>(state, fields.imputation);
-    forms_[rename] = std::make_unique<RenameForm>(state, fields.variableEditor);
+    forms_[rename] = std::make_unique<RenameForm>(state);
 }
 
 void PrepareDataScreen::seed() {
@@ -35,25 +36,40 @@ SetupForm PrepareDataScreen::setup() {
     if (state_.hasData()) {
         open().addTo(form);
     } else {
-        form.controls.emplace_back(NoteControl{gate().text, false});
+        form.controls.emplace_back(NoteControl{gate()->text, false});
     }
     return form;
 }
 
-Gate PrepareDataScreen::gate() const {
+std::optional<Gate> PrepareDataScreen::gate() const {
     return state_.hasData() ? open().gate() : ResultText::noDataGate();
 }
 
 ScreenContent PrepareDataScreen::content() const {
-    return {.title = "Prepare Data",
-            .subtitle = std::string(displayName(fields_.prepareSection.get())) +
-                        ". New columns are added to the working table; the imported file stays as "
-                        "it is.",
-            .gate = gate()};
+    ScreenContent content{
+        .title = "Prepare Data",
+        .subtitle = std::string(displayName(fields_.prepareSection.get())) +
+                    ". New columns are added to the working table; the imported file stays as "
+                    "it is."};
+    if (!state_.hasData()) {
+        content.gate = gate();
+        return content;
+    }
+    if (const std::optional<Gate> missing = gate()) {
+        content.cards.push_back({.title = missing->title, .paragraphs = {missing->text}});
+    } else {
+        open().showPreview(content);
+    }
+    content.cards.push_back(DataPreparation::logCard(state_));
+    return content;
 }
 
 std::optional<std::string> PrepareDataScreen::run() {
-    return ResultText::sentence(gate());
+    if (const std::optional<Gate> missing = gate()) {
+        return ResultText::sentence(*missing);
+    }
+    open().run();
+    return std::nullopt;
 }
 
 }  // namespace sorvane

@@ -24,7 +24,7 @@ public:
 private:
     PrepareForm& open() const { return *forms_.at(fields_.prepareSection.get()); }
     /// What keeps the open form from running.
-    Gate gate() const;
+    std::optional<Gate> gate() const;
 
     StudioState& state_;
     PrepareDataFields& fields_;

@@ -14,7 +14,12 @@ public:
     virtual void seed() {}
     /// Adds the controls under the section picker.
     virtual void addTo(SetupForm& form) = 0;
-    virtual Gate gate() const = 0;
+    /// What keeps it from running; absent where it can run.
+    virtual std::optional<Gate> gate() const = 0;
+    /// Runs it; called only without a gate.
+    virtual void run() {}
+    /// Shows what a run would give.
+    virtual void showPreview(ScreenContent&) const {}
     virtual Guide guide() const = 0;
 };
 

@@ -1,11 +1,10 @@
 #include "SorvaneMac/Screens/RecodeForm.h"
 
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
-#include "SorvaneMac/Screens/RecodeDrafts.h"
-#include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Seeding.h"
-#include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/RecodeDrafts.h"
 
 namespace sorvane {
 
@@ -146,26 +145,26 @@ void RecodeForm::addTo(SetupForm& form) {
         form.controls.emplace_back(textField("Name of the new variable",
                                              fields_.rcSource->name + " Recoded", fields_.rcName));
     }
-    OptionControls::addRun(form, "Recode", gate(), {});
+    DataPreparation::addRun(
+        form, state_,
+        {.label = "Recode", .gate = gate(), .message = &fields_.rcMessage, .run = [this] {
+             run();
+         }});
 }
 
-Gate RecodeForm::gate() const {
-    if (fields_.rcSource->isBlank()) {
-        return notReady("Choose a source variable.");
-    }
-    if (const auto gone = SelectionGates::goneColumn(
-            fields_.rcSource, numericVariables(state_.dataset()), "numeric columns")) {
-        return *gone;
-    }
-    if (isReverse()) {
-        if (!(fields_.rcReverseMax.get() > fields_.rcReverseMin.get())) {
-            return notReady("Scale maximum must exceed the minimum.");
-        }
-    } else if (isRange() ? fields_.rcRangeRules->empty() : fields_.rcValueRules->empty()) {
-        return notReady(isRange() ? "Write a band and press Add band."
-                                  : "Write a rule and press Add rule.");
-    }
-    return ResultText::notYetGate("Recoding");
+std::optional<Gate> RecodeForm::gate() const {
+    const std::optional<std::string> lacking = state_.recodeLacks();
+    return lacking ? std::optional(notReady(*lacking)) : std::nullopt;
+}
+
+void RecodeForm::run() {
+    state_.runRecode();
+}
+
+void RecodeForm::showPreview(ScreenContent& content) const {
+    const std::string& source = fields_.rcSource->name;
+    DataPreparation::addPreview(content, state_.dataset(), {source},
+                                state_.recodePreview(DataPreparation::previewRows));
 }
 
 Guide RecodeForm::guide() const {

@@ -1,19 +1,21 @@
 #pragma once
 
 #include "SorvaneMac/Screens/PrepareForm.h"
-#include "SorvaneMac/Screens/VariableEditorFields.h"
 #include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 namespace sorvane {
 
 /// Replaces values or bands of values of one variable, or turns its scale round.
 class RecodeForm final : public PrepareForm {
 public:
-    RecodeForm(StudioState& state, VariableEditorFields& fields) : state_(state), fields_(fields) {}
+    explicit RecodeForm(StudioState& state) : state_(state), fields_(state.editor) {}
 
     void seed() override;
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
+    void showPreview(ScreenContent& content) const override;
     Guide guide() const override;
 
 private:

@@ -6,6 +6,7 @@
 #include "SorvaneCore/Analyses/Reliability/ReliabilityScaleTables.h"
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -219,8 +220,15 @@ SetupForm ReliabilityScreen::setup() {
                                            [&scale](const std::string& text) {
                                                scale.scaleScoreVariableName.set(text);
                                            }});
-    form.controls.emplace_back(ButtonControl{
-        .label = "Create scale score (in a later version)", .isEnabled = false, .press = {}});
+    const std::optional<std::string> lacking = state_.scaleScoreLacks();
+    form.controls.emplace_back(
+        ButtonControl{.label = "Create scale score", .isEnabled = !lacking, .press = [this] {
+                          state_.createScaleScoreVariable();
+                      }});
+    if (lacking) {
+        form.controls.emplace_back(NoteControl{*lacking, true});
+    }
+    DataPreparation::addOutcome(form, state_, scale.scaleScoreCreationMessage);
     return form;
 }
 

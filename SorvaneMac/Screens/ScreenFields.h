@@ -1,6 +1,5 @@
 #pragma once
 
-#include "SorvaneMac/Screens/CleaningFields.h"
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
 #include "SorvaneMac/Screens/DataReductionFields.h"
@@ -17,7 +16,6 @@
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/Screens/SurveyFields.h"
 #include "SorvaneMac/Screens/SurvivalFields.h"
-#include "SorvaneMac/Screens/VariableEditorFields.h"
 
 namespace sorvane {
 
@@ -34,8 +32,6 @@ struct ScreenFields {
     MultivariateFields multivariate{registry};
     SurveyFields survey{registry};
     PrepareDataFields prepareData{registry};
-    VariableEditorFields variableEditor{registry};
-    CleaningFields cleaning{registry};
     ImputationFields imputation{registry};
     StructuralFields structural{registry};
     MultilevelFields multilevel{registry};

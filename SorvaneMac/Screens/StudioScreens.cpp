@@ -6,7 +6,7 @@
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
-#include "SorvaneMac/Screens/DataQualityScreen.h"
+#include "SorvaneMac/Screens/DataQuality/DataQualityScreen.h"
 #include "SorvaneMac/Screens/DataReductionScreen.h"
 #include "SorvaneMac/Screens/DescriptivesScreen.h"
 #include "SorvaneMac/Screens/ExportScreen.h"
@@ -56,7 +56,7 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<RelationshipsScreen>(state, fields.correlation));
     add(std::make_unique<CategoricalTestsScreen>(state, fields.nonparametric));
     add(std::make_unique<PrepareDataScreen>(state, fields));
-    add(std::make_unique<DataQualityScreen>(state, fields.cleaning));
+    add(std::make_unique<DataQualityScreen>(state));
     add(std::make_unique<StructuralScreen>(state, fields.structural));
     add(std::make_unique<SurveyScreen>(state, fields.survey));
     add(std::make_unique<MultilevelScreen>(state, fields.multilevel));

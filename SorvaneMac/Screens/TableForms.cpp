@@ -1,10 +1,8 @@
 #include "SorvaneMac/Screens/TableForms.h"
 
-#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
-#include "SorvaneMac/Screens/ResultText.h"
-#include "SorvaneMac/Screens/SelectionGates.h"
 
 namespace sorvane {
 
@@ -24,8 +22,11 @@ List allVariables(const ImportedDataset& dataset) {
     return list;
 }
 
-Gate notReady(std::string title, std::string text) {
-    return {.title = std::move(title), .lead = "", .text = std::move(text)};
+std::optional<Gate> gateOf(std::string title, const std::optional<std::string>& lacking) {
+    if (!lacking) {
+        return std::nullopt;
+    }
+    return Gate{.title = std::move(title), .lead = "", .text = *lacking};
 }
 
 }  // namespace
@@ -42,19 +43,21 @@ void BandsForm::addTo(SetupForm& form) {
     form.controls.emplace_back(textField("Name of the new variable",
                                          derived.selectedBinningVariableName->name + " Group",
                                          derived.binnedVariableName));
-    OptionControls::addRun(form, "Create groups", gate(), {});
+    DataPreparation::addRun(form, state_,
+                            {.label = "Create groups",
+                             .gate = gate(),
+                             .message = &derived.binningMessage,
+                             .run = [this] {
+                                 run();
+                             }});
 }
 
-Gate BandsForm::gate() const {
-    const Field<VariableName>& source = state_.derived.selectedBinningVariableName;
-    if (source->isBlank()) {
-        return notReady("Nothing to group yet", "Choose a numeric variable to group.");
-    }
-    if (const auto gone = SelectionGates::goneColumn(source, numericVariables(state_.dataset()),
-                                                     "numeric columns")) {
-        return *gone;
-    }
-    return ResultText::notYetGate("Grouping into bands");
+std::optional<Gate> BandsForm::gate() const {
+    return gateOf("Nothing to group yet", state_.binningLacks());
+}
+
+void BandsForm::run() {
+    state_.createBinnedVariable();
 }
 
 Guide BandsForm::guide() const {
@@ -76,37 +79,25 @@ void RenameForm::addTo(SetupForm& form) {
     form.controls.emplace_back(
         variablePicker("Variable", fields_.dvName, allVariables(state_.dataset())));
     form.controls.emplace_back(textField("New name", fields_.dvName->name, fields_.dvNewName));
-    OptionControls::addRun(form, "Rename", gate(), {});
+    OptionControls::addRun(form, "Rename", gate(), [this] { run(); });
+    const std::optional<std::string> lacking = state_.deletionLacks(fields_.dvName->name);
     form.controls.emplace_back(
-        ButtonControl{.label = "Delete variable", .isEnabled = false, .press = {}});
-    if (!fields_.dvName->isBlank() && state_.dataset().columnCount() == 1) {
-        form.controls.emplace_back(NoteControl{
-            "The dataset needs at least one variable, so the last one cannot be deleted.", true});
+        ButtonControl{.label = "Delete variable", .isEnabled = !lacking, .press = [this] {
+                          state_.deleteVariable(fields_.dvName->name);
+                      }});
+    if (lacking && !fields_.dvName->isBlank()) {
+        form.controls.emplace_back(NoteControl{*lacking, true});
     }
+    DataPreparation::addOutcome(form, state_, fields_.dvMessage);
 }
 
-Gate RenameForm::gate() const {
-    const std::string title = "Nothing to rename or delete yet";
-    const std::string& name = fields_.dvName->name;
-    const std::string wanted(UnicodeText::trimmed(fields_.dvNewName.get()));
-    if (name.empty()) {
-        return notReady(title, "Choose a variable to rename.");
-    }
-    if (const auto gone =
-            SelectionGates::goneColumn(fields_.dvName, allVariables(state_.dataset()), "columns")) {
-        return *gone;
-    }
-    if (wanted.empty()) {
-        return notReady(title, "Enter the new name first.");
-    }
-    if (wanted == name) {
-        return notReady(title, name + " already has that name.");
-    }
-    if (state_.dataset().columnIndex(wanted)) {
-        return notReady(title,
-                        "A variable named " + wanted + " already exists. Choose a different name.");
-    }
-    return ResultText::notYetGate("Renaming and deleting");
+std::optional<Gate> RenameForm::gate() const {
+    return gateOf("Nothing to rename or delete yet",
+                  state_.renameLacks(fields_.dvName->name, fields_.dvNewName.get()));
+}
+
+void RenameForm::run() {
+    state_.renameVariable(fields_.dvName->name, fields_.dvNewName.get());
 }
 
 Guide RenameForm::guide() const {

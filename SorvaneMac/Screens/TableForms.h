@@ -1,8 +1,8 @@
 #pragma once
 
 #include "SorvaneMac/Screens/PrepareForm.h"
-#include "SorvaneMac/Screens/VariableEditorFields.h"
 #include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 namespace sorvane {
 
@@ -12,7 +12,8 @@ public:
     explicit BandsForm(StudioState& state) : state_(state) {}
 
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
     Guide guide() const override;
 
 private:
@@ -22,10 +23,11 @@ private:
 /// A column's name changed everywhere, or the column taken out of the working table.
 class RenameForm final : public PrepareForm {
 public:
-    RenameForm(StudioState& state, VariableEditorFields& fields) : state_(state), fields_(fields) {}
+    explicit RenameForm(StudioState& state) : state_(state), fields_(state.editor) {}
 
     void addTo(SetupForm& form) override;
-    Gate gate() const override;
+    std::optional<Gate> gate() const override;
+    void run() override;
     Guide guide() const override;
 
 private:

@@ -26,6 +26,10 @@ SetupForm VariableTypesScreen::setup() {
         NoteControl{"A role decides where a variable is offered: outcomes and groups in tests, "
                     "items in Scale & Reliability. What is not to be analyzed is offered nowhere.",
                     false}};
+    if (state_.hasData()) {
+        form.controls.emplace_back(HeadingControl{"RENAME OR DELETE"});
+        rename_.addTo(form);
+    }
     return form;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/TableForms.h"
 #include "SorvaneMac/Screens/UserVariableRole.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -29,7 +30,7 @@ public:
         bool operator==(const Row&) const = default;
     };
 
-    explicit VariableTypesScreen(StudioState& state) : state_(state) {}
+    explicit VariableTypesScreen(StudioState& state) : state_(state), rename_(state) {}
 
     StudioScreen id() const override { return StudioScreen::variableTypes; }
     SetupForm setup() override;
@@ -48,6 +49,7 @@ public:
 
 private:
     StudioState& state_;
+    RenameForm rename_;
 };
 
 }  // namespace sorvane

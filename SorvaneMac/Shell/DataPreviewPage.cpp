@@ -119,6 +119,17 @@ bool DataPreviewPage::copySelection() {
     return true;
 }
 
+bool DataPreviewPage::pasteSelection() {
+    const std::optional<CellPlace> place = grid_->place();
+    if (!grid_->hasFocus() || !preview_.isEditable() || !place) {
+        return false;
+    }
+    workspace().state.pasteDatasetBlock(static_cast<std::int64_t>(place->row),
+                                        static_cast<std::int64_t>(place->column),
+                                        utf8(Clipboard::text()));
+    return true;
+}
+
 void DataPreviewPage::openFindBar() {
     findBar_->open();
 }

@@ -19,6 +19,9 @@ public:
     /// Puts the selected cells on the clipboard as lines of tab-separated text.
     bool copySelection() override;
 
+    /// Pastes a block of cells from the selected one on.
+    bool pasteSelection() override;
+
     void openFindBar();
     /// Searches for what stands in the find bar and goes to the first match from the present cell.
     void search();

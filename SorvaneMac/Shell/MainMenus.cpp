@@ -25,6 +25,16 @@ void showScreen(MainWindow& window, StudioScreen screen) {
     window.workspace().state.selection.set(screen);
 }
 
+/// Hands an editing command to whatever has the focus; false where that does not know it.
+bool invokeEdit(const char* slot) {
+    QWidget* focused = QApplication::focusWidget();
+    if (!focused || focused->metaObject()->indexOfSlot(QMetaObject::normalizedSignature(
+                        (QByteArray(slot) + "()").constData())) < 0) {
+        return false;
+    }
+    return QMetaObject::invokeMethod(focused, slot);
+}
+
 }  // namespace
 
 MainMenus::MainMenus(MainWindow& window) : window_(window) {
@@ -65,6 +75,8 @@ void MainMenus::buildFile() {
     open->setToolTip("Saving and opening projects comes with a later version.");
     menu.setToolTipsVisible(true);
     menu.addSeparator();
+    withData_.push_back(add(menu, "Export &Dataset…", {},
+                            [this] { exportDatasetFromDialog(&window_, window_.workspace()); }));
     QMenu& exports = *menu.addMenu("&Export Report");
     for (const ReportFormat format : {ReportFormat::pdf, ReportFormat::docx, ReportFormat::rtf,
                                       ReportFormat::md, ReportFormat::draft}) {
@@ -82,18 +94,17 @@ void MainMenus::addEdit(QMenu& menu,
                         const QString& label,
                         const QKeySequence& keys,
                         const char* slot) {
-    add(menu, label, keys, [slot] {
-        QWidget* focused = QApplication::focusWidget();
-        if (focused && focused->metaObject()->indexOfSlot(QMetaObject::normalizedSignature(
-                           (QByteArray(slot) + "()").constData())) >= 0) {
-            QMetaObject::invokeMethod(focused, slot);
-        }
-    });
+    add(menu, label, keys, [slot] { invokeEdit(slot); });
 }
 
 void MainMenus::buildEdit() {
     QMenu& menu = *window_.menuBar()->addMenu("&Edit");
-    addEdit(menu, "&Undo", QKeySequence::Undo, "undo");
+    add(menu, "&Undo", QKeySequence::Undo, [this] {
+        // A field that is typed in has an undo of its own; elsewhere it is the data's.
+        if (!invokeEdit("undo")) {
+            window_.workspace().state.undoLastDataChange();
+        }
+    });
     addEdit(menu, "&Redo", QKeySequence::Redo, "redo");
     menu.addSeparator();
     addEdit(menu, "Cu&t", QKeySequence::Cut, "cut");
@@ -105,7 +116,11 @@ void MainMenus::buildEdit() {
             QMetaObject::invokeMethod(focused, "copy");
         }
     });
-    addEdit(menu, "&Paste", QKeySequence::Paste, "paste");
+    add(menu, "&Paste", QKeySequence::Paste, [this] {
+        if (!window_.page().pasteSelection()) {
+            invokeEdit("paste");
+        }
+    });
     addEdit(menu, "Select &All", QKeySequence::SelectAll, "selectAll");
     menu.addSeparator();
     // What a page can do beyond that, such as finding, it brings with its own keys.
@@ -127,6 +142,8 @@ void MainMenus::buildData() {
         }
     }
     menu.addSeparator();
+    undoData_ = add(menu, "Undo Data Change", {},
+                    [this] { window_.workspace().state.undoLastDataChange(); });
     withData_.push_back(add(menu, "Select Likert Items", {}, [this] {
         window_.workspace().state.selectLikertCandidateItemsForReliability();
     }));
@@ -227,6 +244,11 @@ void MainMenus::refresh() {
     for (QAction* menu : window_.menuBar()->actions()) {
         menu->setEnabled(!state.isComputing.get());
     }
+    undoData_->setEnabled(state.canUndoDataChange());
+    undoData_->setText(state.canUndoDataChange()
+                           ? "Undo the " +
+                                 qtText(state.data.dataChangeUndoLabel.get()).replace('&', "&&")
+                           : QString("Undo Data Change"));
     const bool hasFindings = !state.reportItems->empty();
     for (QAction* action : withData_) {
         action->setEnabled(state.hasData());

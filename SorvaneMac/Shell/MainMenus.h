@@ -44,6 +44,7 @@ private:
     QList<QAction*> ofPage_;
     QMenu* recent_ = nullptr;
     QAction* inspector_ = nullptr;
+    QAction* undoData_ = nullptr;
 };
 
 }  // namespace sorvane

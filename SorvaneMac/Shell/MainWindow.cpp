@@ -126,9 +126,9 @@ void MainWindow::buildStatus() {
 }
 
 MainWindow::Reach MainWindow::reachOf(const AnyField& field) {
-    constexpr std::array<std::string_view, 7> frameOnly = {
-        "researcherNotes",    "inspectorPane",  "inspectorTab",         "saveStatusMessage",
-        "selectedDatasetRow", "projectMessage", "selectedDatasetColumn"};
+    constexpr std::array<std::string_view, 8> frameOnly = {
+        "researcherNotes",    "inspectorPane",  "inspectorTab",          "saveStatusMessage",
+        "selectedDatasetRow", "projectMessage", "selectedDatasetColumn", "projectError"};
     return std::find(frameOnly.begin(), frameOnly.end(), field.name()) == frameOnly.end()
                ? Reach::screen
                : Reach::frame;
@@ -204,8 +204,10 @@ void MainWindow::refreshStatus() {
                                     : noDatasetHint);
     weightStatus_->setText("Weights on");
     weightStatus_->setVisible(hasData && isWeighted);
-    const std::optional<std::string>& message =
-        state.saveStatusMessage.get() ? state.saveStatusMessage.get() : state.projectMessage.get();
+    const std::optional<std::string>& message = state.projectError.get() ? state.projectError.get()
+                                                : state.saveStatusMessage.get()
+                                                    ? state.saveStatusMessage.get()
+                                                    : state.projectMessage.get();
     messageStatus_->setText(qtText(message.value_or("")));
 }
 

@@ -19,6 +19,9 @@ public:
     /// Copies what is selected; false where the page has no selection of its own.
     virtual bool copySelection() { return false; }
 
+    /// Pastes into what is selected; false where the page does not take it.
+    virtual bool pasteSelection() { return false; }
+
     static Page* make(StudioScreen screen, Workspace& workspace);
 };
 

@@ -20,8 +20,8 @@ const Question importQuestion{
 const Question closeQuestion{
     .title = "Close without keeping your work?",
     .text =
-        "Findings, notes, the report and a table typed by hand are lost when the window closes. "
-        "Export the report first if you want to keep it.",
+        "Findings, notes, the report, prepared variables and a table typed by hand are lost when "
+        "the window closes. Export the report and the dataset first if you want to keep them.",
     .confirmLabel = "Close and lose it"};
 
 }  // namespace
@@ -62,6 +62,14 @@ void pasteFromDialog(QWidget* parent, Workspace& workspace) {
         state.replaceGuarded(
             [&state, text = utf8(dialog.text())] { state.importPastedData(text); });
     }
+}
+
+void exportDatasetFromDialog(QWidget* parent, Workspace& workspace) {
+    StudioState& state = workspace.state;
+    state.exportDatasetCSV(
+        workspace.dialogs.save(parent, {.title = "Export dataset",
+                                        .suggestedName = state.dataset().name + ".csv",
+                                        .filter = "Comma-separated text (*.csv)"}));
 }
 
 void confirmPendingImport(QWidget* parent, Workspace& workspace) {

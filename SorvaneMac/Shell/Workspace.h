@@ -38,6 +38,9 @@ void openBlankGrid(Workspace& workspace);
 /// Asks for a pasted table and imports it.
 void pasteFromDialog(QWidget* parent, Workspace& workspace);
 
+/// Asks for a file and writes the working table into it as comma-separated text.
+void exportDatasetFromDialog(QWidget* parent, Workspace& workspace);
+
 /// Asks whether the report may be lost, and does or drops what is held back.
 void confirmPendingImport(QWidget* parent, Workspace& workspace);
 /// Whether the window may close: asks first where work would be lost.

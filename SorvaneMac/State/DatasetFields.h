@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
@@ -16,6 +17,8 @@ struct DataChangeUndoFlags {
     std::string label;
     NameSet reverseCodedItemNames;
     NameSet unreliableItemNames;
+    /// Where the change was a renaming: the former name and the new one.
+    std::optional<std::pair<std::string, std::string>> renamed{};
 };
 
 /// The working table and what belongs to editing it.

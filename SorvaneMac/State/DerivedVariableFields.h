@@ -1,6 +1,5 @@
 #pragma once
 
-#include <boost/describe/enum.hpp>
 #include <cstdint>
 #include <optional>
 #include <set>
@@ -8,17 +7,14 @@
 #include <string_view>
 
 #include "SorvaneCore/Dataset/Uuid.h"
+#include "SorvaneCore/Prepare/VariableOperations.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
 
-enum class ComputedVariableMethod { sum, mean, validCount };
-BOOST_DESCRIBE_ENUM(ComputedVariableMethod, sum, mean, validCount)
 /// As the user reads it.
 std::string_view displayName(ComputedVariableMethod value);
 
-enum class BinningMethod { equalWidth, quantile };
-BOOST_DESCRIBE_ENUM(BinningMethod, equalWidth, quantile)
 /// As the user reads it.
 std::string_view displayName(BinningMethod value);
 

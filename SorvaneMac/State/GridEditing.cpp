@@ -1,9 +1,56 @@
 #include <algorithm>
 
+#include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
+
+namespace {
+
+using NumberText::integer;
+
+std::string rowsText(std::int64_t count) {
+    return integer(count) + " row(s)";
+}
+
+std::string columnsText(std::int64_t count) {
+    return integer(count) + " column(s)";
+}
+
+constexpr std::string_view pasteTooLarge =
+    "The pasted block does not fit: a grid holds up to 10000 rows and 200 columns. Nothing was "
+    "changed.";
+
+std::size_t widthOf(const std::vector<std::vector<std::string>>& cells) {
+    std::size_t width = 0;
+    for (const std::vector<std::string>& line : cells) {
+        width = std::max(width, line.size());
+    }
+    return width;
+}
+
+/// "Var11" and so on for columns beyond the last, none of which the table has.
+std::vector<std::string> furtherHeaders(const StudioState& state, std::int64_t count) {
+    std::vector<std::string> headers;
+    for (std::int64_t number = state.dataset().columnCount() + 1;
+         static_cast<std::int64_t>(headers.size()) < count; ++number) {
+        const std::string name = "Var" + integer(number);
+        if (!state.dataset().columnIndex(name)) {
+            headers.push_back(name);
+        }
+    }
+    return headers;
+}
+
+}  // namespace
+
+bool StudioState::isInGrid(std::int64_t row, std::int64_t column) const {
+    return data.isDatasetEditable.get() && row >= 0 && row < dataset().rowCount() && column >= 0 &&
+           column < dataset().columnCount();
+}
 
 void StudioState::syncDatasetDraftHeaders() {
     const auto wanted =
@@ -18,9 +65,7 @@ void StudioState::syncDatasetDraftHeaders() {
 }
 
 void StudioState::updateDatasetCell(std::int64_t row, std::int64_t column, std::string_view value) {
-    const bool inRange =
-        row >= 0 && row < dataset().rowCount() && column >= 0 && column < dataset().columnCount();
-    if (!data.isDatasetEditable.get() || !inRange) {
+    if (!isInGrid(row, column)) {
         return;
     }
     data.dataset.edit([row, column, value](ImportedDataset& table) {
@@ -28,6 +73,179 @@ void StudioState::updateDatasetCell(std::int64_t row, std::int64_t column, std::
                                    static_cast<std::size_t>(column), value);
     });
     refreshAnalysisDefaults();
+}
+
+bool StudioState::pasteDatasetBlock(std::int64_t row, std::int64_t column, std::string_view text) {
+    const std::vector<std::vector<std::string>> cells = DatasetGridEditor::pastedCells(text);
+    const auto width = static_cast<std::int64_t>(widthOf(cells));
+    if (!isInGrid(row, column) || width == 0) {
+        return false;
+    }
+    const auto height = static_cast<std::int64_t>(cells.size());
+    const std::int64_t rows = std::max(dataset().rowCount(), row + height);
+    const std::int64_t newColumns =
+        std::max<std::int64_t>(column + width - dataset().columnCount(), 0);
+    if (rows > std::max(BlankDatasetFactory::mostRows, dataset().rowCount()) ||
+        (newColumns > 0 &&
+         dataset().columnCount() + newColumns > BlankDatasetFactory::mostColumns)) {
+        projectError.set(std::string(pasteTooLarge));
+        return false;
+    }
+    const std::string what = "block of " + rowsText(height) + " and " + columnsText(width);
+    storeUndo("pasting of a " + what);
+    const std::vector<std::string> headers = furtherHeaders(*this, newColumns);
+    data.dataset.edit([&](ImportedDataset& table) {
+        DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(rows));
+        DatasetGridEditor::appendColumns(table, headers);
+        DatasetGridEditor::writeBlock(table, static_cast<std::size_t>(row),
+                                      static_cast<std::size_t>(column), cells);
+    });
+    log("Pasted a " + what + " from row " + integer(row + 1) + " and column " +
+        dataset().headers[static_cast<std::size_t>(column)] + " on.");
+    projectError.set(std::nullopt);
+    refreshAnalysisDefaults();
+    return true;
+}
+
+void StudioState::updateDatasetName() {
+    if (!data.isDatasetEditable.get()) {
+        return;
+    }
+    const std::string_view name = UnicodeText::trimmed(data.datasetDraftName.get());
+    data.dataset.edit([name](ImportedDataset& table) {
+        table.name = name.empty() ? "Untitled dataset" : std::string(name);
+    });
+}
+
+void StudioState::updateDatasetHeader(std::int64_t column, std::string_view name) {
+    if (!data.isDatasetEditable.get() || column < 0 || column >= dataset().columnCount()) {
+        return;
+    }
+    const auto index = static_cast<std::size_t>(column);
+    const std::string from = dataset().headers[index];
+    const std::string_view trimmed = UnicodeText::trimmed(name);
+    std::string to = trimmed.empty() ? "Column " + integer(column + 1) : std::string(trimmed);
+    if (to == from) {
+        return;
+    }
+    to = uniqueHeaderName(to);
+    storeUndo("renaming of " + from + " to " + to);
+    data.dataChangeUndoFlags->renamed = {from, to};
+    renameEverywhere(index, to);
+    log("Renamed column " + from + " to " + to + ".");
+    refreshAnalysisDefaults();
+}
+
+void StudioState::finalizeDatasetHeaders() {
+    if (!data.isDatasetEditable.get()) {
+        return;
+    }
+    const std::vector<std::string> clean = DatasetGridEditor::sanitizeHeaders(dataset().headers);
+    for (std::size_t column = 0; column < clean.size(); ++column) {
+        if (clean[column] != dataset().headers[column]) {
+            renameEverywhere(column, clean[column]);
+        }
+    }
+    refreshAnalysisDefaults();
+}
+
+StudioState::HeaderBinding StudioState::headerBinding(std::int64_t column) {
+    const bool isThere = column >= 0 && column < dataset().columnCount();
+    return {.text = isThere ? dataset().headers[static_cast<std::size_t>(column)] : std::string(),
+            .set = [this, column](const std::string& name) {
+                updateDatasetHeader(column, name);
+            }};
+}
+
+void StudioState::addDatasetRow() {
+    if (data.isDatasetEditable.get()) {
+        setDatasetRowCount(dataset().rowCount() + 1);
+    }
+}
+
+void StudioState::addDatasetColumn(std::string_view named) {
+    if (!data.isDatasetEditable.get() ||
+        dataset().columnCount() >= BlankDatasetFactory::mostColumns) {
+        return;
+    }
+    const std::string header = UnicodeText::trimmed(named).empty()
+                                   ? furtherHeaders(*this, 1).front()
+                                   : uniqueHeaderName(named);
+    data.dataset.edit([&header](ImportedDataset& table) {
+        DatasetGridEditor::appendColumns(table, {&header, 1});
+    });
+    log("Added column " + header + ".");
+    refreshAnalysisDefaults();
+}
+
+bool StudioState::deleteDatasetColumn(std::int64_t at, Snapshot snapshot) {
+    if (!isInGrid(0, at)) {
+        return false;
+    }
+    const auto index = static_cast<std::size_t>(at);
+    const std::string name = dataset().headers[index];
+    if (const std::optional<std::string> lacking = deletionLacks(name)) {
+        editor.dvMessage.set(*lacking);
+        return false;
+    }
+    if (snapshot == Snapshot::taken) {
+        storeUndo("deletion of column " + name);
+    }
+    removeEverywhere(index);
+    log("Deleted column " + name + ".");
+    clearSelectionBeyondTable();
+    refreshAnalysisDefaults();
+    return true;
+}
+
+void StudioState::setDatasetRowCount(std::int64_t count) {
+    const std::int64_t former = dataset().rowCount();
+    const std::int64_t wanted = std::min(count, std::max(former, BlankDatasetFactory::mostRows));
+    if (!data.isDatasetEditable.get() || wanted < 1 || wanted == former) {
+        return;
+    }
+    if (wanted < former) {
+        storeUndo("removal of " + rowsText(former - wanted));
+    }
+    data.dataset.edit([wanted](ImportedDataset& table) {
+        DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(wanted));
+    });
+    log(wanted < former ? "Removed " + rowsText(former - wanted) + " from the end."
+                        : "Added " + rowsText(wanted - former) + ".");
+    clearSelectionBeyondTable();
+    refreshAnalysisDefaults();
+}
+
+void StudioState::setDatasetColumnCount(std::int64_t count) {
+    const std::int64_t former = dataset().columnCount();
+    const std::int64_t wanted = std::min(count, std::max(former, BlankDatasetFactory::mostColumns));
+    if (!data.isDatasetEditable.get() || wanted < 1 || wanted == former) {
+        return;
+    }
+    if (wanted > former) {
+        const std::vector<std::string> headers = furtherHeaders(*this, wanted - former);
+        data.dataset.edit([&headers](ImportedDataset& table) {
+            DatasetGridEditor::appendColumns(table, headers);
+        });
+        log("Added " + columnsText(wanted - former) + ".");
+    } else {
+        storeUndo("removal of " + columnsText(former - wanted));
+        while (dataset().columnCount() > wanted) {
+            removeEverywhere(static_cast<std::size_t>(dataset().columnCount()) - 1);
+        }
+        log("Removed " + columnsText(former - wanted) + " from the end.");
+        clearSelectionBeyondTable();
+    }
+    refreshAnalysisDefaults();
+}
+
+void StudioState::clearSelectionBeyondTable() {
+    if (data.selectedDatasetRow->value_or(-1) >= dataset().rowCount()) {
+        data.selectedDatasetRow.set(std::nullopt);
+    }
+    if (data.selectedDatasetColumn->value_or(-1) >= dataset().columnCount()) {
+        data.selectedDatasetColumn.set(std::nullopt);
+    }
 }
 
 }  // namespace sorvane

@@ -48,6 +48,8 @@ StudioState::StudioState(std::filesystem::path resources,
       data(fields),
       scale(fields),
       derived(fields),
+      editor(fields),
+      cleaning(fields),
       selectedDescriptiveVariableName(
           fields, "selectedDescriptiveVariableName", {}, ResetRule::kept),
       selectedDescriptiveGroupName(fields, "selectedDescriptiveGroupName", {}, ResetRule::kept),
@@ -243,7 +245,7 @@ void StudioState::cancelComputing() {
 
 bool StudioState::hasUnsavedWork() const {
     return !reportItems->empty() || reportRTFData.get() || !researcherNotes->empty() ||
-           data.isDatasetEditable.get();
+           data.isDatasetEditable.get() || data.transformationLog->size() > 1;
 }
 
 std::vector<std::filesystem::path> StudioState::recentDataFiles() const {

@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Prepare/DataCleaning.h"
 #include "SorvaneCore/Project/MethodFile.h"
 #include "SorvaneMac/Report/ReportItem.h"
+#include "SorvaneMac/State/CleaningFields.h"
 #include "SorvaneMac/State/DatasetFields.h"
 #include "SorvaneMac/State/DerivedVariableFields.h"
 #include "SorvaneMac/State/Field.h"
@@ -21,6 +23,7 @@
 #include "SorvaneMac/State/StudioScreen.h"
 #include "SorvaneMac/State/TaskRunner.h"
 #include "SorvaneMac/State/UserDefaults.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 namespace sorvane {
 
@@ -49,6 +52,8 @@ public:
     DatasetFields data;
     ScaleFields scale;
     DerivedVariableFields derived;
+    VariableEditorFields editor;
+    CleaningFields cleaning;
 
     SpreadsheetImporter importer;
 
@@ -113,12 +118,88 @@ public:
     const ScaleItemClassification* classification(std::string_view columnName) const;
     void selectLikertCandidateItemsForReliability();
 
-    // The grid.
+    // The grid. Each does nothing where the table is not editable or has no such place.
 
     /// Makes the draft's headers as many as its columns.
     void syncDatasetDraftHeaders();
-    /// Writes a cell of an editable table; does nothing otherwise.
     void updateDatasetCell(std::int64_t row, std::int64_t column, std::string_view value);
+    /// Writes a block of tab-separated cells, as spreadsheets copy it, from a place on. The grid
+    /// grows where the block needs it; one that would grow too large is refused.
+    ///
+    /// Returns    whether it was written; `projectError` says why not
+    bool pasteDatasetBlock(std::int64_t row, std::int64_t column, std::string_view text);
+    /// Gives the table the name of the draft.
+    void updateDatasetName();
+    /// Renames a column; a blank name becomes "Column j", one that is taken gets a number.
+    void updateDatasetHeader(std::int64_t column, std::string_view name);
+    /// Trims and fills the headers and makes them unique.
+    void finalizeDatasetHeaders();
+    /// The header of a column as a line of text that can be set.
+    struct HeaderBinding {
+        std::string text;
+        std::function<void(const std::string&)> set;
+    };
+    HeaderBinding headerBinding(std::int64_t column);
+    void addDatasetRow();
+    /// Appends a column, its name made unique; blank is numbered on ("Var11").
+    void addDatasetColumn(std::string_view named);
+    enum class Snapshot { taken, none };
+    /// Removes a column and what names it; with a snapshot it can be undone.
+    ///
+    /// Returns    whether it was removed; the last column stays
+    bool deleteDatasetColumn(std::int64_t at, Snapshot snapshot = Snapshot::taken);
+    void setDatasetRowCount(std::int64_t count);
+    void setDatasetColumnCount(std::int64_t count);
+    /// Writes the table as comma-separated text. Says in `projectMessage` or `projectError` how it
+    /// went.
+    ///
+    /// Input      absent where the user picked no file
+    /// Returns    whether it was written
+    bool exportDatasetCSV(const std::optional<std::filesystem::path>& to);
+
+    /// Takes back the last change of cells or columns; before the last there is nothing to take
+    /// back.
+    bool undoLastDataChange();
+    bool canUndoDataChange() const { return data.dataChangeUndo->has_value(); }
+
+    // Derived variables. Each returns whether it was done; the message field of its form says what
+    // was done or what is missing, and where nothing was done the table is unchanged.
+
+    bool runRecode();
+    bool runCompute();
+    bool createComputedVariable();
+    bool createBinnedVariable();
+    bool createScaleScoreVariable();
+    bool renameVariable(const std::string& from, std::string_view to);
+    bool deleteVariable(const std::string& named);
+    /// The name, or the name with the first free number from 2 on; blank becomes "Score".
+    std::string uniqueHeaderName(std::string_view base) const;
+    std::string defaultScaleScoreVariableName() const;
+    /// The numbers that a recode or a compute would give the first rows if it were run now; absent
+    /// while something is missing.
+    std::optional<std::vector<std::optional<double>>> recodePreview(std::int64_t rows) const;
+    std::optional<std::vector<std::optional<double>>> computePreview(std::int64_t rows) const;
+    /// The columns that a compute reads, in column order; those of a pair as A and B.
+    std::vector<std::string> computeSources() const;
+    /// What each of these operations lacks; absent when it can run.
+    std::optional<std::string> recodeLacks() const;
+    std::optional<std::string> computeLacks() const;
+    std::optional<std::string> computedVariableLacks() const;
+    std::optional<std::string> binningLacks() const;
+    std::optional<std::string> scaleScoreLacks() const;
+    std::optional<std::string> clampLacks() const;
+    std::optional<std::string> renameLacks(const std::string& from, std::string_view to) const;
+    std::optional<std::string> deletionLacks(const std::string& named) const;
+
+    // Cleaning.
+
+    void clSeed();
+    OutOfRangeReport clOutOfRangeReport() const;
+    OutlierReport clOutlierReport() const;
+    bool clApplyClampToMissing();
+    /// The bounds as numbers; absent where none can be read.
+    std::optional<double> clLowerBound() const;
+    std::optional<double> clUpperBound() const;
 
     // The report.
 
@@ -174,6 +255,37 @@ private:
                       std::string logMessage,
                       StudioScreen screen,
                       bool editable);
+    /// Keeps the table as it stands for `undoLastDataChange`.
+    void storeUndo(std::string label);
+    void log(std::string entry);
+    /// Adds what a settled log entry leaves out, so that the step can be repeated from the log.
+    void logSettings(const std::string& name, const std::string& settings);
+    struct DerivedColumn {
+        std::string name;
+        TextTable::Column values;
+        VariableKind assignedType = VariableKind::outcome;
+        std::string warning;
+    };
+    /// Adds a column under a name that is free, and stores undo first.
+    void appendDerivedVariable(DerivedColumn column);
+    void replaceColumnValues(const std::string& name,
+                             TextTable::Column values,
+                             std::string warning);
+    void finishCompute(const std::vector<std::optional<double>>& values, const std::string& detail);
+    std::vector<NumericColumn> scaleScoreMatrix(const std::vector<std::string>& items) const;
+    std::string scaleScoreSettings(const std::vector<std::string>& items) const;
+    std::vector<const DataVariable*> selectedComputedVariables() const;
+    /// The numbers of the first rows of a column.
+    NumericColumn leadingNumbers(const std::string& column, std::int64_t rows) const;
+    /// Gives a column another name in the table and in every field that names it.
+    void renameEverywhere(std::size_t column, const std::string& to);
+    void removeEverywhere(std::size_t column);
+    /// Forgets those of the names that the table does not have.
+    void dropNamesGone(const std::vector<std::string>& names);
+    void renameClassification(const std::string& from, const std::string& to);
+    void clearSelectionBeyondTable();
+    bool isInGrid(std::int64_t row, std::int64_t column) const;
+
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
     std::string trimmedNote(StudioScreen screen) const;
     std::map<std::string, std::string> methodOptions() const;

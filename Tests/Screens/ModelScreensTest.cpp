@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneMac/Screens/RecodeDrafts.h"
 #include "SorvaneMac/Screens/StructuralModelText.h"
+#include "SorvaneMac/State/RecodeDrafts.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {
@@ -507,7 +507,7 @@ TEST(ModelScreens, RecodingRulesAreTypedAddedAndRemoved) {
                                R"("upperInclusive":true,"output":"9"})"}});
     std::get<ButtonControl>(controlOf(workplace.controls(dataPrep), "Add rule")).press();
     workplace.expectValues({{"rcDraft", toJson(RecodeDraft()).dump()}});
-    const auto& rules = workplace.screens.fields.variableEditor.rcValueRules;
+    const auto& rules = workplace.state.editor.rcValueRules;
     ASSERT_EQ(rules->size(), 1U);
     EXPECT_EQ(rules->front().sources, (std::vector<double>{1.0, 2.0}));
     EXPECT_EQ(rules->front().output, 9.0);

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/CleaningFields.h"
+#include "SorvaneMac/State/CleaningFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -19,6 +19,10 @@ CleaningFields::CleaningFields(FieldRegistry& fields)
       clLower(fields, "clLower"),
       clUpper(fields, "clUpper"),
       clOutlierMethod(fields, "clOutlierMethod", OutlierMethod::iqr, ResetRule::kept),
-      clMessage(fields, "clMessage") {}
+      clMessage(fields, "clMessage"),
+      clKeyColumns(fields, "clKeyColumns"),
+      clGroup(fields, "clGroup"),
+      clCompositionVar(fields, "clCompositionVar"),
+      clBenchmarks(fields, "clBenchmarks") {}
 
 }  // namespace sorvane

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "SorvaneMac/Screens/VariableEditorFields.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 /// Typed recoding rules made into rules, and rules made into text.
 namespace sorvane::RecodeDrafts {

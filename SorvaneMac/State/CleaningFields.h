@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,14 @@ struct CleaningFields {
     Field<std::string> clUpper;
     Field<OutlierMethod> clOutlierMethod;
     Field<std::optional<std::string>> clMessage;
+    /// The columns by which rows count as the same; none means all of them.
+    Field<NameSet> clKeyColumns;
+    /// The groups whose missing values are compared.
+    Field<VariableName> clGroup;
+    /// The variable whose categories are compared with the population.
+    Field<VariableName> clCompositionVar;
+    /// The shares of the population by category, as the user typed them.
+    Field<std::map<std::string, std::string>> clBenchmarks;
 };
 
 }  // namespace sorvane

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/VariableEditorFields.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/RecodeDrafts.h"
+#include "SorvaneMac/State/RecodeDrafts.h"
 
 #include <cmath>
 #include <string_view>

@@ -1,0 +1,87 @@
+#include "SorvaneCore/Dataset/Grid/DerivedColumns.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+void StudioState::storeUndo(std::string label) {
+    data.dataChangeUndo.replace(dataset());
+    data.dataChangeUndoFlags =
+        DataChangeUndoFlags{.label = label,
+                            .reverseCodedItemNames = scale.reverseCodedItemNames.get(),
+                            .unreliableItemNames = scale.unreliableItemNames.get()};
+    data.dataChangeUndoLabel.set(std::move(label));
+}
+
+bool StudioState::undoLastDataChange() {
+    if (!canUndoDataChange()) {
+        return false;
+    }
+    const std::string label = data.dataChangeUndoLabel.get();
+    const std::vector<std::string> changed = dataset().headers;
+    data.dataset.replace(*data.dataChangeUndo.get());
+    if (const std::optional<DataChangeUndoFlags>& flags = data.dataChangeUndoFlags) {
+        if (flags->renamed) {
+            fields.renameVariable(flags->renamed->second, flags->renamed->first);
+            renameClassification(flags->renamed->second, flags->renamed->first);
+        }
+        scale.reverseCodedItemNames.set(flags->reverseCodedItemNames);
+        scale.unreliableItemNames.set(flags->unreliableItemNames);
+    }
+    dropNamesGone(changed);
+    log("Reverted the " + label + ".");
+    editor.rcMessage.set("Reverted the " + label + ".");
+    editor.dvMessage.set("Reverted the " + label + ".");
+    data.dataChangeUndo.set(std::nullopt);
+    data.dataChangeUndoLabel.set("");
+    data.dataChangeUndoFlags.reset();
+    clearSelectionBeyondTable();
+    refreshAnalysisDefaults();
+    return true;
+}
+
+void StudioState::dropNamesGone(const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        if (!dataset().columnIndex(name)) {
+            fields.dropVariable(name);
+        }
+    }
+}
+
+void StudioState::log(std::string entry) {
+    data.transformationLog.edit(
+        [&entry](std::vector<std::string>& entries) { entries.push_back(std::move(entry)); });
+}
+
+void StudioState::logSettings(const std::string& name, const std::string& settings) {
+    log("Settings for " + name + ": " + settings + ".");
+}
+
+void StudioState::renameClassification(const std::string& from, const std::string& to) {
+    scale.scaleClassifications.edit([&](std::vector<ScaleItemClassification>& verdicts) {
+        for (ScaleItemClassification& verdict : verdicts) {
+            verdict.columnName = verdict.columnName == from ? to : verdict.columnName;
+        }
+    });
+}
+
+void StudioState::renameEverywhere(std::size_t column, const std::string& to) {
+    const std::string from = dataset().headers[column];
+    data.dataset.edit([&](ImportedDataset& table) { DerivedColumns::rename(table, column, to); });
+    fields.renameVariable(from, to);
+    renameClassification(from, to);
+}
+
+void StudioState::removeEverywhere(std::size_t column) {
+    const std::string name = dataset().headers[column];
+    const Uuid id = dataset().variables[column].id;
+    data.dataset.edit([column](ImportedDataset& table) { DerivedColumns::remove(table, column); });
+    fields.dropVariable(name);
+    derived.selectedComputedVariableIDs.edit([&id](std::set<Uuid>& ids) { ids.erase(id); });
+    scale.scaleClassifications.edit([&name](std::vector<ScaleItemClassification>& verdicts) {
+        std::erase_if(verdicts, [&name](const ScaleItemClassification& verdict) {
+            return verdict.columnName == name;
+        });
+    });
+}
+
+}  // namespace sorvane

@@ -1,0 +1,24 @@
+#include "SorvaneCore/Dataset/CSVWriter.h"
+#include "SorvaneCore/Project/WholeFile.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+bool StudioState::exportDatasetCSV(const std::optional<std::filesystem::path>& to) {
+    if (!to) {
+        projectMessage.set("Export cancelled.");
+        return false;
+    }
+    const std::string text = CSVWriter::text(dataset());
+    const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+    if (const std::optional<std::string> failure = replaceFile(*to, bytes)) {
+        projectError.set("Could not export the dataset to " + to->string() + ": " + *failure);
+        return false;
+    }
+    projectError.set(std::nullopt);
+    projectMessage.set("Exported dataset to " + to->string() + ".");
+    log("Exported CSV to " + to->string() + ".");
+    return true;
+}
+
+}  // namespace sorvane
