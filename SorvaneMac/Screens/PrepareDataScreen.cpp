@@ -50,16 +50,12 @@ ScreenContent PrepareDataScreen::content() const {
         .title = "Prepare Data",
         .subtitle = std::string(displayName(fields_.prepareSection.get())) +
                     ". New columns are added to the working table; the imported file stays as "
-                    "it is."};
-    if (!state_.hasData()) {
-        content.gate = gate();
+                    "it is.",
+        .gate = gate()};
+    if (content.gate) {
         return content;
     }
-    if (const std::optional<Gate> missing = gate()) {
-        content.cards.push_back({.title = missing->title, .paragraphs = {missing->text}});
-    } else {
-        open().showPreview(content);
-    }
+    open().showPreview(content);
     content.cards.push_back(DataPreparation::logCard(state_));
     return content;
 }

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/State/CleaningFields.h"
+#include "SorvaneMac/State/VariableEditorFields.h"
 
 namespace sorvane {
 namespace {
@@ -120,6 +122,10 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "clUpper", R"("")", R"("other")", withDataset},
     {__LINE__, "clOutlierMethod", R"("iqr")", R"("zScore")", kept},
     {__LINE__, "clMessage", "null", R"("Said.")", withDataset},
+    {__LINE__, "clKeyColumns", "[]", R"(["a"])", withDataset},
+    {__LINE__, "clGroup", R"("")", R"("a")", withDataset},
+    {__LINE__, "clCompositionVar", R"("")", R"("a")", withDataset},
+    {__LINE__, "clBenchmarks", "{}", R"({"a":"50"})", withDataset},
     {__LINE__, "impMethod", R"("mice")", R"("other")", kept},
     {__LINE__, "impM", "5", "6", kept},
     {__LINE__, "impTargets", "[]", R"(["a","b"])", withDataset},
@@ -198,6 +204,8 @@ protected:
 
     FieldRegistry registry;
     ScreenFields fields{registry};
+    VariableEditorFields editor{registry};
+    CleaningFields cleaning{registry};
 };
 
 TEST_F(ScreenFieldsTest, HoldsTheFieldsOfTheTableAndNoOthers) {
@@ -234,16 +242,16 @@ TEST_F(ScreenFieldsTest, IsSetByNameAndKeepsAfterAResetWhatIsAPreference) {
 TEST_F(ScreenFieldsTest, NamesOfColumnsFollowARenameAndCategoriesDoNot) {
     fields.compareMeans.cmGrouping.set({"north"});
     fields.compareMeans.cmGroup1.set("north");
-    fields.variableEditor.cvSources.set({"north", "west"});
-    fields.variableEditor.dvNewName.set("north");
+    editor.cvSources.set({"north", "west"});
+    editor.dvNewName.set("north");
     fields.structural.semModel.set("north");
 
     registry.renameVariable("north", "south");
 
     EXPECT_EQ(fields.compareMeans.cmGrouping->name, "south");
     EXPECT_EQ(fields.compareMeans.cmGroup1.get(), "north");
-    EXPECT_EQ(fields.variableEditor.cvSources.get(), (NameSet{"south", "west"}));
-    EXPECT_EQ(fields.variableEditor.dvNewName.get(), "north");
+    EXPECT_EQ(editor.cvSources.get(), (NameSet{"south", "west"}));
+    EXPECT_EQ(editor.dvNewName.get(), "north");
     EXPECT_EQ(fields.structural.semModel.get(), "north");
 }
 

@@ -29,6 +29,12 @@ VariableLists::List allVariables(const ImportedDataset& dataset) {
     return list;
 }
 
+/// Whether something was typed that is no number.
+bool isUnread(const Field<std::string>& text) {
+    const std::string_view typed = UnicodeText::trimmed(text.get());
+    return !typed.empty() && !NumberText::parse(typed);
+}
+
 std::optional<Gate> clampGate(const std::optional<std::string>& lacking) {
     if (!lacking) {
         return std::nullopt;
@@ -83,6 +89,11 @@ void DataQualityScreen::addRange(SetupForm& form) {
         "A value equal to a bound is in range. Setting values to missing writes a new column "
         "and leaves this one as it is.",
         false});
+    if (isUnread(fields_.clLower) || isUnread(fields_.clUpper)) {
+        form.controls.emplace_back(NoteControl{
+            "A bound is not a number and counts as none. Write it with digits and a decimal point.",
+            true});
+    }
     DataPreparation::addRun(form, state_,
                             {.label = "Set out-of-range values to missing",
                              .gate = clampGate(state_.clampLacks()),
