@@ -1,7 +1,10 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -56,6 +59,28 @@ TEST(NumberText, PrintsByTheRulesOfTheCRoutine) {
     EXPECT_EQ(NumberText::shortest(-std::numeric_limits<double>::quiet_NaN()), "nan");
     EXPECT_EQ(NumberText::integer(std::numeric_limits<std::int64_t>::min()),
               "-9223372036854775808");
+}
+
+TEST(NumberText, RoundsAsIfFromEveryDigit) {
+    std::mt19937_64 generator(3);
+    const auto plain = [](double value, std::chars_format format, int digits) {
+        std::array<char, 400> buffer;
+        const auto end =
+            std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, digits);
+        return std::string(buffer.data(), end.ptr);
+    };
+    for (int draw = 0; draw < 20'000; ++draw) {
+        // Ties and what lies next to them, and numbers of every size.
+        const double tie = std::ldexp(static_cast<double>(generator() % 100'000), -5);
+        const double any = std::ldexp(static_cast<double>(generator()), -90 + draw % 60);
+        const int digits = static_cast<int>(generator() % 11);
+        for (const double value : {tie, -std::nextafter(tie, 0.0), any}) {
+            ASSERT_EQ(NumberText::fixed(value, digits),
+                      plain(value, std::chars_format::fixed, digits));
+            ASSERT_EQ(NumberText::general(value, digits + 1),
+                      plain(value, std::chars_format::general, digits + 1));
+        }
+    }
 }
 
 TEST(NumberText, WritesCellsBoundsAndPValues) {
