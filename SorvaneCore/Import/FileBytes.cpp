@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <fcntl.h>
 #include <span>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -74,6 +76,18 @@ private:
     const std::filesystem::path& path_;
 };
 
+/// Asks for pages that come faster, and are found faster when the columns of rows are read in turn.
+/// Only whole pages inside the bytes can be large; without any the bytes are as good.
+void askForLargePages(std::span<char> bytes) {
+    constexpr std::size_t pageSize = std::size_t{2} << 20;
+    const std::size_t before = reinterpret_cast<std::uintptr_t>(bytes.data()) % pageSize;
+    const std::size_t begin = before == 0 ? 0 : pageSize - before;
+    if (bytes.size() >= begin + pageSize) {
+        const std::size_t length = (bytes.size() - begin) / pageSize * pageSize;
+        madvise(bytes.data() + begin, length, MADV_HUGEPAGE);
+    }
+}
+
 }  // namespace
 
 FileBytes FileBytes::read(const std::filesystem::path& path) {
@@ -81,6 +95,7 @@ FileBytes FileBytes::read(const std::filesystem::path& path) {
     const std::size_t size = file.size();
     FileBytes result;
     result.bytes_ = std::make_unique_for_overwrite<char[]>(size);
+    askForLargePages({result.bytes_.get(), size});
     // The time goes into fresh pages more than into the disk, so that parts are read at once.
     const std::size_t parts = size / bytesPerPart + 1;
     std::vector<std::size_t> lengths(parts, 0);

@@ -5,7 +5,8 @@
 namespace sorvane {
 
 void PatternColumnBuilder::appendFirst(std::uint64_t pattern, PatternText text) {
-    if ((used_ + 1) * 2 > table_.size()) {
+    // A quarter full at the most: answers come in no order that a search over two places could learn.
+    if ((used_ + 1) * 4 > table_.size()) {
         growTable();
     }
     const std::uint32_t code = column_.appendCoded(text.text);
