@@ -1,20 +1,15 @@
 #include "SorvaneCore/Project/JsonSink.h"
 
-#include <algorithm>
 #include <ostream>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Project/JsonQuoting.h"
 
 namespace sorvane {
 
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{1} << 16;
-
-/// Whether a character stands for itself between quotes, whatever its neighbours.
-bool isPlain(char c) {
-    return c >= ' ' && c != '"' && c != '\\' && static_cast<unsigned char>(c) < 0x7F;
-}
 
 }  // namespace
 
@@ -55,13 +50,13 @@ void JsonTextSink::number(double value) {
 
 void JsonTextSink::text(std::string_view value) {
     separate();
-    appendQuoted(value);
+    appendJsonString(buffer_, value);
     needsComma_ = true;
 }
 
 void JsonTextSink::key(std::string_view name) {
     separate();
-    appendQuoted(name);
+    appendJsonString(buffer_, name);
     buffer_ += ':';
     needsComma_ = false;
 }
@@ -81,16 +76,6 @@ void JsonTextSink::add(std::string_view token) {
     separate();
     buffer_ += token;
     needsComma_ = true;
-}
-
-void JsonTextSink::appendQuoted(std::string_view value) {
-    if (std::all_of(value.begin(), value.end(), isPlain)) {
-        buffer_ += '"';
-        buffer_ += value;
-        buffer_ += '"';
-    } else {
-        buffer_ += Json(value).dump(-1, ' ', false, Json::error_handler_t::replace);
-    }
 }
 
 void JsonTextSink::separate() {

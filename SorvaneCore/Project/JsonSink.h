@@ -66,7 +66,6 @@ private:
     void open(char bracket);
     void close(char bracket);
     void add(std::string_view token);
-    void appendQuoted(std::string_view value);
     /// The comma that parts a value or a key from what stands before it.
     void separate();
 

@@ -65,7 +65,9 @@ TEST_F(WholeFile, SaysWhyItFailedAndLeavesNothingBehind) {
     EXPECT_EQ(replaceWith(folder_ / std::string(300, 'n'), "x"), "File name too long");
     std::filesystem::create_directory(folder_ / "taken.md");
     EXPECT_EQ(replaceWith(folder_ / "taken.md", "x"), "Is a directory");
-    EXPECT_EQ(entries(), 1U);
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0666), 0);
+    EXPECT_EQ(replaceWith(folder_ / "pipe", "x"), "Operation not supported");
+    EXPECT_EQ(entries(), 2U);
 }
 
 }  // namespace
