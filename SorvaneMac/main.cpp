@@ -12,6 +12,7 @@
 #include "SorvaneMac/Headless/Commands.h"
 #include "SorvaneMac/Platform/ResourceDirectory.h"
 #include "SorvaneMac/Platform/SettingsDefaults.h"
+#include "SorvaneMac/Platform/SupportDirectory.h"
 #include "SorvaneMac/Platform/ThreadTaskRunner.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/Shell/ChartImages.h"
@@ -33,7 +34,7 @@ std::optional<std::string> valueAfter(const std::vector<std::string>& words,
 }
 
 constexpr std::string_view usage =
-    "sorvane [FILE]                              opens the window, on a data file\n"
+    "sorvane [FILE]                              opens the window, on a project or data file\n"
     "sorvane call PROCEDURE [--data FILE] [--pretty] [ARGS.json]\n"
     "                                            calls a procedure by name\n"
     "sorvane procedures                          lists them with their arguments\n"
@@ -139,6 +140,9 @@ int main(int count, char** arguments) {
     QApplication application(count, arguments);
     StudioState state(resourceDirectory(), std::make_unique<ThreadTaskRunner>(),
                       pictures ? nullptr : settingsDefaults());
+    if (!pictures) {
+        state.keepAutosaveIn(supportDirectory());
+    }
     StudioScreens screens(state);
     if (request) {
         return drawScreenshots(application, state, screens, *request);

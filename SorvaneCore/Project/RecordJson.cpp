@@ -19,6 +19,18 @@ namespace {
 constexpr std::string_view alphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
+constexpr std::uint8_t noValue = 0xFF;
+
+/// By character.
+std::array<std::uint8_t, 256> valuesOfAlphabet() {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(noValue);
+    for (std::size_t value = 0; value < alphabet.size(); ++value) {
+        values[static_cast<std::uint8_t>(alphabet[value])] = static_cast<std::uint8_t>(value);
+    }
+    return values;
+}
+
 }  // namespace
 
 std::string base64(const std::vector<std::uint8_t>& bytes) {
@@ -38,16 +50,18 @@ std::string base64(const std::vector<std::uint8_t>& bytes) {
 }
 
 std::vector<std::uint8_t> bytesOfBase64(const std::string& text) {
+    static const std::array<std::uint8_t, 256> values = valuesOfAlphabet();
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 4 * 3);
     std::uint32_t group = 0;
     int bits = 0;
     const std::size_t end = text.find_last_not_of('=') + 1;
     for (std::size_t i = 0; i < end; ++i) {
-        const std::size_t value = alphabet.find(text[i]);
-        if (value == std::string_view::npos) {
+        const std::uint8_t value = values[static_cast<std::uint8_t>(text[i])];
+        if (value == noValue) {
             failWanting("a base64 text");
         }
-        group = group << 6 | static_cast<std::uint32_t>(value);
+        group = group << 6 | value;
         bits += 6;
         if (bits >= 8) {
             bits -= 8;
@@ -71,6 +85,23 @@ double numberOf(const Json& json) {
         return -std::numeric_limits<double>::infinity();
     }
     failWanting("a number");
+}
+
+std::optional<std::int64_t> wholeNumberOf(const Json& json) {
+    // The first double beyond the range of 64 bits.
+    constexpr double limit = 0x1p63;
+    if (json.is_number_unsigned()) {
+        const auto number = json.get<std::uint64_t>();
+        return std::in_range<std::int64_t>(number)
+                   ? std::optional(static_cast<std::int64_t>(number))
+                   : std::nullopt;
+    }
+    if (json.is_number_integer()) {
+        return json.get<std::int64_t>();
+    }
+    const double number = json.is_number_float() ? json.get<double>() : limit;
+    const bool isWhole = number == std::trunc(number) && number >= -limit && number < limit;
+    return isWhole ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
 }
 
 void failWanting(std::string_view what) {

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "SorvaneCore/Dataset/Uuid.h"
@@ -60,6 +61,8 @@ namespace record_json {
 std::string base64(const std::vector<std::uint8_t>& bytes);
 std::vector<std::uint8_t> bytesOfBase64(const std::string& text);
 double numberOf(const Json& json);
+/// Absent for anything but a whole number of 64 bits.
+std::optional<std::int64_t> wholeNumberOf(const Json& json);
 [[noreturn]] void failWanting(std::string_view what);
 
 template <typename T>
@@ -233,13 +236,11 @@ T toMap(const Json& json) {
 
 template <typename T>
 T toInteger(const Json& json) {
-    const bool whole =
-        json.is_number_integer() ||
-        (json.is_number_float() && json.get<double>() == std::trunc(json.get<double>()));
-    if (!whole) {
+    const std::optional<std::int64_t> whole = wholeNumberOf(json);
+    if (!whole || !std::in_range<T>(*whole)) {
         failWanting("a whole number");
     }
-    return json.get<T>();
+    return static_cast<T>(*whole);
 }
 
 }  // namespace record_json

@@ -96,7 +96,8 @@ Json StudioScript::performNamed(const std::string& name, const Json& argument) {
         {"blank", &StudioScript::blank},         {"set", &StudioScript::setFields},
         {"do", &StudioScript::doOperation},      {"run", &StudioScript::runScreen},
         {"stage", &StudioScript::stageScreen},   {"assemble", &StudioScript::assemble},
-        {"export", &StudioScript::exportReport}, {"csv", &StudioScript::exportCSV}};
+        {"export", &StudioScript::exportReport}, {"csv", &StudioScript::exportCSV},
+        {"open", &StudioScript::openProject},    {"save", &StudioScript::saveProject}};
     const auto step = steps.find(name);
     if (step == steps.end()) {
         throw StepRefused("There is no step \"" + name + "\" in this version.");
@@ -105,16 +106,45 @@ Json StudioScript::performNamed(const std::string& name, const Json& argument) {
 }
 
 Json StudioScript::importFile(const Json& argument) {
-    const std::filesystem::path named = argumentOf<std::string>(argument);
-    const std::filesystem::path besideScript = files_.folder / named;
-    const std::filesystem::path file = std::filesystem::exists(besideScript) ? besideScript : named;
-    if (!state_.handleIncomingImport(file)) {
+    if (!state_.handleIncomingImport(existing(argumentOf<std::string>(argument)))) {
         state_.confirmPendingImport();
     }
     if (state_.data.importError.get()) {
         throw StepRefused(*state_.data.importError.get());
     }
     return Json::object();
+}
+
+std::filesystem::path StudioScript::existing(const std::filesystem::path& named) const {
+    for (const std::filesystem::path& folder : {files_.folder, files_.output}) {
+        std::error_code unknown;
+        if (std::filesystem::exists(folder / named, unknown)) {
+            return folder / named;
+        }
+    }
+    return named;
+}
+
+Json StudioScript::openProject(const Json& argument) {
+    if (!state_.openProject(existing(argumentOf<std::string>(argument)))) {
+        throw StepRefused(*state_.projectError.get());
+    }
+    return Json::object();
+}
+
+Json StudioScript::saveProject(const Json& argument) {
+    const bool isNamed = argument.is_string();
+    if (!isNamed && !state_.currentProjectURL.get()) {
+        throw StepRefused("The step \"save\" needs the name of a file.");
+    }
+    const std::filesystem::path file =
+        isNamed ? files_.output / argument.get<std::string>() : *state_.currentProjectURL.get();
+    if (!state_.saveProject(file)) {
+        throw StepRefused(*state_.projectError.get());
+    }
+    Json gave = Json::object();
+    gave["file"] = file.string();
+    return gave;
 }
 
 Json StudioScript::paste(const Json& argument) {

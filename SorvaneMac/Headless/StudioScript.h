@@ -38,7 +38,8 @@ struct ScriptFiles {
 ///
 /// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
 /// to values), `do` (an operation by name, or an object of one operation and its arguments), `run`
-/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name), `csv` (file name).
+/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name), `csv` (file name),
+/// `open` and `save` (project).
 class StudioScript {
 public:
     StudioScript(StudioState& state, StudioScreens& screens, ScriptFiles files);
@@ -57,6 +58,10 @@ private:
     Json assemble(const Json& argument);
     Json exportReport(const Json& argument);
     Json exportCSV(const Json& argument);
+    Json openProject(const Json& argument);
+    Json saveProject(const Json& argument);
+    /// The file of that name beside the script, else among what its steps wrote, else as named.
+    std::filesystem::path existing(const std::filesystem::path& named) const;
 
     StudioState& state_;
     StudioScreens& screens_;

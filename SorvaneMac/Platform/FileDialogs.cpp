@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
 #include <QStandardPaths>
 
 namespace sorvane {
@@ -10,6 +12,8 @@ namespace sorvane {
 namespace {
 
 constexpr auto dataFilter = "Delimited text (*.csv *.tsv *.txt);;All files (*)";
+
+constexpr auto projectFilter = "Project (*.svp *.sorvane);;All files (*)";
 
 std::optional<std::filesystem::path> chosen(const QString& fileName) {
     if (fileName.isEmpty()) {
@@ -27,12 +31,29 @@ std::optional<std::filesystem::path> openDataFile(QWidget* parent) {
                                                dataFilter));
 }
 
+std::optional<std::filesystem::path> openProject(QWidget* parent) {
+    return chosen(
+        QFileDialog::getOpenFileName(parent, "Open Project", documentsDirectory(), projectFilter));
+}
+
+/// Puts a sentence below the panel's own controls, where the panel is the toolkit's.
+void addMessage(QFileDialog& dialog, const QString& message) {
+    auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
+    if (grid && !message.isEmpty()) {
+        auto* label = new QLabel(message);
+        label->setWordWrap(true);
+        grid->addWidget(label, grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
 std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& request) {
     const QString suggested =
         QDir(documentsDirectory()).filePath(QString::fromStdString(request.suggestedName));
     QFileDialog dialog(parent, request.title, suggested, request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setLabelText(QFileDialog::Accept, request.title);
+    dialog.setLabelText(QFileDialog::Accept,
+                        request.acceptLabel.isEmpty() ? request.title : request.acceptLabel);
+    addMessage(dialog, request.message);
     // A name typed without an extension gets that of the suggestion.
     dialog.setDefaultSuffix(QFileInfo(suggested).suffix());
     // Unless another kind of file is chosen: "SVG drawing (*.svg)".
@@ -45,7 +66,9 @@ std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& re
 }  // namespace
 
 FileDialogs FileDialogs::ofPlatform() {
-    return {.openDataFile = &sorvane::openDataFile, .save = &sorvane::save};
+    return {.openDataFile = &sorvane::openDataFile,
+            .openProject = &sorvane::openProject,
+            .save = &sorvane::save};
 }
 
 std::filesystem::path toPath(const QString& fileName) {

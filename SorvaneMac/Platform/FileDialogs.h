@@ -17,6 +17,10 @@ struct SaveRequest {
     std::string suggestedName;
     /// As the panel lists it, such as "PDF (*.pdf)".
     QString filter;
+    /// What is saved, where that needs saying.
+    QString message{};
+    /// The button that saves; the title where empty.
+    QString acceptLabel{};
 };
 
 /// The panels in which the user picks files; absent when the user cancels.
@@ -24,6 +28,7 @@ struct SaveRequest {
 /// Held as functions, so that a window without a user (a test) can answer them itself.
 struct FileDialogs {
     std::function<std::optional<std::filesystem::path>(QWidget*)> openDataFile;
+    std::function<std::optional<std::filesystem::path>(QWidget*)> openProject;
     std::function<std::optional<std::filesystem::path>(QWidget*, const SaveRequest&)> save;
 
     static FileDialogs ofPlatform();

@@ -67,10 +67,7 @@ std::optional<std::string> writeReport(const RichDocument& document,
                                        ReportFormat format,
                                        const std::filesystem::path& file) {
     const std::optional<std::string> reason = replaceFile(file, reportBytes(document, format));
-    if (!reason) {
-        return std::nullopt;
-    }
-    return "The report could not be written to " + file.string() + ": " + *reason + ".";
+    return reason ? std::optional("Save failed: " + *reason + ".") : std::nullopt;
 }
 
 }  // namespace sorvane

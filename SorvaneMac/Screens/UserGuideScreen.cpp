@@ -113,7 +113,9 @@ Card keyboardCard() {
 
 const std::vector<UserGuideScreen::Keys>& UserGuideScreen::keys() {
     static const std::vector<Keys> table = {
-        {"Ctrl+O", "Import a file"},
+        {"Ctrl+O", "Open a project"},
+        {"Ctrl+S, Ctrl+Shift+S", "Save the project; save it somewhere else"},
+        {"Ctrl+I", "Import a file"},
         {"Ctrl+N", "Create a blank grid"},
         {"Ctrl+Shift+V", "Paste a table as data"},
         {"Ctrl+R", "Add the first finding of the screen to the report"},

@@ -16,9 +16,8 @@ bool saveFile(QWidget* parent,
               const std::vector<std::uint8_t>& bytes) {
     const std::optional<std::string> failure = replaceFile(file, bytes);
     if (failure) {
-        QMessageBox::warning(
-            parent, "The file was not saved",
-            "Could not write " + fromPath(file.filename()) + ": " + qtText(*failure));
+        QMessageBox::warning(parent, fromPath(file.filename()),
+                             "Save failed: " + qtText(*failure) + ".");
     }
     return !failure;
 }

@@ -9,6 +9,7 @@
 #include "SorvaneMac/Platform/FileDialogs.h"
 #include "SorvaneMac/Shell/ChartView.h"
 #include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/ReportExporting.h"
 
@@ -62,18 +63,22 @@ void MainMenus::buildFile() {
     QMenu& menu = *window_.menuBar()->addMenu("&File");
     Workspace& workspace = window_.workspace();
     add(menu, "&New Blank Grid", QKeySequence::New, [&workspace] { openBlankGrid(workspace); });
-    add(menu, "&Import Data…", QKeySequence::Open,
+    add(menu, "&Open Project…", QKeySequence::Open,
+        [this, &workspace] { openProjectFromDialog(&window_, workspace); });
+    recentProjects_ = menu.addMenu("Open R&ecent Project");
+    QObject::connect(&menu, &QMenu::aboutToShow, recentProjects_, [this] { listRecentProjects(); });
+    withData_.push_back(add(menu, "&Save Project", QKeySequence::Save,
+                            [this, &workspace] { saveProject(&window_, workspace); }));
+    withData_.push_back(add(menu, "Save Project &As…", QKeySequence("Ctrl+Shift+S"),
+                            [this, &workspace] { saveProjectAs(&window_, workspace); }));
+    menu.addSeparator();
+    add(menu, "&Import Data…", QKeySequence("Ctrl+I"),
         [this, &workspace] { importFromDialog(&window_, workspace); });
     recent_ = menu.addMenu("Import &Recent");
     QObject::connect(&menu, &QMenu::aboutToShow, recent_, [this] { listRecentFiles(); });
     add(menu, "&Paste Data…", QKeySequence("Ctrl+Shift+V"),
         [this, &workspace] { pasteFromDialog(&window_, workspace); });
     add(menu, "Open &Sample Study", {}, [&workspace] { openSample(workspace); });
-    menu.addSeparator();
-    QAction* open = add(menu, "Open Project…", {}, [] {});
-    open->setEnabled(false);
-    open->setToolTip("Saving and opening projects comes with a later version.");
-    menu.setToolTipsVisible(true);
     menu.addSeparator();
     withData_.push_back(add(menu, "Export &Dataset…", {},
                             [this] { exportDatasetFromDialog(&window_, window_.workspace()); }));
@@ -236,6 +241,18 @@ void MainMenus::listRecentFiles() {
     }
     recent_->setToolTipsVisible(true);
     recent_->setEnabled(!recent_->isEmpty());
+}
+
+void MainMenus::listRecentProjects() {
+    Workspace& workspace = window_.workspace();
+    recentProjects_->clear();
+    for (const std::filesystem::path& file : workspace.state.recentProjects()) {
+        add(*recentProjects_, fromPath(file.filename()).replace('&', "&&"), {},
+            [this, &workspace, file] { openProject(&window_, workspace, file); })
+            ->setToolTip(fromPath(file));
+    }
+    recentProjects_->setToolTipsVisible(true);
+    recentProjects_->setEnabled(!recentProjects_->isEmpty());
 }
 
 void MainMenus::refresh() {

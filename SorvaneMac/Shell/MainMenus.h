@@ -28,6 +28,7 @@ private:
                  std::function<void()> action);
     void buildFile();
     void listRecentFiles();
+    void listRecentProjects();
     void buildEdit();
     void buildData();
     void buildAnalyze();
@@ -43,6 +44,7 @@ private:
     std::vector<QAction*> withFindings_;
     QList<QAction*> ofPage_;
     QMenu* recent_ = nullptr;
+    QMenu* recentProjects_ = nullptr;
     QAction* inspector_ = nullptr;
     QAction* undoData_ = nullptr;
 };

@@ -20,6 +20,7 @@
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/MainMenus.h"
 #include "SorvaneMac/Shell/NavigationPane.h"
+#include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/StartPage.h"
 
@@ -192,7 +193,12 @@ void MainWindow::refreshFrame() {
     panes_->setEnabled(!state.isComputing.get());
     refreshStatus();
     menus_->refresh();
-    setWindowTitle(hasData ? qtText(state.dataset().name) + " — Sorvane" : QString("Sorvane"));
+    // The placeholder shows the mark of changes that are not saved.
+    const std::optional<std::string>& place = state.currentProjectURL.get();
+    const QString name =
+        place ? fromPath(toPath(qtText(*place)).filename()) : qtText(state.dataset().name);
+    setWindowTitle(hasData || place ? name + "[*] — Sorvane" : QString("Sorvane[*]"));
+    setWindowModified(state.hasUnsavedWork());
 }
 
 void MainWindow::refreshStatus() {
@@ -294,14 +300,14 @@ void MainWindow::dropEvent(QDropEvent* event) {
     for (const QUrl& url : event->mimeData()->urls()) {
         if (url.isLocalFile()) {
             event->acceptProposedAction();
-            workspace_.state.handleIncomingImport(toPath(url.toLocalFile()));
+            openFile(this, workspace_, toPath(url.toLocalFile()));
             return;
         }
     }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (mayClose(this, workspace_)) {
+    if (mayLeave(this, workspace_)) {
         QMainWindow::closeEvent(event);
     } else {
         event->ignore();

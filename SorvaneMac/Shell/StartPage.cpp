@@ -8,6 +8,7 @@
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/CardFrame.h"
 #include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -39,17 +40,29 @@ QWidget* newProjectCard(QWidget* page, Workspace& workspace) {
     return card;
 }
 
-QWidget* openProjectCard() {
+QWidget* openProjectCard(QWidget* page, Workspace& workspace) {
     CardFrame* card = startCard("Open Project: browse saved .svp projects on this Mac");
-    card->body().addWidget(
-        Labels::text("Saving and opening projects comes with a later version.", "small"));
-    QPushButton* open = Buttons::make("Open…", {});
-    open->setEnabled(false);
     auto* row = new QHBoxLayout;
-    row->addWidget(open);
+    row->addWidget(
+        Buttons::make("Open…", [page, &workspace] { openProjectFromDialog(page, workspace); }));
     row->addStretch(1);
     card->body().addLayout(row);
     return card;
+}
+
+/// A project opened last, by its name; the folder beside it.
+QWidget* recentRow(QWidget* page, Workspace& workspace, const std::filesystem::path& file) {
+    auto* line = new QWidget;
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Theme::px(8));
+    QPushButton* open = Buttons::make(
+        fromPath(file.filename()).replace('&', "&&"),
+        [page, &workspace, file] { openProject(page, workspace, file); }, Buttons::Weight::link);
+    open->setToolTip(fromPath(file));
+    row->addWidget(open);
+    row->addWidget(Labels::text(fromPath(file.parent_path()), "small"), 1);
+    return line;
 }
 
 QWidget* sampleRow(QWidget* page, Workspace& workspace) {
@@ -71,7 +84,7 @@ QWidget* sampleRow(QWidget* page, Workspace& workspace) {
 
 }  // namespace
 
-StartPage::StartPage(Workspace& workspace) {
+StartPage::StartPage(Workspace& workspace) : workspace_(workspace), recents_(new QVBoxLayout) {
     auto* middle = new QWidget;
     middle->setMaximumWidth(Theme::px(700));
     auto* column = new QVBoxLayout(middle);
@@ -84,8 +97,10 @@ StartPage::StartPage(Workspace& workspace) {
     auto* cards = new QHBoxLayout;
     cards->setSpacing(Theme::px(16));
     cards->addWidget(newProjectCard(this, workspace), 1);
-    cards->addWidget(openProjectCard(), 1);
+    cards->addWidget(openProjectCard(this, workspace), 1);
     column->addLayout(cards);
+    recents_->setSpacing(Theme::px(2));
+    column->addLayout(recents_);
     column->addSpacing(Theme::px(10));
     column->addWidget(sampleRow(this, workspace));
     column->addSpacing(Theme::px(8));
@@ -107,6 +122,25 @@ StartPage::StartPage(Workspace& workspace) {
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(scroll);
+}
+
+void StartPage::refresh() {
+    while (QLayoutItem* item = recents_->takeAt(0)) {
+        if (QWidget* row = item->widget()) {
+            // It may be the one whose button is being pressed.
+            row->hide();
+            row->deleteLater();
+        }
+        delete item;
+    }
+    const std::vector<std::filesystem::path> files = workspace_.state.recentProjects();
+    if (!files.empty()) {
+        recents_->addSpacing(Theme::px(10));
+        recents_->addWidget(Labels::text("Recent projects", "strong"));
+    }
+    for (const std::filesystem::path& file : files) {
+        recents_->addWidget(recentRow(this, workspace_, file));
+    }
 }
 
 }  // namespace sorvane

@@ -2,6 +2,8 @@
 
 #include "SorvaneMac/Shell/Page.h"
 
+class QVBoxLayout;
+
 namespace sorvane {
 
 /// What stands in the middle before there is a dataset.
@@ -9,7 +11,11 @@ class StartPage final : public Page {
 public:
     explicit StartPage(Workspace& workspace);
 
-    void refresh() override {}
+    void refresh() override;
+
+private:
+    Workspace& workspace_;
+    QVBoxLayout* recents_;
 };
 
 }  // namespace sorvane

@@ -7,8 +7,10 @@
 #include <QPixmap>
 
 #include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Shell/AutosaveSchedule.h"
 #include "SorvaneMac/Shell/ChartImages.h"
 #include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
 
 namespace sorvane {
@@ -106,8 +108,11 @@ int openWindow(QApplication& application,
     }
     window.show();
     if (request.file) {
-        state.handleIncomingImport(*request.file);
+        openFile(&window, window.workspace(), *request.file);
+    } else {
+        offerLastSession(&window, window.workspace());
     }
+    const AutosaveSchedule autosaves(state);
     const int status = QApplication::exec();
     state.defaults().set(windowKey, toJson(window.memory()));
     return status;
@@ -132,13 +137,15 @@ int drawScreenshots(QApplication& application,
         return 1;
     }
     if (request.file) {
-        state.importData(*request.file);
+        openFile(&window, window.workspace(), *request.file);
     } else {
         state.resetToSample();
     }
-    if (const std::optional<std::string>& error = state.data.importError.get()) {
-        std::cerr << *error << "\n";
-        return 1;
+    for (const auto* error : {&state.data.importError, &state.projectError}) {
+        if (error->get()) {
+            std::cerr << *error->get() << "\n";
+            return 1;
+        }
     }
     return takeAll(window, photographer) ? 0 : 1;
 }

@@ -13,7 +13,7 @@ class StudioScreens;
 class StudioState;
 
 struct WindowRequest {
-    /// Imported once the window stands.
+    /// A project or a data file, opened once the window stands.
     std::optional<std::filesystem::path> file;
     WindowForm form = WindowForm::workbench;
 };
@@ -28,7 +28,7 @@ int openWindow(QApplication& application,
 
 struct ScreenshotRequest {
     std::filesystem::path folder;
-    /// The data to show; the sample study where absent.
+    /// The project or the data to show; the sample study where absent.
     std::optional<std::filesystem::path> file;
     int width = 1280;
     int height = 800;
@@ -39,7 +39,7 @@ struct ScreenshotRequest {
 /// Draws the start page and every screen into PNG files, light and dark, with results of the
 /// sample study or of the file given.
 ///
-/// Failure    status 1 when the folder cannot be written or the file not imported, with the
+/// Failure    status 1 when the folder cannot be written or the file not opened, with the
 ///            sentence on standard error
 int drawScreenshots(QApplication& application,
                     StudioState& state,

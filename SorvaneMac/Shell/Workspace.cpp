@@ -17,26 +17,35 @@ const Question importQuestion{
         "report first if you want to keep it.",
     .confirmLabel = "Import and clear report"};
 
-const Question closeQuestion{
-    .title = "Close without keeping your work?",
-    .text =
-        "Findings, notes, the report, prepared variables and a table typed by hand are lost when "
-        "the window closes. Export the report and the dataset first if you want to keep them.",
-    .confirmLabel = "Close and lose it"};
-
 }  // namespace
 
 bool askQuestion(QWidget* parent, const Question& question) {
+    const bool isRisky = question.risk == QuestionRisk::losesWork;
     QMessageBox alert(parent);
-    alert.setIcon(QMessageBox::Warning);
+    alert.setIcon(isRisky ? QMessageBox::Warning : QMessageBox::Question);
     alert.setWindowTitle(question.title);
     alert.setText(question.title);
     alert.setInformativeText(question.text);
-    const QPushButton* confirm =
-        alert.addButton(question.confirmLabel, QMessageBox::DestructiveRole);
-    alert.setDefaultButton(alert.addButton(QMessageBox::Cancel));
+    QPushButton* confirm = alert.addButton(
+        question.confirmLabel, isRisky ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
+    QPushButton* cancel = alert.addButton(question.cancelLabel, QMessageBox::RejectRole);
+    QPushButton* safe = isRisky ? cancel : confirm;
+    alert.setDefaultButton(safe);
+    alert.setEscapeButton(safe);
     alert.exec();
     return alert.clickedButton() == confirm;
+}
+
+SaveAnswer askToSaveChanges(QWidget* parent, const QString& name) {
+    const QMessageBox::StandardButton answer = QMessageBox::warning(
+        parent, "Save the changes?",
+        "Save the changes to " + name +
+            "?\n\nRoles, findings, notes, the report and edits of the "
+            "table since the last save are in no project file yet.",
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    return answer == QMessageBox::Save      ? SaveAnswer::save
+           : answer == QMessageBox::Discard ? SaveAnswer::discard
+                                            : SaveAnswer::cancel;
 }
 
 void importFromDialog(QWidget* parent, Workspace& workspace) {
@@ -78,11 +87,6 @@ void confirmPendingImport(QWidget* parent, Workspace& workspace) {
     } else {
         workspace.state.cancelPendingImport();
     }
-}
-
-bool mayClose(QWidget* parent, Workspace& workspace) {
-    workspace.commitEdits();
-    return !workspace.state.hasUnsavedWork() || workspace.confirm(parent, closeQuestion);
 }
 
 }  // namespace sorvane

@@ -8,16 +8,26 @@
 
 namespace sorvane {
 
+/// Whether agreeing loses something, so that it must not happen by a stray key.
+enum class QuestionRisk { losesWork, none };
+
 /// Something that the user must agree to first.
 struct Question {
     QString title;
     QString text;
-    /// The button that does it; the other one cancels.
+    /// The button that does it; the other one does not.
     QString confirmLabel;
+    QString cancelLabel = "Cancel";
+    QuestionRisk risk = QuestionRisk::losesWork;
 };
 
 /// Asks with an alert over the window.
 bool askQuestion(QWidget* parent, const Question& question);
+
+/// What is to become of changes that are not saved.
+enum class SaveAnswer { save, discard, cancel };
+
+SaveAnswer askToSaveChanges(QWidget* parent, const QString& name);
 
 /// What every view of the window works on.
 struct Workspace {
@@ -25,6 +35,7 @@ struct Workspace {
     StudioScreens& screens;
     FileDialogs dialogs = FileDialogs::ofPlatform();
     std::function<bool(QWidget*, const Question&)> confirm = &askQuestion;
+    std::function<SaveAnswer(QWidget*, const QString& name)> askToSave = &askToSaveChanges;
     /// Brings edits of the report that are still in the editor into the state.
     std::function<void()> commitEdits = [] {
     };
@@ -43,7 +54,5 @@ void exportDatasetFromDialog(QWidget* parent, Workspace& workspace);
 
 /// Asks whether the report may be lost, and does or drops what is held back.
 void confirmPendingImport(QWidget* parent, Workspace& workspace);
-/// Whether the window may close: asks first where work would be lost.
-bool mayClose(QWidget* parent, Workspace& workspace);
 
 }  // namespace sorvane

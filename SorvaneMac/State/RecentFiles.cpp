@@ -23,7 +23,9 @@ std::vector<std::string> kept(const UserDefaults& defaults, std::string_view key
 
 }  // namespace
 
-void remember(UserDefaults& defaults, std::string_view key, const std::filesystem::path& file) {
+std::vector<std::string> remember(UserDefaults& defaults,
+                                  std::string_view key,
+                                  const std::filesystem::path& file) {
     std::error_code failure;
     const std::filesystem::path whole = std::filesystem::absolute(file, failure);
     const std::string path = failure ? file.string() : whole.lexically_normal().string();
@@ -32,6 +34,7 @@ void remember(UserDefaults& defaults, std::string_view key, const std::filesyste
     paths.insert(paths.begin(), path);
     paths.resize(std::min(paths.size(), mostKept));
     defaults.set(key, toJson(paths));
+    return paths;
 }
 
 std::vector<std::filesystem::path> existing(const UserDefaults& defaults, std::string_view key) {

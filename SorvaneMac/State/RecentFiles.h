@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,7 +11,11 @@
 namespace sorvane::RecentFiles {
 
 /// Puts the file first; a former entry of it, and what is more than 8, is dropped.
-void remember(UserDefaults& defaults, std::string_view key, const std::filesystem::path& file);
+///
+/// Returns    the list as it is kept now
+std::vector<std::string> remember(UserDefaults& defaults,
+                                  std::string_view key,
+                                  const std::filesystem::path& file);
 /// Those of the list where a file exists now.
 std::vector<std::filesystem::path> existing(const UserDefaults& defaults, std::string_view key);
 

@@ -34,6 +34,7 @@ void StudioState::addToReport(const ReportItem& item) {
             *same = item;
         }
     });
+    postAction("autosave");
 }
 
 bool StudioState::isStaged(const ReportItem& item) const {
@@ -85,6 +86,7 @@ void StudioState::stageResearcherNote(StudioScreen screen) {
         item.apaSummary = note;
         items.push_back(std::move(item));
     });
+    postAction("autosave");
 }
 
 bool StudioState::researcherNoteIsStaged(StudioScreen screen) const {

@@ -1,5 +1,7 @@
 #include "SorvaneMac/State/StudioState.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
@@ -7,6 +9,7 @@
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/State/AutosaveWriter.h"
 #include "SorvaneMac/State/FieldJson.h"
 #include "SorvaneMac/State/RecentFiles.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -17,6 +20,21 @@ namespace {
 
 constexpr std::string_view recentDataFilesKey = "sv.recentDataFiles";
 constexpr std::string_view sampleResource = "SampleEIStudy.csv";
+
+/// The fields that a project keeps, the screen aside: looking at something changes nothing.
+constexpr std::array<std::string_view, 13> projectFields = {"dataset",
+                                                            "isDatasetEditable",
+                                                            "transformationLog",
+                                                            "reverseCodedItemNames",
+                                                            "unreliableItemNames",
+                                                            "researcherNotes",
+                                                            "reportItems",
+                                                            "reportRTFData",
+                                                            "svWeight",
+                                                            "svStrata",
+                                                            "svCluster",
+                                                            "svEstimand",
+                                                            "surveyWeightsActive"};
 
 std::string sizeText(const ImportedDataset& dataset) {
     return NumberText::integer(dataset.rowCount()) + " row(s) and " +
@@ -67,7 +85,11 @@ StudioState::StudioState(std::filesystem::path resources,
       impMessage(fields, "impMessage"),
       resources_(std::move(resources)),
       runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()),
-      defaults_(defaults ? std::move(defaults) : std::make_unique<SessionDefaults>()) {}
+      defaults_(defaults ? std::move(defaults) : std::make_unique<SessionDefaults>()),
+      projectObserver_(fields.observe([this](const AnyField& field) {
+          const bool isKept = std::ranges::find(projectFields, field.name()) != projectFields.end();
+          projectChanges_ += isKept ? 1 : 0;
+      })) {}
 
 StudioState::~StudioState() = default;
 
@@ -184,6 +206,7 @@ void StudioState::resetToSample() {
     refreshAnalysisDefaults();
     data.importError.set(std::nullopt);
     selection.set(StudioScreen::scalesReliability);
+    noteAdoption();
 }
 
 void StudioState::adoptDataset(ImportedDataset dataset,
@@ -208,6 +231,15 @@ void StudioState::adoptDataset(ImportedDataset dataset,
     refreshAnalysisDefaults();
     selection.set(screen);
     data.importError.set(std::nullopt);
+    noteAdoption();
+}
+
+void StudioState::noteAdoption() {
+    projectSourceKind_ = "unknown";
+    if (!data.isDatasetEditable.get() && !currentProjectURL.get() && researcherNotes->empty()) {
+        savedChanges_ = projectChanges_;
+    }
+    postAction("autosave");
 }
 
 void StudioState::resetAnalysisState() {
@@ -241,11 +273,6 @@ void StudioState::cancelComputing() {
     isComputing.set(false);
     computingCancellable.set(false);
     impMessage.set("Imputation canceled. Nothing was changed.");
-}
-
-bool StudioState::hasUnsavedWork() const {
-    return !reportItems->empty() || reportRTFData.get() || !researcherNotes->empty() ||
-           data.isDatasetEditable.get() || data.transformationLog->size() > 1;
 }
 
 std::vector<std::filesystem::path> StudioState::recentDataFiles() const {

@@ -27,6 +27,10 @@
 
 namespace sorvane {
 
+class AutosaveWriter;
+struct ProjectArchive;
+struct ProjectSnapshot;
+
 /// The one application object: the working table, the place in the workspace, the staged report.
 ///
 /// Every action of the user ends in an operation here or on a screen; every view reads the fields.
@@ -230,20 +234,55 @@ public:
         return saveMethodFile(file, activeMethodFile());
     }
 
+    // The project.
+
+    /// What a project keeps beside the table and the roles, as short texts and as base64.
+    std::map<std::string, std::string> projectSettings() const;
+    void restoreProjectSettings(const std::map<std::string, std::string>& settings);
+    /// Saves the project in a file, which then is its place. Says in `projectMessage` and
+    /// `saveStatusMessage`, or in `projectError`, how it went.
+    ///
+    /// Returns    whether it was saved
+    bool saveProject(const std::filesystem::path& file);
+    /// Saves the project where it was saved or opened last; without such a place, does nothing.
+    bool saveProject();
+    /// Opens a project in place of everything; on failure sets `projectError` and changes nothing
+    /// else.
+    bool openProject(const std::filesystem::path& file);
+    /// Whether something that a project keeps was changed since it was saved, opened or imported.
+    bool hasUnsavedWork() const { return savedChanges_ != projectChanges_; }
+    /// Counts the changes of what a project keeps.
+    std::uint64_t projectChanges() const { return projectChanges_; }
+
+    void rememberRecentProject(const std::filesystem::path& file);
+    /// Projects saved or opened last, newest first, those that still exist.
+    std::vector<std::filesystem::path> recentProjects() const;
+
+    // The autosave.
+
+    /// Names the folder of the autosave; until then there is none.
+    void keepAutosaveIn(const std::filesystem::path& folder);
+    std::optional<std::filesystem::path> autosaveURL() const;
+    bool hasAutosave() const;
+    /// Has the project written beside its own place, on another thread and without a word.
+    void autosave();
+    /// Waits until the autosave is written.
+    void finishAutosave();
+    void discardAutosave();
+    /// Takes up the work of the last session, which then has no place yet.
+    bool resumeAutosave();
+
     // Long computations.
 
     void cancelComputing();
-
-    /// Whether closing now would lose what nobody can import again: findings, a report, notes, a
-    /// table typed by hand.
-    bool hasUnsavedWork() const;
 
     /// What outlives the session.
     UserDefaults& defaults() const { return *defaults_; }
     /// Data files imported last, newest first, those that still exist.
     std::vector<std::filesystem::path> recentDataFiles() const;
 
-    /// Subscribes to the named actions that the workspace asks of its window ("showInspector").
+    /// Subscribes to the named actions that the workspace asks of its window ("showInspector",
+    /// "autosave").
     [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
 
 private:
@@ -286,6 +325,17 @@ private:
     void clearSelectionBeyondTable();
     bool isInGrid(std::int64_t row, std::int64_t column) const;
 
+    /// A table that was just imported can be imported again, so that there is nothing to save yet;
+    /// unless a project has its place, or notes were kept from before.
+    void noteAdoption();
+    /// A copy of what a project keeps.
+    ProjectSnapshot projectSnapshot() const;
+    bool loadArchive(const std::filesystem::path& file,
+                     const std::optional<std::filesystem::path>& url);
+    void adoptArchive(const ProjectArchive& archive,
+                      ImportedDataset dataset,
+                      const std::optional<std::filesystem::path>& url);
+    void sayOfProject(const std::string& message);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
     std::string trimmedNote(StudioScreen screen) const;
     std::map<std::string, std::string> methodOptions() const;
@@ -297,6 +347,12 @@ private:
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
+    std::unique_ptr<AutosaveWriter> autosaveWriter_;
+    /// Where the table of an opened project had come from, so that saving it again keeps that.
+    std::string projectSourceKind_ = "unknown";
+    std::uint64_t projectChanges_ = 0;
+    std::uint64_t savedChanges_ = 0;
+    Subscription projectObserver_;
 };
 
 }  // namespace sorvane

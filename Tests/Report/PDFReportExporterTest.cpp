@@ -45,14 +45,12 @@ TEST(PDFReportExporter, EndsThePageBeforeATableThatWouldBreak) {
     EXPECT_EQ(count(pdfText({}), "/Type /Page\n"), 1U);
 }
 
-TEST(ReportFiles, NamesTheFileThatCannotBeWritten) {
+TEST(ReportFiles, SaysWhyAFileCannotBeWritten) {
     EXPECT_EQ(suggestedFileName(ReportFormat::docx), "Sorvane-Report.docx");
     EXPECT_EQ(reportFormat("briselreport"), ReportFormat::draft);
     EXPECT_FALSE(reportFormat("doc"));
     const auto failure = writeReport({}, ReportFormat::md, "/no such folder/report.md");
-    EXPECT_EQ(failure,
-              "The report could not be written to /no such folder/report.md: No such file or "
-              "directory.");
+    EXPECT_EQ(failure, "Save failed: No such file or directory.");
 
     const auto file = std::filesystem::temp_directory_path() / "sorvane-report-test.rtf";
     EXPECT_FALSE(writeReport({}, ReportFormat::rtf, file));

@@ -26,6 +26,12 @@ protected:
         window_.workspace().dialogs.openDataFile = [this](QWidget*) {
             return std::optional(resources_ / "SampleEIStudy.csv");
         };
+        window_.workspace().dialogs.openProject = [this](QWidget*) {
+            return std::optional(saved_);
+        };
+        window_.workspace().askToSave = [](QWidget*, const QString&) {
+            return SaveAnswer::discard;
+        };
         window_.workspace().dialogs.save = [this](QWidget*, const SaveRequest& request) {
             saved_ = folder_ / request.suggestedName;
             return std::optional(saved_);
@@ -74,7 +80,7 @@ protected:
 };
 
 TEST_F(Keyboard, LeadsFromAFileToAnExportedReport) {
-    press(Qt::Key_O, Qt::ControlModifier);
+    press(Qt::Key_I, Qt::ControlModifier);
     EXPECT_EQ(state_.selection.get(), StudioScreen::instrumentMap);
     EXPECT_EQ(state_.dataset().rowCount(), 300);
 
@@ -96,6 +102,13 @@ TEST_F(Keyboard, LeadsFromAFileToAnExportedReport) {
     press(Qt::Key_E, Qt::ControlModifier);
     EXPECT_EQ(saved_.extension(), ".pdf");
     EXPECT_TRUE(std::filesystem::exists(saved_));
+
+    press(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(saved_.filename(), "SampleEIStudy.csv.svp");
+    EXPECT_FALSE(state_.hasUnsavedWork());
+    state_.clearReport();
+    press(Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(state_.reportItems->size(), 2U);
 }
 
 TEST_F(Keyboard, ReachesNavigationScreenAndInspectorWithOneKey) {

@@ -18,7 +18,9 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Shell/ApaTableView.h"
+#include "SorvaneMac/Shell/AutosaveSchedule.h"
 #include "SorvaneMac/Shell/MainWindow.h"
+#include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"
 
@@ -36,6 +38,10 @@ protected:
         window_.workspace().confirm = [this](QWidget*, const Question& question) {
             asked_.push_back(utf8(question.title + "\n" + question.text));
             return answer_;
+        };
+        window_.workspace().askToSave = [this](QWidget*, const QString& name) {
+            asked_.push_back("save " + utf8(name));
+            return saveAnswer_;
         };
         window_.workspace().dialogs.save = [this](QWidget*, const SaveRequest& request) {
             return std::optional(folder_ / request.suggestedName);
@@ -106,6 +112,7 @@ protected:
     StudioScreens screens_;
     MainWindow window_;
     bool answer_ = true;
+    SaveAnswer saveAnswer_ = SaveAnswer::discard;
     std::vector<std::string> asked_;
 };
 
@@ -120,13 +127,12 @@ TEST_F(WindowTest, StartsWithTheStartPage) {
                                  "Open Project: browse saved .svp projects on this Mac"}) {
         EXPECT_NE(std::find(cards.begin(), cards.end(), QString(sentence)), cards.end());
     }
-    EXPECT_FALSE(button("Open…")->isEnabled());
 }
 
 TEST_F(WindowTest, ImportsADroppedFile) {
     drop(write("two.csv", "name,score\nAda,4\nBob,5\n"));
     EXPECT_EQ(state_.selection.get(), StudioScreen::instrumentMap);
-    EXPECT_EQ(window_.windowTitle(), "two.csv — Sorvane");
+    EXPECT_EQ(window_.windowTitle(), "two.csv[*] — Sorvane");
     EXPECT_TRUE(says("2 rows × 2 columns"));
 }
 
@@ -181,12 +187,75 @@ TEST_F(WindowTest, AsksBeforeClosingLosesWork) {
     EXPECT_TRUE(asked_.empty());
     window_.show();
     show(StudioScreen::scalesReliability);
+    EXPECT_FALSE(window_.isWindowModified());
     button("Add to report")->click();
-    answer_ = false;
+    settle();
+    EXPECT_TRUE(window_.isWindowModified());
+    saveAnswer_ = SaveAnswer::cancel;
     EXPECT_FALSE(window_.close());
-    answer_ = true;
+    saveAnswer_ = SaveAnswer::discard;
     EXPECT_TRUE(window_.close());
-    EXPECT_EQ(asked_.size(), 2U);
+    window_.show();
+    saveAnswer_ = SaveAnswer::save;
+    EXPECT_TRUE(window_.close());
+    EXPECT_EQ(asked_, std::vector<std::string>(3, "save SampleEIStudy.csv"));
+    EXPECT_TRUE(read("SampleEIStudy.csv.svp").startsWith("{\n  \"createdAt\""));
+    window_.show();
+    settle();
+    EXPECT_EQ(window_.windowTitle(), "SampleEIStudy.csv.svp[*] — Sorvane");
+    EXPECT_FALSE(window_.isWindowModified());
+    EXPECT_TRUE(window_.close());
+}
+
+TEST_F(WindowTest, OpensADroppedProjectAndOffersItNextTime) {
+    state_.resetToSample();
+    ASSERT_TRUE(state_.saveProject(folder_ / "mine & yours.svp"));
+    state_.createBlankDataset("Grid", 2, 2, std::nullopt);
+    saveAnswer_ = SaveAnswer::cancel;
+    drop(folder_ / "mine & yours.svp");
+    EXPECT_EQ(state_.dataset().rowCount(), 2);
+    saveAnswer_ = SaveAnswer::discard;
+    drop(folder_ / "mine & yours.svp");
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+    EXPECT_TRUE(says("Opened mine & yours.svp."));
+    drop(write("broken.SVP", "{"));
+    EXPECT_TRUE(
+        says("Could not read broken.SVP: This is no project, or it is damaged: it breaks off at "
+             "byte 1."));
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+
+    state_.data.dataset.replace(emptyDataset("No dataset"));
+    show(StudioScreen::overview);
+    ASSERT_TRUE(button("mine && yours.svp"));
+    button("mine && yours.svp")->click();
+    settle();
+    EXPECT_EQ(state_.dataset().rowCount(), 300);
+}
+
+TEST_F(WindowTest, OffersTheWorkOfTheLastSession) {
+    state_.keepAutosaveIn(folder_ / "support");
+    {
+        const AutosaveSchedule schedule(state_);
+        state_.resetToSample();
+        settle();
+        state_.finishAutosave();
+        EXPECT_TRUE(state_.hasAutosave());
+        state_.addToReport({.id = Uuid::fresh(), .title = "Finding", .apaSummary = "It was so."});
+    }
+    for (const bool resumes : {true, false}) {
+        StudioState next(std::filesystem::path(SORVANE_SOURCE_DIR) / "Resources");
+        StudioScreens screens(next);
+        next.keepAutosaveIn(folder_ / "support");
+        Workspace workspace{.state = next, .screens = screens};
+        workspace.confirm = window_.workspace().confirm;
+        answer_ = resumes;
+        offerLastSession(nullptr, workspace);
+        EXPECT_EQ(asked_.back(),
+                  "Resume your last session?\nYour previous work was saved automatically. Resume "
+                  "where you left off, or start fresh.");
+        EXPECT_EQ(next.reportItems->size(), resumes ? 1U : 0U);
+        EXPECT_EQ(next.hasAutosave(), resumes);
+    }
 }
 
 TEST_F(WindowTest, OffersTheFilesImportedLast) {

@@ -1,0 +1,190 @@
+#include <new>
+#include <system_error>
+
+#include "SorvaneCore/Import/FileBytes.h"
+#include "SorvaneCore/Project/ProjectArchive.h"
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/State/ProjectSnapshot.h"
+#include "SorvaneMac/State/StudioState.h"
+
+namespace sorvane {
+
+namespace {
+
+/// The settings that hold a field of the survey design, and the field's name.
+constexpr std::pair<const char*, const char*> surveySettings[] = {{"sv_weight", "svWeight"},
+                                                                  {"sv_strata", "svStrata"},
+                                                                  {"sv_cluster", "svCluster"},
+                                                                  {"sv_estimand", "svEstimand"}};
+constexpr auto weightsActiveField = "surveyWeightsActive";
+
+using Settings = std::map<std::string, std::string>;
+
+std::string flag(bool isSet) {
+    return isSet ? "1" : "0";
+}
+
+std::string valueOf(const Settings& settings, const char* key, std::string_view otherwise = "") {
+    const auto setting = settings.find(key);
+    return setting == settings.end() ? std::string(otherwise) : setting->second;
+}
+
+std::optional<StudioScreen> screenOf(const std::string& raw) {
+    for (const StudioScreen screen : allStudioScreens()) {
+        if (rawValue(screen) == raw) {
+            return screen;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::map<std::string, std::string> StudioState::projectSettings() const {
+    return projectSnapshot().settings();
+}
+
+ProjectSnapshot StudioState::projectSnapshot() const {
+    using namespace std::chrono;  // NOLINT(google-build-using-namespace)
+    ProjectSnapshot snapshot{.dataset = dataset(),
+                             .transformationLog = data.transformationLog.get(),
+                             .reverseCodedItemNames = scale.reverseCodedItemNames.get(),
+                             .unreliableItemNames = scale.unreliableItemNames.get(),
+                             .reportItems = reportItems.get(),
+                             .reportRTFData = reportRTFData.get(),
+                             .researcherNotes = researcherNotes.get(),
+                             .takenAt = floor<seconds>(system_clock::now())};
+    Settings& settings = snapshot.plainSettings;
+    // The design belongs to its screen, whose fields are known here by name alone.
+    for (const auto& [key, name] : surveySettings) {
+        const AnyField* field = fields.find(name);
+        settings[key] = field ? fromJson<std::string>(field->json()) : std::string();
+    }
+    const AnyField* active = fields.find(weightsActiveField);
+    settings["sv_active"] = flag(active && fromJson<bool>(active->json()));
+    settings["screen"] = rawValue(selection.get());
+    settings["dataset_editable"] = flag(data.isDatasetEditable.get());
+    const ImportSourceKind kind = dataset().importMetadata.sourceKind;
+    settings["import_source_kind"] =
+        kind == ImportSourceKind::unknown ? projectSourceKind_ : record_json::enumeratorText(kind);
+    return snapshot;
+}
+
+void StudioState::restoreProjectSettings(const Settings& settings) {
+    for (const auto& [key, name] : surveySettings) {
+        if (AnyField* field = fields.find(name)) {
+            const bool isEstimand = std::string_view(name) == "svEstimand";
+            field->setJson(toJson(valueOf(settings, key, isEstimand ? "mean" : "")));
+        }
+    }
+    if (AnyField* active = fields.find(weightsActiveField)) {
+        active->setJson(valueOf(settings, "sv_active") == "1");
+    }
+    reportItems.set(FoldedSettings::reportItems(settings));
+    researcherNotes.set(FoldedSettings::researcherNotes(settings));
+    reportRTFData.set(FoldedSettings::reportDocument(settings));
+    if (const std::optional<StudioScreen> screen = screenOf(valueOf(settings, "screen"))) {
+        selection.set(*screen);
+    }
+}
+
+bool StudioState::saveProject(const std::filesystem::path& file) {
+    postAction("commitEdits");
+    std::optional<std::string> failure;
+    try {
+        const ProjectArchive archive = projectSnapshot().archive();
+        failure = replaceFile(
+            file, [&archive](const TakeBytes& take) { ProjectArchive::encode(archive, take); });
+    } catch (const std::exception&) {
+        projectError.set("Could not encode the project.");
+        return false;
+    }
+    if (failure) {
+        projectError.set("Save failed: " + *failure + ".");
+        return false;
+    }
+    std::error_code failed;
+    const std::filesystem::path whole = std::filesystem::absolute(file, failed);
+    currentProjectURL.set(failed ? file.string() : whole.string());
+    rememberRecentProject(file);
+    projectError.set(std::nullopt);
+    sayOfProject("Saved " + fileName(file) + ".");
+    savedChanges_ = projectChanges_;
+    return true;
+}
+
+bool StudioState::saveProject() {
+    return currentProjectURL.get() && saveProject(std::filesystem::path(*currentProjectURL.get()));
+}
+
+bool StudioState::openProject(const std::filesystem::path& file) {
+    if (!loadArchive(file, file)) {
+        return false;
+    }
+    rememberRecentProject(file);
+    sayOfProject("Opened " + fileName(file) + ".");
+    savedChanges_ = projectChanges_;
+    return true;
+}
+
+bool StudioState::loadArchive(const std::filesystem::path& file,
+                              const std::optional<std::filesystem::path>& url) {
+    const std::string failure = "Could not read " + fileName(file) + ": ";
+    try {
+        // All that can fail comes before the first change.
+        const ProjectArchive archive = ProjectArchive::read(file);
+        adoptArchive(archive, datasetOf(archive), url);
+        return true;
+    } catch (const ProjectArchiveError& error) {
+        projectError.set(failure + error.what());
+    } catch (const std::bad_alloc&) {
+        projectError.set(failure + "There is not enough memory for it.");
+    }
+    return false;
+}
+
+void StudioState::adoptArchive(const ProjectArchive& archive,
+                               ImportedDataset dataset,
+                               const std::optional<std::filesystem::path>& url) {
+    data.dataset.replace(std::move(dataset));
+    data.isDatasetEditable.set(false);
+    currentProjectURL.set(url ? std::optional(url->string()) : std::nullopt);
+    NameSet reversed;
+    NameSet unreliable;
+    for (const ProjectVariableState& state : archive.variableStates) {
+        if (state.isReverseCoded) {
+            reversed.insert(state.name);
+        }
+        if (state.isUnreliableFlagged) {
+            unreliable.insert(state.name);
+        }
+    }
+    scale.reverseCodedItemNames.set(std::move(reversed));
+    scale.unreliableItemNames.set(std::move(unreliable));
+    resetAnalysisState();
+    clearReport();
+    classifyAndSeedScaleItems(false);
+    data.transformationLog.set(archive.transformationLog);
+    restoreProjectSettings(archive.settings);
+    if (valueOf(archive.settings, "dataset_editable") == "1") {
+        data.isDatasetEditable.set(true);
+    }
+    const std::string kind = valueOf(archive.settings, "import_source_kind");
+    projectSourceKind_ = kind == "csv" || kind == "xlsx" ? kind : "unknown";
+    if (kind == "blank") {
+        data.dataset.edit([](ImportedDataset& table) {
+            table.importMetadata.sourceKind = ImportSourceKind::blank;
+            table.importMetadata.worksheetName = "New dataset";
+        });
+    }
+    data.importError.set(std::nullopt);
+    refreshAnalysisDefaults();
+    postAction("autosave");
+}
+
+void StudioState::sayOfProject(const std::string& message) {
+    projectMessage.set(message);
+    saveStatusMessage.set(message);
+}
+
+}  // namespace sorvane
