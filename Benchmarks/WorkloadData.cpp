@@ -58,6 +58,7 @@ std::string rounded(double value, double scale) {
 }
 
 constexpr double sixDecimals = 1e6;
+constexpr double threeDecimals = 1e3;
 constexpr double twoDecimals = 100.0;
 constexpr double oneDecimal = 10.0;
 
@@ -180,18 +181,39 @@ void writeGroups(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// A study of forty items, six scores and four groupings.
+void writeProject(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    static constexpr std::array<std::string_view, 4> places = {"urban", "rural", "suburb",
+                                                               "abroad"};
+    csv.numberedHeaders("q", 40);
+    csv.numberedHeaders("score", 6);
+    csv.numberedHeaders("txt", 4);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        writeLikertCells(csv, draws, 40, 4);
+        for (int score = 0; score < 6; ++score) {
+            csv.cell(rounded(50.0 + 10.0 * draws.normal(), threeDecimals));
+        }
+        for (int text = 0; text < 4; ++text) {
+            csv.cell(places[draws.below(places.size())]);
+        }
+        csv.endRow();
+    }
+}
+
 struct Recipe {
     std::string_view stem;
     std::uint64_t seed = 0;
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 6> recipes = {{{"likert", 101, writeLikert},
+constexpr std::array<Recipe, 7> recipes = {{{"likert", 101, writeLikert},
                                             {"reg", 102, writeRegression},
                                             {"anova", 103, writeGroups},
                                             {"wide", 104, writeWide},
                                             {"text", 105, writeText},
-                                            {"corr", 108, writeCorrelated}}};
+                                            {"corr", 108, writeCorrelated},
+                                            {"proj", 123, writeProject}}};
 
 /// The recipe and the size that a name such as "likert_1e6.csv" asks for.
 std::pair<const Recipe*, std::size_t> recipeFor(std::string_view name) {

@@ -5,7 +5,7 @@
 
 /// The files on which workloads run, by their names: "likert_1e6.csv", "reg_1e5.csv",
 /// "wide_500.csv", "text_2e4.csv", "corr_1e3.csv", "stat_1e5_byte.sav", "stat_1e5_none.sav",
-/// "stat_1e5.dta", "xlsx_1e4.xlsx".
+/// "stat_1e5.dta", "xlsx_1e4.xlsx", "proj_1e4.csv".
 namespace sorvane::WorkloadData {
 
 /// Where the file is: in the folder that PERF_DATA names if it is there, else in bench-data/, where

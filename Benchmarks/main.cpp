@@ -147,8 +147,8 @@ void print(const Workload& workload, const Measured& measured, Layout layout) {
 
 std::vector<Workload> allWorkloads() {
     std::vector<Workload> all;
-    for (const auto& some :
-         {importWorkloads, analysisWorkloads, editingWorkloads, reportWorkloads, windowWorkloads}) {
+    for (const auto& some : {importWorkloads, analysisWorkloads, editingWorkloads, projectWorkloads,
+                             reportWorkloads, windowWorkloads}) {
         std::ranges::move(some(), std::back_inserter(all));
     }
     return all;

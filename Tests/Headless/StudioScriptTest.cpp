@@ -52,6 +52,34 @@ TEST_F(StudioScriptTest, GoesFromAFileToAReport) {
     EXPECT_TRUE(std::filesystem::file_size(output_ / "r.docx") > 1000);
 }
 
+TEST_F(StudioScriptTest, SavesAndReopensAProjectWithItsReport) {
+    for (const char* step :
+         {R"({"import": "SampleEIStudy.csv"})", R"({"stage": "scalesReliability"})",
+          R"({"assemble": {}})", R"({"set": {"svWeight": "age", "surveyWeightsActive": true}})",
+          R"({"set": {"researcherNotes": {"regression": "Ask again."}}})"}) {
+        ASSERT_EQ(perform(step).refusal, std::nullopt) << step;
+    }
+    EXPECT_EQ(perform(R"({"save": {}})").refusal, "The step \"save\" needs the name of a file.");
+    const StepOutcome saved = perform(R"({"save": "study.svp"})");
+    EXPECT_EQ(saved.report["messages"]["projectMessage"], "Saved study.svp.");
+    const std::vector<ReportItem> items = state_.reportItems.get();
+    perform(R"({"blank": {}})");
+    const StepOutcome opened = perform(R"({"open": "study.svp"})");
+    ASSERT_EQ(opened.refusal, std::nullopt);
+    EXPECT_EQ(opened.report["rows"], 300);
+    EXPECT_EQ(opened.report["messages"]["saveStatusMessage"], "Opened study.svp.");
+    EXPECT_EQ(state_.reportItems.get(), items);
+    EXPECT_EQ(screens_.fields.survey.svWeight->name, "age");
+    EXPECT_TRUE(screens_.fields.survey.surveyWeightsActive.get());
+    EXPECT_EQ(perform(R"({"export": {"md": "again.md"}})").refusal, std::nullopt);
+    EXPECT_EQ(perform(R"({"save": {}})").refusal, std::nullopt);
+    EXPECT_EQ(perform(R"({"save": "no/where.svp"})").refusal,
+              "Save failed: No such file or directory.");
+    EXPECT_EQ(perform(R"({"open": "SampleEIStudy.csv"})").refusal,
+              "Could not read SampleEIStudy.csv: This is no project, or it is damaged: what stands "
+              "at byte 0 does not belong there.");
+}
+
 TEST_F(StudioScriptTest, CallsOperationsByName) {
     perform(R"({"paste": "id,q1\n1,2\n2,3\n"})");
     EXPECT_EQ(
