@@ -115,5 +115,17 @@ struct ProjectArchive {
     ///            system says
     static ProjectArchive read(const std::filesystem::path& file);
 };
+BOOST_DESCRIBE_STRUCT(ProjectArchive,
+                      (),
+                      (schemaVersion,
+                       engineVersion,
+                       datasetName,
+                       headers,
+                       rows,
+                       variableStates,
+                       transformationLog,
+                       settings,
+                       createdAt,
+                       modifiedAt))
 
 }  // namespace sorvane

@@ -35,6 +35,7 @@ std::vector<Procedure> groupComparisonProcedures();
 std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
 std::vector<Procedure> prepareProcedures();
+std::vector<Procedure> projectProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.
 template <typename Function, typename... Arguments>

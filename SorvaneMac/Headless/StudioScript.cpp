@@ -137,8 +137,9 @@ Json StudioScript::saveProject(const Json& argument) {
     if (!isNamed && !state_.currentProjectURL.get()) {
         throw StepRefused("The step \"save\" needs the name of a file.");
     }
-    const std::filesystem::path file =
-        isNamed ? files_.output / argument.get<std::string>() : *state_.currentProjectURL.get();
+    const std::filesystem::path file = isNamed
+                                           ? files_.output / argument.get<std::string>()
+                                           : std::filesystem::path(*state_.currentProjectURL.get());
     if (!state_.saveProject(file)) {
         throw StepRefused(*state_.projectError.get());
     }
