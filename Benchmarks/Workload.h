@@ -28,6 +28,7 @@ struct Workload {
 std::vector<Workload> importWorkloads();
 std::vector<Workload> analysisWorkloads();
 std::vector<Workload> editingWorkloads();
+std::vector<Workload> preparationWorkloads();
 std::vector<Workload> projectWorkloads();
 std::vector<Workload> reportWorkloads();
 std::vector<Workload> windowWorkloads();

@@ -4,7 +4,6 @@
 #include "SorvaneCore/Prepare/ComputedVariableBuilder.h"
 #include "SorvaneCore/Prepare/DataCleaning.h"
 #include "SorvaneCore/Prepare/DataTransforms.h"
-#include "SorvaneCore/Prepare/DerivedValueFormatter.h"
 #include "SorvaneCore/Prepare/MissingDataAnalysis.h"
 #include "SorvaneCore/Prepare/ScaleScoreBuilder.h"
 #include "SorvaneCore/Prepare/SubgroupMissingness.h"
@@ -180,8 +179,6 @@ std::vector<Procedure> derivedProcedures() {
                 return cellsOf(*BinnedVariableBuilder::quantile(column, count));
             },
             OnlyColumn{}, bands),
-        procedure("DerivedValueFormatter.text", &DerivedValueFormatter::text,
-                  Value<double>{"value"}),
         procedure(
             "ScaleScoreBuilder.score",
             [](const std::vector<std::optional<double>>& row, const ScaleScoreOptions& options) {
