@@ -107,12 +107,12 @@ int openWindow(QApplication& application,
         window.recall(*memory);
     }
     window.show();
+    const AutosaveSchedule autosaves(state);
     if (request.file) {
         openFile(&window, window.workspace(), *request.file);
     } else {
         offerLastSession(&window, window.workspace());
     }
-    const AutosaveSchedule autosaves(state);
     const int status = QApplication::exec();
     state.defaults().set(windowKey, toJson(window.memory()));
     return status;

@@ -5,6 +5,7 @@
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
+#include "SorvaneCore/Project/JsonValueEnd.h"
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Report/RichDocument.h"
 
@@ -30,7 +31,11 @@ T unfolded(const std::map<std::string, std::string>& settings, const char* key) 
         return T();
     }
     try {
-        return fromJson<T>(Json::parse(record_json::bytesOfBase64(setting->second)));
+        const std::vector<std::uint8_t> bytes = record_json::bytesOfBase64(setting->second);
+        // Values that nest without end would take a hundred times their text in memory.
+        JsonValueEnd end;
+        end.find({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        return end.isTooDeep() ? T() : fromJson<T>(Json::parse(bytes));
     } catch (const RecordJsonError&) {
         return T();
     } catch (const Json::exception&) {
