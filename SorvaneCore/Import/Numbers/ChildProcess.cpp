@@ -15,6 +15,8 @@
 
 extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
 
+#include "SorvaneCore/Numerics/NumberText.h"
+
 namespace sorvane {
 
 namespace {
@@ -76,7 +78,7 @@ std::optional<pid_t> spawned(const std::vector<std::string>& command, int stream
 }
 
 std::size_t memoryOf(pid_t process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/statm");
+    std::ifstream status("/proc/" + NumberText::integer(process) + "/statm");
     std::size_t pages = 0;
     std::size_t residentPages = 0;
     status >> pages >> residentPages;
