@@ -23,16 +23,7 @@ void ZipWriter::addFile(std::string_view name, std::string_view data) {
                       .offset = static_cast<std::uint32_t>(output_.size())};
     output_.reserve(output_.size() + data.size() + 256);
     append32(localSignature);
-    append16(version);
-    append16(noFlags);
-    append16(stored);
-    append16(dosTime_);
-    append16(dosDate_);
-    append32(entry.crc);
-    append32(entry.size);
-    append32(entry.size);
-    append16(static_cast<std::uint32_t>(name.size()));
-    append16(0);
+    appendDescription(entry);
     append(name);
     append(data);
     entries_.push_back(entry);
@@ -48,9 +39,7 @@ std::vector<std::uint8_t> ZipWriter::finish() {
     return std::exchange(output_, {});
 }
 
-void ZipWriter::appendCentralRecord(const Entry& entry) {
-    append32(centralSignature);
-    append16(version);
+void ZipWriter::appendDescription(const Entry& entry) {
     append16(version);
     append16(noFlags);
     append16(stored);
@@ -61,6 +50,12 @@ void ZipWriter::appendCentralRecord(const Entry& entry) {
     append32(entry.size);
     append16(static_cast<std::uint32_t>(entry.name.size()));
     append16(0);  // extra field
+}
+
+void ZipWriter::appendCentralRecord(const Entry& entry) {
+    append32(centralSignature);
+    append16(version);
+    appendDescription(entry);
     append16(0);  // comment
     append16(0);  // disk
     append16(0);  // internal attributes

@@ -25,6 +25,8 @@ private:
         std::uint32_t offset = 0;
     };
 
+    /// What the local and the central record share.
+    void appendDescription(const Entry& entry);
     void appendCentralRecord(const Entry& entry);
     void appendEndRecord(std::uint32_t directoryOffset);
     void append(std::string_view text);

@@ -5,6 +5,7 @@
 
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/Field.h"
+#include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
@@ -41,10 +42,14 @@ public:
 };
 
 /// An analysis that keeps its last run in a field, where it stands until the next run whatever is
-/// chosen meanwhile. `Run` holds the result and the names it was run on.
-template <typename Run>
+/// chosen meanwhile. `Fields` holds the screen's selections; `Run` the result and the names it was
+/// run on.
+template <typename Fields, typename Run>
 class StoredAnalysis : public Analysis {
 public:
+    StoredAnalysis(StudioState& state, Fields& fields, Field<std::optional<Run>>& stored)
+        : state_(state), fields_(fields), stored_(stored) {}
+
     void run() final { stored_.replace(compute()); }
     bool hasRun() const final { return stored_->has_value(); }
     void show(ScreenContent& content) const final { present(**stored_, content); }
@@ -56,11 +61,12 @@ public:
     }
 
 protected:
-    explicit StoredAnalysis(Field<std::optional<Run>>& stored) : stored_(stored) {}
-
     /// Computes on the selections as they stand; also sets the fields that go with the result.
     virtual std::optional<Run> compute() = 0;
     virtual void present(const Run& run, ScreenContent& content) const = 0;
+
+    StudioState& state_;
+    Fields& fields_;
 
 private:
     Field<std::optional<Run>>& stored_;

@@ -1,14 +1,21 @@
 #pragma once
 
 #include "SorvaneMac/Screens/Analysis.h"
+#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
 
 /// One analysis of a screen that is not in this version: its selections and gates stand, and the
 /// last gate of all says that it comes later, so that it never runs.
+template <typename Fields>
 class PlannedAnalysis : public Analysis {
 public:
-    std::optional<Gate> gate() const final;
+    PlannedAnalysis(StudioState& state, Fields& fields) : state_(state), fields_(fields) {}
+
+    std::optional<Gate> gate() const final {
+        std::optional<Gate> missing = selectionGate();
+        return missing ? missing : ResultText::notYetGate(name());
+    }
     std::string selection() const final { return {}; }
     void run() final {}
     bool hasRun() const final { return false; }
@@ -20,6 +27,9 @@ protected:
     virtual std::string_view name() const = 0;
     /// What is missing among the selections.
     virtual std::optional<Gate> selectionGate() const = 0;
+
+    StudioState& state_;
+    Fields& fields_;
 };
 
 }  // namespace sorvane

@@ -35,7 +35,13 @@ void addReport(TestReport report, ScreenContent& content) {
     for (const ReportTable& table : report.tables) {
         content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
     }
+    if (report.passage) {
+        content.cards.back().passages.push_back(*report.passage);
+    }
     ResultText::addCharts(content, report.charts);
+    if (report.checks) {
+        content.cards.push_back(*report.checks);
+    }
     std::vector<std::string> cautions = report.warnings;
     cautions.push_back(report.caution);
     content.cards.push_back(

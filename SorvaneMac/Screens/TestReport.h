@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,15 @@ struct TestReport {
     std::vector<Tile> tiles;
     /// The first one is the finding's main table; each needs a title.
     std::vector<ReportTable> tables;
+    /// Under the last table, such as a Bayes factor.
+    std::optional<Passage> passage;
     /// Under the finding's main table.
     std::string note;
     /// The first one becomes the finding's figure; may be empty.
     std::vector<Chart> charts;
     std::string figureCaption;
+    /// What was checked of the test's assumptions.
+    std::optional<Card> checks;
     /// The finding's caution.
     std::string caution;
     /// Further cautions of this result, which also stand in the note.

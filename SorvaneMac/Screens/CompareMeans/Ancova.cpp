@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/CompareMeans/Ancova.h"
-
 #include <array>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
@@ -121,111 +120,122 @@ std::vector<Tile> tiles(const ANCOVAResult& result) {
             {"Cases used", ResultText::count(result.n), "complete on all variables"}};
 }
 
+class Ancova final : public StoredAnalysis<CompareMeansFields, AncovaRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(InferentialTest::ancova));
+    }
+
+    void addControls(SetupForm& form) override {
+        using namespace FormControls;  // NOLINT(google-build-using-namespace)
+        GroupSelection::addControls(form, state_.dataset(),
+                                    {fields_.cmAncovaOutcome, fields_.cmAncovaGroup});
+        form.controls.emplace_back(withUnavailable(
+            variableCheckList("Covariates", fields_.cmAncovaCovariates,
+                              cmAncovaCovariateCandidates(state_.dataset(), fields_)),
+            fields_.cmAncovaCovariates.get(), numericVariables(state_.dataset())));
+    }
+
+    std::string runLabel() const override { return "Run ANCOVA"; }
+
+    std::optional<Gate> gate() const override {
+        const ImportedDataset& dataset = state_.dataset();
+        if (std::optional<Gate> missing =
+                GroupSelection::gate(dataset, {fields_.cmAncovaOutcome, fields_.cmAncovaGroup})) {
+            return missing;
+        }
+        if (std::optional<Gate> gone = SelectionGates::goneColumn(
+                fields_.cmAncovaCovariates, numericVariables(dataset), "numeric columns")) {
+            return gone;
+        }
+        std::vector<std::string> numbers = FormControls::chosen(
+            fields_.cmAncovaCovariates.get(), cmAncovaCovariateCandidates(dataset, fields_));
+        if (numbers.empty()) {
+            return cannotRunAncova();
+        }
+        const std::size_t covariates = numbers.size();
+        numbers.push_back(fields_.cmAncovaOutcome->name);
+        const std::array<std::string, 1> group = {fields_.cmAncovaGroup->name};
+        const Categories::CompleteRows complete = Categories::completeRows(dataset, numbers, group);
+        // An intercept and a term for each group but one make as many terms as groups.
+        const auto terms = static_cast<std::int64_t>(complete.categories.size() + covariates);
+        if (complete.categories.size() < 2 || complete.rows <= terms) {
+            return cannotRunAncova();
+        }
+        return std::nullopt;
+    }
+
+    std::string selection() const override {
+        return fields_.cmAncovaOutcome->name + " by " + fields_.cmAncovaGroup->name;
+    }
+
+    Guide guide() const override {
+        return {.answers =
+                    "Whether the group means of an outcome differ once differences in measured "
+                    "covariates are held constant, and what the adjusted means are.",
+                .needs =
+                    "A numeric outcome, groups, and covariates that were measured before the "
+                    "groups could "
+                    "influence them. The covariate's slope should be the same in every group, and "
+                    "there "
+                    "must be more complete cases than model terms.",
+                .doNotClaim = {
+                    "Do not claim causation: the adjustment controls for what you measured, "
+                    "not for everything that differs between groups.",
+                    "Do not adjust for a covariate that the group itself changed; that removes "
+                    "part of the effect.",
+                    "Do not report adjusted means without the unadjusted ones beside them."}};
+    }
+
+private:
+    std::optional<AncovaRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        fields_.cmAssumptionFindings.reset();
+        AncovaRun run{
+            .outcome = fields_.cmAncovaOutcome->name,
+            .covariates = FormControls::chosen(fields_.cmAncovaCovariates.get(),
+                                               cmAncovaCovariateCandidates(dataset, fields_))};
+        std::vector<NumericColumn> covariates;
+        for (const std::string& name : run.covariates) {
+            covariates.push_back(dataset.numericColumn(name));
+        }
+        const std::string group = fields_.cmAncovaGroup->name;
+        run.result = ANCOVATests::test(
+            dataset.numericColumn(run.outcome), dataset.rows.column(*dataset.columnIndex(group)),
+            covariates, {.covariateNames = run.covariates, .groupFactorName = group});
+        if (run.result) {
+            run.charts = {meansChart(run)};
+        }
+        return run;
+    }
+
+    void present(const AncovaRun& run, ScreenContent& content) const override {
+        if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
+            content.gate = couldNotCompute(run);
+            return;
+        }
+        const ANCOVAResult& result = *run.result;
+        content.subtitle = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
+        addReport({.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName,
+                   .sentence = sentence(run),
+                   .tiles = tiles(result),
+                   .tables = {meanTable(result), groupTable(result), covariateTable(result)},
+                   .note = note(result),
+                   .charts = run.charts,
+                   .figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
 }  // namespace
 
-std::string Ancova::subtitle() const {
-    return std::string(displayName(InferentialTest::ancova));
-}
-
-void Ancova::addControls(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    GroupSelection::addControls(form, state_.dataset(),
-                                {fields_.cmAncovaOutcome, fields_.cmAncovaGroup});
-    form.controls.emplace_back(
-        withUnavailable(variableCheckList("Covariates", fields_.cmAncovaCovariates,
-                                          cmAncovaCovariateCandidates(state_.dataset(), fields_)),
-                        fields_.cmAncovaCovariates.get(), numericVariables(state_.dataset())));
-}
-
-std::string Ancova::runLabel() const {
-    return "Run ANCOVA";
-}
-
-std::optional<Gate> Ancova::gate() const {
-    const ImportedDataset& dataset = state_.dataset();
-    if (std::optional<Gate> missing =
-            GroupSelection::gate(dataset, {fields_.cmAncovaOutcome, fields_.cmAncovaGroup})) {
-        return missing;
-    }
-    if (std::optional<Gate> gone = SelectionGates::goneColumn(
-            fields_.cmAncovaCovariates, numericVariables(dataset), "numeric columns")) {
-        return gone;
-    }
-    std::vector<std::string> numbers = FormControls::chosen(
-        fields_.cmAncovaCovariates.get(), cmAncovaCovariateCandidates(dataset, fields_));
-    if (numbers.empty()) {
-        return cannotRunAncova();
-    }
-    const std::size_t covariates = numbers.size();
-    numbers.push_back(fields_.cmAncovaOutcome->name);
-    const std::array<std::string, 1> group = {fields_.cmAncovaGroup->name};
-    const Categories::CompleteRows complete = Categories::completeRows(dataset, numbers, group);
-    // An intercept and a term for each group but one make as many terms as groups.
-    const auto terms = static_cast<std::int64_t>(complete.categories.size() + covariates);
-    if (complete.categories.size() < 2 || complete.rows <= terms) {
-        return cannotRunAncova();
-    }
-    return std::nullopt;
-}
-
-std::string Ancova::selection() const {
-    return fields_.cmAncovaOutcome->name + " by " + fields_.cmAncovaGroup->name;
-}
-
-std::optional<AncovaRun> Ancova::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    fields_.cmAssumptionFindings.reset();
-    AncovaRun run{
-        .outcome = fields_.cmAncovaOutcome->name,
-        .covariates = FormControls::chosen(fields_.cmAncovaCovariates.get(),
-                                           cmAncovaCovariateCandidates(dataset, fields_))};
-    std::vector<NumericColumn> covariates;
-    for (const std::string& name : run.covariates) {
-        covariates.push_back(dataset.numericColumn(name));
-    }
-    const std::string group = fields_.cmAncovaGroup->name;
-    run.result = ANCOVATests::test(dataset.numericColumn(run.outcome),
-                                   dataset.rows.column(*dataset.columnIndex(group)), covariates,
-                                   {.covariateNames = run.covariates, .groupFactorName = group});
-    if (run.result) {
-        run.charts = {meansChart(run)};
-    }
-    return run;
-}
-
-void Ancova::present(const AncovaRun& run, ScreenContent& content) const {
-    if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
-        content.gate = couldNotCompute(run);
-        return;
-    }
-    const ANCOVAResult& result = *run.result;
-    content.subtitle = "ANCOVA: " + run.outcome + " by " + result.groupFactorName;
-    addReport({.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName,
-               .sentence = sentence(run),
-               .tiles = tiles(result),
-               .tables = {meanTable(result), groupTable(result), covariateTable(result)},
-               .note = note(result),
-               .charts = run.charts,
-               .figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".",
-               .caution = std::string(caution),
-               .warnings = ResultText::messages(result.readiness)},
-              content);
-}
-
-Guide Ancova::guide() const {
-    return {
-        .answers =
-            "Whether the group means of an outcome differ once differences in measured "
-            "covariates are held constant, and what the adjusted means are.",
-        .needs =
-            "A numeric outcome, groups, and covariates that were measured before the groups could "
-            "influence them. The covariate's slope should be the same in every group, and there "
-            "must be more complete cases than model terms.",
-        .doNotClaim = {"Do not claim causation: the adjustment controls for what you measured, "
-                       "not for everything that differs between groups.",
-                       "Do not adjust for a covariate that the group itself changed; that removes "
-                       "part of the effect.",
-                       "Do not report adjusted means without the unadjusted ones beside them."}};
+std::unique_ptr<Analysis> CompareMeansAnalyses::ancova(StudioState& state,
+                                                       CompareMeansFields& fields) {
+    return std::make_unique<Ancova>(state, fields, fields.cmAncovaRun);
 }
 
 }  // namespace sorvane

@@ -1,12 +1,7 @@
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 
 #include "SorvaneMac/Screens/Categories.h"
-#include "SorvaneMac/Screens/CompareMeans/Ancova.h"
-#include "SorvaneMac/Screens/CompareMeans/FactorialAnova.h"
-#include "SorvaneMac/Screens/CompareMeans/IndependentTTest.h"
-#include "SorvaneMac/Screens/CompareMeans/OneWayAnova.h"
-#include "SorvaneMac/Screens/CompareMeans/PairedTTest.h"
-#include "SorvaneMac/Screens/CompareMeans/RepeatedMeasures.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/Seeding.h"
 
 namespace sorvane {
@@ -24,12 +19,12 @@ constexpr std::size_t seededConditions = 3;
 CompareMeansScreen::CompareMeansScreen(StudioState& state, CompareMeansFields& fields)
     : AnalysisScreen(StudioScreen::inferential, state, fields.cmHasRun), fields_(fields) {
     chooseBy("Test", fields.cmTest);
-    add(std::make_unique<IndependentTTest>(state, fields));
-    add(std::make_unique<PairedTTest>(state, fields));
-    add(std::make_unique<OneWayAnova>(state, fields));
-    add(std::make_unique<FactorialAnova>(state, fields));
-    add(std::make_unique<RepeatedMeasures>(state, fields));
-    add(std::make_unique<Ancova>(state, fields));
+    add(CompareMeansAnalyses::independentTTest(state, fields));
+    add(CompareMeansAnalyses::pairedTTest(state, fields));
+    add(CompareMeansAnalyses::oneWayAnova(state, fields));
+    add(CompareMeansAnalyses::factorialAnova(state, fields));
+    add(CompareMeansAnalyses::repeatedMeasures(state, fields));
+    add(CompareMeansAnalyses::ancova(state, fields));
 }
 
 void CompareMeansScreen::cmSeedDefaults() {

@@ -1,5 +1,3 @@
-#include "SorvaneMac/Screens/CompareMeans/FactorialAnova.h"
-
 #include <algorithm>
 #include <limits>
 #include <map>
@@ -7,6 +5,7 @@
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -193,92 +192,51 @@ std::vector<Tile> tiles(const FactorialRun& run) {
             {"Error df", ResultText::count(result.dfError), ""}};
 }
 
-}  // namespace
+class FactorialAnova final : public StoredAnalysis<CompareMeansFields, FactorialRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string FactorialAnova::subtitle() const {
-    return std::string(displayName(InferentialTest::factorial));
-}
-
-void FactorialAnova::addControls(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const VariableLists::List factors =
-        VariableLists::without(anovaGroupingVariables(state_.dataset()), {fields_.cmOutcome->name});
-    form.controls.emplace_back(
-        variablePicker("Outcome", fields_.cmOutcome, numericVariables(state_.dataset())));
-    form.controls.emplace_back(
-        withUnavailable(variableCheckList("Factors", fields_.cmFactors, factors),
-                        fields_.cmFactors.get(), factors));
-}
-
-std::string FactorialAnova::runLabel() const {
-    return "Run factorial ANOVA";
-}
-
-std::optional<Gate> FactorialAnova::gate() const {
-    const ImportedDataset& dataset = state_.dataset();
-    if (fields_.cmOutcome->isBlank() || fields_.cmFactors->size() < fewestFactors) {
-        return pickOutcomeAndFactors();
+    std::string subtitle() const override {
+        return std::string(displayName(InferentialTest::factorial));
     }
-    if (std::optional<Gate> gone = SelectionGates::goneColumn(
-            fields_.cmOutcome, numericVariables(dataset), "numeric columns")) {
-        return gone;
-    }
-    return SelectionGates::goneColumn(
-        fields_.cmFactors,
-        VariableLists::without(anovaGroupingVariables(dataset), {fields_.cmOutcome->name}),
-        "grouping columns other than the outcome");
-}
 
-std::string FactorialAnova::selection() const {
-    return fields_.cmOutcome->name + " by " +
-           ResultText::listed(FormControls::chosen(fields_.cmFactors.get(),
-                                                   anovaGroupingVariables(state_.dataset())));
-}
-
-std::optional<FactorialRun> FactorialAnova::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    fields_.cmAssumptionFindings.reset();
-    FactorialRun run{.outcome = fields_.cmOutcome->name};
-    const std::vector<std::string> names =
-        FormControls::chosen(fields_.cmFactors.get(), anovaGroupingVariables(dataset));
-    std::vector<const TextColumn*> factors;
-    for (const std::string& name : names) {
-        factors.push_back(&dataset.rows.column(*dataset.columnIndex(name)));
+    void addControls(SetupForm& form) override {
+        using namespace FormControls;  // NOLINT(google-build-using-namespace)
+        const VariableLists::List factors = VariableLists::without(
+            anovaGroupingVariables(state_.dataset()), {fields_.cmOutcome->name});
+        form.controls.emplace_back(
+            variablePicker("Outcome", fields_.cmOutcome, numericVariables(state_.dataset())));
+        form.controls.emplace_back(
+            withUnavailable(variableCheckList("Factors", fields_.cmFactors, factors),
+                            fields_.cmFactors.get(), factors));
     }
-    const NumericColumn outcome = dataset.numericColumn(run.outcome);
-    run.result = FactorialANOVATests::nWay(outcome, factors, names);
-    if (run.result && !isBlocked(*run.result)) {
-        const std::vector<DesignValues> cells = valuesByCell(outcome, factors);
-        for (const DesignValues& cell : cells) {
-            run.cells.push_back(
-                {.levels = cell.levels, .figures = SampleFigures::of("", cell.values)});
+
+    std::string runLabel() const override { return "Run factorial ANOVA"; }
+
+    std::optional<Gate> gate() const override {
+        const ImportedDataset& dataset = state_.dataset();
+        if (fields_.cmOutcome->isBlank() || fields_.cmFactors->size() < fewestFactors) {
+            return pickOutcomeAndFactors();
         }
-        run.charts = {profileOf(run, cells)};
+        if (std::optional<Gate> gone = SelectionGates::goneColumn(
+                fields_.cmOutcome, numericVariables(dataset), "numeric columns")) {
+            return gone;
+        }
+        return SelectionGates::goneColumn(
+            fields_.cmFactors,
+            VariableLists::without(anovaGroupingVariables(dataset), {fields_.cmOutcome->name}),
+            "grouping columns other than the outcome");
     }
-    return run;
-}
 
-void FactorialAnova::present(const FactorialRun& run, ScreenContent& content) const {
-    if (!run.result || isBlocked(*run.result)) {
-        content.gate = couldNotCompute(run);
-        return;
+    std::string selection() const override {
+        return fields_.cmOutcome->name + " by " +
+               ResultText::listed(FormControls::chosen(fields_.cmFactors.get(),
+                                                       anovaGroupingVariables(state_.dataset())));
     }
-    const FactorialANOVAResult& result = *run.result;
-    content.subtitle = "Factorial ANOVA: " + run.outcome + " by " + design(result);
-    addReport({.title = "Factorial ANOVA: " + run.outcome + " by " + design(result),
-               .sentence = sentence(run),
-               .tiles = tiles(run),
-               .tables = {effectTable(result), cellTable(run)},
-               .note = "SS is the Type III sum of squares; η²p is partial eta-squared.",
-               .charts = run.charts,
-               .figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".",
-               .caution = std::string(caution),
-               .warnings = ResultText::messages(result.readiness)},
-              content);
-}
 
-Guide FactorialAnova::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the mean of an outcome differs between the levels of each of several "
                 "factors, and whether the effect of one factor depends on another (interaction).",
             .needs =
@@ -289,6 +247,57 @@ Guide FactorialAnova::guide() const {
                            "significant; look at the profile plot first.",
                            "Do not claim causation for factors that cases were not assigned to.",
                            std::string(ResultText::notProofOfEqualMeans)}};
+    }
+
+private:
+    std::optional<FactorialRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        fields_.cmAssumptionFindings.reset();
+        FactorialRun run{.outcome = fields_.cmOutcome->name};
+        const std::vector<std::string> names =
+            FormControls::chosen(fields_.cmFactors.get(), anovaGroupingVariables(dataset));
+        std::vector<const TextColumn*> factors;
+        for (const std::string& name : names) {
+            factors.push_back(&dataset.rows.column(*dataset.columnIndex(name)));
+        }
+        const NumericColumn outcome = dataset.numericColumn(run.outcome);
+        run.result = FactorialANOVATests::nWay(outcome, factors, names);
+        if (run.result && !isBlocked(*run.result)) {
+            const std::vector<DesignValues> cells = valuesByCell(outcome, factors);
+            for (const DesignValues& cell : cells) {
+                run.cells.push_back(
+                    {.levels = cell.levels, .figures = SampleFigures::of("", cell.values)});
+            }
+            run.charts = {profileOf(run, cells)};
+        }
+        return run;
+    }
+
+    void present(const FactorialRun& run, ScreenContent& content) const override {
+        if (!run.result || isBlocked(*run.result)) {
+            content.gate = couldNotCompute(run);
+            return;
+        }
+        const FactorialANOVAResult& result = *run.result;
+        content.subtitle = "Factorial ANOVA: " + run.outcome + " by " + design(result);
+        addReport({.title = "Factorial ANOVA: " + run.outcome + " by " + design(result),
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = {effectTable(result), cellTable(run)},
+                   .note = "SS is the Type III sum of squares; η²p is partial eta-squared.",
+                   .charts = run.charts,
+                   .figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> CompareMeansAnalyses::factorialAnova(StudioState& state,
+                                                               CompareMeansFields& fields) {
+    return std::make_unique<FactorialAnova>(state, fields, fields.cmFactorialRun);
 }
 
 }  // namespace sorvane

@@ -1,5 +1,3 @@
-#include "SorvaneMac/Screens/CompareMeans/IndependentTTest.h"
-
 #include <array>
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -8,12 +6,14 @@
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/CompareMeans/TTestTables.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
 
 namespace sorvane {
 
@@ -83,21 +83,23 @@ ReportTable groupTable(const TTestRun& run) {
     return table;
 }
 
-Finding finding(const TTestRun& run) {
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = "t-test: " + run.outcome + " by " + run.grouping;
-    item.apaSummary = "An independent-samples " + testName(run) + " t-test compared " +
-                      run.outcome + " between " + run.first.name + " " + run.first.words() +
-                      " and " + run.second.name + " " + run.second.words() +
-                      ". The difference was " + TTestTables::words(*run.result) + ".";
-    item.table = groupTable(run);
-    item.table->note = "M and SD are the group mean and standard deviation; d is Cohen's d. " +
-                       testName(run) + " t-test; p is two-tailed.";
-    item.extraTables = std::vector{TTestTables::testTable(*run.result, *run.interval)};
-    item.caution = std::string(caution);
-    item.figureCaption = "Mean " + run.outcome + " of each group with 95% confidence intervals.";
-    return {.item = std::move(item), .figure = run.charts.front()};
+std::string sentence(const TTestRun& run) {
+    return "An independent-samples " + testName(run) + " t-test compared " + run.outcome +
+           " between " + run.first.name + " " + run.first.words() + " and " + run.second.name +
+           " " + run.second.words() + ". The difference was " + TTestTables::words(*run.result) +
+           ".";
+}
+
+std::string note(const TTestRun& run) {
+    return "M and SD are the group mean and standard deviation; d is Cohen's d. " + testName(run) +
+           " t-test; p is two-tailed.";
+}
+
+std::vector<Tile> tiles(const TTestRun& run) {
+    std::vector<Tile> tiles =
+        TTestTables::tiles(*run.result, run.first.n + run.second.n, "in both groups");
+    tiles.insert(tiles.begin(), {"Selected test", testName(run) + " t-test", ""});
+    return tiles;
 }
 
 Card assumptionCard(const TTestRun& run) {
@@ -123,131 +125,137 @@ Card assumptionCard(const TTestRun& run) {
     return card;
 }
 
+class IndependentTTest final : public StoredAnalysis<CompareMeansFields, TTestRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(InferentialTest::tTest));
+    }
+
+    void addControls(SetupForm& form) override {
+        const std::vector<std::string> groups =
+            Categories::of(state_.dataset(), fields_.cmGrouping->name);
+        GroupSelection::addControls(
+            form, state_.dataset(), {fields_.cmOutcome, fields_.cmGrouping}, [this] {
+                Categories::refillPair(fields_.cmGroup1, fields_.cmGroup2,
+                                       Categories::of(state_.dataset(), fields_.cmGrouping->name));
+            });
+        std::vector<Control>& controls = form.controls;
+        controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.cmGroup1, groups));
+        controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.cmGroup2, groups));
+        controls.emplace_back(HeadingControl{"OPTIONS"});
+        controls.emplace_back(FormControls::enumerationPicker("Test type", fields_.cmTestType));
+        controls.emplace_back(NoteControl{
+            "Welch is the default (Auto). It is safer when group sizes or variances differ."});
+        controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+    }
+
+    std::string runLabel() const override { return "Run t-test"; }
+
+    std::optional<Gate> gate() const override {
+        const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
+        if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
+            return missing;
+        }
+        const auto check = GroupSelection::checkPair(
+            state_.dataset(), selected, fields_.cmGroup1.get(), fields_.cmGroup2.get());
+        if (!check) {
+            return std::nullopt;
+        }
+        switch (check->problem) {
+            case GroupSelection::PairProblem::notTwoGroups:
+                return pickTwoGroups();
+            case GroupSelection::PairProblem::same:
+                return groupsMustDiffer();
+            case GroupSelection::PairProblem::tooSmall:
+                break;
+        }
+        return groupTooSmall(check->small.front().first, check->small.front().second,
+                             fields_.cmOutcome->name);
+    }
+
+    std::string selection() const override {
+        return fields_.cmOutcome->name + " in " + fields_.cmGroup1.get() + " and " +
+               fields_.cmGroup2.get();
+    }
+
+    std::string invitation() const override { return pickTwoGroups().text; }
+
+    Guide guide() const override {
+        return {
+            .answers =
+                "Whether the means of a numeric outcome differ between two groups of different "
+                "people, and by how many standard deviations.",
+            .needs =
+                "Independent cases, each in one group only, and two or more values in each group. "
+                "The values should be roughly normal within each group, or the groups large. "
+                "Welch's "
+                "test does not need equal variances; Student's does.",
+            .doNotClaim = {std::string(notCausal), std::string(ResultText::notProofOfEqualMeans),
+                           "Do not run one t-test for each pair of many groups; use ANOVA with "
+                           "post-hoc comparisons."}};
+    }
+
+private:
+    std::optional<TTestRun> compute() override {
+        const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
+        std::array<NamedNumericGroup, 2> groups;
+        groups[0].name = fields_.cmGroup1.get();
+        groups[1].name = fields_.cmGroup2.get();
+        for (NamedNumericGroup& group : groups) {
+            group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
+        }
+        TTestRun run{.outcome = fields_.cmOutcome->name,
+                     .grouping = fields_.cmGrouping->name,
+                     .variances = fields_.cmTestType.get() == TTestType::student
+                                      ? VarianceAssumption::equal
+                                      : VarianceAssumption::unequal,
+                     .first = SampleFigures::of(groups[0].name, groups[0].values),
+                     .second = SampleFigures::of(groups[1].name, groups[1].values)};
+        run.result = GroupComparisonTests::independentSamplesTTest(groups[0].values,
+                                                                   groups[1].values, run.variances);
+        if (run.result) {
+            run.interval = DifferenceInterval::of(*run.result, standardErrorOf(run),
+                                                  fields_.cmConfidence.get());
+            run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.first.n, run.second.n);
+        }
+        run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
+        run.charts = {GroupCharts::means(groups, run.outcome),
+                      GroupCharts::boxes(groups, run.outcome)};
+        fields_.cmAssumptionFindings.replace(run.assumptions);
+        return run;
+    }
+
+    void present(const TTestRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = noSpread(run);
+            return;
+        }
+        content.subtitle = testName(run) + " t-test of " + run.outcome + " by " + run.grouping;
+        addReport({.title = "t-test: " + run.outcome + " by " + run.grouping,
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = {groupTable(run), TTestTables::testTable(*run.result, *run.interval)},
+                   .passage = BayesFactorLine::passage(
+                       run.bayesFactor, {.alternative = "a difference between the groups",
+                                         .null = "no difference between the groups",
+                                         .caption = BayesFactorLine::tTestCaption}),
+                   .note = note(run),
+                   .charts = run.charts,
+                   .figureCaption =
+                       "Mean " + run.outcome + " of each group with 95% confidence intervals.",
+                   .checks = assumptionCard(run),
+                   .caution = std::string(caution)},
+                  content);
+    }
+};
+
 }  // namespace
 
-std::string IndependentTTest::subtitle() const {
-    return std::string(displayName(InferentialTest::tTest));
-}
-
-void IndependentTTest::addControls(SetupForm& form) {
-    const std::vector<std::string> groups =
-        Categories::of(state_.dataset(), fields_.cmGrouping->name);
-    GroupSelection::addControls(
-        form, state_.dataset(), {fields_.cmOutcome, fields_.cmGrouping}, [this] {
-            Categories::refillPair(fields_.cmGroup1, fields_.cmGroup2,
-                                   Categories::of(state_.dataset(), fields_.cmGrouping->name));
-        });
-    std::vector<Control>& controls = form.controls;
-    controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.cmGroup1, groups));
-    controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.cmGroup2, groups));
-    controls.emplace_back(HeadingControl{"OPTIONS"});
-    controls.emplace_back(FormControls::enumerationPicker("Test type", fields_.cmTestType));
-    controls.emplace_back(NoteControl{
-        "Welch is the default (Auto). It is safer when group sizes or variances differ."});
-    controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
-}
-
-std::string IndependentTTest::runLabel() const {
-    return "Run t-test";
-}
-
-std::optional<Gate> IndependentTTest::gate() const {
-    const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
-    if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
-        return missing;
-    }
-    const auto check = GroupSelection::checkPair(state_.dataset(), selected, fields_.cmGroup1.get(),
-                                                 fields_.cmGroup2.get());
-    if (!check) {
-        return std::nullopt;
-    }
-    switch (check->problem) {
-        case GroupSelection::PairProblem::notTwoGroups:
-            return pickTwoGroups();
-        case GroupSelection::PairProblem::same:
-            return groupsMustDiffer();
-        case GroupSelection::PairProblem::tooSmall:
-            break;
-    }
-    return groupTooSmall(check->small.front().first, check->small.front().second,
-                         fields_.cmOutcome->name);
-}
-
-std::string IndependentTTest::invitation() const {
-    return pickTwoGroups().text;
-}
-
-std::string IndependentTTest::selection() const {
-    return fields_.cmOutcome->name + " in " + fields_.cmGroup1.get() + " and " +
-           fields_.cmGroup2.get();
-}
-
-std::optional<TTestRun> IndependentTTest::compute() {
-    const GroupSelectionFields selected{fields_.cmOutcome, fields_.cmGrouping};
-    std::array<NamedNumericGroup, 2> groups;
-    groups[0].name = fields_.cmGroup1.get();
-    groups[1].name = fields_.cmGroup2.get();
-    for (NamedNumericGroup& group : groups) {
-        group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
-    }
-    TTestRun run{.outcome = fields_.cmOutcome->name,
-                 .grouping = fields_.cmGrouping->name,
-                 .variances = fields_.cmTestType.get() == TTestType::student
-                                  ? VarianceAssumption::equal
-                                  : VarianceAssumption::unequal,
-                 .first = SampleFigures::of(groups[0].name, groups[0].values),
-                 .second = SampleFigures::of(groups[1].name, groups[1].values)};
-    run.result = GroupComparisonTests::independentSamplesTTest(groups[0].values, groups[1].values,
-                                                               run.variances);
-    if (run.result) {
-        run.interval =
-            DifferenceInterval::of(*run.result, standardErrorOf(run), fields_.cmConfidence.get());
-        run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.first.n, run.second.n);
-    }
-    run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
-    run.charts = {GroupCharts::means(groups, run.outcome), GroupCharts::boxes(groups, run.outcome)};
-    fields_.cmAssumptionFindings.replace(run.assumptions);
-    return run;
-}
-
-void IndependentTTest::present(const TTestRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = noSpread(run);
-        return;
-    }
-    content.subtitle = testName(run) + " t-test of " + run.outcome + " by " + run.grouping;
-    content.tiles = TTestTables::tiles(*run.result, run.first.n + run.second.n, "in both groups");
-    content.tiles.insert(content.tiles.begin(), {"Selected test", testName(run) + " t-test", ""});
-    Card results{.title = run.outcome + " by " + run.grouping,
-                 .subtitle = run.first.name + " and " + run.second.name,
-                 .tables = {groupTable(run), TTestTables::testTable(*run.result, *run.interval)},
-                 .wide = true};
-    if (auto line = BayesFactorLine::passage(run.bayesFactor,
-                                             {.alternative = "a difference between the groups",
-                                              .null = "no difference between the groups",
-                                              .caption = BayesFactorLine::tTestCaption})) {
-        results.passages.push_back(std::move(*line));
-    }
-    content.cards.push_back(std::move(results));
-    ResultText::addCharts(content, run.charts);
-    content.cards.push_back(assumptionCard(run));
-    content.cards.push_back(
-        {.title = "What not to claim", .cautions = {std::string(caution)}, .wide = true});
-    content.findings.push_back(finding(run));
-}
-
-Guide IndependentTTest::guide() const {
-    return {
-        .answers =
-            "Whether the means of a numeric outcome differ between two groups of different "
-            "people, and by how many standard deviations.",
-        .needs =
-            "Independent cases, each in one group only, and two or more values in each group. "
-            "The values should be roughly normal within each group, or the groups large. Welch's "
-            "test does not need equal variances; Student's does.",
-        .doNotClaim = {std::string(notCausal), std::string(ResultText::notProofOfEqualMeans),
-                       "Do not run one t-test for each pair of many groups; use ANOVA with "
-                       "post-hoc comparisons."}};
+std::unique_ptr<Analysis> CompareMeansAnalyses::independentTTest(StudioState& state,
+                                                                 CompareMeansFields& fields) {
+    return std::make_unique<IndependentTTest>(state, fields, fields.cmTTestRun);
 }
 
 }  // namespace sorvane

@@ -1,5 +1,3 @@
-#include "SorvaneMac/Screens/CompareMeans/PairedTTest.h"
-
 #include <array>
 #include <span>
 
@@ -7,6 +5,7 @@
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/CompareMeans/TTestTables.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
@@ -15,6 +14,7 @@
 #include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/Screens/TestReport.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -23,6 +23,9 @@ namespace {
 
 constexpr std::string_view caution =
     "A change within cases is not proof of a causal effect without a controlled design.";
+constexpr std::string_view note =
+    "M and SD are the mean and standard deviation of each measurement; the difference is before "
+    "less after; d is the mean difference over its standard deviation; p is two-tailed.";
 
 Gate pickBeforeAndAfter() {
     return {.title = "Need two measurements of the same cases",
@@ -70,23 +73,11 @@ ReportTable measurementTable(const PairedTTestRun& run) {
     return table;
 }
 
-Finding finding(const PairedTTestRun& run) {
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = "Paired t-test: " + run.before.name + " and " + run.after.name;
-    item.apaSummary = "A paired-samples t-test compared " + run.before.name + " " +
-                      run.before.words() + " with " + run.after.name + " " + run.after.words() +
-                      " of the same cases (n = " + ResultText::count(run.before.n) +
-                      "). The mean difference was " + TTestTables::words(*run.result) + ".";
-    item.table = measurementTable(run);
-    item.table->note =
-        "M and SD are the mean and standard deviation of each measurement; the difference is "
-        "before less after; d is the mean difference over its standard deviation; p is "
-        "two-tailed.";
-    item.extraTables = std::vector{TTestTables::testTable(*run.result, *run.interval)};
-    item.caution = std::string(caution);
-    item.figureCaption = "Means of both measurements with 95% confidence intervals.";
-    return {.item = std::move(item), .figure = run.charts.front()};
+std::string sentence(const PairedTTestRun& run) {
+    return "A paired-samples t-test compared " + run.before.name + " " + run.before.words() +
+           " with " + run.after.name + " " + run.after.words() +
+           " of the same cases (n = " + ResultText::count(run.before.n) +
+           "). The mean difference was " + TTestTables::words(*run.result) + ".";
 }
 
 Card assumptionCard(const PairedTTestRun& run) {
@@ -99,98 +90,54 @@ Card assumptionCard(const PairedTTestRun& run) {
     return card;
 }
 
-}  // namespace
+class PairedTTest final : public StoredAnalysis<CompareMeansFields, PairedTTestRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string PairedTTest::subtitle() const {
-    return std::string(displayName(InferentialTest::pairedTTest));
-}
-
-void PairedTTest::addControls(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
-    form.controls.emplace_back(variablePicker("Before", fields_.cmPairBefore, numeric));
-    form.controls.emplace_back(variablePicker("After", fields_.cmPairAfter, numeric));
-    form.controls.emplace_back(HeadingControl{"OPTIONS"});
-    form.controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
-}
-
-std::string PairedTTest::runLabel() const {
-    return "Run paired t-test";
-}
-
-std::optional<Gate> PairedTTest::gate() const {
-    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
-    if (fields_.cmPairBefore->isBlank() || fields_.cmPairAfter->isBlank()) {
-        return pickBeforeAndAfter();
+    std::string subtitle() const override {
+        return std::string(displayName(InferentialTest::pairedTTest));
     }
-    for (const Field<VariableName>* field : {&fields_.cmPairBefore, &fields_.cmPairAfter}) {
-        if (std::optional<Gate> gone =
-                SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
-            return gone;
+
+    void addControls(SetupForm& form) override {
+        using namespace FormControls;  // NOLINT(google-build-using-namespace)
+        const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+        form.controls.emplace_back(variablePicker("Before", fields_.cmPairBefore, numeric));
+        form.controls.emplace_back(variablePicker("After", fields_.cmPairAfter, numeric));
+        form.controls.emplace_back(HeadingControl{"OPTIONS"});
+        form.controls.emplace_back(OptionControls::confidencePicker(fields_.cmConfidence));
+    }
+
+    std::string runLabel() const override { return "Run paired t-test"; }
+
+    std::optional<Gate> gate() const override {
+        const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+        if (fields_.cmPairBefore->isBlank() || fields_.cmPairAfter->isBlank()) {
+            return pickBeforeAndAfter();
         }
+        for (const Field<VariableName>* field : {&fields_.cmPairBefore, &fields_.cmPairAfter}) {
+            if (std::optional<Gate> gone =
+                    SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
+                return gone;
+            }
+        }
+        if (fields_.cmPairBefore.get() == fields_.cmPairAfter.get()) {
+            return measurementsMustDiffer();
+        }
+        const std::array<std::string, 2> names = {fields_.cmPairBefore->name,
+                                                  fields_.cmPairAfter->name};
+        if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+            return tooFewPairs();
+        }
+        return std::nullopt;
     }
-    if (fields_.cmPairBefore.get() == fields_.cmPairAfter.get()) {
-        return measurementsMustDiffer();
-    }
-    const std::array<std::string, 2> names = {fields_.cmPairBefore->name,
-                                              fields_.cmPairAfter->name};
-    if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
-        return tooFewPairs();
-    }
-    return std::nullopt;
-}
 
-std::string PairedTTest::selection() const {
-    return fields_.cmPairBefore->name + " and " + fields_.cmPairAfter->name;
-}
-
-std::optional<PairedTTestRun> PairedTTest::compute() {
-    const std::vector<NamedNumericGroup> measurements =
-        completeColumns(state_.dataset(), {fields_.cmPairBefore->name, fields_.cmPairAfter->name});
-    const NamedNumericGroup& before = measurements[0];
-    const NamedNumericGroup& after = measurements[1];
-    const std::vector<double> changes = differences(before.values, after.values);
-    PairedTTestRun run{.before = SampleFigures::of(before.name, before.values),
-                       .after = SampleFigures::of(after.name, after.values)};
-    run.result = GroupComparisonTests::pairedSamplesTTest(before.values, after.values);
-    if (run.result) {
-        const double error = SampleFigures::of("", changes).standardError.value_or(0.0);
-        run.interval = DifferenceInterval::of(*run.result, error, fields_.cmConfidence.get());
-        run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.before.n, std::nullopt);
+    std::string selection() const override {
+        return fields_.cmPairBefore->name + " and " + fields_.cmPairAfter->name;
     }
-    run.assumptions = AssumptionAudit::pairedAudit(changes);
-    run.charts = {GroupCharts::profile(measurements), GroupCharts::boxes(measurements, "Value")};
-    fields_.cmAssumptionFindings.replace(run.assumptions);
-    return run;
-}
 
-void PairedTTest::present(const PairedTTestRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = noSpread(run);
-        return;
-    }
-    content.tiles = TTestTables::tiles(*run.result, run.before.n, "complete pairs");
-    Card results{
-        .title = run.before.name + " and " + run.after.name,
-        .subtitle = "Of the cases with both values",
-        .tables = {measurementTable(run), TTestTables::testTable(*run.result, *run.interval)},
-        .wide = true};
-    if (auto line =
-            BayesFactorLine::passage(run.bayesFactor, {.alternative = "a change",
-                                                       .null = "no change",
-                                                       .caption = BayesFactorLine::tTestCaption})) {
-        results.passages.push_back(std::move(*line));
-    }
-    content.cards.push_back(std::move(results));
-    ResultText::addCharts(content, run.charts);
-    content.cards.push_back(assumptionCard(run));
-    content.cards.push_back(
-        {.title = "What not to claim", .cautions = {std::string(caution)}, .wide = true});
-    content.findings.push_back(finding(run));
-}
-
-Guide PairedTTest::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the mean of the same cases changed between two measurements, such as "
                 "before and after.",
             .needs =
@@ -202,6 +149,58 @@ Guide PairedTTest::guide() const {
                            std::string(ResultText::notProofOfEqualMeans),
                            "Do not generalise to the cases that dropped out before the second "
                            "measurement."}};
+    }
+
+private:
+    std::optional<PairedTTestRun> compute() override {
+        const std::vector<NamedNumericGroup> measurements = completeColumns(
+            state_.dataset(), {fields_.cmPairBefore->name, fields_.cmPairAfter->name});
+        const NamedNumericGroup& before = measurements[0];
+        const NamedNumericGroup& after = measurements[1];
+        const std::vector<double> changes = differences(before.values, after.values);
+        PairedTTestRun run{.before = SampleFigures::of(before.name, before.values),
+                           .after = SampleFigures::of(after.name, after.values)};
+        run.result = GroupComparisonTests::pairedSamplesTTest(before.values, after.values);
+        if (run.result) {
+            const double error = SampleFigures::of("", changes).standardError.value_or(0.0);
+            run.interval = DifferenceInterval::of(*run.result, error, fields_.cmConfidence.get());
+            run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.before.n, std::nullopt);
+        }
+        run.assumptions = AssumptionAudit::pairedAudit(changes);
+        run.charts = {GroupCharts::profile(measurements),
+                      GroupCharts::boxes(measurements, "Value")};
+        fields_.cmAssumptionFindings.replace(run.assumptions);
+        return run;
+    }
+
+    void present(const PairedTTestRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = noSpread(run);
+            return;
+        }
+        addReport(
+            {.title = "Paired t-test: " + run.before.name + " and " + run.after.name,
+             .sentence = sentence(run),
+             .tiles = TTestTables::tiles(*run.result, run.before.n, "complete pairs"),
+             .tables = {measurementTable(run), TTestTables::testTable(*run.result, *run.interval)},
+             .passage = BayesFactorLine::passage(run.bayesFactor,
+                                                 {.alternative = "a change",
+                                                  .null = "no change",
+                                                  .caption = BayesFactorLine::tTestCaption}),
+             .note = std::string(note),
+             .charts = run.charts,
+             .figureCaption = "Means of both measurements with 95% confidence intervals.",
+             .checks = assumptionCard(run),
+             .caution = std::string(caution)},
+            content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> CompareMeansAnalyses::pairedTTest(StudioState& state,
+                                                            CompareMeansFields& fields) {
+    return std::make_unique<PairedTTest>(state, fields, fields.cmPairedTTestRun);
 }
 
 }  // namespace sorvane

@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/CompareMeans/RepeatedMeasures.h"
-
 #include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
@@ -152,82 +151,49 @@ std::vector<Tile> tiles(const RMANOVAResult& result) {
             {"Subjects", ResultText::count(result.n), "complete in every condition"}};
 }
 
-}  // namespace
+class RepeatedMeasures final : public StoredAnalysis<CompareMeansFields, RepeatedMeasuresRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string RepeatedMeasures::subtitle() const {
-    return std::string(displayName(InferentialTest::repeatedMeasures));
-}
-
-void RepeatedMeasures::addControls(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const VariableLists::List numeric = numericVariables(state_.dataset());
-    form.controls.emplace_back(
-        withUnavailable(variableCheckList("Conditions", fields_.rmColumns, numeric),
-                        fields_.rmColumns.get(), numeric));
-}
-
-std::string RepeatedMeasures::runLabel() const {
-    return "Run repeated-measures ANOVA";
-}
-
-std::optional<Gate> RepeatedMeasures::gate() const {
-    const VariableLists::List numeric = numericVariables(state_.dataset());
-    if (std::optional<Gate> gone =
-            SelectionGates::goneColumn(fields_.rmColumns, numeric, "numeric columns")) {
-        return gone;
+    std::string subtitle() const override {
+        return std::string(displayName(InferentialTest::repeatedMeasures));
     }
-    const std::vector<std::string> names = FormControls::chosen(fields_.rmColumns.get(), numeric);
-    if (names.size() < 2) {
-        return tooFewConditions();
-    }
-    if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
-        return tooFewSubjects();
-    }
-    return std::nullopt;
-}
 
-std::string RepeatedMeasures::selection() const {
-    return ResultText::listed(
-        FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset())));
-}
-
-std::optional<RepeatedMeasuresRun> RepeatedMeasures::compute() {
-    const std::vector<std::string> names =
-        FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset()));
-    std::vector<NumericColumn> columns;
-    for (const std::string& name : names) {
-        columns.push_back(state_.dataset().numericColumn(name));
+    void addControls(SetupForm& form) override {
+        using namespace FormControls;  // NOLINT(google-build-using-namespace)
+        const VariableLists::List numeric = numericVariables(state_.dataset());
+        form.controls.emplace_back(
+            withUnavailable(variableCheckList("Conditions", fields_.rmColumns, numeric),
+                            fields_.rmColumns.get(), numeric));
     }
-    const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
-    fields_.cmAssumptionFindings.reset();
-    return RepeatedMeasuresRun{
-        .result = RepeatedMeasuresANOVA::test(columns, names),
-        .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
-}
 
-void RepeatedMeasures::present(const RepeatedMeasuresRun& run, ScreenContent& content) const {
-    if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
-        content.gate = couldNotCompute(run);
-        return;
+    std::string runLabel() const override { return "Run repeated-measures ANOVA"; }
+
+    std::optional<Gate> gate() const override {
+        const VariableLists::List numeric = numericVariables(state_.dataset());
+        if (std::optional<Gate> gone =
+                SelectionGates::goneColumn(fields_.rmColumns, numeric, "numeric columns")) {
+            return gone;
+        }
+        const std::vector<std::string> names =
+            FormControls::chosen(fields_.rmColumns.get(), numeric);
+        if (names.size() < 2) {
+            return tooFewConditions();
+        }
+        if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+            return tooFewSubjects();
+        }
+        return std::nullopt;
     }
-    const RMANOVAResult& result = *run.result;
-    addReport({.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames),
-               .sentence = sentence(result),
-               .tiles = tiles(result),
-               .tables = {sphericityTable(result), effectTable(result), pairTable(result),
-                          conditionTable(result)},
-               .note = "One-way within-subjects ANOVA. Mauchly's W = " +
-                       svFmtBounded(result.mauchlyW, 3) + ", " +
-                       ResultText::pSentence(result.mauchlyP) + ".",
-               .charts = run.charts,
-               .figureCaption = "Condition means with 95% confidence intervals.",
-               .caution = std::string(caution),
-               .warnings = ResultText::messages(result.readiness)},
-              content);
-}
 
-Guide RepeatedMeasures::guide() const {
-    return {.answers =
+    std::string selection() const override {
+        return ResultText::listed(
+            FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset())));
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the mean of the same cases differs between two or more conditions or "
                 "points in time.",
             .needs =
@@ -240,6 +206,50 @@ Guide RepeatedMeasures::guide() const {
                            "Do not report the uncorrected p-value where sphericity is violated.",
                            "Do not use items of one questionnaire as conditions only because they "
                            "share a response scale."}};
+    }
+
+private:
+    std::optional<RepeatedMeasuresRun> compute() override {
+        const std::vector<std::string> names =
+            FormControls::chosen(fields_.rmColumns.get(), numericVariables(state_.dataset()));
+        std::vector<NumericColumn> columns;
+        for (const std::string& name : names) {
+            columns.push_back(state_.dataset().numericColumn(name));
+        }
+        const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
+        fields_.cmAssumptionFindings.reset();
+        return RepeatedMeasuresRun{
+            .result = RepeatedMeasuresANOVA::test(columns, names),
+            .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
+    }
+
+    void present(const RepeatedMeasuresRun& run, ScreenContent& content) const override {
+        if (!run.result || run.result->readiness.status == AnalysisReadinessStatus::blocked) {
+            content.gate = couldNotCompute(run);
+            return;
+        }
+        const RMANOVAResult& result = *run.result;
+        addReport({.title = "Repeated-Measures ANOVA: " + ResultText::listed(result.conditionNames),
+                   .sentence = sentence(result),
+                   .tiles = tiles(result),
+                   .tables = {sphericityTable(result), effectTable(result), pairTable(result),
+                              conditionTable(result)},
+                   .note = "One-way within-subjects ANOVA. Mauchly's W = " +
+                           svFmtBounded(result.mauchlyW, 3) + ", " +
+                           ResultText::pSentence(result.mauchlyP) + ".",
+                   .charts = run.charts,
+                   .figureCaption = "Condition means with 95% confidence intervals.",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> CompareMeansAnalyses::repeatedMeasures(StudioState& state,
+                                                                 CompareMeansFields& fields) {
+    return std::make_unique<RepeatedMeasures>(state, fields, fields.cmRepeatedMeasuresRun);
 }
 
 }  // namespace sorvane

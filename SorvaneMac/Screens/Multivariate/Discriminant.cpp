@@ -1,6 +1,6 @@
-#include "SorvaneMac/Screens/Multivariate/Discriminant.h"
-
 #include "SorvaneMac/Screens/Multivariate/GroupedOutcomes.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
+#include "SorvaneMac/Screens/PlannedAnalysis.h"
 
 namespace sorvane {
 
@@ -14,18 +14,22 @@ Gate cannotRunDiscriminant() {
                 "groups, and enough complete cases."};
 }
 
-}  // namespace
+class Discriminant final : public PlannedAnalysis<MultivariateFields> {
+public:
+    using PlannedAnalysis::PlannedAnalysis;
 
-void Discriminant::addControls(SetupForm& form) {
-    GroupedOutcomes::addControls(form, state_.dataset(), fields_, "Variables");
-}
+    std::string subtitle() const override {
+        return "Tell groups apart by several numeric variables at once.";
+    }
+    void addControls(SetupForm& form) override {
+        GroupedOutcomes::addControls(form, state_.dataset(), fields_, "Variables");
+    }
 
-std::optional<Gate> Discriminant::selectionGate() const {
-    return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunDiscriminant());
-}
+    std::string runLabel() const override { return "Run discriminant analysis"; }
 
-Guide Discriminant::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Which weighted combinations of numeric variables tell known groups apart, and "
                 "how many cases they would place in their own group.",
             .needs =
@@ -36,6 +40,21 @@ Guide Discriminant::guide() const {
                            "Do not compare that share with zero; compare it with the share of the "
                            "largest group.",
                            "Do not read weights of correlated variables as their importance."}};
+    }
+
+private:
+    std::string_view name() const override { return displayName(MVTest::discriminant); }
+
+    std::optional<Gate> selectionGate() const override {
+        return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunDiscriminant());
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> MultivariateAnalyses::discriminant(StudioState& state,
+                                                             MultivariateFields& fields) {
+    return std::make_unique<Discriminant>(state, fields);
 }
 
 }  // namespace sorvane

@@ -1,7 +1,6 @@
-#include "SorvaneMac/Screens/Multivariate/Manova.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Multivariate/GroupedOutcomes.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -73,55 +72,32 @@ std::vector<Tile> tiles(const MANOVAResult& result) {
             {"Cases used", ResultText::count(result.n), "complete on all variables"}};
 }
 
-}  // namespace
+class Manova final : public StoredAnalysis<MultivariateFields, MANOVAResult> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string Manova::subtitle() const {
-    return "Compare groups on several numeric outcomes at once.";
-}
-
-void Manova::addControls(SetupForm& form) {
-    GroupedOutcomes::addControls(form, state_.dataset(), fields_, "Outcomes");
-}
-
-std::optional<Gate> Manova::gate() const {
-    return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunManova());
-}
-
-std::string Manova::selection() const {
-    return ResultText::listed(GroupedOutcomes::chosen(state_.dataset(), fields_)) + " by " +
-           fields_.mvGroup->name;
-}
-
-std::optional<MANOVAResult> Manova::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    const std::vector<std::string> names = GroupedOutcomes::chosen(dataset, fields_);
-    std::vector<NumericColumn> columns;
-    for (const std::string& name : names) {
-        columns.push_back(dataset.numericColumn(name));
+    std::string subtitle() const override {
+        return "Compare groups on several numeric outcomes at once.";
     }
-    const std::string group = fields_.mvGroup->name;
-    return MultivariateANOVA::test(columns, dataset.rows.column(*dataset.columnIndex(group)),
-                                   {.dependentNames = names, .groupFactorName = group});
-}
 
-void Manova::present(const MANOVAResult& result, ScreenContent& content) const {
-    if (result.readiness.status == AnalysisReadinessStatus::blocked) {
-        content.gate = couldNotCompute(result);
-        return;
+    void addControls(SetupForm& form) override {
+        GroupedOutcomes::addControls(form, state_.dataset(), fields_, "Outcomes");
     }
-    addReport({.title = "MANOVA: outcomes by " + result.groupFactorName,
-               .sentence = sentence(result),
-               .tiles = tiles(result),
-               .tables = {testTable(result)},
-               .note = std::string(note) +
-                       " Outcomes: " + ResultText::listed(result.dependentNames) + ".",
-               .caution = std::string(caution),
-               .warnings = ResultText::messages(result.readiness)},
-              content);
-}
 
-Guide Manova::guide() const {
-    return {.answers =
+    std::string runLabel() const override { return "Run MANOVA"; }
+
+    std::optional<Gate> gate() const override {
+        return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunManova());
+    }
+
+    std::string selection() const override {
+        return ResultText::listed(GroupedOutcomes::chosen(state_.dataset(), fields_)) + " by " +
+               fields_.mvGroup->name;
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether groups differ on several numeric outcomes taken together, also where no "
                 "single outcome shows it.",
             .needs =
@@ -133,6 +109,43 @@ Guide Manova::guide() const {
                            "up with univariate tests cautiously.",
                            "Do not pick among the four test statistics after seeing which is "
                            "significant; Pillai's trace is the most robust."}};
+    }
+
+private:
+    std::optional<MANOVAResult> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        const std::vector<std::string> names = GroupedOutcomes::chosen(dataset, fields_);
+        std::vector<NumericColumn> columns;
+        for (const std::string& name : names) {
+            columns.push_back(dataset.numericColumn(name));
+        }
+        const std::string group = fields_.mvGroup->name;
+        return MultivariateANOVA::test(columns, dataset.rows.column(*dataset.columnIndex(group)),
+                                       {.dependentNames = names, .groupFactorName = group});
+    }
+
+    void present(const MANOVAResult& result, ScreenContent& content) const override {
+        if (result.readiness.status == AnalysisReadinessStatus::blocked) {
+            content.gate = couldNotCompute(result);
+            return;
+        }
+        addReport({.title = "MANOVA: outcomes by " + result.groupFactorName,
+                   .sentence = sentence(result),
+                   .tiles = tiles(result),
+                   .tables = {testTable(result)},
+                   .note = std::string(note) +
+                           " Outcomes: " + ResultText::listed(result.dependentNames) + ".",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> MultivariateAnalyses::manova(StudioState& state,
+                                                       MultivariateFields& fields) {
+    return std::make_unique<Manova>(state, fields, fields.mvManovaStored);
 }
 
 }  // namespace sorvane

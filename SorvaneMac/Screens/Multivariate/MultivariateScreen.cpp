@@ -1,9 +1,7 @@
 #include "SorvaneMac/Screens/Multivariate/MultivariateScreen.h"
 
-#include "SorvaneMac/Screens/Multivariate/CanonicalCorrelation.h"
-#include "SorvaneMac/Screens/Multivariate/Discriminant.h"
 #include "SorvaneMac/Screens/Multivariate/GroupedOutcomes.h"
-#include "SorvaneMac/Screens/Multivariate/Manova.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
 #include "SorvaneMac/Screens/Seeding.h"
 
 namespace sorvane {
@@ -20,9 +18,9 @@ constexpr std::size_t seededVariables = 2;
 MultivariateScreen::MultivariateScreen(StudioState& state, MultivariateFields& fields)
     : AnalysisScreen(StudioScreen::multivariate, state, fields.mvHasRun), fields_(fields) {
     chooseBy("Test", fields.mvTest);
-    add(std::make_unique<Manova>(state, fields));
-    add(std::make_unique<Discriminant>(state, fields));
-    add(std::make_unique<CanonicalCorrelation>(state, fields));
+    add(MultivariateAnalyses::manova(state, fields));
+    add(MultivariateAnalyses::discriminant(state, fields));
+    add(MultivariateAnalyses::canonicalCorrelation(state, fields));
 }
 
 void MultivariateScreen::seed() {

@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/Nonparametric/ChiSquareFit.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryFields.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -81,64 +80,39 @@ std::vector<std::string> warningsOf(const GoodnessOfFitResult& result) {
     return all;
 }
 
-}  // namespace
+class ChiSquareFit final : public StoredAnalysis<NonparametricFields, GoodnessOfFitRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string ChiSquareFit::subtitle() const {
-    return std::string(displayName(NPTest::goodnessOfFit));
-}
-
-void ChiSquareFit::addControls(SetupForm& form) {
-    form.controls.emplace_back(FormControls::variablePicker(
-        "Category", fields_.npGoFVar, anovaGroupingVariables(state_.dataset())));
-    form.controls.emplace_back(NoteControl{std::string(note)});
-}
-
-std::optional<Gate> ChiSquareFit::gate() const {
-    const ImportedDataset& dataset = state_.dataset();
-    if (std::optional<Gate> gone = SelectionGates::goneColumn(
-            fields_.npGoFVar, anovaGroupingVariables(dataset), "grouping columns")) {
-        return gone;
+    std::string subtitle() const override {
+        return std::string(displayName(NPTest::goodnessOfFit));
     }
-    if (Categories::of(dataset, fields_.npGoFVar->name).size() < 2) {
-        return notComputable(name, "Need 2+ categories in the chosen field.");
+
+    void addControls(SetupForm& form) override {
+        form.controls.emplace_back(FormControls::variablePicker(
+            "Category", fields_.npGoFVar, anovaGroupingVariables(state_.dataset())));
+        form.controls.emplace_back(NoteControl{std::string(note)});
     }
-    return std::nullopt;
-}
 
-std::string ChiSquareFit::selection() const {
-    return fields_.npGoFVar->name;
-}
+    std::string runLabel() const override { return "Run goodness-of-fit"; }
 
-std::optional<GoodnessOfFitRun> ChiSquareFit::compute() {
-    return GoodnessOfFitRun{.category = fields_.npGoFVar->name,
-                            .result = GoodnessOfFit::chiSquare(
-                                CategoryFields::column(state_.dataset(), fields_.npGoFVar), {})};
-}
-
-void ChiSquareFit::present(const GoodnessOfFitRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = notComputable(name, "Need 2+ categories in the chosen field.");
-        return;
+    std::optional<Gate> gate() const override {
+        const ImportedDataset& dataset = state_.dataset();
+        if (std::optional<Gate> gone = SelectionGates::goneColumn(
+                fields_.npGoFVar, anovaGroupingVariables(dataset), "grouping columns")) {
+            return gone;
+        }
+        if (Categories::of(dataset, fields_.npGoFVar->name).size() < 2) {
+            return notComputable(name, "Need 2+ categories in the chosen field.");
+        }
+        return std::nullopt;
     }
-    const GoodnessOfFitResult& result = *run.result;
-    addReport({.title = "Goodness-of-fit: " + run.category,
-               .sentence = sentence(run),
-               .tiles = {{statisticText(result), svFmt(result.statistic, 2), ""},
-                         ResultText::pValueTile(result.pValue),
-                         {"Categories",
-                          ResultText::count(static_cast<std::int64_t>(result.observed.size())),
-                          "equal shares expected"}},
-               .tables = {categoryTable(run), testTable(result)},
-               .note = std::string(note),
-               .charts = {countChart(run)},
-               .figureCaption = "Observed and expected counts of " + run.category + ".",
-               .caution = std::string(caution),
-               .warnings = warningsOf(result)},
-              content);
-}
 
-Guide ChiSquareFit::guide() const {
-    return {.answers = "Whether the counts of one variable's categories depart from equal shares.",
+    std::string selection() const override { return fields_.npGoFVar->name; }
+
+    Guide guide() const override {
+        return {
+            .answers = "Whether the counts of one variable's categories depart from equal shares.",
             .needs =
                 "A variable with two or more categories, each case counted once, and expected "
                 "counts of at least 5 in each category.",
@@ -146,6 +120,44 @@ Guide ChiSquareFit::guide() const {
                            "shares: the expectation here is equal shares.",
                            "Do not claim that the shares are equal because the test is not "
                            "significant."}};
+    }
+
+private:
+    std::optional<GoodnessOfFitRun> compute() override {
+        return GoodnessOfFitRun{
+            .category = fields_.npGoFVar->name,
+            .result = GoodnessOfFit::chiSquare(
+                CategoryFields::column(state_.dataset(), fields_.npGoFVar), {})};
+    }
+
+    void present(const GoodnessOfFitRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = notComputable(name, "Need 2+ categories in the chosen field.");
+            return;
+        }
+        const GoodnessOfFitResult& result = *run.result;
+        addReport({.title = "Goodness-of-fit: " + run.category,
+                   .sentence = sentence(run),
+                   .tiles = {{statisticText(result), svFmt(result.statistic, 2), ""},
+                             ResultText::pValueTile(result.pValue),
+                             {"Categories",
+                              ResultText::count(static_cast<std::int64_t>(result.observed.size())),
+                              "equal shares expected"}},
+                   .tables = {categoryTable(run), testTable(result)},
+                   .note = std::string(note),
+                   .charts = {countChart(run)},
+                   .figureCaption = "Observed and expected counts of " + run.category + ".",
+                   .caution = std::string(caution),
+                   .warnings = warningsOf(result)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::chiSquareFit(StudioState& state,
+                                                              NonparametricFields& fields) {
+    return std::make_unique<ChiSquareFit>(state, fields, fields.npGoodnessOfFitRun);
 }
 
 }  // namespace sorvane

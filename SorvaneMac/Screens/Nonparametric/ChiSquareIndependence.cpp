@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/Nonparametric/ChiSquareIndependence.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/CategoryTables.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryFields.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -79,58 +78,33 @@ std::vector<Tile> tiles(const ChiSquareResult& result) {
         {"Cases used", ResultText::count(casesOf(result)), "with both categories"}};
 }
 
-}  // namespace
+class ChiSquareIndependence final : public StoredAnalysis<NonparametricFields, IndependenceRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string ChiSquareIndependence::subtitle() const {
-    return std::string(displayName(NPTest::chiSquare));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::chiSquare)); }
 
-void ChiSquareIndependence::addControls(SetupForm& form) {
-    CategoryFields::addControls(form, state_.dataset(), fields_);
-}
-
-std::optional<Gate> ChiSquareIndependence::gate() const {
-    if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
-            state_.dataset(), fields_, "Pick two different categorical fields.")) {
-        return missing;
+    void addControls(SetupForm& form) override {
+        CategoryFields::addControls(form, state_.dataset(), fields_);
     }
-    return CategoryTableGates::singleCategory(state_.dataset(), fields_);
-}
 
-std::string ChiSquareIndependence::selection() const {
-    return fields_.npRowCat->name + " by " + fields_.npColCat->name;
-}
+    std::string runLabel() const override { return "Run chi-square"; }
 
-std::optional<IndependenceRun> ChiSquareIndependence::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    return IndependenceRun{
-        .rowName = fields_.npRowCat->name,
-        .columnName = fields_.npColCat->name,
-        .result = CategoricalTests::chiSquare(CategoryFields::column(dataset, fields_.npRowCat),
-                                              CategoryFields::column(dataset, fields_.npColCat))};
-}
-
-void ChiSquareIndependence::present(const IndependenceRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = CategoryTableGates::noTable();
-        return;
+    std::optional<Gate> gate() const override {
+        if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
+                state_.dataset(), fields_, "Pick two different categorical fields.")) {
+            return missing;
+        }
+        return CategoryTableGates::singleCategory(state_.dataset(), fields_);
     }
-    const CategoryCounts counts = countsOf(run);
-    addReport(
-        {.title = "Chi-square: " + run.rowName + " by " + run.columnName,
-         .sentence = sentence(run),
-         .tiles = tiles(*run.result),
-         .tables = {CategoryTables::countTable(counts), testTable(*run.result), expectedTable(run)},
-         .note = std::string(note),
-         .charts = {CategoryTables::shareChart(counts)},
-         .figureCaption = "Shares of " + run.columnName + " within " + run.rowName + ".",
-         .caution = std::string(caution),
-         .warnings = run.result->warnings},
-        content);
-}
 
-Guide ChiSquareIndependence::guide() const {
-    return {.answers =
+    std::string selection() const override {
+        return fields_.npRowCat->name + " by " + fields_.npColCat->name;
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether two categorical variables are associated, and how strongly (Cramer's V).",
             .needs =
                 "Each case counted once, in one row and one column. Expected counts should be 5 "
@@ -140,6 +114,43 @@ Guide ChiSquareIndependence::guide() const {
                            "it so.",
                            "Do not use it for two measurements of the same cases; that is what "
                            "McNemar is for."}};
+    }
+
+private:
+    std::optional<IndependenceRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        return IndependenceRun{.rowName = fields_.npRowCat->name,
+                               .columnName = fields_.npColCat->name,
+                               .result = CategoricalTests::chiSquare(
+                                   CategoryFields::column(dataset, fields_.npRowCat),
+                                   CategoryFields::column(dataset, fields_.npColCat))};
+    }
+
+    void present(const IndependenceRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = CategoryTableGates::noTable();
+            return;
+        }
+        const CategoryCounts counts = countsOf(run);
+        addReport({.title = "Chi-square: " + run.rowName + " by " + run.columnName,
+                   .sentence = sentence(run),
+                   .tiles = tiles(*run.result),
+                   .tables = {CategoryTables::countTable(counts), testTable(*run.result),
+                              expectedTable(run)},
+                   .note = std::string(note),
+                   .charts = {CategoryTables::shareChart(counts)},
+                   .figureCaption = "Shares of " + run.columnName + " within " + run.rowName + ".",
+                   .caution = std::string(caution),
+                   .warnings = run.result->warnings},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::chiSquareIndependence(
+    StudioState& state, NonparametricFields& fields) {
+    return std::make_unique<ChiSquareIndependence>(state, fields, fields.npChiSquareRun);
 }
 
 }  // namespace sorvane

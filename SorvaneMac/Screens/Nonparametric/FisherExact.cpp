@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/Nonparametric/FisherExact.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/CategoryTables.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryFields.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -39,70 +38,33 @@ std::string sentence(const FisherRun& run) {
            " (two-sided), odds ratio = " + oddsText(result, 2) + ".";
 }
 
-}  // namespace
+class FisherExact final : public StoredAnalysis<NonparametricFields, FisherRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string FisherExact::subtitle() const {
-    return std::string(displayName(NPTest::fisher));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::fisher)); }
 
-void FisherExact::addControls(SetupForm& form) {
-    CategoryFields::addControls(form, state_.dataset(), fields_);
-}
-
-std::optional<Gate> FisherExact::gate() const {
-    if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
-            state_.dataset(), fields_, "Pick two different fields.")) {
-        return missing;
+    void addControls(SetupForm& form) override {
+        CategoryFields::addControls(form, state_.dataset(), fields_);
     }
-    return CategoryTableGates::notTwoByTwo(state_.dataset(), fields_);
-}
 
-std::string FisherExact::selection() const {
-    return fields_.npRowCat->name + " by " + fields_.npColCat->name;
-}
+    std::string runLabel() const override { return "Run Fisher exact"; }
 
-std::optional<FisherRun> FisherExact::compute() {
-    const TextColumn& rows = CategoryFields::column(state_.dataset(), fields_.npRowCat);
-    const TextColumn& columns = CategoryFields::column(state_.dataset(), fields_.npColCat);
-    FisherRun run{.rowName = fields_.npRowCat->name, .columnName = fields_.npColCat->name};
-    if (const std::optional<ChiSquareResult> table = CategoricalTests::chiSquare(rows, columns)) {
-        run.rowLabels = table->rowLabels;
-        run.columnLabels = table->columnLabels;
+    std::optional<Gate> gate() const override {
+        if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
+                state_.dataset(), fields_, "Pick two different fields.")) {
+            return missing;
+        }
+        return CategoryTableGates::notTwoByTwo(state_.dataset(), fields_);
     }
-    run.result = FisherExactTests::test(rows, columns);
-    return run;
-}
 
-void FisherExact::present(const FisherRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = CategoryTableGates::needsTwoByTwo(
-            "Among the cases with both categories, one field has not exactly two. Pick other "
-            "fields, or use the chi-square test.");
-        return;
+    std::string selection() const override {
+        return fields_.npRowCat->name + " by " + fields_.npColCat->name;
     }
-    const FisherExactResult& result = *run.result;
-    const CategoryCounts counts{.rowName = run.rowName,
-                                .columnName = run.columnName,
-                                .rowLabels = run.rowLabels,
-                                .columnLabels = run.columnLabels,
-                                .counts = result.observed};
-    addReport(
-        {.title = "Fisher exact: " + run.rowName + " by " + run.columnName,
-         .sentence = sentence(run),
-         .tiles = {ResultText::pValueTile(result.pValue),
-                   {"Odds ratio", oddsText(result, 2), "ad / bc"},
-                   {"One-sided p", ResultText::pTile(result.oneSidedPValue), "the smaller tail"}},
-         .tables = {CategoryTables::countTable(counts), testTable(result)},
-         .note = std::string(note),
-         .charts = {CategoryTables::shareChart(counts)},
-         .figureCaption = "Shares of " + run.columnName + " within " + run.rowName + ".",
-         .caution = std::string(caution),
-         .warnings = ResultText::messages(result.readiness)},
-        content);
-}
 
-Guide FisherExact::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether two variables of two categories each are associated, with an exact "
                 "p-value at any sample size, and what their odds ratio is.",
             .needs = "Two fields with exactly two categories each, and each case counted once.",
@@ -111,6 +73,56 @@ Guide FisherExact::guide() const {
                            "only where the outcome is rare.",
                            "Do not take an exact p-value for strong evidence: a small table still "
                            "has little power."}};
+    }
+
+private:
+    std::optional<FisherRun> compute() override {
+        const TextColumn& rows = CategoryFields::column(state_.dataset(), fields_.npRowCat);
+        const TextColumn& columns = CategoryFields::column(state_.dataset(), fields_.npColCat);
+        FisherRun run{.rowName = fields_.npRowCat->name, .columnName = fields_.npColCat->name};
+        if (const std::optional<ChiSquareResult> table =
+                CategoricalTests::chiSquare(rows, columns)) {
+            run.rowLabels = table->rowLabels;
+            run.columnLabels = table->columnLabels;
+        }
+        run.result = FisherExactTests::test(rows, columns);
+        return run;
+    }
+
+    void present(const FisherRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = CategoryTableGates::needsTwoByTwo(
+                "Among the cases with both categories, one field has not exactly two. Pick other "
+                "fields, or use the chi-square test.");
+            return;
+        }
+        const FisherExactResult& result = *run.result;
+        const CategoryCounts counts{.rowName = run.rowName,
+                                    .columnName = run.columnName,
+                                    .rowLabels = run.rowLabels,
+                                    .columnLabels = run.columnLabels,
+                                    .counts = result.observed};
+        addReport({.title = "Fisher exact: " + run.rowName + " by " + run.columnName,
+                   .sentence = sentence(run),
+                   .tiles = {ResultText::pValueTile(result.pValue),
+                             {"Odds ratio", oddsText(result, 2), "ad / bc"},
+                             {"One-sided p", ResultText::pTile(result.oneSidedPValue),
+                              "the smaller tail"}},
+                   .tables = {CategoryTables::countTable(counts), testTable(result)},
+                   .note = std::string(note),
+                   .charts = {CategoryTables::shareChart(counts)},
+                   .figureCaption = "Shares of " + run.columnName + " within " + run.rowName + ".",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::fisherExact(StudioState& state,
+                                                             NonparametricFields& fields) {
+    return std::make_unique<FisherExact>(state, fields, fields.npFisherRun);
 }
 
 }  // namespace sorvane

@@ -1,10 +1,9 @@
-#include "SorvaneMac/Screens/Nonparametric/Friedman.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -69,75 +68,45 @@ std::vector<Tile> tiles(const FriedmanResult& result) {
             {"Cases used", ResultText::count(result.subjects), "complete in every condition"}};
 }
 
-}  // namespace
+class Friedman final : public StoredAnalysis<NonparametricFields, FriedmanRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string Friedman::subtitle() const {
-    return std::string(displayName(NPTest::friedman));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::friedman)); }
 
-void Friedman::addControls(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const VariableLists::List numeric = numericVariables(state_.dataset());
-    form.controls.emplace_back(
-        withUnavailable(variableCheckList("Items", fields_.npFriedmanItems, numeric),
-                        fields_.npFriedmanItems.get(), numeric));
-}
-
-std::optional<Gate> Friedman::gate() const {
-    const VariableLists::List numeric = numericVariables(state_.dataset());
-    if (std::optional<Gate> gone =
-            SelectionGates::goneColumn(fields_.npFriedmanItems, numeric, "numeric columns")) {
-        return gone;
+    void addControls(SetupForm& form) override {
+        using namespace FormControls;  // NOLINT(google-build-using-namespace)
+        const VariableLists::List numeric = numericVariables(state_.dataset());
+        form.controls.emplace_back(
+            withUnavailable(variableCheckList("Items", fields_.npFriedmanItems, numeric),
+                            fields_.npFriedmanItems.get(), numeric));
     }
-    const std::vector<std::string> names =
-        FormControls::chosen(fields_.npFriedmanItems.get(), numeric);
-    if (names.size() < fewestFriedmanItems ||
-        !Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
-        return notComputable(name, "Select 3+ item columns and have 2+ complete cases.");
-    }
-    return std::nullopt;
-}
 
-std::string Friedman::selection() const {
-    return ResultText::listed(
-        FormControls::chosen(fields_.npFriedmanItems.get(), numericVariables(state_.dataset())));
-}
+    std::string runLabel() const override { return "Run Friedman"; }
 
-std::optional<FriedmanRun> Friedman::compute() {
-    const std::vector<std::string> names =
-        FormControls::chosen(fields_.npFriedmanItems.get(), numericVariables(state_.dataset()));
-    std::vector<NumericColumn> columns;
-    for (const std::string& each : names) {
-        columns.push_back(state_.dataset().numericColumn(each));
+    std::optional<Gate> gate() const override {
+        const VariableLists::List numeric = numericVariables(state_.dataset());
+        if (std::optional<Gate> gone =
+                SelectionGates::goneColumn(fields_.npFriedmanItems, numeric, "numeric columns")) {
+            return gone;
+        }
+        const std::vector<std::string> names =
+            FormControls::chosen(fields_.npFriedmanItems.get(), numeric);
+        if (names.size() < fewestFriedmanItems ||
+            !Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+            return notComputable(name, "Select 3+ item columns and have 2+ complete cases.");
+        }
+        return std::nullopt;
     }
-    const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
-    FriedmanRun run;
-    for (const NamedNumericGroup& condition : conditions) {
-        run.conditions.push_back(OrderFigures::of(condition.name, condition.values));
-    }
-    run.result = NonparametricTests::friedman(columns);
-    run.charts = {GroupCharts::boxes(conditions, "Value")};
-    return run;
-}
 
-void Friedman::present(const FriedmanRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = notComputable(name, "Select 3+ item columns and have 2+ complete cases.");
-        return;
+    std::string selection() const override {
+        return ResultText::listed(FormControls::chosen(fields_.npFriedmanItems.get(),
+                                                       numericVariables(state_.dataset())));
     }
-    addReport({.title = "Friedman test across " + ResultText::listed(namesOf(run)),
-               .sentence = sentence(run),
-               .tiles = tiles(*run.result),
-               .tables = {testTable(*run.result), conditionTable(run)},
-               .note = std::string(note),
-               .charts = run.charts,
-               .figureCaption = "Box plots of the conditions.",
-               .caution = std::string(caution)},
-              content);
-}
 
-Guide Friedman::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the same cases rank three or more conditions, items or points in time "
                 "differently.",
             .needs =
@@ -146,6 +115,49 @@ Guide Friedman::guide() const {
             .doNotClaim = {"Do not claim which conditions differ from this test alone.",
                            "Do not compare columns that were answered on different scales: their "
                            "ranks would only mirror the scales."}};
+    }
+
+private:
+    std::optional<FriedmanRun> compute() override {
+        const std::vector<std::string> names =
+            FormControls::chosen(fields_.npFriedmanItems.get(), numericVariables(state_.dataset()));
+        std::vector<NumericColumn> columns;
+        for (const std::string& each : names) {
+            columns.push_back(state_.dataset().numericColumn(each));
+        }
+        const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
+        FriedmanRun run;
+        for (const NamedNumericGroup& condition : conditions) {
+            run.conditions.push_back(OrderFigures::of(condition.name, condition.values));
+        }
+        run.result = NonparametricTests::friedman(columns);
+        run.charts = {GroupCharts::boxes(conditions, "Value")};
+        return run;
+    }
+
+    void present(const FriedmanRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate =
+                notComputable(name, "Select 3+ item columns and have 2+ complete cases.");
+            return;
+        }
+        addReport({.title = "Friedman test across " + ResultText::listed(namesOf(run)),
+                   .sentence = sentence(run),
+                   .tiles = tiles(*run.result),
+                   .tables = {testTable(*run.result), conditionTable(run)},
+                   .note = std::string(note),
+                   .charts = run.charts,
+                   .figureCaption = "Box plots of the conditions.",
+                   .caution = std::string(caution)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::friedman(StudioState& state,
+                                                          NonparametricFields& fields) {
+    return std::make_unique<Friedman>(state, fields, fields.npFriedmanRun);
 }
 
 }  // namespace sorvane

@@ -1,10 +1,9 @@
-#include "SorvaneMac/Screens/Nonparametric/KruskalWallis.h"
-
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"
 #include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -76,68 +75,38 @@ std::vector<Tile> tiles(const KruskalWallisRun& run) {
             {"Cases used", ResultText::count(cases), "with a group and an outcome"}};
 }
 
-}  // namespace
+class KruskalWallis final : public StoredAnalysis<NonparametricFields, KruskalWallisRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string KruskalWallis::subtitle() const {
-    return std::string(displayName(NPTest::kruskalWallis));
-}
-
-void KruskalWallis::addControls(SetupForm& form) {
-    GroupSelection::addControls(form, state_.dataset(), {fields_.npOutcome, fields_.npGroup});
-}
-
-std::optional<Gate> KruskalWallis::gate() const {
-    const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
-    if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
-        return missing;
+    std::string subtitle() const override {
+        return std::string(displayName(NPTest::kruskalWallis));
     }
-    if (!GroupSelection::hasTwoUsableGroups(state_.dataset(), selected)) {
-        return notComputable(name, "Need 2+ groups with 2+ values each.");
-    }
-    return std::nullopt;
-}
 
-std::string KruskalWallis::selection() const {
-    return fields_.npOutcome->name + " by " + fields_.npGroup->name;
-}
-
-std::optional<KruskalWallisRun> KruskalWallis::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    KruskalWallisRun run{.outcome = fields_.npOutcome->name, .grouping = fields_.npGroup->name};
-    GroupedRows rows = GroupedRows::of(dataset.rows.column(*dataset.columnIndex(run.grouping)),
-                                       dataset.numericColumn(run.outcome));
-    rows.sortByLabel();
-    const std::vector<NamedNumericGroup> groups = rows.takeGroups(GroupSelection::fewestCases);
-    for (const NamedNumericGroup& group : groups) {
-        run.groups.push_back(OrderFigures::of(group.name, group.values));
+    void addControls(SetupForm& form) override {
+        GroupSelection::addControls(form, state_.dataset(), {fields_.npOutcome, fields_.npGroup});
     }
-    run.result = GroupComparisonEngine::kruskalWallis(groups);
-    run.pairs = GroupComparisonEngine::dunnTest(groups);
-    run.charts = {GroupCharts::boxes(groups, run.outcome)};
-    return run;
-}
 
-void KruskalWallis::present(const KruskalWallisRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = notComputable(name, "Need 2+ groups with 2+ values each.");
-        return;
-    }
-    TestReport report{.title = "Kruskal-Wallis: " + run.outcome + " by " + run.grouping,
-                      .sentence = sentence(run),
-                      .tiles = tiles(run),
-                      .tables = {testTable(*run.result), groupTable(run)},
-                      .note = std::string(note),
-                      .charts = run.charts,
-                      .figureCaption = "Box plots of " + run.outcome + " by " + run.grouping + ".",
-                      .caution = std::string(caution)};
-    if (!run.pairs.empty()) {
-        report.tables.push_back(pairTable(run));
-    }
-    addReport(std::move(report), content);
-}
+    std::string runLabel() const override { return "Run Kruskal-Wallis"; }
 
-Guide KruskalWallis::guide() const {
-    return {.answers =
+    std::optional<Gate> gate() const override {
+        const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
+        if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
+            return missing;
+        }
+        if (!GroupSelection::hasTwoUsableGroups(state_.dataset(), selected)) {
+            return notComputable(name, "Need 2+ groups with 2+ values each.");
+        }
+        return std::nullopt;
+    }
+
+    std::string selection() const override {
+        return fields_.npOutcome->name + " by " + fields_.npGroup->name;
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether values tend to be larger in some of several independent groups than in "
                 "others, judged by ranks.",
             .needs =
@@ -146,6 +115,51 @@ Guide KruskalWallis::guide() const {
             .doNotClaim = {"Do not claim which groups differ from this test alone; that takes "
                            "pairwise comparisons with an adjustment.",
                            std::string(notMeans)}};
+    }
+
+private:
+    std::optional<KruskalWallisRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        KruskalWallisRun run{.outcome = fields_.npOutcome->name, .grouping = fields_.npGroup->name};
+        GroupedRows rows = GroupedRows::of(dataset.rows.column(*dataset.columnIndex(run.grouping)),
+                                           dataset.numericColumn(run.outcome));
+        rows.sortByLabel();
+        const std::vector<NamedNumericGroup> groups = rows.takeGroups(GroupSelection::fewestCases);
+        for (const NamedNumericGroup& group : groups) {
+            run.groups.push_back(OrderFigures::of(group.name, group.values));
+        }
+        run.result = GroupComparisonEngine::kruskalWallis(groups);
+        run.pairs = GroupComparisonEngine::dunnTest(groups);
+        run.charts = {GroupCharts::boxes(groups, run.outcome)};
+        return run;
+    }
+
+    void present(const KruskalWallisRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = notComputable(name, "Need 2+ groups with 2+ values each.");
+            return;
+        }
+        TestReport report{
+            .title = "Kruskal-Wallis: " + run.outcome + " by " + run.grouping,
+            .sentence = sentence(run),
+            .tiles = tiles(run),
+            .tables = {testTable(*run.result), groupTable(run)},
+            .note = std::string(note),
+            .charts = run.charts,
+            .figureCaption = "Box plots of " + run.outcome + " by " + run.grouping + ".",
+            .caution = std::string(caution)};
+        if (!run.pairs.empty()) {
+            report.tables.push_back(pairTable(run));
+        }
+        addReport(std::move(report), content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::kruskalWallis(StudioState& state,
+                                                               NonparametricFields& fields) {
+    return std::make_unique<KruskalWallis>(state, fields, fields.npKruskalWallisRun);
 }
 
 }  // namespace sorvane

@@ -1,9 +1,8 @@
-#include "SorvaneMac/Screens/Nonparametric/MannWhitney.h"
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -67,76 +66,48 @@ std::vector<Tile> tiles(const MannWhitneyResult& result) {
             {"Cases used", ResultText::count(result.n1 + result.n2), "in both groups"}};
 }
 
-}  // namespace
+class MannWhitney final : public StoredAnalysis<NonparametricFields, MannWhitneyRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string MannWhitney::subtitle() const {
-    return std::string(displayName(NPTest::mannWhitney));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::mannWhitney)); }
 
-void MannWhitney::addControls(SetupForm& form) {
-    const std::vector<std::string> groups = npCategories(state_.dataset(), fields_);
-    GroupSelection::addControls(form, state_.dataset(), {fields_.npOutcome, fields_.npGroup},
-                                [this] {
-                                    Categories::refillPair(fields_.npG1, fields_.npG2,
-                                                           npCategories(state_.dataset(), fields_));
-                                });
-    form.controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.npG1, groups));
-    form.controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.npG2, groups));
-}
-
-std::optional<Gate> MannWhitney::gate() const {
-    const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
-    if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
-        return missing;
+    void addControls(SetupForm& form) override {
+        const std::vector<std::string> groups = npCategories(state_.dataset(), fields_);
+        GroupSelection::addControls(
+            form, state_.dataset(), {fields_.npOutcome, fields_.npGroup}, [this] {
+                Categories::refillPair(fields_.npG1, fields_.npG2,
+                                       npCategories(state_.dataset(), fields_));
+            });
+        form.controls.emplace_back(OptionControls::categoryPicker("Group 1", fields_.npG1, groups));
+        form.controls.emplace_back(OptionControls::categoryPicker("Group 2", fields_.npG2, groups));
     }
-    const auto check = GroupSelection::checkPair(state_.dataset(), selected, fields_.npG1.get(),
-                                                 fields_.npG2.get());
-    if (!check) {
-        return std::nullopt;
+
+    std::string runLabel() const override { return "Run Mann-Whitney U"; }
+
+    std::optional<Gate> gate() const override {
+        const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
+        if (std::optional<Gate> missing = GroupSelection::gate(state_.dataset(), selected)) {
+            return missing;
+        }
+        const auto check = GroupSelection::checkPair(state_.dataset(), selected, fields_.npG1.get(),
+                                                     fields_.npG2.get());
+        if (!check) {
+            return std::nullopt;
+        }
+        return notComputable(name,
+                             check->problem == GroupSelection::PairProblem::tooSmall
+                                 ? "Each group needs 2+ values (" + listed(check->small) + ")."
+                                 : "Pick two different groups.");
     }
-    return notComputable(name, check->problem == GroupSelection::PairProblem::tooSmall
-                                   ? "Each group needs 2+ values (" + listed(check->small) + ")."
-                                   : "Pick two different groups.");
-}
 
-std::string MannWhitney::selection() const {
-    return fields_.npOutcome->name + " in " + fields_.npG1.get() + " and " + fields_.npG2.get();
-}
-
-std::optional<MannWhitneyRun> MannWhitney::compute() {
-    const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
-    std::vector<NamedNumericGroup> groups = {{.name = fields_.npG1.get()},
-                                             {.name = fields_.npG2.get()}};
-    for (NamedNumericGroup& group : groups) {
-        group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
+    std::string selection() const override {
+        return fields_.npOutcome->name + " in " + fields_.npG1.get() + " and " + fields_.npG2.get();
     }
-    return MannWhitneyRun{
-        .outcome = fields_.npOutcome->name,
-        .grouping = fields_.npGroup->name,
-        .first = OrderFigures::of(groups[0].name, groups[0].values),
-        .second = OrderFigures::of(groups[1].name, groups[1].values),
-        .result = NonparametricTests::mannWhitneyU(groups[0].values, groups[1].values),
-        .charts = {GroupCharts::boxes(groups, fields_.npOutcome->name)}};
-}
 
-void MannWhitney::present(const MannWhitneyRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = notComputable(name, "All values are the same, so ranks tell nothing.");
-        return;
-    }
-    addReport({.title = "Mann-Whitney U: " + run.outcome + " by " + run.grouping,
-               .sentence = sentence(run),
-               .tiles = tiles(*run.result),
-               .tables = {testTable(*run.result), groupTable(run)},
-               .note = std::string(note),
-               .charts = run.charts,
-               .figureCaption = "Box plots of " + run.outcome + " in both groups.",
-               .caution = std::string(caution)},
-              content);
-}
-
-Guide MannWhitney::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether values in one of two independent groups tend to be larger than in the "
                 "other, judged by ranks.",
             .needs =
@@ -144,6 +115,47 @@ Guide MannWhitney::guide() const {
                 "of the two groups. The p-value is a normal approximation; it is rough with a "
                 "handful of cases.",
             .doNotClaim = {std::string(notMeans), std::string(notCausal)}};
+    }
+
+private:
+    std::optional<MannWhitneyRun> compute() override {
+        const GroupSelectionFields selected{fields_.npOutcome, fields_.npGroup};
+        std::vector<NamedNumericGroup> groups = {{.name = fields_.npG1.get()},
+                                                 {.name = fields_.npG2.get()}};
+        for (NamedNumericGroup& group : groups) {
+            group.values = GroupSelection::valuesOf(state_.dataset(), selected, group.name);
+        }
+        return MannWhitneyRun{
+            .outcome = fields_.npOutcome->name,
+            .grouping = fields_.npGroup->name,
+            .first = OrderFigures::of(groups[0].name, groups[0].values),
+            .second = OrderFigures::of(groups[1].name, groups[1].values),
+            .result = NonparametricTests::mannWhitneyU(groups[0].values, groups[1].values),
+            .charts = {GroupCharts::boxes(groups, fields_.npOutcome->name)}};
+    }
+
+    void present(const MannWhitneyRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = notComputable(name, "All values are the same, so ranks tell nothing.");
+            return;
+        }
+        addReport({.title = "Mann-Whitney U: " + run.outcome + " by " + run.grouping,
+                   .sentence = sentence(run),
+                   .tiles = tiles(*run.result),
+                   .tables = {testTable(*run.result), groupTable(run)},
+                   .note = std::string(note),
+                   .charts = run.charts,
+                   .figureCaption = "Box plots of " + run.outcome + " in both groups.",
+                   .caution = std::string(caution)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::mannWhitney(StudioState& state,
+                                                             NonparametricFields& fields) {
+    return std::make_unique<MannWhitney>(state, fields, fields.npMannWhitneyRun);
 }
 
 }  // namespace sorvane

@@ -1,5 +1,3 @@
-#include "SorvaneMac/Screens/Nonparametric/McNemar.h"
-
 #include <algorithm>
 
 #include "SorvaneCore/Analyses/Categorical/CrossTabulation.h"
@@ -9,6 +7,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryFields.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -66,72 +65,38 @@ std::string sentence(const McNemarRun& run) {
            " (b = " + ResultText::count(result.b) + ", c = " + ResultText::count(result.c) + ").";
 }
 
-}  // namespace
+class McNemar final : public StoredAnalysis<NonparametricFields, McNemarRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string McNemar::subtitle() const {
-    return std::string(displayName(NPTest::mcnemar));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::mcnemar)); }
 
-void McNemar::addControls(SetupForm& form) {
-    const VariableLists::List groupings = VariableLists::anovaGroupingVariables(state_.dataset());
-    form.controls.emplace_back(
-        FormControls::variablePicker("First measurement (rows)", fields_.npRowCat, groupings));
-    form.controls.emplace_back(
-        FormControls::variablePicker("Second measurement (columns)", fields_.npColCat, groupings));
-}
-
-std::optional<Gate> McNemar::gate() const {
-    if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
-            state_.dataset(), fields_, "Pick two different fields.")) {
-        return missing;
+    void addControls(SetupForm& form) override {
+        const VariableLists::List groupings =
+            VariableLists::anovaGroupingVariables(state_.dataset());
+        form.controls.emplace_back(
+            FormControls::variablePicker("First measurement (rows)", fields_.npRowCat, groupings));
+        form.controls.emplace_back(FormControls::variablePicker("Second measurement (columns)",
+                                                                fields_.npColCat, groupings));
     }
-    return CategoryTableGates::notPairedBinary(state_.dataset(), fields_);
-}
 
-std::string McNemar::selection() const {
-    return fields_.npRowCat->name + " and " + fields_.npColCat->name;
-}
+    std::string runLabel() const override { return "Run McNemar"; }
 
-std::optional<McNemarRun> McNemar::compute() {
-    const TextColumn& before = CategoryFields::column(state_.dataset(), fields_.npRowCat);
-    const TextColumn& after = CategoryFields::column(state_.dataset(), fields_.npColCat);
-    return McNemarRun{.beforeName = fields_.npRowCat->name,
-                      .afterName = fields_.npColCat->name,
-                      .labels = sharedCategories(before, after),
-                      .result = McNemarTests::test(before, after)};
-}
-
-void McNemar::present(const McNemarRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = CategoryTableGates::needsPairedBinary(
-            "No case changed between the two measurements, so there is nothing to test.");
-        return;
+    std::optional<Gate> gate() const override {
+        if (std::optional<Gate> missing = CategoryTableGates::unsuitableFields(
+                state_.dataset(), fields_, "Pick two different fields.")) {
+            return missing;
+        }
+        return CategoryTableGates::notPairedBinary(state_.dataset(), fields_);
     }
-    const McNemarResult& result = *run.result;
-    const CategoryCounts counts{.rowName = run.beforeName,
-                                .columnName = run.afterName,
-                                .rowLabels = run.labels,
-                                .columnLabels = run.labels,
-                                .counts = result.observed};
-    addReport(
-        {.title = "McNemar: " + run.beforeName + " and " + run.afterName,
-         .sentence = sentence(run),
-         .tiles = {{"χ²(" + ResultText::count(result.degreesOfFreedom) + ")",
-                    svFmt(result.statistic, 2), "with continuity correction"},
-                   ResultText::pValueTile(reportedP(result)),
-                   {"Changed cases", ResultText::count(result.b + result.c),
-                    "b = " + ResultText::count(result.b) + ", c = " + ResultText::count(result.c)}},
-         .tables = {CategoryTables::countTable(counts), testTable(result)},
-         .note = std::string(note),
-         .charts = {CategoryTables::shareChart(counts)},
-         .figureCaption = "Shares of the second measurement within the first.",
-         .caution = std::string(caution),
-         .warnings = ResultText::messages(result.readiness)},
-        content);
-}
 
-Guide McNemar::guide() const {
-    return {.answers =
+    std::string selection() const override {
+        return fields_.npRowCat->name + " and " + fields_.npColCat->name;
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the share of cases in one of two categories changed between two "
                 "measurements of the same cases.",
             .needs =
@@ -140,6 +105,53 @@ Guide McNemar::guide() const {
                 "to use.",
             .doNotClaim = {"Do not claim a cause of the change without a comparison group.",
                            "Do not report it without saying how many cases changed each way."}};
+    }
+
+private:
+    std::optional<McNemarRun> compute() override {
+        const TextColumn& before = CategoryFields::column(state_.dataset(), fields_.npRowCat);
+        const TextColumn& after = CategoryFields::column(state_.dataset(), fields_.npColCat);
+        return McNemarRun{.beforeName = fields_.npRowCat->name,
+                          .afterName = fields_.npColCat->name,
+                          .labels = sharedCategories(before, after),
+                          .result = McNemarTests::test(before, after)};
+    }
+
+    void present(const McNemarRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = CategoryTableGates::needsPairedBinary(
+                "No case changed between the two measurements, so there is nothing to test.");
+            return;
+        }
+        const McNemarResult& result = *run.result;
+        const CategoryCounts counts{.rowName = run.beforeName,
+                                    .columnName = run.afterName,
+                                    .rowLabels = run.labels,
+                                    .columnLabels = run.labels,
+                                    .counts = result.observed};
+        addReport({.title = "McNemar: " + run.beforeName + " and " + run.afterName,
+                   .sentence = sentence(run),
+                   .tiles = {{"χ²(" + ResultText::count(result.degreesOfFreedom) + ")",
+                              svFmt(result.statistic, 2), "with continuity correction"},
+                             ResultText::pValueTile(reportedP(result)),
+                             {"Changed cases", ResultText::count(result.b + result.c),
+                              "b = " + ResultText::count(result.b) +
+                                  ", c = " + ResultText::count(result.c)}},
+                   .tables = {CategoryTables::countTable(counts), testTable(result)},
+                   .note = std::string(note),
+                   .charts = {CategoryTables::shareChart(counts)},
+                   .figureCaption = "Shares of the second measurement within the first.",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::mcNemar(StudioState& state,
+                                                         NonparametricFields& fields) {
+    return std::make_unique<McNemar>(state, fields, fields.npMcNemarRun);
 }
 
 }  // namespace sorvane

@@ -1,15 +1,8 @@
 #include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 
 #include "SorvaneMac/Screens/Categories.h"
-#include "SorvaneMac/Screens/Nonparametric/ChiSquareFit.h"
-#include "SorvaneMac/Screens/Nonparametric/ChiSquareIndependence.h"
-#include "SorvaneMac/Screens/Nonparametric/FisherExact.h"
-#include "SorvaneMac/Screens/Nonparametric/Friedman.h"
-#include "SorvaneMac/Screens/Nonparametric/KruskalWallis.h"
-#include "SorvaneMac/Screens/Nonparametric/MannWhitney.h"
-#include "SorvaneMac/Screens/Nonparametric/McNemar.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
-#include "SorvaneMac/Screens/Nonparametric/WilcoxonSignedRank.h"
 #include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -21,14 +14,14 @@ using VariableLists::numericVariables;
 NonparametricScreen::NonparametricScreen(StudioState& state, NonparametricFields& fields)
     : AnalysisScreen(StudioScreen::nonparametric, state, fields.npHasRun), fields_(fields) {
     chooseBy("Test", fields.npTest);
-    add(std::make_unique<MannWhitney>(state, fields));
-    add(std::make_unique<WilcoxonSignedRank>(state, fields));
-    add(std::make_unique<KruskalWallis>(state, fields));
-    add(std::make_unique<Friedman>(state, fields));
-    add(std::make_unique<ChiSquareIndependence>(state, fields));
-    add(std::make_unique<ChiSquareFit>(state, fields));
-    add(std::make_unique<FisherExact>(state, fields));
-    add(std::make_unique<McNemar>(state, fields));
+    add(NonparametricAnalyses::mannWhitney(state, fields));
+    add(NonparametricAnalyses::wilcoxonSignedRank(state, fields));
+    add(NonparametricAnalyses::kruskalWallis(state, fields));
+    add(NonparametricAnalyses::friedman(state, fields));
+    add(NonparametricAnalyses::chiSquareIndependence(state, fields));
+    add(NonparametricAnalyses::chiSquareFit(state, fields));
+    add(NonparametricAnalyses::fisherExact(state, fields));
+    add(NonparametricAnalyses::mcNemar(state, fields));
 }
 
 void npSeed(NonparametricFields& fields, const ImportedDataset& dataset) {

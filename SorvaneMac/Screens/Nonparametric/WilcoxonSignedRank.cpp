@@ -1,5 +1,3 @@
-#include "SorvaneMac/Screens/Nonparametric/WilcoxonSignedRank.h"
-
 #include <array>
 #include <span>
 
@@ -8,6 +6,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -62,73 +61,49 @@ std::vector<Tile> tiles(const WilcoxonRun& run) {
              "of " + ResultText::count(run.before.n) + " complete pairs"}};
 }
 
-}  // namespace
+class WilcoxonSignedRank final : public StoredAnalysis<NonparametricFields, WilcoxonRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
 
-std::string WilcoxonSignedRank::subtitle() const {
-    return std::string(displayName(NPTest::wilcoxon));
-}
+    std::string subtitle() const override { return std::string(displayName(NPTest::wilcoxon)); }
 
-void WilcoxonSignedRank::addControls(SetupForm& form) {
-    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
-    form.controls.emplace_back(FormControls::variablePicker("Before", fields_.npBefore, numeric));
-    form.controls.emplace_back(FormControls::variablePicker("After", fields_.npAfter, numeric));
-}
+    void addControls(SetupForm& form) override {
+        const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+        form.controls.emplace_back(
+            FormControls::variablePicker("Before", fields_.npBefore, numeric));
+        form.controls.emplace_back(FormControls::variablePicker("After", fields_.npAfter, numeric));
+    }
 
-std::optional<Gate> WilcoxonSignedRank::gate() const {
-    const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
-    for (const Field<VariableName>* field : {&fields_.npBefore, &fields_.npAfter}) {
-        if (std::optional<Gate> gone =
-                SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
-            return gone;
+    std::string runLabel() const override { return "Run Wilcoxon signed-rank"; }
+
+    std::optional<Gate> gate() const override {
+        const VariableLists::List numeric = VariableLists::numericVariables(state_.dataset());
+        for (const Field<VariableName>* field : {&fields_.npBefore, &fields_.npAfter}) {
+            if (std::optional<Gate> gone =
+                    SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
+                return gone;
+            }
         }
+        if (fields_.npBefore->isBlank() || fields_.npAfter->isBlank() ||
+            fields_.npBefore.get() == fields_.npAfter.get()) {
+            return notComputable(name, "Pick two different numeric fields.");
+        }
+        const std::array<std::string, 2> names = {fields_.npBefore->name, fields_.npAfter->name};
+        if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
+            const bool hasOne = Categories::hasCompleteRows(state_.dataset(), 1, names);
+            return notComputable(name, std::string("Need 2+ complete pairs (") +
+                                           (hasOne ? "1 found)." : "none found)."));
+        }
+        return std::nullopt;
     }
-    if (fields_.npBefore->isBlank() || fields_.npAfter->isBlank() ||
-        fields_.npBefore.get() == fields_.npAfter.get()) {
-        return notComputable(name, "Pick two different numeric fields.");
+
+    std::string selection() const override {
+        return fields_.npBefore->name + " and " + fields_.npAfter->name;
     }
-    const std::array<std::string, 2> names = {fields_.npBefore->name, fields_.npAfter->name};
-    if (!Categories::hasCompleteRows(state_.dataset(), GroupSelection::fewestCases, names)) {
-        const bool hasOne = Categories::hasCompleteRows(state_.dataset(), 1, names);
-        return notComputable(name, std::string("Need 2+ complete pairs (") +
-                                       (hasOne ? "1 found)." : "none found)."));
-    }
-    return std::nullopt;
-}
 
-std::string WilcoxonSignedRank::selection() const {
-    return fields_.npBefore->name + " and " + fields_.npAfter->name;
-}
-
-std::optional<WilcoxonRun> WilcoxonSignedRank::compute() {
-    const std::vector<NamedNumericGroup> measurements =
-        completeColumns(state_.dataset(), {fields_.npBefore->name, fields_.npAfter->name});
-    const std::vector<double>& before = measurements[0].values;
-    const std::vector<double>& after = measurements[1].values;
-    return WilcoxonRun{.before = OrderFigures::of(measurements[0].name, before),
-                       .after = OrderFigures::of(measurements[1].name, after),
-                       .result = NonparametricTests::wilcoxonSignedRank(
-                           std::span<const double>(before), std::span<const double>(after)),
-                       .charts = {GroupCharts::boxes(measurements, "Value")}};
-}
-
-void WilcoxonSignedRank::present(const WilcoxonRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = notComputable(name, "No case changed between the two measurements.");
-        return;
-    }
-    addReport({.title = "Wilcoxon signed-rank: " + run.before.name + " and " + run.after.name,
-               .sentence = sentence(run),
-               .tiles = tiles(run),
-               .tables = {testTable(*run.result), measurementTable(run)},
-               .note = std::string(note),
-               .charts = run.charts,
-               .figureCaption = "Box plots of both measurements.",
-               .caution = std::string(caution)},
-              content);
-}
-
-Guide WilcoxonSignedRank::guide() const {
-    return {.answers =
+    Guide guide() const override {
+        return {
+            .answers =
                 "Whether the values of the same cases tend to rise or fall between two "
                 "measurements, judged by the ranks of the differences.",
             .needs =
@@ -138,6 +113,43 @@ Guide WilcoxonSignedRank::guide() const {
                            "a controlled design.",
                            "Do not report the result without saying how many cases did not "
                            "change."}};
+    }
+
+private:
+    std::optional<WilcoxonRun> compute() override {
+        const std::vector<NamedNumericGroup> measurements =
+            completeColumns(state_.dataset(), {fields_.npBefore->name, fields_.npAfter->name});
+        const std::vector<double>& before = measurements[0].values;
+        const std::vector<double>& after = measurements[1].values;
+        return WilcoxonRun{.before = OrderFigures::of(measurements[0].name, before),
+                           .after = OrderFigures::of(measurements[1].name, after),
+                           .result = NonparametricTests::wilcoxonSignedRank(
+                               std::span<const double>(before), std::span<const double>(after)),
+                           .charts = {GroupCharts::boxes(measurements, "Value")}};
+    }
+
+    void present(const WilcoxonRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = notComputable(name, "No case changed between the two measurements.");
+            return;
+        }
+        addReport({.title = "Wilcoxon signed-rank: " + run.before.name + " and " + run.after.name,
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = {testTable(*run.result), measurementTable(run)},
+                   .note = std::string(note),
+                   .charts = run.charts,
+                   .figureCaption = "Box plots of both measurements.",
+                   .caution = std::string(caution)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> NonparametricAnalyses::wilcoxonSignedRank(StudioState& state,
+                                                                    NonparametricFields& fields) {
+    return std::make_unique<WilcoxonSignedRank>(state, fields, fields.npWilcoxonRun);
 }
 
 }  // namespace sorvane

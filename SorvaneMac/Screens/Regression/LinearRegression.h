@@ -8,10 +8,10 @@
 namespace sorvane {
 
 /// Linear regression of a numeric outcome on numeric predictors.
-class LinearRegression final : public StoredAnalysis<LinearModelRun> {
+class LinearRegression final : public StoredAnalysis<RegressionFields, LinearModelRun> {
 public:
     LinearRegression(StudioState& state, RegressionFields& fields)
-        : StoredAnalysis(fields.regLinearRun), state_(state), fields_(fields) {}
+        : StoredAnalysis(state, fields, fields.regLinearRun) {}
 
     std::string subtitle() const override;
     void addControls(SetupForm& form) override;
@@ -23,9 +23,6 @@ public:
 private:
     std::optional<LinearModelRun> compute() override;
     void present(const LinearModelRun& run, ScreenContent& content) const override;
-
-    StudioState& state_;
-    RegressionFields& fields_;
 };
 
 }  // namespace sorvane

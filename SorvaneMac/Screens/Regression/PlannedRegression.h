@@ -9,10 +9,10 @@
 namespace sorvane {
 
 /// A model of Regression that is not in this version.
-class PlannedRegression final : public PlannedAnalysis {
+class PlannedRegression final : public PlannedAnalysis<RegressionFields> {
 public:
     PlannedRegression(RegressionModel model, StudioState& state, RegressionFields& fields)
-        : model_(model), state_(state), fields_(fields) {}
+        : PlannedAnalysis(state, fields), model_(model) {}
 
     std::string subtitle() const override { return std::string(name()); }
     void addControls(SetupForm& form) override {
@@ -28,8 +28,6 @@ private:
     }
 
     RegressionModel model_;
-    StudioState& state_;
-    RegressionFields& fields_;
 };
 
 }  // namespace sorvane

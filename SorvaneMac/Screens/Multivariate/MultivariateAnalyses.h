@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+
+#include "SorvaneMac/Screens/Analysis.h"
+#include "SorvaneMac/Screens/Multivariate/MultivariateFields.h"
+
+/// The analyses of Multivariate, each in the source file of its name.
+namespace sorvane::MultivariateAnalyses {
+
+/// The comparison of groups on several outcomes at once.
+std::unique_ptr<Analysis> manova(StudioState& state, MultivariateFields& fields);
+
+/// Discriminant analysis, which is not in this version.
+std::unique_ptr<Analysis> discriminant(StudioState& state, MultivariateFields& fields);
+
+/// Canonical correlation, which is not in this version.
+std::unique_ptr<Analysis> canonicalCorrelation(StudioState& state, MultivariateFields& fields);
+
+}  // namespace sorvane::MultivariateAnalyses
