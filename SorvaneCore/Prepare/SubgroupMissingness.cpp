@@ -40,6 +40,12 @@ double spreadOf(const std::vector<GroupMissingness>& groups, PercentOf percentOf
     return std::ranges::max(percents) - std::ranges::min(percents);
 }
 
+/// 57 of 100 less 47 of 100 are 10 points, although their quotients differ by a little less.
+bool isWide(double spread) {
+    constexpr double rounding = 1e-9;
+    return spread >= unevenSpread - rounding;
+}
+
 std::vector<GroupMissingness> sortedByLabel(std::vector<GroupMissingness> groups,
                                             const std::vector<std::string>& labels) {
     std::vector<GroupMissingness> sorted;
@@ -91,15 +97,15 @@ SubgroupMissingnessResult byGroup(std::span<const NumericColumn> columns,
     result.groups = sortedByLabel(std::move(result.groups), codes.labels);
     result.spread = spreadOf(result.groups,
                              [](const GroupMissingness& each) { return each.missingCellPercent; });
-    result.isUneven = result.spread >= unevenSpread;
+    result.isUneven = isWide(result.spread);
     for (std::size_t j = 0; j < columns.size(); ++j) {
         const double spread = spreadOf(result.groups, [j](const GroupMissingness& each) {
             return each.perVariable[j].missingPercent;
         });
         result.spreads.push_back({.name = j < variableNames.size() ? variableNames[j] : "",
                                   .spread = spread,
-                                  .isUneven = spread >= unevenSpread});
-        result.isUneven = result.isUneven || spread >= unevenSpread;
+                                  .isUneven = isWide(spread)});
+        result.isUneven = result.isUneven || isWide(spread);
     }
     result.readiness = AnalysisReadiness::of(
         minimumRequired, static_cast<std::int64_t>(groups.size()),

@@ -74,6 +74,13 @@ Uuid variableId(const State& state, const std::string& name) {
     return variable->id;
 }
 
+void expectNumeric(const State& state, const std::string& name) {
+    const DataVariable* variable = state.dataset().variable(name);
+    if (variable && !VariableLists::isNumericForAnalysis(*variable)) {
+        throw CallError("\"" + name + "\" is not a numeric variable.");
+    }
+}
+
 using Headers = std::optional<std::vector<std::string>>;
 
 std::vector<Operation> datasetOperations() {
@@ -140,6 +147,14 @@ std::vector<Operation> gridOperations() {
             Value<Index>{"at"}, Setting<bool>{"snapshot", true}),
         gridOperation("setDatasetRowCount", &State::setDatasetRowCount, count),
         gridOperation("setDatasetColumnCount", &State::setDatasetColumnCount, count),
+        gridOperation(
+            "setDatasetSize",
+            [](State& state, Index rows, Index columns) {
+                if (!state.setDatasetSize(rows, columns)) {
+                    throw CallError(state.projectError->value_or("A grid has at least one cell."));
+                }
+            },
+            Value<Index>{"rows"}, Value<Index>{"columns"}),
     };
 }
 
@@ -163,6 +178,7 @@ std::vector<Operation> preparingOperations() {
             [](State& state, const std::vector<std::string>& names) {
                 std::set<Uuid> ids;
                 for (const std::string& name : names) {
+                    expectNumeric(state, name);
                     ids.insert(variableId(state, name));
                 }
                 state.derived.selectedComputedVariableIDs.set(std::move(ids));

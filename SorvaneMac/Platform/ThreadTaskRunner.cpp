@@ -21,19 +21,25 @@ ThreadTaskRunner::~ThreadTaskRunner() {
     inside_->closing.request_stop();
 }
 
-void ThreadTaskRunner::start(Work work, std::stop_token stop) {
+void ThreadTaskRunner::start(Work work, Progress progress, std::stop_token stop) {
     // Assigning joins the former run, of which only a cancelled one can still be under way.
-    inside_->thread =
-        std::jthread([inside = inside_.get(), work = std::move(work), stop = std::move(stop)] {
-            std::stop_source either;
-            const std::stop_callback cancelled(stop, [&either] { either.request_stop(); });
-            const std::stop_callback closed(inside->closing.get_token(),
-                                            [&either] { either.request_stop(); });
-            const Deliver deliver = work(either.get_token());
-            if (deliver) {
-                QMetaObject::invokeMethod(&inside->owner, deliver, Qt::QueuedConnection);
-            }
-        });
+    inside_->thread = std::jthread([inside = inside_.get(), work = std::move(work),
+                                    progress = std::move(progress), stop = std::move(stop)] {
+        std::stop_source either;
+        const std::stop_callback cancelled(stop, [&either] { either.request_stop(); });
+        const std::stop_callback closed(inside->closing.get_token(),
+                                        [&either] { either.request_stop(); });
+        const auto onOwnersThread = [inside](Deliver call) {
+            QMetaObject::invokeMethod(&inside->owner, std::move(call), Qt::QueuedConnection);
+        };
+        const Deliver deliver =
+            work(either.get_token(), [&onOwnersThread, &progress](double share) {
+                onOwnersThread([progress, share] { progress(share); });
+            });
+        if (deliver) {
+            onOwnersThread(deliver);
+        }
+    });
 }
 
 }  // namespace sorvane

@@ -14,7 +14,7 @@ public:
     ThreadTaskRunner();
     ~ThreadTaskRunner() override;
 
-    void start(Work work, std::stop_token stop) override;
+    void start(Work work, Progress progress, std::stop_token stop) override;
 
 private:
     struct Inside;

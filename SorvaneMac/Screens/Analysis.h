@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -28,8 +29,9 @@ public:
     virtual std::string invitation() const {
         return "Press " + runLabel() + " in the Setup panel. Results appear here.";
     }
-    /// Runs on the selections as they stand, and keeps the result. Called only without a gate.
-    virtual void run() = 0;
+    /// Runs on the selections as they stand, keeps the result, and says when that is done. Called
+    /// only without a gate.
+    virtual void run(const std::function<void()>& finished) = 0;
     virtual bool hasRun() const = 0;
     /// Shows the last run: its result, or a gate that says why there is none.
     virtual void show(ScreenContent& content) const = 0;
@@ -45,12 +47,11 @@ public:
 /// chosen meanwhile. `Fields` holds the screen's selections; `Run` the result and the names it was
 /// run on.
 template <typename Fields, typename Run>
-class StoredAnalysis : public Analysis {
+class KeptAnalysis : public Analysis {
 public:
-    StoredAnalysis(StudioState& state, Fields& fields, Field<std::optional<Run>>& stored)
+    KeptAnalysis(StudioState& state, Fields& fields, Field<std::optional<Run>>& stored)
         : state_(state), fields_(fields), stored_(stored) {}
 
-    void run() final { stored_.replace(compute()); }
     bool hasRun() const final { return stored_->has_value(); }
     void show(ScreenContent& content) const final { present(**stored_, content); }
     const AnyField* stored() const final { return &stored_; }
@@ -61,15 +62,53 @@ public:
     }
 
 protected:
-    /// Computes on the selections as they stand; also sets the fields that go with the result.
-    virtual std::optional<Run> compute() = 0;
     virtual void present(const Run& run, ScreenContent& content) const = 0;
 
     StudioState& state_;
     Fields& fields_;
-
-private:
     Field<std::optional<Run>>& stored_;
+};
+
+/// One that is done before anybody waits.
+template <typename Fields, typename Run>
+class StoredAnalysis : public KeptAnalysis<Fields, Run> {
+public:
+    using KeptAnalysis<Fields, Run>::KeptAnalysis;
+
+    void run(const std::function<void()>& finished) final {
+        this->stored_.replace(compute());
+        finished();
+    }
+
+protected:
+    /// Computes on the selections as they stand; also sets the fields that go with the result.
+    virtual std::optional<Run> compute() = 0;
+};
+
+/// One that runs in the background, under the overlay.
+template <typename Fields, typename Run>
+class BackgroundAnalysis : public KeptAnalysis<Fields, Run> {
+public:
+    using KeptAnalysis<Fields, Run>::KeptAnalysis;
+
+    void run(const std::function<void()>& finished) final {
+        this->state_.compute({.label = computingLabel(),
+                              .work = [this, finished, compute = computation()](
+                                          std::stop_token, const TaskRunner::Progress& progress) {
+                                  return [this, finished, run = compute(progress)] {
+                                      this->stored_.replace(run);
+                                      finished();
+                                  };
+                              }});
+    }
+
+protected:
+    using Compute = std::function<Run(const TaskRunner::Progress&)>;
+
+    /// What the overlay says meanwhile.
+    virtual std::string computingLabel() const = 0;
+    /// The computation, with copies of all that it needs: it runs away from the window's thread.
+    virtual Compute computation() const = 0;
 };
 
 }  // namespace sorvane

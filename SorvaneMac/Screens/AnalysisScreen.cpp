@@ -45,8 +45,7 @@ std::optional<std::string> AnalysisScreen::run() {
     if (const std::optional<Gate> missing = gate()) {
         return ResultText::sentence(*missing);
     }
-    chosen().run();
-    hasRun_.set(true);
+    chosen().run([this] { hasRun_.set(true); });
     return std::nullopt;
 }
 

@@ -183,6 +183,12 @@ void ScaleScoreForm::addTo(SetupForm& form) {
                         ". They are chosen, and turned round where marked Rev, on Scale & "
                         "Reliability.",
                     false});
+    for (const std::string& item : state_.itemsNotReversed()) {
+        form.controls.emplace_back(NoteControl{
+            item +
+            " is marked Rev, but the ends of its scale are not known, so it is taken as it "
+            "stands. Recode it first if it is worded in reverse."});
+    }
     form.controls.emplace_back(enumerationPicker("Score method", scale.scaleScoreMethod));
     form.controls.emplace_back(enumerationPicker("Missing data", scale.reliabilityMissingDataRule));
     if (scale.reliabilityMissingDataRule.get() != ReliabilityMissingDataRule::listwiseDeletion) {

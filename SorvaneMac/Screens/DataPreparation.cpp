@@ -34,6 +34,9 @@ void addOutcome(SetupForm& form,
 }
 
 void addUndo(SetupForm& form, StudioState& state) {
+    if (const std::optional<std::string> lost = state.undoLoses()) {
+        form.controls.emplace_back(NoteControl{*lost});
+    }
     if (state.canUndoDataChange()) {
         form.controls.emplace_back(ButtonControl{
             .label = "Undo the " + state.data.dataChangeUndoLabel.get(), .press = [&state] {

@@ -62,8 +62,7 @@ void DataPreviewScreen::addGrid(SetupForm& form) {
                                              .isEnabled = rows != state_.dataset().rowCount() ||
                                                           columns != state_.dataset().columnCount(),
                                              .press = [this, rows, columns] {
-                                                 state_.setDatasetRowCount(rows);
-                                                 state_.setDatasetColumnCount(columns);
+                                                 state_.setDatasetSize(rows, columns);
                                              }});
     form.controls.emplace_back(ButtonControl{.label = "Add row", .press = [this] {
                                                  state_.addDatasetRow();

@@ -17,7 +17,7 @@ public:
         return missing ? missing : ResultText::notYetGate(name());
     }
     std::string selection() const final { return {}; }
-    void run() final {}
+    void run(const std::function<void()>&) final {}
     bool hasRun() const final { return false; }
     void show(ScreenContent&) const final {}
     const AnyField* stored() const final { return nullptr; }

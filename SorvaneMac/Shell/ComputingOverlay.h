@@ -5,6 +5,7 @@
 #include "SorvaneMac/State/StudioState.h"
 
 class QLabel;
+class QProgressBar;
 class QPushButton;
 
 namespace sorvane {
@@ -23,6 +24,7 @@ protected:
 private:
     StudioState& state_;
     QLabel* label_;
+    QProgressBar* progress_;
     QPushButton* cancel_;
 };
 

@@ -107,7 +107,7 @@ void MainMenus::buildEdit() {
     add(menu, "&Undo", QKeySequence::Undo, [this] {
         // A field that is typed in has an undo of its own; elsewhere it is the data's.
         if (!invokeEdit("undo")) {
-            window_.workspace().state.undoLastDataChange();
+            undoDataChange();
         }
     });
     addEdit(menu, "&Redo", QKeySequence::Redo, "redo");
@@ -137,6 +137,16 @@ void MainMenus::buildEdit() {
     });
 }
 
+void MainMenus::undoDataChange() {
+    StudioState& state = window_.workspace().state;
+    const std::optional<std::string> lost = state.undoLoses();
+    if (!lost || askQuestion(&window_, {.title = "Undo the data change?",
+                                        .text = qtText(*lost),
+                                        .confirmLabel = "Undo"})) {
+        state.undoLastDataChange();
+    }
+}
+
 void MainMenus::buildData() {
     QMenu& menu = *window_.menuBar()->addMenu("&Data");
     for (const StudioScreen screen : allStudioScreens()) {
@@ -147,8 +157,7 @@ void MainMenus::buildData() {
         }
     }
     menu.addSeparator();
-    undoData_ = add(menu, "Undo Data Change", {},
-                    [this] { window_.workspace().state.undoLastDataChange(); });
+    undoData_ = add(menu, "Undo Data Change", {}, [this] { undoDataChange(); });
     withData_.push_back(add(menu, "Select Likert Items", {}, [this] {
         window_.workspace().state.selectLikertCandidateItemsForReliability();
     }));

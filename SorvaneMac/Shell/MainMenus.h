@@ -30,6 +30,8 @@ private:
     void listRecentFiles();
     void listRecentProjects();
     void buildEdit();
+    /// Asks first where cells typed since the change would be lost.
+    void undoDataChange();
     void buildData();
     void buildAnalyze();
     void buildView();

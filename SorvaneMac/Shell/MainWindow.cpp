@@ -127,9 +127,10 @@ void MainWindow::buildStatus() {
 }
 
 MainWindow::Reach MainWindow::reachOf(const AnyField& field) {
-    constexpr std::array<std::string_view, 8> frameOnly = {
+    constexpr std::array<std::string_view, 12> frameOnly = {
         "researcherNotes",    "inspectorPane",  "inspectorTab",          "saveStatusMessage",
-        "selectedDatasetRow", "projectMessage", "selectedDatasetColumn", "projectError"};
+        "selectedDatasetRow", "projectMessage", "selectedDatasetColumn", "projectError",
+        "isComputing",        "computingLabel", "computingProgress",     "computingCancellable"};
     return std::find(frameOnly.begin(), frameOnly.end(), field.name()) == frameOnly.end()
                ? Reach::screen
                : Reach::frame;

@@ -1,4 +1,5 @@
 #include "SorvaneCore/Dataset/Grid/DerivedColumns.h"
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -8,7 +9,9 @@ void StudioState::storeUndo(std::string label) {
     data.dataChangeUndoFlags =
         DataChangeUndoFlags{.label = label,
                             .reverseCodedItemNames = scale.reverseCodedItemNames.get(),
-                            .unreliableItemNames = scale.unreliableItemNames.get()};
+                            .unreliableItemNames = scale.unreliableItemNames.get(),
+                            .scaleClassifications = scale.scaleClassifications.get()};
+    cellsTypedSinceChange_ = 0;
     data.dataChangeUndoLabel.set(std::move(label));
 }
 
@@ -22,13 +25,14 @@ bool StudioState::undoLastDataChange() {
     if (const std::optional<DataChangeUndoFlags>& flags = data.dataChangeUndoFlags) {
         if (flags->renamed) {
             fields.renameVariable(flags->renamed->second, flags->renamed->first);
-            renameClassification(flags->renamed->second, flags->renamed->first);
         }
         scale.reverseCodedItemNames.set(flags->reverseCodedItemNames);
         scale.unreliableItemNames.set(flags->unreliableItemNames);
+        scale.scaleClassifications.replace(flags->scaleClassifications);
     }
     dropNamesGone(changed);
     log("Reverted the " + label + ".");
+    forgetChangeMessages();
     editor.rcMessage.set("Reverted the " + label + ".");
     editor.dvMessage.set("Reverted the " + label + ".");
     data.dataChangeUndo.set(std::nullopt);
@@ -37,6 +41,23 @@ bool StudioState::undoLastDataChange() {
     clearSelectionBeyondTable();
     refreshAnalysisDefaults();
     return true;
+}
+
+void StudioState::forgetChangeMessages() {
+    editor.cvMessage.reset();
+    cleaning.clMessage.reset();
+    derived.binningMessage.reset();
+    derived.computedVariableMessage.reset();
+    scale.scaleScoreCreationMessage.reset();
+}
+
+std::optional<std::string> StudioState::undoLoses() const {
+    if (!canUndoDataChange() || cellsTypedSinceChange_ == 0) {
+        return std::nullopt;
+    }
+    return "The table goes back to what it was before the " + data.dataChangeUndoLabel.get() +
+           ", so what was typed since then (" + NumberText::integer(cellsTypedSinceChange_) +
+           " cell(s)) goes too.";
 }
 
 void StudioState::dropNamesGone(const std::vector<std::string>& names) {

@@ -3,6 +3,7 @@
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
+#include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -12,16 +13,16 @@ namespace {
 
 std::optional<double> boundIn(const std::string& text) {
     const std::optional<double> number = NumberText::parse(UnicodeText::trimmed(text));
-    return number && !std::isnan(*number) ? number : std::nullopt;
+    return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 /// "1 and 5", "the minimum 1", "the maximum 5".
 std::string boundsText(std::optional<double> lower, std::optional<double> upper) {
-    using DerivedValueFormatter::text;
+    using LogText::number;
     if (lower && upper) {
-        return text(*lower) + " and " + text(*upper);
+        return number(*lower) + " and " + number(*upper);
     }
-    return lower ? "the minimum " + text(*lower) : "the maximum " + text(*upper);
+    return lower ? "the minimum " + number(*lower) : "the maximum " + number(*upper);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
+#include "SorvaneCore/Import/ScaleItemClassifier.h"
 #include "SorvaneCore/Project/DatasetJson.h"
 #include "SorvaneMac/State/Field.h"
 
@@ -17,6 +18,7 @@ struct DataChangeUndoFlags {
     std::string label;
     NameSet reverseCodedItemNames;
     NameSet unreliableItemNames;
+    std::vector<ScaleItemClassification> scaleClassifications;
     /// Where the change was a renaming: the former name and the new one.
     std::optional<std::pair<std::string, std::string>> renamed{};
 };

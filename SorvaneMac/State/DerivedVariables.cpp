@@ -6,6 +6,7 @@
 #include "SorvaneCore/Prepare/DataTransforms.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
 #include "SorvaneCore/Prepare/ScaleScoreBuilder.h"
+#include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -19,10 +20,6 @@ std::string joined(const std::vector<std::string>& names) {
         whole += (whole.empty() ? "" : ", ") + name;
     }
     return whole;
-}
-
-std::string percentText(double share) {
-    return NumberText::fixed(100.0 * share, 0) + "%";
 }
 
 std::string countText(std::size_t count) {
@@ -47,11 +44,11 @@ bool isReversed(const DataVariable& item, const NameSet& reverseCoded) {
 
 }  // namespace
 
-std::string StudioState::uniqueHeaderName(std::string_view base) const {
+std::string StudioState::uniqueHeaderName(std::string_view base, std::string_view own) const {
     const std::string_view trimmed = UnicodeText::trimmed(base);
     const std::string wanted = trimmed.empty() ? "Score" : std::string(trimmed);
     std::string name = wanted;
-    for (std::int64_t number = 2; dataset().columnIndex(name); ++number) {
+    for (std::int64_t number = 2; name != own && dataset().columnIndex(name); ++number) {
         name = wanted + " " + NumberText::integer(number);
     }
     return name;
@@ -111,7 +108,7 @@ bool StudioState::createComputedVariable() {
     const ComputedVariableMethod method = derived.computedVariableMethod.get();
     const double completion = derived.computedVariableMinimumCompletion.get();
     const std::string kind = kindText(method);
-    const std::string percentage = percentText(completion);
+    const std::string percentage = LogText::percent(completion);
     const std::string& wanted = derived.computedVariableName.get();
     const std::string name = uniqueHeaderName(isBlank(wanted) ? "Computed Variable" : wanted);
     appendDerivedVariable({.name = name,
@@ -192,7 +189,7 @@ std::string StudioState::scaleScoreSettings(const std::vector<std::string>& item
     const ReliabilityMissingDataRule rule = scale.reliabilityMissingDataRule.get();
     std::string settings(rawValue(rule));
     if (rule != ReliabilityMissingDataRule::listwiseDeletion) {
-        settings += ", " + percentText(scale.minimumItemCompletion.get()) + " item completion";
+        settings += ", " + LogText::percent(scale.minimumItemCompletion.get()) + " item completion";
     }
     std::vector<std::string> reversed;
     for (const std::string& name : items) {
@@ -201,7 +198,24 @@ std::string StudioState::scaleScoreSettings(const std::vector<std::string>& item
             reversed.push_back(name + " on " + item.scaleRange->displayText());
         }
     }
-    return reversed.empty() ? settings : settings + "; reverse-coded: " + joined(reversed);
+    settings += reversed.empty() ? "" : "; reverse-coded: " + joined(reversed);
+    const std::vector<std::string> unturned = itemsNotReversed();
+    settings += unturned.empty() ? ""
+                                 : "; marked Rev, but taken as they stand because the ends of "
+                                   "their scales are not known: " +
+                                       joined(unturned);
+    return settings;
+}
+
+std::vector<std::string> StudioState::itemsNotReversed() const {
+    std::vector<std::string> unturned;
+    for (const DataVariable* item : VariableLists::reliabilityVariables(dataset())) {
+        const NameSet& marked = scale.reverseCodedItemNames.get();
+        if (marked.contains(item->name) && !isReversed(*item, marked)) {
+            unturned.push_back(item->name);
+        }
+    }
+    return unturned;
 }
 
 std::optional<std::string> StudioState::scaleScoreLacks() const {

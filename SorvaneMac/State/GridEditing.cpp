@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "SorvaneCore/Dataset/Grid/BlankDatasetFactory.h"
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -20,9 +19,17 @@ std::string columnsText(std::int64_t count) {
     return integer(count) + " column(s)";
 }
 
-constexpr std::string_view pasteTooLarge =
-    "The pasted block does not fit: a grid holds up to 10000 rows and 200 columns. Nothing was "
+/// A grid may grow beyond the size that it can begin with, up to that of a spreadsheet.
+constexpr std::int64_t mostRows = 1'048'576;
+constexpr std::int64_t mostColumns = 16'384;
+constexpr std::string_view gridTooLarge =
+    "The grid would be too large: it holds up to 1048576 rows and 16384 columns. Nothing was "
     "changed.";
+
+bool fitsGrid(const ImportedDataset& table, std::int64_t rows, std::int64_t columns) {
+    return rows <= std::max(mostRows, table.rowCount()) &&
+           columns <= std::max(mostColumns, table.columnCount());
+}
 
 std::size_t widthOf(const std::vector<std::vector<std::string>>& cells) {
     std::size_t width = 0;
@@ -72,6 +79,7 @@ void StudioState::updateDatasetCell(std::int64_t row, std::int64_t column, std::
         DatasetGridEditor::setCell(table, static_cast<std::size_t>(row),
                                    static_cast<std::size_t>(column), value);
     });
+    ++cellsTypedSinceChange_;
     refreshAnalysisDefaults();
 }
 
@@ -85,10 +93,8 @@ bool StudioState::pasteDatasetBlock(std::int64_t row, std::int64_t column, std::
     const std::int64_t rows = std::max(dataset().rowCount(), row + height);
     const std::int64_t newColumns =
         std::max<std::int64_t>(column + width - dataset().columnCount(), 0);
-    if (rows > std::max(BlankDatasetFactory::mostRows, dataset().rowCount()) ||
-        (newColumns > 0 &&
-         dataset().columnCount() + newColumns > BlankDatasetFactory::mostColumns)) {
-        projectError.set(std::string(pasteTooLarge));
+    if (!fitsGrid(dataset(), rows, dataset().columnCount() + newColumns)) {
+        projectError.set(std::string(gridTooLarge));
         return false;
     }
     const std::string what = "block of " + rowsText(height) + " and " + columnsText(width);
@@ -125,10 +131,12 @@ void StudioState::updateDatasetHeader(std::int64_t column, std::string_view name
     const std::string from = dataset().headers[index];
     const std::string_view trimmed = UnicodeText::trimmed(name);
     std::string to = trimmed.empty() ? "Column " + integer(column + 1) : std::string(trimmed);
+    if (to != from) {
+        to = uniqueHeaderName(to, from);
+    }
     if (to == from) {
         return;
     }
-    to = uniqueHeaderName(to);
     storeUndo("renaming of " + from + " to " + to);
     data.dataChangeUndoFlags->renamed = {from, to};
     renameEverywhere(index, to);
@@ -164,8 +172,7 @@ void StudioState::addDatasetRow() {
 }
 
 void StudioState::addDatasetColumn(std::string_view named) {
-    if (!data.isDatasetEditable.get() ||
-        dataset().columnCount() >= BlankDatasetFactory::mostColumns) {
+    if (!data.isDatasetEditable.get()) {
         return;
     }
     const std::string header = UnicodeText::trimmed(named).empty()
@@ -199,44 +206,64 @@ bool StudioState::deleteDatasetColumn(std::int64_t at, Snapshot snapshot) {
 }
 
 void StudioState::setDatasetRowCount(std::int64_t count) {
-    const std::int64_t former = dataset().rowCount();
-    const std::int64_t wanted = std::min(count, std::max(former, BlankDatasetFactory::mostRows));
-    if (!data.isDatasetEditable.get() || wanted < 1 || wanted == former) {
-        return;
-    }
-    if (wanted < former) {
-        storeUndo("removal of " + rowsText(former - wanted));
-    }
-    data.dataset.edit([wanted](ImportedDataset& table) {
-        DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(wanted));
-    });
-    log(wanted < former ? "Removed " + rowsText(former - wanted) + " from the end."
-                        : "Added " + rowsText(wanted - former) + ".");
-    clearSelectionBeyondTable();
-    refreshAnalysisDefaults();
+    setDatasetSize(count, dataset().columnCount());
 }
 
 void StudioState::setDatasetColumnCount(std::int64_t count) {
-    const std::int64_t former = dataset().columnCount();
-    const std::int64_t wanted = std::min(count, std::max(former, BlankDatasetFactory::mostColumns));
-    if (!data.isDatasetEditable.get() || wanted < 1 || wanted == former) {
+    setDatasetSize(dataset().rowCount(), count);
+}
+
+bool StudioState::setDatasetSize(std::int64_t rows, std::int64_t columns) {
+    if (!data.isDatasetEditable.get() || rows < 1 || columns < 1) {
+        return false;
+    }
+    if (!fitsGrid(dataset(), rows, columns)) {
+        projectError.set(std::string(gridTooLarge));
+        return false;
+    }
+    const std::int64_t fewerRows = dataset().rowCount() - rows;
+    const std::int64_t fewerColumns = dataset().columnCount() - columns;
+    if (fewerRows > 0 || fewerColumns > 0) {
+        std::string label = fewerRows > 0 ? rowsText(fewerRows) : "";
+        label += fewerRows > 0 && fewerColumns > 0 ? " and " : "";
+        label += fewerColumns > 0 ? columnsText(fewerColumns) : "";
+        storeUndo("removal of " + label);
+    }
+    resizeRows(rows);
+    resizeColumns(columns);
+    projectError.set(std::nullopt);
+    clearSelectionBeyondTable();
+    refreshAnalysisDefaults();
+    return true;
+}
+
+void StudioState::resizeRows(std::int64_t count) {
+    const std::int64_t former = dataset().rowCount();
+    if (count == former) {
         return;
     }
-    if (wanted > former) {
-        const std::vector<std::string> headers = furtherHeaders(*this, wanted - former);
+    data.dataset.edit([count](ImportedDataset& table) {
+        DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(count));
+    });
+    log(count < former ? "Removed " + rowsText(former - count) + " from the end."
+                       : "Added " + rowsText(count - former) + ".");
+}
+
+void StudioState::resizeColumns(std::int64_t count) {
+    const std::int64_t former = dataset().columnCount();
+    if (count > former) {
+        const std::vector<std::string> headers = furtherHeaders(*this, count - former);
         data.dataset.edit([&headers](ImportedDataset& table) {
             DatasetGridEditor::appendColumns(table, headers);
         });
-        log("Added " + columnsText(wanted - former) + ".");
-    } else {
-        storeUndo("removal of " + columnsText(former - wanted));
-        while (dataset().columnCount() > wanted) {
-            removeEverywhere(static_cast<std::size_t>(dataset().columnCount()) - 1);
-        }
-        log("Removed " + columnsText(former - wanted) + " from the end.");
-        clearSelectionBeyondTable();
+        log("Added " + columnsText(count - former) + ".");
     }
-    refreshAnalysisDefaults();
+    while (dataset().columnCount() > count) {
+        removeEverywhere(static_cast<std::size_t>(dataset().columnCount()) - 1);
+    }
+    if (count < former) {
+        log("Removed " + columnsText(former - count) + " from the end.");
+    }
 }
 
 void StudioState::clearSelectionBeyondTable() {

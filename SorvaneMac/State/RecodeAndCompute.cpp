@@ -2,6 +2,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Prepare/DataTransforms.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
+#include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/RecodeDrafts.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -204,8 +205,7 @@ void StudioState::finishCompute(const Numbers& values, const std::string& detail
     const bool asksForCompletion = !isPair(editor) && editor.cvAggOp.get() != AggregateOp::count &&
                                    editor.cvMinCompletion.get() > 0.0;
     if (asksForCompletion) {
-        logSettings(name, NumberText::fixed(100.0 * editor.cvMinCompletion.get(), 0) +
-                              "% minimum completion");
+        logSettings(name, LogText::percent(editor.cvMinCompletion.get()) + " minimum completion");
     }
     log(name + " = " + detail + ".");
     editor.cvMessage.set(name + " was added (" + detail + ").");

@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/State/LogText.h"
 
 namespace sorvane::RecodeDrafts {
 
@@ -25,7 +26,7 @@ bool isOutput(std::string_view text) {
 }
 
 std::string outputText(const std::optional<double>& output) {
-    return " → " + (output ? numberText(*output) : std::string("missing"));
+    return " → " + (output ? LogText::number(*output) : std::string("missing"));
 }
 
 }  // namespace
@@ -70,20 +71,15 @@ std::string text(const ValueRecodeRule& rule) {
     std::string values;
     for (const double source : rule.sources) {
         values += values.empty() ? "" : ", ";
-        values += numberText(source);
+        values += LogText::number(source);
     }
     return values + outputText(rule.output);
 }
 
 std::string text(const RangeRecodeRule& rule) {
-    return numberText(rule.lower) + (rule.lowerInclusive ? " ≤ x " : " < x ") +
-           (rule.upperInclusive ? "≤ " : "< ") + numberText(rule.upper) + outputText(rule.output);
-}
-
-std::string numberText(double value) {
-    return value == std::trunc(value) && std::abs(value) < 1e15
-               ? NumberText::integer(static_cast<std::int64_t>(value))
-               : NumberText::shortest(value);
+    return LogText::number(rule.lower) + (rule.lowerInclusive ? " ≤ x " : " < x ") +
+           (rule.upperInclusive ? "≤ " : "< ") + LogText::number(rule.upper) +
+           outputText(rule.output);
 }
 
 }  // namespace sorvane::RecodeDrafts

@@ -17,6 +17,5 @@ std::optional<RangeRecodeRule> rangeRule(const RecodeDraft& draft);
 std::string text(const ValueRecodeRule& rule);
 /// "18 ≤ x < 30 → 1".
 std::string text(const RangeRecodeRule& rule);
-std::string numberText(double value);
 
 }  // namespace sorvane::RecodeDrafts

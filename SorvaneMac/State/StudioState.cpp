@@ -82,6 +82,7 @@ StudioState::StudioState(std::filesystem::path resources,
       isComputing(fields, "isComputing"),
       computingLabel(fields, "computingLabel", "", ResetRule::kept),
       computingCancellable(fields, "computingCancellable", false, ResetRule::kept),
+      computingProgress(fields, "computingProgress", std::nullopt, ResetRule::kept),
       impMessage(fields, "impMessage"),
       resources_(std::move(resources)),
       runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()),
@@ -260,19 +261,6 @@ void StudioState::refreshAnalysisDefaults() {
         validChoice(selectedANOVAGroupName.get(), factors, preferredGroupingVariable(dataset())));
     derived.selectedBinningVariableName.set(
         validChoice(derived.selectedBinningVariableName.get(), numericVariables(dataset())));
-}
-
-void StudioState::cancelComputing() {
-    if (!computingCancellable.get()) {
-        return;
-    }
-    if (miceTask_) {
-        miceTask_->request_stop();
-        miceTask_.reset();
-    }
-    isComputing.set(false);
-    computingCancellable.set(false);
-    impMessage.set("Imputation canceled. Nothing was changed.");
 }
 
 std::vector<std::filesystem::path> StudioState::recentDataFiles() const {

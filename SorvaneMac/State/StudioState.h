@@ -79,6 +79,8 @@ public:
     Field<bool> isComputing;
     Field<std::string> computingLabel;
     Field<bool> computingCancellable;
+    /// The share of the run under way that is done; absent where it cannot be told.
+    Field<std::optional<double>> computingProgress;
     Field<std::optional<std::string>> impMessage;
 
     const ImportedDataset& dataset() const { return data.dataset.get(); }
@@ -154,6 +156,11 @@ public:
     bool deleteDatasetColumn(std::int64_t at, Snapshot snapshot = Snapshot::taken);
     void setDatasetRowCount(std::int64_t count);
     void setDatasetColumnCount(std::int64_t count);
+    /// Grows or shrinks the grid at its end, in one step that can be undone where it shrinks. Says
+    /// in `projectError` when it would be too large.
+    ///
+    /// Returns    whether the grid has that size now
+    bool setDatasetSize(std::int64_t rows, std::int64_t columns);
     /// Writes the table as comma-separated text. Says in `projectMessage` or `projectError` how it
     /// went.
     ///
@@ -164,6 +171,8 @@ public:
     /// Takes back the last change of cells or columns; before the last there is nothing to take
     /// back.
     bool undoLastDataChange();
+    /// What else the undo would take back, in a sentence: cells typed after the change.
+    std::optional<std::string> undoLoses() const;
     bool canUndoDataChange() const { return data.dataChangeUndo->has_value(); }
 
     // Derived variables. Each returns whether it was done; the message field of its form says what
@@ -177,7 +186,9 @@ public:
     bool renameVariable(const std::string& from, std::string_view to);
     bool deleteVariable(const std::string& named);
     /// The name, or the name with the first free number from 2 on; blank becomes "Score".
-    std::string uniqueHeaderName(std::string_view base) const;
+    ///
+    /// Input      `own`: a column that gives up its name, if any
+    std::string uniqueHeaderName(std::string_view base, std::string_view own = {}) const;
     std::string defaultScaleScoreVariableName() const;
     /// The numbers that a recode or a compute would give the first rows if it were run now; absent
     /// while something is missing.
@@ -191,6 +202,9 @@ public:
     std::optional<std::string> computedVariableLacks() const;
     std::optional<std::string> binningLacks() const;
     std::optional<std::string> scaleScoreLacks() const;
+    /// The items marked as worded in reverse that a score takes as they stand, because the ends of
+    /// their scales are not known.
+    std::vector<std::string> itemsNotReversed() const;
     std::optional<std::string> clampLacks() const;
     std::optional<std::string> renameLacks(const std::string& from, std::string_view to) const;
     std::optional<std::string> deletionLacks(const std::string& named) const;
@@ -274,6 +288,17 @@ public:
 
     // Long computations.
 
+    /// A run too long for the window to wait for.
+    struct Computation {
+        /// What the overlay says meanwhile.
+        std::string label;
+        /// Computes on copies of its own, away from this thread; what it returns stores the result.
+        TaskRunner::Work work;
+        bool isCancellable = false;
+    };
+    /// Starts the run; its result is stored when it has ended, unless it was cancelled. One run
+    /// stands at a time: another one is not started meanwhile.
+    void compute(Computation computation);
     void cancelComputing();
 
     /// What outlives the session.
@@ -294,6 +319,10 @@ private:
                       std::string logMessage,
                       StudioScreen screen,
                       bool editable);
+    void resizeRows(std::int64_t count);
+    void resizeColumns(std::int64_t count);
+    /// Takes back what forms say of a change that no longer stands.
+    void forgetChangeMessages();
     /// Keeps the table as it stands for `undoLastDataChange`.
     void storeUndo(std::string label);
     void log(std::string entry);
@@ -347,6 +376,7 @@ private:
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
+    std::int64_t cellsTypedSinceChange_ = 0;
     std::unique_ptr<AutosaveWriter> autosaveWriter_;
     /// Where the table of an opened project had come from, so that saving it again keeps that.
     std::string projectSourceKind_ = "unknown";

@@ -117,6 +117,18 @@ TEST(SubgroupMissingness, TenPointsBetweenGroupsStandOut) {
     EXPECT_TRUE(result.spreads[1].isUneven);
     EXPECT_TRUE(result.isUneven);
 
+    // 57 and 47 of 100: the quotients differ by a little less than ten points.
+    Numbers rounded(200, 1.0);
+    std::vector<std::string> halves(200, "b");
+    for (std::size_t row = 0; row < 100; ++row) {
+        halves[row] = "a";
+        rounded[row] = row < 57 ? none : rounded[row];
+        rounded[100 + row] = row < 47 ? none : rounded[100 + row];
+    }
+    EXPECT_TRUE(SubgroupMissingness::byGroup(columnsOf({rounded}), {names.data(), 1},
+                                             *TextColumn::of(halves))
+                    .isUneven);
+
     const std::vector<std::string> one(40, "a");
     EXPECT_EQ(SubgroupMissingness::byGroup(columnsOf({even}), names, *TextColumn::of(one))
                   .readiness.status,

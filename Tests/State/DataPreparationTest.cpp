@@ -108,6 +108,10 @@ TEST_F(DataPreparation, ScoresBandsAndScaleScores) {
     EXPECT_EQ(state_.scale.scaleScoreCreationMessage.get(),
               "Scale score was added as a new dependent-variable score and is now available in "
               "Descriptives and ANOVA.");
+    state_.scale.reverseCodedItemNames.set({"q3", "q1"});
+    state_.data.dataset.edit(
+        [](ImportedDataset& table) { table.variables[1].scaleRange = std::nullopt; });
+    EXPECT_EQ(state_.itemsNotReversed(), Texts{"q1"});
     state_.scale.constructName.set(" Calm ");
     EXPECT_EQ(state_.defaultScaleScoreVariableName(), "Calm Mean Score");
 }
@@ -147,11 +151,14 @@ TEST_F(DataPreparation, ADeletionDropsTheNameAndUndoBringsTheMarksBack) {
     ASSERT_TRUE(state_.undoLastDataChange());
     EXPECT_EQ(state_.scale.reverseCodedItemNames.get(), NameSet{"q1"});
     EXPECT_EQ(state_.dataset().headers[1], "q1");
+    EXPECT_NE(state_.classification("q1"), nullptr);
 }
 
 TEST_F(DataPreparation, CleaningWritesAColumnBesideTheSource) {
     state_.cleaning.clVar.set({"q2"});
     state_.cleaning.clUpper.set(" 5 ");
+    state_.cleaning.clLower.set("-inf");
+    EXPECT_EQ(state_.clLowerBound(), std::nullopt);
     state_.cleaning.clLower.set("1");
     EXPECT_EQ(state_.clOutOfRangeReport().flaggedCount, 1);
     ASSERT_TRUE(state_.clApplyClampToMissing());

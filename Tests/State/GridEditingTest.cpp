@@ -28,8 +28,8 @@ TEST_F(GridEditing, ABlockIsPastedAndTheGridGrows) {
     EXPECT_EQ(cell(2, 0), "");
     EXPECT_EQ(state_.dataset().variables[1].numericSummary->maximum, 3.0);
 
-    EXPECT_FALSE(state_.pasteDatasetBlock(0, 0, std::string(20000, '\n') + "1"));
-    EXPECT_NE(state_.projectError->value_or("").find("does not fit"), std::string::npos);
+    EXPECT_FALSE(state_.pasteDatasetBlock(0, 0, std::string(20000, '\t') + "1"));
+    EXPECT_NE(state_.projectError->value_or("").find("too large"), std::string::npos);
     EXPECT_EQ(state_.dataset().rowCount(), 4);
 
     EXPECT_TRUE(state_.undoLastDataChange());
@@ -59,6 +59,24 @@ TEST_F(GridEditing, RowsAndColumnsComeAndGoWithOneStepBack) {
     EXPECT_EQ(state_.dataset().headers, (Names{"Var1", "Var2", "Var2 2", "Var4"}));
 }
 
+TEST_F(GridEditing, OneChangeOfSizeIsOneStepBack) {
+    state_.createBlankDataset("typed", 20, 10, std::nullopt);
+    ASSERT_TRUE(state_.setDatasetSize(5, 4));
+    EXPECT_EQ(state_.data.dataChangeUndoLabel.get(), "removal of 15 row(s) and 6 column(s)");
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+    state_.updateDatasetCell(0, 0, "typed");
+    EXPECT_NE(state_.undoLoses()->find("1 cell(s)"), std::string::npos);
+    ASSERT_TRUE(state_.undoLastDataChange());
+    EXPECT_EQ(state_.dataset().rowCount(), 20);
+    EXPECT_EQ(state_.dataset().columnCount(), 10);
+
+    EXPECT_TRUE(state_.setDatasetSize(12000, 10)) << "it may grow beyond what it can begin with";
+    EXPECT_FALSE(state_.setDatasetSize(1, 1000000));
+    EXPECT_TRUE(state_.projectError->has_value());
+    EXPECT_FALSE(state_.setDatasetSize(0, 1));
+    EXPECT_EQ(state_.dataset().rowCount(), 12000);
+}
+
 TEST_F(GridEditing, HeadersStayUniqueAndSelectionsFollow) {
     state_.updateDatasetCell(0, 0, "4");
     state_.updateDatasetCell(1, 0, "5");
@@ -66,6 +84,8 @@ TEST_F(GridEditing, HeadersStayUniqueAndSelectionsFollow) {
     state_.headerBinding(0).set("  Var2 ");
     EXPECT_EQ(state_.dataset().headers, (Names{"Var2 2", "Var2"}));
     EXPECT_EQ(state_.cleaning.clVar->name, "Var2 2");
+    state_.updateDatasetHeader(0, "Var2");
+    EXPECT_EQ(state_.dataset().headers[0], "Var2 2") << "its own name is free for it";
     state_.updateDatasetHeader(1, " ");
     EXPECT_EQ(state_.dataset().headers[1], "Column 2");
     EXPECT_TRUE(state_.undoLastDataChange());

@@ -157,10 +157,12 @@ Finding missingnessFinding(const Missingness& found) {
     ReportItem item{.id = Uuid::fresh(),
                     .title = "Missing data",
                     .apaSummary = sentenceOf(found),
-                    .table = variableTable(found.summary),
-                    .extraTables = std::vector{patternTable(found.summary)}};
-    const EvidenceLine line = verdict(found.test);
-    item.caution = line.title + ". " + line.detail;
+                    .table = variableTable(found.summary)};
+    if (found.summary.missingCells > 0) {
+        const EvidenceLine line = verdict(found.test);
+        item.extraTables = std::vector{patternTable(found.summary)};
+        item.caution = line.title + ". " + line.detail;
+    }
     return {.item = std::move(item), .figure = std::nullopt};
 }
 

@@ -1,8 +1,7 @@
-#include "SorvaneMac/Screens/Regression/LinearRegression.h"
-
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -96,74 +95,81 @@ Finding finding(const LinearModelRun& run) {
     return {.item = std::move(item), .figure = run.figure};
 }
 
+class LinearRegression final : public StoredAnalysis<RegressionFields, LinearModelRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(RegressionModel::linear));
+    }
+
+    void addControls(SetupForm& form) override {
+        RegressionSelection::addControls(form, state_, fields_, RegressionModel::linear);
+    }
+
+    std::string runLabel() const override { return "Run regression"; }
+    std::optional<Gate> gate() const override {
+        return RegressionSelection::gate(state_, fields_, RegressionModel::linear);
+    }
+
+    std::string selection() const override {
+        return RegressionSelection::selection(state_, fields_);
+    }
+
+    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::linear); }
+
+private:
+    std::optional<LinearModelRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        LinearModelRun run{.outcome = fields_.regOutcome->name,
+                           .predictors = RegressionSelection::predictors(state_, fields_)};
+        const std::vector<NumericColumn> columns =
+            RegressionSelection::predictorColumns(state_, run.predictors);
+        run.result = RegressionTests::ordinaryLeastSquares(
+            columns, dataset.numericColumn(run.outcome),
+            {.predictorNames = run.predictors, .confidenceLevel = confidenceLevel});
+        if (run.result) {
+            run.figure = figureOf(run, dataset);
+        }
+        run.assumptions = AssumptionAudit::regressionAudit(columns, run.predictors,
+                                                           dataset.numericColumn(run.outcome));
+        fields_.regAssumptionFindings.replace(run.assumptions);
+        return run;
+    }
+
+    void present(const LinearModelRun& run, ScreenContent& content) const override {
+        if (!run.result) {
+            content.gate = couldNotEstimate(run);
+            return;
+        }
+        const MultipleRegressionResult& result = *run.result;
+        content.subtitle = subtitle() + ": " + run.outcome;
+        content.tiles = {{"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
+                         {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3),
+                          "For the number of predictors"},
+                         {"F(" + ResultText::count(result.dfModel) + ", " +
+                              ResultText::count(result.dfResidual) + ")",
+                          svFmt(result.fStatistic, 2), ResultText::pSentence(result.pValue)},
+                         {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+        content.cards.push_back(
+            {.title = "Coefficients",
+             .subtitle = "Effect of each predictor with the others held constant",
+             .tables = {coefficientTable(result), modelTable(result)},
+             .wide = true});
+        content.cards.push_back(
+            {.title = run.figure.title, .subtitle = run.figure.subtitle, .charts = {run.figure}});
+        content.cards.push_back(AssumptionChecks::card(run.assumptions));
+        std::vector<std::string> cautions = ResultText::messages(result.readiness);
+        cautions.emplace_back(caution);
+        content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
+        content.findings.push_back(finding(run));
+    }
+};
+
 }  // namespace
 
-std::string LinearRegression::subtitle() const {
-    return std::string(displayName(RegressionModel::linear));
-}
-
-void LinearRegression::addControls(SetupForm& form) {
-    RegressionSelection::addControls(form, state_, fields_, RegressionModel::linear);
-}
-
-std::optional<Gate> LinearRegression::gate() const {
-    return RegressionSelection::gate(state_, fields_, RegressionModel::linear);
-}
-
-std::string LinearRegression::selection() const {
-    return fields_.regOutcome->name + " on " +
-           ResultText::listed(RegressionSelection::predictors(state_, fields_));
-}
-
-std::optional<LinearModelRun> LinearRegression::compute() {
-    const ImportedDataset& dataset = state_.dataset();
-    LinearModelRun run{.outcome = fields_.regOutcome->name,
-                       .predictors = RegressionSelection::predictors(state_, fields_)};
-    std::vector<NumericColumn> columns;
-    for (const std::string& name : run.predictors) {
-        columns.push_back(dataset.numericColumn(name));
-    }
-    run.result = RegressionTests::ordinaryLeastSquares(
-        columns, dataset.numericColumn(run.outcome),
-        {.predictorNames = run.predictors, .confidenceLevel = confidenceLevel});
-    if (run.result) {
-        run.figure = figureOf(run, dataset);
-    }
-    run.assumptions = AssumptionAudit::regressionAudit(columns, run.predictors,
-                                                       dataset.numericColumn(run.outcome));
-    fields_.regAssumptionFindings.replace(run.assumptions);
-    return run;
-}
-
-void LinearRegression::present(const LinearModelRun& run, ScreenContent& content) const {
-    if (!run.result) {
-        content.gate = couldNotEstimate(run);
-        return;
-    }
-    const MultipleRegressionResult& result = *run.result;
-    content.subtitle = subtitle() + ": " + run.outcome;
-    content.tiles = {
-        {"R²", svFmtBounded(result.rSquared, 3), "Variance explained"},
-        {"Adjusted R²", svFmtBounded(result.adjustedRSquared, 3), "For the number of predictors"},
-        {"F(" + ResultText::count(result.dfModel) + ", " + ResultText::count(result.dfResidual) +
-             ")",
-         svFmt(result.fStatistic, 2), ResultText::pSentence(result.pValue)},
-        {"Cases used", ResultText::count(result.n), "complete on all variables"}};
-    content.cards.push_back({.title = "Coefficients",
-                             .subtitle = "Effect of each predictor with the others held constant",
-                             .tables = {coefficientTable(result), modelTable(result)},
-                             .wide = true});
-    content.cards.push_back(
-        {.title = run.figure.title, .subtitle = run.figure.subtitle, .charts = {run.figure}});
-    content.cards.push_back(AssumptionChecks::card(run.assumptions));
-    std::vector<std::string> cautions = ResultText::messages(result.readiness);
-    cautions.emplace_back(caution);
-    content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
-    content.findings.push_back(finding(run));
-}
-
-Guide LinearRegression::guide() const {
-    return RegressionOutcomes::guideOf(RegressionModel::linear);
+std::unique_ptr<Analysis> RegressionAnalyses::linear(StudioState& state, RegressionFields& fields) {
+    return std::make_unique<LinearRegression>(state, fields, fields.regLinearRun);
 }
 
 }  // namespace sorvane

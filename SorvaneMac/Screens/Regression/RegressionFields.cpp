@@ -24,6 +24,9 @@ RegressionFields::RegressionFields(FieldRegistry& fields)
       regPredictors(fields, "regPredictors"),
       regHasRun(fields, "regHasRun"),
       regLinearRun(fields, "regLinearRun"),
+      regLogisticRun(fields, "regLogisticRun"),
+      regPoissonRun(fields, "regPoissonRun"),
+      regOrdinalRun(fields, "regOrdinalRun"),
       regAssumptionFindings(fields, "regAssumptionFindings"),
       regAssumptionsExpanded(fields, "regAssumptionsExpanded", true, ResetRule::kept) {}
 

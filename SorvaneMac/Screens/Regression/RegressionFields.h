@@ -8,6 +8,9 @@
 
 #include "SorvaneCore/Analyses/Basics/AssumptionFinding.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
+#include "SorvaneCore/Analyses/GeneralizedRegression/LogisticRegressionTests.h"
+#include "SorvaneCore/Analyses/GeneralizedRegression/OrdinalRegressionTests.h"
+#include "SorvaneCore/Analyses/GeneralizedRegression/PoissonRegressionTests.h"
 #include "SorvaneMac/Screens/Chart.h"
 #include "SorvaneMac/State/Field.h"
 
@@ -33,7 +36,39 @@ struct LinearModelRun {
 };
 BOOST_DESCRIBE_STRUCT(LinearModelRun, (), (outcome, predictors, result, assumptions))
 
-/// The selections of Regression, and the model last run.
+/// A logistic model as it was run.
+struct LogisticModelRun {
+    std::string outcome;
+    /// The label that counts as 1.
+    std::string event;
+    std::vector<std::string> predictors;
+    std::optional<LogisticRegressionResult> result;
+
+    bool operator==(const LogisticModelRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(LogisticModelRun, (), (outcome, event, predictors, result))
+
+/// A Poisson model as it was run.
+struct PoissonModelRun {
+    std::string outcome;
+    std::vector<std::string> predictors;
+    std::optional<PoissonRegressionResult> result;
+
+    bool operator==(const PoissonModelRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(PoissonModelRun, (), (outcome, predictors, result))
+
+/// A proportional-odds model as it was run.
+struct OrdinalModelRun {
+    std::string outcome;
+    std::vector<std::string> predictors;
+    std::optional<OrdinalRegressionResult> result;
+
+    bool operator==(const OrdinalModelRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(OrdinalModelRun, (), (outcome, predictors, result))
+
+/// The selections of Regression, and each model as it was last run.
 struct RegressionFields {
     explicit RegressionFields(FieldRegistry& fields);
 
@@ -41,8 +76,11 @@ struct RegressionFields {
     Field<VariableName> regOutcome;
     Field<NameSet> regPredictors;
     Field<bool> regHasRun;
-    /// Stands until the next run, whatever is chosen meanwhile.
+    /// Each stands until the next run, whatever is chosen meanwhile.
     Field<std::optional<LinearModelRun>> regLinearRun;
+    Field<std::optional<LogisticModelRun>> regLogisticRun;
+    Field<std::optional<PoissonModelRun>> regPoissonRun;
+    Field<std::optional<OrdinalModelRun>> regOrdinalRun;
     Field<std::optional<std::vector<AssumptionFinding>>> regAssumptionFindings;
     Field<bool> regAssumptionsExpanded;
 };

@@ -1,7 +1,6 @@
 #include "SorvaneMac/Screens/Regression/RegressionScreen.h"
 
-#include "SorvaneMac/Screens/Regression/LinearRegression.h"
-#include "SorvaneMac/Screens/Regression/PlannedRegression.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Seeding.h"
 
 namespace sorvane {
@@ -15,11 +14,10 @@ constexpr std::size_t seededPredictors = 4;
 RegressionScreen::RegressionScreen(StudioState& state, RegressionFields& fields)
     : AnalysisScreen(StudioScreen::regression, state, fields.regHasRun), fields_(fields) {
     chooseBy("Model", fields.regModel);
-    add(std::make_unique<LinearRegression>(state, fields));
-    for (const RegressionModel model :
-         {RegressionModel::logistic, RegressionModel::poisson, RegressionModel::ordinal}) {
-        add(std::make_unique<PlannedRegression>(model, state, fields));
-    }
+    add(RegressionAnalyses::linear(state, fields));
+    add(RegressionAnalyses::logistic(state, fields));
+    add(RegressionAnalyses::poisson(state, fields));
+    add(RegressionAnalyses::ordinal(state, fields));
 }
 
 void RegressionScreen::seed() {

@@ -2,6 +2,7 @@
 
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane::RegressionSelection {
@@ -31,6 +32,19 @@ std::vector<std::string> predictors(const StudioState& state, const RegressionFi
         FormControls::chosen(fields.regPredictors.get(), numericVariables(state.dataset()));
     std::erase(names, fields.regOutcome->name);
     return names;
+}
+
+std::vector<NumericColumn> predictorColumns(const StudioState& state,
+                                            const std::vector<std::string>& predictors) {
+    std::vector<NumericColumn> columns;
+    for (const std::string& name : predictors) {
+        columns.push_back(state.dataset().numericColumn(name));
+    }
+    return columns;
+}
+
+std::string selection(const StudioState& state, const RegressionFields& fields) {
+    return fields.regOutcome->name + " on " + ResultText::listed(predictors(state, fields));
 }
 
 void addControls(SetupForm& form,

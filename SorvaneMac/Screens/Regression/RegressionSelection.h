@@ -15,10 +15,17 @@ namespace sorvane::RegressionSelection {
 /// The chosen predictors that are numeric columns, less the outcome, in column order.
 std::vector<std::string> predictors(const StudioState& state, const RegressionFields& fields);
 
+/// Their cells as numbers.
+std::vector<NumericColumn> predictorColumns(const StudioState& state,
+                                            const std::vector<std::string>& predictors);
+
 void addControls(SetupForm& form,
                  const StudioState& state,
                  RegressionFields& fields,
                  RegressionModel model);
+
+/// "score on age and hours"
+std::string selection(const StudioState& state, const RegressionFields& fields);
 
 /// What is missing before the model can run.
 std::optional<Gate> gate(const StudioState& state,

@@ -1,0 +1,155 @@
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
+#include "SorvaneMac/Screens/Regression/RegressionCharts.h"
+#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution =
+    "Odds ratios describe association after adjusting for the predictors, not causation, and are "
+    "not ratios of probabilities.";
+constexpr std::string_view note =
+    "B is the change of the log odds for a step of one; OR is the odds ratio with its 95% "
+    "confidence interval; z and p are Wald tests.";
+
+Gate couldNotEstimate(const LogisticModelRun& run) {
+    return {.title = "The model could not be estimated",
+            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
+            .text = run.result ? ResultText::obstacle(run.result->readiness)
+                               : "The outcome needs exactly two values. Pick another one in the "
+                                 "Setup panel."};
+}
+
+ReportTable coefficientTable(const LogisticRegressionResult& result) {
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "z", "p", "OR", "95% CI Lower", "95% CI Upper"};
+    for (const LogisticCoefficient& each : result.coefficients) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                              svFmt(each.oddsRatio, 3), svFmt(each.oddsRatioLowerBound, 3),
+                              svFmt(each.oddsRatioUpperBound, 3)});
+    }
+    return table;
+}
+
+ReportTable modelTable(const LogisticModelRun& run) {
+    const LogisticRegressionResult& result = *run.result;
+    ReportTable table;
+    table.title = "Model summary";
+    table.headers = {
+        "n",           "Events",    "Log likelihood", "Residual deviance", "Null deviance",
+        "McFadden R²", "Iterations"};
+    table.rows = {{ResultText::count(result.n), ResultText::count(result.events),
+                   svFmt(result.logLikelihood, 2), svFmt(result.residualDeviance, 2),
+                   svFmt(result.nullDeviance, 2), svFmt(result.mcFaddenR2, 3),
+                   ResultText::count(result.iterations)}};
+    table.note = "An event is " + run.outcome + " = " + run.event + ".";
+    return table;
+}
+
+std::string sentence(const LogisticModelRun& run) {
+    const LogisticRegressionResult& result = *run.result;
+    std::string text = "Binary logistic regression of " + run.outcome + " (" + run.event + ") on " +
+                       ResultText::listed(run.predictors) +
+                       ": McFadden R² = " + svFmtBounded(result.mcFaddenR2, 2) +
+                       ", n = " + ResultText::count(result.n) + ", " +
+                       ResultText::count(result.events) + " events.";
+    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
+        const LogisticCoefficient& each = result.coefficients[at];
+        text += " The effect of " + each.name + " was " +
+                std::string(ResultText::significanceWords(each.pValue)) +
+                ", OR = " + svFmt(each.oddsRatio, 2) + ", 95% CI [" +
+                svFmt(each.oddsRatioLowerBound, 2) + ", " + svFmt(each.oddsRatioUpperBound, 2) +
+                "], " + ResultText::pSentence(each.pValue) + ".";
+    }
+    return text;
+}
+
+std::vector<Tile> tiles(const LogisticModelRun& run) {
+    const LogisticRegressionResult& result = *run.result;
+    return {{"McFadden R²", svFmtBounded(result.mcFaddenR2, 3), "not explained variance"},
+            {"Residual deviance", svFmt(result.residualDeviance, 2),
+             "null deviance " + svFmt(result.nullDeviance, 2)},
+            {"Events", ResultText::count(result.events), run.outcome + " = " + run.event},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+}
+
+std::vector<Chart> charts(const LogisticRegressionResult& result) {
+    std::vector<IntervalPlot::Row> rows;
+    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
+        const LogisticCoefficient& each = result.coefficients[at];
+        rows.push_back({each.name, each.estimate, each.lowerBound, each.upperBound});
+    }
+    return {RegressionCharts::coefficients(std::move(rows), "Change of the log odds")};
+}
+
+class LogisticRegression final : public StoredAnalysis<RegressionFields, LogisticModelRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(RegressionModel::logistic));
+    }
+
+    void addControls(SetupForm& form) override {
+        RegressionSelection::addControls(form, state_, fields_, RegressionModel::logistic);
+    }
+
+    std::string runLabel() const override { return "Run regression"; }
+
+    std::optional<Gate> gate() const override {
+        return RegressionSelection::gate(state_, fields_, RegressionModel::logistic);
+    }
+
+    std::string selection() const override {
+        return RegressionSelection::selection(state_, fields_);
+    }
+
+    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::logistic); }
+
+private:
+    std::optional<LogisticModelRun> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        LogisticModelRun run{.outcome = fields_.regOutcome->name,
+                             .predictors = RegressionSelection::predictors(state_, fields_)};
+        const TextColumn& labels = dataset.rows.column(*dataset.columnIndex(run.outcome));
+        run.event = LogisticRegressionTests::eventLabel(labels).value_or("");
+        run.result = LogisticRegressionTests::binaryLogistic(
+            RegressionSelection::predictorColumns(state_, run.predictors), labels,
+            {.predictorNames = run.predictors});
+        return run;
+    }
+
+    void present(const LogisticModelRun& run, ScreenContent& content) const override {
+        if (!run.result || run.result->coefficients.empty()) {
+            content.gate = couldNotEstimate(run);
+            return;
+        }
+        addReport({.title = "Logistic Regression: " + run.outcome,
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = {coefficientTable(*run.result), modelTable(run)},
+                   .note = std::string(note),
+                   .charts = charts(*run.result),
+                   .figureCaption = "Coefficients of the predictors of " + run.outcome +
+                                    " with 95% confidence intervals.",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(run.result->readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> RegressionAnalyses::logistic(StudioState& state,
+                                                       RegressionFields& fields) {
+    return std::make_unique<LogisticRegression>(state, fields, fields.regLogisticRun);
+}
+
+}  // namespace sorvane

@@ -1,0 +1,148 @@
+#include "SorvaneCore/Numerics/NormalCritical.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
+#include "SorvaneMac/Screens/Regression/RegressionCharts.h"
+#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution =
+    "Odds ratios describe association after adjusting for the predictors, not causation, and hold "
+    "only as far as they are the same at every cut point.";
+constexpr std::string_view note =
+    "B is the change of the log odds of a higher level for a step of one; OR is the odds ratio; z "
+    "and p are Wald tests.";
+constexpr double alpha = 0.05;
+
+Gate couldNotEstimate(const OrdinalModelRun& run) {
+    return {.title = "The model could not be estimated",
+            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
+            .text = run.result ? ResultText::obstacle(run.result->readiness)
+                               : "The outcome must hold ordered numbers. Pick another one in the "
+                                 "Setup panel."};
+}
+
+ReportTable effectTable(const OrdinalRegressionResult& result) {
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "z", "p", "OR"};
+    for (const OrdinalPredictorEffect& each : result.predictorEffects) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                              svFmt(each.oddsRatio, 3)});
+    }
+    return table;
+}
+
+ReportTable thresholdTable(const OrdinalRegressionResult& result) {
+    ReportTable table;
+    table.title = "Thresholds";
+    table.headers = {"Between levels", "Estimate", "SE"};
+    for (const OrdinalThreshold& each : result.thresholds) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3)});
+    }
+    table.note =
+        "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
+    return table;
+}
+
+std::string sentence(const OrdinalModelRun& run) {
+    const OrdinalRegressionResult& result = *run.result;
+    std::string text = "Proportional-odds ordinal regression of " + run.outcome + " (" +
+                       ResultText::count(result.levelCount) + " levels) on " +
+                       ResultText::listed(run.predictors) +
+                       ": log likelihood = " + svFmt(result.logLikelihood, 2) +
+                       ", n = " + ResultText::count(result.n) + ".";
+    for (const OrdinalPredictorEffect& each : result.predictorEffects) {
+        text += " The effect of " + each.name + " was " +
+                std::string(ResultText::significanceWords(each.pValue)) +
+                ", OR = " + svFmt(each.oddsRatio, 2) + ", z = " + svFmt(each.z, 2) + ", " +
+                ResultText::pSentence(each.pValue) + ".";
+    }
+    return text;
+}
+
+std::vector<Tile> tiles(const OrdinalRegressionResult& result) {
+    return {{"Levels", ResultText::count(result.levelCount), "of the outcome"},
+            {"Log likelihood", svFmt(result.logLikelihood, 2), ""},
+            {"Predictors", ResultText::count(result.predictorCount), ""},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+}
+
+std::vector<Chart> charts(const OrdinalRegressionResult& result) {
+    const double critical = normalCritical(alpha);
+    std::vector<IntervalPlot::Row> rows;
+    for (const OrdinalPredictorEffect& each : result.predictorEffects) {
+        const double half = critical * each.standardError;
+        rows.push_back({each.name, each.estimate, each.estimate - half, each.estimate + half});
+    }
+    return {RegressionCharts::coefficients(std::move(rows),
+                                           "Change of the log odds of a higher level")};
+}
+
+class OrdinalRegression final : public StoredAnalysis<RegressionFields, OrdinalModelRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(RegressionModel::ordinal));
+    }
+
+    void addControls(SetupForm& form) override {
+        RegressionSelection::addControls(form, state_, fields_, RegressionModel::ordinal);
+    }
+
+    std::string runLabel() const override { return "Run regression"; }
+
+    std::optional<Gate> gate() const override {
+        return RegressionSelection::gate(state_, fields_, RegressionModel::ordinal);
+    }
+
+    std::string selection() const override {
+        return RegressionSelection::selection(state_, fields_);
+    }
+
+    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::ordinal); }
+
+private:
+    std::optional<OrdinalModelRun> compute() override {
+        OrdinalModelRun run{.outcome = fields_.regOutcome->name,
+                            .predictors = RegressionSelection::predictors(state_, fields_)};
+        run.result = OrdinalRegressionTests::proportionalOdds(
+            RegressionSelection::predictorColumns(state_, run.predictors),
+            state_.dataset().numericColumn(run.outcome), {.predictorNames = run.predictors});
+        return run;
+    }
+
+    void present(const OrdinalModelRun& run, ScreenContent& content) const override {
+        if (!run.result || run.result->predictorEffects.empty()) {
+            content.gate = couldNotEstimate(run);
+            return;
+        }
+        addReport({.title = "Ordinal Regression: " + run.outcome,
+                   .sentence = sentence(run),
+                   .tiles = tiles(*run.result),
+                   .tables = {effectTable(*run.result), thresholdTable(*run.result)},
+                   .note = std::string(note),
+                   .charts = charts(*run.result),
+                   .figureCaption = "Coefficients of the predictors of " + run.outcome +
+                                    " with 95% confidence intervals.",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(run.result->readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> RegressionAnalyses::ordinal(StudioState& state,
+                                                      RegressionFields& fields) {
+    return std::make_unique<OrdinalRegression>(state, fields, fields.regOrdinalRun);
+}
+
+}  // namespace sorvane
