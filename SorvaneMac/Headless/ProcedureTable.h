@@ -34,6 +34,7 @@ std::vector<Procedure> analysesProcedures();
 std::vector<Procedure> groupComparisonProcedures();
 std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
+std::vector<Procedure> dataReductionProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 
