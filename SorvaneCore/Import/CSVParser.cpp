@@ -9,8 +9,8 @@
 #include "SorvaneCore/Import/DelimiterDetection.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Import/NormalizedRows.h"
-#include "SorvaneCore/Import/ParallelFor.h"
 #include "SorvaneCore/Import/RecordReader.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 

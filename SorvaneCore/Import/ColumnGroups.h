@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "SorvaneCore/Import/ParallelFor.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 

@@ -12,7 +12,7 @@
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/ImportError.h"
-#include "SorvaneCore/Import/ParallelFor.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "SorvaneCore/Import/ParallelFor.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 

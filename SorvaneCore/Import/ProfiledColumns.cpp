@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "SorvaneCore/Dataset/ColumnProfile.h"
-#include "SorvaneCore/Import/ParallelFor.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 

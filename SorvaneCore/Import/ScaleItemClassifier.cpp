@@ -8,10 +8,10 @@
 #include "SorvaneCore/Dataset/ColumnProfile.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/NameTokens.h"
-#include "SorvaneCore/Import/ParallelFor.h"
 #include "SorvaneCore/Import/ScaleItemKeywords.h"
 #include "SorvaneCore/Import/ScaleItemValues.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::ScaleItemClassifier {
 
