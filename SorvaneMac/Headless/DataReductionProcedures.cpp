@@ -1,3 +1,5 @@
+#include "SorvaneCore/Analyses/Clustering/HierarchicalClustering.h"
+#include "SorvaneCore/Analyses/Clustering/KMeansClustering.h"
 #include "SorvaneCore/Analyses/LatentVariables/FactorAnalyzer.h"
 #include "SorvaneCore/Analyses/LatentVariables/LatentVariableSupport.h"
 #include "SorvaneCore/Analyses/LatentVariables/OmegaReliabilityAnalyzer.h"
@@ -83,10 +85,79 @@ std::vector<Procedure> latentVariableProcedures() {
     };
 }
 
+/// Cases: rows of numbers, or names of columns whose complete rows count. Absent where rows differ
+/// in length.
+struct Cases {
+    std::string name = "rows";
+    std::string columnsKey = "columns";
+    std::optional<CaseRows> read(const CallArguments& call) const {
+        if (call.hasRows(name)) {
+            return CaseRows::of(call.required<NumberRows>(name));
+        }
+        // "rows" may also say which rows of the file to read.
+        return CaseRows::complete(call.has(columnsKey) ? call.numericColumns(columnsKey, columnsKey)
+                                                       : call.numericColumns(name, columnsKey));
+    }
+    std::vector<ListedArgument> listed() const {
+        return {{name, "list of rows, or of column names", ""},
+                {columnsKey, "list of column names, in place of rows", ""}};
+    }
+};
+
+using MaybeRows = std::optional<CaseRows>;
+
+std::vector<Procedure> clusterProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const KMeansOptions start;
+    const Cases rows{};
+    const Setting<bool> standardize{"standardize", start.standardize};
+    const Setting<std::int64_t> maxIterations{"maxIterations", start.maxIterations};
+    const Seed seed{"seed", start.seed};
+    return {
+        procedure(
+            "ClusterAnalysis.kMeans",
+            [](const MaybeRows& cases, std::int64_t k, bool inStandardScores, std::int64_t passes,
+               std::uint64_t firstState) {
+                const KMeansOptions options{.k = k,
+                                            .standardize = inStandardScores,
+                                            .maxIterations = passes,
+                                            .seed = firstState};
+                return cases ? ClusterAnalysis::kMeans(*cases, options) : std::nullopt;
+            },
+            rows, Setting<std::int64_t>{"k", start.k}, standardize, maxIterations, seed),
+        procedure(
+            "ClusterAnalysis.elbowCurve",
+            [](const MaybeRows& cases, const std::vector<std::int64_t>& kRange,
+               bool inStandardScores, std::int64_t passes, std::uint64_t firstState) {
+                const KMeansOptions options{
+                    .standardize = inStandardScores, .maxIterations = passes, .seed = firstState};
+                return cases ? ClusterAnalysis::elbowCurve(*cases, kRange, options)
+                             : std::vector<ElbowPoint>();
+            },
+            rows, Value<std::vector<std::int64_t>>{"kRange"}, standardize, maxIterations, seed),
+        procedure(
+            "ClusterAnalysis.hierarchical",
+            [](const MaybeRows& cases, const HierarchicalOptions& options) {
+                return cases ? ClusterAnalysis::hierarchical(*cases, options) : std::nullopt;
+            },
+            rows, Settings<HierarchicalOptions>{}),
+        procedure(
+            "ClusterAnalysis.cutTree",
+            [](const std::vector<HierarchicalMerge>& merges, std::int64_t caseCount,
+               std::int64_t k) { return ClusterAnalysis::cutTree(merges, caseCount, k); },
+            Value<std::vector<HierarchicalMerge>>{"merges"}, Value<std::int64_t>{"caseCount"},
+            Value<std::int64_t>{"k"}),
+    };
+}
+
 }  // namespace
 
 std::vector<Procedure> dataReductionProcedures() {
-    return latentVariableProcedures();
+    std::vector<Procedure> procedures = latentVariableProcedures();
+    for (Procedure& each : clusterProcedures()) {
+        procedures.push_back(std::move(each));
+    }
+    return procedures;
 }
 
 }  // namespace sorvane
