@@ -44,21 +44,27 @@ void divideRow(double* row, std::size_t n, double divisor) {
     }
 }
 
-/// Adds the sums of products of a block of columns to the upper triangle of `gram`.
-void addProducts(const double* columns, std::size_t count, std::size_t cols, Matrix& gram) {
+/// Entries of a block of columns that the first cache level holds.
+constexpr std::size_t blockEntries = 4096;
+constexpr std::size_t fewestBlockRows = 64;
+
+/// Adds the sums of products of a block of columns, which start `stride` apart, to the upper
+/// triangle of `gram`.
+void addProducts(
+    const double* columns, std::size_t stride, std::size_t count, std::size_t cols, Matrix& gram) {
     for (std::size_t i = 0; i < cols; ++i) {
-        const double* x = columns + i * count;
+        const double* x = columns + i * stride;
         std::size_t j = i;
         for (; j + 4 <= cols; j += 4) {
-            const double* y = columns + j * count;
+            const double* y = columns + j * stride;
             const auto sums =
-                ColumnKernels::dots<4>(x, {y, y + count, y + 2 * count, y + 3 * count}, count);
+                ColumnKernels::dots<4>(x, {y, y + stride, y + 2 * stride, y + 3 * stride}, count);
             for (std::size_t c = 0; c < 4; ++c) {
                 gram[i * cols + j + c] += sums[c];
             }
         }
         for (; j < cols; ++j) {
-            gram[i * cols + j] += ColumnKernels::dot(x, columns + j * count, count);
+            gram[i * cols + j] += ColumnKernels::dot(x, columns + j * stride, count);
         }
     }
 }
@@ -127,17 +133,30 @@ std::optional<Matrix> invert(std::span<const double> matrix, std::size_t n) {
 
 Matrix gramMatrix(std::span<const double> matrix, std::size_t rows, std::size_t cols) {
     assert(matrix.size() == rows * cols);
-    constexpr std::size_t blockEntries = 4096;  // 32 KiB, what the first cache level holds
     Matrix gram(cols * cols, 0.0);
     if (cols == 0) {
         return gram;
     }
-    const std::size_t blockRows = std::max<std::size_t>(blockEntries / cols, 64);
+    const std::size_t blockRows = std::max(blockEntries / cols, fewestBlockRows);
     std::vector<double> columns(std::min(blockRows, rows) * cols);
     for (std::size_t first = 0; first < rows; first += blockRows) {
         const std::size_t count = std::min(blockRows, rows - first);
         ColumnKernels::gatherColumns(&matrix[first * cols], count, cols, count, columns.data());
-        addProducts(columns.data(), count, cols, gram);
+        addProducts(columns.data(), count, count, cols, gram);
+    }
+    mirrorUpperTriangle(gram, cols);
+    return gram;
+}
+
+Matrix gramOfColumns(std::span<const double> columns, std::size_t rows, std::size_t cols) {
+    assert(columns.size() == rows * cols);
+    Matrix gram(cols * cols, 0.0);
+    if (cols == 0) {
+        return gram;
+    }
+    const std::size_t blockRows = std::max(blockEntries / cols, fewestBlockRows);
+    for (std::size_t first = 0; first < rows; first += blockRows) {
+        addProducts(&columns[first], rows, std::min(blockRows, rows - first), cols, gram);
     }
     mirrorUpperTriangle(gram, cols);
     return gram;

@@ -64,6 +64,11 @@ BOOST_DESCRIBE_STRUCT(SymmetricEigen, (), (values, vectors))
                                              std::size_t rows,
                                              std::size_t cols);
 
+/// The same of a matrix that is given column after column.
+[[nodiscard]] std::vector<double> gramOfColumns(std::span<const double> columns,
+                                                std::size_t rows,
+                                                std::size_t cols);
+
 /// The product of two row-major matrices, aRows by bCols.
 ///
 /// Input      a of aRows * aCols entries, b of aCols * bCols

@@ -199,6 +199,17 @@ struct Setting {
     }
 };
 
+/// The start of a sequence of random numbers.
+struct Seed {
+    std::string name;
+    std::uint64_t fallback = 0;
+    std::uint64_t read(const CallArguments& call) const { return call.seed(name, fallback); }
+    std::vector<ListedArgument> listed() const {
+        return {{name, "whole number, or text of hexadecimal digits after 0x",
+                 std::to_string(fallback)}};
+    }
+};
+
 /// All settings of a procedure that takes them as one struct.
 template <typename T>
 struct Settings {

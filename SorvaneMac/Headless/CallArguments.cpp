@@ -1,6 +1,7 @@
 #include "SorvaneMac/Headless/CallArguments.h"
 
 #include <algorithm>
+#include <charconv>
 #include <numeric>
 
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"
@@ -48,10 +49,10 @@ std::string positionName(std::size_t position) {
     return "Column " + NumberText::integer(static_cast<std::int64_t>(position));
 }
 
-/// Whether "rows" gives the rows of a procedure rather than the numbers of rows to keep.
-bool isRowMatrix(const Json& rows) {
-    return rows.is_array() && !rows.empty() &&
-           (rows.front().is_array() || rows.front().is_string());
+/// Whether "rows" gives the numbers of rows to keep rather than the rows of a procedure, or "all".
+bool restrictsRows(const Json& rows) {
+    return rows != "all" && !(rows.is_array() && !rows.empty() &&
+                              (rows.front().is_array() || rows.front().is_string()));
 }
 
 std::optional<double> numberOf(const std::string& name, const Json& cell) {
@@ -74,7 +75,7 @@ CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> data
             std::min<std::size_t>(required<std::size_t>(firstRowsKey), rowCount));
         std::iota(rows.begin(), rows.end(), std::size_t{0});
         dataset_->rows = pickedRows(dataset_->rows, rows);
-    } else if (has(rowsKey) && !isRowMatrix(arguments_[rowsKey])) {
+    } else if (has(rowsKey) && restrictsRows(arguments_[rowsKey])) {
         auto rows = required<std::vector<std::size_t>>(rowsKey);
         for (std::size_t& row : rows) {
             if (row < 1 || row > rowCount) {
@@ -307,6 +308,28 @@ std::string CallArguments::columnName(const std::string& name, const std::string
     }
     const Json& column = given(columnKey);
     return column.is_string() ? column.get<std::string>() : std::string();
+}
+
+std::uint64_t CallArguments::seed(const std::string& name, std::uint64_t fallback) const {
+    constexpr int hexadecimal = 16;
+    const Json* json = find(name);
+    if (!json) {
+        return fallback;
+    }
+    if (json->is_number_unsigned()) {
+        return json->get<std::uint64_t>();
+    }
+    const std::string text = json->is_string() ? json->get<std::string>() : "";
+    std::uint64_t number = 0;
+    const bool isPrefixed = text.starts_with("0x") || text.starts_with("0X");
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + (isPrefixed ? 2 : 0), end, number,
+                                      isPrefixed ? hexadecimal : 10);
+    if (read.ec != std::errc() || read.ptr != end) {
+        throw CallError("The argument \"" + name +
+                        "\" needs a whole number, or a text such as \"0x1f\".");
+    }
+    return number;
 }
 
 std::string CallArguments::cell(const std::string& name) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <set>
@@ -24,7 +25,7 @@ public:
 /// The arguments of one call: a JSON object, and the table whose columns it may name.
 ///
 /// Two keys restrict the table's rows before anything is read: "firstRows" (a count) and "rows" (a
-/// list of row numbers counted from 1). Every key must be asked for by the procedure;
+/// list of row numbers counted from 1, or "all"). Every key must be asked for by the procedure;
 /// `expectNoOthers` refuses the rest, so that a misspelt setting is not silently left at its
 /// default.
 class CallArguments {
@@ -70,6 +71,9 @@ public:
 
     /// A name; where it is not given, that of the column of `columnKey`, empty for a list of cells.
     std::string columnName(const std::string& name, const std::string& columnKey) const;
+    /// The start of a sequence of random numbers: a whole number, or a text of hexadecimal digits
+    /// after "0x".
+    std::uint64_t seed(const std::string& name, std::uint64_t fallback) const;
     /// The text of a cell, which may be given as a number.
     std::string cell(const std::string& name) const;
 

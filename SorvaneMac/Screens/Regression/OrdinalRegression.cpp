@@ -75,7 +75,7 @@ std::vector<Tile> tiles(const OrdinalRegressionResult& result) {
 }
 
 std::vector<Chart> charts(const OrdinalRegressionResult& result) {
-    const double critical = normalCritical(alpha);
+    const double critical = normalCritical(alpha, NormalCriticalSetting::wide);
     std::vector<IntervalPlot::Row> rows;
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         const double half = critical * each.standardError;
