@@ -20,7 +20,8 @@ public:
         return json.is_discarded() ? Json() : json;
     }
     void set(std::string_view key, const Json& value) override {
-        settings_->setValue(name(key), QString::fromStdString(value.dump()));
+        settings_->setValue(name(key), QString::fromStdString(value.dump(
+                                           -1, ' ', false, Json::error_handler_t::replace)));
     }
 
 private:

@@ -66,6 +66,12 @@ Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcom
     return chart;
 }
 
+Chart measurementBoxes(std::span<const NamedNumericGroup> measurements) {
+    Chart chart = boxes(measurements, "Value");
+    chart.title = "Box plots by measurement";
+    return chart;
+}
+
 Chart profile(std::span<const NamedNumericGroup> conditions) {
     LinePlot plot;
     LinePlot::Series series{.name = "Mean"};
@@ -79,7 +85,7 @@ Chart profile(std::span<const NamedNumericGroup> conditions) {
     }
     plot.series.push_back(std::move(series));
     Chart chart;
-    chart.title = "Condition means";
+    chart.title = "Means by measurement";
     chart.subtitle = "With 95% confidence intervals";
     chart.yLabel = "Mean";
     chart.plot = std::move(plot);

@@ -13,6 +13,8 @@ namespace sorvane::GroupCharts {
 Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcome);
 /// A box plot of each group.
 Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcome);
+/// A box plot of each repeated measurement.
+Chart measurementBoxes(std::span<const NamedNumericGroup> measurements);
 /// The means of repeated measurements in their order, joined by a line, with 95 % intervals.
 Chart profile(std::span<const NamedNumericGroup> conditions);
 

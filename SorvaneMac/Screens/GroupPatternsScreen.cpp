@@ -104,7 +104,7 @@ Json GroupPatternsScreen::result() const {
 Guide GroupPatternsScreen::guide() const {
     return {.answers =
                 "How the values of an outcome lie within each group and between groups: centre, "
-                "spread, missing values, and how large the difference is beside the spread.",
+                "spread, and how large the difference is beside the spread.",
             .needs =
                 "A numeric outcome and a grouping field with at least two groups of two or more "
                 "values. Groups of a handful of cases show patterns that the next sample will "

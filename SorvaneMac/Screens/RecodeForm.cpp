@@ -4,6 +4,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/Seeding.h"
+#include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/RecodeDrafts.h"
 
 namespace sorvane {
@@ -25,7 +26,7 @@ NumberControl scaleEnd(std::string label, Field<double>& field) {
             .maximum = scaleLimit,
             .step = 0.5,
             .value = field.get(),
-            .valueText = RecodeDrafts::numberText(field.get()),
+            .valueText = LogText::number(field.get()),
             .set = [&field](double value) {
                 field.set(value);
             }};

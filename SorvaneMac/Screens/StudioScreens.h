@@ -17,7 +17,9 @@ public:
 
     Screen& at(StudioScreen id) const { return *screens_.at(id); }
     /// Runs the seed of a screen that comes into view.
-    void appear(StudioScreen id) { at(id).seed(); }
+    void appear(StudioScreen id) {
+        state_.fillWithoutChange([&] { at(id).seed(); });
+    }
     /// What the screen shows, put together anew only after a field changed that it reads.
     const ScreenContent& content(StudioScreen id);
 

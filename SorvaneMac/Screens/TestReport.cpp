@@ -32,9 +32,11 @@ Finding finding(const TestReport& report) {
 
 void addReport(TestReport report, ScreenContent& content) {
     content.tiles = std::move(report.tiles);
+    const std::size_t firstTable = content.cards.size();
     for (const ReportTable& table : report.tables) {
         content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
     }
+    content.cards[firstTable].tables.front().note = report.note;
     if (report.passage) {
         content.cards.back().passages.push_back(*report.passage);
     }
@@ -42,10 +44,11 @@ void addReport(TestReport report, ScreenContent& content) {
     if (report.checks) {
         content.cards.push_back(*report.checks);
     }
-    std::vector<std::string> cautions = report.warnings;
-    cautions.push_back(report.caution);
+    if (!report.warnings.empty()) {
+        content.cards.push_back({.title = "Cautions", .cautions = report.warnings, .wide = true});
+    }
     content.cards.push_back(
-        {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
+        {.title = "What not to claim", .cautions = {report.caution}, .wide = true});
     content.findings.push_back(finding(report));
 }
 

@@ -84,16 +84,16 @@ bool mayLeave(QWidget* parent, Workspace& workspace) {
     return false;
 }
 
-void offerLastSession(QWidget* parent, Workspace& workspace) {
+bool offerLastSession(QWidget* parent, Workspace& workspace) {
     StudioState& state = workspace.state;
     if (!state.hasAutosave() || state.hasData()) {
-        return;
+        return false;
     }
     if (workspace.confirm(parent, resumeQuestion)) {
-        state.resumeAutosave();
-    } else {
-        state.discardAutosave();
+        return state.resumeAutosave();
     }
+    state.discardAutosave();
+    return false;
 }
 
 }  // namespace sorvane

@@ -22,6 +22,8 @@ bool saveProjectAs(QWidget* parent, Workspace& workspace);
 /// Whether what is in the workspace may go: where changes are not saved, asks whether to save them.
 bool mayLeave(QWidget* parent, Workspace& workspace);
 /// Where the last session left work and nothing is loaded yet, asks whether to take it up.
-void offerLastSession(QWidget* parent, Workspace& workspace);
+///
+/// Returns    whether it was taken up
+bool offerLastSession(QWidget* parent, Workspace& workspace);
 
 }  // namespace sorvane

@@ -108,10 +108,10 @@ int openWindow(QApplication& application,
     }
     window.show();
     const AutosaveSchedule autosaves(state);
-    if (request.file) {
+    // Before a file is opened, whose own autosave would take the place of the last session's.
+    const bool isResumed = offerLastSession(&window, window.workspace());
+    if (request.file && !isResumed) {
         openFile(&window, window.workspace(), *request.file);
-    } else {
-        offerLastSession(&window, window.workspace());
     }
     const int status = QApplication::exec();
     state.defaults().set(windowKey, toJson(window.memory()));

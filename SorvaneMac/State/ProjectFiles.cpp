@@ -38,6 +38,13 @@ std::optional<StudioScreen> screenOf(const std::string& raw) {
     return std::nullopt;
 }
 
+/// So that it stays the same file when the program changes its folder.
+std::string wholePath(const std::filesystem::path& file) {
+    std::error_code failed;
+    const std::filesystem::path whole = std::filesystem::absolute(file, failed);
+    return failed ? file.string() : whole.string();
+}
+
 }  // namespace
 
 std::map<std::string, std::string> StudioState::projectSettings() const {
@@ -70,7 +77,7 @@ ProjectSnapshot StudioState::projectSnapshot() const {
     return snapshot;
 }
 
-void StudioState::restoreProjectSettings(const Settings& settings) {
+void StudioState::restoreProjectSettings(const Settings& settings, FoldedSettings folded) {
     for (const auto& [key, name] : surveySettings) {
         if (AnyField* field = fields.find(name)) {
             const bool isEstimand = std::string_view(name) == "svEstimand";
@@ -80,9 +87,9 @@ void StudioState::restoreProjectSettings(const Settings& settings) {
     if (AnyField* active = fields.find(weightsActiveField)) {
         active->setJson(valueOf(settings, "sv_active") == "1");
     }
-    reportItems.set(FoldedSettings::reportItems(settings));
-    researcherNotes.set(FoldedSettings::researcherNotes(settings));
-    reportRTFData.set(FoldedSettings::reportDocument(settings));
+    reportItems.set(std::move(folded.reportItems));
+    researcherNotes.set(std::move(folded.researcherNotes));
+    reportRTFData.set(std::move(folded.reportDocument));
     if (const std::optional<StudioScreen> screen = screenOf(valueOf(settings, "screen"))) {
         selection.set(*screen);
     }
@@ -103,9 +110,7 @@ bool StudioState::saveProject(const std::filesystem::path& file) {
         projectError.set("Save failed: " + *failure + ".");
         return false;
     }
-    std::error_code failed;
-    const std::filesystem::path whole = std::filesystem::absolute(file, failed);
-    currentProjectURL.set(failed ? file.string() : whole.string());
+    currentProjectURL.set(wholePath(file));
     rememberRecentProject(file);
     projectError.set(std::nullopt);
     sayOfProject("Saved " + fileName(file) + ".");
@@ -133,22 +138,29 @@ bool StudioState::loadArchive(const std::filesystem::path& file,
     try {
         // All that can fail comes before the first change.
         const ProjectArchive archive = ProjectArchive::read(file);
-        adoptArchive(archive, datasetOf(archive), url);
+        ImportedDataset dataset = datasetOf(archive);
+        FoldedSettings folded = FoldedSettings::of(archive.settings);
+        adoptArchive(archive, std::move(dataset), std::move(folded), url);
         return true;
     } catch (const ProjectArchiveError& error) {
         projectError.set(failure + error.what());
     } catch (const std::bad_alloc&) {
         projectError.set(failure + "There is not enough memory for it.");
+    } catch (const std::system_error&) {
+        projectError.set(failure +
+                         "The system has no thread left to read it with. Close other "
+                         "programs and try again.");
     }
     return false;
 }
 
 void StudioState::adoptArchive(const ProjectArchive& archive,
                                ImportedDataset dataset,
+                               FoldedSettings folded,
                                const std::optional<std::filesystem::path>& url) {
     data.dataset.replace(std::move(dataset));
     data.isDatasetEditable.set(false);
-    currentProjectURL.set(url ? std::optional(url->string()) : std::nullopt);
+    currentProjectURL.set(url ? std::optional(wholePath(*url)) : std::nullopt);
     NameSet reversed;
     NameSet unreliable;
     for (const ProjectVariableState& state : archive.variableStates) {
@@ -165,7 +177,7 @@ void StudioState::adoptArchive(const ProjectArchive& archive,
     clearReport();
     classifyAndSeedScaleItems(false);
     data.transformationLog.set(archive.transformationLog);
-    restoreProjectSettings(archive.settings);
+    restoreProjectSettings(archive.settings, std::move(folded));
     if (valueOf(archive.settings, "dataset_editable") == "1") {
         data.isDatasetEditable.set(true);
     }

@@ -1,6 +1,8 @@
 #include "SorvaneMac/State/ProjectSnapshot.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <string_view>
 
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
@@ -23,6 +25,18 @@ std::string folded(const T& value) {
     return record_json::base64({text.begin(), text.end()});
 }
 
+/// Lists and objects that nest without end, or are empty by the million, would take a hundred times
+/// their text in memory.
+bool unfoldsToMuch(std::string_view text) {
+    constexpr std::ptrdiff_t mostOpened = 2'000'000;
+    const auto opens = [](char each) {
+        return each == '[' || each == '{';
+    };
+    JsonValueEnd end;
+    end.find(text);
+    return end.isTooDeep() || std::ranges::count_if(text, opens) > mostOpened;
+}
+
 /// What a setting holds; the start value where it is absent or cannot be read.
 template <typename T>
 T unfolded(const std::map<std::string, std::string>& settings, const char* key) {
@@ -32,14 +46,26 @@ T unfolded(const std::map<std::string, std::string>& settings, const char* key) 
     }
     try {
         const std::vector<std::uint8_t> bytes = record_json::bytesOfBase64(setting->second);
-        // Values that nest without end would take a hundred times their text in memory.
-        JsonValueEnd end;
-        end.find({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-        return end.isTooDeep() ? T() : fromJson<T>(Json::parse(bytes));
+        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        return unfoldsToMuch(text) ? T() : fromJson<T>(Json::parse(bytes));
     } catch (const RecordJsonError&) {
         return T();
     } catch (const Json::exception&) {
         return T();
+    }
+}
+
+std::optional<std::vector<std::uint8_t>> unfoldedDocument(
+    const std::map<std::string, std::string>& settings) {
+    const auto setting = settings.find(documentKey);
+    if (setting == settings.end()) {
+        return std::nullopt;
+    }
+    try {
+        std::vector<std::uint8_t> bytes = record_json::bytesOfBase64(setting->second);
+        return decode(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+    } catch (const RecordJsonError&) {
+        return std::nullopt;
     }
 }
 
@@ -80,28 +106,10 @@ ProjectArchive ProjectSnapshot::archive() const {
                                         .modifiedAt = takenAt});
 }
 
-std::vector<ReportItem> FoldedSettings::reportItems(
-    const std::map<std::string, std::string>& settings) {
-    return unfolded<std::vector<ReportItem>>(settings, itemsKey);
-}
-
-std::map<std::string, std::string> FoldedSettings::researcherNotes(
-    const std::map<std::string, std::string>& settings) {
-    return unfolded<std::map<std::string, std::string>>(settings, notesKey);
-}
-
-std::optional<std::vector<std::uint8_t>> FoldedSettings::reportDocument(
-    const std::map<std::string, std::string>& settings) {
-    const auto setting = settings.find(documentKey);
-    if (setting == settings.end()) {
-        return std::nullopt;
-    }
-    try {
-        std::vector<std::uint8_t> bytes = record_json::bytesOfBase64(setting->second);
-        return decode(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
-    } catch (const RecordJsonError&) {
-        return std::nullopt;
-    }
+FoldedSettings FoldedSettings::of(const std::map<std::string, std::string>& settings) {
+    return {.reportItems = unfolded<std::vector<ReportItem>>(settings, itemsKey),
+            .researcherNotes = unfolded<std::map<std::string, std::string>>(settings, notesKey),
+            .reportDocument = unfoldedDocument(settings)};
 }
 
 ImportedDataset datasetOf(const ProjectArchive& archive) {

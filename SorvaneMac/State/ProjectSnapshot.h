@@ -33,17 +33,14 @@ struct ProjectSnapshot {
 };
 
 /// The parts of the workspace that settings hold as base64.
-namespace FoldedSettings {
+struct FoldedSettings {
+    std::vector<ReportItem> reportItems;
+    std::map<std::string, std::string> researcherNotes;
+    std::optional<std::vector<std::uint8_t>> reportDocument;
 
-/// Failure    absent, no base64, no list of items -> none
-std::vector<ReportItem> reportItems(const std::map<std::string, std::string>& settings);
-std::map<std::string, std::string> researcherNotes(
-    const std::map<std::string, std::string>& settings);
-/// Failure    absent, no base64, bytes that hold no document -> absent
-std::optional<std::vector<std::uint8_t>> reportDocument(
-    const std::map<std::string, std::string>& settings);
-
-}  // namespace FoldedSettings
+    /// Each by itself: what is absent, no base64 or of another form stays empty.
+    static FoldedSettings of(const std::map<std::string, std::string>& settings);
+};
 
 /// The table of an archive, its columns classified anew and the user's decisions put over that.
 ///

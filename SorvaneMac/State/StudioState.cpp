@@ -153,6 +153,10 @@ void StudioState::importPastedData(std::string_view text) {
     }
     adoptImport("pasted data",
                 [&] { return importer.csvImporter.importCSV("Pasted data", table); });
+    // Unlike a file, what was pasted may be nowhere else any more.
+    if (!data.importError.get()) {
+        ++projectChanges_;
+    }
 }
 
 void StudioState::beginBlankDataset() {

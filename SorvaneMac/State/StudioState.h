@@ -29,6 +29,7 @@ namespace sorvane {
 
 class AutosaveWriter;
 struct ProjectArchive;
+struct FoldedSettings;
 struct ProjectSnapshot;
 
 /// The one application object: the working table, the place in the workspace, the staged report.
@@ -252,7 +253,8 @@ public:
 
     /// What a project keeps beside the table and the roles, as short texts and as base64.
     std::map<std::string, std::string> projectSettings() const;
-    void restoreProjectSettings(const std::map<std::string, std::string>& settings);
+    void restoreProjectSettings(const std::map<std::string, std::string>& settings,
+                                FoldedSettings folded);
     /// Saves the project in a file, which then is its place. Says in `projectMessage` and
     /// `saveStatusMessage`, or in `projectError`, how it went.
     ///
@@ -265,6 +267,13 @@ public:
     bool openProject(const std::filesystem::path& file);
     /// Whether something that a project keeps was changed since it was saved, opened or imported.
     bool hasUnsavedWork() const { return savedChanges_ != projectChanges_; }
+    /// Takes what the program filled in by itself, such as the seeds of a screen, for no change.
+    template <typename Fill>
+    void fillWithoutChange(Fill&& fill) {
+        const std::uint64_t before = projectChanges_;
+        std::forward<Fill>(fill)();
+        savedChanges_ += projectChanges_ - before;
+    }
     /// Counts the changes of what a project keeps.
     std::uint64_t projectChanges() const { return projectChanges_; }
 
@@ -363,6 +372,7 @@ private:
                      const std::optional<std::filesystem::path>& url);
     void adoptArchive(const ProjectArchive& archive,
                       ImportedDataset dataset,
+                      FoldedSettings folded,
                       const std::optional<std::filesystem::path>& url);
     void sayOfProject(const std::string& message);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);

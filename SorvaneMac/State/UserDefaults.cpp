@@ -10,7 +10,8 @@ Json SessionDefaults::value(std::string_view key) const {
 }
 
 void SessionDefaults::set(std::string_view key, const Json& value) {
-    values_.insert_or_assign(std::string(key), value.dump());
+    values_.insert_or_assign(std::string(key),
+                             value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 }  // namespace sorvane

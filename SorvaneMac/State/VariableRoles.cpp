@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -44,9 +46,11 @@ void applyVerdict(DataVariable& variable, const ScaleItemClassification* verdict
 
 /// The column that each header names: of two with one name, the left one twice.
 std::vector<TextTable::Column> columnsByName(const ImportedDataset& dataset) {
+    std::unordered_map<std::string_view, std::size_t> leftmost;
     std::vector<TextTable::Column> columns;
-    for (const std::string& header : dataset.headers) {
-        columns.push_back(dataset.rows.sharedColumn(*dataset.columnIndex(header)));
+    for (std::size_t column = 0; column < dataset.headers.size(); ++column) {
+        const auto named = leftmost.try_emplace(dataset.headers[column], column).first;
+        columns.push_back(dataset.rows.sharedColumn(named->second));
     }
     return columns;
 }

@@ -179,7 +179,7 @@ TEST(GroupScreens, ShowChartsThatBecomeTheFigure) {
         std::size_t plot;
     } cases[] = {
         {__LINE__, inferential, {}, "Group means", 5},
-        {__LINE__, inferential, {{"cmTest", R"("repeatedMeasures")"}}, "Condition means", 6},
+        {__LINE__, inferential, {{"cmTest", R"("repeatedMeasures")"}}, "Means by measurement", 6},
         {__LINE__,
          inferential,
          {{"cmTest", R"("factorial")"}, {"cmFactors", R"(["passed","site"])"}},

@@ -116,8 +116,11 @@ Chart profileOf(const FactorialRun& run, const std::vector<DesignValues>& cells)
     }
     Chart chart;
     chart.title = "Profile plot";
-    chart.subtitle = "Cell means; lines that are not parallel speak for an interaction";
-    chart.xLabel = run.result->factorNames[0];
+    const std::vector<std::string>& factors = run.result->factorNames;
+    chart.subtitle = "Means; one line for each level of " + factors[1] +
+                     (factors.size() > 2 ? ", over the levels of the other factors" : "") +
+                     ". Lines that are not parallel speak for an interaction.";
+    chart.xLabel = factors[0];
     chart.yLabel = "Mean " + run.outcome;
     chart.plot = std::move(plot);
     return chart;
@@ -286,7 +289,8 @@ private:
                    .tables = {effectTable(result), cellTable(run)},
                    .note = "SS is the Type III sum of squares; η²p is partial eta-squared.",
                    .charts = run.charts,
-                   .figureCaption = "Cell means of " + run.outcome + " by " + design(result) + ".",
+                   .figureCaption = "Means of " + run.outcome + " by " + result.factorNames[0] +
+                                    " and " + result.factorNames[1] + ".",
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(result.readiness)},
                   content);

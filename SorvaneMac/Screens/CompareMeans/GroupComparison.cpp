@@ -121,9 +121,10 @@ ReportTable pairTable(const GroupComparisonAnalysisResult& result) {
              ResultText::pCell(pair.rawPValue), ResultText::starredPCell(pair.adjustedPValue),
              svFmt(pair.hedgesG, 2)});
     }
-    if (result.postHocMethod == PostHocMethod::dunn) {
-        table.note = "The difference is that of the mean ranks.";
-    }
+    table.note = std::string(result.postHocMethod == PostHocMethod::dunn
+                                 ? "The difference is that of the mean ranks. "
+                                 : "") +
+                 std::string(ResultText::starLegend);
     return table;
 }
 
@@ -242,11 +243,12 @@ void show(const OneWayRun& run, ScreenContent& content) {
     const GroupComparisonAnalysisResult& result = *run.result;
     const ANOVAResult& test = result.selectedANOVA;
     content.subtitle = result.outcomeName + " by " + result.groupName;
-    content.tiles = {{"Selected test", std::string(displayName(result.selectedVariant)), ""},
-                     {statisticName(test), svFmt(test.f, 2), ""},
-                     {"p-value", ResultText::pTile(test.pValue),
-                      std::string(ResultText::significanceWords(test.pValue))},
-                     {"Cases used", ResultText::count(run.total.n), "with a group and an outcome"}};
+    content.tiles = {
+        {"Selected test", std::string(displayName(result.selectedVariant)), ""},
+        {statisticName(test), svFmt(test.f, 2), ""},
+        {"p-value", ResultText::pTile(test.pValue),
+         std::string(ResultText::significanceWords(test.pValue))},
+        {"Cases used", ResultText::count(run.total.n), "in groups of two or more values"}};
     content.cards.push_back(
         {.title = "Descriptives", .tables = {descriptivesTable(run)}, .wide = true});
     Card source{.title = "Analysis of variance", .tables = {sourceTable(result)}, .wide = true};

@@ -1,4 +1,5 @@
 #include <array>
+#include <nlohmann/json.hpp>
 #include <span>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
@@ -85,7 +86,9 @@ Card assumptionCard(const PairedTTestRun& run) {
     if (AssumptionChecks::hints(run.assumptions, AssumptionChecks::wilcoxonHint)) {
         card.links.push_back({.label = "Go to the Wilcoxon signed-rank test",
                               .screen = StudioScreen::nonparametric,
-                              .settings = {{"npTest", "\"wilcoxon\""}}});
+                              .settings = {{"npTest", "\"wilcoxon\""},
+                                           {"npBefore", Json(run.before.name).dump()},
+                                           {"npAfter", Json(run.after.name).dump()}}});
     }
     return card;
 }
@@ -168,7 +171,7 @@ private:
         }
         run.assumptions = AssumptionAudit::pairedAudit(changes);
         run.charts = {GroupCharts::profile(measurements),
-                      GroupCharts::boxes(measurements, "Value")};
+                      GroupCharts::measurementBoxes(measurements)};
         fields_.cmAssumptionFindings.replace(run.assumptions);
         return run;
     }

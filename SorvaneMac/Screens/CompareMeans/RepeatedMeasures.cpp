@@ -218,9 +218,9 @@ private:
         }
         const std::vector<NamedNumericGroup> conditions = completeColumns(state_.dataset(), names);
         fields_.cmAssumptionFindings.reset();
-        return RepeatedMeasuresRun{
-            .result = RepeatedMeasuresANOVA::test(columns, names),
-            .charts = {GroupCharts::profile(conditions), GroupCharts::boxes(conditions, "Value")}};
+        return RepeatedMeasuresRun{.result = RepeatedMeasuresANOVA::test(columns, names),
+                                   .charts = {GroupCharts::profile(conditions),
+                                              GroupCharts::measurementBoxes(conditions)}};
     }
 
     void present(const RepeatedMeasuresRun& run, ScreenContent& content) const override {

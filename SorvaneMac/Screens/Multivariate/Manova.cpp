@@ -64,7 +64,7 @@ std::string sentence(const MANOVAResult& result) {
 }
 
 std::vector<Tile> tiles(const MANOVAResult& result) {
-    return {{"Pillai's trace", svFmt(result.pillai.statistic, 3),
+    return {{"Pillai's trace", svFmtBounded(result.pillai.statistic, 3),
              ResultText::pSentence(result.pillai.pValue)},
             {"Wilks' lambda", svFmtBounded(result.wilks.statistic, 3),
              ResultText::pSentence(result.wilks.pValue)},

@@ -131,7 +131,7 @@ private:
             run.conditions.push_back(OrderFigures::of(condition.name, condition.values));
         }
         run.result = NonparametricTests::friedman(columns);
-        run.charts = {GroupCharts::boxes(conditions, "Value")};
+        run.charts = {GroupCharts::measurementBoxes(conditions)};
         return run;
     }
 

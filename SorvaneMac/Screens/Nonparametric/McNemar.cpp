@@ -133,7 +133,9 @@ private:
                    .sentence = sentence(run),
                    .tiles = {{"χ²(" + ResultText::count(result.degreesOfFreedom) + ")",
                               svFmt(result.statistic, 2), "with continuity correction"},
-                             ResultText::pValueTile(reportedP(result)),
+                             {result.usesExactRecommended ? "Exact p-value" : "p-value",
+                              ResultText::pTile(reportedP(result)),
+                              std::string(ResultText::significanceWords(reportedP(result)))},
                              {"Changed cases", ResultText::count(result.b + result.c),
                               "b = " + ResultText::count(result.b) +
                                   ", c = " + ResultText::count(result.c)}},

@@ -125,7 +125,7 @@ private:
                            .after = OrderFigures::of(measurements[1].name, after),
                            .result = NonparametricTests::wilcoxonSignedRank(
                                std::span<const double>(before), std::span<const double>(after)),
-                           .charts = {GroupCharts::boxes(measurements, "Value")}};
+                           .charts = {GroupCharts::measurementBoxes(measurements)}};
     }
 
     void present(const WilcoxonRun& run, ScreenContent& content) const override {
