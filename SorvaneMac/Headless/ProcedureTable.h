@@ -35,6 +35,7 @@ std::vector<Procedure> groupComparisonProcedures();
 std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
 std::vector<Procedure> generalizedRegressionProcedures();
+std::vector<Procedure> latentClassProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 
