@@ -213,7 +213,7 @@ Pass CanonicalLikelihood::start() const {
 
 bool CanonicalLikelihood::growsForever(std::span<const double> step) const {
     // What cancellation and the last remnants of a finite part leave of a zero.
-    constexpr double relativeZero = 1e-8;
+    constexpr double relativeZero = 1e-10;
     constexpr double leastMove = 0.5;
     double largestEntry = 0.0;
     for (const double entry : step) {

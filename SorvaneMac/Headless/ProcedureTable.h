@@ -36,6 +36,7 @@ std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
 std::vector<Procedure> generalizedRegressionProcedures();
 std::vector<Procedure> dataReductionProcedures();
+std::vector<Procedure> latentClassProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 
