@@ -10,7 +10,8 @@ const std::vector<Procedure>& all() {
         for (std::vector<Procedure> room :
              {numericsProcedures(), datasetProcedures(), analysesProcedures(),
               groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures(),
-              dataReductionProcedures(), prepareProcedures(), projectProcedures()}) {
+              dataReductionProcedures(), survivalProcedures(), prepareProcedures(),
+              projectProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

@@ -35,6 +35,7 @@ std::vector<Procedure> groupComparisonProcedures();
 std::vector<Procedure> rankAndTableProcedures();
 std::vector<Procedure> varianceProcedures();
 std::vector<Procedure> dataReductionProcedures();
+std::vector<Procedure> survivalProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 
