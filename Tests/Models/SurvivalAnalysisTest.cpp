@@ -164,12 +164,9 @@ TEST(CoxRegression, TellsOfAFitThatDoesNotSettle) {
     std::fill(event.begin(), event.begin() + 6, 1.0);
     const auto result = cox(time, event, {x});
     ASSERT_TRUE(result);
-    if (result->readiness.status == AnalysisReadinessStatus::blocked) {
-        EXPECT_EQ(messages(result->readiness), Texts{"Cox information matrix was singular."});
-    } else {
-        EXPECT_FALSE(result->converged);
-        EXPECT_EQ(messages(result->readiness), (Texts{notConverged, fewEvents}));
-    }
+    EXPECT_FALSE(result->converged);
+    EXPECT_GT(result->coefficients[0].hazardRatio, 1e6);
+    EXPECT_EQ(messages(result->readiness), (Texts{notConverged, fewEvents}));
 }
 
 TEST(CoxRegression, SaysWhatItNeeds) {

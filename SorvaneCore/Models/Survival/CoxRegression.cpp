@@ -63,8 +63,9 @@ struct State {
     std::optional<std::vector<double>> covariance{};
 };
 
-/// Goes along a step, or a half, a quarter of it, as far as the likelihood does not fall; the share
-/// gone, 0 for none.
+/// Goes along a step, or a half, a quarter of it, as far as the likelihood does not fall and the
+/// information can still be inverted, which it cannot where an effect has no bound; the share gone,
+/// 0 for none.
 double advance(State& state,
                const CoxPartialLikelihood& likelihood,
                const std::vector<double>& step) {
@@ -75,17 +76,21 @@ double advance(State& state,
             beta[j] += factor * step[j];
         }
         Evaluation next = likelihood.at(beta);
-        if (std::isfinite(next.logLikelihood) &&
-            next.logLikelihood >= state.now.logLikelihood - likelihoodSlack) {
-            state.beta = std::move(beta);
-            state.now = std::move(next);
+        if (!(std::isfinite(next.logLikelihood) &&
+              next.logLikelihood >= state.now.logLikelihood - likelihoodSlack)) {
+            continue;
+        }
+        if (auto covariance = LinearAlgebra::invert(next.information, beta.size())) {
+            state = {.beta = std::move(beta),
+                     .now = std::move(next),
+                     .covariance = std::move(covariance)};
             return factor;
         }
     }
     return 0.0;
 }
 
-/// Newton's iteration; leaves `covariance` absent when it meets singular information.
+/// Newton's iteration; `covariance` is absent where the information is singular from the start.
 State iterated(const CoxPartialLikelihood& likelihood,
                std::int64_t maxIterations,
                CoxResult& result) {
@@ -105,7 +110,6 @@ State iterated(const CoxPartialLikelihood& likelihood,
         if (factor == 0.0) {
             break;
         }
-        state.covariance = LinearAlgebra::invert(state.now.information, p);
     }
     return state;
 }
