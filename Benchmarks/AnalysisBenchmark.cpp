@@ -10,9 +10,14 @@
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
+#include "SorvaneCore/Analyses/Clustering/HierarchicalClustering.h"
+#include "SorvaneCore/Analyses/Clustering/KMeansClustering.h"
 #include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
+#include "SorvaneCore/Analyses/LatentVariables/FactorAnalyzer.h"
+#include "SorvaneCore/Analyses/LatentVariables/PrincipalComponentsAnalyzer.h"
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Models/Survival/SurvivalAnalysis.h"
 
 namespace sorvane {
 
@@ -22,8 +27,8 @@ namespace {
 struct NumberTable {
     std::vector<std::string> names;
     std::vector<NumericColumn> columns;
-    /// The first column as it stands, where its cells are labels.
-    std::shared_ptr<const TextColumn> labels;
+    /// The same as they stand, where cells are labels.
+    std::vector<std::shared_ptr<const TextColumn>> texts;
     double rowCount = 0.0;
 };
 
@@ -31,9 +36,10 @@ NumberTable read(const std::string& file) {
     const ImportedDataset dataset = SpreadsheetImporter().importData(WorkloadData::file(file));
     NumberTable table{.names = dataset.headers,
                       .columns = {},
-                      .labels = dataset.rows.sharedColumn(0),
+                      .texts = {},
                       .rowCount = static_cast<double>(dataset.rowCount())};
     for (const std::string& name : table.names) {
+        table.texts.push_back(dataset.rows.sharedColumn(table.columns.size()));
         table.columns.push_back(dataset.numericColumn(name));
     }
     return table;
@@ -80,7 +86,7 @@ void kendall(const NumberTable& table) {
 
 /// The two largest groups.
 void welchTest(const NumberTable& table) {
-    const GroupedRows rows = GroupedRows::of(*table.labels, table.columns[1]);
+    const GroupedRows rows = GroupedRows::of(*table.texts[0], table.columns[1]);
     const auto values = [&rows](std::string_view label) {
         return std::span(std::ranges::find(rows.groups, label, &GroupedRows::Group::label)->values);
     };
@@ -90,7 +96,7 @@ void welchTest(const NumberTable& table) {
 }
 
 void compareGroups(const NumberTable& table) {
-    auto result = GroupComparisonEngine::analyze(*table.labels, table.columns[1], {});
+    auto result = GroupComparisonEngine::analyze(*table.texts[0], table.columns[1], {});
     benchmark::DoNotOptimize(result);
 }
 
@@ -100,6 +106,53 @@ void leastSquares(const NumberTable& table) {
     auto result = RegressionTests::ordinaryLeastSquares(std::span(table.columns).subspan(2),
                                                         table.columns[0], options);
     benchmark::DoNotOptimize(result);
+}
+
+void fiveFactors(const NumberTable& table) {
+    auto result = FactorAnalyzer::analyze(table.columns, 5);
+    benchmark::DoNotOptimize(result);
+}
+
+void components(const NumberTable& table) {
+    auto result = PrincipalComponentsAnalyzer::analyze(table.columns, {.computeScores = true});
+    benchmark::DoNotOptimize(result);
+}
+
+void wardTree(const NumberTable& table) {
+    auto result = ClusterAnalysis::hierarchical(CaseRows::complete(table.columns));
+    benchmark::DoNotOptimize(result);
+}
+
+void fiveMeans(const NumberTable& table) {
+    auto result = ClusterAnalysis::kMeans(CaseRows::complete(table.columns), {.k = 5});
+    benchmark::DoNotOptimize(result);
+}
+
+void survivalCurves(const NumberTable& table) {
+    auto result =
+        SurvivalAnalysis::kaplanMeier(table.columns[0], table.columns[1], table.texts[2].get());
+    benchmark::DoNotOptimize(result);
+}
+
+/// On x1 to x5, after time, event and group.
+void hazards(const NumberTable& table) {
+    const CoxOptions options{.predictorNames = {table.names.begin() + 3, table.names.end()}};
+    auto result = SurvivalAnalysis::coxPH(table.columns[0], table.columns[1],
+                                          std::span(table.columns).subspan(3), options);
+    benchmark::DoNotOptimize(result);
+}
+
+std::vector<Workload> dataReductionWorkloads() {
+    const Analysis factors{"efa", "efa", fiveFactors};
+    const Analysis manyItems{"pca", "items", components};
+    const Analysis tree{"hclust", "hclust", wardTree};
+    const Analysis means{"kmeans", "kmeans", fiveMeans};
+    const Analysis curves{"km", "surv", survivalCurves};
+    const Analysis effects{"cox", "surv", hazards};
+    return {at(factors, "1e4", 0.015), at(factors, "1e5", 0.04),  at(manyItems, "1e4", 1.0),
+            at(tree, "1e3", 0.008),    at(tree, "5e3", 0.3),      at(tree, "1e4", 1.4),
+            at(means, "1e4", 0.004),   at(means, "1e5", 0.04),    at(curves, "1e4", 0.002),
+            at(curves, "1e5", 0.015),  at(effects, "1e4", 0.003), at(effects, "1e5", 0.03)};
 }
 
 }  // namespace
@@ -112,15 +165,20 @@ std::vector<Workload> analysisWorkloads() {
     const Analysis twoMeans{"ttest", "anova", welchTest};
     const Analysis groupComparison{"anova", "anova", compareGroups};
     const Analysis regression{"ols", "reg", leastSquares};
-    return {at(describing, "1e5", 0.012),      at(describing, "1e6", 0.1),
-            at(reliability, "1e5", 0.01),      at(reliability, "1e6", 0.1),
-            at(rankCorrelation, "1e3", 1e-4),  at(rankCorrelation, "1e4", 0.002),
-            at(rankCorrelation, "1e5", 0.025), at(rankCorrelation, "1e6", 0.35),
-            at(concordance, "1e3", 1e-4),      at(concordance, "1e4", 0.0012),
-            at(concordance, "1e5", 0.013),     at(concordance, "1e6", 0.16),
-            at(twoMeans, "1e5", 0.002),        at(twoMeans, "1e6", 0.02),
-            at(groupComparison, "1e5", 0.06),  at(groupComparison, "1e6", 0.3),
-            at(regression, "1e5", 0.012),      at(regression, "1e6", 0.12)};
+    std::vector<Workload> workloads = {
+        at(describing, "1e5", 0.012),      at(describing, "1e6", 0.1),
+        at(reliability, "1e5", 0.01),      at(reliability, "1e6", 0.1),
+        at(rankCorrelation, "1e3", 1e-4),  at(rankCorrelation, "1e4", 0.002),
+        at(rankCorrelation, "1e5", 0.025), at(rankCorrelation, "1e6", 0.35),
+        at(concordance, "1e3", 1e-4),      at(concordance, "1e4", 0.0012),
+        at(concordance, "1e5", 0.013),     at(concordance, "1e6", 0.16),
+        at(twoMeans, "1e5", 0.002),        at(twoMeans, "1e6", 0.02),
+        at(groupComparison, "1e5", 0.06),  at(groupComparison, "1e6", 0.3),
+        at(regression, "1e5", 0.012),      at(regression, "1e6", 0.12)};
+    for (Workload& each : dataReductionWorkloads()) {
+        workloads.push_back(std::move(each));
+    }
+    return workloads;
 }
 
 }  // namespace sorvane

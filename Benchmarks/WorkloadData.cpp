@@ -58,6 +58,7 @@ std::string rounded(double value, double scale) {
 }
 
 constexpr double sixDecimals = 1e6;
+constexpr double fiveDecimals = 1e5;
 constexpr double threeDecimals = 1e3;
 constexpr double twoDecimals = 100.0;
 constexpr double oneDecimal = 10.0;
@@ -181,6 +182,81 @@ void writeGroups(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// Rows of items that are all answered.
+void writeAnswered(
+    CsvWriter& csv, Draws& draws, std::size_t rows, std::size_t items, std::size_t factorCount) {
+    csv.numberedHeaders("q", items);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        for (const int answer : draws.likertAnswers(items, factorCount)) {
+            const char digit = static_cast<char>('0' + std::max(answer, 1));
+            csv.cell(std::string_view(&digit, 1));
+        }
+        csv.endRow();
+    }
+}
+
+void writeFactors(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    writeAnswered(csv, draws, rows, 30, 5);
+}
+
+void writeManyItems(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    writeAnswered(csv, draws, rows, 200, 10);
+}
+
+/// Cases around five centres.
+void writeClusters(CsvWriter& csv, Draws& draws, std::size_t rows, std::size_t variables) {
+    std::vector<double> centres(5 * variables);
+    for (double& coordinate : centres) {
+        coordinate = 2.0 * draws.normal();
+    }
+    csv.numberedHeaders("V", variables);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const std::size_t centre = draws.below(5) * variables;
+        for (std::size_t j = 0; j < variables; ++j) {
+            csv.cell(rounded(centres[centre + j] + draws.normal(), fiveDecimals));
+        }
+        csv.endRow();
+    }
+}
+
+void writeTreeCases(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    writeClusters(csv, draws, rows, 6);
+}
+
+void writeMeansCases(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    writeClusters(csv, draws, rows, 10);
+}
+
+/// Times to a tenth, three in four of which end in an event, in three groups.
+void writeSurvival(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    static constexpr std::array<double, 5> effects = {0.5, -0.3, 0.2, 0.0, 0.1};
+    static constexpr std::array<std::string_view, 3> groups = {"a", "b", "c"};
+    csv.cell("time");
+    csv.cell("event");
+    csv.cell("grp");
+    csv.numberedHeaders("x", effects.size());
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        std::array<double, effects.size()> x{};
+        double eta = 0.0;
+        for (std::size_t j = 0; j < x.size(); ++j) {
+            x[j] = draws.normal();
+            eta += effects[j] * x[j];
+        }
+        const double toEvent = -100.0 * std::log(draws.share()) / std::exp(eta);
+        const double toCensoring = 300.0 * draws.share();
+        csv.cell(rounded(std::ceil(10.0 * std::min(toEvent, toCensoring)) / 10.0, oneDecimal));
+        csv.cell(toEvent <= toCensoring ? "1" : "0");
+        csv.cell(groups[draws.below(groups.size())]);
+        for (const double value : x) {
+            csv.cell(rounded(value, sixDecimals));
+        }
+        csv.endRow();
+    }
+}
+
 /// A study of forty items, six scores and four groupings.
 void writeProject(CsvWriter& csv, Draws& draws, std::size_t rows) {
     static constexpr std::array<std::string_view, 4> places = {"urban", "rural", "suburb",
@@ -207,13 +283,18 @@ struct Recipe {
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 7> recipes = {{{"likert", 101, writeLikert},
-                                            {"reg", 102, writeRegression},
-                                            {"anova", 103, writeGroups},
-                                            {"wide", 104, writeWide},
-                                            {"text", 105, writeText},
-                                            {"corr", 108, writeCorrelated},
-                                            {"proj", 123, writeProject}}};
+constexpr std::array<Recipe, 12> recipes = {{{"likert", 101, writeLikert},
+                                             {"reg", 102, writeRegression},
+                                             {"anova", 103, writeGroups},
+                                             {"wide", 104, writeWide},
+                                             {"text", 105, writeText},
+                                             {"corr", 108, writeCorrelated},
+                                             {"efa", 109, writeFactors},
+                                             {"items", 110, writeManyItems},
+                                             {"hclust", 119, writeTreeCases},
+                                             {"kmeans", 120, writeMeansCases},
+                                             {"surv", 121, writeSurvival},
+                                             {"proj", 123, writeProject}}};
 
 /// The recipe and the size that a name such as "likert_1e6.csv" asks for.
 std::pair<const Recipe*, std::size_t> recipeFor(std::string_view name) {

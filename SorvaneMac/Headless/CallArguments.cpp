@@ -91,6 +91,11 @@ bool CallArguments::has(const std::string& name) const {
     return arguments_.contains(name);
 }
 
+bool CallArguments::isGiven(const std::string& name) const {
+    const Json* json = find(name);
+    return json && !json->is_null();
+}
+
 bool CallArguments::hasRows(const std::string& name) const {
     const auto entry = arguments_.find(name);
     return entry != arguments_.end() && entry->is_array() && !entry->empty() &&

@@ -34,6 +34,8 @@ public:
     CallArguments(Json arguments, std::optional<ImportedDataset> dataset);
 
     bool has(const std::string& name) const;
+    /// Whether something other than null stands there; the procedure has then asked for it.
+    bool isGiven(const std::string& name) const;
     /// Whether it is a list whose first entry is a list: a matrix by rows, not by column names.
     bool hasRows(const std::string& name) const;
 

@@ -37,6 +37,7 @@ std::vector<Procedure> varianceProcedures();
 std::vector<Procedure> generalizedRegressionProcedures();
 std::vector<Procedure> dataReductionProcedures();
 std::vector<Procedure> latentClassProcedures();
+std::vector<Procedure> survivalProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 

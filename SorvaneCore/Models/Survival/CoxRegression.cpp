@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
+#include "SorvaneCore/Models/Survival/CoxPartialLikelihood.h"
+#include "SorvaneCore/Models/Survival/SurvivalAnalysis.h"
+#include "SorvaneCore/Models/Survival/SurvivalRows.h"
+#include "SorvaneCore/Models/Survival/SurvivalWording.h"
+#include "SorvaneCore/Numerics/LinearAlgebra.h"
+#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneCore/Numerics/NormalCritical.h"
+
+namespace sorvane::SurvivalAnalysis {
+
+namespace {
+
+using Evaluation = CoxPartialLikelihood::Evaluation;
+
+constexpr double coefficientTolerance = 1e-8;
+constexpr double likelihoodSlack = 1e-12;
+constexpr int halvingLimit = 8;
+constexpr std::size_t fewestEvents = 2;
+constexpr std::size_t fewEventsBelow = 10;
+
+SurvivalRows usedRows(const NumericColumn& time,
+                      const NumericColumn& event,
+                      std::span<const NumericColumn> predictors) {
+    std::vector<const NumericColumn*> columns = {&time, &event};
+    for (const NumericColumn& predictor : predictors) {
+        columns.push_back(&predictor);
+    }
+    return SurvivalRows::of(time, event, CompleteCases::rows(columns));
+}
+
+CoxPartialLikelihood likelihoodOf(const SurvivalRows& rows,
+                                  std::span<const NumericColumn> predictors) {
+    const std::size_t width = predictors.size();
+    std::vector<double> cells(rows.count() * width);
+    for (std::size_t j = 0; j < width; ++j) {
+        const std::vector<double> values = CompleteCases::gathered(predictors[j], rows.rows);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            cells[i * width + j] = values[i];
+        }
+    }
+    return {rows.times, rows.hasEvent, std::move(cells)};
+}
+
+double largestEntry(const std::vector<double>& step) {
+    double largest = 0.0;
+    for (const double entry : step) {
+        largest = std::max(largest, std::abs(entry));
+    }
+    return largest;
+}
+
+/// Where the iteration stands.
+struct State {
+    std::vector<double> beta{};
+    Evaluation now{};
+    /// Of the information; absent where it is singular.
+    std::optional<std::vector<double>> covariance{};
+};
+
+/// Goes along a step, or a half, a quarter of it, as far as the likelihood does not fall and the
+/// information can still be inverted, which it cannot where an effect has no bound; the share gone,
+/// 0 for none.
+double advance(State& state,
+               const CoxPartialLikelihood& likelihood,
+               const std::vector<double>& step) {
+    double factor = 1.0;
+    for (int halving = 0; halving <= halvingLimit; ++halving, factor *= 0.5) {
+        std::vector<double> beta = state.beta;
+        for (std::size_t j = 0; j < beta.size(); ++j) {
+            beta[j] += factor * step[j];
+        }
+        Evaluation next = likelihood.at(beta);
+        if (!(std::isfinite(next.logLikelihood) &&
+              next.logLikelihood >= state.now.logLikelihood - likelihoodSlack)) {
+            continue;
+        }
+        if (auto covariance = LinearAlgebra::invert(next.information, beta.size())) {
+            state = {.beta = std::move(beta),
+                     .now = std::move(next),
+                     .covariance = std::move(covariance)};
+            return factor;
+        }
+    }
+    return 0.0;
+}
+
+/// Newton's iteration; `covariance` is absent where the information is singular from the start.
+State iterated(const CoxPartialLikelihood& likelihood,
+               std::int64_t maxIterations,
+               CoxResult& result) {
+    const std::size_t p = likelihood.predictorCount();
+    State state{.beta = std::vector<double>(p, 0.0)};
+    state.now = likelihood.at(state.beta);
+    result.nullLogLikelihood = state.now.logLikelihood;
+    state.covariance = LinearAlgebra::invert(state.now.information, p);
+    while (state.covariance && !result.converged && result.iterations < maxIterations) {
+        ++result.iterations;
+        const std::vector<double> step =
+            LinearAlgebra::multiply(*state.covariance, p, p, state.now.score, 1);
+        const double largest = largestEntry(step);
+        const double factor = advance(state, likelihood, step);
+        // Where not even the full step would move a coefficient, rounding has refused it.
+        result.converged = (factor > 0.0 ? factor : 1.0) * largest < coefficientTolerance;
+        if (factor == 0.0) {
+            break;
+        }
+    }
+    return state;
+}
+
+void setCoefficients(CoxResult& result, const State& state, const CoxOptions& options) {
+    constexpr double smallestAlpha = 0.001;
+    constexpr double largestAlpha = 0.999;
+    const double alpha = std::clamp(1.0 - options.confidenceLevel, smallestAlpha, largestAlpha);
+    const double critical = normalCritical(alpha, NormalCriticalSetting::narrow);
+    const std::size_t p = state.beta.size();
+    for (std::size_t j = 0; j < p; ++j) {
+        const double estimate = state.beta[j];
+        const double error = std::sqrt((*state.covariance)[j * p + j]);
+        const double z = estimate / error;
+        result.coefficients.push_back(
+            {.name = options.predictorNames[j],
+             .estimate = estimate,
+             .standardError = error,
+             .hazardRatio = std::exp(estimate),
+             .z = z,
+             .pValue = 2.0 * (1.0 - MathDistributions::standardNormalCDF(std::abs(z))),
+             .lowerHR = std::exp(estimate - critical * error),
+             .upperHR = std::exp(estimate + critical * error)});
+    }
+}
+
+AnalysisReadiness readinessOf(const SurvivalRows& rows,
+                              std::size_t totalRows,
+                              std::vector<AnalysisReadinessIssue> issues) {
+    return AnalysisReadiness::of("n > predictors and \u22652 events; event coded 0/1",
+                                 static_cast<std::int64_t>(totalRows),
+                                 static_cast<std::int64_t>(rows.count()), std::move(issues));
+}
+
+void block(CoxResult& result, const SurvivalRows& rows, std::size_t totalRows, std::string why) {
+    result.logLikelihood = std::numeric_limits<double>::quiet_NaN();
+    result.nullLogLikelihood = result.logLikelihood;
+    result.converged = false;
+    result.readiness =
+        readinessOf(rows, totalRows, {AnalysisReadinessIssue::blocked(std::move(why))});
+}
+
+std::vector<AnalysisReadinessIssue> cautions(const CoxResult& result, const SurvivalRows& rows) {
+    std::vector<AnalysisReadinessIssue> issues;
+    if (!result.converged) {
+        issues.push_back(AnalysisReadinessIssue::caution(SurvivalWording::notConverged()));
+    }
+    if (rows.eventCount() < fewEventsBelow) {
+        issues.push_back(AnalysisReadinessIssue::caution(SurvivalWording::fewEvents()));
+    }
+    SurvivalWording::addTimeAndCensoringChecks(issues, rows);
+    return issues;
+}
+
+bool haveOneLength(const NumericColumn& time, std::span<const NumericColumn> others) {
+    return std::ranges::all_of(
+        others, [&time](const NumericColumn& other) { return other.size() == time.size(); });
+}
+
+}  // namespace
+
+std::optional<CoxResult> coxPH(const NumericColumn& time,
+                               const NumericColumn& event,
+                               std::span<const NumericColumn> predictors,
+                               const CoxOptions& options) {
+    if (event.size() != time.size() || !haveOneLength(time, predictors) ||
+        options.predictorNames.size() != predictors.size()) {
+        return std::nullopt;
+    }
+    const SurvivalRows rows = usedRows(time, event, predictors);
+    CoxResult result{.n = static_cast<std::int64_t>(rows.count()),
+                     .events = static_cast<std::int64_t>(rows.eventCount())};
+    if (predictors.empty() || rows.count() <= predictors.size() ||
+        rows.eventCount() < fewestEvents) {
+        block(result, rows, time.size(), SurvivalWording::tooFewForCox());
+        return result;
+    }
+    const State state = iterated(likelihoodOf(rows, predictors), options.maxIterations, result);
+    if (!state.covariance) {
+        block(result, rows, time.size(), SurvivalWording::singularInformation());
+        return result;
+    }
+    result.logLikelihood = state.now.logLikelihood;
+    setCoefficients(result, state, options);
+    result.readiness = readinessOf(rows, time.size(), cautions(result, rows));
+    return result;
+}
+
+}  // namespace sorvane::SurvivalAnalysis
