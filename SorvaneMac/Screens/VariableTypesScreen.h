@@ -40,6 +40,12 @@ public:
 
     std::vector<Row> rows() const;
     void assign(const std::vector<Uuid>& variables, VariableKind kind);
+    /// Opens the form that renames or deletes the variable.
+    void beginRename(const std::string& variable) {
+        state_.editor.dvName.set({variable});
+        state_.editor.dvMessage.set(std::nullopt);
+        state_.showSetup();
+    }
     void setInReliability(const Uuid& variable, bool included) {
         state_.setReliabilityIncluded(variable, included);
     }

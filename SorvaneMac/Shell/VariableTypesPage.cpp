@@ -104,7 +104,15 @@ QWidget* VariableTypesPage::quickRoles() {
             qtText(displayName(role)), [this, role] { assignSelected(role); },
             Buttons::Weight::tool));
     }
+    row->addWidget(Buttons::make(
+        "Rename or Delete…", [this] { renameSelected(); }, Buttons::Weight::tool));
     return bar;
+}
+
+void VariableTypesPage::renameSelected() {
+    const QModelIndexList selected = table_->selectionModel()->selectedRows();
+    types_.beginRename(selected.isEmpty() ? std::string()
+                                          : model_->row(selected.front().row()).name);
 }
 
 void VariableTypesPage::assignSelected(UserVariableRole role) {

@@ -279,6 +279,11 @@ std::vector<std::filesystem::path> StudioState::recentDataFiles() const {
     return RecentFiles::existing(*defaults_, recentDataFilesKey);
 }
 
+void StudioState::showSetup() {
+    inspectorPane.set(InspectorPane::setup);
+    postAction("showInspector");
+}
+
 Subscription StudioState::observeActions(std::function<void(std::string_view)> observer) {
     auto held = std::make_shared<std::function<void(std::string_view)>>(std::move(observer));
     actionObservers_.push_back(held);

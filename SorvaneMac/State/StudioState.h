@@ -281,6 +281,9 @@ public:
     /// Data files imported last, newest first, those that still exist.
     std::vector<std::filesystem::path> recentDataFiles() const;
 
+    /// Asks the window to show the setup of the present screen.
+    void showSetup();
+
     /// Subscribes to the named actions that the workspace asks of its window ("showInspector",
     /// "autosave").
     [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
