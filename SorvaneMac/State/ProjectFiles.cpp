@@ -148,6 +148,7 @@ void StudioState::adoptArchive(const ProjectArchive& archive,
                                const std::optional<std::filesystem::path>& url) {
     data.dataset.replace(std::move(dataset));
     data.isDatasetEditable.set(false);
+    importedFile_.reset();
     currentProjectURL.set(url ? std::optional(url->string()) : std::nullopt);
     NameSet reversed;
     NameSet unreliable;

@@ -100,6 +100,7 @@ bool StudioState::showsStartPage() const {
 void StudioState::importData(const std::filesystem::path& file) {
     adoptImport(fileName(file), [&] { return importer.importData(file); });
     if (!data.importError.get()) {
+        importedFile_ = file;
         RecentFiles::remember(*defaults_, recentDataFilesKey, file);
     }
 }
@@ -236,6 +237,7 @@ void StudioState::adoptDataset(ImportedDataset dataset,
 
 void StudioState::noteAdoption() {
     projectSourceKind_ = "unknown";
+    importedFile_.reset();
     if (!data.isDatasetEditable.get() && !currentProjectURL.get() && researcherNotes->empty()) {
         savedChanges_ = projectChanges_;
     }

@@ -102,6 +102,13 @@ public:
     void confirmPendingImport();
     void cancelPendingImport();
     void importPastedData(std::string_view text);
+    /// Reads the Stata file of the table again, its references to long texts with 8 bytes, and
+    /// adopts it; on failure sets `importError` and changes nothing else.
+    ///
+    /// Returns    whether it was read
+    bool readAgainWithEightByteReferences();
+    /// What that lacks; absent when it can be done.
+    std::optional<std::string> readingAgainLacks() const;
     void beginBlankDataset();
     void createBlankDataset(std::string_view name,
                             std::int64_t rows,
@@ -192,6 +199,7 @@ public:
     std::optional<std::string> binningLacks() const;
     std::optional<std::string> scaleScoreLacks() const;
     std::optional<std::string> clampLacks() const;
+    std::optional<std::string> implausibleLacks() const;
     std::optional<std::string> renameLacks(const std::string& from, std::string_view to) const;
     std::optional<std::string> deletionLacks(const std::string& named) const;
 
@@ -201,6 +209,10 @@ public:
     OutOfRangeReport clOutOfRangeReport() const;
     OutlierReport clOutlierReport() const;
     bool clApplyClampToMissing();
+    /// Sets the implausible numbers of the columns that the import warned of to missing.
+    ///
+    /// Returns    whether there were such columns
+    bool setImplausibleToMissing();
     /// The bounds as numbers; absent where none can be read.
     std::optional<double> clLowerBound() const;
     std::optional<double> clUpperBound() const;
@@ -347,6 +359,8 @@ private:
     std::filesystem::path resources_;
     std::unique_ptr<TaskRunner> runner_;
     std::function<void()> pendingImport_;
+    /// The file that the table was imported from in this session.
+    std::optional<std::filesystem::path> importedFile_;
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
