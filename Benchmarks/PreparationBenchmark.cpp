@@ -55,6 +55,7 @@ std::shared_ptr<StudioState> workspaceWith(ImportedDataset dataset) {
     auto state = std::make_shared<StudioState>("Resources");
     state->data.dataset.replace(std::move(dataset));
     state->editor.rcSource.set({"q1"});
+    state->derived.selectedBinningVariableName.set({"q1"});
     state->editor.rcValueRules.set({{.id = Uuid(), .sources = {5}, .output = std::nullopt}});
     state->editor.cvSources.set({"q1", "q2", "q3", "q4", "q5", "q6", "q7", "q8", "q9", "q10"});
     state->scale.reverseCodedItemNames.set({"q2", "q4"});

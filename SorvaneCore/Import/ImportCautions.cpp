@@ -1,5 +1,7 @@
 #include "SorvaneCore/Import/ImportCautions.h"
 
+#include <algorithm>
+
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane::ImportCautions {
@@ -45,24 +47,24 @@ std::string listed(const std::vector<std::string>& names) {
     return text;
 }
 
-struct Wording {
-    ImportCautionKind kind;
-    std::string warning;
-    std::string (*message)(const std::string& names);
-};
+std::string messageOf(const ImportCaution& caution) {
+    const std::string names = listed(caution.columnNames);
+    return caution.kind == ImportCautionKind::implausibleMagnitude ? implausibleMessage(names)
+                                                                   : shiftedMessage(names);
+}
 
 void addCaution(std::span<const std::size_t> columns,
-                const Wording& wording,
+                ImportCautionKind kind,
                 ImportedDataset& dataset) {
     if (columns.empty()) {
         return;
     }
-    ImportCaution caution{.kind = wording.kind};
+    ImportCaution caution{.kind = kind};
     for (const std::size_t column : columns) {
-        dataset.variables[column].warnings.push_back(wording.warning);
+        dataset.variables[column].warnings.push_back(warning(kind));
         caution.columnNames.push_back(dataset.headers[column]);
     }
-    caution.message = wording.message(listed(caution.columnNames));
+    caution.message = messageOf(caution);
     auto& cautions = dataset.importMetadata.cautions;
     if (!cautions) {
         cautions.emplace();
@@ -73,16 +75,41 @@ void addCaution(std::span<const std::size_t> columns,
 }  // namespace
 
 void add(const DoubtfulColumns& doubtful, ImportedDataset& dataset) {
-    addCaution(doubtful.shifted,
-               {.kind = ImportCautionKind::otherReferenceWidth,
-                .warning = shiftedWarning(),
-                .message = shiftedMessage},
-               dataset);
-    addCaution(doubtful.implausible,
-               {.kind = ImportCautionKind::implausibleMagnitude,
-                .warning = implausibleWarning(),
-                .message = implausibleMessage},
-               dataset);
+    addCaution(doubtful.shifted, ImportCautionKind::otherReferenceWidth, dataset);
+    addCaution(doubtful.implausible, ImportCautionKind::implausibleMagnitude, dataset);
+}
+
+std::string warning(ImportCautionKind kind) {
+    return kind == ImportCautionKind::implausibleMagnitude ? implausibleWarning()
+                                                           : shiftedWarning();
+}
+
+void rename(ImportReadinessMetadata& metadata, std::string_view from, const std::string& to) {
+    if (!metadata.cautions) {
+        return;
+    }
+    for (ImportCaution& caution : *metadata.cautions) {
+        const auto named = std::ranges::find(caution.columnNames, from);
+        if (named != caution.columnNames.end()) {
+            *named = to;
+            caution.message = messageOf(caution);
+        }
+    }
+}
+
+void forget(ImportReadinessMetadata& metadata, std::string_view column) {
+    if (!metadata.cautions) {
+        return;
+    }
+    std::erase_if(*metadata.cautions, [column](ImportCaution& caution) {
+        if (std::erase(caution.columnNames, column) > 0) {
+            caution.message = messageOf(caution);
+        }
+        return caution.columnNames.empty();
+    });
+    if (metadata.cautions->empty()) {
+        metadata.cautions.reset();
+    }
 }
 
 }  // namespace sorvane::ImportCautions

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
+#include <string_view>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 
@@ -18,5 +20,13 @@ struct DoubtfulColumns {
 
 /// Adds a warning to each of the columns and a caution that names them all.
 void add(const DoubtfulColumns& doubtful, ImportedDataset& dataset);
+
+/// What a variable is warned of by a caution of the kind.
+std::string warning(ImportCautionKind kind);
+
+/// Lets the cautions name a column by its new name.
+void rename(ImportReadinessMetadata& metadata, std::string_view from, const std::string& to);
+/// Takes a column that is no more out of the cautions, and a caution without columns away.
+void forget(ImportReadinessMetadata& metadata, std::string_view column);
 
 }  // namespace sorvane::ImportCautions

@@ -5,6 +5,16 @@
 
 namespace sorvane {
 
+const std::vector<SpreadsheetImporter::Format>& SpreadsheetImporter::formats() {
+    static const std::vector<Format> all = {{"Delimited text", {"csv", "tsv", "txt"}},
+                                            {"Excel workbook", {"xlsx"}},
+                                            {"Numbers document", {"numbers"}},
+                                            {"SPSS data", {"sav"}},
+                                            {"Stata data", {"dta"}},
+                                            {"Survey package", {"svmm", "svmmfield"}}};
+    return all;
+}
+
 ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& file) const {
     const std::string extension = lowerCasedExtension(file);
     if (extension == "csv" || extension == "txt" || extension == "tsv") {

@@ -96,6 +96,8 @@ std::vector<Operation> datasetOperations() {
             "exportDatasetCSV",
             [](State& state, const std::string& to) { return state.exportDatasetCSV(to); },
             [](const State& state) { return state.projectError.get(); }, Value<std::string>{"to"}),
+        refusable("readAgainWithEightByteReferences", &State::readAgainWithEightByteReferences,
+                  [](const State& state) { return state.data.importError.get(); }),
         refusable("undoLastDataChange", &State::undoLastDataChange,
                   [](const State&) { return std::optional<std::string>(nothingToUndo); }),
     };
@@ -197,6 +199,8 @@ std::vector<Operation> preparingOperations() {
                   ofEditor(&VariableEditorFields::dvMessage), Value<std::string>{"named"}),
         operation("clSeed", &State::clSeed),
         refusable("clApplyClampToMissing", &State::clApplyClampToMissing,
+                  [](const State& state) { return state.cleaning.clMessage.get(); }),
+        refusable("setImplausibleToMissing", &State::setImplausibleToMissing,
                   [](const State& state) { return state.cleaning.clMessage.get(); }),
     };
 }

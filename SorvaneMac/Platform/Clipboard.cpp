@@ -3,6 +3,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QUrl>
+
+#include "SorvaneMac/Platform/FileDialogs.h"
 
 namespace sorvane::Clipboard {
 
@@ -19,6 +22,15 @@ void setRichText(const QString& html, const QString& plainText) {
 
 QString text() {
     return QGuiApplication::clipboard()->text();
+}
+
+std::optional<std::filesystem::path> file() {
+    for (const QUrl& url : QGuiApplication::clipboard()->mimeData()->urls()) {
+        if (url.isLocalFile()) {
+            return toPath(url.toLocalFile());
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace sorvane::Clipboard

@@ -7,11 +7,11 @@
 #include <QLabel>
 #include <QStandardPaths>
 
+#include "SorvaneCore/Import/SpreadsheetImporter.h"
+
 namespace sorvane {
 
 namespace {
-
-constexpr auto dataFilter = "Delimited text (*.csv *.tsv *.txt);;All files (*)";
 
 constexpr auto projectFilter = "Project (*.svp *.sorvane);;All files (*)";
 
@@ -26,9 +26,17 @@ QString documentsDirectory() {
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
+QString patterns(const SpreadsheetImporter::Format& format) {
+    QStringList all;
+    for (const std::string_view extension : format.extensions) {
+        all << "*." + QString::fromUtf8(extension.data(), static_cast<int>(extension.size()));
+    }
+    return all.join(' ');
+}
+
 std::optional<std::filesystem::path> openDataFile(QWidget* parent) {
     return chosen(QFileDialog::getOpenFileName(parent, "Import a data file", documentsDirectory(),
-                                               dataFilter));
+                                               FileDialogs::dataFilter()));
 }
 
 std::optional<std::filesystem::path> openProject(QWidget* parent) {
@@ -64,6 +72,16 @@ std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& re
 }
 
 }  // namespace
+
+QString FileDialogs::dataFilter() {
+    QStringList every;
+    QStringList kinds;
+    for (const SpreadsheetImporter::Format& format : SpreadsheetImporter::formats()) {
+        every << patterns(format);
+        kinds << QString::fromStdString(std::string(format.name)) + " (" + patterns(format) + ")";
+    }
+    return "Data files (" + every.join(' ') + ");;" + kinds.join(";;") + ";;All files (*)";
+}
 
 FileDialogs FileDialogs::ofPlatform() {
     return {.openDataFile = &sorvane::openDataFile,

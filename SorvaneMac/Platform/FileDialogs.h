@@ -32,6 +32,8 @@ struct FileDialogs {
     std::function<std::optional<std::filesystem::path>(QWidget*, const SaveRequest&)> save;
 
     static FileDialogs ofPlatform();
+    /// What can be imported, as an open panel lists it: all of it first, then each kind.
+    static QString dataFilter();
 };
 
 std::filesystem::path toPath(const QString& fileName);

@@ -12,6 +12,23 @@
 
 namespace sorvane {
 
+namespace {
+
+std::string detailsOf(const DataVariable& variable) {
+    std::vector<std::string> lines = {variable.label.value_or("")};
+    for (std::string& value : DatasetText::labelledValues(variable)) {
+        lines.push_back(std::move(value));
+    }
+    lines.insert(lines.end(), variable.warnings.begin(), variable.warnings.end());
+    std::string details;
+    for (const std::string& line : lines) {
+        details += (details.empty() || line.empty() ? "" : "\n") + line;
+    }
+    return details;
+}
+
+}  // namespace
+
 SetupForm DataPreviewScreen::setup() {
     SetupForm form;
     form.title = "Data Preview";
@@ -117,18 +134,15 @@ std::vector<DataPreviewScreen::ColumnHead> DataPreviewScreen::columnHeads() cons
     std::vector<ColumnHead> heads;
     heads.reserve(dataset.variables.size());
     for (const DataVariable& variable : dataset.variables) {
-        std::string details = variable.label.value_or("");
-        for (const std::string& warning : variable.warnings) {
-            details += (details.empty() ? "" : "\n") + warning;
-        }
         heads.push_back(
             {.name = variable.name,
+             .label = variable.label.value_or(""),
              .role = std::string(displayName(variable.assignedType)),
              .missing =
                  variable.missingCount == 0
                      ? std::string("complete")
                      : DatasetText::share(variable.missingCount, dataset.rowCount()) + " missing",
-             .details = std::move(details)});
+             .details = detailsOf(variable)});
     }
     return heads;
 }

@@ -15,9 +15,11 @@ public:
     /// What stands above a column.
     struct ColumnHead {
         std::string name;
+        /// What the file says that the column is; empty without a label.
+        std::string label;
         std::string role;
         std::string missing;
-        /// The label and what the classifier had to say, a line each.
+        /// The label, the labelled values and what the import had to say, a line each.
         std::string details;
 
         bool operator==(const ColumnHead&) const = default;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 
@@ -20,5 +21,13 @@ std::string share(std::int64_t part, std::int64_t whole);
 std::string counted(std::int64_t count, std::string_view noun);
 /// How many variables are in the item set.
 std::int64_t itemCount(const ImportedDataset& dataset);
+/// Whether a file said what the variable or its values mean.
+bool isLabelled(const DataVariable& variable);
+/// Whether any variable has a label of its own.
+bool hasLabels(const ImportedDataset& dataset);
+/// "1 = Never" and so on: numbers in ascending order, then other codes.
+std::vector<std::string> labelledValues(const DataVariable& variable);
+/// The code with its label, "1 = Never"; the code alone where it has none.
+std::string labelled(const DataVariable& variable, const std::string& code);
 
 }  // namespace sorvane::DatasetText

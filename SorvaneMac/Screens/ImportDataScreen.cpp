@@ -1,8 +1,11 @@
 #include "SorvaneMac/Screens/ImportDataScreen.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/ImportCards.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/FieldJson.h"
 
 namespace sorvane {
 
@@ -29,6 +32,9 @@ std::vector<std::string> columnRow(const ImportColumnSummary& column) {
 }
 
 }  // namespace
+
+ImportDataScreen::ImportDataScreen(StudioState& state)
+    : importRemedy(state.fields, "importRemedy"), state_(state) {}
 
 SetupForm ImportDataScreen::setup() {
     DatasetFields& data = state_.data;
@@ -61,7 +67,22 @@ SetupForm ImportDataScreen::setup() {
         ButtonControl{.label = "Create blank grid", .press = [this] {
                           state_.replaceGuarded([this] { state_.beginBlankDataset(); });
                       }}};
+    DataPreparation::addUndo(form, state_);
     return form;
+}
+
+std::optional<std::string> ImportDataScreen::run() {
+    const ImportRemedy remedy = importRemedy.get();
+    importRemedy.set(ImportRemedy::none);
+    std::optional<std::string> lacking;
+    if (remedy == ImportRemedy::setImplausibleToMissing) {
+        lacking = state_.implausibleLacks();
+        state_.setImplausibleToMissing();
+    } else if (remedy == ImportRemedy::readAgainWithEightByteReferences) {
+        lacking = state_.readingAgainLacks();
+        state_.replaceGuarded([this] { state_.readAgainWithEightByteReferences(); });
+    }
+    return lacking;
 }
 
 ScreenContent ImportDataScreen::content() const {
@@ -79,7 +100,17 @@ ScreenContent ImportDataScreen::content() const {
          DatasetText::share(metadata.missingCellCount, metadata.totalCellCount) + " of all cells"},
         {"Repairs", ResultText::count(static_cast<std::int64_t>(metadata.issues.size())),
          metadata.issues.empty() ? "nothing to repair" : "listed below"}};
-    content.cards = {issuesCard(), markersCard(), columnsCard()};
+    for (std::optional<Card> card : {ImportCards::cautions(state_), ImportCards::notes(state_)}) {
+        if (card) {
+            content.cards.push_back(*std::move(card));
+        }
+    }
+    content.cards.push_back(issuesCard());
+    content.cards.push_back(markersCard());
+    if (std::optional<Card> card = ImportCards::variables(state_)) {
+        content.cards.push_back(*std::move(card));
+    }
+    content.cards.push_back(columnsCard());
     return content;
 }
 
@@ -142,9 +173,10 @@ Card ImportDataScreen::columnsCard() const {
 
 Guide ImportDataScreen::guide() const {
     return {.answers = "How does a file come in, and what was changed on the way?",
-            .needs =
-                "A delimited text file (.csv, .tsv or .txt) with names in its first row, or a "
-                "table copied from a spreadsheet.",
+            .needs = "A data file: " + std::string(SpreadsheetImporter::acceptedFormats) +
+                     " Numbers documents and survey packages are read as well. A table without "
+                     "names of its own has them in its first row. Or a table copied from a "
+                     "spreadsheet.",
             .doNotClaim = {"Do not treat a repaired table as the file that you were given; keep "
                            "the source.",
                            "Do not report how many cells were missing before you know what each "

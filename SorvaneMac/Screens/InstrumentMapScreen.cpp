@@ -4,6 +4,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/ImportCards.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -27,10 +28,10 @@ std::string_view categoryName(Category category) {
     return "Unclear";
 }
 
-std::string joined(const std::vector<std::string>& texts) {
+std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
     std::string whole;
     for (const std::string& text : texts) {
-        whole += (whole.empty() ? "" : "; ") + text;
+        whole += (whole.empty() ? std::string() : std::string(separator)) + text;
     }
     return whole;
 }
@@ -88,7 +89,23 @@ ScreenContent InstrumentMapScreen::content() const {
         {"Likely informational", number(Category::likelyInformational), ""},
         {"ID or metadata", number(Category::likelyIDMetadata), ""},
         {"Unclear", number(Category::unclear), ""}};
+    for (std::optional<Card> card : {ImportCards::cautions(state_), importCard()}) {
+        if (card) {
+            content.cards.push_back(*std::move(card));
+        }
+    }
     return content;
+}
+
+std::optional<Card> InstrumentMapScreen::importCard() const {
+    std::optional<Card> notes = ImportCards::notes(state_);
+    if (notes) {
+        // In one paragraph, so that the table keeps the room.
+        notes->subtitle.clear();
+        notes->paragraphs = {joined(notes->paragraphs, " ")};
+        notes->links = {{.label = "Import Data", .screen = StudioScreen::importData}};
+    }
+    return notes;
 }
 
 std::vector<InstrumentMapScreen::Row> InstrumentMapScreen::rows() const {
@@ -102,13 +119,14 @@ std::vector<InstrumentMapScreen::Row> InstrumentMapScreen::rows() const {
                 .category = std::string(categoryName(Category::unclear)),
                 .probability = "--",
                 .reasons = "",
+                .remarks = joined(variable.warnings, " "),
                 .isIncluded = VariableLists::contains(items, variable.name),
                 .canBeIncluded = isReliabilityEligible(variable.assignedType) ||
                                  VariableLists::isNumericForAnalysis(variable)};
         if (const ScaleItemClassification* verdict = state_.classification(variable.name)) {
             row.category = std::string(categoryName(verdict->category));
             row.probability = NumberText::fixed(100.0 * verdict->scaleProbability, 0) + "%";
-            row.reasons = joined(verdict->reasons);
+            row.reasons = joined(verdict->reasons, "; ");
         }
         rows.push_back(std::move(row));
     }

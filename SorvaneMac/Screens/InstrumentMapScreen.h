@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -20,6 +21,8 @@ public:
         /// How likely the column is a scale item, such as "85%".
         std::string probability;
         std::string reasons;
+        /// What the import had to say.
+        std::string remarks;
         bool isIncluded = false;
         /// Whether the column can stand in the item set at all.
         bool canBeIncluded = false;
@@ -38,11 +41,15 @@ public:
     std::optional<std::string> run() override { return std::nullopt; }
 
     std::vector<Row> rows() const;
+    bool hasLabels() const { return DatasetText::hasLabels(state_.dataset()); }
     void setIncluded(const Uuid& variable, bool isIncluded) {
         state_.setReliabilityIncluded(variable, isIncluded);
     }
 
 private:
+    /// What the reader of the file noted, in few lines.
+    std::optional<Card> importCard() const;
+
     StudioState& state_;
 };
 

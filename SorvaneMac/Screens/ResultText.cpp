@@ -98,7 +98,7 @@ Gate noDataGate() {
             .lead = "Import a file or create a blank grid",
             .text =
                 "This screen works on the columns of a dataset. Go to Import Data to bring in "
-                "a CSV, TSV or text file, or to start a blank grid."};
+                "a data file or a table that you copied, or to start a blank grid."};
 }
 
 Gate notYetGate(std::string_view analysis) {

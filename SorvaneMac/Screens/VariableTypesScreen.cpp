@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/VariableTypesScreen.h"
 
+#include "SorvaneMac/Screens/ImportCards.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
@@ -12,6 +13,12 @@ std::string joined(const std::vector<std::string>& texts, std::string_view separ
         whole += (whole.empty() ? std::string() : std::string(separator)) + text;
     }
     return whole;
+}
+
+/// All labels where the values have some, else the first values.
+std::string samplesOf(const DataVariable& variable) {
+    const std::vector<std::string> labelled = DatasetText::labelledValues(variable);
+    return joined(labelled.empty() ? variable.sampleValues : labelled, ", ");
 }
 
 }  // namespace
@@ -41,6 +48,9 @@ ScreenContent VariableTypesScreen::content() const {
         return content;
     }
     content.subtitle = "The role of each variable. Every list in the program follows it.";
+    if (std::optional<Card> card = ImportCards::cautions(state_)) {
+        content.cards.push_back(*std::move(card));
+    }
     return content;
 }
 
@@ -57,7 +67,8 @@ std::vector<VariableTypesScreen::Row> VariableTypesScreen::rows() const {
                         .valid = ResultText::count(variable.nonMissingCount),
                         .missing = ResultText::count(variable.missingCount),
                         .distinct = ResultText::count(variable.uniqueCount),
-                        .samples = joined(variable.sampleValues, ", "),
+                        .samples = samplesOf(variable),
+                        .valueLabels = joined(DatasetText::labelledValues(variable), "\n"),
                         .warnings = joined(variable.warnings, "\n")});
     }
     return rows;

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/Screens/TableForms.h"
 #include "SorvaneMac/Screens/UserVariableRole.h"
@@ -23,7 +24,10 @@ public:
         std::string valid;
         std::string missing;
         std::string distinct;
+        /// The labelled values, "1 = Never"; without any the first values.
         std::string samples;
+        /// All labelled values, a line each.
+        std::string valueLabels;
         /// A line each.
         std::string warnings;
 
@@ -39,7 +43,14 @@ public:
     std::optional<std::string> run() override { return std::nullopt; }
 
     std::vector<Row> rows() const;
+    bool hasLabels() const { return DatasetText::hasLabels(state_.dataset()); }
     void assign(const std::vector<Uuid>& variables, VariableKind kind);
+    /// Opens the form that renames or deletes the variable.
+    void beginRename(const std::string& variable) {
+        state_.editor.dvName.set({variable});
+        state_.editor.dvMessage.set(std::nullopt);
+        state_.showSetup();
+    }
     void setInReliability(const Uuid& variable, bool included) {
         state_.setReliabilityIncluded(variable, included);
     }

@@ -12,7 +12,7 @@ namespace sorvane {
 
 namespace {
 
-constexpr int headHeight = 58;
+constexpr int lineHeight = 17;
 constexpr int air = 8;
 constexpr int narrowest = 84;
 constexpr int widest = 190;
@@ -31,6 +31,7 @@ int DataGridHeader::suitableWidth(int column) const {
     const QFontMetrics name(Theme::font(13, QFont::DemiBold));
     const QFontMetrics small(Theme::font(11.5));
     const int width = std::max({name.horizontalAdvance(qtText(head.name)),
+                                small.horizontalAdvance(qtText(head.label)),
                                 small.horizontalAdvance(qtText(head.role)),
                                 small.horizontalAdvance(qtText(head.missing))});
     int cells = 0;
@@ -44,7 +45,11 @@ int DataGridHeader::suitableWidth(int column) const {
 }
 
 QSize DataGridHeader::sizeHint() const {
-    return {QHeaderView::sizeHint().width(), Theme::px(headHeight)};
+    return {QHeaderView::sizeHint().width(), Theme::px(lineCount() * lineHeight + air)};
+}
+
+int DataGridHeader::lineCount() const {
+    return model_.hasLabels() ? 4 : 3;
 }
 
 void DataGridHeader::paintSection(QPainter* painter, const QRect& area, int section) const {
@@ -55,7 +60,7 @@ void DataGridHeader::paintSection(QPainter* painter, const QRect& area, int sect
     painter->setPen(colors.border);
     painter->drawLine(area.topRight(), area.bottomRight());
     painter->drawLine(area.bottomLeft(), area.bottomRight());
-    const int line = (area.height() - Theme::px(8)) / 3;
+    const int line = (area.height() - Theme::px(air)) / lineCount();
     QRect text(area.left() + Theme::px(air), area.top() + Theme::px(4),
                area.width() - 2 * Theme::px(air), line);
     const auto draw = [painter, &text, line](const std::string& words, const QFont& font) {
@@ -67,6 +72,9 @@ void DataGridHeader::paintSection(QPainter* painter, const QRect& area, int sect
     };
     painter->setPen(colors.text);
     draw(head.name, Theme::font(13, QFont::DemiBold));
+    if (model_.hasLabels()) {
+        draw(head.label, Theme::font(11.5));
+    }
     painter->setPen(colors.quietText);
     draw(head.role, Theme::font(11.5));
     draw(head.missing, Theme::font(11.5));

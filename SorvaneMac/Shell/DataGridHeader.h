@@ -6,7 +6,8 @@ namespace sorvane {
 
 class DataGridModel;
 
-/// The heads of the grid: name, role and missing share, a line each.
+/// The heads of the grid: name, label where there are any, role and missing share, a line
+/// each.
 class DataGridHeader final : public QHeaderView {
 public:
     explicit DataGridHeader(const DataGridModel& model);
@@ -19,6 +20,8 @@ protected:
     void paintSection(QPainter* painter, const QRect& area, int section) const override;
 
 private:
+    int lineCount() const;
+
     const DataGridModel& model_;
 };
 

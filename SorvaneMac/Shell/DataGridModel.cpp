@@ -1,5 +1,7 @@
 #include "SorvaneMac/Shell/DataGridModel.h"
 
+#include <algorithm>
+
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Shell/QtText.h"
@@ -42,6 +44,8 @@ bool DataGridModel::show(ShownCells cells, Heads heads, bool isEditable) {
     }
     cells_ = std::move(cells);
     heads_ = std::move(heads);
+    hasLabels_ = std::ranges::any_of(
+        heads_, [](const DataPreviewScreen::ColumnHead& head) { return !head.label.empty(); });
     isEditable_ = isEditable;
     if (!sameShape) {
         matches_ = {};
@@ -106,7 +110,8 @@ QVariant DataGridModel::headerData(int section, Qt::Orientation orientation, int
         case Qt::DisplayRole:
             return qtText(head.name);
         case Qt::AccessibleTextRole:
-            return qtText(head.name + ", " + head.role + ", " + head.missing);
+            return qtText(head.name + (head.label.empty() ? "" : ", " + head.label) + ", " +
+                          head.role + ", " + head.missing);
         case Qt::ToolTipRole:
             return qtText(head.name + (head.details.empty() ? "" : "\n" + head.details));
         default:

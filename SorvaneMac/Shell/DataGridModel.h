@@ -25,6 +25,8 @@ public:
     const DataPreviewScreen::ColumnHead& head(int column) const {
         return heads_[static_cast<std::size_t>(column)];
     }
+    /// Whether any column has a label.
+    bool hasLabels() const { return hasLabels_; }
     const ShownCells& cells() const { return cells_; }
 
     /// The cells that stand out as found.
@@ -45,6 +47,7 @@ private:
     Write write_;
     ShownCells cells_;
     Heads heads_;
+    bool hasLabels_ = false;
     TableMatches matches_;
     bool isEditable_ = false;
 };

@@ -64,6 +64,8 @@ QWidget* DataPreviewPage::toolBar() {
     items->addWidget(Labels::line("Row", "small"));
     items->addWidget(row_);
     items->addWidget(labels_);
+    gridButtons_ = gridButtons();
+    items->addWidget(gridButtons_);
     row_->setFixedWidth(Theme::px(90));
     row_->setAccessibleName("Go to row");
     row_->setToolTip("Go to a row by its number (Ctrl+G)");
@@ -72,6 +74,21 @@ QWidget* DataPreviewPage::toolBar() {
     connect(labels_, &QCheckBox::toggled, this,
             [this](bool isOn) { preview_.showsValueLabels.set(isOn); });
     return bar;
+}
+
+QWidget* DataPreviewPage::gridButtons() {
+    auto* group = new QWidget;
+    auto* row = new QHBoxLayout(group);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Theme::px(8));
+    StudioState& state = workspace().state;
+    const auto add = [row](const QString& label, std::function<void()> press) {
+        row->addWidget(Buttons::make(label, std::move(press), Buttons::Weight::tool));
+    };
+    add("Add Row", [&state] { state.addDatasetRow(); });
+    add("Add Column", [&state] { state.addDatasetColumn(""); });
+    add("Name, Size and Columns…", [&state] { state.showSetup(); });
+    return group;
 }
 
 void DataPreviewPage::addShortcut(const QString& name,
@@ -100,6 +117,7 @@ void DataPreviewPage::refreshTable() {
     labels_->setChecked(preview_.showsValueLabels.get());
     const bool changed = grid_->show(preview_.cells(), preview_.columnHeads(),
                                      workspace().state.data.isDatasetEditable.get());
+    gridButtons_->setVisible(preview_.isEditable());
     row_->setPlaceholderText(QString("1–%1").arg(grid_->cells().rowCount()));
     if (changed && !found_.words.empty()) {
         grid_->cells().setMatches(TableMatches::of(grid_->cells().cells(), found_));

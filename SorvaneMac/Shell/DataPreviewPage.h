@@ -32,6 +32,8 @@ protected:
 
 private:
     QWidget* toolBar();
+    /// The buttons that change the grid, shown while it can be edited.
+    QWidget* gridButtons();
     void addShortcut(const QString& name, const QKeySequence& keys, std::function<void()> action);
     void closeFindBar();
     void goToRow();
@@ -42,6 +44,7 @@ private:
     DataGridFindBar* findBar_;
     QLineEdit* row_;
     QCheckBox* labels_;
+    QWidget* gridButtons_ = nullptr;
     /// What the matches that are shown were found for.
     TableQuery found_;
 };

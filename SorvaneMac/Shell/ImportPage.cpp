@@ -7,6 +7,7 @@
 
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/Labels.h"
+#include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -22,7 +23,7 @@ QWidget* dropZone(QWidget* page, Workspace& workspace) {
     column->setSpacing(Theme::px(5));
     QLabel* title = Labels::line("Drop a file here, or anywhere in this window", "cardTitle");
     title->setAlignment(Qt::AlignCenter);
-    QLabel* formats = Labels::line("Delimited text: .csv, .tsv or .txt", "quiet");
+    QLabel* formats = Labels::text(qtText(SpreadsheetImporter::acceptedFormats), "quiet");
     formats->setAlignment(Qt::AlignCenter);
     column->addWidget(title);
     column->addWidget(formats);

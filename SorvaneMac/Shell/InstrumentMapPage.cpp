@@ -12,6 +12,8 @@ namespace sorvane {
 
 namespace {
 
+constexpr int labelColumn = 2;
+
 using Row = InstrumentMapScreen::Row;
 
 std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
@@ -35,6 +37,11 @@ std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
              [](const Row& row) {
                  return row.label;
              }},
+        {.look = {.head = "Label", .width = 190},
+         .text =
+             [](const Row& row) {
+                 return row.label;
+             }},
         {.look = {.head = "Seems to be", .width = 165},
          .text =
              [](const Row& row) {
@@ -50,8 +57,14 @@ std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
              [](const Row& row) {
                  return row.inferredRole;
              }},
-        {.look = {.head = "Why"}, .text = [](const Row& row) {
-             return row.reasons;
+        {.look = {.head = "Why", .width = 260},
+         .text =
+             [](const Row& row) {
+                 return row.reasons;
+             }},
+        {.look = {.head = "Remarks", .width = 260, .ink = RowColumnLook::Ink::quiet},
+         .text = [](const Row& row) {
+             return row.remarks;
          }}};
 }
 
@@ -60,7 +73,8 @@ std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
 InstrumentMapPage::InstrumentMapPage(Workspace& workspace)
     : TablePage(StudioScreen::instrumentMap, workspace),
       map_(static_cast<InstrumentMapScreen&>(workspace.screens.at(StudioScreen::instrumentMap))),
-      model_(new RecordTableModel<Row>(columnsOf(map_))) {
+      model_(new RecordTableModel<Row>(columnsOf(map_))),
+      table_(makeRowTable(model_, "Columns and what they seem to be")) {
     auto* bar = new QHBoxLayout;
     bar->addWidget(Buttons::make(
         "Select Likert items",
@@ -68,10 +82,11 @@ InstrumentMapPage::InstrumentMapPage(Workspace& workspace)
         Buttons::Weight::tool));
     bar->addStretch(1);
     column().addLayout(bar);
-    column().addWidget(makeRowTable(model_, "Columns and what they seem to be"), 1);
+    column().addWidget(table_, 1);
 }
 
 void InstrumentMapPage::refreshTable() {
+    table_->setColumnHidden(labelColumn, !map_.hasLabels());
     model_->show(map_.rows());
 }
 

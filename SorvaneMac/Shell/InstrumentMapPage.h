@@ -4,6 +4,8 @@
 #include "SorvaneMac/Shell/RowTableModel.h"
 #include "SorvaneMac/Shell/TablePage.h"
 
+class QTableView;
+
 namespace sorvane {
 
 /// Instrument Map: a row for each column of the table.
@@ -17,6 +19,7 @@ protected:
 private:
     InstrumentMapScreen& map_;
     RecordTableModel<InstrumentMapScreen::Row>* model_;
+    QTableView* table_;
 };
 
 }  // namespace sorvane

@@ -9,6 +9,7 @@
 #include "SorvaneMac/Shell/CardFrame.h"
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/ProjectActions.h"
+#include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
 
 namespace sorvane {
@@ -104,8 +105,9 @@ StartPage::StartPage(Workspace& workspace) : workspace_(workspace), recents_(new
     column->addSpacing(Theme::px(10));
     column->addWidget(sampleRow(this, workspace));
     column->addSpacing(Theme::px(8));
-    column->addWidget(
-        Labels::text("CSV, TSV or text. Drop a file anywhere in this window.", "quiet"));
+    column->addWidget(Labels::text(
+        qtText(SpreadsheetImporter::acceptedFormats) + " Drop a file anywhere in this window.",
+        "quiet"));
     column->addStretch(1);
 
     auto* page = new QWidget;

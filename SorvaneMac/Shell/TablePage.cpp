@@ -4,6 +4,7 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include "SorvaneMac/Shell/CardView.h"
 #include "SorvaneMac/Shell/ContentView.h"
 #include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/QtText.h"
@@ -19,6 +20,7 @@ TablePage::TablePage(StudioScreen screen, Workspace& workspace)
       title_(Labels::text("", "pageTitle")),
       subtitle_(Labels::text("", "quiet")),
       tiles_(new TileStrip),
+      cardColumn_(new QVBoxLayout),
       stack_(new QStackedLayout(this)) {
     auto* table = new QWidget;
     column_ = new QVBoxLayout(table);
@@ -30,6 +32,8 @@ TablePage::TablePage(StudioScreen screen, Workspace& workspace)
     head->addWidget(subtitle_);
     column_->addLayout(head);
     column_->addWidget(tiles_);
+    cardColumn_->setSpacing(Theme::px(12));
+    column_->addLayout(cardColumn_);
     stack_->addWidget(empty_);
     stack_->addWidget(table);
 }
@@ -44,7 +48,25 @@ void TablePage::refresh() {
     title_->setText(qtText(content.title));
     subtitle_->setText(qtText(content.subtitle));
     tiles_->show(content.tiles);
+    showCards(content.cards);
     refreshTable();
+}
+
+void TablePage::showCards(const std::vector<Card>& cards) {
+    if (cards == cards_) {
+        return;
+    }
+    cards_ = cards;
+    while (QLayoutItem* item = cardColumn_->takeAt(0)) {
+        // It may be the one whose button is being pressed.
+        item->widget()->hide();
+        item->widget()->deleteLater();
+        delete item;
+    }
+    for (const Card& card : cards_) {
+        cardColumn_->addWidget(new CardView(
+            card, [this](const ScreenLink& link) { workspace_.screens.follow(link); }));
+    }
 }
 
 }  // namespace sorvane

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Shell/Page.h"
 
 class QLabel;
@@ -11,7 +14,8 @@ namespace sorvane {
 class ContentView;
 class TileStrip;
 
-/// A screen whose middle is one table that takes all the room; its gate stands alone.
+/// A screen whose middle is one table that takes all the room that its cards leave; its gate stands
+/// alone.
 class TablePage : public Page {
 public:
     TablePage(StudioScreen screen, Workspace& workspace);
@@ -26,12 +30,16 @@ protected:
     QVBoxLayout& column() { return *column_; }
 
 private:
+    void showCards(const std::vector<Card>& cards);
+
     StudioScreen screen_;
     Workspace& workspace_;
     ContentView* empty_;
     QLabel* title_;
     QLabel* subtitle_;
     TileStrip* tiles_;
+    QVBoxLayout* cardColumn_;
+    std::vector<Card> cards_;
     QVBoxLayout* column_;
     QStackedLayout* stack_;
 };

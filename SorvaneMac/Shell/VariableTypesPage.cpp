@@ -19,6 +19,8 @@ namespace sorvane {
 
 namespace {
 
+constexpr int labelColumn = 1;
+
 using Row = VariableTypesScreen::Row;
 
 /// The names of the roles, in the order of their values.
@@ -54,6 +56,11 @@ std::vector<RowColumn<Row>> columnsOf(VariableTypesScreen& types) {
              [](const Row& row) {
                  return row.label;
              }},
+        {.look = {.head = "Label", .width = 190},
+         .text =
+             [](const Row& row) {
+                 return row.label;
+             }},
         roleColumn(types),
         {.look = {.head = "Item", .width = 52, .headTip = "In the item set of Scale & Reliability"},
          .switchName = [](const Row& row) { return row.name + ", Item"; },
@@ -72,12 +79,14 @@ std::vector<RowColumn<Row>> columnsOf(VariableTypesScreen& types) {
         countColumn("Valid", 60, &Row::valid),
         countColumn("Missing", 70, &Row::missing),
         countColumn("Distinct", 72, &Row::distinct),
-        {.look = {.head = "Examples", .width = 160},
-         .text =
+        {.look = {.head = "Values", .width = 190, .headTip = "What the values mean, or examples"},
+         .text = [](const Row& row) { return row.samples; },
+         .toolTip =
              [](const Row& row) {
-                 return row.samples;
+                 return row.valueLabels;
              }},
-        {.look = {.head = "Remarks", .ink = RowColumnLook::Ink::quiet}, .text = [](const Row& row) {
+        {.look = {.head = "Remarks", .width = 240, .ink = RowColumnLook::Ink::quiet},
+         .text = [](const Row& row) {
              return row.warnings;
          }}};
 }
@@ -104,7 +113,15 @@ QWidget* VariableTypesPage::quickRoles() {
             qtText(displayName(role)), [this, role] { assignSelected(role); },
             Buttons::Weight::tool));
     }
+    row->addWidget(Buttons::make(
+        "Rename or Delete…", [this] { renameSelected(); }, Buttons::Weight::tool));
     return bar;
+}
+
+void VariableTypesPage::renameSelected() {
+    const QModelIndexList selected = table_->selectionModel()->selectedRows();
+    types_.beginRename(selected.isEmpty() ? std::string()
+                                          : model_->row(selected.front().row()).name);
 }
 
 void VariableTypesPage::assignSelected(UserVariableRole role) {
@@ -116,6 +133,7 @@ void VariableTypesPage::assignSelected(UserVariableRole role) {
 }
 
 void VariableTypesPage::refreshTable() {
+    table_->setColumnHidden(labelColumn, !types_.hasLabels());
     model_->show(types_.rows());
 }
 

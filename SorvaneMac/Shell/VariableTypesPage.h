@@ -19,6 +19,7 @@ protected:
 
 private:
     QWidget* quickRoles();
+    void renameSelected();
     void assignSelected(UserVariableRole role);
 
     VariableTypesScreen& types_;

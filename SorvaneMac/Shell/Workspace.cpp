@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "SorvaneMac/Platform/Clipboard.h"
 #include "SorvaneMac/Shell/PasteDialog.h"
 #include "SorvaneMac/Shell/QtText.h"
 
@@ -65,6 +66,10 @@ void openBlankGrid(Workspace& workspace) {
 }
 
 void pasteFromDialog(QWidget* parent, Workspace& workspace) {
+    if (const std::optional<std::filesystem::path> copied = Clipboard::file()) {
+        workspace.state.handleIncomingImport(*copied);
+        return;
+    }
     PasteDialog dialog(parent);
     if (dialog.exec() == QDialog::Accepted) {
         StudioState& state = workspace.state;

@@ -160,6 +160,7 @@ void StudioState::adoptArchive(const ProjectArchive& archive,
                                const std::optional<std::filesystem::path>& url) {
     data.dataset.replace(std::move(dataset));
     data.isDatasetEditable.set(false);
+    importedFile_.reset();
     currentProjectURL.set(url ? std::optional(wholePath(*url)) : std::nullopt);
     NameSet reversed;
     NameSet unreliable;

@@ -101,6 +101,7 @@ bool StudioState::showsStartPage() const {
 void StudioState::importData(const std::filesystem::path& file) {
     adoptImport(fileName(file), [&] { return importer.importData(file); });
     if (!data.importError.get()) {
+        importedFile_ = file;
         RecentFiles::remember(*defaults_, recentDataFilesKey, file);
     }
 }
@@ -241,6 +242,7 @@ void StudioState::adoptDataset(ImportedDataset dataset,
 
 void StudioState::noteAdoption() {
     projectSourceKind_ = "unknown";
+    importedFile_.reset();
     if (!data.isDatasetEditable.get() && !currentProjectURL.get() && researcherNotes->empty()) {
         savedChanges_ = projectChanges_;
     }
@@ -269,6 +271,11 @@ void StudioState::refreshAnalysisDefaults() {
 
 std::vector<std::filesystem::path> StudioState::recentDataFiles() const {
     return RecentFiles::existing(*defaults_, recentDataFilesKey);
+}
+
+void StudioState::showSetup() {
+    inspectorPane.set(InspectorPane::setup);
+    postAction("showInspector");
 }
 
 Subscription StudioState::observeActions(std::function<void(std::string_view)> observer) {

@@ -105,6 +105,13 @@ public:
     void confirmPendingImport();
     void cancelPendingImport();
     void importPastedData(std::string_view text);
+    /// Reads the Stata file of the table again, its references to long texts with 8 bytes, and
+    /// adopts it; on failure sets `importError` and changes nothing else.
+    ///
+    /// Returns    whether it was read
+    bool readAgainWithEightByteReferences();
+    /// What that lacks; absent when it can be done.
+    std::optional<std::string> readingAgainLacks() const;
     void beginBlankDataset();
     void createBlankDataset(std::string_view name,
                             std::int64_t rows,
@@ -207,6 +214,7 @@ public:
     /// their scales are not known.
     std::vector<std::string> itemsNotReversed() const;
     std::optional<std::string> clampLacks() const;
+    std::optional<std::string> implausibleLacks() const;
     std::optional<std::string> renameLacks(const std::string& from, std::string_view to) const;
     std::optional<std::string> deletionLacks(const std::string& named) const;
 
@@ -216,6 +224,10 @@ public:
     OutOfRangeReport clOutOfRangeReport() const;
     OutlierReport clOutlierReport() const;
     bool clApplyClampToMissing();
+    /// Sets the implausible numbers of the columns that the import warned of to missing.
+    ///
+    /// Returns    whether there were such columns
+    bool setImplausibleToMissing();
     /// The bounds as numbers; absent where none can be read.
     std::optional<double> clLowerBound() const;
     std::optional<double> clUpperBound() const;
@@ -315,6 +327,9 @@ public:
     /// Data files imported last, newest first, those that still exist.
     std::vector<std::filesystem::path> recentDataFiles() const;
 
+    /// Asks the window to show the setup of the present screen.
+    void showSetup();
+
     /// Subscribes to the named actions that the workspace asks of its window ("showInspector",
     /// "autosave").
     [[nodiscard]] Subscription observeActions(std::function<void(std::string_view)> observer);
@@ -383,6 +398,8 @@ private:
     std::filesystem::path resources_;
     std::unique_ptr<TaskRunner> runner_;
     std::function<void()> pendingImport_;
+    /// The file that the table was imported from in this session.
+    std::optional<std::filesystem::path> importedFile_;
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;

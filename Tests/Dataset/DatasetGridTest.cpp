@@ -6,6 +6,7 @@
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Dataset/Grid/ImplausibleCells.h"
 #include "SorvaneCore/Import/CSVImporter.h"
+#include "SorvaneCore/Import/ImportCautions.h"
 
 namespace sorvane {
 namespace {
@@ -85,8 +86,18 @@ TEST(ImplausibleCells, GoMissingInTheColumnsWarnedAbout) {
     dataset.importMetadata.cautions = {
         {{.kind = ImportCautionKind::implausibleMagnitude, .columnNames = {"single", "double"}},
          other}};
+    dataset.importMetadata.notes = {{"Encoding: UTF-8."}};
     dataset.variables[0].scaleRange = ScaleRange{.minimum = 1, .maximum = 5};
+    dataset.variables[0].assignedType = VariableKind::rubricItem;
+    dataset.variables[0].warnings = {
+        "Numeric field was not named as an outcome or item; assign a "
+        "research role before analysis.",
+        "The file said so.", ImportCautions::warning(ImportCautionKind::implausibleMagnitude)};
     ImplausibleCells::setToMissing(dataset);
+    EXPECT_EQ(dataset.variables[0].warnings.back(), "The file said so.");
+    EXPECT_EQ(dataset.variables[0].assignedType, VariableKind::rubricItem);
+    EXPECT_EQ(dataset.variables[2].warnings, untouched.variables[2].warnings);
+    EXPECT_EQ(dataset.importMetadata.notes, std::vector<std::string>{"Encoding: UTF-8."});
     EXPECT_EQ(dataset.rows.row(0).texts(), (Texts{"1", "", "1e301"}));
     EXPECT_EQ(dataset.rows.row(1).texts(), (Texts{"", "5", "2"}));
     EXPECT_EQ(dataset.rows.row(2).texts(), (Texts{"3", "1e300", "3"}));

@@ -5,6 +5,7 @@
 #include "SorvaneCore/Dataset/CSVWriter.h"
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Import/CSVImporter.h"
+#include "SorvaneCore/Import/ImportCautions.h"
 
 namespace sorvane {
 namespace {
@@ -50,6 +51,25 @@ TEST(DerivedColumns, AReplacedColumnKeepsWhatTheUserSettled) {
     EXPECT_EQ(dataset.variables[1].numericSummary->maximum, 2.0);
     EXPECT_EQ(dataset.variables[1].missingCount, 1);
     EXPECT_EQ(dataset.rows.cell(2, 1), "");
+}
+
+TEST(DerivedColumns, WhatTheImportNotedStaysAndNamesTheColumnsAsTheyAreCalled) {
+    ImportedDataset dataset = imported();
+    dataset.importMetadata.notes = {{"Encoding: UTF-8."}};
+    const std::vector<std::size_t> doubtful = {0, 1};
+    ImportCautions::add({.implausible = doubtful, .shifted = {}}, dataset);
+    DerivedColumns::append(dataset, "score", TextColumn::blank(3), VariableKind::outcome, "");
+    DerivedColumns::rename(dataset, 1, "mood");
+    DerivedColumns::remove(dataset, 0);
+    EXPECT_EQ(dataset.importMetadata.notes, std::vector<std::string>{"Encoding: UTF-8."});
+    ASSERT_TRUE(dataset.importMetadata.cautions);
+    const ImportCaution& caution = dataset.importMetadata.cautions->front();
+    EXPECT_EQ(caution.columnNames, std::vector<std::string>{"mood"});
+    EXPECT_TRUE(
+        caution.message.starts_with("Numbers far too large to be data were read in mood. They"))
+        << caution.message;
+    DerivedColumns::remove(dataset, 0);
+    EXPECT_FALSE(dataset.importMetadata.cautions);
 }
 
 TEST(CSVWriter, QuotesWhatAReaderWouldTakeApart) {

@@ -124,7 +124,11 @@ TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {
         {__LINE__, R"({"assemble": {}})", "Stage at least one result first."},
         {__LINE__, R"({"run": "multilevel"})",
          "No dataset loaded. This screen works on the columns of a dataset. Go to Import Data to "
-         "bring in a CSV, TSV or text file, or to start a blank grid."},
+         "bring in a data file or a table that you copied, or to start a blank grid."},
+        {__LINE__, R"({"do": "setImplausibleToMissing"})",
+         "The import warned of no column with implausible values."},
+        {__LINE__, R"({"do": "readAgainWithEightByteReferences"})",
+         "The Stata file of this table is not at hand. Import it first."},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(perform(each.step).refusal, each.refusal) << "line " << each.line;

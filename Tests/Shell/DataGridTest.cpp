@@ -112,5 +112,23 @@ TEST_F(DataGridTest, SaysRoleAndMissingShareInTheHead) {
     EXPECT_TRUE(head.startsWith("town, ") && head.endsWith(", complete")) << utf8(head);
 }
 
+TEST_F(DataGridTest, ABlockIsPastedIntoAGridThatCanBeEdited) {
+    grid().setFocus();
+    grid().goTo({.row = 0, .column = 0});
+    application_.clipboard()->setText("7\t8\n9\t10\n");
+    EXPECT_FALSE(page_.pasteSelection());
+    EXPECT_EQ(cell(0, 0), "1");
+
+    state_.createBlankDataset("typed", 2, 2, std::nullopt);
+    page_.refresh();
+    grid().setFocus();
+    grid().goTo({.row = 1, .column = 0});
+    EXPECT_TRUE(page_.pasteSelection());
+    page_.refresh();
+    EXPECT_EQ(cell(2, 1), "10");
+    EXPECT_EQ(state_.data.dataChangeUndoLabel.get(),
+              "pasting of a block of 2 row(s) and 2 column(s)");
+}
+
 }  // namespace
 }  // namespace sorvane

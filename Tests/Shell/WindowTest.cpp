@@ -136,6 +136,44 @@ TEST_F(WindowTest, ImportsADroppedFile) {
     EXPECT_TRUE(says("2 rows × 2 columns"));
 }
 
+TEST_F(WindowTest, TakesEveryFormatByDialogDropAndPaste) {
+    const std::filesystem::path files = SORVANE_SOURCE_DIR "/Tests/Import/Files";
+    for (const std::string format : {"*.csv", "*.tsv", "*.txt", "*.xlsx", "*.numbers", "*.sav",
+                                     "*.dta", "*.svmm", "*.svmmfield"}) {
+        const QString all = FileDialogs::dataFilter().section(";;", 0, 0);
+        EXPECT_TRUE(all.contains(qtText(format + ' ')) || all.contains(qtText(format + ')')))
+            << format;
+    }
+    drop(files / "made_raw_labels.sav");
+    EXPECT_EQ(state_.dataset().name, "made_raw_labels.sav");
+    auto* copied = new QMimeData;
+    copied->setUrls({QUrl::fromLocalFile(fromPath(files / "haven_tagged-na-int.dta"))});
+    application_.clipboard()->setMimeData(copied);
+    pasteFromDialog(&window_, window_.workspace());
+    EXPECT_EQ(state_.dataset().name, "haven_tagged-na-int.dta");
+    window_.workspace().dialogs.openDataFile = [&](QWidget*) {
+        return std::optional(files / "readxl_inlineStr2.xlsx");
+    };
+    importFromDialog(&window_, window_.workspace());
+    EXPECT_EQ(state_.dataset().name, "readxl_inlineStr2.xlsx — Requirements");
+    show(StudioScreen::importData);
+    EXPECT_TRUE(says("CSV, TSV, Excel (.xlsx), SPSS (.sav), or Stata (.dta)."));
+}
+
+TEST_F(WindowTest, PressesTheWayOutOfACautionAboveATable) {
+    drop(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Import/Files") /
+         "made_raw_uncompressed_sysmis.sav");
+    for (const StudioScreen screen : {StudioScreen::instrumentMap, StudioScreen::variableTypes}) {
+        show(screen);
+        QPushButton* way = button("Set implausible values to missing");
+        ASSERT_TRUE(way);
+        way->click();
+        settle();
+        EXPECT_EQ(state_.dataset().rows.cell(1, 0), "");
+        EXPECT_TRUE(state_.undoLastDataChange());
+    }
+}
+
 TEST_F(WindowTest, ShowsAFailedImportAndKeepsTheTable) {
     state_.resetToSample();
     drop(write("picture.webp", "RIFF"));

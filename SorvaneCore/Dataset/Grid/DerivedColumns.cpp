@@ -1,5 +1,6 @@
 #include "SorvaneCore/Dataset/Grid/DerivedColumns.h"
 
+#include "SorvaneCore/Import/ImportCautions.h"
 #include "SorvaneCore/Import/ImportReadinessBuilder.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 
@@ -7,21 +8,22 @@ namespace sorvane::DerivedColumns {
 
 namespace {
 
-/// Counts the cells anew; the source of the rows and the issues of the import stay.
-void refreshCounts(ImportedDataset& dataset) {
-    const ImportReadinessMetadata& former = dataset.importMetadata;
-    ImportReadinessMetadata fresh = ImportReadinessBuilder::metadata(
-        {.sourceKind = former.sourceKind, .worksheetName = former.worksheetName}, dataset.headers,
-        dataset.rows, former.rowSummaries.reports(), {});
-    fresh.issues = former.issues;
-    dataset.importMetadata = std::move(fresh);
-}
-
 TextTable::Column fitted(const TextTable::Column& values, std::size_t rowCount) {
     return values->size() == rowCount ? values : values->resized(rowCount);
 }
 
 }  // namespace
+
+void refreshCounts(ImportedDataset& dataset) {
+    ImportReadinessMetadata& former = dataset.importMetadata;
+    ImportReadinessMetadata fresh = ImportReadinessBuilder::metadata(
+        {.sourceKind = former.sourceKind, .worksheetName = former.worksheetName}, dataset.headers,
+        dataset.rows, former.rowSummaries.reports(), {});
+    fresh.issues = std::move(former.issues);
+    fresh.notes = std::move(former.notes);
+    fresh.cautions = std::move(former.cautions);
+    former = std::move(fresh);
+}
 
 void append(ImportedDataset& dataset,
             const std::string& name,
@@ -61,6 +63,7 @@ void replace(ImportedDataset& dataset,
 }
 
 void rename(ImportedDataset& dataset, std::size_t column, const std::string& name) {
+    ImportCautions::rename(dataset.importMetadata, dataset.headers[column], name);
     dataset.headers[column] = name;
     dataset.variables[column].name = name;
     if (column < dataset.importMetadata.columnSummaries.size()) {
@@ -69,6 +72,7 @@ void rename(ImportedDataset& dataset, std::size_t column, const std::string& nam
 }
 
 void remove(ImportedDataset& dataset, std::size_t column) {
+    ImportCautions::forget(dataset.importMetadata, dataset.headers[column]);
     const auto position = static_cast<std::ptrdiff_t>(column);
     dataset.headers.erase(dataset.headers.begin() + position);
     dataset.variables.erase(dataset.variables.begin() + position);

@@ -35,4 +35,7 @@ void rename(ImportedDataset& dataset, std::size_t column, const std::string& nam
 
 void remove(ImportedDataset& dataset, std::size_t column);
 
+/// Counts the cells of the import record anew.
+void refreshCounts(ImportedDataset& dataset);
+
 }  // namespace sorvane::DerivedColumns

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <set>
 
-#include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
+#include "SorvaneCore/Dataset/Grid/DerivedColumns.h"
 #include "SorvaneCore/Dataset/TextColumnBuilder.h"
 #include "SorvaneCore/Import/ImplausibleMagnitude.h"
+#include "SorvaneCore/Import/ImportCautions.h"
+#include "SorvaneCore/Import/VariableClassifier.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane::ImplausibleCells {
@@ -41,25 +43,41 @@ bool isSpoiled(const std::optional<ScaleRange>& range) {
     return range && (spoils(range->minimum) || spoils(range->maximum));
 }
 
-/// What the cells now say, where the former range came from implausible ones.
-void inferRange(DataVariable& variable) {
-    if (isSpoiled(variable.scaleRange)) {
-        variable.scaleRange = std::nullopt;
-        if (variable.numericSummary) {
-            variable.scaleRange = {.minimum = variable.numericSummary->minimum,
-                                   .maximum = variable.numericSummary->maximum};
+/// What the cells now say; what the user settled and what others warned of stays.
+void describeAnew(DataVariable& variable, const TextColumn& former, const TextColumn& cells) {
+    const VariableClassifier classifier;
+    DataVariable fresh = classifier.classify(variable.name, cells);
+    const std::vector<std::string> outdated = classifier.classify(variable.name, former).warnings;
+    const std::string taken = ImportCautions::warning(ImportCautionKind::implausibleMagnitude);
+    for (const std::string& warning : variable.warnings) {
+        if (warning != taken && std::ranges::find(outdated, warning) == outdated.end()) {
+            fresh.warnings.push_back(warning);
         }
+    }
+    if (variable.assignedType == variable.inferredType) {
+        variable.assignedType = fresh.assignedType;
+        variable.includeInReliability = fresh.includeInReliability;
+        variable.includeInDescriptives = fresh.includeInDescriptives;
+    }
+    variable.inferredType = fresh.inferredType;
+    variable.missingCount = fresh.missingCount;
+    variable.nonMissingCount = fresh.nonMissingCount;
+    variable.uniqueCount = fresh.uniqueCount;
+    variable.numericSummary = fresh.numericSummary;
+    variable.sampleValues = std::move(fresh.sampleValues);
+    variable.warnings = std::move(fresh.warnings);
+    if (isSpoiled(variable.scaleRange)) {
+        variable.scaleRange = fresh.scaleRange;
     }
 }
 
-}  // namespace
-
-void setToMissing(ImportedDataset& dataset) {
+/// The columns that the import warned of; takes its cautions away.
+std::set<std::size_t> takeCautions(ImportedDataset& dataset) {
     std::optional<std::vector<ImportCaution>>& cautions = dataset.importMetadata.cautions;
-    if (!cautions) {
-        return;
-    }
     std::set<std::size_t> columns;
+    if (!cautions) {
+        return columns;
+    }
     std::erase_if(*cautions, [&](const ImportCaution& caution) {
         const bool concerns = caution.kind == ImportCautionKind::implausibleMagnitude;
         for (std::size_t i = 0; concerns && i < caution.columnNames.size(); ++i) {
@@ -72,12 +90,20 @@ void setToMissing(ImportedDataset& dataset) {
     if (cautions->empty()) {
         cautions.reset();
     }
+    return columns;
+}
+
+}  // namespace
+
+void setToMissing(ImportedDataset& dataset) {
+    const std::set<std::size_t> columns = takeCautions(dataset);
     for (const std::size_t column : columns) {
-        dataset.rows.replaceColumn(column, cleaned(dataset.rows.column(column)));
+        const TextTable::Column former = dataset.rows.sharedColumn(column);
+        dataset.rows.replaceColumn(column, cleaned(*former));
+        describeAnew(dataset.variables[column], *former, dataset.rows.column(column));
     }
-    DatasetGridEditor::refreshMetadata(dataset);
-    for (const std::size_t column : columns) {
-        inferRange(dataset.variables[column]);
+    if (!columns.empty()) {
+        DerivedColumns::refreshCounts(dataset);
     }
 }
 

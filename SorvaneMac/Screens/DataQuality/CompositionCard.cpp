@@ -10,6 +10,8 @@ namespace {
 
 using ResultText::count;
 
+constexpr double significanceLevel = 0.05;
+
 ReportTable compositionTable(const CompositionResult& result, const std::string& variable) {
     ReportTable table{.headers = {variable, "n", "Sample %", "Benchmark %", "Difference"},
                       .title = "Sample composition"};
@@ -21,13 +23,13 @@ ReportTable compositionTable(const CompositionResult& result, const std::string&
 }
 
 std::string sentenceOf(const CompositionResult& result, const std::string& variable) {
-    const bool differs = result.pValue < 0.05;
-    return "The sample's composition by " + variable +
-           (differs ? " differed from the benchmarks" : " did not differ from the benchmarks") +
-           " by more than chance would explain" +
-           (differs ? "" : " (no evidence of a difference)") + ", χ²(" +
-           count(result.degreesOfFreedom) + ", N = " + count(result.readiness.validCases) +
-           ") = " + svFmt(result.statistic, 2) + ", " + ResultText::pSentence(result.pValue) + ".";
+    const std::string test =
+        ", χ²(" + count(result.degreesOfFreedom) + ", N = " + count(result.readiness.validCases) +
+        ") = " + svFmt(result.statistic, 2) + ", " + ResultText::pSentence(result.pValue) + ".";
+    return result.pValue < significanceLevel
+               ? "The sample's composition by " + variable + " differed from the benchmarks" + test
+               : "No difference between the sample's composition by " + variable +
+                     " and the benchmarks was found" + test;
 }
 
 }  // namespace
