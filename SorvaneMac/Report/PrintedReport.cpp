@@ -16,6 +16,8 @@
 
 #include "SorvaneMac/Report/PageBreaks.h"
 #include "SorvaneMac/Report/RichTextConversion.h"
+#include "SorvaneMac/Report/TableFitting.h"
+#include "SorvaneMac/Report/UnbrokenText.h"
 
 namespace sorvane {
 namespace {
@@ -255,7 +257,8 @@ PrintedReport::PrintedReport(const RichDocument& document, QPaintDevice& device)
     : layout_(std::make_unique<Layout>()) {
     const double unitsPerPoint = device.logicalDpiY() / 72.0;
     prepare(layout_->text, device);
-    RichTextConversion::write(document, layout_->text);
+    RichTextConversion::write(UnbrokenText::numbersHeld(document), layout_->text);
+    TableFitting::fit(layout_->text, textWidth * unitsPerPoint, TableFitting::Overflow::shrinks);
     layout_->text.setTextWidth(textWidth * unitsPerPoint);
     // The toolkit lays out as far as it is asked to; the size asks for everything.
     layout_->text.documentLayout()->documentSize();

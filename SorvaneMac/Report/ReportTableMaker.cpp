@@ -75,6 +75,13 @@ public:
         }
     }
 
+    /// Keeps every row so far on the page of the one after it.
+    void keepRowsWithNext() {
+        for (std::size_t at = first_; at < paragraphs_.size(); ++at) {
+            paragraphs_[at].keepWithNext = true;
+        }
+    }
+
     void ruleAboveFirstRow(double width) {
         for (std::size_t at = first_; at < paragraphs_.size(); ++at) {
             TextTableBlock& block = *paragraphs_[at].block;
@@ -144,6 +151,8 @@ std::vector<Paragraph> apaTable(const ReportTable& table, int number, std::strin
 
     CellWriter cells(paragraphs, number);
     addHeads(shown, columns, cells);
+    // Heads must not stand alone at the foot of a page.
+    cells.keepRowsWithNext();
     addBody(shown, columns, cells);
     cells.ruleBelow(outerRule);
     cells.ruleAboveFirstRow(outerRule);

@@ -182,6 +182,41 @@ TEST(PrintedReport, PrintsEveryWordOnce) {
     }
 }
 
+/// A correlation matrix of as many variables.
+ReportItem matrix(int variables) {
+    ReportItem item{.title = "Correlations", .apaSummary = "r(283) = .17"};
+    item.table = ReportTable{.headers = {"Variable", "M", "SD"}};
+    for (int row = 1; row <= variables; ++row) {
+        const std::string number = std::to_string(row);
+        item.table->headers.push_back(number);
+        std::vector<std::string> cells{number + ". satisfaction_" + number, "68.36", "1.08"};
+        cells.resize(3 + static_cast<std::size_t>(row) - 1, "-.47***");
+        item.table->rows.push_back(std::move(cells));
+    }
+    return item;
+}
+
+TEST(PrintedReport, KeepsNumbersInOnePiece) {
+    for (const int variables : {3, 8, 14}) {
+        SCOPED_TRACE(variables);
+        std::vector<ReportItem> items{matrix(variables)};
+        // Wherever the line ends, the number stays whole.
+        for (int length = 40; length < 120; ++length) {
+            items.push_back({.apaSummary = std::string(static_cast<std::size_t>(length), 'w') +
+                                           " r = .17, p = .003 [-.12, .34]"});
+        }
+        const Printed printed = print(ReportExporter::attributed(items, "data", 1));
+        std::vector<std::string> broken;
+        for (const std::vector<std::string>& page : printed.pages) {
+            std::ranges::copy_if(page, std::back_inserter(broken), [](const std::string& word) {
+                return word == "." || word == "-." || word == "[-." || word == "***" ||
+                       word == "47***" || word == "*";
+            });
+        }
+        EXPECT_EQ(broken, std::vector<std::string>{});
+    }
+}
+
 TEST(PrintedReport, RepeatsTheHeadsOfALongTable) {
     WordSource source;
     const Printed printed =

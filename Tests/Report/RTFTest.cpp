@@ -31,6 +31,19 @@ TEST(RTF, ComesBackAsItWasWritten) {
     EXPECT_EQ(*back, document);
 }
 
+TEST(RTF, KeepsHeadsOnThePageOfTheFirstRow) {
+    const ReportTable table{.headers = {"Item", "M"}, .rows = {{"first", "1"}, {"second", "2"}}};
+    const std::string rtf =
+        RTFWriter::rtf(ReportExporter::attributed(std::vector{ReportItem{.table = table}}, "d", 1));
+    const auto paragraphOf = [&rtf](std::string_view text) {
+        const std::size_t end = rtf.find(text);
+        return rtf.substr(rtf.rfind("\\pard", end), end - rtf.rfind("\\pard", end));
+    };
+    EXPECT_NE(paragraphOf("Item}").find("\\keepn"), std::string::npos);
+    EXPECT_NE(paragraphOf("M}").find("\\keepn"), std::string::npos);
+    EXPECT_EQ(paragraphOf("first}").find("\\keepn"), std::string::npos);
+}
+
 TEST(RTF, KeepsTouchingTablesApart) {
     const RichDocument document{
         {{.runs = {{"a", {}}}, .block = TextTableBlock{.table = 1}},
