@@ -10,9 +10,8 @@ const std::vector<Procedure>& all() {
         for (std::vector<Procedure> room :
              {numericsProcedures(), datasetProcedures(), analysesProcedures(),
               groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures(),
-               generalizedRegressionProcedures(), dataReductionProcedures(),
-               latentClassProcedures(), survivalProcedures(), prepareProcedures(),
-              projectProcedures()}) {
+              generalizedRegressionProcedures(), dataReductionProcedures(), latentClassProcedures(),
+              survivalProcedures(), prepareProcedures(), projectProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }
