@@ -10,7 +10,6 @@
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
-#include "SorvaneCore/Analyses/GeneralizedRegression/LogisticRegressionTests.h"
 #include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
@@ -103,15 +102,6 @@ void leastSquares(const NumberTable& table) {
     benchmark::DoNotOptimize(result);
 }
 
-/// yb on x1 to x10.
-void logistic(const NumberTable& table) {
-    const LogisticRegressionOptions options{
-        .predictorNames = {table.names.begin() + 2, table.names.end()}};
-    auto result = LogisticRegressionTests::binaryLogistic(std::span(table.columns).subspan(2),
-                                                          table.columns[1], options);
-    benchmark::DoNotOptimize(result);
-}
-
 }  // namespace
 
 std::vector<Workload> analysisWorkloads() {
@@ -122,17 +112,15 @@ std::vector<Workload> analysisWorkloads() {
     const Analysis twoMeans{"ttest", "anova", welchTest};
     const Analysis groupComparison{"anova", "anova", compareGroups};
     const Analysis regression{"ols", "reg", leastSquares};
-    const Analysis logisticRegression{"logit", "reg", logistic};
-    return {at(describing, "1e5", 0.012),        at(describing, "1e6", 0.1),
-            at(reliability, "1e5", 0.01),        at(reliability, "1e6", 0.1),
-            at(rankCorrelation, "1e3", 1e-4),    at(rankCorrelation, "1e4", 0.002),
-            at(rankCorrelation, "1e5", 0.025),   at(rankCorrelation, "1e6", 0.35),
-            at(concordance, "1e3", 1e-4),        at(concordance, "1e4", 0.0012),
-            at(concordance, "1e5", 0.013),       at(concordance, "1e6", 0.16),
-            at(twoMeans, "1e5", 0.002),          at(twoMeans, "1e6", 0.02),
-            at(groupComparison, "1e5", 0.06),    at(groupComparison, "1e6", 0.3),
-            at(regression, "1e5", 0.012),        at(regression, "1e6", 0.12),
-            at(logisticRegression, "1e5", 0.03), at(logisticRegression, "1e6", 0.3)};
+    return {at(describing, "1e5", 0.012),      at(describing, "1e6", 0.1),
+            at(reliability, "1e5", 0.01),      at(reliability, "1e6", 0.1),
+            at(rankCorrelation, "1e3", 1e-4),  at(rankCorrelation, "1e4", 0.002),
+            at(rankCorrelation, "1e5", 0.025), at(rankCorrelation, "1e6", 0.35),
+            at(concordance, "1e3", 1e-4),      at(concordance, "1e4", 0.0012),
+            at(concordance, "1e5", 0.013),     at(concordance, "1e6", 0.16),
+            at(twoMeans, "1e5", 0.002),        at(twoMeans, "1e6", 0.02),
+            at(groupComparison, "1e5", 0.06),  at(groupComparison, "1e6", 0.3),
+            at(regression, "1e5", 0.012),      at(regression, "1e6", 0.12)};
 }
 
 }  // namespace sorvane
