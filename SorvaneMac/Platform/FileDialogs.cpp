@@ -22,8 +22,11 @@ std::optional<std::filesystem::path> chosen(const QString& fileName) {
     return toPath(fileName);
 }
 
+/// The home folder where there is no folder of documents: of a path that does not exist, the dialog
+/// takes the last part as a file's name.
 QString documentsDirectory() {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 QString patterns(const SpreadsheetImporter::Format& format) {

@@ -18,7 +18,7 @@ namespace sorvane::TableFitting {
 
 namespace {
 
-constexpr double closePadding = 1.5;
+constexpr double closePadding = 2.5;
 constexpr double smallestScale = 0.6;
 /// Pixels by which a column is wider than its longest word, against rounding.
 constexpr double slack = 1.0;

@@ -12,6 +12,7 @@
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/Seeding.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -40,6 +41,14 @@ std::string starred(const std::optional<CorrelationResult>& result) {
     return svFmt(result->r, 2) + std::string(SignificanceFormatting::stars(result->pValue));
 }
 
+Gate needTwoVariables() {
+    return {.title = "Need two numeric variables",
+            .lead = "Pick two different variables",
+            .text =
+                "Choose them in the Setup panel. Numeric columns are offered; set a column "
+                "numeric in Variable Types if it is missing."};
+}
+
 std::string strengthWord(double r) {
     const double size = std::abs(r);
     return size < 0.1 ? "negligible" : size < 0.3 ? "small" : size < 0.5 ? "moderate" : "large";
@@ -65,16 +74,29 @@ SetupForm CorrelationScreen::setup() {
         variablePicker("Second variable", fields_.corrY, numeric),
         optionalVariablePicker("Control for", fields_.corrControl, numeric, "No control variable"),
         HeadingControl{"MATRIX"},
-        variableCheckList("Study variables", fields_.corrMatrixVars, numeric),
+        withUnavailable(variableCheckList("Study variables", fields_.corrMatrixVars, numeric),
+                        fields_.corrMatrixVars.get(), numeric),
     };
     return form;
 }
 
-bool CorrelationScreen::hasPair() const {
+std::optional<Gate> CorrelationScreen::gate() const {
+    if (!state_.hasData()) {
+        return ResultText::noDataGate();
+    }
     const VariableLists::List numeric = numericVariables(state_.dataset());
-    return fields_.corrX.get() != fields_.corrY.get() &&
-           VariableLists::contains(numeric, fields_.corrX->name) &&
-           VariableLists::contains(numeric, fields_.corrY->name);
+    for (const Field<VariableName>* field :
+         {&fields_.corrX, &fields_.corrY, &fields_.corrControl}) {
+        if (std::optional<Gate> gone =
+                SelectionGates::goneColumn(*field, numeric, "numeric columns")) {
+            return gone;
+        }
+    }
+    if (fields_.corrX->isBlank() || fields_.corrY->isBlank() ||
+        fields_.corrX.get() == fields_.corrY.get()) {
+        return needTwoVariables();
+    }
+    return SelectionGates::goneColumn(fields_.corrMatrixVars, numeric, "numeric columns");
 }
 
 PairCorrelations CorrelationScreen::pairCorrelations() const {
@@ -97,16 +119,8 @@ ScreenContent CorrelationScreen::content() const {
     ScreenContent content;
     content.title = "Correlation";
     content.subtitle = "Association between pairs of numeric variables.";
-    if (!state_.hasData()) {
-        content.gate = ResultText::noDataGate();
-        return content;
-    }
-    if (!hasPair()) {
-        content.gate = {.title = "Need two numeric variables",
-                        .lead = "Pick two different variables",
-                        .text =
-                            "Choose them in the Setup panel. Numeric columns are offered; set "
-                            "a column numeric in Variable Types if it is missing."};
+    content.gate = gate();
+    if (content.gate) {
         return content;
     }
     const PairCorrelations pair = pairCorrelations();
@@ -239,14 +253,12 @@ Guide CorrelationScreen::guide() const {
 }
 
 std::optional<std::string> CorrelationScreen::run() {
-    if (const std::optional<Gate> gate = content().gate) {
-        return ResultText::sentence(*gate);
-    }
-    return std::nullopt;
+    const std::optional<Gate> missing = gate();
+    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
 }
 
 Json CorrelationScreen::result() const {
-    return hasPair() ? toJson(pairCorrelations()) : Json(nullptr);
+    return gate() ? Json(nullptr) : toJson(pairCorrelations());
 }
 
 }  // namespace sorvane

@@ -39,7 +39,7 @@ public:
     Json result() const override;
 
 private:
-    bool hasPair() const;
+    std::optional<Gate> gate() const;
     PairCorrelations pairCorrelations() const;
     Card pairCard(const PairCorrelations& pair) const;
     Chart scatter() const;

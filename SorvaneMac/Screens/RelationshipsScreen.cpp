@@ -151,12 +151,13 @@ void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenConten
         {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
          pearson ? "n = " + ResultText::count(pearson->n) : "could not be computed"},
         {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"}};
-    Card pair{.title = x + " and " + y};
+    const Chart drawn = scatterChart({.name = x, .values = state_.dataset().numericColumn(x)},
+                                     {.name = y, .values = state_.dataset().numericColumn(y)});
+    Card pair{.title = drawn.title};
     if (auto line = BayesFactorLine::passage(evidence.bayesFactor, sides)) {
         pair.passages.push_back(std::move(*line));
     }
-    pair.charts = {scatterChart({.name = x, .values = state_.dataset().numericColumn(x)},
-                                {.name = y, .values = state_.dataset().numericColumn(y)})};
+    pair.charts = {drawn};
     content.cards.push_back(std::move(pair));
     content.cards.push_back(AssumptionChecks::card(evidence.assumptions));
     if (pearson) {

@@ -115,7 +115,7 @@ const std::vector<UserGuideScreen::Keys>& UserGuideScreen::keys() {
     static const std::vector<Keys> table = {
         {"Ctrl+O", "Open a project"},
         {"Ctrl+S, Ctrl+Shift+S", "Save the project; save it somewhere else"},
-        {"Ctrl+I", "Import a file"},
+        {"Ctrl+I", "Import a file; while the report is edited, italics"},
         {"Ctrl+N", "Create a blank grid"},
         {"Ctrl+Shift+V", "Paste a table as data"},
         {"Ctrl+R", "Add the first finding of the screen to the report"},

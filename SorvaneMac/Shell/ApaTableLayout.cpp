@@ -8,6 +8,7 @@
 
 #include "SorvaneMac/Report/APAFormat.h"
 #include "SorvaneMac/Report/StatisticalSymbols.h"
+#include "SorvaneMac/Report/UnbrokenText.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
 
@@ -60,7 +61,7 @@ ApaTableLayout::ApaTableLayout(const ReportTable& table)
     const ReportTable shown = APAFormat::normalize(table);
     readCells(shown);
     readGroups(shown);
-    noteText_ = qtText(shown.note.value_or(""));
+    noteText_ = qtText(UnbrokenText::numbersHeld(shown.note.value_or("")));
     for (std::size_t index = 0; index < columns_.size(); ++index) {
         measureColumn(index);
         minimumWidth_ += columns_[index].minimum;
@@ -75,7 +76,7 @@ void ApaTableLayout::readCells(const ReportTable& table) {
     }
     columns_.resize(count);
     for (std::size_t at = 0; at < table.headers.size(); ++at) {
-        columns_[at].head = qtText(table.headers[at]);
+        columns_[at].head = qtText(UnbrokenText::wordsHeld(table.headers[at]));
         columns_[at].headIsItalic = StatisticalSymbols::isSymbol(table.headers[at]);
     }
     rows_.reserve(table.rows.size());
@@ -134,6 +135,10 @@ void ApaTableLayout::measureColumn(std::size_t index) {
             }
         }
         widest = std::max(widest, column.lead + column.rest);
+    } else {
+        for (std::vector<Cell>& row : rows_) {
+            row[index].text = qtText(UnbrokenText::numbersHeld(utf8(row[index].text)));
+        }
     }
     column.isProse = index == 0 || (texts > 0 && widest > Theme::px(proseFrom));
     const int air = 2 * Theme::px(gap);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include <QBarSet>
 #include <QChart>
@@ -19,7 +20,7 @@ namespace sorvane::ChartPlots {
 
 namespace {
 
-/// Room beyond the longest bar for the figure at its end, and below 0 for that of a negative one.
+/// Room beyond the longest bar on either side for the figure at its end.
 constexpr double labelShare = 0.16;
 /// Room above the plot for the figure of the reference line.
 constexpr int referenceMargin = 20;
@@ -59,12 +60,20 @@ QHorizontalBarSeries* barSeries(const BarPlot& plot, const ChartInk& ink) {
     return bars;
 }
 
+/// Whether the bar goes to the left of 0, and its figure stands there.
+bool pointsLeft(double value) {
+    return ChartRange::hasPlace(value) && value < 0.0;
+}
+
 ValueRange rangeOf(const BarPlot& plot) {
     ValueRange range{0.0, 0.0};
     ChartRange::include(range, plot.values);
     ChartRange::include(range, plot.reference.value_or(0.0));
     range = range.minimum == range.maximum ? ValueRange{0.0, 1.0} : range;
-    range.maximum += (range.maximum - range.minimum) * labelShare;
+    const double room = (range.maximum - range.minimum) * labelShare;
+    const bool standsRight = std::ranges::any_of(plot.values, std::not_fn(pointsLeft));
+    range.maximum += standsRight ? room : 0.0;
+    range.minimum -= std::ranges::any_of(plot.values, pointsLeft) ? room : 0.0;
     return range;
 }
 
@@ -78,12 +87,29 @@ void paintFigures(QPainter& painter,
     font.setPixelSize(std::clamp(static_cast<int>(slot * 0.78), 1, ink.font.pixelSize()));
     painter.setFont(font);
     painter.setPen(ink.text);
-    const double halfCap = QFontMetricsF(font).capHeight() / 2.0;
+    const QFontMetricsF metrics(font);
+    const double halfCap = metrics.capHeight() / 2.0;
     for (std::size_t at = 0; at < count; ++at) {
         const double value = plot.values[at];
-        const double end = ChartRange::hasPlace(value) ? std::max(value, 0.0) : 0.0;
+        const double end = ChartRange::hasPlace(value) ? value : 0.0;
         const QPointF place = places.at(end, ChartAxes::slotFromAbove(at, count));
-        painter.drawText(place + QPointF(figureGap, halfCap), figureText(value, plot));
+        const QString figure = figureText(value, plot);
+        const double shift =
+            pointsLeft(value) ? -figureGap - metrics.horizontalAdvance(figure) : figureGap;
+        painter.drawText(place + QPointF(shift, halfCap), figure);
+    }
+}
+
+/// Where bars go to both sides, their common base is drawn.
+void paintZero(QPainter& painter,
+               const ChartPlaces& places,
+               const BarPlot& plot,
+               const ChartInk& ink) {
+    if (std::ranges::any_of(plot.values, pointsLeft)) {
+        const QRectF area = places.area();
+        const double x = places.at(0.0, 0.0).x();
+        painter.setPen(QPen(ink.quiet, 1.0));
+        painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
     }
 }
 
@@ -121,6 +147,7 @@ void add(ChartCanvas& canvas, const BarPlot& given) {
         canvas.chart.setMargins(canvas.chart.margins() + QMargins(0, referenceMargin, 0, 0));
     }
     canvas.paint(bars, [plot, ink = canvas.ink](QPainter& painter, const ChartPlaces& places) {
+        paintZero(painter, places, plot, ink);
         paintFigures(painter, places, plot, ink);
         if (plot.reference) {
             paintReference(painter, places, plot, ink);

@@ -30,13 +30,13 @@ QString shortened(const QString& text) {
     return text.size() <= summaryLength ? text : text.left(summaryLength - 1).trimmed() + "…";
 }
 
-/// A small button that stays pressed while its style stands at the cursor.
+/// A small button that stays pressed while its style stands at the cursor. Its keys belong to the
+/// editor: elsewhere they may mean something else.
 QPushButton* styleButton(const QString& letter, const QString& name, const QKeySequence& keys) {
     QPushButton* button = Buttons::make(letter, {}, Buttons::Weight::tool);
     button->setCheckable(true);
     button->setAccessibleName(name);
-    button->setToolTip(name + " (" + keys.toString(QKeySequence::NativeText) + ")");
-    button->setShortcut(keys);
+    button->setToolTip(name + " (" + keys.toString(QKeySequence::NativeText) + " in the report)");
     QFont font = Theme::font(13, name == "Bold" ? QFont::Bold : QFont::Normal);
     font.setItalic(name == "Italic");
     font.setUnderline(name == "Underline");

@@ -1,7 +1,15 @@
 #include "SorvaneMac/Shell/ReportEditor.h"
 
+#include <algorithm>
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include "SorvaneMac/Report/PrintedReport.h"
 #include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Report/RichTextConversion.h"
+#include "SorvaneMac/Report/TableFitting.h"
 #include "SorvaneMac/Shell/Theme.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -11,6 +19,13 @@ namespace {
 
 constexpr int writeBackMilliseconds = 400;
 constexpr double pageMargin = 22.0;
+/// What dims white paper, and the white of figures with it, in a dark window.
+constexpr auto dusk = "#e9ebee";
+
+bool isStyleKey(const QKeyEvent& event) {
+    return event.matches(QKeySequence::Bold) || event.matches(QKeySequence::Italic) ||
+           event.matches(QKeySequence::Underline);
+}
 
 }  // namespace
 
@@ -18,11 +33,10 @@ ReportEditor::ReportEditor(StudioState& state) : state_(state) {
     setAccessibleName("Report");
     setTabChangesFocus(true);
     setFrameShape(QFrame::NoFrame);
-    // The page is paper in either appearance: what is seen is what is printed.
-    const QString paper = Theme::isDark() ? "#e9ebee" : "#ffffff";
-    setStyleSheet("QTextEdit { background: " + paper + "; color: #101318; border: 1px solid " +
-                  Theme::colors().border.name() + "; border-radius: 2px; }" +
-                  "QTextEdit:focus { border: 2px solid " + Theme::colors().accent.name() + "; }");
+    setStyleSheet("QTextEdit { background: " + Theme::colors().sidebar.name() +
+                  "; color: #101318; border: 1px solid " + Theme::colors().border.name() +
+                  "; border-radius: 2px; }" + "QTextEdit:focus { border: 2px solid " +
+                  Theme::colors().accent.name() + "; }");
     document()->setDefaultFont(Theme::faces(16));
     document()->setDocumentMargin(pageMargin);
     writeBack_.setSingleShot(true);
@@ -49,6 +63,10 @@ void ReportEditor::refresh() {
     isLoading_ = true;
     const std::optional<RichDocument> document = stored ? decode(*stored) : std::nullopt;
     RichTextConversion::write(document.value_or(RichDocument()), *this->document());
+    TableFitting::fit(*this->document(), textWidth(), TableFitting::Overflow::widens);
+    // The columns are not an edit that could be undone.
+    this->document()->setUndoRedoEnabled(false);
+    this->document()->setUndoRedoEnabled(true);
     moveCursor(QTextCursor::Start);
     isLoading_ = false;
     isEdited_ = false;
@@ -69,6 +87,55 @@ void ReportEditor::commit() {
     }
     shown_ = encode(RichTextConversion::read(*document()));
     state_.reportRTFData.replace(shown_);
+}
+
+double ReportEditor::textWidth() const {
+    return PrintedReport::textWidth * logicalDpiX() / 72.0;
+}
+
+bool ReportEditor::event(QEvent* event) {
+    // Otherwise the menus would take those keys that they have other uses for.
+    if (event->type() == QEvent::ShortcutOverride && isStyleKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QTextEdit::event(event);
+}
+
+void ReportEditor::keyPressEvent(QKeyEvent* event) {
+    if (!isStyleKey(*event)) {
+        QTextEdit::keyPressEvent(event);
+    } else if (isReadOnly()) {
+        event->ignore();
+    } else if (event->matches(QKeySequence::Bold)) {
+        setFontWeight(fontWeight() > QFont::Medium ? QFont::Normal : QFont::Bold);
+    } else if (event->matches(QKeySequence::Italic)) {
+        setFontItalic(!fontItalic());
+    } else {
+        setFontUnderline(!fontUnderline());
+    }
+}
+
+/// The page is paper in either appearance: what is seen is what is printed.
+void ReportEditor::paintEvent(QPaintEvent* event) {
+    QPainter(viewport()).fillRect(event->rect(), Qt::white);
+    QTextEdit::paintEvent(event);
+    if (Theme::isDark()) {
+        QPainter painter(viewport());
+        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+        painter.fillRect(event->rect(), QColor(dusk));
+    }
+}
+
+void ReportEditor::resizeEvent(QResizeEvent* event) {
+    const int paper = static_cast<int>(textWidth() + 2 * pageMargin);
+    const QMargins margins = viewportMargins();
+    const int room = viewport()->width() + margins.left() + margins.right();
+    const int side = std::max((room - paper) / 2, 0);
+    if (side != margins.left()) {
+        setViewportMargins(side, 0, side, 0);
+    }
+    QTextEdit::resizeEvent(event);
 }
 
 }  // namespace sorvane

@@ -11,7 +11,10 @@ namespace sorvane {
 
 class StudioState;
 
-/// The assembled document, editable; what the user writes goes back into the state.
+/// The assembled document, editable, on a page as wide as the printed one; what the user writes goes
+/// back into the state.
+///
+/// While it has the focus, the keys of bold, italic and underlined text are its own.
 class ReportEditor final : public QTextEdit {
 public:
     explicit ReportEditor(StudioState& state);
@@ -22,7 +25,15 @@ public:
     /// Writes edits back now instead of in a moment.
     void commit();
 
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    double textWidth() const;
+
     StudioState& state_;
     std::optional<std::vector<std::uint8_t>> shown_;
     QTimer writeBack_;

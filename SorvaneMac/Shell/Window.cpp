@@ -132,6 +132,9 @@ int drawScreenshots(QApplication& application,
     MainWindow window(state, screens);
     window.resize(request.width, request.height);
     window.setScale(request.scale);
+    // Scroll bars and layouts are those of a window that stands, seen or not.
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
     Photographer photographer(window, request.folder);
     if (!photographer.take("start")) {
         return 1;

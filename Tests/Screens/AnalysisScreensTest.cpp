@@ -154,6 +154,28 @@ TEST_F(AnalysisScreens, CorrelationSeedsAPairAndAMatrix) {
     EXPECT_EQ(correlation.content().gate->title, "Need two numeric variables");
 }
 
+TEST_F(AnalysisScreens, CorrelationNamesAChosenColumnThatIsGone) {
+    paste(items);
+    Screen& correlation = screen(StudioScreen::correlation);
+    CorrelationFields& fields = screens_.fields.correlation;
+    const auto expectGone = [&correlation](int line) {
+        const std::optional<Gate> gate = correlation.content().gate;
+        EXPECT_TRUE(gate && gate->lead == "gone") << line;
+        EXPECT_TRUE(correlation.result().is_null()) << line;
+    };
+    for (Field<VariableName>* field : {&fields.corrX, &fields.corrY, &fields.corrControl}) {
+        const VariableName former = field->get();
+        field->set({"gone"});
+        expectGone(__LINE__);
+        field->set(former);
+    }
+    EXPECT_FALSE(correlation.content().gate);
+    fields.corrMatrixVars.edit([](NameSet& names) { names.insert("gone"); });
+    expectGone(__LINE__);
+    const auto& list = std::get<CheckListControl>(correlation.setup().controls.back());
+    EXPECT_EQ(list.items.back().name, "gone");
+}
+
 TEST_F(AnalysisScreens, RegressionSaysWhatIsMissingThenRuns) {
     paste(items);
     Screen& regression = screen(StudioScreen::regression);

@@ -115,6 +115,38 @@ TEST(ChartImages, DrawsAHundredThousandPointsAsOnePicture) {
     EXPECT_LT(count(drawn(chart), Qt::white), 500 * 650);
 }
 
+TEST(ChartImages, WritesFiguresBeyondTheEndsOfBarsToBothSides) {
+    const BarPlot bars{.labels = {"a", "b"}, .values = {0.5, -0.5}};
+    const QImage image = drawn({.plot = bars});
+    // Of each half, the first and the last column with the colour of the bars, and with ink.
+    const auto span = [&image](int top, auto isWanted) {
+        int first = image.width();
+        int last = -1;
+        for (int x = 200; x < image.width(); ++x) {
+            for (int y = top; y < top + image.height() / 4; ++y) {
+                if (isWanted(image.pixelColor(x, y))) {
+                    first = std::min(first, x);
+                    last = x;
+                }
+            }
+        }
+        return std::pair(first, last);
+    };
+    const QColor bar = ChartInk::print().primary;
+    const QColor ink = ChartInk::print().text;
+    const auto isBar = [&bar](const QColor& color) {
+        return color == bar;
+    };
+    const auto isInk = [&ink](const QColor& color) {
+        return color == ink;
+    };
+    const int upper = image.height() / 8;
+    const int lower = image.height() / 2;
+    EXPECT_GT(span(upper, isInk).second, span(upper, isBar).second);
+    EXPECT_LT(span(lower, isInk).first, span(lower, isBar).first);
+    EXPECT_LT(span(lower, isBar).second, span(upper, isBar).first + 3);
+}
+
 TEST(ChartImages, SetsBarsBelowTheReferenceApart) {
     BarPlot bars{.labels = {"a", "b"}, .values = {0.5, 0.6}, .reference = 0.3};
     const QColor apart = ChartInk::print().apart;

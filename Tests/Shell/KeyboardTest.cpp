@@ -4,6 +4,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QTest>
+#include <QTextEdit>
 
 #include <gtest/gtest.h>
 
@@ -109,6 +110,38 @@ TEST_F(Keyboard, LeadsFromAFileToAnExportedReport) {
     state_.clearReport();
     press(Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(state_.reportItems->size(), 2U);
+}
+
+TEST_F(Keyboard, SetsItalicsInTheReportAndImportsElsewhere) {
+    int imports = 0;
+    window_.workspace().dialogs.openDataFile = [&imports](QWidget*) {
+        ++imports;
+        return std::optional<std::filesystem::path>();
+    };
+    state_.resetToSample();
+    goTo(StudioScreen::descriptives);
+    press(Qt::Key_R, Qt::ControlModifier);
+    press(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+    auto* editor = window_.page().findChild<QTextEdit*>();
+    const auto italic = [this] {
+        for (const auto* button : window_.page().findChildren<QPushButton*>()) {
+            if (button->accessibleName() == "Italic") {
+                return button->isChecked();
+            }
+        }
+        return false;
+    };
+    editor->setFocus();
+    press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_TRUE(editor->fontItalic());
+    EXPECT_TRUE(italic());
+    press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_FALSE(editor->fontItalic());
+    EXPECT_EQ(imports, 0);
+
+    goTo(StudioScreen::descriptives);
+    press(Qt::Key_I, Qt::ControlModifier);
+    EXPECT_EQ(imports, 1);
 }
 
 TEST_F(Keyboard, ReachesNavigationScreenAndInspectorWithOneKey) {
