@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "SorvaneMac/State/VariableLists.h"
+
 namespace sorvane::OperationTable {
 
 namespace {

@@ -77,7 +77,11 @@ ProjectSnapshot StudioState::projectSnapshot() const {
     return snapshot;
 }
 
-void StudioState::restoreProjectSettings(const Settings& settings, FoldedSettings folded) {
+void StudioState::restoreProjectSettings(const Settings& settings) {
+    takeProjectSettings(settings, FoldedSettings::of(settings));
+}
+
+void StudioState::takeProjectSettings(const Settings& settings, FoldedSettings folded) {
     for (const auto& [key, name] : surveySettings) {
         if (AnyField* field = fields.find(name)) {
             const bool isEstimand = std::string_view(name) == "svEstimand";
@@ -178,7 +182,7 @@ void StudioState::adoptArchive(const ProjectArchive& archive,
     clearReport();
     classifyAndSeedScaleItems(false);
     data.transformationLog.set(archive.transformationLog);
-    restoreProjectSettings(archive.settings, std::move(folded));
+    takeProjectSettings(archive.settings, std::move(folded));
     if (valueOf(archive.settings, "dataset_editable") == "1") {
         data.isDatasetEditable.set(true);
     }

@@ -265,8 +265,7 @@ public:
 
     /// What a project keeps beside the table and the roles, as short texts and as base64.
     std::map<std::string, std::string> projectSettings() const;
-    void restoreProjectSettings(const std::map<std::string, std::string>& settings,
-                                FoldedSettings folded);
+    void restoreProjectSettings(const std::map<std::string, std::string>& settings);
     /// Saves the project in a file, which then is its place. Says in `projectMessage` and
     /// `saveStatusMessage`, or in `projectError`, how it went.
     ///
@@ -385,6 +384,8 @@ private:
     ProjectSnapshot projectSnapshot() const;
     bool loadArchive(const std::filesystem::path& file,
                      const std::optional<std::filesystem::path>& url);
+    void takeProjectSettings(const std::map<std::string, std::string>& settings,
+                             FoldedSettings folded);
     void adoptArchive(const ProjectArchive& archive,
                       ImportedDataset dataset,
                       FoldedSettings folded,
