@@ -196,7 +196,8 @@ const std::vector<std::string> runFields = {
     "cmFactorialRun",     "cmRepeatedMeasuresRun", "cmAncovaRun",
     "mvManovaStored",     "npMannWhitneyRun",      "npWilcoxonRun",
     "npKruskalWallisRun", "npFriedmanRun",         "npChiSquareRun",
-    "npGoodnessOfFitRun", "npFisherRun",           "npMcNemarRun"};
+    "npGoodnessOfFitRun", "npFisherRun",           "npMcNemarRun",
+    "regLogisticRun",     "regPoissonRun",         "regOrdinalRun"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:
