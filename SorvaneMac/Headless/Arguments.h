@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Headless/CallArguments.h"
 
 namespace sorvane {
@@ -206,7 +207,7 @@ struct Seed {
     std::uint64_t read(const CallArguments& call) const { return call.seed(name, fallback); }
     std::vector<ListedArgument> listed() const {
         return {{name, "whole number, or text of hexadecimal digits after 0x",
-                 std::to_string(fallback)}};
+                 NumberText::integer(static_cast<std::int64_t>(fallback))}};
     }
 };
 

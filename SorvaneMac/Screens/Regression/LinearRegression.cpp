@@ -2,7 +2,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
-#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
@@ -95,28 +95,9 @@ Finding finding(const LinearModelRun& run) {
     return {.item = std::move(item), .figure = run.figure};
 }
 
-class LinearRegression final : public StoredAnalysis<RegressionFields, LinearModelRun> {
+class LinearRegression final : public RegressionAnalysis<RegressionModel::linear, LinearModelRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
-
-    std::string subtitle() const override {
-        return std::string(displayName(RegressionModel::linear));
-    }
-
-    void addControls(SetupForm& form) override {
-        RegressionSelection::addControls(form, state_, fields_, RegressionModel::linear);
-    }
-
-    std::string runLabel() const override { return "Run regression"; }
-    std::optional<Gate> gate() const override {
-        return RegressionSelection::gate(state_, fields_, RegressionModel::linear);
-    }
-
-    std::string selection() const override {
-        return RegressionSelection::selection(state_, fields_);
-    }
-
-    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::linear); }
+    using RegressionAnalysis::RegressionAnalysis;
 
 private:
     std::optional<LinearModelRun> compute() override {

@@ -1,8 +1,8 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
-#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -85,29 +85,10 @@ std::vector<Chart> charts(const OrdinalRegressionResult& result) {
                                            "Change of the log odds of a higher level")};
 }
 
-class OrdinalRegression final : public StoredAnalysis<RegressionFields, OrdinalModelRun> {
+class OrdinalRegression final
+    : public RegressionAnalysis<RegressionModel::ordinal, OrdinalModelRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
-
-    std::string subtitle() const override {
-        return std::string(displayName(RegressionModel::ordinal));
-    }
-
-    void addControls(SetupForm& form) override {
-        RegressionSelection::addControls(form, state_, fields_, RegressionModel::ordinal);
-    }
-
-    std::string runLabel() const override { return "Run regression"; }
-
-    std::optional<Gate> gate() const override {
-        return RegressionSelection::gate(state_, fields_, RegressionModel::ordinal);
-    }
-
-    std::string selection() const override {
-        return RegressionSelection::selection(state_, fields_);
-    }
-
-    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::ordinal); }
+    using RegressionAnalysis::RegressionAnalysis;
 
 private:
     std::optional<OrdinalModelRun> compute() override {

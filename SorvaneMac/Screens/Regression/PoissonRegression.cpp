@@ -1,7 +1,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
+#include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
-#include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -84,29 +84,10 @@ std::vector<Chart> charts(const PoissonRegressionResult& result) {
     return {RegressionCharts::coefficients(std::move(rows), "Change of the log rate")};
 }
 
-class PoissonRegression final : public StoredAnalysis<RegressionFields, PoissonModelRun> {
+class PoissonRegression final
+    : public RegressionAnalysis<RegressionModel::poisson, PoissonModelRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
-
-    std::string subtitle() const override {
-        return std::string(displayName(RegressionModel::poisson));
-    }
-
-    void addControls(SetupForm& form) override {
-        RegressionSelection::addControls(form, state_, fields_, RegressionModel::poisson);
-    }
-
-    std::string runLabel() const override { return "Run regression"; }
-
-    std::optional<Gate> gate() const override {
-        return RegressionSelection::gate(state_, fields_, RegressionModel::poisson);
-    }
-
-    std::string selection() const override {
-        return RegressionSelection::selection(state_, fields_);
-    }
-
-    Guide guide() const override { return RegressionOutcomes::guideOf(RegressionModel::poisson); }
+    using RegressionAnalysis::RegressionAnalysis;
 
 private:
     std::optional<PoissonModelRun> compute() override {
