@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -32,10 +33,12 @@ double smallest(const std::vector<double>& distances) {
 }  // namespace
 
 ClusterDistances::ClusterDistances(const CaseColumns& cases, HierarchicalLinkage linkage)
-    : linkage_(linkage), activeCount_(cases.count()), clusters_(cases.count()) {
-    for (std::size_t i = 0; i < clusters_.size(); ++i) {
-        clusters_[i].number = static_cast<std::int64_t>(i);
-    }
+    : linkage_(linkage),
+      activeCount_(cases.count()),
+      clusters_(cases.count()),
+      numbers_(cases.count()),
+      sizes_(cases.count(), 1.0) {
+    std::iota(numbers_.begin(), numbers_.end(), std::int64_t{0});
     parallelFor(clusters_.size(), hardwareThreads(), [&](std::size_t i) {
         Cluster& cluster = clusters_[i];
         cluster.distances.resize(i);
@@ -56,8 +59,8 @@ void ClusterDistances::findNearest(Cluster& cluster) const {
     }
     std::int64_t lowest = std::numeric_limits<std::int64_t>::max();
     for (std::size_t slot = 0; slot < cluster.distances.size(); ++slot) {
-        if (cluster.distances[slot] == cluster.nearestDistance && clusters_[slot].number < lowest) {
-            lowest = clusters_[slot].number;
+        if (cluster.distances[slot] == cluster.nearestDistance && numbers_[slot] < lowest) {
+            lowest = numbers_[slot];
             cluster.nearest = slot;
         }
     }
@@ -80,56 +83,75 @@ std::optional<ClusterDistances::Pair> ClusterDistances::closest() const {
     return best.distance == none ? std::nullopt : std::optional(best);
 }
 
-double ClusterDistances::take(std::size_t a, std::size_t k) {
-    return clusters_[k].number > clusters_[a].number
-               ? std::exchange(clusters_[k].distances[a], none)
-               : clusters_[a].distances[k];
+void ClusterDistances::fetchAhead(std::size_t slot, std::size_t k) const {
+    constexpr std::size_t ahead = 16;
+    if (k + ahead < clusters_.size() && slot < clusters_[k + ahead].distances.size()) {
+        __builtin_prefetch(&clusters_[k + ahead].distances[slot], 1);
+    }
+}
+
+std::vector<double> ClusterDistances::takeAll(std::size_t slot, const Pair& pair) {
+    std::vector<double> taken(clusters_.size(), none);
+    const std::int64_t own = numbers_[slot];
+    for (std::size_t k = 0; k < taken.size(); ++k) {
+        fetchAhead(slot, k);
+        if (numbers_[k] == gone || k == pair.first || k == pair.second) {
+            continue;
+        }
+        taken[k] = numbers_[k] > own ? std::exchange(clusters_[k].distances[slot], none)
+                                     : clusters_[slot].distances[k];
+    }
+    return taken;
 }
 
 /// By Lance and Williams.
-double ClusterDistances::joined(const Pair& pair,
-                                std::size_t k,
-                                double toFirst,
-                                double toSecond) const {
-    const auto a = static_cast<double>(size(pair.first));
-    const auto b = static_cast<double>(size(pair.second));
-    const auto c = static_cast<double>(size(k));
+void ClusterDistances::join(const Pair& pair,
+                            std::vector<double>& toFirst,
+                            const std::vector<double>& toSecond) const {
+    const double a = sizes_[pair.first];
+    const double b = sizes_[pair.second];
+    const double between = pair.distance;
+    const auto joinAll = [&](const auto& joined) {
+        for (std::size_t k = 0; k < toFirst.size(); ++k) {
+            toFirst[k] = joined(toFirst[k], toSecond[k], sizes_[k]);
+        }
+    };
     switch (linkage_) {
         case HierarchicalLinkage::ward:
-            return ((a + c) * toFirst + (b + c) * toSecond - c * pair.distance) / (a + b + c);
+            joinAll([a, b, between](double x, double y, double c) {
+                return ((a + c) * x + (b + c) * y - c * between) / (a + b + c);
+            });
+            break;
         case HierarchicalLinkage::complete:
-            return std::max(toFirst, toSecond);
+            joinAll([](double x, double y, double) { return std::max(x, y); });
+            break;
         case HierarchicalLinkage::average:
-            return (a * toFirst + b * toSecond) / (a + b);
+            joinAll([a, b](double x, double y, double) { return (a * x + b * y) / (a + b); });
+            break;
         case HierarchicalLinkage::single:
+            joinAll([](double x, double y, double) { return std::min(x, y); });
             break;
     }
-    return std::min(toFirst, toSecond);
 }
 
 void ClusterDistances::merge(const Pair& pair, std::int64_t number) {
-    Cluster merged{.number = number,
-                   .size = size(pair.first) + size(pair.second),
-                   .distances = std::vector<double>(clusters_.size(), none)};
-    for (std::size_t k = 0; k < clusters_.size(); ++k) {
-        if (clusters_[k].isActive && k != pair.first && k != pair.second) {
-            const double toFirst = take(pair.first, k);
-            const double toSecond = take(pair.second, k);
-            merged.distances[k] = joined(pair, k, toFirst, toSecond);
-        }
-    }
-    clusters_[pair.first] = std::move(merged);
-    clusters_[pair.second] = {.isActive = false};
+    std::vector<double> distances = takeAll(pair.first, pair);
+    join(pair, distances, takeAll(pair.second, pair));
+    clusters_[pair.first] = {.distances = std::move(distances)};
+    clusters_[pair.second] = {};
+    numbers_[pair.first] = number;
+    numbers_[pair.second] = gone;
+    sizes_[pair.first] += std::exchange(sizes_[pair.second], 0.0);
     --activeCount_;
     findNearest(clusters_[pair.first]);
     for (std::size_t k = 0; k < clusters_.size(); ++k) {
         Cluster& other = clusters_[k];
-        if (other.isActive && k != pair.first && other.nearestDistance != none &&
+        if (k != pair.first && other.nearestDistance != none &&
             (other.nearest == pair.first || other.nearest == pair.second)) {
             findNearest(other);
         }
     }
-    if (2 * activeCount_ < clusters_.size()) {
+    if (4 * activeCount_ < 3 * clusters_.size()) {
         compact();
     }
 }
@@ -137,17 +159,18 @@ void ClusterDistances::merge(const Pair& pair, std::int64_t number) {
 void ClusterDistances::compact() {
     std::vector<std::size_t> slots;
     for (std::size_t slot = 0; slot < clusters_.size(); ++slot) {
-        if (clusters_[slot].isActive) {
+        if (numbers_[slot] != gone) {
             slots.push_back(slot);
         }
     }
-    std::ranges::sort(slots, {}, [this](std::size_t slot) { return clusters_[slot].number; });
+    std::ranges::sort(slots, {}, [this](std::size_t slot) { return numbers_[slot]; });
     std::vector<std::size_t> placeOf(clusters_.size(), 0);
     for (std::size_t place = 0; place < slots.size(); ++place) {
         placeOf[slots[place]] = place;
     }
     std::vector<Cluster> kept;
-    kept.reserve(slots.size());
+    std::vector<std::int64_t> numbers;
+    std::vector<double> sizes;
     for (std::size_t place = 0; place < slots.size(); ++place) {
         Cluster& cluster = kept.emplace_back(std::move(clusters_[slots[place]]));
         std::vector<double> distances(place);
@@ -156,8 +179,12 @@ void ClusterDistances::compact() {
         }
         cluster.distances = std::move(distances);
         cluster.nearest = placeOf[cluster.nearest];
+        numbers.push_back(numbers_[slots[place]]);
+        sizes.push_back(sizes_[slots[place]]);
     }
     clusters_ = std::move(kept);
+    numbers_ = std::move(numbers);
+    sizes_ = std::move(sizes);
 }
 
 }  // namespace sorvane

@@ -34,8 +34,8 @@ struct Prepared {
 /// Input      items of one length; a row with an absent cell is left out
 /// Method     mean and standard deviation (n - 1) over the complete rows; correlations are sums of
 ///            products of z scores over n - 1
-/// Failure    fewer than two items, no rows, lengths that differ, fewer than three complete rows, an
-///            item without spread -> absent
+/// Failure    fewer than two items, no rows, lengths that differ, fewer than three complete rows,
+///            an item without spread -> absent
 /// Cost       O(n k^2): about 30 ms for 100,000 rows of 30 items
 std::optional<Prepared> prepare(std::span<const NumericColumn> items);
 

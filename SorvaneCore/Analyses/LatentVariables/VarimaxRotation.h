@@ -21,7 +21,8 @@ BOOST_DESCRIBE_STRUCT(VarimaxOptions, (), (maxIterations, tolerance))
 /// Input      one row per item, all of one width
 /// Method     Kaiser's varimax: rows brought to length 1, pairs of factors turned by the angle that
 ///            maximises the criterion until a pass turns none, rows brought back to their length.
-///            Each factor's loading of largest absolute value, the first of equals, is then positive
+///            Each factor's loading of largest absolute value, the first of equals, is made
+///            positive
 /// Returns    the input as it is where there are no rows or fewer than two factors
 /// Cost       O(items factors^2) a pass
 /// Reference  Kaiser (1958), The varimax criterion for analytic rotation in factor analysis

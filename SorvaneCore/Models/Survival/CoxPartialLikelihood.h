@@ -26,8 +26,8 @@ public:
 
     std::size_t predictorCount() const { return width_; }
 
-    /// Method     one sweep from the last time to the first, in which the risk set grows. Predictors
-    ///            are taken about their means, which changes nothing but the size of exponents
+    /// Method     one sweep from the last time to the first, in which the risk set grows.
+    ///            Predictors are taken about their means, which changes only the exponents
     /// Returns    exponents held to 600, sums of exponentials to at least 1e-300
     /// Cost       O(n p^2)
     Evaluation at(std::span<const double> beta) const;

@@ -111,12 +111,12 @@ std::optional<KaplanMeierResult> kaplanMeier(const NumericColumn& time,
 /// Proportional hazards: the log hazard as a sum of effects of predictors.
 ///
 /// Input      rows that lack a predictor do not count; predictors as they are, unscaled
-/// Method     Newton steps on the partial likelihood with ties after Breslow, from no effects, halved
-///            at most 8 times until the likelihood does not fall; ends when no coefficient moves by
-///            1e-8. A step that would leave the information singular counts as one too far. Normal
+/// Method     Newton steps on the partial likelihood with ties after Breslow, from no effects,
+///            halved at most 8 times until the likelihood does not fall; ends when no estimate moves
+///            by 1e-8. A step that leaves the information singular counts as too far. Normal
 ///            p-values and bounds; the level is held to 0.001 to 0.999
 /// Failure    absent: lengths or names that do not match. Blocked: no predictor, no more cases than
-///            predictors, fewer than two events, an information matrix that is singular from the start
+///            predictors, fewer than two events, information that is singular from the start
 /// Accuracy   1e-9 relative for coefficients of a fit that converged
 /// Cost       O(n log n), and O(n p^2) a step: about 30 ms for 100,000 rows of 5 predictors
 /// Reference  Cox (1972); Breslow (1974), Covariance analysis of censored survival data
