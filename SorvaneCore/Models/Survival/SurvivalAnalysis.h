@@ -112,7 +112,7 @@ std::optional<KaplanMeierResult> kaplanMeier(const NumericColumn& time,
 ///
 /// Input      rows that lack a predictor do not count; predictors as they are, unscaled
 /// Method     Newton steps on the partial likelihood with ties after Breslow, from no effects,
-///            halved at most 8 times until the likelihood does not fall; ends when no estimate moves
+///            halved at most 8 times until the likelihood does not fall, until no estimate moves
 ///            by 1e-8. A step that leaves the information singular counts as too far. Normal
 ///            p-values and bounds; the level is held to 0.001 to 0.999
 /// Failure    absent: lengths or names that do not match. Blocked: no predictor, no more cases than
