@@ -1,6 +1,13 @@
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+
+#include "SorvaneCore/Numerics/BFGSMinimizer.h"
+#include "SorvaneCore/Numerics/IRLS.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Numerics/SplitMix64.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {
@@ -59,12 +66,53 @@ std::vector<Procedure> distributionProcedures() {
     };
 }
 
+/// The first draws of a seed.
+std::vector<std::uint64_t> draws(std::uint64_t seed, Size count) {
+    std::vector<std::uint64_t> result(count);
+    SplitMix64 random(seed);
+    std::ranges::generate(result, [&random] { return random.next(); });
+    return result;
+}
+
+Numbers unitDraws(std::uint64_t seed, Size count) {
+    Numbers result(count);
+    SplitMix64 random(seed);
+    std::ranges::generate(result, [&random] { return random.nextUnitDouble(); });
+    return result;
+}
+
+std::vector<Procedure> optimizerProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const Value<std::uint64_t> seed{"seed"};
+    const Setting<Size> count{"count", 1};
+    const IRLS::Limits limits;
+    return {
+        procedure("SplitMix64.next", &draws, seed, count),
+        procedure("SplitMix64.nextUnitDouble", &unitDraws, seed, count),
+        procedure(
+            "IRLS.fit",
+            [](const Numbers& designMatrix, Size rows, Size cols, const Numbers& response,
+               IRLS::Link link, int maxIterations, double tolerance) {
+                return IRLS::fit({.designMatrix = designMatrix,
+                                  .rows = rows,
+                                  .cols = cols,
+                                  .response = response},
+                                 link, {.maxIterations = maxIterations, .tolerance = tolerance});
+            },
+            Value<Numbers>{"designMatrix"}, Value<Size>{"rows"}, Value<Size>{"cols"},
+            Value<Numbers>{"response"}, Value<IRLS::Link>{"link"},
+            Setting<int>{"maxIterations", limits.maxIterations},
+            Setting<double>{"tolerance", limits.tolerance}),
+        procedure("BFGSMinimizer.identity", &BFGSMinimizer::identity, Value<Size>{"n"}),
+    };
+}
+
 }  // namespace
 
 std::vector<Procedure> numericsProcedures() {
     std::vector<Procedure> procedures = linearAlgebraProcedures();
-    for (Procedure& each : distributionProcedures()) {
-        procedures.push_back(std::move(each));
+    for (std::vector<Procedure> some : {distributionProcedures(), optimizerProcedures()}) {
+        std::ranges::move(some, std::back_inserter(procedures));
     }
     procedures.push_back(procedure("DerivedValueFormatter.text", &NumberText::derivedValue,
                                    arguments::Value<double>{"value"}));
