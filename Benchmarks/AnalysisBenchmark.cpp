@@ -12,6 +12,7 @@
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneCore/Analyses/Clustering/HierarchicalClustering.h"
 #include "SorvaneCore/Analyses/Clustering/KMeansClustering.h"
+#include "SorvaneCore/Analyses/GeneralizedRegression/LogisticRegressionTests.h"
 #include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
 #include "SorvaneCore/Analyses/LatentVariables/FactorAnalyzer.h"
 #include "SorvaneCore/Analyses/LatentVariables/PrincipalComponentsAnalyzer.h"
@@ -108,6 +109,15 @@ void leastSquares(const NumberTable& table) {
     benchmark::DoNotOptimize(result);
 }
 
+/// yb on x1 to x10.
+void logistic(const NumberTable& table) {
+    const LogisticRegressionOptions options{
+        .predictorNames = {table.names.begin() + 2, table.names.end()}};
+    auto result = LogisticRegressionTests::binaryLogistic(std::span(table.columns).subspan(2),
+                                                          table.columns[1], options);
+    benchmark::DoNotOptimize(result);
+}
+
 void fiveFactors(const NumberTable& table) {
     auto result = FactorAnalyzer::analyze(table.columns, 5);
     benchmark::DoNotOptimize(result);
@@ -165,16 +175,18 @@ std::vector<Workload> analysisWorkloads() {
     const Analysis twoMeans{"ttest", "anova", welchTest};
     const Analysis groupComparison{"anova", "anova", compareGroups};
     const Analysis regression{"ols", "reg", leastSquares};
+    const Analysis logisticRegression{"logit", "reg", logistic};
     std::vector<Workload> workloads = {
-        at(describing, "1e5", 0.012),      at(describing, "1e6", 0.1),
-        at(reliability, "1e5", 0.01),      at(reliability, "1e6", 0.1),
-        at(rankCorrelation, "1e3", 1e-4),  at(rankCorrelation, "1e4", 0.002),
-        at(rankCorrelation, "1e5", 0.025), at(rankCorrelation, "1e6", 0.35),
-        at(concordance, "1e3", 1e-4),      at(concordance, "1e4", 0.0012),
-        at(concordance, "1e5", 0.013),     at(concordance, "1e6", 0.16),
-        at(twoMeans, "1e5", 0.002),        at(twoMeans, "1e6", 0.02),
-        at(groupComparison, "1e5", 0.06),  at(groupComparison, "1e6", 0.3),
-        at(regression, "1e5", 0.012),      at(regression, "1e6", 0.12)};
+        at(describing, "1e5", 0.012),        at(describing, "1e6", 0.1),
+        at(reliability, "1e5", 0.01),        at(reliability, "1e6", 0.1),
+        at(rankCorrelation, "1e3", 1e-4),    at(rankCorrelation, "1e4", 0.002),
+        at(rankCorrelation, "1e5", 0.025),   at(rankCorrelation, "1e6", 0.35),
+        at(concordance, "1e3", 1e-4),        at(concordance, "1e4", 0.0012),
+        at(concordance, "1e5", 0.013),       at(concordance, "1e6", 0.16),
+        at(twoMeans, "1e5", 0.002),          at(twoMeans, "1e6", 0.02),
+        at(groupComparison, "1e5", 0.06),    at(groupComparison, "1e6", 0.3),
+        at(regression, "1e5", 0.012),        at(regression, "1e6", 0.12),
+        at(logisticRegression, "1e5", 0.03), at(logisticRegression, "1e6", 0.3)};
     for (Workload& each : dataReductionWorkloads()) {
         workloads.push_back(std::move(each));
     }

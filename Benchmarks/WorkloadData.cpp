@@ -257,6 +257,35 @@ void writeSurvival(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// Four hidden classes that differ in six numbers, six yes-or-no answers and six letters.
+void writeMixture(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    static constexpr std::array<double, 4> upTo = {0.4, 0.7, 0.9, 1.0};
+    static constexpr std::array<std::array<double, 6>, 4> means = {
+        {{0, 0, 0, 0, 0, 0}, {2, 2, 0, 0, 1, 1}, {-2, 0, 2, 1, 0, -1}, {0, -2, -2, 2, 2, 0}}};
+    static constexpr std::array<double, 4> deviations = {1.0, 0.8, 1.2, 0.9};
+    static constexpr std::array<double, 4> yesShares = {0.9, 0.8, 0.2, 0.1};
+    csv.numberedHeaders("v", 6);
+    csv.numberedHeaders("b", 6);
+    csv.numberedHeaders("t", 6);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const auto hidden =
+            static_cast<std::size_t>(std::ranges::lower_bound(upTo, draws.share()) - upTo.begin());
+        for (const double mean : means[hidden]) {
+            csv.cell(rounded(mean + deviations[hidden] * draws.normal(), fiveDecimals));
+        }
+        std::array<std::size_t, 6> answers{};
+        for (std::size_t& answer : answers) {
+            answer = draws.share() < yesShares[hidden] ? 1 : 0;
+            csv.cell(answer == 1 ? "1" : "0");
+        }
+        for (const std::size_t answer : answers) {
+            csv.cell(std::string_view("abc").substr(answer + (draws.share() < 0.2 ? 1 : 0), 1));
+        }
+        csv.endRow();
+    }
+}
+
 /// A study of forty items, six scores and four groupings.
 void writeProject(CsvWriter& csv, Draws& draws, std::size_t rows) {
     static constexpr std::array<std::string_view, 4> places = {"urban", "rural", "suburb",
@@ -283,7 +312,7 @@ struct Recipe {
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 12> recipes = {{{"likert", 101, writeLikert},
+constexpr std::array<Recipe, 13> recipes = {{{"likert", 101, writeLikert},
                                              {"reg", 102, writeRegression},
                                              {"anova", 103, writeGroups},
                                              {"wide", 104, writeWide},
@@ -291,6 +320,7 @@ constexpr std::array<Recipe, 12> recipes = {{{"likert", 101, writeLikert},
                                              {"corr", 108, writeCorrelated},
                                              {"efa", 109, writeFactors},
                                              {"items", 110, writeManyItems},
+                                             {"mix", 116, writeMixture},
                                              {"hclust", 119, writeTreeCases},
                                              {"kmeans", 120, writeMeansCases},
                                              {"surv", 121, writeSurvival},
