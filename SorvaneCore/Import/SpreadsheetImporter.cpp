@@ -1,34 +1,49 @@
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 
+#include <new>
+
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 
 namespace sorvane {
 
-ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& file) const {
+namespace {
+
+ImportedDataset importByExtension(const SpreadsheetImporter& importers,
+                                  const std::filesystem::path& file) {
     const std::string extension = lowerCasedExtension(file);
     if (extension == "csv" || extension == "txt" || extension == "tsv") {
-        return csvImporter.importCSV(file);
+        return importers.csvImporter.importCSV(file);
     }
     if (extension == "xlsx") {
-        return xlsxImporter.importXLSX(file);
+        return importers.xlsxImporter.importXLSX(file);
     }
     if (extension == "sav") {
-        return statImporter.importSPSS(file);
+        return importers.statImporter.importSPSS(file);
     }
     if (extension == "dta") {
-        return statImporter.importStata(file);
+        return importers.statImporter.importStata(file);
     }
     if (extension == "svmm") {
-        return statImporter.importSvmm(file);
+        return importers.statImporter.importSvmm(file);
     }
     if (extension == "svmmfield") {
-        return statImporter.importSvmmField(file);
+        return importers.statImporter.importSvmmField(file);
     }
     if (extension == "numbers") {
-        return numbersImporter.importNumbers(file);
+        return importers.numbersImporter.importNumbers(file);
     }
     throw SpreadsheetImportError::unsupportedFileType(extension);
+}
+
+}  // namespace
+
+ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& file) const {
+    try {
+        return importByExtension(*this, file);
+    } catch (const std::bad_alloc&) {
+        throw ImportMemoryError();
+    }
 }
 
 }  // namespace sorvane
