@@ -9,11 +9,6 @@ namespace {
 /// More names would hide what the sentence says.
 constexpr std::size_t mostNamesShown = 12;
 
-std::string implausibleWarning() {
-    return "Some cells hold a number far too large to be data, which most likely marks a missing "
-           "value in the file. Set these cells to missing before you analyse this variable.";
-}
-
 std::string shiftedWarning() {
     return "The file refers to its long texts in another width than they were read with, so cells "
            "of this column may be blank or hold what belongs elsewhere. Read the file again with "
@@ -71,6 +66,11 @@ void addCaution(std::span<const std::size_t> columns,
 }
 
 }  // namespace
+
+std::string implausibleWarning() {
+    return "Some cells hold a number far too large to be data, which most likely marks a missing "
+           "value in the file. Set these cells to missing before you analyse this variable.";
+}
 
 void add(const DoubtfulColumns& doubtful, ImportedDataset& dataset) {
     addCaution(doubtful.shifted,

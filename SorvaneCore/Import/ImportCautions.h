@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 
@@ -15,6 +16,9 @@ struct DoubtfulColumns {
     /// Shifted, or with blank texts, if references to long texts have another width than read.
     std::span<const std::size_t> shifted;
 };
+
+/// The warning that a variable with implausible numbers bears.
+std::string implausibleWarning();
 
 /// Adds a warning to each of the columns and a caution that names them all.
 void add(const DoubtfulColumns& doubtful, ImportedDataset& dataset);

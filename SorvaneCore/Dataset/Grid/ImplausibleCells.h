@@ -6,10 +6,12 @@
 namespace sorvane::ImplausibleCells {
 
 /// Sets every implausible number of the columns that an import warned of to missing, and takes the
-/// warning back. What the user has settled about the variables stays.
+/// warning back. Other columns, and whatever else the import had to tell, stay as they are; so does
+/// what the user has settled.
 ///
 /// Method     a number of a magnitude above 1e300, or 2 to the power 127 as single-precision columns
-///            print it; a scale range that such a number spoiled is inferred anew
+///            print it. The column is classified anew: a role that was the inferred one follows, and
+///            so does a scale range that was inferred or that such a number spoiled
 void setToMissing(ImportedDataset& dataset);
 
 }  // namespace sorvane::ImplausibleCells
