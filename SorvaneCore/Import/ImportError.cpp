@@ -57,6 +57,11 @@ std::string sentenceForExtension(std::string_view extension) {
 FileReadError::FileReadError(Kind kind, std::string_view fileName)
     : ImportError(sentence(kind, fileName)), kind_(kind) {}
 
+ImportMemoryError::ImportMemoryError()
+    : ImportError(
+          "The file needs more memory than there is. Close other programs or datasets, or "
+          "import a smaller part of the file.") {}
+
 CSVParserError::CSVParserError(Kind kind) : ImportError(sentence(kind)), kind_(kind) {}
 
 CSVImportError CSVImportError::unsupportedFileType(std::string_view extension) {

@@ -26,6 +26,12 @@ private:
     Kind kind_;
 };
 
+/// The machine cannot hold what the file needs.
+class ImportMemoryError : public ImportError {
+public:
+    ImportMemoryError();
+};
+
 /// The text is no table of delimited cells.
 class CSVParserError : public ImportError {
 public:

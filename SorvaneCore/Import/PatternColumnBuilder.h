@@ -42,6 +42,8 @@ public:
     /// How many rows there may be in the end.
     void expectRows(std::size_t rows) { column_.expectRows(rows); }
 
+    /// Whether patterns are turned into text once; false where it is done for each cell.
+    bool hasCodes() const { return column_.hasCodes(); }
     /// How many cells were counted.
     std::uint64_t countedCells() const { return countedCells_; }
     std::shared_ptr<const TextColumn> finish() { return column_.finish(); }

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
 #include "SorvaneCore/Dataset/TextColumnBuilder.h"
 #include "SorvaneCore/Dataset/TextTable.h"
+#include "SorvaneCore/Import/TextBudget.h"
 
 namespace sorvane {
 
@@ -24,19 +27,25 @@ public:
     /// table must be built.
     bool isTooLarge(std::size_t rowCount) const;
 
-    /// Sets a cell.
+    /// Sets a cell; in a table that is too large nothing.
     ///
     /// Input      rows of a column in ascending order
-    void set(std::size_t row, std::size_t column, std::string_view text);
+    void set(std::size_t row, std::size_t index, std::string_view text);
 
     /// The table of `rowCount` rows; the builder is empty afterwards.
     TextTable finish(std::size_t rowCount);
 
 private:
+    struct Column {
+        TextColumnBuilder builder;
+        ColumnTextCharge charge;
+        /// How many codes were given to texts.
+        std::uint32_t codeCount = 0;
+    };
+
     std::size_t mostCells_;
-    std::size_t mostTextBytes_;
-    std::size_t textBytes_ = 0;
-    std::vector<TextColumnBuilder> columns_;
+    std::unique_ptr<TextBudget> budget_;
+    std::vector<Column> columns_;
 };
 
 }  // namespace sorvane

@@ -1,9 +1,42 @@
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 
+#include <new>
+
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 
 namespace sorvane {
+
+namespace {
+
+ImportedDataset importByExtension(const SpreadsheetImporter& importers,
+                                  const std::filesystem::path& file) {
+    const std::string extension = lowerCasedExtension(file);
+    if (extension == "csv" || extension == "txt" || extension == "tsv") {
+        return importers.csvImporter.importCSV(file);
+    }
+    if (extension == "xlsx") {
+        return importers.xlsxImporter.importXLSX(file);
+    }
+    if (extension == "sav") {
+        return importers.statImporter.importSPSS(file);
+    }
+    if (extension == "dta") {
+        return importers.statImporter.importStata(file);
+    }
+    if (extension == "svmm") {
+        return importers.statImporter.importSvmm(file);
+    }
+    if (extension == "svmmfield") {
+        return importers.statImporter.importSvmmField(file);
+    }
+    if (extension == "numbers") {
+        return importers.numbersImporter.importNumbers(file);
+    }
+    throw SpreadsheetImportError::unsupportedFileType(extension);
+}
+
+}  // namespace
 
 const std::vector<SpreadsheetImporter::Format>& SpreadsheetImporter::formats() {
     static const std::vector<Format> all = {{"Delimited text", {"csv", "tsv", "txt"}},
@@ -16,29 +49,11 @@ const std::vector<SpreadsheetImporter::Format>& SpreadsheetImporter::formats() {
 }
 
 ImportedDataset SpreadsheetImporter::importData(const std::filesystem::path& file) const {
-    const std::string extension = lowerCasedExtension(file);
-    if (extension == "csv" || extension == "txt" || extension == "tsv") {
-        return csvImporter.importCSV(file);
+    try {
+        return importByExtension(*this, file);
+    } catch (const std::bad_alloc&) {
+        throw ImportMemoryError();
     }
-    if (extension == "xlsx") {
-        return xlsxImporter.importXLSX(file);
-    }
-    if (extension == "sav") {
-        return statImporter.importSPSS(file);
-    }
-    if (extension == "dta") {
-        return statImporter.importStata(file);
-    }
-    if (extension == "svmm") {
-        return statImporter.importSvmm(file);
-    }
-    if (extension == "svmmfield") {
-        return statImporter.importSvmmField(file);
-    }
-    if (extension == "numbers") {
-        return numbersImporter.importNumbers(file);
-    }
-    throw SpreadsheetImportError::unsupportedFileType(extension);
 }
 
 }  // namespace sorvane

@@ -32,7 +32,8 @@ struct SpreadsheetImporter {
     /// The dataset of a file.
     ///
     /// Failure    what the chosen reader throws; an extension that none takes ->
-    ///            SpreadsheetImportError. All are ImportErrors, whose text is for the user
+    ///            SpreadsheetImportError; not enough memory -> ImportMemoryError. All are
+    ///            ImportErrors, whose text is for the user
     ImportedDataset importData(const std::filesystem::path& file) const;
 };
 

@@ -1,6 +1,9 @@
 #include "SorvaneCore/Import/StatPackageImporter.h"
 
+#include <algorithm>
 #include <map>
+#include <span>
+#include <unordered_map>
 
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportCautions.h"
@@ -11,6 +14,7 @@
 #include "SorvaneCore/Import/Survey/PackageRoles.h"
 #include "SorvaneCore/Import/Survey/SvmmFieldReader.h"
 #include "SorvaneCore/Import/Survey/SvmmReader.h"
+#include "SorvaneCore/Import/ValueLabelBudget.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 
 namespace sorvane {
@@ -21,27 +25,78 @@ std::string userMissingWarning(const std::string& spec) {
     return "User-defined missing values (" + spec + ") were imported as missing.";
 }
 
-/// What a map holds for a column, by the file's name of it, else by its header; null without.
+/// Hands out what a map holds for columns: to the last column that wants a value the value itself,
+/// to others copies.
 template <typename Value>
-const Value* lookedUp(const std::map<std::string, Value>& values,
-                      const std::string& fileName,
-                      const std::string& header) {
-    const auto byName = values.find(fileName);
-    const auto found = byName != values.end() ? byName : values.find(header);
-    return found == values.end() ? nullptr : &found->second;
+class ColumnValues {
+public:
+    /// A column's value is looked up by the file's name of the column, else by its header.
+    ColumnValues(std::map<std::string, Value>& values,
+                 std::span<const std::string> fileNames,
+                 std::span<const std::string> headers) {
+        for (std::size_t column = 0; column < headers.size(); ++column) {
+            const auto byName = values.find(fileNames[column]);
+            const auto found = byName != values.end() ? byName : values.find(headers[column]);
+            wanted_.push_back(found == values.end() ? nullptr : &found->second);
+        }
+        for (std::size_t column = 0; column < wanted_.size(); ++column) {
+            lastColumn_[wanted_[column]] = column;
+        }
+    }
+
+    bool has(std::size_t column) const { return wanted_[column] != nullptr; }
+    const Value& peek(std::size_t column) const { return *wanted_[column]; }
+    bool isLast(std::size_t column) const { return lastColumn_.at(wanted_[column]) == column; }
+    /// Input      columns in ascending order
+    Value take(std::size_t column) {
+        return isLast(column) ? std::move(*wanted_[column]) : *wanted_[column];
+    }
+
+private:
+    std::vector<Value*> wanted_;
+    std::unordered_map<const Value*, std::size_t> lastColumn_;
+};
+
+/// Gives a variable the value labels of its column.
+///
+/// Returns    false when copies of them would take more memory than should be spent
+bool takeValueLabels(ColumnValues<std::map<std::string, std::string>>& labels,
+                     std::size_t column,
+                     ValueLabelBudget& budget,
+                     DataVariable& variable) {
+    if (!labels.has(column) || labels.peek(column).empty()) {
+        return true;
+    }
+    for (const auto& [value, label] : labels.peek(column)) {
+        if (!labels.isLast(column) && !budget.take(value.size() + label.size())) {
+            return false;
+        }
+    }
+    variable.valueLabels = labels.take(column);
+    return true;
 }
 
-void describe(DataVariable& variable, const std::string& fileName, const TabularImport& table) {
-    const std::string* label = lookedUp(table.variableLabels, fileName, variable.name);
-    if (!variable.label && label != nullptr && !label->empty()) {
-        variable.label = *label;
+void describe(TabularImport& table, ImportedDataset& dataset) {
+    const auto& names = table.variableNames;
+    ColumnValues<std::string> labels(table.variableLabels, names, dataset.headers);
+    ColumnValues<std::string> specs(table.userMissingSpecs, names, dataset.headers);
+    ColumnValues<std::map<std::string, std::string>> valueLabels(table.valueLabels, names,
+                                                                 dataset.headers);
+    ValueLabelBudget budget(0);
+    bool hasAllLabels = true;
+    for (std::size_t column = 0; column < dataset.variables.size(); ++column) {
+        DataVariable& variable = dataset.variables[column];
+        if (!variable.label && labels.has(column) && !labels.peek(column).empty()) {
+            variable.label = labels.take(column);
+        }
+        hasAllLabels = takeValueLabels(valueLabels, column, budget, variable) && hasAllLabels;
+        if (specs.has(column)) {
+            variable.warnings.push_back(userMissingWarning(specs.peek(column)));
+        }
     }
-    const auto* valueLabels = lookedUp(table.valueLabels, fileName, variable.name);
-    if (valueLabels != nullptr && !valueLabels->empty()) {
-        variable.valueLabels = *valueLabels;
-    }
-    if (const std::string* spec = lookedUp(table.userMissingSpecs, fileName, variable.name)) {
-        variable.warnings.push_back(userMissingWarning(*spec));
+    const bool isTold = std::ranges::count(table.notes, tooManyLabelsNote()) > 0;
+    if (!hasAllLabels && !isTold) {
+        table.notes.push_back(tooManyLabelsNote());
     }
 }
 
@@ -131,9 +186,7 @@ ImportedDataset StatPackageImporter::build(const std::string& name, TabularImpor
     dataset.headers = std::move(headers.headers);
     dataset.rows = std::move(table.rows);
     dataset.variables = VariableClassifier().classify(dataset.headers, dataset.rows);
-    for (std::size_t column = 0; column < dataset.variables.size(); ++column) {
-        describe(dataset.variables[column], table.variableNames[column], table);
-    }
+    describe(table, dataset);
     dataset.importMetadata = ImportReadinessBuilder::metadata({}, dataset.headers, dataset.rows, {},
                                                               std::move(headers.issues));
     if (!table.notes.empty()) {

@@ -10,10 +10,6 @@
 
 namespace sorvane {
 
-/// More value labels than these, counted for each variable that has them, are no study's; readers
-/// spend no memory on them.
-inline constexpr std::size_t mostValueLabels = 2'000'000;
-
 /// The table that a reader of a statistics package's file hands over.
 struct TabularImport {
     /// As the file gives them, before headers are made unique.

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstddef>
 #include <future>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -15,7 +16,8 @@ inline unsigned hardwareThreads() {
 }
 
 /// Calls `work` with each index below `count`, on up to `threads` threads; each takes the next
-/// index as it gets free. An exception of a call is thrown on when all have ended.
+/// index as it gets free. Where the system gives no more threads, those there are do it all. An
+/// exception of a call is thrown on when all have ended.
 template <typename Work>
 void parallelFor(std::size_t count, unsigned threads, const Work& work) {
     std::atomic<std::size_t> nextIndex = 0;
@@ -26,7 +28,11 @@ void parallelFor(std::size_t count, unsigned threads, const Work& work) {
     };
     std::vector<std::future<void>> others;
     for (unsigned i = 1; i < std::min<std::size_t>(threads, count); ++i) {
-        others.push_back(std::async(std::launch::async, run));
+        try {
+            others.push_back(std::async(std::launch::async, run));
+        } catch (const std::system_error&) {
+            break;
+        }
     }
     run();
     for (std::future<void>& other : others) {

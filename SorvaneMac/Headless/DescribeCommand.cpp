@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <ostream>
 
@@ -77,8 +78,10 @@ ExitStatus describeCommand(const std::vector<std::string>& words, CommandStreams
         return ExitStatus::success;
     } catch (const ImportError& error) {
         streams.error << error.what() << '\n';
-        return ExitStatus::refused;
+    } catch (const std::bad_alloc&) {
+        streams.error << ImportMemoryError().what() << '\n';
     }
+    return ExitStatus::refused;
 }
 
 }  // namespace sorvane

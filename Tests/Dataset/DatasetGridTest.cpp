@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -7,6 +10,8 @@
 #include "SorvaneCore/Dataset/Grid/ImplausibleCells.h"
 #include "SorvaneCore/Import/CSVImporter.h"
 #include "SorvaneCore/Import/ImportCautions.h"
+#include "SorvaneCore/Import/StatPackageImporter.h"
+#include "Tests/Import/SystemFileBuilder.h"
 
 namespace sorvane {
 namespace {
@@ -105,6 +110,39 @@ TEST(ImplausibleCells, GoMissingInTheColumnsWarnedAbout) {
     EXPECT_EQ(dataset.variables[1].scaleRange, (ScaleRange{.minimum = 5, .maximum = 1e300}));
     EXPECT_EQ(dataset.importMetadata.missingCellCount, 2);
     EXPECT_EQ(dataset.importMetadata.cautions, std::vector<ImportCaution>{other});
+}
+
+TEST(ImplausibleCells, LeaveOtherColumnsAndNotesAlone) {
+    SystemFileBuilder builder;
+    builder.variable({.name = "q1", .missingCount = 1, .missing = {99}});
+    builder.variable({.name = "q2", .missingCount = 1, .missing = {99}});
+    std::string cases;
+    for (const double value : {1.0, 2.0, 3.0, 4.0, 5.0, std::numeric_limits<double>::lowest()}) {
+        cases += bytesOf(value) + bytesOf(std::min(std::abs(value), 5.0));
+    }
+    ImportedDataset dataset = StatPackageImporter().importSPSS("s.sav", builder.with(cases));
+    ImportReadinessMetadata& metadata = dataset.importMetadata;
+    metadata.issues.push_back({.message = "A column had a blank header."});
+    const ImportedDataset former = dataset;
+    ASSERT_EQ(former.variables[0].assignedType, VariableKind::textResponse);
+    ASSERT_EQ(former.variables[1].warnings.size(), 2U);
+
+    ImplausibleCells::setToMissing(dataset);
+    const DataVariable& cleaned = dataset.variables[0];
+    EXPECT_EQ(cleaned.assignedType, VariableKind::psychometricItem);
+    EXPECT_TRUE(cleaned.includeInReliability);
+    EXPECT_EQ(cleaned.scaleRange, (ScaleRange{.minimum = 1, .maximum = 5}));
+    EXPECT_EQ(cleaned.warnings, former.variables[1].warnings) << "of user-missing values as well";
+    EXPECT_EQ(dataset.variables[1], former.variables[1]);
+    EXPECT_EQ(metadata.issues, former.importMetadata.issues);
+    EXPECT_EQ(metadata.notes, former.importMetadata.notes);
+    EXPECT_FALSE(metadata.cautions);
+    EXPECT_EQ(metadata.rowSummaries[5].missingCount, 1);
+
+    ImportedDataset settled = former;
+    settled.variables[0].assignedType = VariableKind::outcome;
+    ImplausibleCells::setToMissing(settled);
+    EXPECT_EQ(settled.variables[0].assignedType, VariableKind::outcome);
 }
 
 }  // namespace

@@ -93,6 +93,18 @@ TEST(SPSSReader, GivesNamesThatDifferInMoreThanLetterCase) {
     EXPECT_EQ(table.notes[1], "Encoding: UTF-8.");
 }
 
+TEST(SPSSReader, KeepsLongNamesBesideOneThatCodePage1252DoesNotHave) {
+    const std::string bytes = SystemFileBuilder()
+                                  .variable({.name = "V1"})
+                                  .variable({.name = "V2"})
+                                  .extension(13, "V1=\xC3\x81rbol\tV2=plain_but_long_name")
+                                  .extension(20, "UTF-8")
+                                  .with(doubles({1, 2}));
+    const TabularImport table = readFile(bytes);
+    EXPECT_EQ(table.variableNames, (Texts{"Árbol", "plain_but_long_name"}));
+    EXPECT_EQ(table.notes[0], "Applied long variable names (subtype 13).");
+}
+
 TEST(SPSSReader, ObeysCompressedCommands) {
     const SystemFileBuilder builder =
         SystemFileBuilder(true).variable({.name = "A"}).variable({.name = "S", .width = 8});
@@ -183,6 +195,47 @@ TEST(SPSSNumbers, PrintsNumbersAndDates) {
     for (const Case& each : cases) {
         EXPECT_EQ(SPSSNumbers::cellText(each.value, each.format), each.text) << each.line;
     }
+}
+
+TEST(SPSSReader, BoundsWhatASmallFileCanFill) {
+    SystemFileBuilder names;
+    SystemFileBuilder labels;
+    std::vector<std::int32_t> variables;
+    for (std::int32_t i = 1; i <= 400; ++i) {
+        names.variable({.name = "V"});
+        labels.variable({.name = "V" + std::to_string(i)});
+        variables.push_back(i);
+    }
+    names.extension(13, "V=" + std::string(1 << 16, 'n'));
+    EXPECT_FALSE(SPSSReader::read(names.with("")));
+
+    std::vector<SystemFileBuilder::Label> set;
+    for (int i = 0; i < 1000; ++i) {
+        set.push_back({.raw = bytesOf(static_cast<double>(i)), .text = std::string(255, 'l')});
+    }
+    const TabularImport table = readFile(labels.labels(set, variables).with(""));
+    EXPECT_EQ(table.valueLabels.at("V1").size(), 1000U);
+    EXPECT_FALSE(table.valueLabels.contains("V400"));
+    EXPECT_EQ(table.notes.back(),
+              "Value labels of further variables were left out, as there are too many.");
+
+    // One byte of data a cell, each of 300 digits.
+    SystemFileBuilder digits(true, 1e300);
+    for (int i = 0; i < 8; ++i) {
+        digits.variable({.name = "V" + std::to_string(i)});
+    }
+    std::string commands;
+    for (int block = 0; block < 16384; ++block) {
+        commands += block % 2 == 0 ? std::string(8, '\1') : std::string(8, '\xFD');
+        for (int i = 0; block % 2 == 1 && i < 8; ++i) {
+            commands += bytesOf(1e300 * (1 + block / 16384.0));
+        }
+    }
+    EXPECT_TRUE(SPSSReader::read(digits.with(commands)));
+    for (int block = 0; block < 400'000; ++block) {
+        commands += std::string(8, '\1');
+    }
+    EXPECT_FALSE(SPSSReader::read(digits.with(commands)));
 }
 
 TEST(SPSSReader, RefusesDamagedFilesQuickly) {

@@ -213,6 +213,55 @@ TEST(StataReader, TellsReferencesOfAnotherWidth) {
     }
 }
 
+TEST(StataReader, ReadsWhatItCanOfAFileThatIsTooShortForTheStatedWidths) {
+    DataFile file = fileWithLongTexts(118);
+    const std::string row = file.data.substr(0, 11);
+    file.data.clear();
+    file.observations = 200;
+    for (std::uint64_t i = 0; i < file.observations; ++i) {
+        file.data += row;
+    }
+    const TabularImport stated = readFile(file);
+    EXPECT_EQ(stated.shiftedColumns, (std::vector<std::size_t>{0, 1, 2}));
+    EXPECT_EQ(stated.rows.rowCount(), 200U);
+    EXPECT_EQ(stated.rows.cell(145, 0).empty(), false) << "the last of 15 bytes in the section";
+    EXPECT_EQ(stated.rows.row(146).texts(), (std::vector<std::string>{"", "", ""}));
+    const TabularImport other = readFile(file, StataStringReferences::eightBytes);
+    EXPECT_EQ(other.rows.row(199).texts(), (std::vector<std::string>{"1", "texts", "10"}));
+    EXPECT_TRUE(other.shiftedColumns.empty());
+    file.data.pop_back();
+    EXPECT_FALSE(StataReader::read(file.bytes())) << "no layout fits";
+}
+
+TEST(StataReader, BoundsWhatASmallFileCanFill) {
+    DataFile labels{.observations = 1};
+    DataFile names{.observations = 1};
+    DataFile texts{.release = 117, .observations = 1};
+    texts.strls = "GSO" + texts.number(std::uint32_t{2}) + texts.number(std::uint32_t{7}) + "\x82" +
+                  texts.number(std::uint32_t{1 << 20}) + std::string(1 << 20, 'x');
+    for (int i = 0; i < 200; ++i) {
+        labels.variables.push_back({"v" + std::to_string(i), byteCode, "", "tab"});
+        names.variables.push_back({"v", byteCode, "", i == 0 ? "tab" : ""});
+        texts.variables.push_back({"v" + std::to_string(i), strLCode});
+        labels.data += '\1';
+        names.data += '\1';
+        texts.data += DataFile::field("\x02", 2) + DataFile::field("\x07", 6);
+    }
+    labels.valueLabels = labels.labelTable("tab", {{1, std::string(1 << 20, 'l')}});
+    names.valueLabels = labels.valueLabels;
+    const std::string note =
+        "Value labels of further variables were left out, as there are too many.";
+    const TabularImport table = readFile(labels);
+    EXPECT_TRUE(table.valueLabels.contains("v0"));
+    EXPECT_FALSE(table.valueLabels.contains("v199"));
+    EXPECT_EQ(table.notes.back(), note);
+    const ImportedDataset dataset = StatPackageImporter().importStata("x.dta", names.bytes());
+    EXPECT_TRUE(dataset.variables[0].valueLabels);
+    EXPECT_FALSE(dataset.variables[150].valueLabels);
+    EXPECT_EQ(dataset.importMetadata.notes->back(), note);
+    EXPECT_FALSE(StataReader::read(texts.bytes()));
+}
+
 TEST(StataReader, ReadsReferencesOfTheStatedWidth) {
     DataFile file = fileWithLongTexts(118);
     file.data = "\1" + file.number(std::uint32_t{2}) + file.number(std::uint64_t{7}) +

@@ -152,10 +152,32 @@ TEST(StatPackageImporter, TellsWhatAFieldPackageLacks) {
               "This field package has no cases to import.");
     EXPECT_EQ(fieldSentence(fieldPackage(format + items + oneCase)),
               "This field package has no quantitative data to import.");
-    const std::string whole = fieldPackage(format + items + oneCase);
-    for (std::size_t size = 0; size < whole.find("PK\1\2"); ++size) {
-        EXPECT_EQ(fieldSentence(whole.substr(0, size)), unreadable);
+}
+
+template <typename Sentence>
+void expectSentences(const std::string& whole, std::size_t needed, const Sentence& sentence) {
+    EXPECT_EQ(sentence(whole), "imported");
+    for (std::size_t size = 0; size < needed; ++size) {
+        EXPECT_NE(sentence(whole.substr(0, size)), "imported") << size;
     }
+    for (std::size_t position = 0; position < whole.size(); ++position) {
+        for (const char value : {'\0', '"', '[', '}', '\x7F', '\xFF'}) {
+            std::string changed = whole;
+            changed[position] = value;
+            EXPECT_FALSE(sentence(changed).empty());
+        }
+    }
+}
+
+TEST(StatPackageImporter, TellsOfDamagedPackages) {
+    const std::string survey = R"({"app": "Sorvane", "project": {"title": "S"}, "data":
+        {"columns": [{"name": "\u00e9", "values": [1, null]}, {"name": "b", "values": ["x", 2.5]}],
+         "roles": {"b": "outcome"}}})";
+    expectSentences(survey, survey.size(), svmmSentence);
+    const std::string field = fieldPackage(
+        R"({"format": "svmmfield", )" + items +
+        R"(, "cases": [{"metadata": {"site": 3}, "quantResponses": [{"itemId": "i1", "likertValue": 4}]}]})");
+    expectSentences(field, field.find("PK\1\2"), fieldSentence);
 }
 
 }  // namespace

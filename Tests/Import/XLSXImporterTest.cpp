@@ -61,6 +61,25 @@ Rows rowsOf(const ImportedDataset& dataset) {
 
 const std::string header = "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"B1\"><v>2</v></c></row>";
 const std::string data = "<row r=\"2\"><c r=\"A2\"><v>3</v></c></row>";
+
+/// A row of cells with the first shared string.
+std::string sharedRow(int cells) {
+    std::string row;
+    for (int i = 0; i < cells; ++i) {
+        row += "<c r=\"" + std::string(1, static_cast<char>('A' + i / 26)) +
+               static_cast<char>('A' + i % 26) + "1\" t=\"s\"><v>0</v></c>";
+    }
+    return "<row>" + (cells == 1 ? "<c r=\"A1\" t=\"s\"><v>0</v></c>" : row) + "</row>";
+}
+
+std::string numberedRow(int cells) {
+    std::string row = sharedRow(cells);
+    for (std::size_t at = row.find(" t=\"s\""); at != row.npos; at = row.find(" t=\"s\"")) {
+        row.erase(at, 6);
+    }
+    return row;
+}
+
 const std::string noTable =
     "The Excel workbook does not contain a worksheet with a header row and data rows.";
 const std::string notParsed = "The Excel workbook could not be parsed. ";
@@ -124,6 +143,17 @@ TEST(XLSXImporter, TellsWhatIsMissing) {
               notParsed + "A part of it is not well-formed: mismatched tag in line 1.");
 }
 
+TEST(XLSXImporter, TakesPartsOfCodePages) {
+    const std::string declaration = "<?xml version=\"1.0\" encoding=\"windows-1252\"?>";
+    const std::string strings = declaration + "<sst><si><t>\x80 \xE9</t></si></sst>";
+    const std::string sheet = header + sharedRow(1);
+    std::string bytes = workbook({{"S", sheet}}, std::string(strings.size() - 11, ' '));
+    bytes.replace(bytes.find("<sst>"), strings.size(), strings);
+    EXPECT_EQ(rowsOf(imported(bytes))[0][0], "€ é");
+    bytes.replace(bytes.find("windows-1252"), 15, "shift_jis\"   ?>");
+    EXPECT_TRUE(sentence(bytes).starts_with(notParsed));
+}
+
 TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
     const std::string bomb =
         "<!DOCTYPE w [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">]><w>&b;</w>";
@@ -144,6 +174,23 @@ TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
     }
     EXPECT_EQ(sentence(workbook({{"S", sparse}})),
               notParsed + "A worksheet spreads what it holds over far too many cells.");
+
+    const std::string tooLarge =
+        notParsed + "A worksheet spreads what it holds over far too many cells.";
+    const std::string long16K = "<si><t>" + std::string(1 << 14, 'x') + "</t></si>";
+    const std::string long1M = "<si><t>" + std::string(1 << 20, 'x') + "</t></si>";
+    EXPECT_EQ(sentence(workbook({{"S", sharedRow(20) + data}}, long1M)), tooLarge)
+        << "a long header many times over";
+    EXPECT_EQ(sentence(workbook({{"S", header + sharedRow(1)}}, long1M)), "imported");
+    EXPECT_EQ(sentence(workbook({{"S", numberedRow(80) + sharedRow(80)}}, long1M)), tooLarge)
+        << "a long text in many columns";
+    std::string mixed = header;
+    for (int row = 0; row < 17'000; ++row) {
+        mixed += row % 2 == 0 ? sharedRow(1)
+                              : "<row><c r=\"A1\"><v>" + std::to_string(row) + "</v></c></row>";
+    }
+    EXPECT_EQ(sentence(workbook({{"S", mixed}}, long16K)), tooLarge)
+        << "a long text in a column that would keep the text of each row";
 
     const std::string whole = workbook({{"S", header + data}}, "<si><t>x</t></si>");
     for (std::size_t size = 0; size < whole.size(); ++size) {

@@ -6,8 +6,15 @@
 
 namespace sorvane {
 
+namespace {
+
+/// Headers are copied to variables, summaries and issues, and cells can share one long text.
+constexpr std::size_t mostHeaderBytes = std::size_t{16} << 20;
+
+}  // namespace
+
 void WorksheetTable::add(std::int64_t sourceRowNumber, std::span<const WorksheetCell> cells) {
-    if (headers_.empty()) {
+    if (headers_.empty() && !isTooLarge_) {
         addHeader(cells);
         return;
     }
@@ -35,6 +42,14 @@ void WorksheetTable::addHeader(std::span<const WorksheetCell> cells) {
         return !MissingValue::isMissing(cell.text);
     });
     if (values < 2) {
+        return;
+    }
+    std::size_t headerBytes = 0;
+    for (const WorksheetCell& cell : cells) {
+        headerBytes += cell.text.size();
+    }
+    isTooLarge_ = headerBytes > mostHeaderBytes;
+    if (isTooLarge_) {
         return;
     }
     headers_.resize(cells.back().column + 1);

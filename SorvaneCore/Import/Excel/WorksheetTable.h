@@ -29,15 +29,16 @@ public:
     /// Columns beyond it do not exist in worksheets (XFD).
     static constexpr std::size_t mostColumns = 16384;
 
-    /// A table of a worksheet that takes `documentSize` bytes.
-    explicit WorksheetTable(std::size_t documentSize) : columns_(documentSize) {}
+    /// A table of a worksheet that takes, with its shared strings, so many bytes.
+    explicit WorksheetTable(std::size_t sourceBytes) : columns_(sourceBytes) {}
 
     /// Adds a row that has a value.
     ///
     /// Input      `cells` in ascending order of columns, at least one
     void add(std::int64_t sourceRowNumber, std::span<const WorksheetCell> cells);
 
-    /// Whether the rows would take far more than so many bytes can mean; no more rows are taken then.
+    /// Whether header or rows would take far more than so many bytes can mean; no more rows are
+    /// taken then.
     bool isTooLarge() const { return isTooLarge_; }
     /// The header's cells, not yet made unique; empty before the header was met.
     const std::vector<std::string>& headers() const { return headers_; }

@@ -111,7 +111,7 @@ ImportedDataset dataset(WorksheetTable& table,
 }
 
 WorksheetTable parsedWorksheet(const std::string& part, const TextList& sharedStrings) {
-    WorksheetTable table(part.size());
+    WorksheetTable table(part.size() + sharedStrings.byteCount());
     WorksheetParser parser(sharedStrings, table);
     parsePart(part, parser);
     if (table.isTooLarge()) {

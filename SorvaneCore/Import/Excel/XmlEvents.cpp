@@ -4,6 +4,7 @@
 #include <expat.h>
 #include <memory>
 #include <type_traits>
+#include <unicode/ucnv.h>
 
 #include "SorvaneCore/Numerics/NumberText.h"
 
@@ -43,6 +44,27 @@ void startDoctype(void* opaque, const XML_Char*, const XML_Char*, const XML_Char
     XML_StopParser(reading->parser, XML_FALSE);
 }
 
+/// Maps the bytes of a code page of one byte a character; the parser itself knows Unicode's
+/// encodings and Latin-1 alone.
+int mapCodePage(void*, const XML_Char* name, XML_Encoding* encoding) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(name, &status),
+                                                                       ucnv_close);
+    if (U_FAILURE(status) || ucnv_getMaxCharSize(converter.get()) != 1) {
+        return XML_STATUS_ERROR;
+    }
+    constexpr int unmapped = -1;
+    constexpr UChar32 replacement = 0xFFFD;
+    for (int byte = 0; byte < 256; ++byte) {
+        const char source = static_cast<char>(byte);
+        const char* position = &source;
+        UErrorCode failure = U_ZERO_ERROR;
+        const UChar32 c = ucnv_getNextUChar(converter.get(), &position, &source + 1, &failure);
+        encoding->map[byte] = U_FAILURE(failure) || c == replacement ? unmapped : c;
+    }
+    return XML_STATUS_OK;
+}
+
 std::string failure(const Reading& reading) {
     if (reading.hasDoctype) {
         return "A part of it has a document type declaration, which workbooks do not have.";
@@ -65,6 +87,7 @@ std::optional<std::string> parseXml(std::string_view document, XmlEvents& events
     XML_SetElementHandler(parser.get(), startElement, endElement);
     XML_SetCharacterDataHandler(parser.get(), characters);
     XML_SetStartDoctypeDeclHandler(parser.get(), startDoctype);
+    XML_SetUnknownEncodingHandler(parser.get(), mapCodePage, nullptr);
     while (true) {
         const std::string_view chunk = document.substr(0, chunkSize);
         document.remove_prefix(chunk.size());

@@ -13,9 +13,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
-
 #include "SorvaneCore/Numerics/NumberText.h"
+
+extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace sorvane {
 
@@ -79,10 +79,12 @@ std::optional<pid_t> spawned(const std::vector<std::string>& command, int stream
 
 std::size_t memoryOf(pid_t process) {
     std::ifstream status("/proc/" + NumberText::integer(process) + "/statm");
-    std::size_t pages = 0;
-    std::size_t residentPages = 0;
-    status >> pages >> residentPages;
-    return residentPages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    std::string pages;
+    std::string residentPages;
+    std::getline(status, pages, ' ');
+    std::getline(status, residentPages, ' ');
+    return static_cast<std::size_t>(NumberText::parse(residentPages).value_or(0)) *
+           static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 /// Talks to a process through its stream until that ends or a limit is reached.

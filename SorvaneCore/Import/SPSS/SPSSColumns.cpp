@@ -7,16 +7,21 @@
 #include "SorvaneCore/Import/ImplausibleMagnitude.h"
 #include "SorvaneCore/Import/PatternColumnBuilder.h"
 #include "SorvaneCore/Import/SPSS/SPSSCases.h"
+#include "SorvaneCore/Import/TextBudget.h"
 
 namespace sorvane {
 
 namespace {
 
+/// The missing value of data that are not compressed prints with more than 300 digits, in up to
+/// half of the cells of a column that keeps the text of each row.
+constexpr std::size_t textPerByte = 24;
+
 /// Takes the cells of one variable, block by block.
 class ColumnReader {
 public:
-    ColumnReader(const SPSSVariable& variable, SPSSText::Encoding encoding)
-        : variable_(variable), encoding_(encoding) {
+    ColumnReader(const SPSSVariable& variable, SPSSText::Encoding encoding, TextBudget& budget)
+        : variable_(variable), encoding_(encoding), budget_(budget) {
         if (variable.missing) {
             missingValues_ = variable.missing->discrete;
             std::sort(missingValues_.begin(), missingValues_.end());
@@ -29,6 +34,9 @@ public:
     }
 
     void take(const SPSSCaseBlock& block) {
+        if (budget_.isExceeded()) {
+            return;
+        }
         if (!variable_.isString()) {
             takeNumbers(block);
         } else if (variable_.slotCount == 1) {
@@ -50,8 +58,13 @@ private:
             const auto raw = std::bit_cast<std::array<char, 8>>(pattern);
             return numberText(ByteReader::number<double>(raw.data(), block.numberOrder));
         };
+        const bool hadCodes = patterns_.hasCodes();
         for (std::size_t row = 0; row < block.rowCount; ++row) {
             patterns_.append(pattern(block, row), textOf);
+        }
+        if (hadCodes && !patterns_.hasCodes()) {
+            // From now on each row has its text, also those that were like another.
+            budget_.take(TextColumnBuilder::judgedRows / 2 * longestText_);
         }
     }
 
@@ -87,6 +100,8 @@ private:
         }
         isImplausible_ = isImplausible_ || isImplausibleMagnitude(value);
         storage_ = SPSSNumbers::cellText(value, variable_.format);
+        budget_.take(storage_.size());
+        longestText_ = std::max(longestText_, storage_.size());
         return {.text = storage_};
     }
 
@@ -98,6 +113,7 @@ private:
 
     std::string_view cellText(std::string_view bytes) {
         storage_ = SPSSText::decodeString(SPSSText::trimmedTrailingSpaces(bytes), encoding_);
+        budget_.take(storage_.size());
         return storage_;
     }
 
@@ -107,9 +123,11 @@ private:
     /// Ascending: a file can declare any number of them.
     std::vector<double> missingValues_;
     SPSSText::Encoding encoding_;
+    TextBudget& budget_;
     PatternColumnBuilder patterns_;
     TextColumnBuilder texts_;
     bool isImplausible_ = false;
+    std::size_t longestText_ = 0;
     std::string storage_;
 };
 
@@ -120,10 +138,11 @@ std::optional<SPSSTable> readSPSSTable(const SPSSDictionary& dictionary,
                                        std::string_view data) {
     const SPSSText::Encoding encoding = SPSSText::resolveEncoding(dictionary.encodingName).encoding;
     SPSSCaseReader cases(dictionary, data);
+    TextBudget budget(data.size(), textPerByte);
     std::vector<ColumnReader> columns;
     columns.reserve(variables.size());
     for (const SPSSVariable& variable : variables) {
-        columns.emplace_back(variable, encoding);
+        columns.emplace_back(variable, encoding, budget);
         if (!dictionary.compressed) {
             columns.back().expectRows(cases.mostCases());
         }
@@ -136,7 +155,7 @@ std::optional<SPSSTable> readSPSSTable(const SPSSDictionary& dictionary,
                              });
         rowCount += block.rowCount;
     }
-    if (cases.isDamaged()) {
+    if (cases.isDamaged() || budget.isExceeded()) {
         return std::nullopt;
     }
     SPSSTable table;

@@ -39,7 +39,8 @@ struct SPSSTable {
 ///
 /// Method     block by block, the columns of a block at once; each distinct number of a column is
 ///            turned into text once
-/// Failure    compressed data that break off inside a value -> absent
+/// Failure    compressed data that break off inside a value, or whose few bytes stand for numbers of
+///            far too many digits -> absent
 /// Cost       about 3 ns a cell of few distinct values
 std::optional<SPSSTable> readSPSSTable(const SPSSDictionary& dictionary,
                                        const std::vector<SPSSVariable>& variables,

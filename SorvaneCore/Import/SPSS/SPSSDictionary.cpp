@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <set>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/SPSS/SPSSNumbers.h"
@@ -37,6 +38,8 @@ enum ExtensionSubtype : std::int32_t {
 
 constexpr std::size_t slotSize = 8;
 constexpr std::int64_t documentLineSize = 80;
+/// Programs write three a variable at the most; each is told to the user.
+constexpr std::size_t mostMissingValues = 1'000'000;
 
 /// `count` with the bytes that fill it up to a multiple of `unit`.
 std::int64_t roundedUp(std::int64_t count, std::int64_t unit) {
@@ -59,16 +62,23 @@ std::optional<Pair> splitPair(std::string_view piece) {
                 .value = std::string(trimmedBlanks(piece.substr(sign + 1)))};
 }
 
-std::vector<Pair> splitPairs(std::string_view text, char separator) {
-    std::vector<Pair> pairs;
+/// Calls `take` with each pair of a record of names; they are not gathered, as a record can hold
+/// any number.
+template <typename Take>
+void forEachPair(std::string_view text, char separator, const Take& take) {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(separator), text.size());
         if (std::optional<Pair> pair = splitPair(text.substr(0, end))) {
-            pairs.push_back(*std::move(pair));
+            take(*std::move(pair));
         }
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return pairs;
+}
+
+bool isInteger(std::string_view text) {
+    std::int64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
 class DictionaryParser {
@@ -81,6 +91,7 @@ public:
             if (*type == endRecord) {
                 const bool hasFiller = reader_.readBytes(4).has_value();
                 dictionary_.end = reader_.position();
+                applyLongNames();
                 return hasFiller;
             }
             if (!parseRecord(*type)) {
@@ -146,9 +157,10 @@ private:
             return false;
         }
         if (!record.isString() && count != 0) {
+            missingValues_ += bytes->size() / slotSize;
             record.missing = count > -2 ? discreteValues(*bytes) : rangeOfValues(*bytes, count);
         }
-        return true;
+        return missingValues_ <= mostMissingValues;
     }
 
     double valueAt(std::string_view bytes, std::size_t index) const {
@@ -185,6 +197,8 @@ private:
         if (!count || *count < 0) {
             return false;
         }
+        const std::size_t mostLabels = reader_.remaining() / (2 * slotSize);
+        set.labels.reserve(std::min(static_cast<std::size_t>(*count), mostLabels));
         for (std::int32_t i = 0; i < *count; ++i) {
             const auto raw = reader_.readBytes(slotSize);
             const auto length = reader_.read<std::uint8_t>();
@@ -213,6 +227,7 @@ private:
         if (!indexes) {
             return false;
         }
+        set.varIndices.reserve(indexes->size() / 4);
         for (std::size_t at = 0; at < indexes->size(); at += 4) {
             set.varIndices.push_back(
                 std::int64_t{ByteReader::number<std::int32_t>(indexes->data() + at)} - 1);
@@ -267,27 +282,39 @@ private:
         }
     }
 
+    /// The records of names may come before the file tells its encoding; they are read as code page
+    /// 1252 whatever it is, and otherwise only where a byte is none of that.
+    static std::string decodedNames(std::string_view payload) {
+        return SPSSText::decodeString(payload, SPSSText::Encoding::windows1252);
+    }
+
     void readLongNames(std::string_view payload) {
-        const auto text = SPSSText::decoded(payload, SPSSText::Encoding::windows1252);
-        for (Pair& pair : splitPairs(text.value_or(""), '\t')) {
-            dictionary_.longNames[std::move(pair.key)] = std::move(pair.value);
-        }
-        if (!dictionary_.longNames.empty()) {
+        longNameRecords_.push_back(payload);
+        forEachPair(decodedNames(payload), '\t', [this](const Pair&) { hasLongNames_ = true; });
+        if (hasLongNames_) {
             dictionary_.notes.emplace_back("Applied long variable names (subtype 13).");
         }
     }
 
-    void readVeryLongStrings(std::string_view payload) {
-        const auto text = SPSSText::decoded(payload, SPSSText::Encoding::windows1252);
-        for (Pair& pair : splitPairs(text.value_or(""), '\0')) {
-            std::int64_t length = 0;
-            const char* end = pair.value.data() + pair.value.size();
-            const auto result = std::from_chars(pair.value.data(), end, length);
-            if (result.ec == std::errc() && result.ptr == end) {
-                dictionary_.veryLongStrings[std::move(pair.key)] = length;
-            }
+    void applyLongNames() {
+        std::set<std::string> shortNames;
+        for (std::size_t i = 0; hasLongNames_ && i < dictionary_.variables.size(); ++i) {
+            shortNames.insert(UnicodeText::upperCased(dictionary_.variables[i].shortName));
         }
-        if (!dictionary_.veryLongStrings.empty()) {
+        for (const std::string_view payload : longNameRecords_) {
+            forEachPair(decodedNames(payload), '\t', [this, &shortNames](Pair pair) {
+                if (shortNames.contains(pair.key)) {
+                    dictionary_.longNames[std::move(pair.key)] = std::move(pair.value);
+                }
+            });
+        }
+    }
+
+    void readVeryLongStrings(std::string_view payload) {
+        forEachPair(decodedNames(payload), '\0', [this](const Pair& pair) {
+            hasVeryLongStrings_ = hasVeryLongStrings_ || isInteger(pair.value);
+        });
+        if (hasVeryLongStrings_) {
             dictionary_.notes.emplace_back("Detected very-long-string variables (subtype 14).");
         }
     }
@@ -300,6 +327,10 @@ private:
 
     ByteReader reader_;
     SPSSDictionary& dictionary_;
+    std::vector<std::string_view> longNameRecords_;
+    bool hasLongNames_ = false;
+    bool hasVeryLongStrings_ = false;
+    std::size_t missingValues_ = 0;
 };
 
 }  // namespace

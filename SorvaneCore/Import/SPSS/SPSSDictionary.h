@@ -62,10 +62,8 @@ struct SPSSDictionary {
     double bias = 0.0;
     bool compressed = false;
     bool bigEndian = false;
-    /// Upper-cased short name to long name.
+    /// Upper-cased short name to long name, of variables only.
     std::map<std::string, std::string> longNames;
-    /// Upper-cased name to declared length.
-    std::map<std::string, std::int64_t> veryLongStrings;
     std::optional<std::string> encodingName;
     std::vector<std::string> notes;
     /// Where the cases begin.
@@ -74,7 +72,8 @@ struct SPSSDictionary {
     /// The dictionary of a file.
     ///
     /// Method     integers are little endian in any file; `bigEndian` is for floating numbers only
-    /// Failure    no file of this kind, an unknown record, one cut short, no end -> absent
+    /// Failure    no file of this kind, an unknown record, one cut short, no end, more missing
+    ///            values than variables can have -> absent
     static std::optional<SPSSDictionary> read(std::string_view bytes);
 
     ByteOrder numberOrder() const { return bigEndian ? ByteOrder::big : ByteOrder::little; }

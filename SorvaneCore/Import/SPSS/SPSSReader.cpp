@@ -6,6 +6,7 @@
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/SPSS/SPSSColumns.h"
+#include "SorvaneCore/Import/ValueLabelBudget.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane::SPSSReader {
@@ -14,6 +15,9 @@ namespace {
 
 using NumberText::integer;
 using SPSSText::Encoding;
+
+/// Names are copied to headers, summaries and issues; those of programs have 64 bytes.
+constexpr std::size_t mostNameBytes = std::size_t{16} << 20;
 
 std::string repairNote(std::size_t restoredBytes) {
     return "Repaired a UTF-8 transcoding of the binary file (restored " +
@@ -87,9 +91,13 @@ std::string shownName(const SPSSDictionary& dictionary, const std::string& short
     return longName == dictionary.longNames.end() ? shortName : longName->second;
 }
 
-std::vector<SPSSVariable> foldedVariables(const SPSSDictionary& dictionary, Encoding encoding) {
+/// Absent when the names take more than memory should be spent on: any number of variables can share
+/// a long name.
+std::optional<std::vector<SPSSVariable>> foldedVariables(const SPSSDictionary& dictionary,
+                                                         Encoding encoding) {
     std::vector<SPSSVariable> variables;
     VariableNames names;
+    std::size_t nameBytes = 0;
     const auto& records = dictionary.variables;
     for (std::size_t slot = 0; slot < records.size(); ++slot) {
         const SPSSDictionary::VariableRecord& record = records[slot];
@@ -104,6 +112,10 @@ std::vector<SPSSVariable> foldedVariables(const SPSSDictionary& dictionary, Enco
             .format = {.type = record.printFormatType, .decimals = record.printDecimals},
             .missing = record.missing,
             .firstSlot = slot};
+        nameBytes += variable.name.size();
+        if (nameBytes > mostNameBytes) {
+            return std::nullopt;
+        }
         while (record.isString() && slot + 1 < records.size() && records[slot + 1].typeCode == -1) {
             ++variable.slotCount;
             ++slot;
@@ -152,41 +164,58 @@ std::vector<const SPSSVariable*> variablesBySlot(const SPSSDictionary& dictionar
     return bySlot;
 }
 
-using ValueLabels = std::map<std::string, std::map<std::string, std::string>>;
+/// Gives the variables the labels that the sets hold for them.
+class ValueLabelReader {
+public:
+    ValueLabelReader(const SPSSDictionary& dictionary, Encoding encoding, std::size_t fileBytes)
+        : dictionary_(dictionary), encoding_(encoding), budget_(fileBytes) {}
 
-/// Absent when there are more labels than memory should be spent on.
-std::optional<ValueLabels> valueLabels(const SPSSDictionary& dictionary,
-                                       const std::vector<SPSSVariable>& variables,
-                                       Encoding encoding) {
-    const std::vector<const SPSSVariable*> bySlot = variablesBySlot(dictionary, variables);
-    ValueLabels result;
-    std::size_t count = 0;
-    for (const SPSSDictionary::ValueLabelSet& set : dictionary.valueLabelSets) {
-        const std::vector<const SPSSVariable*> labelled = labelledVariables(set, bySlot);
-        count += labelled.size() * set.labels.size();
-        if (count > mostValueLabels) {
-            return std::nullopt;
-        }
-        for (const SPSSVariable* variable : labelled) {
-            auto& labels = result[variable->name];
-            for (const SPSSDictionary::ValueLabel& entry : set.labels) {
-                labels[labelKey(entry.raw, *variable, dictionary, encoding)] =
-                    SPSSText::decodeString(entry.label, encoding);
+    /// Adds the labels by variable name.
+    ///
+    /// Returns    false when there are more than memory should be spent on; those of a variable are
+    ///            there whole or not at all
+    bool read(const std::vector<SPSSVariable>& variables, TabularImport& result) {
+        const std::vector<const SPSSVariable*> bySlot = variablesBySlot(dictionary_, variables);
+        for (const SPSSDictionary::ValueLabelSet& set : dictionary_.valueLabelSets) {
+            for (const SPSSVariable* variable : labelledVariables(set, bySlot)) {
+                if (!addLabels(set, *variable, result.valueLabels[variable->name])) {
+                    result.valueLabels.erase(variable->name);
+                    return false;
+                }
             }
         }
+        return true;
     }
-    return result;
-}
 
-void describeVariables(const std::vector<SPSSVariable>& variables, TabularImport& result) {
-    for (const SPSSVariable& variable : variables) {
-        result.variableNames.push_back(variable.name);
+private:
+    bool addLabels(const SPSSDictionary::ValueLabelSet& set,
+                   const SPSSVariable& variable,
+                   std::map<std::string, std::string>& labels) {
+        for (const SPSSDictionary::ValueLabel& entry : set.labels) {
+            std::string key = labelKey(entry.raw, variable, dictionary_, encoding_);
+            std::string label = SPSSText::decodeString(entry.label, encoding_);
+            if (!budget_.take(key.size() + label.size())) {
+                return false;
+            }
+            labels[std::move(key)] = std::move(label);
+        }
+        return true;
+    }
+
+    const SPSSDictionary& dictionary_;
+    Encoding encoding_;
+    ValueLabelBudget budget_;
+};
+
+void describeVariables(std::vector<SPSSVariable> variables, TabularImport& result) {
+    for (SPSSVariable& variable : variables) {
         if (!variable.label.empty()) {
-            result.variableLabels[variable.name] = variable.label;
+            result.variableLabels[variable.name] = std::move(variable.label);
         }
         if (variable.missing) {
             result.userMissingSpecs[variable.name] = variable.missing->displayText();
         }
+        result.variableNames.push_back(std::move(variable.name));
     }
 }
 
@@ -198,17 +227,17 @@ std::optional<TabularImport> readRaw(std::string_view bytes) {
         return std::nullopt;
     }
     const auto [encoding, encodingNote] = SPSSText::resolveEncoding(dictionary->encodingName);
-    const std::vector<SPSSVariable> variables = foldedVariables(*dictionary, encoding);
-    std::optional<ValueLabels> labels = valueLabels(*dictionary, variables, encoding);
+    std::optional<std::vector<SPSSVariable>> variables = foldedVariables(*dictionary, encoding);
     std::optional<SPSSTable> table =
-        labels ? readSPSSTable(*dictionary, variables, bytes.substr(dictionary->end))
-               : std::nullopt;
+        variables ? readSPSSTable(*dictionary, *variables, bytes.substr(dictionary->end))
+                  : std::nullopt;
     if (!table) {
         return std::nullopt;
     }
     TabularImport result;
-    describeVariables(variables, result);
-    result.valueLabels = *std::move(labels);
+    const bool hasAllLabels =
+        ValueLabelReader(*dictionary, encoding, bytes.size()).read(*variables, result);
+    describeVariables(*std::move(variables), result);
     result.rows = std::move(table->rows);
     result.implausibleColumns = std::move(table->implausibleColumns);
     result.notes = std::move(dictionary->notes);
@@ -218,7 +247,10 @@ std::optional<TabularImport> readRaw(std::string_view bytes) {
         result.notes.push_back(
             userMissingNote(result.userMissingSpecs.size(), table->userMissingCells));
     }
-    result.notes.push_back(parsedNote(variables.size(), result.rows.rowCount()));
+    result.notes.push_back(parsedNote(result.variableNames.size(), result.rows.rowCount()));
+    if (!hasAllLabels) {
+        result.notes.push_back(tooManyLabelsNote());
+    }
     return result;
 }
 

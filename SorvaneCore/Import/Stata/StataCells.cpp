@@ -8,6 +8,7 @@
 #include "SorvaneCore/Import/ImplausibleMagnitude.h"
 #include "SorvaneCore/Import/PatternColumnBuilder.h"
 #include "SorvaneCore/Import/Stata/StataLongTexts.h"
+#include "SorvaneCore/Import/TextBudget.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane {
@@ -21,10 +22,7 @@ constexpr double plainIntegers = 1e15;
 /// A file may have so many cells, whatever its size; beyond that, so many for each of its bytes.
 /// Only columns of no width could have more.
 constexpr std::size_t cellsFloor = std::size_t{1} << 26;
-constexpr std::size_t cellsPerByte = 64;
-/// The same for the bytes of one column's long texts, of which one may be referred to many times.
-constexpr std::size_t longTextFloor = std::size_t{1} << 28;
-constexpr std::size_t longTextPerByte = 16;
+constexpr std::size_t cellsPerByte = 2;
 
 // The greatest values that are not missing.
 constexpr std::int8_t lastByte = 100;
@@ -98,6 +96,14 @@ double widened(double number) {
     return number;
 }
 
+/// What all columns share.
+struct Context {
+    const StataFile& file;
+    const StataLongTexts& longTexts;
+    TextBudget& budget;
+    StataStringReferences references;
+};
+
 struct RowBlock {
     const char* bytes = nullptr;
     std::size_t rowCount = 0;
@@ -107,17 +113,14 @@ struct RowBlock {
 /// Takes the cells of one variable, block by block.
 class ColumnReader {
 public:
-    ColumnReader(const StataFile& file,
-                 const StataLongTexts& longTexts,
-                 StataFile::VarType type,
-                 std::size_t offset,
-                 StataStringReferences references)
-        : file_(file),
-          longTexts_(longTexts),
+    ColumnReader(const Context& context, StataFile::VarType type, std::size_t offset)
+        : file_(context.file),
+          longTexts_(context.longTexts),
+          budget_(context.budget),
           type_(type),
           offset_(offset),
-          layout_(ReferenceLayout::of(file.release, references)),
-          otherLayout_(ReferenceLayout::of(file.release, StataStringReferences::eightBytes)) {}
+          layout_(ReferenceLayout::of(file_.release, context.references)),
+          otherLayout_(ReferenceLayout::of(file_.release, StataStringReferences::eightBytes)) {}
 
     void expectRows(std::size_t rows) {
         patterns_.expectRows(rows);
@@ -152,10 +155,6 @@ public:
 
     bool isImplausible() const { return isImplausible_; }
     bool hasOtherReferences() const { return hasOtherReferences_; }
-    /// Whether long texts were referred to more often than the file can mean.
-    bool isTooLarge() const {
-        return longTextBytes_ > longTextFloor + longTextPerByte * file_.bytes.size();
-    }
     TextTable::Column finish() { return hasPatterns() ? patterns_.finish() : texts_.finish(); }
 
 private:
@@ -221,16 +220,22 @@ private:
     }
 
     void takeReferences(const RowBlock& block) {
-        const auto textOf = [this](std::uint64_t number) {
-            storage_ = isTooLarge() ? std::string() : longTexts_.text(number);
-            longTextBytes_ += storage_.size();
+        bool isFirst = false;
+        const auto textOf = [this, &isFirst](std::uint64_t number) {
+            isFirst = true;
+            storage_ = longTexts_.text(number);
             return PatternText{.text = storage_};
         };
-        for (std::size_t row = 0; row < block.rowCount; ++row) {
+        for (std::size_t row = 0; row < block.rowCount && !budget_.isExceeded(); ++row) {
             const char* bytes = cell(block, row);
             const StataReference reference = layout_.read(bytes, file_.byteOrder);
             const std::size_t number = longTexts_.number(reference);
+            isFirst = false;
             patterns_.append(number, textOf);
+            charge_.add({.bytes = longTexts_.size(number),
+                         .isFirstOfItsText = isFirst,
+                         .hasCodes = patterns_.hasCodes()},
+                        budget_);
             if (number == 0 && !reference.isEmpty() && layout_.width == otherLayout_.width) {
                 const StataReference other = otherLayout_.read(bytes, file_.byteOrder);
                 hasOtherReferences_ = hasOtherReferences_ || longTexts_.number(other) != 0;
@@ -240,6 +245,7 @@ private:
 
     const StataFile& file_;
     const StataLongTexts& longTexts_;
+    TextBudget& budget_;
     StataFile::VarType type_;
     std::size_t offset_;
     ReferenceLayout layout_;
@@ -248,9 +254,15 @@ private:
     TextColumnBuilder texts_;
     bool isImplausible_ = false;
     bool hasOtherReferences_ = false;
-    std::size_t longTextBytes_ = 0;
+    ColumnTextCharge charge_;
     std::string storage_;
 };
+
+/// Whether so many cells can be meant by a file of that size.
+bool hasPlausibleSize(const StataFile& file) {
+    const std::size_t mostCells = cellsFloor + cellsPerByte * file.bytes.size();
+    return file.observationCount <= mostCells / std::max<std::size_t>(file.types.size(), 1);
+}
 
 /// The bytes of all observations; absent when the file does not hold so many.
 std::optional<std::string_view> dataBytes(const StataFile& file, std::size_t width) {
@@ -261,24 +273,22 @@ std::optional<std::string_view> dataBytes(const StataFile& file, std::size_t wid
         (!isEmpty && file.observationCount > section->remaining() / width)) {
         return std::nullopt;
     }
-    const std::size_t mostCells = cellsFloor + cellsPerByte * file.bytes.size();
-    if (file.observationCount > mostCells / std::max<std::size_t>(file.types.size(), 1)) {
-        return std::nullopt;
-    }
     return section->readBytes(static_cast<std::int64_t>(file.observationCount * width));
 }
 
-/// Whether the data section ends where it has to when references take 8 bytes, and not where they
-/// were read to take 12.
-bool lengthProvesEightBytes(const StataFile& file, const ReferenceLayout& layout) {
+/// The data section if it ends where it has to when references take 8 bytes, and not where they were
+/// read to take 12.
+std::optional<std::string_view> dataOfEightBytes(const StataFile& file,
+                                                 const ReferenceLayout& layout) {
     const auto eightBytes = ReferenceLayout::of(file.release, StataStringReferences::eightBytes);
-    std::optional<ByteReader> section = file.section("data");
-    if (layout.width == eightBytes.width || !section) {
-        return false;
-    }
     const std::size_t width = rowWidth(file, eightBytes);
+    std::optional<ByteReader> section = file.section("data");
+    if (layout.width == eightBytes.width || width == rowWidth(file, layout) || !section ||
+        file.observationCount > section->remaining() / width) {
+        return std::nullopt;
+    }
     const auto data = section->readBytes(static_cast<std::int64_t>(file.observationCount * width));
-    return width != rowWidth(file, layout) && data && section->peekMatches("</data>");
+    return section->peekMatches("</data>") ? data : std::nullopt;
 }
 
 /// From the first reference on, all that follows stands elsewhere, and with it the next rows whole.
@@ -294,15 +304,20 @@ std::vector<std::size_t> columnsAfterReferences(const StataFile& file) {
     return columns;
 }
 
-std::vector<ColumnReader> columnReaders(const StataFile& file,
-                                        const StataLongTexts& longTexts,
-                                        StataStringReferences references) {
-    const auto layout = ReferenceLayout::of(file.release, references);
+std::vector<std::size_t> allColumns(const StataFile& file) {
+    std::vector<std::size_t> columns(file.types.size());
+    std::iota(columns.begin(), columns.end(), std::size_t{0});
+    return columns;
+}
+
+std::vector<ColumnReader> columnReaders(const Context& context) {
+    const StataFile& file = context.file;
+    const auto layout = ReferenceLayout::of(file.release, context.references);
     std::vector<ColumnReader> columns;
     columns.reserve(file.types.size());
     std::size_t offset = 0;
     for (const StataFile::VarType& type : file.types) {
-        columns.emplace_back(file, longTexts, type, offset, references);
+        columns.emplace_back(context, type, offset);
         columns.back().expectRows(static_cast<std::size_t>(file.observationCount));
         offset += widthOf(type, layout);
     }
@@ -323,14 +338,21 @@ void takeAll(std::vector<ColumnReader>& columns, std::string_view data, std::siz
 std::optional<StataTable> readStataTable(const StataFile& file, StataStringReferences references) {
     const auto layout = ReferenceLayout::of(file.release, references);
     const std::size_t width = rowWidth(file, layout);
+    const std::optional<std::string_view> otherData = dataOfEightBytes(file, layout);
     const std::optional<std::string_view> data = dataBytes(file, width);
-    if (!data) {
+    if ((!data && !otherData) || !hasPlausibleSize(file)) {
         return std::nullopt;
     }
     const StataLongTexts longTexts(file);
-    std::vector<ColumnReader> columns = columnReaders(file, longTexts, references);
-    if (!data->empty()) {
-        takeAll(columns, *data, width);
+    TextBudget budget(file.bytes.size());
+    std::vector<ColumnReader> columns = columnReaders(
+        {.file = file, .longTexts = longTexts, .budget = budget, .references = references});
+    const std::string_view read = data ? *data : *otherData;
+    if (!read.empty()) {
+        takeAll(columns, read, width);
+    }
+    if (budget.isExceeded()) {
+        return std::nullopt;
     }
 
     StataTable table;
@@ -342,15 +364,15 @@ std::optional<StataTable> readStataTable(const StataFile& file, StataStringRefer
         if (columns[column].hasOtherReferences()) {
             table.shiftedColumns.push_back(column);
         }
-        if (columns[column].isTooLarge()) {
-            return std::nullopt;
-        }
         finished.push_back(columns[column].finish());
     }
-    if (lengthProvesEightBytes(file, layout)) {
-        table.shiftedColumns = columnsAfterReferences(file);
+    if (otherData) {
+        table.shiftedColumns = data ? columnsAfterReferences(file) : allColumns(file);
     }
-    table.rows = TextTable(std::move(finished), static_cast<std::size_t>(file.observationCount));
+    table.rows = TextTable(std::move(finished), width == 0 ? 0 : read.size() / width);
+    if (!data) {
+        table.rows.resizeRows(static_cast<std::size_t>(file.observationCount));
+    }
     return table;
 }
 

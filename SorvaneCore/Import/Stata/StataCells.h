@@ -24,8 +24,12 @@ struct StataTable {
 ///
 /// Method     the columns of a block of observations at once; each distinct number of a column is
 ///            turned into text once. That references have 8 bytes is proven by the length of the
-///            data section, in release 117 by references found so and not otherwise
-/// Failure    no data section, or one that is cut short -> absent
+///            data section, in release 117 by references found so and not otherwise. Where it is
+///            proven and the file is too short for the widths asked for, only the rows that lie
+///            whole in the section by these are read, the cells of all others are missing, and all
+///            columns are named as shifted
+/// Failure    no data section, one that is cut short by any widths, long texts referred to far more
+///            often than a file of that size can mean -> absent
 /// Cost       about 3 ns a cell of few distinct values
 std::optional<StataTable> readStataTable(const StataFile& file, StataStringReferences references);
 

@@ -5,7 +5,6 @@
 #include <charconv>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
-#include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane {
 
@@ -32,19 +31,6 @@ constexpr std::uint16_t longCode = 65528;
 constexpr std::uint16_t floatCode = 65527;
 constexpr std::uint16_t doubleCode = 65526;
 constexpr std::uint16_t strLCode = 32768;
-
-/// Labels that overlap in their table could multiply its size; none written by a program do.
-constexpr std::size_t mostLabelBytes = std::size_t{64} << 20;
-
-/// The sizes of fields that grew with release 118, when texts became UTF-8.
-struct FieldSizes {
-    std::int64_t name = 129;
-    std::int64_t label = 321;
-
-    static FieldSizes of(std::int64_t release) {
-        return release == 117 ? FieldSizes{.name = 33, .label = 81} : FieldSizes{};
-    }
-};
 
 std::optional<std::string> readTagText(ByteReader& reader, std::string_view tag) {
     const std::string name(tag);
@@ -190,9 +176,9 @@ private:
 
     bool parseNames() {
         std::optional<ByteReader> section = file_.section("varnames");
-        const std::int64_t size = FieldSizes::of(file_.release).name;
+
         for (std::size_t i = 0; section && i < file_.variableCount; ++i) {
-            const auto field = section->readBytes(size);
+            const auto field = section->readBytes(file_.nameSize());
             if (!field) {
                 return false;
             }
@@ -203,68 +189,6 @@ private:
 
     StataFile& file_;
     ByteReader reader_;
-};
-
-/// Reads tables of value labels as long as they are whole.
-class ValueLabelParser {
-public:
-    using Table = std::map<std::string, std::string>;
-
-    ValueLabelParser(const StataFile& file, ByteReader reader)
-        : reader_(reader), order_(file.byteOrder), nameSize_(FieldSizes::of(file.release).name) {}
-
-    std::map<std::string, Table> parse() {
-        std::map<std::string, Table> tables;
-        while (reader_.skipPast("<lbl>")) {
-            const auto length = reader_.readBytes(4);
-            const auto name = reader_.readBytes(nameSize_);
-            const auto padding = reader_.readBytes(3);
-            std::optional<Table> table =
-                length && name && padding ? parseTable() : std::optional<Table>();
-            if (!table) {
-                break;
-            }
-            tables[StataFile::text(*name)] = *std::move(table);
-            reader_.skipPast("</lbl>");
-        }
-        return tables;
-    }
-
-private:
-    std::optional<Table> parseTable() {
-        const auto count = reader_.read<std::uint32_t>(order_);
-        const auto textLength = reader_.read<std::uint32_t>(order_);
-        if (!count || !textLength) {
-            return std::nullopt;
-        }
-        const auto offsets = reader_.readBytes(std::int64_t{*count} * 4);
-        const auto values = offsets ? reader_.readBytes(std::int64_t{*count} * 4) : std::nullopt;
-        const auto texts = values ? reader_.readBytes(*textLength) : std::nullopt;
-        if (!texts) {
-            return std::nullopt;
-        }
-        Table table;
-        for (std::size_t i = 0; i < *count; ++i) {
-            const auto offset = ByteReader::number<std::int32_t>(offsets->data() + i * 4, order_);
-            if (offset < 0 || static_cast<std::size_t>(offset) >= texts->size()) {
-                continue;
-            }
-            const std::string_view from = texts->substr(static_cast<std::size_t>(offset));
-            const std::string_view label = from.substr(0, from.find('\0'));
-            labelBytes_ += label.size();
-            if (labelBytes_ > mostLabelBytes) {
-                return std::nullopt;
-            }
-            const auto value = ByteReader::number<std::int32_t>(values->data() + i * 4, order_);
-            table[NumberText::integer(value)] = UnicodeText::repaired(label);
-        }
-        return table;
-    }
-
-    ByteReader reader_;
-    ByteOrder order_;
-    std::int64_t nameSize_;
-    std::size_t labelBytes_ = 0;
 };
 
 }  // namespace
@@ -293,7 +217,7 @@ std::map<std::string, std::string> StataFile::variableLabels() const {
     std::map<std::string, std::string> labels;
     std::optional<ByteReader> reader = section("variable_labels");
     for (std::size_t i = 0; reader && i < variableCount; ++i) {
-        const auto field = reader->readBytes(FieldSizes::of(release).label);
+        const auto field = reader->readBytes(labelSize());
         if (!field) {
             break;
         }
@@ -308,19 +232,13 @@ std::vector<std::string> StataFile::valueLabelNames() const {
     std::vector<std::string> names;
     std::optional<ByteReader> reader = section("value_label_names");
     for (std::size_t i = 0; reader && i < variableCount; ++i) {
-        const auto field = reader->readBytes(FieldSizes::of(release).name);
+        const auto field = reader->readBytes(nameSize());
         if (!field) {
             break;
         }
         names.push_back(text(*field));
     }
     return names;
-}
-
-std::map<std::string, std::map<std::string, std::string>> StataFile::valueLabelTables() const {
-    const std::optional<ByteReader> reader = section("value_labels");
-    return reader ? ValueLabelParser(*this, *reader).parse()
-                  : std::map<std::string, std::map<std::string, std::string>>();
 }
 
 std::string StataFile::text(std::string_view field) {

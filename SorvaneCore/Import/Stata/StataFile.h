@@ -58,8 +58,9 @@ struct StataFile {
     std::map<std::string, std::string> variableLabels() const;
     /// The name of the table of value labels of each variable, as far as they can be read.
     std::vector<std::string> valueLabelNames() const;
-    /// Table name to value to label; the tables that can be read whole.
-    std::map<std::string, std::map<std::string, std::string>> valueLabelTables() const;
+    // The sizes of fields that grew with release 118, when texts became UTF-8.
+    std::int64_t nameSize() const { return release == 117 ? 33 : 129; }
+    std::int64_t labelSize() const { return release == 117 ? 81 : 321; }
 
     /// A reader behind the opening tag of a section; absent where the section is not.
     std::optional<ByteReader> section(std::string_view name) const;

@@ -27,6 +27,10 @@ public:
 
     /// The number of a text, counted from 1; 0 for a reference to nothing.
     std::size_t number(const StataReference& reference) const;
+    /// The bytes of the text of that number in the file.
+    std::size_t size(std::size_t number) const {
+        return number == 0 ? 0 : contents_[number - 1].bytes.size();
+    }
     /// The text of that number; empty for 0.
     std::string text(std::size_t number) const;
 

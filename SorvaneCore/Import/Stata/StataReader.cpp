@@ -1,6 +1,7 @@
 #include "SorvaneCore/Import/Stata/StataReader.h"
 
 #include "SorvaneCore/Import/Stata/StataCells.h"
+#include "SorvaneCore/Import/Stata/StataValueLabels.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane::StataReader {
@@ -13,10 +14,6 @@ std::string unsupportedNote(std::int64_t release) {
     return "Stata release " + integer(release) +
            " is not supported. Sorvane reads .dta versions 117 (Stata 13), 118 (Stata 14-15), and "
            "119 (Stata 15-18).";
-}
-
-std::string tooManyLabelsNote() {
-    return "Value labels of further variables were left out, as there are too many.";
 }
 
 std::string readNote(const StataFile& file) {
@@ -39,20 +36,19 @@ std::vector<std::string> notes(const StataFile& file) {
 }
 
 void addValueLabels(const StataFile& file, TabularImport& result) {
-    const auto tables = file.valueLabelTables();
+    const StataValueLabels tables(file);
     const std::vector<std::string> names = file.valueLabelNames();
-    std::size_t count = 0;
+    ValueLabelBudget budget(file.bytes.size());
     for (std::size_t variable = 0; variable < names.size(); ++variable) {
-        const auto table = names[variable].empty() ? tables.end() : tables.find(names[variable]);
-        if (table == tables.end()) {
+        if (names[variable].empty() || !tables.hasTable(names[variable])) {
             continue;
         }
-        count += table->second.size();
-        if (count > mostValueLabels) {
+        auto labels = tables.labels(names[variable], budget);
+        if (!labels) {
             result.notes.push_back(tooManyLabelsNote());
             return;
         }
-        result.valueLabels[file.variableNames[variable]] = table->second;
+        result.valueLabels[file.variableNames[variable]] = *std::move(labels);
     }
 }
 
