@@ -5,22 +5,11 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sys/resource.h>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Import/DelimiterDetection.h"
 #include "SorvaneCore/Import/ImportError.h"
-#include "Tests/Import/ZipBuilder.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define SORVANE_UNDER_ASAN
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define SORVANE_UNDER_ASAN
-#endif
-#endif
 
 namespace sorvane {
 namespace {
@@ -157,25 +146,6 @@ TEST(SpreadsheetImporter, TellsWhatItCannotRead) {
               "The file \"endless.csv\" could not be read. Check the disk or the network "
               "connection, then import it again.");
 }
-
-#if !defined(SORVANE_UNDER_ASAN)
-TEST(SpreadsheetImporter, TellsThatMemoryIsShort) {
-    const TemporaryFolder folder;
-    const std::string part(std::size_t{24} << 20, ' ');
-    const std::filesystem::path file =
-        folder.file("book.xlsx", zipArchive({{.name = "a", .bytes = part}}));
-    const auto importWithLittleMemory = [&file] {
-        std::size_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        const rlim_t limit =
-            pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + (std::size_t{36} << 20);
-        const rlimit limits{.rlim_cur = limit, .rlim_max = limit};
-        setrlimit(RLIMIT_AS, &limits);
-        std::exit(sentence(file) == ImportMemoryError().what() ? 0 : 1);
-    };
-    EXPECT_EXIT(importWithLittleMemory(), testing::ExitedWithCode(0), "");
-}
-#endif
 
 TEST(CSVImporter, TakesAFileWithoutExtensionButNoOther) {
     const TemporaryFolder folder;

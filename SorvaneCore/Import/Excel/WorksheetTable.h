@@ -39,7 +39,7 @@ public:
 
     /// Whether header or rows would take far more than so many bytes can mean; no more rows are
     /// taken then.
-    bool isTooLarge() const { return isTooLarge_; }
+    bool isTooLarge() const { return isTooLarge_ || columns_.isTooLarge(reports_.size()); }
     /// The header's cells, not yet made unique; empty before the header was met.
     const std::vector<std::string>& headers() const { return headers_; }
     const ImportRowReports& reports() const { return reports_; }
