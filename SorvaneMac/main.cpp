@@ -41,7 +41,8 @@ constexpr std::string_view usage =
     "sorvane describe FILE [--rows N]            prints what an import finds\n"
     "sorvane run SCRIPT.json [--out DIR]         runs a studio script\n"
     "sorvane operations                          lists what a script's `do` can call\n"
-    "sorvane --screenshots DIR [--project FILE] [--size WIDTHxHEIGHT] [--scale 1..2]\n"
+    "sorvane --screenshots DIR [--project FILE | --script SCRIPT.json]\n"
+    "        [--size WIDTHxHEIGHT] [--scale 1..2]\n"
     "                                            draws every screen, light and dark\n"
     "sorvane --help, sorvane --version\n";
 
@@ -65,6 +66,7 @@ std::optional<ScreenshotRequest> screenshotRequest(const std::vector<std::string
     }
     request.folder = *folder;
     request.file = valueAfter(words, "--project");
+    request.isWorkspaceReady = valueAfter(words, "--script").has_value();
     return request;
 }
 
@@ -106,6 +108,22 @@ int runCommandLine(const std::vector<std::string>& words, int& count, char** arg
         Commands::run(words, program, {.in = std::cin, .out = std::cout, .error = std::cerr}));
 }
 
+int takePictures(QApplication& application,
+                 const std::vector<std::string>& words,
+                 const ScreenshotRequest& request) {
+    StudioState state(resourceDirectory());
+    StudioScreens screens(state);
+    if (const std::optional<std::string> script = valueAfter(words, "--script")) {
+        const ExitStatus status =
+            performScript(state, screens, {.script = *script, .output = request.folder}, &chartPng,
+                          {.in = std::cin, .out = std::cout, .error = std::cerr});
+        if (status != ExitStatus::success) {
+            return static_cast<int>(status);
+        }
+    }
+    return drawScreenshots(application, state, screens, request);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -138,15 +156,13 @@ int main(int count, char** arguments) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application(count, arguments);
-    StudioState state(resourceDirectory(), std::make_unique<ThreadTaskRunner>(),
-                      pictures ? nullptr : settingsDefaults());
-    if (!pictures) {
-        state.keepAutosaveIn(supportDirectory());
-    }
-    StudioScreens screens(state);
     if (request) {
-        return drawScreenshots(application, state, screens, *request);
+        return takePictures(application, words, *request);
     }
+    StudioState state(resourceDirectory(), std::make_unique<ThreadTaskRunner>(),
+                      settingsDefaults());
+    state.keepAutosaveIn(supportDirectory());
+    StudioScreens screens(state);
     WindowRequest window;
     for (const std::string& word : words) {
         if (word == labShell) {

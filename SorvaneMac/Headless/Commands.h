@@ -46,6 +46,20 @@ ExitStatus run(const std::vector<std::string>& words,
 
 }  // namespace Commands
 
+/// A script and where it writes.
+struct ScriptRun {
+    std::filesystem::path script;
+    std::filesystem::path output = ".";
+};
+
+/// Carries out the steps of a script in a workspace, up to the first that it refuses, and tells of
+/// each in a line of JSON.
+ExitStatus performScript(StudioState& state,
+                         StudioScreens& screens,
+                         const ScriptRun& run,
+                         const FigureDrawing& drawFigure,
+                         CommandStreams streams);
+
 ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams streams);
 ExitStatus proceduresCommand(CommandStreams streams);
 ExitStatus operationsCommand(CommandStreams streams);

@@ -12,13 +12,8 @@ namespace {
 
 constexpr std::string_view usage = "Run a script so: sorvane run SCRIPT.json [--out DIR]";
 
-struct RunOptions {
-    std::filesystem::path script;
-    std::filesystem::path output = ".";
-};
-
-std::optional<RunOptions> readOptions(const std::vector<std::string>& words) {
-    RunOptions options;
+std::optional<ScriptRun> readOptions(const std::vector<std::string>& words) {
+    ScriptRun options;
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (words[i] == "--out" && i + 1 < words.size()) {
             options.output = words[++i];
@@ -51,31 +46,25 @@ std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& 
 
 }  // namespace
 
-ExitStatus runCommand(const std::vector<std::string>& words,
-                      const ProgramParts& program,
-                      CommandStreams streams) {
-    const std::optional<RunOptions> options = readOptions(words);
-    if (!options) {
-        streams.error << usage << '\n';
-        return ExitStatus::badArguments;
-    }
-    const std::optional<Json> script = readScript(options->script, streams.error);
+ExitStatus performScript(StudioState& state,
+                         StudioScreens& screens,
+                         const ScriptRun& run,
+                         const FigureDrawing& drawFigure,
+                         CommandStreams streams) {
+    const std::optional<Json> script = readScript(run.script, streams.error);
     if (!script) {
         return ExitStatus::badArguments;
     }
     std::error_code failure;
-    std::filesystem::create_directories(options->output, failure);
+    std::filesystem::create_directories(run.output, failure);
     if (failure) {
-        streams.error << "The folder " << options->output.string()
+        streams.error << "The folder " << run.output.string()
                       << " cannot be made: " << failure.message() << ".\n";
         return ExitStatus::refused;
     }
-    StudioState state(program.resources);
-    StudioScreens screens(state);
-    StudioScript runner(state, screens,
-                        {.folder = options->script.parent_path(),
-                         .output = options->output,
-                         .drawFigure = program.drawFigure});
+    StudioScript runner(
+        state, screens,
+        {.folder = run.script.parent_path(), .output = run.output, .drawFigure = drawFigure});
     for (const Json& step : (*script)["steps"]) {
         const StepOutcome outcome = runner.perform(step);
         streams.out << outcome.report.dump(-1, ' ', false, Json::error_handler_t::replace)
@@ -86,6 +75,19 @@ ExitStatus runCommand(const std::vector<std::string>& words,
         }
     }
     return ExitStatus::success;
+}
+
+ExitStatus runCommand(const std::vector<std::string>& words,
+                      const ProgramParts& program,
+                      CommandStreams streams) {
+    const std::optional<ScriptRun> options = readOptions(words);
+    if (!options) {
+        streams.error << usage << '\n';
+        return ExitStatus::badArguments;
+    }
+    StudioState state(program.resources);
+    StudioScreens screens(state);
+    return performScript(state, screens, *options, program.drawFigure, streams);
 }
 
 }  // namespace sorvane

@@ -51,8 +51,9 @@ struct Height {
         return legendHeight +
                (isStacked ? heightOfRows(plot.categories.size(), barHeight + 6) : plotHeight);
     }
+    /// Often stands beside a box plot of the same groups.
     int operator()(const IntervalPlot& plot) const {
-        return heightOfRows(plot.rows.size(), barHeight);
+        return std::max(heightOfRows(plot.rows.size(), barHeight), plotHeight);
     }
     int operator()(const LinePlot& plot) const {
         return plotHeight + (plot.series.size() > 1 ? legendHeight : 0);

@@ -18,7 +18,7 @@ namespace sorvane {
 namespace {
 
 constexpr int writeBackMilliseconds = 400;
-constexpr double pageMargin = 22.0;
+constexpr double pageMargin = 20.0;
 /// What dims white paper, and the white of figures with it, in a dark window.
 constexpr auto dusk = "#e9ebee";
 

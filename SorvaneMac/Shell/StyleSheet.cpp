@@ -97,7 +97,7 @@ QLineEdit:focus, QPlainTextEdit:focus, QComboBox:focus, QSpinBox:focus, QDoubleS
 QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: @strongBorder;
     border-color: @border; }
 QTableView QLineEdit, QTableView QComboBox { border-radius: 0; padding: 0 4px; }
-QComboBox QLineEdit { border: none; padding: 0; margin-left: -2px; background: transparent; }
+QComboBox QLineEdit { border: none; padding: 0; margin-left: -4px; background: transparent; }
 QComboBox QLineEdit:focus { border: none; padding: 0; }
 QAbstractScrollArea::corner { background: transparent; border: none; }
 QComboBox { padding-right: 24px; }

@@ -84,14 +84,31 @@ private:
 
 bool takeAll(MainWindow& window, Photographer& photographer) {
     Workspace& workspace = window.workspace();
-    stageFindings(workspace);
-    workspace.state.assembleReport();
     for (const StudioScreen screen : allStudioScreens()) {
         workspace.state.selection.set(screen);
         if (!photographer.take(rawValue(screen))) {
             return false;
         }
     }
+    return true;
+}
+
+/// Opens the file, or the sample study where absent, and puts findings and a report into it.
+bool fill(MainWindow& window, const std::optional<std::filesystem::path>& file) {
+    Workspace& workspace = window.workspace();
+    if (file) {
+        openFile(&window, workspace, *file);
+    } else {
+        workspace.state.resetToSample();
+    }
+    for (const auto* error : {&workspace.state.data.importError, &workspace.state.projectError}) {
+        if (error->get()) {
+            std::cerr << *error->get() << "\n";
+            return false;
+        }
+    }
+    stageFindings(workspace);
+    workspace.state.assembleReport();
     return true;
 }
 
@@ -136,19 +153,8 @@ int drawScreenshots(QApplication& application,
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     Photographer photographer(window, request.folder);
-    if (!photographer.take("start")) {
+    if (!request.isWorkspaceReady && !(photographer.take("start") && fill(window, request.file))) {
         return 1;
-    }
-    if (request.file) {
-        openFile(&window, window.workspace(), *request.file);
-    } else {
-        state.resetToSample();
-    }
-    for (const auto* error : {&state.data.importError, &state.projectError}) {
-        if (error->get()) {
-            std::cerr << *error->get() << "\n";
-            return 1;
-        }
     }
     return takeAll(window, photographer) ? 0 : 1;
 }

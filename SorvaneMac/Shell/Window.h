@@ -30,6 +30,8 @@ struct ScreenshotRequest {
     std::filesystem::path folder;
     /// The project or the data to show; the sample study where absent.
     std::optional<std::filesystem::path> file;
+    /// Whether to show the workspace as it stands, without opening or running anything.
+    bool isWorkspaceReady = false;
     int width = 1280;
     int height = 800;
     /// 1 to 2, the size of text and controls.
