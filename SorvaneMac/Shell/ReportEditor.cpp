@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int writeBackMilliseconds = 400;
 constexpr double pageMargin = 20.0;
+/// The toolkit lays a table that takes the whole width out a little wider than that.
+constexpr double tableOverhang = 2.0;
 /// What dims white paper, and the white of figures with it, in a dark window.
 constexpr auto dusk = "#e9ebee";
 
@@ -39,6 +42,12 @@ ReportEditor::ReportEditor(StudioState& state) : state_(state) {
                   Theme::colors().accent.name() + "; }");
     document()->setDefaultFont(Theme::faces(16));
     document()->setDocumentMargin(pageMargin);
+    connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
+            [this](const QSizeF& size) {
+                const bool overflows = size.width() > viewport()->width() + tableOverhang;
+                setHorizontalScrollBarPolicy(overflows ? Qt::ScrollBarAsNeeded
+                                                       : Qt::ScrollBarAlwaysOff);
+            });
     writeBack_.setSingleShot(true);
     writeBack_.setInterval(writeBackMilliseconds);
     connect(&writeBack_, &QTimer::timeout, this, &ReportEditor::commit);
