@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -13,6 +14,8 @@ namespace sorvane {
 
 namespace {
 
+constexpr std::string_view namePrefix = ".sorvane-";
+constexpr std::chrono::hours abandonedAfter{24};
 constexpr mode_t newFileMode = 0666;
 constexpr mode_t permissionBits = 07777;
 constexpr mode_t writeBits = S_IWUSR | S_IWGRP | S_IWOTH;
@@ -25,7 +28,7 @@ std::string systemMessage(int error) {
 class Replacement {
 public:
     explicit Replacement(const std::filesystem::path& folder)
-        : path_(folder / (".sorvane-" + Uuid::fresh().text())),
+        : path_(folder / (std::string(namePrefix) + Uuid::fresh().text())),
           descriptor_(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode)) {
         error_ = descriptor_ < 0 ? errno : 0;
     }
@@ -133,6 +136,19 @@ std::optional<std::string> replaceFile(const std::filesystem::path& file,
     }
     flushFolder(folder);
     return std::nullopt;
+}
+
+void removeAbandonedReplacements(const std::filesystem::path& folder) {
+    std::error_code failure;
+    const auto youngest = std::filesystem::file_time_type::clock::now() - abandonedAfter;
+    for (std::filesystem::directory_iterator each(folder, failure), end; each != end;
+         each.increment(failure)) {
+        const bool isReplacement = each->path().filename().string().starts_with(namePrefix) &&
+                                   each->is_regular_file(failure);
+        if (isReplacement && each->last_write_time(failure) < youngest) {
+            std::filesystem::remove(each->path(), failure);
+        }
+    }
 }
 
 }  // namespace sorvane

@@ -28,4 +28,8 @@ std::optional<std::string> replaceFile(const std::filesystem::path& file,
 std::optional<std::string> replaceFile(const std::filesystem::path& file,
                                        const std::function<void(const TakeBytes&)>& produce);
 
+/// Removes what replacements that were killed left in a folder more than a day ago. Younger ones may
+/// still be at work, in another window.
+void removeAbandonedReplacements(const std::filesystem::path& folder);
+
 }  // namespace sorvane

@@ -1,11 +1,13 @@
 #include <system_error>
 
+#include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneMac/State/AutosaveWriter.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 void StudioState::keepAutosaveIn(const std::filesystem::path& folder) {
+    removeAbandonedReplacements(folder);
     const std::string extension(ProjectArchive::fileExtension);
     autosaveWriter_ = std::make_unique<AutosaveWriter>(folder / ("autosave." + extension));
 }

@@ -70,5 +70,18 @@ TEST_F(WholeFile, SaysWhyItFailedAndLeavesNothingBehind) {
     EXPECT_EQ(entries(), 2U);
 }
 
+TEST_F(WholeFile, SweepsWhatKilledReplacementsLeft) {
+    const auto now = std::filesystem::file_time_type::clock::now();
+    for (const auto& [name, age] : {std::pair(".sorvane-old", 25), std::pair(".sorvane-new", 1),
+                                    std::pair("autosave.svp", 25)}) {
+        replaceWith(folder_ / name, "x");
+        std::filesystem::last_write_time(folder_ / name, now - std::chrono::hours(age));
+    }
+    removeAbandonedReplacements(folder_);
+    EXPECT_EQ(entries(), 2U);
+    EXPECT_FALSE(std::filesystem::exists(folder_ / ".sorvane-old"));
+    removeAbandonedReplacements(folder_ / "gone");
+}
+
 }  // namespace
 }  // namespace sorvane
