@@ -69,10 +69,12 @@ QValueAxis& addNumbers(ChartCanvas& canvas,
     if (scale.wholeNumbers) {
         step = std::max(step, 1.0);
     }
-    const double first = std::floor(range.minimum / step + 1e-9) * step;
+    // Rounding must not label the zero "-0".
+    const double nudge = 1e-9 * step;
+    const double first = std::floor(range.minimum / step + 1e-9) * step + nudge;
     auto* axis = new QValueAxis;
     if (scale.extent == Extent::rounded) {
-        const double last = std::ceil(range.maximum / step - 1e-9) * step;
+        const double last = std::ceil(range.maximum / step - 1e-9) * step + nudge;
         axis->setRange(first, last);
         axis->setTickCount(static_cast<int>(std::lround((last - first) / step)) + 1);
     } else {

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "SorvaneMac/Shell/ElidedComboBox.h"
 #include "SorvaneMac/Shell/FormControlViews.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
@@ -89,7 +90,7 @@ private:
 class ChoiceView final : public ControlViewOf<ChoiceControl> {
 public:
     explicit ChoiceView(const ChoiceControl& first)
-        : box_(new QComboBox), isSearched_(first.choices.size() >= searchedFrom) {
+        : box_(new ElidedComboBox), isSearched_(first.choices.size() >= searchedFrom) {
         box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         box_->setMinimumContentsLength(8);
         box_->setMaxVisibleItems(16);
