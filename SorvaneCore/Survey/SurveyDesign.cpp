@@ -1,0 +1,214 @@
+#include "SorvaneCore/Survey/SurveyDesign.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <unordered_map>
+
+#include "SorvaneCore/Numerics/NumberText.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view onlyStratum = "__all__";
+
+/// The number of each row's text, in order of first appearance.
+std::vector<std::uint32_t> numbered(const TextColumn& column) {
+    std::unordered_map<std::string_view, std::uint32_t> numbers;
+    std::vector<std::uint32_t> ofLevel(column.levelCount());
+    for (std::size_t code = 0; code < ofLevel.size(); ++code) {
+        ofLevel[code] =
+            numbers.try_emplace(column.level(code), static_cast<std::uint32_t>(numbers.size()))
+                .first->second;
+    }
+    std::vector<std::uint32_t> result(column.size());
+    column.withCodes([&](const auto& codes) {
+        for (std::size_t row = 0; row < result.size(); ++row) {
+            result[row] = ofLevel[codes[row]];
+        }
+    });
+    return result;
+}
+
+bool isPositive(double value) {
+    return std::isfinite(value) && value > 0.0;
+}
+
+std::string lengthError(std::string_view what, std::size_t count, std::size_t rows) {
+    return std::string(what) + " (" + NumberText::integer(static_cast<std::int64_t>(count)) +
+           ") does not match the number of weights (" +
+           NumberText::integer(static_cast<std::int64_t>(rows)) + ").";
+}
+
+void checkReplicates(const ReplicateWeights& replicates,
+                     std::size_t rows,
+                     std::vector<std::string>& errors) {
+    const std::size_t count = replicates.weights.size();
+    if (count == 0) {
+        errors.emplace_back("Replicate weights were supplied but contain no replicates.");
+    }
+    if (std::ranges::any_of(replicates.weights,
+                            [rows](const auto& weights) { return weights.size() != rows; })) {
+        errors.push_back("Each replicate weight vector must match the number of observations (" +
+                         NumberText::integer(static_cast<std::int64_t>(rows)) + ").");
+    }
+    if (replicates.replicateScale && replicates.replicateScale->size() != count) {
+        errors.emplace_back("Replicate scale count must match the number of replicates.");
+    }
+    if (replicates.type == ReplicateType::fayBRR &&
+        !(replicates.fayRho >= 0.0 && replicates.fayRho < 1.0)) {
+        errors.emplace_back("Fay perturbation factor must be between 0 and 1.");
+    }
+}
+
+}  // namespace
+
+std::string_view displayName(ReplicateType type) {
+    switch (type) {
+        case ReplicateType::balancedRepeatedReplication:
+            return "Balanced repeated replication";
+        case ReplicateType::fayBRR:
+            return "Fay balanced repeated replication";
+        case ReplicateType::jackknife:
+            break;
+    }
+    return "jackknife";
+}
+
+SampledUnits SampledUnits::of(const SurveyDesign& design) {
+    const std::size_t rows = design.weights.size();
+    SampledUnits units;
+    units.stratumOfRow =
+        design.strata ? numbered(*design.strata) : std::vector<std::uint32_t>(rows, 0);
+    units.stratumCount =
+        rows == 0 ? 0 : std::size_t{*std::ranges::max_element(units.stratumOfRow)} + 1;
+    if (!design.clusters) {
+        units.unitOfRow.resize(rows);
+        std::iota(units.unitOfRow.begin(), units.unitOfRow.end(), 0U);
+        units.stratumOfUnit = units.stratumOfRow;
+        return units;
+    }
+    const std::vector<std::uint32_t> clusters = numbered(*design.clusters);
+    std::unordered_map<std::uint64_t, std::uint32_t> numbers;
+    units.unitOfRow.reserve(rows);
+    for (std::size_t row = 0; row < rows; ++row) {
+        const std::uint64_t pair =
+            (std::uint64_t{units.stratumOfRow[row]} << 32) | std::uint64_t{clusters[row]};
+        const auto [entry, isNew] =
+            numbers.try_emplace(pair, static_cast<std::uint32_t>(numbers.size()));
+        if (isNew) {
+            units.stratumOfUnit.push_back(units.stratumOfRow[row]);
+        }
+        units.unitOfRow.push_back(entry->second);
+    }
+    return units;
+}
+
+std::vector<std::int64_t> SampledUnits::unitsPerStratum() const {
+    std::vector<std::int64_t> counts(stratumCount, 0);
+    for (const std::uint32_t stratum : stratumOfUnit) {
+        ++counts[stratum];
+    }
+    return counts;
+}
+
+std::int64_t SurveyDesign::observationCount() const {
+    return static_cast<std::int64_t>(weights.size());
+}
+
+std::int64_t SurveyDesign::stratumCount() const {
+    return static_cast<std::int64_t>(SampledUnits::of(*this).stratumCount);
+}
+
+std::int64_t SurveyDesign::sampledPSUCount() const {
+    return static_cast<std::int64_t>(SampledUnits::of(*this).stratumOfUnit.size());
+}
+
+std::int64_t SurveyDesign::designDegreesOfFreedom() const {
+    if (replicateWeights && !strata && !clusters) {
+        return std::max<std::int64_t>(static_cast<std::int64_t>(replicateWeights->weights.size()),
+                                      2) -
+               1;
+    }
+    const SampledUnits units = SampledUnits::of(*this);
+    return std::max<std::int64_t>(static_cast<std::int64_t>(units.stratumOfUnit.size()) -
+                                      static_cast<std::int64_t>(units.stratumCount),
+                                  1);
+}
+
+std::vector<std::uint32_t> SurveyDesign::resolvedClusters() const {
+    return SampledUnits::of(*this).unitOfRow;
+}
+
+std::vector<std::string> SurveyDesign::singlePSUStrata() const {
+    const SampledUnits units = SampledUnits::of(*this);
+    const std::vector<std::int64_t> counts = units.unitsPerStratum();
+    std::vector<std::string> names;
+    std::vector<bool> isNamed(counts.size(), false);
+    for (std::size_t row = 0; row < weights.size(); ++row) {
+        const std::uint32_t stratum = units.stratumOfRow[row];
+        if (counts[stratum] == 1 && !isNamed[stratum]) {
+            isNamed[stratum] = true;
+            names.emplace_back(strata ? (*strata)[row] : onlyStratum);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> SurveyDesign::structuralErrors() const {
+    const std::size_t rows = weights.size();
+    std::vector<std::string> errors;
+    if (rows == 0) {
+        errors.emplace_back("No observations were supplied.");
+    }
+    if (!std::ranges::all_of(weights, isPositive)) {
+        errors.emplace_back("Sampling weights must all be finite and positive.");
+    }
+    if (strata && strata->size() != rows) {
+        errors.push_back(lengthError("Stratum count", strata->size(), rows));
+    }
+    if (clusters && clusters->size() != rows) {
+        errors.push_back(lengthError("Cluster/PSU count", clusters->size(), rows));
+    }
+    if (fpc && fpc->size() != rows) {
+        errors.push_back(lengthError("Finite population correction count", fpc->size(), rows));
+    }
+    if (fpc && !std::ranges::all_of(*fpc, isPositive)) {
+        errors.emplace_back("Finite population correction values must be finite and positive.");
+    }
+    if (!(confidenceLevel > 0.0 && confidenceLevel < 1.0)) {
+        errors.emplace_back("Confidence level must be between 0 and 1.");
+    }
+    if (replicateWeights) {
+        checkReplicates(*replicateWeights, rows, errors);
+    }
+    return errors;
+}
+
+std::vector<AnalysisReadinessIssue> SurveyDesign::readinessIssues() const {
+    std::vector<AnalysisReadinessIssue> issues;
+    const auto caution = [&issues](std::string message) {
+        issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
+    };
+    if (!replicateWeights && !strata && !clusters) {
+        caution(
+            "No strata or clusters were supplied. Standard errors assume simple random sampling "
+            "with weights; supply strata and cluster (PSU) ids for design-based variance.");
+    } else if (!replicateWeights && !strata) {
+        caution("No strata were supplied; the sample is treated as a single stratum.");
+    } else if (!replicateWeights && !clusters) {
+        caution(
+            "No clusters (PSUs) were supplied; sampling is treated as element level within "
+            "strata.");
+    }
+    const std::size_t single = singlePSUStrata().size();
+    if (single > 0) {
+        caution(NumberText::integer(static_cast<std::int64_t>(single)) +
+                " stratum/strata contain a single sampled PSU; those strata contribute no "
+                "between-PSU variance and may understate the standard error.");
+    }
+    return issues;
+}
+
+}  // namespace sorvane

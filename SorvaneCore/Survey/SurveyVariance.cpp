@@ -1,0 +1,115 @@
+#include "SorvaneCore/Survey/SurveyVariance.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "SorvaneCore/Numerics/LinearAlgebra.h"
+
+namespace sorvane::SurveyVariance {
+
+namespace {
+
+/// Score sums of the primary sampling units that have an active row.
+struct UnitSums {
+    /// Units by p.
+    std::vector<double> sums;
+    std::vector<bool> isActive;
+    /// Per stratum: the number of active units, and the population's count.
+    std::vector<double> activeUnits;
+    std::vector<double> populationUnits;
+};
+
+UnitSums unitSums(std::span<const double> u,
+                  const SurveyDesign& design,
+                  const SampledUnits& units,
+                  std::size_t p,
+                  std::span<const std::size_t> activeRows) {
+    UnitSums result{.sums = std::vector<double>(units.stratumOfUnit.size() * p, 0.0),
+                    .isActive = std::vector<bool>(units.stratumOfUnit.size(), false),
+                    .activeUnits = std::vector<double>(units.stratumCount, 0.0),
+                    .populationUnits = std::vector<double>(units.stratumCount, 0.0)};
+    for (const std::size_t row : activeRows) {
+        const std::size_t unit = units.unitOfRow[row];
+        const std::size_t stratum = units.stratumOfRow[row];
+        if (!result.isActive[unit]) {
+            result.isActive[unit] = true;
+            result.activeUnits[stratum] += 1.0;
+        }
+        if (design.fpc && result.populationUnits[stratum] == 0.0) {
+            result.populationUnits[stratum] = (*design.fpc)[row];
+        }
+        for (std::size_t j = 0; j < p; ++j) {
+            result.sums[unit * p + j] += u[row * p + j];
+        }
+    }
+    return result;
+}
+
+/// What each stratum multiplies its sum of squares by; 0 for a stratum of one unit.
+std::vector<double> stratumFactors(const UnitSums& units) {
+    std::vector<double> factors(units.activeUnits.size(), 0.0);
+    for (std::size_t h = 0; h < factors.size(); ++h) {
+        const double n = units.activeUnits[h];
+        const double population = units.populationUnits[h];
+        if (n >= 2.0) {
+            factors[h] = n / (n - 1.0);
+            factors[h] *= population > 0.0 ? std::max(1.0 - n / population, 0.0) : 1.0;
+        }
+    }
+    return factors;
+}
+
+}  // namespace
+
+std::vector<double> scoreCovariance(std::span<const double> u,
+                                    const SurveyDesign& design,
+                                    std::size_t p) {
+    std::vector<std::size_t> rows(design.weights.size());
+    std::iota(rows.begin(), rows.end(), std::size_t{0});
+    return scoreCovariance(u, design, p, rows);
+}
+
+std::vector<double> scoreCovariance(std::span<const double> u,
+                                    const SurveyDesign& design,
+                                    std::size_t p,
+                                    std::span<const std::size_t> activeRows) {
+    const SampledUnits sampled = SampledUnits::of(design);
+    const UnitSums units = unitSums(u, design, sampled, p, activeRows);
+    std::vector<double> means(sampled.stratumCount * p, 0.0);
+    for (std::size_t unit = 0; unit < units.isActive.size(); ++unit) {
+        const std::size_t stratum = sampled.stratumOfUnit[unit];
+        for (std::size_t j = 0; units.isActive[unit] && j < p; ++j) {
+            means[stratum * p + j] += units.sums[unit * p + j] / units.activeUnits[stratum];
+        }
+    }
+    const std::vector<double> factors = stratumFactors(units);
+    std::vector<double> covariance(p * p, 0.0);
+    std::vector<double> deviation(p);
+    for (std::size_t unit = 0; unit < units.isActive.size(); ++unit) {
+        const std::size_t stratum = sampled.stratumOfUnit[unit];
+        if (!units.isActive[unit] || factors[stratum] == 0.0) {
+            continue;
+        }
+        for (std::size_t j = 0; j < p; ++j) {
+            deviation[j] = units.sums[unit * p + j] - means[stratum * p + j];
+        }
+        for (std::size_t i = 0; i < p; ++i) {
+            for (std::size_t j = 0; j < p; ++j) {
+                covariance[i * p + j] += factors[stratum] * deviation[i] * deviation[j];
+            }
+        }
+    }
+    return covariance;
+}
+
+std::vector<double> sandwich(std::span<const double> bread,
+                             std::span<const double> meat,
+                             std::size_t p) {
+    return multiply(multiply(bread, meat, p), bread, p);
+}
+
+std::vector<double> multiply(std::span<const double> a, std::span<const double> b, std::size_t p) {
+    return LinearAlgebra::multiply(a, p, p, b, p);
+}
+
+}  // namespace sorvane::SurveyVariance

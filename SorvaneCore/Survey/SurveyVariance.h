@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "SorvaneCore/Survey/SurveyDesign.h"
+
+/// How totals over a sample vary from one sample of the design to the next.
+namespace sorvane::SurveyVariance {
+
+/// The covariance of the summed score vectors.
+///
+/// Input      `u` of rows by p, row-major, one row per row of the design; a design without
+///            structural errors
+/// Method     linearization: sums of each primary sampling unit about their mean in the stratum,
+///            times n / (n - 1) and, with population counts, max(1 - n / N, 0). A stratum of one
+///            unit adds nothing
+/// Returns    p by p, symmetric
+/// Cost       O(rows * p + units * p^2)
+/// Reference  Binder (1983), On the variances of asymptotically normal estimators from complex
+///            surveys
+std::vector<double> scoreCovariance(std::span<const double> u,
+                                    const SurveyDesign& design,
+                                    std::size_t p);
+
+/// The same over some of the rows. Only units with such a row count.
+std::vector<double> scoreCovariance(std::span<const double> u,
+                                    const SurveyDesign& design,
+                                    std::size_t p,
+                                    std::span<const std::size_t> activeRows);
+
+/// B M B of two p by p matrices.
+std::vector<double> sandwich(std::span<const double> bread,
+                             std::span<const double> meat,
+                             std::size_t p);
+
+/// A B of two p by p matrices.
+std::vector<double> multiply(std::span<const double> a, std::span<const double> b, std::size_t p);
+
+}  // namespace sorvane::SurveyVariance

@@ -1,0 +1,374 @@
+#include "SorvaneCore/Survey/WeightedEstimators.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+#include "SorvaneCore/Dataset/LabelOrder.h"
+#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Survey/SurveyVariance.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
+
+namespace sorvane::WeightedEstimators {
+
+namespace {
+
+namespace wording = SurveyWording;
+using Issues = std::vector<AnalysisReadinessIssue>;
+
+constexpr std::int64_t fewDegreesOfFreedom = 15;
+
+/// A total of y, or a ratio of the totals of y and x.
+struct Sample {
+    WeightedEstimand estimand = WeightedEstimand::mean;
+    /// Rows that hold all values and a positive weight, of every group.
+    std::vector<std::size_t> activeRows;
+    /// Those of the group, with an entry of `y` and `x` each.
+    std::vector<std::size_t> rows;
+    std::vector<double> y;
+    std::vector<double> x;
+
+    bool isTotal() const { return estimand == WeightedEstimand::total; }
+
+    double weightedSum(std::span<const double> weights, const std::vector<double>& values) const {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            sum += weights[rows[i]] * values[i];
+        }
+        return sum;
+    }
+    /// NaN where the denominator adds up to 0.
+    double estimate(std::span<const double> weights) const {
+        const double sum = weightedSum(weights, y);
+        if (isTotal()) {
+            return sum;
+        }
+        const double denominator = weightedSum(weights, x);
+        return denominator == 0.0 ? std::nan("") : sum / denominator;
+    }
+};
+
+bool isUsable(std::optional<double> value) {
+    return value && std::isfinite(*value);
+}
+
+Sample sampleOf(WeightedEstimand estimand,
+                const NumericColumn& y,
+                const NumericColumn* x,
+                const SurveyDesign& design) {
+    Sample sample{.estimand = estimand, .activeRows = {}, .rows = {}, .y = {}, .x = {}};
+    for (std::size_t row = 0; row < y.size(); ++row) {
+        if (isUsable(y[row]) && (!x || isUsable((*x)[row])) && design.weights[row] > 0.0) {
+            sample.activeRows.push_back(row);
+            sample.y.push_back(*y[row]);
+            sample.x.push_back(x ? *(*x)[row] : 1.0);
+        }
+    }
+    sample.rows = sample.activeRows;
+    return sample;
+}
+
+/// The sample with only those of its rows that belong to a group.
+Sample restricted(const Sample& whole, const std::vector<bool>& belongs) {
+    Sample part{
+        .estimand = whole.estimand, .activeRows = whole.activeRows, .rows = {}, .y = {}, .x = {}};
+    for (std::size_t i = 0; i < whole.rows.size(); ++i) {
+        if (belongs[whole.rows[i]]) {
+            part.rows.push_back(whole.rows[i]);
+            part.y.push_back(whole.y[i]);
+            part.x.push_back(whole.x[i]);
+        }
+    }
+    return part;
+}
+
+/// One per row of the sample: how much it adds to the estimate's deviation.
+std::vector<double> linearizedScores(const Sample& sample,
+                                     std::span<const double> weights,
+                                     double estimate) {
+    std::vector<double> scores(sample.rows.size());
+    const double denominator = sample.isTotal() ? 1.0 : sample.weightedSum(weights, sample.x);
+    for (std::size_t i = 0; i < scores.size(); ++i) {
+        const double part = sample.isTotal() ? sample.y[i] : sample.y[i] - estimate * sample.x[i];
+        scores[i] = weights[sample.rows[i]] * part / denominator;
+    }
+    return scores;
+}
+
+double linearizedVariance(const Sample& sample,
+                          const std::vector<double>& scores,
+                          const SurveyDesign& design) {
+    std::vector<double> ofRow(design.weights.size(), 0.0);
+    for (std::size_t i = 0; i < scores.size(); ++i) {
+        ofRow[sample.rows[i]] = scores[i];
+    }
+    return linearizedTotalVariance(ofRow, design, sample.activeRows);
+}
+
+/// NaN where no replicate gives an estimate.
+double replicateVariance(const Sample& sample,
+                         const ReplicateWeights& replicates,
+                         double estimate) {
+    std::vector<double> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(),
+                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
+    double count = 0.0;
+    double sum = 0.0;
+    double scaledSum = 0.0;
+    for (std::size_t r = 0; r < estimates.size(); ++r) {
+        if (std::isnan(estimates[r])) {
+            continue;
+        }
+        const double deviation = estimates[r] - estimate;
+        count += 1.0;
+        sum += deviation * deviation;
+        scaledSum += replicates.replicateScale
+                         ? (*replicates.replicateScale)[r] * deviation * deviation
+                         : 0.0;
+    }
+    if (count == 0.0) {
+        return std::nan("");
+    }
+    if (replicates.replicateScale) {
+        return scaledSum;
+    }
+    switch (replicates.type) {
+        case ReplicateType::jackknife:
+            return (count - 1.0) / count * sum;
+        case ReplicateType::fayBRR:
+            return sum / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
+        case ReplicateType::balancedRepeatedReplication:
+            break;
+    }
+    return sum / count;
+}
+
+/// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
+double simpleRandomVariance(const std::vector<double>& scores) {
+    const auto n = static_cast<double>(scores.size());
+    double mean = 0.0;
+    for (const double score : scores) {
+        mean += score / n;
+    }
+    double squares = 0.0;
+    for (const double score : scores) {
+        squares += (score - mean) * (score - mean);
+    }
+    return n / (n - 1.0) * squares;
+}
+
+DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
+    if (design.replicateWeights) {
+        return DesignVarianceMethod::replicateWeights;
+    }
+    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
+                                            : DesignVarianceMethod::naiveWeighted;
+}
+
+AnalysisReadiness readiness(const WeightedEstimate& estimate, Issues issues) {
+    return AnalysisReadiness::of(std::string(wording::minimumRequired), estimate.totalN,
+                                 estimate.validN, std::move(issues));
+}
+
+void block(WeightedEstimate& result, std::string message) {
+    result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
+}
+
+/// The estimate as it stands before anything is computed, blocked where the design or a column is
+/// not sound.
+WeightedEstimate start(WeightedEstimand estimand,
+                       const SurveyDesign& design,
+                       std::initializer_list<std::size_t> lengths,
+                       std::optional<std::string> variableName) {
+    WeightedEstimate result{.variableName = std::move(variableName),
+                            .estimand = estimand,
+                            .confidenceLevel = design.confidenceLevel,
+                            .varianceMethod = varianceMethod(design),
+                            .totalN = design.observationCount()};
+    Issues issues;
+    for (std::string& error : design.structuralErrors()) {
+        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
+    }
+    for (const std::size_t length : lengths) {
+        if (length != design.weights.size()) {
+            issues.push_back(
+                AnalysisReadinessIssue::blocked(wording::otherLength(length, result.totalN)));
+        }
+    }
+    result.readiness = readiness(result, std::move(issues));
+    return result;
+}
+
+bool isBlocked(const WeightedEstimate& estimate) {
+    return estimate.readiness.status == AnalysisReadinessStatus::blocked;
+}
+
+void fillInterval(WeightedEstimate& result, double variance) {
+    result.standardError = variance > 0.0 ? std::sqrt(variance) : 0.0;
+    const double critical = MathDistributions::studentTCritical(
+        1.0 - result.confidenceLevel, static_cast<double>(result.designDegreesOfFreedom));
+    const double margin = std::isfinite(critical) ? critical * result.standardError : std::nan("");
+    result.confidenceIntervalLower = result.estimate - margin;
+    result.confidenceIntervalUpper = result.estimate + margin;
+}
+
+void fillWeights(WeightedEstimate& result, const Sample& sample, const SurveyDesign& design) {
+    double squares = 0.0;
+    for (const std::size_t row : sample.rows) {
+        result.sumOfWeights += design.weights[row];
+        squares += design.weights[row] * design.weights[row];
+    }
+    result.validN = static_cast<std::int64_t>(sample.rows.size());
+    if (squares > 0.0) {
+        result.effectiveSampleSize = result.sumOfWeights * result.sumOfWeights / squares;
+    }
+}
+
+void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDesign& design) {
+    fillWeights(result, sample, design);
+    if (result.validN < 2) {
+        block(result, wording::tooFewRows(result.validN));
+        return;
+    }
+    const double estimate = sample.estimate(design.weights);
+    if (std::isnan(estimate)) {
+        block(result, wording::noWeight());
+        return;
+    }
+    const std::vector<double> scores = linearizedScores(sample, design.weights, estimate);
+    const double variance = design.replicateWeights
+                                ? replicateVariance(sample, *design.replicateWeights, estimate)
+                                : linearizedVariance(sample, scores, design);
+    if (std::isnan(variance)) {
+        block(result, wording::noUsableReplicate());
+        return;
+    }
+    result.estimate = estimate;
+    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    fillInterval(result, variance);
+    const double simple = simpleRandomVariance(scores);
+    if (simple > 0.0) {
+        result.designEffect = variance / simple;
+    }
+    Issues issues = design.readinessIssues();
+    if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
+    }
+    result.readiness = readiness(result, std::move(issues));
+}
+
+/// Blocks a proportion of values other than 0 and 1.
+void checkProportion(WeightedEstimate& result, const Sample& sample) {
+    const auto others =
+        std::ranges::count_if(sample.y, [](double value) { return value != 0.0 && value != 1.0; });
+    if (result.estimand == WeightedEstimand::proportion && others > 0) {
+        result.validN = static_cast<std::int64_t>(sample.rows.size());
+        block(result, wording::notZeroOrOne(others));
+    }
+}
+
+WeightedEstimate estimateOf(WeightedEstimand estimand,
+                            const NumericColumn& values,
+                            const SurveyDesign& design,
+                            std::optional<std::string> variableName) {
+    WeightedEstimate result = start(estimand, design, {values.size()}, std::move(variableName));
+    if (isBlocked(result)) {
+        return result;
+    }
+    const Sample sample = sampleOf(estimand, values, nullptr, design);
+    checkProportion(result, sample);
+    if (!isBlocked(result)) {
+        fillEstimate(result, sample, design);
+    }
+    return result;
+}
+
+/// The distinct labels in their order, each with what `restricted` asks for.
+std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextColumn& groups) {
+    std::set<std::string, std::less<>> distinct;
+    for (std::size_t code = 0; code < groups.levelCount(); ++code) {
+        if (!MissingValue::isMissing(groups.level(code))) {
+            distinct.emplace(groups.level(code));
+        }
+    }
+    const std::vector<std::string> labels(distinct.begin(), distinct.end());
+    std::vector<std::pair<std::string, std::vector<bool>>> result;
+    for (const std::size_t index : LabelOrder::caseInsensitive(labels)) {
+        std::vector<bool> belongs(groups.size());
+        for (std::size_t row = 0; row < belongs.size(); ++row) {
+            belongs[row] = groups[row] == labels[index];
+        }
+        result.emplace_back(labels[index], std::move(belongs));
+    }
+    return result;
+}
+
+}  // namespace
+
+WeightedEstimate mean(const NumericColumn& values,
+                      const SurveyDesign& design,
+                      std::optional<std::string> variableName) {
+    return estimateOf(WeightedEstimand::mean, values, design, std::move(variableName));
+}
+
+WeightedEstimate total(const NumericColumn& values,
+                       const SurveyDesign& design,
+                       std::optional<std::string> variableName) {
+    return estimateOf(WeightedEstimand::total, values, design, std::move(variableName));
+}
+
+WeightedEstimate proportion(const NumericColumn& values,
+                            const SurveyDesign& design,
+                            std::optional<std::string> variableName) {
+    return estimateOf(WeightedEstimand::proportion, values, design, std::move(variableName));
+}
+
+WeightedEstimate ratio(const NumericColumn& numerator,
+                       const NumericColumn& denominator,
+                       const SurveyDesign& design,
+                       std::optional<std::string> variableName) {
+    WeightedEstimate result =
+        start(WeightedEstimand::ratio, design, {numerator.size(), denominator.size()},
+              std::move(variableName));
+    if (!isBlocked(result)) {
+        fillEstimate(result, sampleOf(WeightedEstimand::ratio, numerator, &denominator, design),
+                     design);
+    }
+    return result;
+}
+
+std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
+                                    const NumericColumn& values,
+                                    const TextColumn& groups,
+                                    const SurveyDesign& design,
+                                    const std::optional<std::string>& variableName) {
+    const WeightedEstimate first =
+        start(estimand, design, {values.size(), groups.size()}, variableName);
+    std::vector<DomainEstimate> result;
+    if (isBlocked(first)) {
+        return {{.group = {}, .estimate = first}};
+    }
+    const Sample whole = sampleOf(estimand, values, nullptr, design);
+    for (auto& [label, belongs] : rowsByLabel(groups)) {
+        const Sample part = restricted(whole, belongs);
+        WeightedEstimate estimate = first;
+        checkProportion(estimate, part);
+        if (!isBlocked(estimate)) {
+            fillEstimate(estimate, part, design);
+        }
+        result.push_back({.group = label, .estimate = std::move(estimate)});
+    }
+    return result;
+}
+
+double linearizedTotalVariance(std::span<const double> scores,
+                               const SurveyDesign& design,
+                               std::span<const std::size_t> activeRows) {
+    return SurveyVariance::scoreCovariance(scores, design, 1, activeRows).front();
+}
+
+}  // namespace sorvane::WeightedEstimators
