@@ -38,6 +38,7 @@ std::vector<Procedure> generalizedRegressionProcedures();
 std::vector<Procedure> dataReductionProcedures();
 std::vector<Procedure> latentClassProcedures();
 std::vector<Procedure> survivalProcedures();
+std::vector<Procedure> multilevelProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 

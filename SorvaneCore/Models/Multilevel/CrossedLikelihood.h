@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "SorvaneCore/Models/Multilevel/MultilevelProfile.h"
+
+namespace sorvane {
+
+/// How often the levels of two factors meet, by level of the first.
+struct LevelMeetings {
+    struct Meeting {
+        std::uint32_t level = 0;
+        double rows = 0.0;
+    };
+    /// Those of level i from starts[i] to starts[i + 1], by level of the second factor.
+    std::vector<std::size_t> starts{};
+    std::vector<Meeting> meetings{};
+
+    static LevelMeetings of(const ClusterCodes& first, const ClusterCodes& second);
+};
+
+/// The profiled likelihood of two crossed factors in their relative intercept variances.
+///
+/// The larger factor is eliminated, which is exact and cheap because its part of V is diagonal in
+/// its levels; a matrix of the order of the smaller one is left to be factored. Nested factors leave
+/// it diagonal.
+class CrossedLikelihood {
+public:
+    /// The design must outlive this.
+    CrossedLikelihood(const ScaledDesign& design,
+                      const MultilevelRows& rows,
+                      MultilevelCriterion criterion);
+
+    /// Input      negative variances count as 0
+    /// Failure    as `profileOf` -> absent
+    /// Cost       O(b^3 / 3 + meetings * rows per level), b the levels of the smaller factor
+    std::optional<MultilevelProfile> at(double lambdaA, double lambdaB) const;
+
+private:
+    struct Reduced;
+
+    Reduced eliminated(double lambda) const;
+
+    const ScaledDesign& design_;
+    MultilevelCriterion criterion_;
+    bool firstIsLarger_ = true;
+    /// Rows of each level.
+    std::vector<double> largerSizes_;
+    std::vector<double> smallerSizes_;
+    LevelMeetings meetings_;
+    /// Means of the columns in each level of the larger factor, times the root of its rows.
+    std::vector<double> largerProjections_;
+    /// Sums of the columns in each level of the smaller one.
+    std::vector<double> smallerSums_;
+    /// Products of what the larger factor leaves of the columns.
+    std::vector<double> within_;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,111 @@
+#include <functional>
+#include <utility>
+
+#include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
+#include "SorvaneMac/Headless/ProcedureTable.h"
+
+namespace sorvane {
+
+namespace {
+
+using Texts = std::shared_ptr<const TextColumn>;
+
+/// A column of texts that groups rows, with what it is called in the result.
+struct LabelledClusters {
+    Texts column{};
+    std::string label{};
+};
+
+/// Such a column and its label, which may be given under either of two names and is otherwise the
+/// column's own.
+struct Clusters {
+    std::string name;
+    std::string labelName;
+    std::string otherLabelName{};
+    bool isOptional = false;
+
+    LabelledClusters read(const CallArguments& call) const {
+        if (isOptional && !call.isGiven(name)) {
+            return {.label = call.setting<std::string>(labelName, "")};
+        }
+        const bool isOther = !otherLabelName.empty() && call.isGiven(otherLabelName);
+        return {.column = call.codedColumn(name),
+                .label = call.columnName(isOther ? otherLabelName : labelName, name)};
+    }
+    std::vector<ListedArgument> listed() const {
+        std::vector<ListedArgument> result = {{name, "column of texts"}, {labelName, "text", ""}};
+        if (isOptional) {
+            result.front().fallback = "";
+        }
+        if (!otherLabelName.empty()) {
+            result.push_back({otherLabelName, "text, in place of " + labelName, ""});
+        }
+        return result;
+    }
+};
+
+/// The outcome, the predictors with their names and the level of the bounds: what all fits take.
+struct FixedPart {
+    arguments::Column outcome{"outcome"};
+    arguments::Columns predictors{"fixedPredictors", "fixedNames"};
+    arguments::Names names{"fixedNames", "fixedPredictors"};
+    arguments::Setting<double> level{"confidenceLevel", MultilevelOptions{}.confidenceLevel};
+
+    std::pair<MultilevelData, MultilevelOptions> read(const CallArguments& call) const {
+        return {{.outcome = outcome.read(call), .fixedPredictors = predictors.read(call)},
+                {.fixedNames = names.read(call), .confidenceLevel = level.read(call)}};
+    }
+    std::vector<ListedArgument> listed() const {
+        return listedOf(outcome, predictors, names, level);
+    }
+};
+
+using Inputs = std::pair<MultilevelData, MultilevelOptions>;
+
+void setClusters(Inputs& inputs, LabelledClusters first, LabelledClusters second = {}) {
+    inputs.first.cluster = std::move(first.column);
+    inputs.first.cluster2 = std::move(second.column);
+    inputs.second.clusterLabel = std::move(first.label);
+    inputs.second.cluster2Label = std::move(second.label);
+}
+
+Procedure linearFit() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const MultilevelOptions start;
+    return procedure(
+        "MultilevelModel.fit",
+        [](Inputs inputs, LabelledClusters first, LabelledClusters second,
+           MultilevelEstimator estimator, std::optional<std::string> slope, bool correlated,
+           MultilevelDFMethod dfMethod) {
+            setClusters(inputs, std::move(first), std::move(second));
+            inputs.second.estimator = estimator;
+            inputs.second.randomSlopeName = std::move(slope);
+            inputs.second.correlateRandomEffects = correlated;
+            inputs.second.dfMethod = dfMethod;
+            return MultilevelModel::fit(inputs.first, inputs.second);
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"},
+        Clusters{.name = "cluster2", .labelName = "cluster2Label", .isOptional = true},
+        Setting<MultilevelEstimator>{"estimator", start.estimator},
+        Setting<std::optional<std::string>>{"randomSlopeName"},
+        Setting<bool>{"correlateRandomEffects", start.correlateRandomEffects},
+        Setting<MultilevelDFMethod>{"dfMethod", start.dfMethod});
+}
+
+}  // namespace
+
+std::vector<Procedure> multilevelProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return {
+        linearFit(),
+        procedure(
+            "MultilevelModel.lagWithinCluster",
+            [](const NumericColumn& outcome, const Texts& cluster, const NumericColumn& time) {
+                return MultilevelInputs::lagWithinCluster(outcome, *cluster, time);
+            },
+            Column{"outcome"}, Categories{"cluster"}, Column{"time"}),
+    };
+}
+
+}  // namespace sorvane
