@@ -1,6 +1,7 @@
 #include <functional>
 #include <utility>
 
+#include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
@@ -10,6 +11,8 @@ namespace sorvane {
 namespace {
 
 using Texts = std::shared_ptr<const TextColumn>;
+using Fit = std::optional<MultilevelResult> (*)(const MultilevelData& data,
+                                                const MultilevelOptions& options);
 
 /// A column of texts that groups rows, with what it is called in the result.
 struct LabelledClusters {
@@ -93,10 +96,51 @@ Procedure linearFit() {
         Setting<MultilevelDFMethod>{"dfMethod", start.dfMethod});
 }
 
+Procedure interceptFit(const std::string& name, Fit fit) {
+    return procedure(
+        "MultilevelGLMM." + name,
+        [fit](Inputs inputs, LabelledClusters clusters) {
+            setClusters(inputs, std::move(clusters));
+            return fit(inputs.first, inputs.second);
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"});
+}
+
+Procedure slopeFit(const std::string& name, Fit fit) {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return procedure(
+        "MultilevelGLMM." + name,
+        [fit](Inputs inputs, LabelledClusters clusters, std::string slope, bool correlated) {
+            setClusters(inputs, std::move(clusters));
+            inputs.second.randomSlopeName = std::move(slope);
+            inputs.second.correlateRandomEffects = correlated;
+            return fit(inputs.first, inputs.second);
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"}, Value<std::string>{"randomSlopeName"},
+        Setting<bool>{"correlateRandomEffects", MultilevelOptions{}.correlateRandomEffects});
+}
+
+Procedure twoFactorFit(const std::string& name,
+                       Fit fit,
+                       const Clusters& first,
+                       const Clusters& second) {
+    return procedure(
+        "MultilevelGLMM." + name,
+        [fit](Inputs inputs, LabelledClusters a, LabelledClusters b) {
+            setClusters(inputs, std::move(a), std::move(b));
+            return fit(inputs.first, inputs.second);
+        },
+        FixedPart{}, first, second);
+}
+
 }  // namespace
 
 std::vector<Procedure> multilevelProcedures() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
+    const Clusters a{"clusterA", "clusterALabel", "labelA"};
+    const Clusters b{"clusterB", "clusterBLabel", "labelB"};
+    const Clusters outer{"outerCluster", "outerClusterLabel", "outerLabel"};
+    const Clusters inner{"innerCluster", "innerClusterLabel", "innerLabel"};
     return {
         linearFit(),
         procedure(
@@ -105,6 +149,14 @@ std::vector<Procedure> multilevelProcedures() {
                 return MultilevelInputs::lagWithinCluster(outcome, *cluster, time);
             },
             Column{"outcome"}, Categories{"cluster"}, Column{"time"}),
+        interceptFit("fitLogisticRI", MultilevelGLMM::fitLogisticRI),
+        interceptFit("fitPoissonRI", MultilevelGLMM::fitPoissonRI),
+        slopeFit("fitLogisticRS", MultilevelGLMM::fitLogisticRS),
+        slopeFit("fitPoissonRS", MultilevelGLMM::fitPoissonRS),
+        twoFactorFit("fitLogisticCrossed", MultilevelGLMM::fitLogisticCrossed, a, b),
+        twoFactorFit("fitPoissonCrossed", MultilevelGLMM::fitPoissonCrossed, a, b),
+        twoFactorFit("fitLogisticThreeLevel", MultilevelGLMM::fitLogisticThreeLevel, outer, inner),
+        twoFactorFit("fitPoissonThreeLevel", MultilevelGLMM::fitPoissonThreeLevel, outer, inner),
     };
 }
 

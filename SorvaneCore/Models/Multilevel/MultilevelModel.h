@@ -50,12 +50,12 @@ namespace MultilevelModel {
 ///            al. (2017), lmerTest; Kenward and Roger (1997); Halekoh and Hojsgaard (2014)
 std::optional<MultilevelResult> fit(const MultilevelData& data, const MultilevelOptions& options);
 
-/// The departures of the clusters under a model fitted to the same data, in order of first
-/// appearance; those of the first factor where two are crossed.
+/// The departures of nested clusters under a model fitted to the same data, in order of first
+/// appearance.
 ///
 /// Method     conditional means given the estimates; the errors hold the fixed effects for known
-/// Failure    a result that is blocked or does not belong to the data -> none
-/// Cost       as a few evaluations of the fit
+/// Failure    crossed factors, a result that is blocked or of another model -> none
+/// Cost       as an evaluation of the fit
 std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
                                                     const MultilevelOptions& options,
                                                     const MultilevelResult& result);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <string_view>
 #include <unordered_map>
 
@@ -81,6 +82,29 @@ std::vector<std::size_t> ClusterCodes::sizes() const {
     std::vector<std::size_t> result(count(), 0);
     for (const std::uint32_t code : codes) {
         ++result[code];
+    }
+    return result;
+}
+
+MultilevelRows MultilevelRows::sortedByCluster() const {
+    std::vector<std::uint32_t> order(count());
+    std::iota(order.begin(), order.end(), 0U);
+    std::ranges::stable_sort(order, {}, [this](std::uint32_t row) { return cluster.codes[row]; });
+    const auto arranged = [&order](const auto& values) {
+        auto result = values;
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            result[i] = values[order[i]];
+        }
+        return result;
+    };
+    MultilevelRows result = *this;
+    result.outcome = arranged(outcome);
+    for (std::vector<double>& predictor : result.predictors) {
+        predictor = arranged(predictor);
+    }
+    result.cluster.codes = arranged(cluster.codes);
+    if (cluster2.count() > 0) {
+        result.cluster2.codes = arranged(cluster2.codes);
     }
     return result;
 }

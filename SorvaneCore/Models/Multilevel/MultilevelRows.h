@@ -36,6 +36,9 @@ struct MultilevelRows {
     /// Fixed effects, the intercept among them.
     std::size_t fixedCount() const { return predictors.size() + 1; }
 
+    /// The rows with those of each cluster together, in row order within it.
+    MultilevelRows sortedByCluster() const;
+
     /// Failure    lengths or names that do not match, a slope that is no predictor, no more rows
     ///            than fixed effects -> absent
     /// Cost       O(rows * columns)

@@ -79,12 +79,16 @@ std::span<const double> ScaledDesign::weights(std::size_t j) const {
     return std::span(weights_).subspan(j * fixedCount_, fixedCount_);
 }
 
+std::vector<double> ScaledDesign::unscaled(std::span<const double> scaled) const {
+    return LinearAlgebra::multiply(weights_, fixedCount_, fixedCount_, scaled, 1);
+}
+
 std::vector<double> ScaledDesign::estimates(std::span<const double> scaled) const {
     std::vector<double> all(scaled.begin(), scaled.end());
     for (std::size_t j = 0; j < fixedCount_; ++j) {
         all[j] += offsets_[j];
     }
-    return LinearAlgebra::multiply(weights_, fixedCount_, fixedCount_, all, 1);
+    return unscaled(all);
 }
 
 std::vector<double> ScaledDesign::variances(std::span<const double> scaledCovariance) const {

@@ -26,7 +26,9 @@ public:
     /// How the estimates of the model come from those on this scale: row j, of one weight for each
     /// scaled effect.
     std::span<const double> weights(std::size_t j) const;
-    /// The estimates from scaled ones.
+    /// Scaled effects as effects of the model.
+    std::vector<double> unscaled(std::span<const double> scaled) const;
+    /// The estimates from scaled ones, with what was taken from the outcome.
     std::vector<double> estimates(std::span<const double> scaled) const;
     /// Their variances, from the covariances of the scaled ones.
     std::vector<double> variances(std::span<const double> scaledCovariance) const;
