@@ -27,6 +27,7 @@ struct Workload {
 // One function per file of this folder.
 std::vector<Workload> importWorkloads();
 std::vector<Workload> analysisWorkloads();
+std::vector<Workload> multilevelWorkloads();
 std::vector<Workload> editingWorkloads();
 std::vector<Workload> preparationWorkloads();
 std::vector<Workload> projectWorkloads();

@@ -148,8 +148,8 @@ void print(const Workload& workload, const Measured& measured, Layout layout) {
 std::vector<Workload> allWorkloads() {
     std::vector<Workload> all;
     for (const auto& some :
-         {importWorkloads, analysisWorkloads, editingWorkloads, preparationWorkloads,
-          projectWorkloads, reportWorkloads, windowWorkloads}) {
+         {importWorkloads, analysisWorkloads, multilevelWorkloads, editingWorkloads,
+          preparationWorkloads, projectWorkloads, reportWorkloads, windowWorkloads}) {
         std::ranges::move(some(), std::back_inserter(all));
     }
     return all;

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "SorvaneCore/Numerics/BlockedCholesky.h"
+#include "SorvaneCore/Models/Multilevel/LevelBlock.h"
 
 namespace sorvane {
 
@@ -18,7 +18,7 @@ struct CrossedLaplace::State {
     /// factor's block, which becomes the factor of what elimination leaves of it.
     std::vector<double> diagonal{};
     std::vector<double> mixed{};
-    std::vector<double> block{};
+    LevelBlock block;
     double logDeterminant = 0.0;
 };
 
@@ -31,15 +31,8 @@ CrossedLaplace::CrossedLaplace(const LinkedDesign& design, const MultilevelRows&
       meetingOfRow_(rows.count()),
       mode_(larger_.count() + smaller_.count(), 0.0) {
     for (std::size_t i = 0; i < rows.count(); ++i) {
-        const std::span<const LevelMeetings::Meeting> own =
-            std::span(meetings_.meetings)
-                .subspan(
-                    meetings_.starts[larger_.codes[i]],
-                    meetings_.starts[larger_.codes[i] + 1] - meetings_.starts[larger_.codes[i]]);
-        const auto found =
-            std::ranges::lower_bound(own, smaller_.codes[i], {}, &LevelMeetings::Meeting::level);
-        meetingOfRow_[i] = static_cast<std::uint32_t>(
-            meetings_.starts[larger_.codes[i]] + static_cast<std::size_t>(found - own.begin()));
+        meetingOfRow_[i] =
+            static_cast<std::uint32_t>(meetings_.find(larger_.codes[i], smaller_.codes[i]));
     }
 }
 
@@ -48,17 +41,16 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
                                          Spread spread) const {
     const std::size_t a = larger_.count();
     const std::size_t b = smaller_.count();
-    State state{.u = u};
+    State state{.u = u, .block = LevelBlock(b, meetings_.isNested())};
     state.gradient.resize(a + b);
     state.diagonal.assign(a, 1.0);
     state.mixed.assign(meetings_.meetings.size(), 0.0);
-    state.block.assign(b * b, 0.0);
     for (std::size_t level = 0; level < a + b; ++level) {
         state.value -= 0.5 * u[level] * u[level];
         state.gradient[level] = -u[level];
     }
     for (std::size_t level = 0; level < b; ++level) {
-        state.block[level * b + level] = 1.0;
+        state.block(level, level) = 1.0;
     }
     for (std::size_t i = 0; i < predictor.size(); ++i) {
         const std::size_t first = larger_.codes[i];
@@ -72,14 +64,13 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
         state.gradient[a + second] += spread.smaller * (outcome - mass.mean);
         state.diagonal[first] += spread.larger * spread.larger * mass.weight;
         state.mixed[meetingOfRow_[i]] += spread.larger * spread.smaller * mass.weight;
-        state.block[second * b + second] += spread.smaller * spread.smaller * mass.weight;
+        state.block(second, second) += spread.smaller * spread.smaller * mass.weight;
     }
     return state;
 }
 
 bool CrossedLaplace::solve(State& state) const {
     const std::size_t a = larger_.count();
-    const std::size_t b = smaller_.count();
     double* smallerStep = &state.gradient[a];
     for (std::size_t level = 0; level < a; ++level) {
         state.logDeterminant += std::log(state.diagonal[level]);
@@ -89,19 +80,17 @@ bool CrossedLaplace::solve(State& state) const {
             const double share = state.mixed[s] / state.diagonal[level];
             smallerStep[second] -= share * state.gradient[level];
             for (std::size_t t = first; t <= s; ++t) {
-                state.block[second * b + meetings_.meetings[t].level] -= share * state.mixed[t];
+                state.block(second, meetings_.meetings[t].level) -= share * state.mixed[t];
             }
         }
     }
-    if (!BlockedCholesky::factor(state.block, b)) {
+    if (!state.block.factor()) {
         return false;
     }
     const std::span<double> solved = std::span(state.gradient).subspan(a);
-    BlockedCholesky::solveLower(state.block, b, solved, 1);
-    BlockedCholesky::solveLowerTransposed(state.block, b, solved, 1);
-    for (std::size_t level = 0; level < b; ++level) {
-        state.logDeterminant += 2.0 * std::log(state.block[level * b + level]);
-    }
+    state.block.solveLower(solved, 1);
+    state.block.solveLowerTransposed(solved, 1);
+    state.logDeterminant += state.block.logDeterminant();
     for (std::size_t level = 0; level < a; ++level) {
         for (std::size_t s = meetings_.starts[level]; s < meetings_.starts[level + 1]; ++s) {
             state.gradient[level] -= state.mixed[s] * smallerStep[meetings_.meetings[s].level];

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
+#include "SorvaneCore/Models/Multilevel/LevelMeetings.h"
 #include "SorvaneCore/Models/Multilevel/LinkedDesign.h"
 
 namespace sorvane {

@@ -1,10 +1,9 @@
 #include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "SorvaneCore/Numerics/BlockedCholesky.h"
+#include "SorvaneCore/Models/Multilevel/LevelBlock.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 
 namespace sorvane {
@@ -32,34 +31,12 @@ std::vector<double> levelSums(std::span<const double> columns,
 
 }  // namespace
 
-LevelMeetings LevelMeetings::of(const ClusterCodes& first, const ClusterCodes& second) {
-    std::vector<std::uint64_t> pairs(first.codes.size());
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        pairs[i] = (static_cast<std::uint64_t>(first.codes[i]) << 32U) | second.codes[i];
-    }
-    std::ranges::sort(pairs);
-    LevelMeetings result;
-    result.starts.assign(first.count() + 1, 0);
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        if (i > 0 && pairs[i] == pairs[i - 1]) {
-            result.meetings.back().rows += 1.0;
-            continue;
-        }
-        result.meetings.push_back({.level = static_cast<std::uint32_t>(pairs[i]), .rows = 1.0});
-        ++result.starts[(pairs[i] >> 32U) + 1];
-    }
-    for (std::size_t level = 0; level < first.count(); ++level) {
-        result.starts[level + 1] += result.starts[level];
-    }
-    return result;
-}
-
 /// What the elimination of the larger factor leaves.
 struct CrossedLikelihood::Reduced {
     /// Under the inverse of the larger factor's V: the products of the columns, of the smaller
     /// factor's indicators, and of both.
     std::vector<double> products{};
-    std::vector<double> indicators{};
+    LevelBlock indicators;
     std::vector<double> mixed{};
     double logDeterminant = 0.0;
 };
@@ -95,10 +72,11 @@ CrossedLikelihood::CrossedLikelihood(const ScaledDesign& design,
 CrossedLikelihood::Reduced CrossedLikelihood::eliminated(double lambda) const {
     const std::size_t width = design_.width();
     const std::size_t m = smallerSizes_.size();
-    Reduced result{.products = within_, .mixed = smallerSums_};
-    result.indicators.assign(m * m, 0.0);
+    Reduced result{.products = within_,
+                   .indicators = LevelBlock(m, meetings_.isNested()),
+                   .mixed = smallerSums_};
     for (std::size_t level = 0; level < m; ++level) {
-        result.indicators[level * m + level] = smallerSizes_[level];
+        result.indicators(level, level) = smallerSizes_[level];
     }
     for (std::size_t a = 0; a < largerSizes_.size(); ++a) {
         const double shrunk = 1.0 + lambda * largerSizes_[a];
@@ -117,10 +95,10 @@ CrossedLikelihood::Reduced CrossedLikelihood::eliminated(double lambda) const {
                 result.mixed[meeting.level * width + j] +=
                     mixedWeight * meeting.rows * projection[j];
             }
-            double* row = &result.indicators[meeting.level * m];
             const double weight = indicatorWeight * meeting.rows;
             for (std::size_t t = meetings_.starts[a]; t <= s; ++t) {
-                row[meetings_.meetings[t].level] -= weight * meetings_.meetings[t].rows;
+                result.indicators(meeting.level, meetings_.meetings[t].level) -=
+                    weight * meetings_.meetings[t].rows;
             }
         }
     }
@@ -136,20 +114,14 @@ std::optional<MultilevelProfile> CrossedLikelihood::at(double lambdaA, double la
     const double larger = held(firstIsLarger_ ? lambdaA : lambdaB);
     const double smaller = held(firstIsLarger_ ? lambdaB : lambdaA);
     const std::size_t width = design_.width();
-    const std::size_t m = smallerSizes_.size();
     Reduced reduced = eliminated(larger);
-    for (std::size_t i = 0; i < m; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) {
-            reduced.indicators[i * m + j] *= smaller;
-        }
-        reduced.indicators[i * m + i] += 1.0;
-    }
-    if (!BlockedCholesky::factor(reduced.indicators, m)) {
+    reduced.indicators.scaleAndAddIdentity(smaller);
+    if (!reduced.indicators.factor()) {
         return std::nullopt;
     }
-    BlockedCholesky::solveLower(reduced.indicators, m, reduced.mixed, width);
-    for (std::size_t level = 0; level < m; ++level) {
-        reduced.logDeterminant += 2.0 * std::log(reduced.indicators[level * m + level]);
+    reduced.indicators.solveLower(reduced.mixed, width);
+    reduced.logDeterminant += reduced.indicators.logDeterminant();
+    for (std::size_t level = 0; level < smallerSizes_.size(); ++level) {
         const double* row = &reduced.mixed[level * width];
         for (std::size_t i = 0; i < width; ++i) {
             for (std::size_t j = i; j < width; ++j) {

@@ -1,26 +1,12 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "SorvaneCore/Models/Multilevel/LevelMeetings.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelProfile.h"
 
 namespace sorvane {
-
-/// How often the levels of two factors meet, by level of the first.
-struct LevelMeetings {
-    struct Meeting {
-        std::uint32_t level = 0;
-        double rows = 0.0;
-    };
-    /// Those of level i from starts[i] to starts[i + 1], by level of the second factor.
-    std::vector<std::size_t> starts{};
-    std::vector<Meeting> meetings{};
-
-    static LevelMeetings of(const ClusterCodes& first, const ClusterCodes& second);
-};
 
 /// The profiled likelihood of two crossed factors in their relative intercept variances.
 ///

@@ -12,6 +12,7 @@
 #include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
 #include "SorvaneCore/Models/Multilevel/LinkedDesign.h"
 #include "SorvaneCore/Models/Multilevel/LinkedMaximizer.h"
+#include "SorvaneCore/Models/Multilevel/LinkedTask.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
@@ -23,97 +24,6 @@ namespace {
 
 using LinkedMaximizer::Fit;
 using LinkedMaximizer::LogLikelihood;
-
-enum class Structure { intercept, slope, twoFactors };
-
-/// Levels of two factors together.
-constexpr std::size_t mostLevels = 4000;
-/// From this many clusters on nothing is said about their number.
-constexpr std::int64_t enoughClusters = 10;
-
-std::string minimumOf(LinkedFamily family, Structure structure) {
-    const bool isLogistic = family == LinkedFamily::logistic;
-    switch (structure) {
-        case Structure::intercept:
-            return isLogistic ? MultilevelWording::shareMinimum()
-                              : MultilevelWording::countMinimum();
-        case Structure::slope:
-            return isLogistic ? MultilevelWording::shareSlopeMinimum()
-                              : MultilevelWording::countSlopeMinimum();
-        case Structure::twoFactors:
-            return MultilevelWording::factorsMinimum();
-    }
-    return {};
-}
-
-/// One request: what is modelled, and the rows for it.
-struct Task {
-    LinkedFamily family;
-    Structure structure;
-    const MultilevelOptions& options;
-    std::size_t totalRows = 0;
-    /// Cluster by cluster.
-    MultilevelRows rows{};
-};
-
-bool isCoded(double outcome, LinkedFamily family) {
-    return family == LinkedFamily::logistic ? outcome == 0.0 || outcome == 1.0
-                                            : outcome >= 0.0 && outcome == std::floor(outcome);
-}
-
-MultilevelResult started(const Task& task) {
-    const MultilevelRows& rows = task.rows;
-    MultilevelResult result{.logLikelihood = std::numeric_limits<double>::quiet_NaN(),
-                            .estimator = MultilevelEstimator::ml,
-                            .n = static_cast<std::int64_t>(rows.count()),
-                            .nClusters = static_cast<std::int64_t>(rows.cluster.count()),
-                            .predictorCount = static_cast<std::int64_t>(rows.predictors.size())};
-    if (task.structure == Structure::twoFactors) {
-        result.nClustersSecondary = static_cast<std::int64_t>(rows.cluster2.count());
-    }
-    if (task.structure == Structure::slope) {
-        result.randomSlopeName = task.options.randomSlopeName;
-    }
-    return result;
-}
-
-void setReadiness(MultilevelResult& result,
-                  const Task& task,
-                  std::vector<AnalysisReadinessIssue> issues) {
-    result.readiness = AnalysisReadiness::of(minimumOf(task.family, task.structure),
-                                             static_cast<std::int64_t>(task.totalRows), result.n,
-                                             std::move(issues), result.nClusters);
-}
-
-/// Why there can be no fit; empty where there may be one.
-std::string obstacle(const Task& task) {
-    const MultilevelRows& rows = task.rows;
-    if (task.structure == Structure::twoFactors) {
-        if (std::min(rows.cluster.count(), rows.cluster2.count()) < 2) {
-            return MultilevelWording::needsTwoLevels();
-        }
-        if (rows.cluster.count() + rows.cluster2.count() > mostLevels) {
-            return MultilevelWording::tooManyLevels();
-        }
-    } else if (rows.cluster.count() < 2) {
-        return MultilevelWording::needsTwoClusters();
-    }
-    const auto [least, most] = std::ranges::minmax(rows.outcome);
-    if (least < most) {
-        return {};
-    }
-    if (task.family == LinkedFamily::logistic) {
-        return MultilevelWording::allOneShare();
-    }
-    return most == 0.0 ? MultilevelWording::noEvents() : MultilevelWording::noCountVariation();
-}
-
-MultilevelResult blocked(const Task& task, std::string why) {
-    MultilevelResult result = started(task);
-    result.fixedEffects = FixedEffectTable::blank(task.options.fixedNames);
-    setReadiness(result, task, {AnalysisReadinessIssue::blocked(std::move(why))});
-    return result;
-}
 
 /// How the variance parameters of a search are read: coordinates of about a standard error each.
 struct SpreadScale {
@@ -152,49 +62,12 @@ std::vector<std::vector<double>> startsAt(std::size_t fixed,
     return starts;
 }
 
-bool isSeparated(const std::vector<MultilevelFixedEffect>& effects) {
-    constexpr double extremeEstimate = 8.0;
-    constexpr double extremeError = 20.0;
-    return std::ranges::any_of(effects, [](const MultilevelFixedEffect& effect) {
-        return std::abs(effect.estimate) > extremeEstimate || effect.standardError > extremeError ||
-               !std::isfinite(effect.standardError);
-    });
-}
-
-std::vector<AnalysisReadinessIssue> issuesOf(const Task& task, const MultilevelResult& result) {
-    std::vector<AnalysisReadinessIssue> issues;
-    const auto caution = [&issues](std::string message) {
-        issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
-    };
-    if (!result.converged) {
-        caution(task.structure == Structure::intercept ? MultilevelWording::optimizerSignal()
-                                                       : MultilevelWording::laplaceSignal());
-    }
-    const std::int64_t fewest =
-        std::min(result.nClusters, result.nClustersSecondary.value_or(result.nClusters));
-    if (fewest < enoughClusters) {
-        caution(task.structure == Structure::intercept
-                    ? MultilevelWording::fewInterceptClusters(fewest)
-                : task.structure == Structure::slope ? MultilevelWording::fewSlopeClusters(fewest)
-                                                     : MultilevelWording::fewFactorLevels(fewest));
-    }
-    if (task.family == LinkedFamily::logistic && isSeparated(result.fixedEffects)) {
-        caution(MultilevelWording::separation());
-    }
-    if (task.structure == Structure::slope) {
-        caution(MultilevelWording::slopeUsesLaplace());
-    } else if (task.structure == Structure::twoFactors) {
-        caution(MultilevelWording::factorsUseLaplace());
-    }
-    return issues;
-}
-
 /// The result of a search whose variance components are still to be added.
-MultilevelResult searched(const Task& task,
+MultilevelResult searched(const LinkedTask& task,
                           const LinkedDesign& design,
                           const Fit& fit,
                           const LogLikelihood& logLikelihood) {
-    MultilevelResult result = started(task);
+    MultilevelResult result = task.started();
     const std::size_t p = design.fixedCount();
     const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, p, logLikelihood);
     const FixedEffectTable::Estimates estimates{
@@ -206,7 +79,7 @@ MultilevelResult searched(const Task& task,
     result.logLikelihood = fit.value;
     result.converged = fit.converged;
     result.iterations = fit.iterations;
-    setReadiness(result, task, issuesOf(task, result));
+    task.setReadiness(result);
     return result;
 }
 
@@ -215,7 +88,7 @@ void addComponent(MultilevelResult& result, std::string name, double sigma) {
         {.name = std::move(name), .variance = sigma * sigma, .standardDeviation = sigma});
 }
 
-MultilevelResult fitIntercept(const Task& task, const LinkedDesign& design) {
+MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     InterceptQuadrature quadrature(design, task.rows.cluster);
@@ -236,7 +109,7 @@ double rootMeanSquare(const std::vector<double>& values) {
     return sum > 0.0 ? std::sqrt(sum / static_cast<double>(values.size())) : 1.0;
 }
 
-MultilevelResult fitSlope(const Task& task, const LinkedDesign& design) {
+MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     const bool correlated = task.options.correlateRandomEffects;
@@ -270,7 +143,7 @@ MultilevelResult fitSlope(const Task& task, const LinkedDesign& design) {
     return result;
 }
 
-MultilevelResult fitTwoFactors(const Task& task, const LinkedDesign& design) {
+MultilevelResult fitTwoFactors(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scaleA(task.rows.cluster.count());
     const SpreadScale scaleB(task.rows.cluster2.count());
@@ -294,32 +167,29 @@ MultilevelResult fitTwoFactors(const Task& task, const LinkedDesign& design) {
 std::optional<MultilevelResult> fit(const MultilevelData& data,
                                     const MultilevelOptions& options,
                                     LinkedFamily family,
-                                    Structure structure) {
+                                    LinkedStructure structure) {
     const std::optional<MultilevelRows> rows = MultilevelRows::of(data, options);
-    const auto coded = [family](double outcome) {
-        return isCoded(outcome, family);
-    };
-    if (!rows || !std::ranges::all_of(rows->outcome, coded)) {
+    if (!rows || !LinkedTask::isCoded(*rows, family)) {
         return std::nullopt;
     }
-    const Task task{.family = family,
-                    .structure = structure,
-                    .options = options,
-                    .totalRows = data.outcome.size(),
-                    .rows = rows->sortedByCluster()};
-    if (std::string why = obstacle(task); !why.empty()) {
-        return blocked(task, std::move(why));
+    const LinkedTask task{.family = family,
+                          .structure = structure,
+                          .options = options,
+                          .totalRows = data.outcome.size(),
+                          .rows = rows->sortedByCluster()};
+    if (std::string why = task.obstacle(); !why.empty()) {
+        return task.blocked(std::move(why));
     }
     const std::optional<LinkedDesign> design = LinkedDesign::of(task.rows, family);
     if (!design) {
-        return blocked(task, MultilevelWording::notConverged());
+        return task.blocked(MultilevelWording::notConverged());
     }
     switch (structure) {
-        case Structure::intercept:
+        case LinkedStructure::intercept:
             return fitIntercept(task, *design);
-        case Structure::slope:
+        case LinkedStructure::slope:
             return fitSlope(task, *design);
-        case Structure::twoFactors:
+        case LinkedStructure::twoFactors:
             return fitTwoFactors(task, *design);
     }
     return std::nullopt;
@@ -330,7 +200,7 @@ std::optional<MultilevelResult> fitRI(MultilevelData data,
                                       LinkedFamily family) {
     data.cluster2.reset();
     options.randomSlopeName.reset();
-    return fit(data, options, family, Structure::intercept);
+    return fit(data, options, family, LinkedStructure::intercept);
 }
 
 std::optional<MultilevelResult> fitRS(MultilevelData data,
@@ -340,13 +210,13 @@ std::optional<MultilevelResult> fitRS(MultilevelData data,
         return std::nullopt;
     }
     data.cluster2.reset();
-    return fit(data, options, family, Structure::slope);
+    return fit(data, options, family, LinkedStructure::slope);
 }
 
 std::optional<MultilevelResult> fitCrossed(const MultilevelData& data,
                                            const MultilevelOptions& options,
                                            LinkedFamily family) {
-    return data.cluster2 ? fit(data, options, family, Structure::twoFactors) : std::nullopt;
+    return data.cluster2 ? fit(data, options, family, LinkedStructure::twoFactors) : std::nullopt;
 }
 
 std::optional<MultilevelResult> fitThreeLevel(MultilevelData data,
