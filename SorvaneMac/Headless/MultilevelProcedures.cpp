@@ -73,20 +73,22 @@ void setClusters(Inputs& inputs, LabelledClusters first, LabelledClusters second
     inputs.second.cluster2Label = std::move(second.label);
 }
 
-Procedure linearFit() {
+/// Binds what is asked of a linear model, which `use` gets with its data and options.
+template <typename Use>
+Procedure linearProcedure(const std::string& name, Use use) {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     const MultilevelOptions start;
     return procedure(
-        "MultilevelModel.fit",
-        [](Inputs inputs, LabelledClusters first, LabelledClusters second,
-           MultilevelEstimator estimator, std::optional<std::string> slope, bool correlated,
-           MultilevelDFMethod dfMethod) {
+        "MultilevelModel." + name,
+        [use](Inputs inputs, LabelledClusters first, LabelledClusters second,
+              MultilevelEstimator estimator, std::optional<std::string> slope, bool correlated,
+              MultilevelDFMethod dfMethod) {
             setClusters(inputs, std::move(first), std::move(second));
             inputs.second.estimator = estimator;
             inputs.second.randomSlopeName = std::move(slope);
             inputs.second.correlateRandomEffects = correlated;
             inputs.second.dfMethod = dfMethod;
-            return MultilevelModel::fit(inputs.first, inputs.second);
+            return use(inputs.first, inputs.second);
         },
         FixedPart{}, Clusters{"cluster", "clusterLabel"},
         Clusters{.name = "cluster2", .labelName = "cluster2Label", .isOptional = true},
@@ -94,6 +96,13 @@ Procedure linearFit() {
         Setting<std::optional<std::string>>{"randomSlopeName"},
         Setting<bool>{"correlateRandomEffects", start.correlateRandomEffects},
         Setting<MultilevelDFMethod>{"dfMethod", start.dfMethod});
+}
+
+std::vector<MultilevelClusterEffect> fittedClusterEffects(const MultilevelData& data,
+                                                          const MultilevelOptions& options) {
+    const std::optional<MultilevelResult> result = MultilevelModel::fit(data, options);
+    return result ? MultilevelModel::clusterEffects(data, options, *result)
+                  : std::vector<MultilevelClusterEffect>{};
 }
 
 Procedure interceptFit(const std::string& name, Fit fit) {
@@ -120,6 +129,37 @@ Procedure slopeFit(const std::string& name, Fit fit) {
         Setting<bool>{"correlateRandomEffects", MultilevelOptions{}.correlateRandomEffects});
 }
 
+std::optional<MultilevelResult> fitOneCluster(MultilevelFamily family,
+                                              const MultilevelData& data,
+                                              const MultilevelOptions& options) {
+    const bool isBinomial = family == MultilevelFamily::binomial;
+    if (options.randomSlopeName) {
+        return isBinomial ? MultilevelGLMM::fitLogisticRS(data, options)
+                          : MultilevelGLMM::fitPoissonRS(data, options);
+    }
+    return isBinomial ? MultilevelGLMM::fitLogisticRI(data, options)
+                      : MultilevelGLMM::fitPoissonRI(data, options);
+}
+
+Procedure linkedClusterEffects() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return procedure(
+        "MultilevelGLMM.clusterEffects",
+        [](Inputs inputs, LabelledClusters clusters, MultilevelFamily family,
+           std::optional<std::string> slope, bool correlated) {
+            setClusters(inputs, std::move(clusters));
+            inputs.second.randomSlopeName = std::move(slope);
+            inputs.second.correlateRandomEffects = correlated;
+            const auto result = fitOneCluster(family, inputs.first, inputs.second);
+            return result ? MultilevelGLMM::clusterEffects(family, inputs.first, inputs.second,
+                                                           *result)
+                          : std::vector<MultilevelClusterEffect>{};
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"}, Value<MultilevelFamily>{"family"},
+        Setting<std::optional<std::string>>{"randomSlopeName"},
+        Setting<bool>{"correlateRandomEffects", MultilevelOptions{}.correlateRandomEffects});
+}
+
 Procedure twoFactorFit(const std::string& name,
                        Fit fit,
                        const Clusters& first,
@@ -142,7 +182,8 @@ std::vector<Procedure> multilevelProcedures() {
     const Clusters outer{"outerCluster", "outerClusterLabel", "outerLabel"};
     const Clusters inner{"innerCluster", "innerClusterLabel", "innerLabel"};
     return {
-        linearFit(),
+        linearProcedure("fit", MultilevelModel::fit),
+        linearProcedure("clusterEffects", fittedClusterEffects),
         procedure(
             "MultilevelModel.lagWithinCluster",
             [](const NumericColumn& outcome, const Texts& cluster, const NumericColumn& time) {
@@ -157,6 +198,7 @@ std::vector<Procedure> multilevelProcedures() {
         twoFactorFit("fitPoissonCrossed", MultilevelGLMM::fitPoissonCrossed, a, b),
         twoFactorFit("fitLogisticThreeLevel", MultilevelGLMM::fitLogisticThreeLevel, outer, inner),
         twoFactorFit("fitPoissonThreeLevel", MultilevelGLMM::fitPoissonThreeLevel, outer, inner),
+        linkedClusterEffects(),
     };
 }
 

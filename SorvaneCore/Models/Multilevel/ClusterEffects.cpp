@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
+#include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
@@ -23,6 +24,10 @@ std::optional<RandomCovariance> relativeCovariance(const MultilevelResult& resul
     const double cross =
         result.randomEffectCorrelation.value_or(0.0) * std::sqrt(intercept * slope);
     return RandomCovariance{intercept, cross, cross, slope};
+}
+
+MultilevelCriterion criterionOf(const MultilevelRows& rows, const MultilevelResult& result) {
+    return {.estimator = result.estimator, .n = rows.count(), .p = rows.fixedCount()};
 }
 
 /// Q' times what the fixed effects leave of the outcome.
@@ -57,27 +62,18 @@ std::array<double, 4> loadings(const ClusterSums& sums,
     return result;
 }
 
-}  // namespace
-
-std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
-                                                    const MultilevelOptions& options,
-                                                    const MultilevelResult& result) {
-    const std::optional<MultilevelRows> rows =
-        data.cluster2 ? std::nullopt : MultilevelRows::of(data, options);
-    const auto g = rows ? relativeCovariance(result, rows->slope.has_value()) : std::nullopt;
+std::vector<MultilevelClusterEffect> nestedEffects(const MultilevelRows& rows,
+                                                   const MultilevelResult& result) {
+    const auto g = relativeCovariance(result, rows.slope.has_value());
     if (!g) {
         return {};
     }
-    const ScaledDesign design(*rows);
+    const ScaledDesign design(rows);
     const std::span<const double> slope =
-        rows->slope ? std::span<const double>(rows->predictors[*rows->slope])
-                    : std::span<const double>();
-    const ClusterSums sums(design, rows->cluster, slope);
-    const auto profile =
-        NestedLikelihood(
-            sums, design,
-            {.estimator = result.estimator, .n = rows->count(), .p = rows->fixedCount()})
-            .at(*g);
+        rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
+                   : std::span<const double>();
+    const ClusterSums sums(design, rows.cluster, slope);
+    const auto profile = NestedLikelihood(sums, design, criterionOf(rows, result)).at(*g);
     if (!profile) {
         return {};
     }
@@ -90,16 +86,54 @@ std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
         const double second = (residual[1] - factor.l10 * first) / factor.l11;
         const double variance = (*g)[0] - load[0] * load[0] - load[1] * load[1];
         MultilevelClusterEffect effect{
-            .cluster = rows->cluster.labels[c],
+            .cluster = rows.cluster.labels[c],
             .n = static_cast<std::int64_t>(sums.clusterSize(c)),
             .intercept = load[0] * first + load[1] * second,
             .interceptError = std::sqrt(std::max(profile->sigma2 * variance, 0.0))};
-        if (rows->slope) {
+        if (rows.slope) {
             effect.slope = load[2] * first + load[3] * second;
         }
         effects.push_back(std::move(effect));
     }
     return effects;
+}
+
+std::vector<MultilevelClusterEffect> crossedEffects(const MultilevelRows& rows,
+                                                    const MultilevelResult& result) {
+    const std::vector<MultilevelVarianceComponent>& components = result.varianceComponents;
+    if (components.size() != 3 || !(components[2].variance > 0.0)) {
+        return {};
+    }
+    const double lambdaA = components[0].variance / components[2].variance;
+    const double lambdaB = components[1].variance / components[2].variance;
+    const ScaledDesign design(rows);
+    const CrossedLikelihood likelihood(design, rows, criterionOf(rows, result));
+    const auto profile = likelihood.at(lambdaA, lambdaB);
+    if (!profile) {
+        return {};
+    }
+    const std::vector<std::size_t> sizes = rows.cluster.sizes();
+    std::vector<MultilevelClusterEffect> effects;
+    for (const auto& departure : likelihood.departures(lambdaA, lambdaB, profile->beta)) {
+        const std::size_t level = effects.size();
+        effects.push_back({.cluster = rows.cluster.labels[level],
+                           .n = static_cast<std::int64_t>(sizes[level]),
+                           .intercept = departure.mean,
+                           .interceptError = std::sqrt(profile->sigma2 * departure.variance)});
+    }
+    return effects;
+}
+
+}  // namespace
+
+std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
+                                                    const MultilevelOptions& options,
+                                                    const MultilevelResult& result) {
+    const std::optional<MultilevelRows> rows = MultilevelRows::of(data, options);
+    if (!rows) {
+        return {};
+    }
+    return data.cluster2 ? crossedEffects(*rows, result) : nestedEffects(*rows, result);
 }
 
 }  // namespace sorvane::MultilevelModel

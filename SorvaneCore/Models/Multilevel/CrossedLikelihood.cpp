@@ -29,6 +29,21 @@ std::vector<double> levelSums(std::span<const double> columns,
     return sums;
 }
 
+/// Outcome less fixed effects in a row of sums over both.
+double residualOf(const double* row, std::span<const double> beta) {
+    double result = row[beta.size()];
+    for (std::size_t j = 0; j < beta.size(); ++j) {
+        result -= row[j] * beta[j];
+    }
+    return result;
+}
+
+/// A factor with less variance is not in the model.
+double heldLambda(double lambda) {
+    constexpr double smallestLambda = 1e-16;
+    return lambda < smallestLambda ? 0.0 : lambda;
+}
+
 }  // namespace
 
 /// What the elimination of the larger factor leaves.
@@ -106,13 +121,8 @@ CrossedLikelihood::Reduced CrossedLikelihood::eliminated(double lambda) const {
 }
 
 std::optional<MultilevelProfile> CrossedLikelihood::at(double lambdaA, double lambdaB) const {
-    // A factor without variance is not in the model.
-    constexpr double smallestLambda = 1e-16;
-    const auto held = [](double lambda) {
-        return lambda < smallestLambda ? 0.0 : lambda;
-    };
-    const double larger = held(firstIsLarger_ ? lambdaA : lambdaB);
-    const double smaller = held(firstIsLarger_ ? lambdaB : lambdaA);
+    const double larger = heldLambda(firstIsLarger_ ? lambdaA : lambdaB);
+    const double smaller = heldLambda(firstIsLarger_ ? lambdaB : lambdaA);
     const std::size_t width = design_.width();
     Reduced reduced = eliminated(larger);
     reduced.indicators.scaleAndAddIdentity(smaller);
@@ -130,6 +140,78 @@ std::optional<MultilevelProfile> CrossedLikelihood::at(double lambdaA, double la
         }
     }
     return profileOf(std::move(reduced.products), reduced.logDeterminant, design_, criterion_);
+}
+
+std::vector<CrossedLikelihood::Departure> CrossedLikelihood::departures(
+    double lambdaA, double lambdaB, std::span<const double> beta) const {
+    const double larger = heldLambda(firstIsLarger_ ? lambdaA : lambdaB);
+    const double smaller = heldLambda(firstIsLarger_ ? lambdaB : lambdaA);
+    const std::size_t m = smallerSizes_.size();
+    Reduced reduced = eliminated(larger);
+    reduced.indicators.scaleAndAddIdentity(smaller);
+    if (!reduced.indicators.factor()) {
+        return {};
+    }
+    if (firstIsLarger_) {
+        return largerDepartures(larger, smaller, reduced, beta);
+    }
+    std::vector<double> means(m);
+    for (std::size_t level = 0; level < m; ++level) {
+        means[level] = smaller * residualOf(&reduced.mixed[level * design_.width()], beta);
+    }
+    reduced.indicators.solveLower(means, 1);
+    reduced.indicators.solveLowerTransposed(means, 1);
+    // The columns of L^-1, whose squares add up to the diagonal of the inverse.
+    std::vector<double> columns(m * m, 0.0);
+    for (std::size_t level = 0; level < m; ++level) {
+        columns[level * m + level] = 1.0;
+    }
+    reduced.indicators.solveLower(columns, m);
+    std::vector<Departure> result(m);
+    for (std::size_t level = 0; level < m; ++level) {
+        result[level].mean = means[level];
+        for (std::size_t row = 0; row < m; ++row) {
+            result[level].variance += smaller * columns[row * m + level] * columns[row * m + level];
+        }
+    }
+    return result;
+}
+
+std::vector<CrossedLikelihood::Departure> CrossedLikelihood::largerDepartures(
+    double lambda,
+    double smallerLambda,
+    const Reduced& reduced,
+    std::span<const double> beta) const {
+    const std::size_t width = design_.width();
+    const std::size_t m = smallerSizes_.size();
+    const std::size_t levels = largerSizes_.size();
+    std::vector<double> smallerMeans(m);
+    for (std::size_t s = 0; s < m; ++s) {
+        smallerMeans[s] = smallerLambda * residualOf(&reduced.mixed[s * width], beta);
+    }
+    reduced.indicators.solveLower(smallerMeans, 1);
+    reduced.indicators.solveLowerTransposed(smallerMeans, 1);
+    std::vector<double> meetingRows(m * levels, 0.0);
+    std::vector<Departure> result(levels);
+    for (std::size_t a = 0; a < levels; ++a) {
+        const double share = lambda / (1.0 + lambda * largerSizes_[a]);
+        double residual =
+            std::sqrt(largerSizes_[a]) * residualOf(&largerProjections_[a * width], beta);
+        for (std::size_t s = meetings_.starts[a]; s < meetings_.starts[a + 1]; ++s) {
+            const LevelMeetings::Meeting& meeting = meetings_.meetings[s];
+            residual -= meeting.rows * smallerMeans[meeting.level];
+            meetingRows[meeting.level * levels + a] = share * meeting.rows;
+        }
+        result[a] = {.mean = share * residual, .variance = share};
+    }
+    reduced.indicators.solveLower(meetingRows, levels);
+    for (std::size_t s = 0; s < m; ++s) {
+        for (std::size_t a = 0; a < levels; ++a) {
+            const double entry = meetingRows[s * levels + a];
+            result[a].variance += smallerLambda * entry * entry;
+        }
+    }
+    return result;
 }
 
 }  // namespace sorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "SorvaneCore/Models/Multilevel/LevelMeetings.h"
@@ -25,10 +26,29 @@ public:
     /// Cost       O(b^3 / 3 + meetings * rows per level), b the levels of the smaller factor
     std::optional<MultilevelProfile> at(double lambdaA, double lambdaB) const;
 
+    /// How far a level's intercept lies from the fixed one, given the rows, and its variance
+    /// relative to the residual one.
+    struct Departure {
+        double mean = 0.0;
+        double variance = 0.0;
+    };
+
+    /// Of each level of the first factor at a setting that has a profile, of which `beta` is.
+    ///
+    /// Failure    as `at` -> none
+    /// Cost       O(a b^2) beside an evaluation, a the levels of the larger factor
+    std::vector<Departure> departures(double lambdaA,
+                                      double lambdaB,
+                                      std::span<const double> beta) const;
+
 private:
     struct Reduced;
 
     Reduced eliminated(double lambda) const;
+    std::vector<Departure> largerDepartures(double lambda,
+                                            double smallerLambda,
+                                            const Reduced& reduced,
+                                            std::span<const double> beta) const;
 
     const ScaledDesign& design_;
     MultilevelCriterion criterion_;

@@ -161,6 +161,15 @@ double InterceptQuadrature::logLikelihood(std::span<const double> predictor, dou
     return sum;
 }
 
+std::vector<InterceptQuadrature::Mode> InterceptQuadrature::modes(double sigma) const {
+    std::vector<Mode> result;
+    for (const Cluster& cluster : clusters_) {
+        result.push_back(
+            {.intercept = sigma * cluster.mode, .error = sigma / std::sqrt(cluster.curvature)});
+    }
+    return result;
+}
+
 void InterceptQuadrature::integrate(Cluster& cluster,
                                     std::span<const double> predictor,
                                     double sigma) const {
@@ -184,6 +193,7 @@ void InterceptQuadrature::integrate(Cluster& cluster,
         }
     }
     cluster.mode = u;
+    cluster.curvature = curvature;
     const double spread = std::numbers::sqrt2 / std::sqrt(curvature);
     Points shifts;
     Points values;

@@ -21,6 +21,14 @@ public:
     /// Cost       an exponential a row, a division a row and Newton step; clusters on all threads
     double logLikelihood(std::span<const double> predictor, double sigma);
 
+    /// A cluster's most likely intercept at the setting last asked for, with the error that the
+    /// curvature there stands for.
+    struct Mode {
+        double intercept = 0.0;
+        double error = 0.0;
+    };
+    std::vector<Mode> modes(double sigma) const;
+
 private:
     struct Cluster {
         std::size_t first = 0;
@@ -28,6 +36,7 @@ private:
         double outcomeSum = 0.0;
         /// In standard deviations.
         double mode = 0.0;
+        double curvature = 1.0;
         double logLikelihood = 0.0;
     };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelData.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelResult.h"
@@ -47,5 +48,17 @@ std::optional<MultilevelResult> fitLogisticThreeLevel(const MultilevelData& data
                                                       const MultilevelOptions& options);
 std::optional<MultilevelResult> fitPoissonThreeLevel(const MultilevelData& data,
                                                      const MultilevelOptions& options);
+
+/// The departures of the clusters under a random intercept, with a slope or without, fitted to the
+/// same data, in order of first appearance.
+///
+/// Input      `binomial` or `poisson`
+/// Method     the most likely values given the estimates; the errors are those of the curvature
+/// Failure    two factors, a result that is blocked or of another model -> none
+/// Cost       as a few evaluations of the fit
+std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
+                                                    const MultilevelData& data,
+                                                    const MultilevelOptions& options,
+                                                    const MultilevelResult& result);
 
 }  // namespace sorvane::MultilevelGLMM

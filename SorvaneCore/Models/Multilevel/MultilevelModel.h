@@ -1,30 +1,12 @@
 #pragma once
 
-#include <boost/describe/class.hpp>
-#include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelData.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelResult.h"
 
 namespace sorvane {
-
-/// What sets one cluster apart, as a fitted model predicts it.
-struct MultilevelClusterEffect {
-    std::string cluster{};
-    /// Rows of the cluster.
-    std::int64_t n = 0;
-    /// The departure of its intercept from the fixed one, with its conditional standard error.
-    double intercept = 0.0;
-    double interceptError = 0.0;
-    /// The departure of its slope.
-    std::optional<double> slope{};
-
-    bool operator==(const MultilevelClusterEffect&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(MultilevelClusterEffect, (), (cluster, n, intercept, interceptError, slope))
 
 /// Linear mixed models of Gaussian outcomes.
 namespace MultilevelModel {
@@ -50,12 +32,12 @@ namespace MultilevelModel {
 ///            al. (2017), lmerTest; Kenward and Roger (1997); Halekoh and Hojsgaard (2014)
 std::optional<MultilevelResult> fit(const MultilevelData& data, const MultilevelOptions& options);
 
-/// The departures of nested clusters under a model fitted to the same data, in order of first
-/// appearance.
+/// The departures of the clusters under a model fitted to the same data, in order of first
+/// appearance; those of the first factor where two are crossed.
 ///
 /// Method     conditional means given the estimates; the errors hold the fixed effects for known
-/// Failure    crossed factors, a result that is blocked or of another model -> none
-/// Cost       as an evaluation of the fit
+/// Failure    a result that is blocked or of another model -> none
+/// Cost       as a few evaluations of the fit
 std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
                                                     const MultilevelOptions& options,
                                                     const MultilevelResult& result);

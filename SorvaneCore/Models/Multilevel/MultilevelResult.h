@@ -87,4 +87,19 @@ BOOST_DESCRIBE_STRUCT(MultilevelResult,
                        randomSlopeName,
                        randomEffectCorrelation))
 
+/// What sets one cluster apart, as a fitted model predicts it.
+struct MultilevelClusterEffect {
+    std::string cluster{};
+    /// Rows of the cluster.
+    std::int64_t n = 0;
+    /// The departure of its intercept from the fixed one, with its conditional standard error.
+    double intercept = 0.0;
+    double interceptError = 0.0;
+    /// The departure of its slope.
+    std::optional<double> slope{};
+
+    bool operator==(const MultilevelClusterEffect&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(MultilevelClusterEffect, (), (cluster, n, intercept, interceptError, slope))
+
 }  // namespace sorvane

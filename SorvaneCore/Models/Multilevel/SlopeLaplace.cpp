@@ -1,6 +1,5 @@
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -36,8 +35,7 @@ struct ClusterRows {
 
     JointDensity at(const std::array<double, 2>& u) const {
         const double alongIntercept = spread.slope * spread.correlation;
-        const double alone =
-            spread.slope * std::sqrt(std::max(1.0 - spread.correlation * spread.correlation, 0.0));
+        const double alone = spread.slopeAlone();
         JointDensity result{.value = -0.5 * (u[0] * u[0] + u[1] * u[1]),
                             .gradient = {-u[0], -u[1]},
                             .curvature = {1.0, 0.0, 1.0}};
@@ -88,6 +86,18 @@ double SlopeLaplace::logLikelihood(std::span<const double> predictor, const Slop
     return sum;
 }
 
+std::vector<SlopeLaplace::Mode> SlopeLaplace::modes(const SlopeSpread& spread) const {
+    std::vector<Mode> result;
+    for (const Cluster& cluster : clusters_) {
+        const auto& [first, second] = cluster.mode;
+        result.push_back(
+            {.intercept = spread.intercept * first,
+             .interceptError = spread.intercept * std::sqrt(cluster.variance),
+             .slope = spread.slope * spread.correlation * first + spread.slopeAlone() * second});
+    }
+    return result;
+}
+
 void SlopeLaplace::approximate(Cluster& cluster,
                                std::span<const double> predictor,
                                const SlopeSpread& spread) const {
@@ -117,6 +127,7 @@ void SlopeLaplace::approximate(Cluster& cluster,
         }
     }
     cluster.mode = std::isfinite(u[0]) && std::isfinite(u[1]) ? u : std::array<double, 2>{};
+    cluster.variance = now.curvature[2] / now.determinant();
     // The constants of the effects' density and of the integral cancel.
     cluster.logLikelihood = now.value - 0.5 * std::log(now.determinant());
 }
