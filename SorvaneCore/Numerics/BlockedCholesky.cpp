@@ -39,6 +39,31 @@ bool factorDiagonal(std::span<double> matrix, std::size_t n, std::size_t first, 
     return true;
 }
 
+/// Rows that are solved in step, so that none waits for its own last entry.
+constexpr std::size_t rowsInStep = 4;
+
+/// Solves rows that begin `stride` apart for the columns of a factored block.
+template <std::size_t Count>
+void solveRows(double* rows,
+               std::size_t stride,
+               const std::vector<double>& columns,
+               std::size_t depth) {
+    for (std::size_t j = 0; j < depth; ++j) {
+        const double* column = &columns[j * depth];
+        std::array<double, Count> solved{};
+        for (std::size_t r = 0; r < Count; ++r) {
+            solved[r] = rows[r * stride + j] / column[j];
+            rows[r * stride + j] = solved[r];
+        }
+        for (std::size_t r = 0; r < Count; ++r) {
+            double* row = rows + r * stride;
+            for (std::size_t k = j + 1; k < depth; ++k) {
+                row[k] -= solved[r] * column[k];
+            }
+        }
+    }
+}
+
 /// Solves the rows below a factored block for its columns.
 void solveBelow(std::span<double> matrix, std::size_t n, std::size_t first, std::size_t end) {
     const std::size_t depth = end - first;
@@ -49,16 +74,12 @@ void solveBelow(std::span<double> matrix, std::size_t n, std::size_t first, std:
             columns[j * depth + i] = matrix[(first + i) * n + first + j];
         }
     }
-    for (std::size_t i = end; i < n; ++i) {
-        double* row = &matrix[i * n + first];
-        for (std::size_t j = 0; j < depth; ++j) {
-            const double* column = &columns[j * depth];
-            row[j] /= column[j];
-            const double solved = row[j];
-            for (std::size_t k = j + 1; k < depth; ++k) {
-                row[k] -= solved * column[k];
-            }
-        }
+    std::size_t i = end;
+    for (; i + rowsInStep <= n; i += rowsInStep) {
+        solveRows<rowsInStep>(&matrix[i * n + first], n, columns, depth);
+    }
+    for (; i < n; ++i) {
+        solveRows<1>(&matrix[i * n + first], n, columns, depth);
     }
 }
 
@@ -92,16 +113,22 @@ struct Trailing {
 
 /// Takes the products of two rows with eight columns of the panel from the lower triangle.
 void reduceTile(const Trailing& trailing, const Panel& panel, std::size_t row, std::size_t column) {
-    std::array<std::array<double, tileCols>, tileRows> sums{};
+    // Apart, so that each fills vector registers.
+    std::array<double, tileCols> first{};
+    std::array<double, tileCols> second{};
     for (std::size_t k = 0; k < panel.depth; ++k) {
         const double* entries = &panel.entries[k * panel.stride];
+        const double* columns = entries + column;
         const double a = entries[row];
         const double b = entries[row + 1];
         for (std::size_t c = 0; c < tileCols; ++c) {
-            sums[0][c] += a * entries[column + c];
-            sums[1][c] += b * entries[column + c];
+            first[c] += a * columns[c];
+        }
+        for (std::size_t c = 0; c < tileCols; ++c) {
+            second[c] += b * columns[c];
         }
     }
+    const std::array<const double*, tileRows> sums = {first.data(), second.data()};
     for (std::size_t r = 0; r < tileRows && trailing.first + row + r < trailing.n; ++r) {
         const std::size_t end = std::min(column + tileCols, row + r + 1);
         double* entries = trailing.row(row + r);
@@ -111,12 +138,11 @@ void reduceTile(const Trailing& trailing, const Panel& panel, std::size_t row, s
     }
 }
 
-void reduceTrailing(const Trailing& trailing, const Panel& panel) {
+void reduceTrailing(const Trailing& trailing, const Panel& panel, unsigned threads) {
     const std::size_t rows = trailing.n - trailing.first;
-    const unsigned threads = rows < fewestRowsForThreads ? 1 : hardwareThreads();
     const std::size_t tasks = (rows + rowsPerTask - 1) / rowsPerTask;
     // The longest rows first, so that the threads end together.
-    parallelFor(tasks, threads, [&](std::size_t task) {
+    parallelFor(tasks, rows < fewestRowsForThreads ? 1 : threads, [&](std::size_t task) {
         const std::size_t start = (tasks - 1 - task) * rowsPerTask;
         for (std::size_t row = start; row < std::min(start + rowsPerTask, rows); row += tileRows) {
             for (std::size_t column = 0; column <= row + 1 && column < rows; column += tileCols) {
@@ -128,7 +154,7 @@ void reduceTrailing(const Trailing& trailing, const Panel& panel) {
 
 }  // namespace
 
-bool factor(std::span<double> matrix, std::size_t n) {
+bool factor(std::span<double> matrix, std::size_t n, unsigned threads) {
     for (std::size_t first = 0; first < n; first += blockSize) {
         const std::size_t end = std::min(first + blockSize, n);
         if (!factorDiagonal(matrix, n, first, end)) {
@@ -136,8 +162,8 @@ bool factor(std::span<double> matrix, std::size_t n) {
         }
         if (end < n) {
             solveBelow(matrix, n, first, end);
-            reduceTrailing({.matrix = matrix, .n = n, .first = end},
-                           panelOf(matrix, n, first, end));
+            reduceTrailing({.matrix = matrix, .n = n, .first = end}, panelOf(matrix, n, first, end),
+                           threads);
         }
     }
     return true;

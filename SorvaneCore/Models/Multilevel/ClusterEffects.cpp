@@ -6,6 +6,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::MultilevelModel {
 
@@ -108,7 +109,7 @@ std::vector<MultilevelClusterEffect> crossedEffects(const MultilevelRows& rows,
     const double lambdaB = components[1].variance / components[2].variance;
     const ScaledDesign design(rows);
     const CrossedLikelihood likelihood(design, rows, criterionOf(rows, result));
-    const auto profile = likelihood.at(lambdaA, lambdaB);
+    const auto profile = likelihood.at(lambdaA, lambdaB, hardwareThreads());
     if (!profile) {
         return {};
     }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "SorvaneCore/Models/Multilevel/LevelBlock.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 
@@ -50,7 +51,7 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
         state.gradient[level] = -u[level];
     }
     for (std::size_t level = 0; level < b; ++level) {
-        state.block(level, level) = 1.0;
+        state.block.row(level)[level] = 1.0;
     }
     for (std::size_t i = 0; i < predictor.size(); ++i) {
         const std::size_t first = larger_.codes[i];
@@ -64,7 +65,7 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
         state.gradient[a + second] += spread.smaller * (outcome - mass.mean);
         state.diagonal[first] += spread.larger * spread.larger * mass.weight;
         state.mixed[meetingOfRow_[i]] += spread.larger * spread.smaller * mass.weight;
-        state.block(second, second) += spread.smaller * spread.smaller * mass.weight;
+        state.block.row(second)[second] += spread.smaller * spread.smaller * mass.weight;
     }
     return state;
 }
@@ -79,12 +80,13 @@ bool CrossedLaplace::solve(State& state) const {
             const std::uint32_t second = meetings_.meetings[s].level;
             const double share = state.mixed[s] / state.diagonal[level];
             smallerStep[second] -= share * state.gradient[level];
+            double* row = state.block.row(second);
             for (std::size_t t = first; t <= s; ++t) {
-                state.block(second, meetings_.meetings[t].level) -= share * state.mixed[t];
+                row[meetings_.meetings[t].level] -= share * state.mixed[t];
             }
         }
     }
-    if (!state.block.factor()) {
+    if (!state.block.factor(hardwareThreads())) {
         return false;
     }
     const std::span<double> solved = std::span(state.gradient).subspan(a);

@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Models/Multilevel/LevelBlock.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 
@@ -91,7 +92,7 @@ CrossedLikelihood::Reduced CrossedLikelihood::eliminated(double lambda) const {
                    .indicators = LevelBlock(m, meetings_.isNested()),
                    .mixed = smallerSums_};
     for (std::size_t level = 0; level < m; ++level) {
-        result.indicators(level, level) = smallerSizes_[level];
+        result.indicators.row(level)[level] = smallerSizes_[level];
     }
     for (std::size_t a = 0; a < largerSizes_.size(); ++a) {
         const double shrunk = 1.0 + lambda * largerSizes_[a];
@@ -111,22 +112,24 @@ CrossedLikelihood::Reduced CrossedLikelihood::eliminated(double lambda) const {
                     mixedWeight * meeting.rows * projection[j];
             }
             const double weight = indicatorWeight * meeting.rows;
+            double* row = result.indicators.row(meeting.level);
             for (std::size_t t = meetings_.starts[a]; t <= s; ++t) {
-                result.indicators(meeting.level, meetings_.meetings[t].level) -=
-                    weight * meetings_.meetings[t].rows;
+                row[meetings_.meetings[t].level] -= weight * meetings_.meetings[t].rows;
             }
         }
     }
     return result;
 }
 
-std::optional<MultilevelProfile> CrossedLikelihood::at(double lambdaA, double lambdaB) const {
+std::optional<MultilevelProfile> CrossedLikelihood::at(double lambdaA,
+                                                       double lambdaB,
+                                                       unsigned threads) const {
     const double larger = heldLambda(firstIsLarger_ ? lambdaA : lambdaB);
     const double smaller = heldLambda(firstIsLarger_ ? lambdaB : lambdaA);
     const std::size_t width = design_.width();
     Reduced reduced = eliminated(larger);
     reduced.indicators.scaleAndAddIdentity(smaller);
-    if (!reduced.indicators.factor()) {
+    if (!reduced.indicators.factor(threads)) {
         return std::nullopt;
     }
     reduced.indicators.solveLower(reduced.mixed, width);
@@ -149,7 +152,7 @@ std::vector<CrossedLikelihood::Departure> CrossedLikelihood::departures(
     const std::size_t m = smallerSizes_.size();
     Reduced reduced = eliminated(larger);
     reduced.indicators.scaleAndAddIdentity(smaller);
-    if (!reduced.indicators.factor()) {
+    if (!reduced.indicators.factor(hardwareThreads())) {
         return {};
     }
     if (firstIsLarger_) {

@@ -24,7 +24,7 @@ public:
     /// Input      negative variances count as 0
     /// Failure    as `profileOf` -> absent
     /// Cost       O(b^3 / 3 + meetings * rows per level), b the levels of the smaller factor
-    std::optional<MultilevelProfile> at(double lambdaA, double lambdaB) const;
+    std::optional<MultilevelProfile> at(double lambdaA, double lambdaB, unsigned threads) const;
 
     /// How far a level's intercept lies from the fixed one, given the rows, and its variance
     /// relative to the residual one.

@@ -16,13 +16,13 @@ void LevelBlock::scaleAndAddIdentity(double factor) {
         entry *= factor;
     }
     for (std::size_t level = 0; level < levels_; ++level) {
-        (*this)(level, level) += 1.0;
+        row(level)[level] += 1.0;
     }
 }
 
-bool LevelBlock::factor() {
+bool LevelBlock::factor(unsigned threads) {
     if (!isDiagonal_) {
-        return BlockedCholesky::factor(entries_, levels_);
+        return BlockedCholesky::factor(entries_, levels_, threads);
     }
     bool isPositive = true;
     for (double& entry : entries_) {

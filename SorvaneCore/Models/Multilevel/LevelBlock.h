@@ -14,17 +14,15 @@ public:
     LevelBlock(std::size_t levels, bool isDiagonal);
 
     std::size_t levels() const { return levels_; }
-    /// An entry of the lower triangle; on the diagonal only, where the matrix is diagonal.
-    double& operator()(std::size_t row, std::size_t column) {
-        return entries_[isDiagonal_ ? row : row * levels_ + column];
-    }
+    /// Where the entries of a row are, by column: those up to the diagonal, or that on it alone.
+    double* row(std::size_t level) { return entries_.data() + (isDiagonal_ ? 0 : level * levels_); }
     /// Multiplies all entries, then adds 1 on the diagonal.
     void scaleAndAddIdentity(double factor);
 
     /// Replaces the matrix by its Cholesky factor; false where it is not positive definite.
     ///
     /// Cost       O(levels^3 / 3), or O(levels) where diagonal
-    [[nodiscard]] bool factor();
+    [[nodiscard]] bool factor(unsigned threads);
     /// Of the matrix whose factor this is.
     double logDeterminant() const;
     /// Solutions with the factor and with its transpose, in place, `width` entries a level.

@@ -16,6 +16,7 @@
 #include "SorvaneCore/Models/Multilevel/Satterthwaite.h"
 #include "SorvaneCore/Models/Multilevel/VarianceSearch.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::MultilevelModel {
 
@@ -288,7 +289,7 @@ FixedEffectTable::Estimates crossedEstimates(const Fitted& fit,
              .maySwitchSign = {false, false},
              .sigma = std::sqrt(fit.profile().sigma2)},
             [&likelihood](std::span<const double> lambda) {
-                return likelihood.at(lambda[0], lambda[1]);
+                return likelihood.at(lambda[0], lambda[1], hardwareThreads());
             },
             fit.design, fit.criterion);
     }
@@ -330,8 +331,10 @@ MultilevelResult fitCrossed(const MultilevelRows& rows,
     const MultilevelCriterion criterion{
         .estimator = options.estimator, .n = rows.count(), .p = rows.fixedCount()};
     const CrossedLikelihood likelihood(design, rows, criterion);
-    const Found found = VarianceSearch::crossed(
-        [&likelihood](double lambdaA, double lambdaB) { return likelihood.at(lambdaA, lambdaB); });
+    const Found found =
+        VarianceSearch::crossed([&likelihood](double lambdaA, double lambdaB, unsigned threads) {
+            return likelihood.at(lambdaA, lambdaB, threads);
+        });
     auto covariance = fixedCovariance(found, rows.fixedCount());
     if (!covariance) {
         return blocked(std::move(result), options, totalRows,

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "SorvaneCore/Models/Multilevel/VarianceMinimizers.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::VarianceSearch {
 
@@ -20,8 +21,9 @@ public:
     explicit Best(const NestedProfile& profile) : profile_(profile) {}
 
     /// The criterion at a setting, which becomes the best if it is lower.
-    double offer(const RandomCovariance& g) {
-        std::optional<MultilevelProfile> candidate = evaluate(g);
+    double offer(const RandomCovariance& g) { return offer(g, evaluate(g)); }
+    /// The same with the profile at hand.
+    double offer(const RandomCovariance& g, std::optional<MultilevelProfile> candidate) {
         const double value = valueOf(candidate);
         if (candidate && std::isfinite(value) &&
             (!found_.profile || value < found_.profile->criterion)) {
@@ -29,6 +31,10 @@ public:
             found_.profile = std::move(candidate);
         }
         return value;
+    }
+    /// Counts evaluations made elsewhere.
+    void count(std::size_t evaluations) {
+        found_.evaluations += static_cast<std::int64_t>(evaluations);
     }
     /// The criterion alone.
     double value(const RandomCovariance& g) { return valueOf(evaluate(g)); }
@@ -146,14 +152,22 @@ Found interceptAndSlope(const NestedProfile& profile, bool correlated) {
 Found crossed(const CrossedProfile& profile) {
     constexpr int lowestHalf = -6;
     constexpr int highestHalf = 4;
-    const NestedProfile byDiagonal = [&profile](const RandomCovariance& g) {
-        return profile(g[0], g[3]);
-    };
-    Best best(byDiagonal);
+    std::vector<RandomCovariance> grid;
     for (int a = lowestHalf; a <= highestHalf; ++a) {
         for (int b = lowestHalf; b <= highestHalf; ++b) {
-            best.offer(diagonal(std::pow(10.0, a / 2.0), std::pow(10.0, b / 2.0)));
+            grid.push_back(diagonal(std::pow(10.0, a / 2.0), std::pow(10.0, b / 2.0)));
         }
+    }
+    std::vector<std::optional<MultilevelProfile>> profiles(grid.size());
+    parallelFor(grid.size(), hardwareThreads(),
+                [&](std::size_t i) { profiles[i] = profile(grid[i][0], grid[i][3], 1); });
+    const NestedProfile byDiagonal = [&profile](const RandomCovariance& g) {
+        return profile(g[0], g[3], hardwareThreads());
+    };
+    Best best(byDiagonal);
+    best.count(grid.size());
+    for (std::size_t i = 0; i < grid.size(); ++i) {
+        best.offer(grid[i], std::move(profiles[i]));
     }
     if (best.isFound()) {
         searchDiagonal(best);

@@ -21,8 +21,9 @@ struct Found {
 };
 
 using NestedProfile = std::function<std::optional<MultilevelProfile>(const RandomCovariance& g)>;
-using CrossedProfile =
-    std::function<std::optional<MultilevelProfile>(double lambdaA, double lambdaB)>;
+/// Found on so many threads; several may be asked for at once.
+using CrossedProfile = std::function<std::optional<MultilevelProfile>(
+    double lambdaA, double lambdaB, unsigned threads)>;
 
 /// Of an intercept: 0, the powers of ten from 1e-8 to 1e6 and a start of one's own, then Brent's
 /// search for the logarithm within 4 of the best.
@@ -33,7 +34,7 @@ Found intercept(const NestedProfile& profile, std::optional<double> start);
 Found interceptAndSlope(const NestedProfile& profile, bool correlated);
 
 /// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to
-/// 100, then a simplex likewise.
+/// 100, whose points are shared out among the threads, then a simplex likewise.
 Found crossed(const CrossedProfile& profile);
 
 /// The relative variance of cluster means, from the analysis of variance of the outcome alone.
