@@ -12,7 +12,8 @@ const std::vector<Procedure>& all() {
               groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures(),
               generalizedRegressionProcedures(), dataReductionProcedures(), latentClassProcedures(),
               survivalProcedures(), surveyProcedures(), structuralProcedures(),
-              mediationProcedures(), prepareProcedures(), projectProcedures()}) {
+              mediationProcedures(), multilevelProcedures(), prepareProcedures(),
+              projectProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

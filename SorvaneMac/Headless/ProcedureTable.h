@@ -41,6 +41,7 @@ std::vector<Procedure> survivalProcedures();
 std::vector<Procedure> surveyProcedures();
 std::vector<Procedure> structuralProcedures();
 std::vector<Procedure> mediationProcedures();
+std::vector<Procedure> multilevelProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 

@@ -14,7 +14,8 @@
 ///
 /// A case names its procedure, its data file and its arguments; `expected` holds fields of the
 /// result that must agree. A procedure named "A.x/y" stands for A.x and A.y on the same arguments,
-/// whose results are expected under "x" and "y".
+/// whose results are expected under "x" and "y". Under "fixedEffectsByDFMethod" stand the fixed
+/// effects that each setting of "dfMethod" must give.
 namespace sorvane {
 namespace {
 
@@ -24,9 +25,10 @@ class ReferenceCase : public testing::TestWithParam<std::filesystem::path> {
 protected:
     ReferenceCase() : case_(Json::parse(std::ifstream(GetParam()))) {}
 
-    Json call(const std::string& name) const {
+    Json call(const std::string& name, const Json& settings = Json::object()) const {
         Json given = case_["inputs"];
         given.erase("procedure");
+        given.update(settings);
         std::optional<ImportedDataset> dataset;
         if (!case_["data"].is_null()) {
             dataset = SpreadsheetImporter().importData(folder / "data" /
@@ -99,7 +101,17 @@ TEST_P(ReferenceCase, AgreesWithTheProcedure) {
     const auto procedure = case_["inputs"]["procedure"].get<std::string>();
     const std::size_t dot = procedure.find('.');
     if (procedure.find('/') == std::string::npos) {
-        expectAgreement(call(procedure), case_["expected"], "result", "*");
+        Json expected = case_["expected"];
+        Json byMethod = Json::object();
+        if (expected.contains("fixedEffectsByDFMethod")) {
+            byMethod = expected["fixedEffectsByDFMethod"];
+            expected.erase("fixedEffectsByDFMethod");
+        }
+        expectAgreement(call(procedure), expected, "result", "*");
+        for (const auto& [method, effects] : byMethod.items()) {
+            expectAgreement(call(procedure, {{"dfMethod", method}})["fixedEffects"], effects,
+                            method, "*");
+        }
         return;
     }
     for (const auto& [name, expected] : case_["expected"].items()) {

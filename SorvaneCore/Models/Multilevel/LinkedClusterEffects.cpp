@@ -1,0 +1,91 @@
+#include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
+#include "SorvaneCore/Models/Multilevel/LinkedTask.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
+#include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
+
+namespace sorvane::MultilevelGLMM {
+
+namespace {
+
+/// The linear predictor of each row at the estimates.
+std::vector<double> predictorOf(const MultilevelRows& rows, const MultilevelResult& result) {
+    std::vector<double> predictor(rows.count(), result.fixedEffects[0].estimate);
+    for (std::size_t j = 0; j < rows.predictors.size(); ++j) {
+        for (std::size_t i = 0; i < predictor.size(); ++i) {
+            predictor[i] += result.fixedEffects[j + 1].estimate * rows.predictors[j][i];
+        }
+    }
+    return predictor;
+}
+
+std::vector<MultilevelClusterEffect> named(const MultilevelRows& rows) {
+    const std::vector<std::size_t> sizes = rows.cluster.sizes();
+    std::vector<MultilevelClusterEffect> effects;
+    for (std::size_t c = 0; c < sizes.size(); ++c) {
+        effects.push_back(
+            {.cluster = rows.cluster.labels[c], .n = static_cast<std::int64_t>(sizes[c])});
+    }
+    return effects;
+}
+
+std::vector<MultilevelClusterEffect> interceptEffects(const LinkedDesign& design,
+                                                      const MultilevelRows& rows,
+                                                      const MultilevelResult& result) {
+    InterceptQuadrature quadrature(design, rows.cluster);
+    const double sigma = result.varianceComponents[0].standardDeviation;
+    static_cast<void>(quadrature.logLikelihood(predictorOf(rows, result), sigma));
+    const std::vector<InterceptQuadrature::Mode> modes = quadrature.modes(sigma);
+    std::vector<MultilevelClusterEffect> effects = named(rows);
+    for (std::size_t c = 0; c < effects.size(); ++c) {
+        effects[c].intercept = modes[c].intercept;
+        effects[c].interceptError = modes[c].error;
+    }
+    return effects;
+}
+
+std::vector<MultilevelClusterEffect> slopeEffects(const LinkedDesign& design,
+                                                  const MultilevelRows& rows,
+                                                  const MultilevelResult& result) {
+    SlopeLaplace laplace(design, rows.cluster, rows.predictors[*rows.slope]);
+    const SlopeSpread spread{.intercept = result.varianceComponents[0].standardDeviation,
+                             .slope = result.varianceComponents[1].standardDeviation,
+                             .correlation = result.randomEffectCorrelation.value_or(0.0)};
+    static_cast<void>(laplace.logLikelihood(predictorOf(rows, result), spread));
+    const std::vector<SlopeLaplace::Mode> modes = laplace.modes(spread);
+    std::vector<MultilevelClusterEffect> effects = named(rows);
+    for (std::size_t c = 0; c < effects.size(); ++c) {
+        effects[c].intercept = modes[c].intercept;
+        effects[c].interceptError = modes[c].interceptError;
+        effects[c].slope = modes[c].slope;
+    }
+    return effects;
+}
+
+}  // namespace
+
+std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
+                                                    const MultilevelData& data,
+                                                    const MultilevelOptions& options,
+                                                    const MultilevelResult& result) {
+    const LinkedFamily linked =
+        family == MultilevelFamily::binomial ? LinkedFamily::logistic : LinkedFamily::poisson;
+    MultilevelOptions fitted = options;
+    fitted.randomSlopeName = result.randomSlopeName;
+    const std::optional<MultilevelRows> found =
+        data.cluster2 ? std::nullopt : MultilevelRows::of(data, fitted);
+    const std::size_t components = result.randomSlopeName ? 2 : 1;
+    if (!found || !LinkedTask::isCoded(*found, linked) ||
+        result.varianceComponents.size() != components ||
+        result.fixedEffects.size() != found->fixedCount()) {
+        return {};
+    }
+    const MultilevelRows rows = found->sortedByCluster();
+    const std::optional<LinkedDesign> design = LinkedDesign::of(rows, linked);
+    if (!design) {
+        return {};
+    }
+    return rows.slope ? slopeEffects(*design, rows, result)
+                      : interceptEffects(*design, rows, result);
+}
+
+}  // namespace sorvane::MultilevelGLMM

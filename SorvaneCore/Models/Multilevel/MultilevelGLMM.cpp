@@ -1,0 +1,275 @@
+#include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "SorvaneCore/Models/Multilevel/CrossedLaplace.h"
+#include "SorvaneCore/Models/Multilevel/FixedEffectTable.h"
+#include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
+#include "SorvaneCore/Models/Multilevel/LinkedDesign.h"
+#include "SorvaneCore/Models/Multilevel/LinkedMaximizer.h"
+#include "SorvaneCore/Models/Multilevel/LinkedTask.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
+#include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
+
+namespace sorvane::MultilevelGLMM {
+
+namespace {
+
+using LinkedMaximizer::Fit;
+using LinkedMaximizer::LogLikelihood;
+
+/// How the variance parameters of a search are read: coordinates of about a standard error each.
+struct SpreadScale {
+    double unit = 1.0;
+
+    explicit SpreadScale(std::size_t clusters)
+        : unit(1.0 / std::sqrt(static_cast<double>(clusters))) {}
+
+    double sigma(double coordinate) const {
+        // Beyond, nothing can be told from no variance or from clusters that share nothing.
+        constexpr double longest = 15.0;
+        return std::exp(std::clamp(unit * coordinate, -longest, longest));
+    }
+    double correlation(double coordinate) const { return std::tanh(unit * coordinate); }
+    double coordinateOf(double sigma) const { return std::log(sigma) / unit; }
+};
+
+/// Fixed effects at the fit without random effects, each variance parameter at each of some values.
+std::vector<std::vector<double>> startsAt(std::size_t fixed,
+                                          std::size_t sigmas,
+                                          const SpreadScale& scale) {
+    const std::vector<double> single = {0.25, 0.5, 1.0, 2.0};
+    const std::vector<double> several = {0.3, 1.0};
+    const std::vector<double>& values = sigmas == 1 ? single : several;
+    std::vector<std::vector<double>> starts = {std::vector<double>(fixed, 0.0)};
+    for (std::size_t s = 0; s < sigmas; ++s) {
+        std::vector<std::vector<double>> longer;
+        for (const std::vector<double>& start : starts) {
+            for (const double value : values) {
+                longer.push_back(start);
+                longer.back().push_back(scale.coordinateOf(value));
+            }
+        }
+        starts = std::move(longer);
+    }
+    return starts;
+}
+
+/// The result of a search whose variance components are still to be added.
+MultilevelResult searched(const LinkedTask& task,
+                          const LinkedDesign& design,
+                          const Fit& fit,
+                          const LogLikelihood& logLikelihood) {
+    MultilevelResult result = task.started();
+    const std::size_t p = design.fixedCount();
+    const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, p, logLikelihood);
+    const FixedEffectTable::Estimates estimates{
+        .values = design.effects(std::span(fit.point).first(p)),
+        .variances = covariance ? design.variances(*covariance)
+                                : std::vector<double>(p, std::numeric_limits<double>::quiet_NaN())};
+    result.fixedEffects =
+        FixedEffectTable::of(task.options.fixedNames, estimates, task.options.confidenceLevel);
+    result.logLikelihood = fit.value;
+    result.converged = fit.converged;
+    result.iterations = fit.iterations;
+    task.setReadiness(result);
+    return result;
+}
+
+void addComponent(MultilevelResult& result, std::string name, double sigma) {
+    result.varianceComponents.push_back(
+        {.name = std::move(name), .variance = sigma * sigma, .standardDeviation = sigma});
+}
+
+MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design) {
+    const std::size_t p = design.fixedCount();
+    const SpreadScale scale(task.rows.cluster.count());
+    InterceptQuadrature quadrature(design, task.rows.cluster);
+    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
+        return quadrature.logLikelihood(design.predictor(point.first(p)), scale.sigma(point[p]));
+    };
+    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), logLikelihood);
+    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    addComponent(result, task.options.clusterLabel + " (Intercept)", scale.sigma(fit.point[p]));
+    return result;
+}
+
+double rootMeanSquare(const std::vector<double>& values) {
+    double sum = 0.0;
+    for (const double value : values) {
+        sum += value * value;
+    }
+    return sum > 0.0 ? std::sqrt(sum / static_cast<double>(values.size())) : 1.0;
+}
+
+MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
+    const std::size_t p = design.fixedCount();
+    const SpreadScale scale(task.rows.cluster.count());
+    const bool correlated = task.options.correlateRandomEffects;
+    std::vector<double> slope = task.rows.predictors[*task.rows.slope];
+    const double slopeUnit = rootMeanSquare(slope);
+    for (double& value : slope) {
+        value /= slopeUnit;
+    }
+    SlopeLaplace laplace(design, task.rows.cluster, slope);
+    const auto spread = [&](std::span<const double> point) {
+        return SlopeSpread{.intercept = scale.sigma(point[p]),
+                           .slope = scale.sigma(point[p + 1]),
+                           .correlation = correlated ? scale.correlation(point[p + 2]) : 0.0};
+    };
+    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
+        return laplace.logLikelihood(design.predictor(point.first(p)), spread(point));
+    };
+    std::vector<std::vector<double>> starts = startsAt(p, 2, scale);
+    for (std::vector<double>& start : starts) {
+        start.resize(p + (correlated ? 3 : 2), 0.0);
+    }
+    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
+    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    const SlopeSpread found = spread(fit.point);
+    addComponent(result, task.options.clusterLabel + " (Intercept)", found.intercept);
+    addComponent(result, task.options.clusterLabel + " (" + *task.options.randomSlopeName + ")",
+                 found.slope / slopeUnit);
+    if (correlated) {
+        result.randomEffectCorrelation = found.correlation;
+    }
+    return result;
+}
+
+MultilevelResult fitTwoFactors(const LinkedTask& task, const LinkedDesign& design) {
+    const std::size_t p = design.fixedCount();
+    const SpreadScale scaleA(task.rows.cluster.count());
+    const SpreadScale scaleB(task.rows.cluster2.count());
+    CrossedLaplace laplace(design, task.rows);
+    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
+        return laplace.logLikelihood(design.predictor(point.first(p)), scaleA.sigma(point[p]),
+                                     scaleB.sigma(point[p + 1]));
+    };
+    std::vector<std::vector<double>> starts = startsAt(p, 2, scaleA);
+    for (std::vector<double>& start : starts) {
+        start[p + 1] *= scaleA.unit / scaleB.unit;
+    }
+    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
+    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    addComponent(result, task.options.clusterLabel + " (Intercept)", scaleA.sigma(fit.point[p]));
+    addComponent(result, task.options.cluster2Label + " (Intercept)",
+                 scaleB.sigma(fit.point[p + 1]));
+    return result;
+}
+
+std::optional<MultilevelResult> fit(const MultilevelData& data,
+                                    const MultilevelOptions& options,
+                                    LinkedFamily family,
+                                    LinkedStructure structure) {
+    const std::optional<MultilevelRows> rows = MultilevelRows::of(data, options);
+    if (!rows || !LinkedTask::isCoded(*rows, family)) {
+        return std::nullopt;
+    }
+    const LinkedTask task{.family = family,
+                          .structure = structure,
+                          .options = options,
+                          .totalRows = data.outcome.size(),
+                          .rows = rows->sortedByCluster()};
+    if (std::string why = task.obstacle(); !why.empty()) {
+        return task.blocked(std::move(why));
+    }
+    const std::optional<LinkedDesign> design = LinkedDesign::of(task.rows, family);
+    if (!design) {
+        return task.blocked(MultilevelWording::notConverged());
+    }
+    switch (structure) {
+        case LinkedStructure::intercept:
+            return fitIntercept(task, *design);
+        case LinkedStructure::slope:
+            return fitSlope(task, *design);
+        case LinkedStructure::twoFactors:
+            return fitTwoFactors(task, *design);
+    }
+    return std::nullopt;
+}
+
+std::optional<MultilevelResult> fitRI(MultilevelData data,
+                                      MultilevelOptions options,
+                                      LinkedFamily family) {
+    data.cluster2.reset();
+    options.randomSlopeName.reset();
+    return fit(data, options, family, LinkedStructure::intercept);
+}
+
+std::optional<MultilevelResult> fitRS(MultilevelData data,
+                                      const MultilevelOptions& options,
+                                      LinkedFamily family) {
+    if (options.randomSlopeName.value_or("").empty()) {
+        return std::nullopt;
+    }
+    data.cluster2.reset();
+    return fit(data, options, family, LinkedStructure::slope);
+}
+
+std::optional<MultilevelResult> fitCrossed(const MultilevelData& data,
+                                           const MultilevelOptions& options,
+                                           LinkedFamily family) {
+    return data.cluster2 ? fit(data, options, family, LinkedStructure::twoFactors) : std::nullopt;
+}
+
+std::optional<MultilevelResult> fitThreeLevel(MultilevelData data,
+                                              MultilevelOptions options,
+                                              LinkedFamily family) {
+    if (!data.cluster || !data.cluster2) {
+        return std::nullopt;
+    }
+    data.cluster2 = MultilevelInputs::innerWithinOuter(*data.cluster, *data.cluster2);
+    options.cluster2Label = options.clusterLabel + ":" + options.cluster2Label;
+    return fitCrossed(data, options, family);
+}
+
+}  // namespace
+
+std::optional<MultilevelResult> fitLogisticRI(const MultilevelData& data,
+                                              const MultilevelOptions& options) {
+    return fitRI(data, options, LinkedFamily::logistic);
+}
+
+std::optional<MultilevelResult> fitPoissonRI(const MultilevelData& data,
+                                             const MultilevelOptions& options) {
+    return fitRI(data, options, LinkedFamily::poisson);
+}
+
+std::optional<MultilevelResult> fitLogisticRS(const MultilevelData& data,
+                                              const MultilevelOptions& options) {
+    return fitRS(data, options, LinkedFamily::logistic);
+}
+
+std::optional<MultilevelResult> fitPoissonRS(const MultilevelData& data,
+                                             const MultilevelOptions& options) {
+    return fitRS(data, options, LinkedFamily::poisson);
+}
+
+std::optional<MultilevelResult> fitLogisticCrossed(const MultilevelData& data,
+                                                   const MultilevelOptions& options) {
+    return fitCrossed(data, options, LinkedFamily::logistic);
+}
+
+std::optional<MultilevelResult> fitPoissonCrossed(const MultilevelData& data,
+                                                  const MultilevelOptions& options) {
+    return fitCrossed(data, options, LinkedFamily::poisson);
+}
+
+std::optional<MultilevelResult> fitLogisticThreeLevel(const MultilevelData& data,
+                                                      const MultilevelOptions& options) {
+    return fitThreeLevel(data, options, LinkedFamily::logistic);
+}
+
+std::optional<MultilevelResult> fitPoissonThreeLevel(const MultilevelData& data,
+                                                     const MultilevelOptions& options) {
+    return fitThreeLevel(data, options, LinkedFamily::poisson);
+}
+
+}  // namespace sorvane::MultilevelGLMM

@@ -1,0 +1,209 @@
+#include "SorvaneCore/Models/Multilevel/VarianceSearch.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "SorvaneCore/Models/Multilevel/VarianceMinimizers.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
+
+namespace sorvane::VarianceSearch {
+
+namespace {
+
+/// Below this a relative variance is no start for its logarithm.
+constexpr double smallestStart = 1e-8;
+
+/// The best setting so far; of equal ones the earliest.
+class Best {
+public:
+    explicit Best(const NestedProfile& profile) : profile_(profile) {}
+
+    /// The criterion at a setting, which becomes the best if it is lower.
+    double offer(const RandomCovariance& g) { return offer(g, evaluate(g)); }
+    /// The same with the profile at hand.
+    double offer(const RandomCovariance& g, std::optional<MultilevelProfile> candidate) {
+        const double value = valueOf(candidate);
+        if (candidate && std::isfinite(value) &&
+            (!found_.profile || value < found_.profile->criterion)) {
+            found_.g = g;
+            found_.profile = std::move(candidate);
+        }
+        return value;
+    }
+    /// Counts evaluations made elsewhere.
+    void count(std::size_t evaluations) {
+        found_.evaluations += static_cast<std::int64_t>(evaluations);
+    }
+    /// The criterion alone.
+    double value(const RandomCovariance& g) { return valueOf(evaluate(g)); }
+
+    bool isFound() const { return found_.profile.has_value(); }
+    const RandomCovariance& g() const { return found_.g; }
+    Found take() { return std::move(found_); }
+
+private:
+    std::optional<MultilevelProfile> evaluate(const RandomCovariance& g) {
+        ++found_.evaluations;
+        return profile_(g);
+    }
+    static double valueOf(const std::optional<MultilevelProfile>& profile) {
+        return profile ? profile->criterion : VarianceMinimizers::failedValue;
+    }
+
+    const NestedProfile& profile_;
+    Found found_;
+};
+
+RandomCovariance interceptOnly(double lambda) {
+    return {lambda, 0.0, 0.0, 0.0};
+}
+
+RandomCovariance diagonal(double first, double second) {
+    return {first, 0.0, 0.0, second};
+}
+
+/// Of the factor (a, 0; b, c).
+RandomCovariance ofFactor(double a, double b, double c) {
+    return {a * a, a * b, a * b, b * b + c * c};
+}
+
+void offerGrid(Best& best, bool correlated) {
+    constexpr std::array<double, 3> correlations = {-0.2, 0.0, 0.2};
+    for (int a = -4; a <= 4; ++a) {
+        for (int b = -4; b <= 4; ++b) {
+            const double v0 = std::pow(10.0, a / 2.0);
+            const double v1 = std::pow(10.0, b / 2.0);
+            if (!correlated) {
+                best.offer(diagonal(v0, v1));
+                continue;
+            }
+            for (const double r : correlations) {
+                best.offer(ofFactor(std::sqrt(v0), std::sqrt(v1) * r, std::sqrt(v1)));
+            }
+        }
+    }
+}
+
+double logStart(double variance) {
+    return std::log(std::max(variance, smallestStart));
+}
+
+void searchDiagonal(Best& best) {
+    const std::array<double, 2> start = {logStart(best.g()[0]), logStart(best.g()[3])};
+    const auto covariance = [](std::span<const double> t) {
+        return diagonal(std::exp(t[0]), std::exp(t[1]));
+    };
+    const std::vector<double> end = VarianceMinimizers::simplex(
+        start, [&](std::span<const double> t) { return best.value(covariance(t)); });
+    best.offer(covariance(end));
+}
+
+void searchCorrelated(Best& best) {
+    constexpr double smallestRoot = 1e-4;
+    const RandomCovariance& g = best.g();
+    const double a = std::max(std::sqrt(std::max(g[0], smallestStart)), smallestRoot);
+    const double c = std::max(std::sqrt(std::max(g[3], smallestStart)), smallestRoot);
+    const std::array<double, 3> start = {std::log(a), g[1] / std::max(a, smallestStart),
+                                         std::log(c)};
+    const auto covariance = [](std::span<const double> t) {
+        return ofFactor(std::exp(t[0]), t[1], std::exp(t[2]));
+    };
+    const std::vector<double> end = VarianceMinimizers::simplex(
+        start, [&](std::span<const double> t) { return best.value(covariance(t)); });
+    best.offer(covariance(end));
+}
+
+}  // namespace
+
+Found intercept(const NestedProfile& profile, std::optional<double> start) {
+    constexpr int lowestPower = -8;
+    constexpr int highestPower = 6;
+    constexpr double halfWidth = 4.0;
+    Best best(profile);
+    best.offer(interceptOnly(0.0));
+    for (int power = lowestPower; power <= highestPower; ++power) {
+        best.offer(interceptOnly(std::pow(10.0, power)));
+    }
+    if (start) {
+        best.offer(interceptOnly(*start));
+    }
+    if (best.isFound() && best.g()[0] > 0.0) {
+        const double middle = std::log(best.g()[0]);
+        const double x = VarianceMinimizers::brent(
+            middle - halfWidth, middle + halfWidth,
+            [&best](double logLambda) { return best.value(interceptOnly(std::exp(logLambda))); });
+        best.offer(interceptOnly(std::exp(x)));
+    }
+    return best.take();
+}
+
+Found interceptAndSlope(const NestedProfile& profile, bool correlated) {
+    Best best(profile);
+    best.offer({});
+    offerGrid(best, correlated);
+    if (best.isFound()) {
+        correlated ? searchCorrelated(best) : searchDiagonal(best);
+    }
+    return best.take();
+}
+
+Found crossed(const CrossedProfile& profile) {
+    constexpr int lowestHalf = -6;
+    constexpr int highestHalf = 4;
+    std::vector<RandomCovariance> grid;
+    for (int a = lowestHalf; a <= highestHalf; ++a) {
+        for (int b = lowestHalf; b <= highestHalf; ++b) {
+            grid.push_back(diagonal(std::pow(10.0, a / 2.0), std::pow(10.0, b / 2.0)));
+        }
+    }
+    std::vector<std::optional<MultilevelProfile>> profiles(grid.size());
+    parallelFor(grid.size(), hardwareThreads(),
+                [&](std::size_t i) { profiles[i] = profile(grid[i][0], grid[i][3], 1); });
+    const NestedProfile byDiagonal = [&profile](const RandomCovariance& g) {
+        return profile(g[0], g[3], hardwareThreads());
+    };
+    Best best(byDiagonal);
+    best.count(grid.size());
+    for (std::size_t i = 0; i < grid.size(); ++i) {
+        best.offer(grid[i], std::move(profiles[i]));
+    }
+    if (best.isFound()) {
+        searchDiagonal(best);
+    }
+    return best.take();
+}
+
+std::optional<double> momentLambda(std::span<const double> outcome, const ClusterCodes& clusters) {
+    const auto n = static_cast<double>(outcome.size());
+    const auto k = static_cast<double>(clusters.count());
+    const std::vector<std::size_t> sizes = clusters.sizes();
+    std::vector<double> means(clusters.count(), 0.0);
+    double grandMean = 0.0;
+    for (std::size_t i = 0; i < outcome.size(); ++i) {
+        means[clusters.codes[i]] += outcome[i];
+        grandMean += outcome[i] / n;
+    }
+    double squaredSizes = 0.0;
+    double between = 0.0;
+    for (std::size_t c = 0; c < means.size(); ++c) {
+        const auto size = static_cast<double>(sizes[c]);
+        means[c] /= size;
+        squaredSizes += size * size;
+        between += size * (means[c] - grandMean) * (means[c] - grandMean);
+    }
+    double within = 0.0;
+    for (std::size_t i = 0; i < outcome.size(); ++i) {
+        const double deviation = outcome[i] - means[clusters.codes[i]];
+        within += deviation * deviation;
+    }
+    const double effectiveSize = (n - squaredSizes / n) / (k - 1.0);
+    const double meanWithin = within / (n - k);
+    if (k < 2.0 || n - k < 1.0 || !(effectiveSize > 0.0) || !(meanWithin > 0.0)) {
+        return std::nullopt;
+    }
+    return std::max((between / (k - 1.0) - meanWithin) / effectiveSize, 0.0) / meanWithin;
+}
+
+}  // namespace sorvane::VarianceSearch

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "SorvaneCore/Models/Multilevel/ClusterSums.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelProfile.h"
+
+/// The searches for the relative variances of a linear mixed model, none of which needs a start.
+namespace sorvane::VarianceSearch {
+
+/// Relative variances with their profile; absent where no setting gave one.
+struct Found {
+    RandomCovariance g{};
+    std::optional<MultilevelProfile> profile{};
+    std::int64_t evaluations = 0;
+};
+
+using NestedProfile = std::function<std::optional<MultilevelProfile>(const RandomCovariance& g)>;
+/// Found on so many threads; several may be asked for at once.
+using CrossedProfile = std::function<std::optional<MultilevelProfile>(
+    double lambdaA, double lambdaB, unsigned threads)>;
+
+/// Of an intercept: 0, the powers of ten from 1e-8 to 1e6 and a start of one's own, then Brent's
+/// search for the logarithm within 4 of the best.
+Found intercept(const NestedProfile& profile, std::optional<double> start);
+
+/// Of an intercept and a slope: 0 and a grid of standard deviations from 0.1 to 10, with
+/// correlations about 0 where they correlate, then a simplex from the best, in the logarithms.
+Found interceptAndSlope(const NestedProfile& profile, bool correlated);
+
+/// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to
+/// 100, whose points are shared out among the threads, then a simplex likewise.
+Found crossed(const CrossedProfile& profile);
+
+/// The relative variance of cluster means, from the analysis of variance of the outcome alone.
+///
+/// Failure    fewer than two clusters, no more rows than clusters, no variance within -> absent
+std::optional<double> momentLambda(std::span<const double> outcome, const ClusterCodes& clusters);
+
+}  // namespace sorvane::VarianceSearch

@@ -1,0 +1,191 @@
+#include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Numerics/SplitMix64.h"
+#include "Tests/Analyses/ReadinessIssues.h"
+#include "Tests/Support/Closeness.h"
+
+namespace sorvane {
+namespace {
+
+using test::cautions;
+using test::closeTo;
+using test::obstacles;
+using Cells = std::vector<std::optional<double>>;
+using Labels = std::vector<std::string>;
+using Fit = std::optional<MultilevelResult> (*)(const MultilevelData&, const MultilevelOptions&);
+
+const std::string separation =
+    "One or more coefficients are extreme with very large standard errors, which usually means the "
+    "data are (quasi) perfectly separated within clusters. Treat these estimates as unstable; "
+    "consider collapsing sparse categories or removing the offending predictor.";
+
+/// Twelve clusters of ten rows, the outcome 1 where a shifted predictor beats chance.
+struct Simulated {
+    Cells shares{};
+    Cells counts{};
+    Cells x{};
+    Labels cluster{};
+    Labels other{};
+
+    Simulated() {
+        SplitMix64 random(3);
+        for (int c = 0; c < 12; ++c) {
+            const double shift = 2.0 * random.nextUnitDouble() - 1.0;
+            for (int i = 0; i < 10; ++i) {
+                x.emplace_back(random.nextUnitDouble());
+                const double eta = 2.0 * *x.back() - 1.0 + shift;
+                shares.emplace_back(random.nextUnitDouble() < 1.0 / (1.0 + std::exp(-eta)) ? 1 : 0);
+                counts.emplace_back(std::floor(3.0 * random.nextUnitDouble() * std::exp(eta)));
+                cluster.push_back("c" + std::to_string(c));
+                other.push_back("o" + std::to_string(i));
+            }
+        }
+    }
+
+    MultilevelData data(const Cells& outcome, bool isCrossed = false) const {
+        return {.outcome = NumericColumn(outcome),
+                .fixedPredictors = {NumericColumn(x)},
+                .cluster = TextColumn::of(cluster),
+                .cluster2 = isCrossed ? TextColumn::of(other) : nullptr};
+    }
+};
+
+const MultilevelOptions options{
+    .fixedNames = {"x"}, .clusterLabel = "c", .cluster2Label = "o", .randomSlopeName = "x"};
+
+TEST(MultilevelGLMM, BlocksOutcomesThatDoNotVary) {
+    struct Case {
+        int line;
+        Fit fit;
+        double outcome;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {__LINE__, MultilevelGLMM::fitLogisticRI, 0.0,
+         "Outcome has no variation (all 0 or all 1)."},
+        {__LINE__, MultilevelGLMM::fitLogisticRS, 1.0,
+         "Outcome has no variation (all 0 or all 1)."},
+        {__LINE__, MultilevelGLMM::fitPoissonRI, 0.0, "Outcome has no events (all zeros)."},
+        {__LINE__, MultilevelGLMM::fitPoissonCrossed, 4.0, "Outcome has no variation."}};
+    const Simulated rows;
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        const auto result = each.fit(rows.data(Cells(120, each.outcome), true), options);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(obstacles(result->readiness), Labels{each.message});
+        EXPECT_TRUE(std::isnan(result->fixedEffects.at(1).standardError));
+    }
+}
+
+TEST(MultilevelGLMM, RefusesOutcomesOfAnotherKind) {
+    const Simulated rows;
+    EXPECT_FALSE(MultilevelGLMM::fitLogisticRI(rows.data(Cells(120, 2.0)), options));
+    EXPECT_FALSE(MultilevelGLMM::fitPoissonRI(rows.data(Cells(120, 0.5)), options));
+    EXPECT_FALSE(MultilevelGLMM::fitPoissonRI(rows.data(Cells(120, -1.0)), options));
+    EXPECT_FALSE(MultilevelGLMM::fitPoissonCrossed(rows.data(rows.counts), options));
+    MultilevelOptions noSlope = options;
+    noSlope.randomSlopeName = "";
+    EXPECT_FALSE(MultilevelGLMM::fitPoissonRS(rows.data(rows.counts), noSlope));
+}
+
+TEST(MultilevelGLMM, RepeatsItselfAndNamesItsMethod) {
+    const Simulated rows;
+    struct Case {
+        int line;
+        Fit fit;
+        const Cells& outcome;
+        Labels components;
+        Labels cautions;
+    };
+    const std::string slope =
+        "Random-slope GLMM uses Laplace approximation for the cluster integrals (matching multi-RE "
+        "glmer); adaptive Gauss\u2013Hermite is used only for scalar random intercepts.";
+    const std::string factors =
+        "Two-factor GLMM uses a dense Laplace approximation over both random-intercept vectors "
+        "(matching multi-RE glmer).";
+    const std::vector<Case> cases = {
+        {__LINE__, MultilevelGLMM::fitLogisticRI, rows.shares, {"c (Intercept)"}, {}},
+        {__LINE__, MultilevelGLMM::fitPoissonRI, rows.counts, {"c (Intercept)"}, {}},
+        {__LINE__, MultilevelGLMM::fitPoissonRS, rows.counts, {"c (Intercept)", "c (x)"}, {slope}},
+        {__LINE__,
+         MultilevelGLMM::fitPoissonCrossed,
+         rows.counts,
+         {"c (Intercept)", "o (Intercept)"},
+         {factors}},
+        {__LINE__,
+         MultilevelGLMM::fitLogisticThreeLevel,
+         rows.shares,
+         {"c (Intercept)", "c:o (Intercept)"},
+         {factors}}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        const auto result = each.fit(rows.data(each.outcome, true), options);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(each.fit(rows.data(each.outcome, true), options), result);
+        EXPECT_EQ(cautions(result->readiness), each.cautions);
+        Labels names;
+        for (const MultilevelVarianceComponent& component : result->varianceComponents) {
+            names.push_back(component.name);
+        }
+        EXPECT_EQ(names, each.components);
+        EXPECT_FALSE(result->fixedEffects[0].df || result->icc || result->remlCriterion);
+    }
+}
+
+TEST(MultilevelGLMM, SaysThatPredictorsSeparate) {
+    const Simulated rows;
+    Cells separated;
+    for (const std::optional<double>& x : rows.x) {
+        separated.emplace_back(*x > 0.5 ? 1.0 : 0.0);
+    }
+    for (const Fit fit : {MultilevelGLMM::fitLogisticRI, MultilevelGLMM::fitLogisticRS}) {
+        const auto result = fit(rows.data(separated), options);
+        ASSERT_TRUE(result);
+        const Labels said = cautions(result->readiness);
+        EXPECT_EQ(std::count(said.begin(), said.end(), separation), 1);
+    }
+}
+
+/// Without variance between clusters the likelihood is that of the plain model.
+TEST(MultilevelGLMM, EndsAtThePlainModelWhereClustersDoNotDiffer) {
+    Cells counts;
+    Labels cluster;
+    for (int c = 0; c < 20; ++c) {
+        for (const double count : {0.0, 1.0, 2.0, 5.0}) {
+            counts.emplace_back(count);
+            cluster.push_back("c" + std::to_string(c));
+        }
+    }
+    const auto result = MultilevelGLMM::fitPoissonRI(
+        {.outcome = NumericColumn(counts), .cluster = TextColumn::of(cluster)}, {});
+    double plain = 0.0;
+    for (const std::optional<double>& count : counts) {
+        plain += *count * std::log(2.0) - 2.0 - std::lgamma(*count + 1.0);
+    }
+    EXPECT_TRUE(closeTo(result->logLikelihood, plain, {.relative = 0, .absolute = 1e-5}));
+    EXPECT_TRUE(closeTo(result->fixedEffects[0].estimate, std::log(2.0), {.relative = 1e-4}));
+    EXPECT_LT(result->varianceComponents[0].standardDeviation, 1e-2);
+}
+
+TEST(MultilevelGLMM, StaysFiniteWhereClustersAreAllEventsOrNone) {
+    Simulated rows;
+    for (std::size_t i = 0; i < 10; ++i) {
+        rows.shares[i] = 1.0;
+        rows.shares[110 + i] = 0.0;
+        rows.counts[i] = 0.0;
+    }
+    for (const auto& result : {MultilevelGLMM::fitLogisticRI(rows.data(rows.shares), options),
+                               MultilevelGLMM::fitPoissonRI(rows.data(rows.counts), options)}) {
+        ASSERT_TRUE(result);
+        EXPECT_TRUE(result->converged);
+        EXPECT_TRUE(std::isfinite(result->logLikelihood));
+        EXPECT_TRUE(std::isfinite(result->fixedEffects[1].standardError));
+    }
+}
+
+}  // namespace
+}  // namespace sorvane

@@ -1,0 +1,288 @@
+#include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
+#include "SorvaneCore/Numerics/SplitMix64.h"
+#include "Tests/Analyses/ReadinessIssues.h"
+#include "Tests/Support/Closeness.h"
+
+namespace sorvane {
+namespace {
+
+using test::cautions;
+using test::closeTo;
+using test::obstacles;
+using Cells = std::vector<std::optional<double>>;
+using Labels = std::vector<std::string>;
+
+MultilevelData dataOf(const Cells& outcome,
+                      const std::vector<Cells>& predictors,
+                      const Labels& cluster,
+                      const Labels& cluster2 = {}) {
+    MultilevelData data{.outcome = NumericColumn(outcome),
+                        .cluster = TextColumn::of(cluster),
+                        .cluster2 = cluster2.empty() ? nullptr : TextColumn::of(cluster2)};
+    for (const Cells& predictor : predictors) {
+        data.fixedPredictors.emplace_back(predictor);
+    }
+    return data;
+}
+
+MultilevelOptions namedOptions(std::size_t predictors) {
+    MultilevelOptions options{.clusterLabel = "class"};
+    for (std::size_t j = 1; j <= predictors; ++j) {
+        options.fixedNames.push_back("x" + std::to_string(j));
+    }
+    return options;
+}
+
+/// Rows in clusters of a size, with one predictor; clusters differ by `spread`.
+struct Simulated {
+    Cells outcome{};
+    Cells x{};
+    Labels cluster{};
+
+    Simulated(std::size_t clusters, std::size_t size, double spread) {
+        SplitMix64 random(5);
+        for (std::size_t c = 0; c < clusters; ++c) {
+            const double shift = spread * random.nextUnitDouble();
+            for (std::size_t i = 0; i < size; ++i) {
+                x.emplace_back(static_cast<double>(i) + random.nextUnitDouble());
+                outcome.emplace_back(2.0 + 0.5 * *x.back() + shift + random.nextUnitDouble());
+                cluster.push_back("c" + std::to_string(c));
+            }
+        }
+    }
+
+    MultilevelData data() const { return dataOf(outcome, {x}, cluster); }
+};
+
+TEST(MultilevelModel, RefusesWhatDoesNotFit) {
+    const Simulated rows(4, 5, 1.0);
+    MultilevelData shorter = rows.data();
+    shorter.fixedPredictors[0] = NumericColumn(Cells{1.0, 2.0});
+    EXPECT_FALSE(MultilevelModel::fit(shorter, namedOptions(1)));
+    EXPECT_FALSE(MultilevelModel::fit(rows.data(), namedOptions(2)));
+    MultilevelOptions unknownSlope = namedOptions(1);
+    unknownSlope.randomSlopeName = "x9";
+    EXPECT_FALSE(MultilevelModel::fit(rows.data(), unknownSlope));
+    unknownSlope.randomSlopeName = "";
+    EXPECT_TRUE(MultilevelModel::fit(rows.data(), unknownSlope));
+}
+
+TEST(MultilevelModel, NeedsMoreRowsThanFixedEffects) {
+    const Labels clusters = {"a", "a", "b"};
+    const Cells x = {1.0, 2.0, 4.0};
+    for (const auto estimator : {MultilevelEstimator::ml, MultilevelEstimator::reml}) {
+        MultilevelOptions options = namedOptions(1);
+        options.estimator = estimator;
+        const auto fit = MultilevelModel::fit(dataOf({1.0, 3.0, 4.0}, {x}, clusters), options);
+        ASSERT_TRUE(fit);
+        EXPECT_EQ(obstacles(fit->readiness), Labels{});
+    }
+    EXPECT_FALSE(MultilevelModel::fit(dataOf({1.0, 3.0, {}}, {x}, clusters), namedOptions(1)));
+}
+
+TEST(MultilevelModel, SaysWhyThereIsNoFit) {
+    struct Case {
+        int line;
+        MultilevelData data;
+        std::string message;
+    };
+    const Simulated rows(4, 5, 1.0);
+    const Labels one(20, "all");
+    Cells twice;
+    Cells exact;
+    for (const std::optional<double>& x : rows.x) {
+        twice.emplace_back(2.0 * *x + 1.0);
+        exact.emplace_back(3.0 - 0.25 * *x);
+    }
+    Labels many(4002);
+    Labels few(4002);
+    Cells outcome(4002);
+    for (std::size_t i = 0; i < many.size(); ++i) {
+        many[i] = "m" + std::to_string(i % 3999);
+        few[i] = i % 2 == 0 ? "a" : "b";
+        outcome[i] = static_cast<double>(i % 7);
+    }
+    const std::string unusable = "The multilevel model did not converge to a usable solution.";
+    const std::vector<Case> cases = {
+        {__LINE__, dataOf(rows.outcome, {rows.x}, one),
+         "Multilevel models need at least two clusters."},
+        {__LINE__, dataOf(rows.outcome, {rows.x, twice}, rows.cluster), unusable},
+        {__LINE__, dataOf(rows.outcome, {Cells(20, 7.1)}, rows.cluster), unusable},
+        {__LINE__, dataOf(exact, {rows.x}, rows.cluster), unusable},
+        {__LINE__, dataOf(rows.outcome, {rows.x}, rows.cluster, one),
+         "Cross-classified models need at least two levels on each crossed factor."},
+        {__LINE__, dataOf(outcome, {}, many, few),
+         "Cross-classified / three-level fitting is limited to 4000 total random-effect levels in "
+         "this build."},
+        {__LINE__,
+         dataOf(rows.outcome, {rows.x, twice}, rows.cluster, Labels(few.begin(), few.begin() + 20)),
+         "The cross-classified model did not converge to a usable solution."}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        const auto fit =
+            MultilevelModel::fit(each.data, namedOptions(each.data.fixedPredictors.size()));
+        ASSERT_TRUE(fit);
+        EXPECT_EQ(obstacles(fit->readiness), Labels{each.message});
+        EXPECT_EQ(fit->fixedEffects.size(), each.data.fixedPredictors.size() + 1);
+        EXPECT_TRUE(std::isnan(fit->fixedEffects[0].estimate));
+        EXPECT_TRUE(std::isnan(fit->logLikelihood));
+        EXPECT_TRUE(fit->varianceComponents.empty());
+        EXPECT_FALSE(fit->icc || fit->remlCriterion || fit->converged);
+    }
+}
+
+TEST(MultilevelModel, RunsAtTheLimitOfLevelsWhereFactorsAreNested) {
+    Labels inner(4200);
+    Labels outer(4200);
+    Cells outcome(4200);
+    SplitMix64 random(9);
+    for (std::size_t i = 0; i < inner.size(); ++i) {
+        outer[i] = "o" + std::to_string(i % 500);
+        inner[i] = "i" + std::to_string(i % 3500);
+        outcome[i] = random.nextUnitDouble() + static_cast<double>(i % 5);
+    }
+    const auto fit = MultilevelModel::fit(dataOf(outcome, {}, outer, inner), namedOptions(0));
+    ASSERT_TRUE(fit);
+    EXPECT_EQ(fit->nClusters, 500);
+    EXPECT_EQ(fit->nClustersSecondary, 3500);
+    EXPECT_TRUE(fit->converged);
+}
+
+TEST(MultilevelModel, CautionsAboutClusters) {
+    struct Case {
+        int line;
+        std::size_t clusters;
+        double spread;
+        Labels messages;
+    };
+    const std::string boundary = "Cluster intercept variance is near zero (boundary).";
+    const std::vector<Case> cases = {
+        {__LINE__, 4, 9.0, {"Fewer than five clusters; treat variance components as descriptive."}},
+        {__LINE__,
+         9,
+         9.0,
+         {"Only 9 clusters; variance components and cluster-level inferences are unstable with "
+          "fewer than 10 groups."}},
+        {__LINE__, 10, 9.0, {}}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        const auto fit =
+            MultilevelModel::fit(Simulated(each.clusters, 6, each.spread).data(), namedOptions(1));
+        EXPECT_EQ(cautions(fit->readiness), each.messages);
+    }
+    Simulated alone(12, 4, 9.0);
+    alone.cluster.back() = "  c99 ";
+    EXPECT_EQ(cautions(MultilevelModel::fit(alone.data(), namedOptions(1))->readiness),
+              Labels{"1 cluster(s) have only one case; variance components are less stable."});
+    const Labels halves = {"a", "a", "a", "b", "b", "b"};
+    const auto equal =
+        MultilevelModel::fit(dataOf({1.0, 2.0, 3.0, 3.0, 2.0, 1.0}, {}, halves), namedOptions(0));
+    EXPECT_EQ(equal->icc, 0.0);
+    EXPECT_EQ(cautions(equal->readiness).back(), boundary);
+}
+
+TEST(MultilevelModel, ReadsLabelsWithoutSurroundingSpace) {
+    Simulated rows(5, 4, 3.0);
+    const auto plain = MultilevelModel::fit(rows.data(), namedOptions(1));
+    rows.cluster[0] = " c0\n";
+    rows.cluster[6] = "\tc1";
+    EXPECT_EQ(MultilevelModel::fit(rows.data(), namedOptions(1)), plain);
+    rows.cluster[7] = "  ";
+    const auto fewer = MultilevelModel::fit(rows.data(), namedOptions(1));
+    EXPECT_EQ(fewer->n, plain->n - 1);
+    EXPECT_EQ(fewer->readiness.totalRows, 20);
+}
+
+TEST(MultilevelModel, DoesNotDependOnUnitsOrOffsets) {
+    const Simulated rows(8, 7, 2.0);
+    Cells far;
+    Cells scaled;
+    for (std::size_t i = 0; i < rows.x.size(); ++i) {
+        far.emplace_back(*rows.outcome[i] * 1e-4 + 1e6);
+        scaled.emplace_back(*rows.x[i] * 1e7);
+    }
+    MultilevelOptions options = namedOptions(1);
+    options.dfMethod = MultilevelDFMethod::kenwardRoger;
+    const auto fit = MultilevelModel::fit(rows.data(), options);
+    const auto other = MultilevelModel::fit(dataOf(far, {scaled}, rows.cluster), options);
+    EXPECT_TRUE(closeTo(*other->icc, *fit->icc, {.relative = 1e-4}));
+    EXPECT_TRUE(closeTo(other->fixedEffects[1].z, fit->fixedEffects[1].z, {.relative = 1e-5}));
+    EXPECT_TRUE(closeTo(other->fixedEffects[1].estimate, fit->fixedEffects[1].estimate * 1e-11,
+                        {.relative = 1e-5}));
+}
+
+TEST(MultilevelModel, CorrelatesOnlyWhereThereIsASlope) {
+    const Simulated rows(12, 6, 4.0);
+    MultilevelOptions options = namedOptions(1);
+    EXPECT_FALSE(MultilevelModel::fit(rows.data(), options)->randomEffectCorrelation);
+    options.randomSlopeName = "x1";
+    const auto correlated = MultilevelModel::fit(rows.data(), options);
+    ASSERT_EQ(correlated->varianceComponents.size(), 3U);
+    EXPECT_EQ(correlated->varianceComponents[1].name, "class (x1)");
+    options.correlateRandomEffects = false;
+    const auto independent = MultilevelModel::fit(rows.data(), options);
+    EXPECT_FALSE(independent->randomEffectCorrelation);
+    EXPECT_GE(correlated->logLikelihood, independent->logLikelihood - 1e-8);
+}
+
+TEST(MultilevelModel, HoldsTheConfidenceLevel) {
+    const Simulated rows(6, 5, 2.0);
+    MultilevelOptions options = namedOptions(1);
+    options.confidenceLevel = 1.0;
+    const auto widest = MultilevelModel::fit(rows.data(), options);
+    options.confidenceLevel = 0.999;
+    EXPECT_EQ(MultilevelModel::fit(rows.data(), options), widest);
+}
+
+/// Checked against the definition: the mean of a cluster, shrunk by its reliability.
+TEST(MultilevelModel, ShrinksTheDeparturesOfClusters) {
+    Cells outcome;
+    Labels cluster;
+    const std::vector<double> means = {1.0, 4.0, 7.0, 12.0};
+    for (std::size_t c = 0; c < means.size(); ++c) {
+        for (const double deviation : {-1.0, 0.0, 1.0}) {
+            outcome.emplace_back(means[c] + deviation);
+            cluster.push_back("c" + std::to_string(c));
+        }
+    }
+    const MultilevelData data = dataOf(outcome, {}, cluster);
+    const auto fit = MultilevelModel::fit(data, namedOptions(0));
+    const auto effects = MultilevelModel::clusterEffects(data, namedOptions(0), *fit);
+    ASSERT_EQ(effects.size(), 4U);
+    // The analysis of variance estimates, exact for a balanced design.
+    const double residual = 1.0;
+    const double between = 22.0 - residual / 3.0;
+    const double reliability = between / (between + residual / 3.0);
+    EXPECT_TRUE(closeTo(effects[3].intercept, 6.0 * reliability, {.relative = 1e-6}));
+    EXPECT_TRUE(closeTo(effects[3].interceptError, std::sqrt(between * (1.0 - reliability)),
+                        {.relative = 1e-6}));
+    EXPECT_FALSE(effects[3].slope);
+}
+
+TEST(MultilevelInputs, LagsWithinClustersByTime) {
+    const Labels clusters = {"a", "b", "a", " a", "", "b", "a"};
+    const Cells time = {3.0, 1.0, 1.0, 7.0, 1.0, {}, 1.0};
+    const Cells outcome = {30.0, 5.0, 10.0, 70.0, 1.0, 6.0, 11.0};
+    const auto lagged = MultilevelInputs::lagWithinCluster(
+        NumericColumn(outcome), *TextColumn::of(clusters), NumericColumn(time));
+    EXPECT_EQ(lagged, (Cells{11.0, {}, {}, 30.0, {}, {}, 10.0}));
+    const auto unfit = MultilevelInputs::lagWithinCluster(
+        NumericColumn(outcome), *TextColumn::of(Labels{"a"}), NumericColumn(time));
+    EXPECT_EQ(unfit, Cells(7));
+}
+
+TEST(MultilevelInputs, JoinsLabelsOfOuterAndInnerClusters) {
+    const auto joined =
+        MultilevelInputs::innerWithinOuter(*TextColumn::of(Labels{"a", " a", "b", "", "b"}),
+                                           *TextColumn::of(Labels{"1 ", "2", "1", "1", " "}));
+    EXPECT_EQ(*joined, *TextColumn::of(Labels{"a:1", "a:2", "b:1", "", ""}));
+}
+
+}  // namespace
+}  // namespace sorvane
