@@ -43,6 +43,7 @@ std::vector<Procedure> structuralProcedures();
 std::vector<Procedure> mediationProcedures();
 std::vector<Procedure> multilevelProcedures();
 std::vector<Procedure> prepareProcedures();
+std::vector<Procedure> imputationProcedures();
 std::vector<Procedure> projectProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.

@@ -1,0 +1,158 @@
+#include "SorvaneCore/Prepare/Imputation/MultipleImputation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
+#include "SorvaneCore/Prepare/Imputation/NearestDonors.h"
+
+namespace sorvane {
+namespace {
+
+using Cells = std::vector<std::optional<double>>;
+
+std::vector<std::string> messages(const AnalysisReadiness& readiness) {
+    std::vector<std::string> texts;
+    for (const AnalysisReadinessIssue& issue : readiness.issues) {
+        texts.push_back(issue.message);
+    }
+    return texts;
+}
+
+/// Three columns of forty rows that hang together, some cells of the first two missing.
+std::vector<NumericColumn> someColumns() {
+    std::mt19937 draw(7);
+    Cells x;
+    Cells y;
+    Cells z;
+    for (int row = 0; row < 40; ++row) {
+        const double value = static_cast<double>(draw() % 1000) / 100.0;
+        z.emplace_back(value);
+        x.push_back(row % 7 == 3 ? std::nullopt : std::optional(value + row % 3));
+        y.push_back(row % 5 == 2 ? std::nullopt : std::optional(2.0 * value - row % 4));
+    }
+    return {NumericColumn(x), NumericColumn(y), NumericColumn(z)};
+}
+
+TEST(NearestDonors, FindWhatAStableSortWouldPutFirst) {
+    std::mt19937 draw(1);
+    for (int trial = 0; trial < 200; ++trial) {
+        std::vector<double> predictions(1 + draw() % 30);
+        for (double& prediction : predictions) {
+            prediction = static_cast<double>(draw() % 7);
+        }
+        const std::size_t count = 1 + draw() % 6;
+        NearestDonors donors(predictions, count);
+        const double wanted = static_cast<double>(draw() % 14) / 2.0;
+        std::vector<std::size_t> sorted(predictions.size());
+        std::generate(sorted.begin(), sorted.end(), [n = std::size_t{0}]() mutable { return n++; });
+        std::ranges::stable_sort(
+            sorted, {}, [&](std::size_t at) { return std::abs(predictions[at] - wanted); });
+        for (std::size_t choice = 0; choice < donors.count(); ++choice) {
+            EXPECT_EQ(donors.donor(wanted, choice), sorted[choice]) << trial;
+        }
+    }
+}
+
+TEST(MultipleImputation, RepeatsAndDrawsFromObservedValues) {
+    const std::vector<NumericColumn> columns = someColumns();
+    const ImputationOptions options{.variableNames = {"x", "y", "z"}, .m = 6, .maxIterations = 3};
+    const auto result = MultipleImputation::impute(columns, options);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result, MultipleImputation::impute(columns, options));
+    EXPECT_EQ(result->readiness.status, AnalysisReadinessStatus::ready);
+    const std::vector<double> observed = columns[0].present();
+    for (const CompletedColumns& copy : result->imputedDatasets) {
+        for (std::size_t row = 0; row < 40; ++row) {
+            ASSERT_TRUE(copy[0][row]);
+            EXPECT_TRUE(!columns[0][row] || copy[0][row] == columns[0][row]);
+            EXPECT_NE(std::ranges::find(observed, *copy[0][row]), observed.end());
+        }
+    }
+    EXPECT_NE(result->imputedDatasets[0], result->imputedDatasets[1]);
+
+    // Later copies depend on the draws before them alone, however many follow.
+    ImputationOptions fewer = options;
+    fewer.m = 2;
+    const auto first = MultipleImputation::impute(columns, fewer);
+    EXPECT_EQ(first->imputedDatasets[1], result->imputedDatasets[1]);
+}
+
+TEST(MultipleImputation, FallsBackWhereThereIsNobodyToDrawFrom) {
+    const NumericColumn none(Cells{{}, {}, {}, {}, {}});
+    const NumericColumn one(Cells{3.0, {}, {}, {}, {}});
+    const NumericColumn some(Cells{1.0, 2.0, {}, 4.0, 5.0});
+    const std::vector<NumericColumn> columns = {none, one, some};
+    const auto result = MultipleImputation::impute(
+        columns, {.variableNames = {"a", "b", "c"}, .m = 3, .maxIterations = 2});
+    ASSERT_TRUE(result);
+    for (const CompletedColumns& copy : result->imputedDatasets) {
+        EXPECT_EQ(copy[0], (Cells{{}, {}, {}, {}, {}})) << "nothing is made of nothing";
+        EXPECT_EQ(copy[1], (Cells{3.0, 3.0, 3.0, 3.0, 3.0})) << "one row fits no line";
+        EXPECT_TRUE(copy[2][2]);
+    }
+    EXPECT_EQ(messages(result->readiness),
+              (std::vector<std::string>{
+                  "More than 40% of cells are missing; imputed values carry substantial "
+                  "uncertainty and should be treated as exploratory.",
+                  "These variables have no observed values and cannot be imputed; they are left "
+                  "missing rather than filled: a",
+                  "There are fewer than 30 rows (5); chained-equation models are unstable on small "
+                  "samples.",
+                  "Fewer than 5 imputations (3); pooled standard errors may be imprecise."}));
+    const std::vector<NumericColumn> alone = {one};
+    EXPECT_EQ(MultipleImputation::impute(alone, {.variableNames = {"b"}})->imputedDatasets[4][0],
+              (Cells{3.0, 3.0, 3.0, 3.0, 3.0}))
+        << "predicted with no residual";
+}
+
+TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {
+    const std::vector<NumericColumn> columns = someColumns();
+    int sweeps = 0;
+    ImputationOptions options{.variableNames = {"x", "y", "z"}, .m = 1, .maxIterations = 9};
+    options.shouldContinue = [&sweeps] {
+        return ++sweeps < 4;
+    };
+    EXPECT_FALSE(MultipleImputation::impute(columns, options));
+    EXPECT_EQ(sweeps, 4);
+    EXPECT_FALSE(MultipleImputation::impute(columns, {.m = 0}));
+    EXPECT_FALSE(MultipleImputation::impute(columns, {.maxIterations = 0}));
+    const std::vector<NumericColumn> ragged = {columns[0], NumericColumn(Cells{1.0})};
+    EXPECT_FALSE(MultipleImputation::impute(ragged, {}));
+}
+
+TEST(MultipleImputation, PoolsCopiesThatAgreeOnTheNormalDistribution) {
+    const std::vector<double> same = {2.0, 2.0};
+    const std::vector<double> variances = {0.25, 0.25};
+    const PooledEstimate pooled = MultipleImputation::pool(same, variances);
+    EXPECT_EQ(pooled.degreesOfFreedom, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(pooled.fractionMissingInfo, 0.0);
+    EXPECT_NEAR(pooled.confidenceIntervalUpper, 2.0 + 0.5 * 1.959963984540054, 1e-12);
+    EXPECT_TRUE(std::isnan(MultipleImputation::pool({}, {}).estimate));
+}
+
+TEST(MICEAnalysis, PoolsWhatTheCopiesGive) {
+    const std::vector<NumericColumn> columns = someColumns();
+    const std::vector<std::string> names = {"x", "y", "z"};
+    const auto imputed = MultipleImputation::impute(columns, {.variableNames = names});
+    ASSERT_TRUE(imputed);
+    const auto& copies = imputed->imputedDatasets;
+    const auto coefficients = MICEAnalysis::pooledRegression(copies, names, "y", {"x", "z"});
+    ASSERT_TRUE(coefficients);
+    ASSERT_EQ(coefficients->size(), 3U);
+    EXPECT_EQ(coefficients->front().name, "(Intercept)");
+    EXPECT_GT((*coefficients)[2].estimate, 0.0);
+    EXPECT_LT((*coefficients)[2].ciLower, (*coefficients)[2].estimate);
+    const auto correlation = MICEAnalysis::pooledCorrelation(copies, names, "x", "z");
+    ASSERT_TRUE(correlation);
+    EXPECT_EQ(correlation->m, 5);
+    EXPECT_GT(correlation->r, 0.9);
+    EXPECT_FALSE(MICEAnalysis::pooledCorrelation(copies, names, "x", "gone"));
+    EXPECT_FALSE(MICEAnalysis::pooledRegression({}, names, "y", {"x"}));
+}
+
+}  // namespace
+}  // namespace sorvane
