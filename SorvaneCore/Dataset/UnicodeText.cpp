@@ -232,6 +232,21 @@ std::size_t leadingDigitLength(std::string_view text) {
     return !text.empty() && u_isdigit(codePointAt(text, position)) ? position : 0;
 }
 
+std::size_t leadingLetterLength(std::string_view text) {
+    std::size_t position = 0;
+    return !text.empty() && u_isalpha(codePointAt(text, position)) ? position : 0;
+}
+
+bool isWord(std::string_view text) {
+    for (std::size_t position = 0; position < text.size();) {
+        const UChar32 c = codePointAt(text, position);
+        if (c != '_' && !isAlphanumeric(c)) {
+            return false;
+        }
+    }
+    return !text.empty();
+}
+
 bool standsAloneAmongOthers(std::string_view text, std::size_t position) {
     std::size_t next = position + 1;
     if (next < text.size() && static_cast<unsigned char>(text[next]) >= 0x80) {

@@ -27,6 +27,12 @@ std::size_t characterCount(std::string_view text);
 /// Whether the text begins with a decimal digit of any script; its length in bytes, or 0.
 std::size_t leadingDigitLength(std::string_view text);
 
+/// Whether the text begins with a letter of any script; its length in bytes, or 0.
+std::size_t leadingLetterLength(std::string_view text);
+
+/// Whether the text is not empty and holds nothing but letters, marks, numbers and "_".
+bool isWord(std::string_view text);
+
 /// Whether every byte is ASCII.
 bool isAscii(std::string_view text);
 

@@ -48,7 +48,8 @@ double read(const Objective& objective, const Vector& point) {
     return std::isfinite(value) ? value : unusableValue;
 }
 
-Vector gradientAt(const Objective& objective, Vector point) {
+Vector differences(const Objective& objective, std::span<const double> at) {
+    Vector point(at.begin(), at.end());
     Vector gradient(point.size());
     for (std::size_t i = 0; i < point.size(); ++i) {
         const double centre = point[i];
@@ -139,9 +140,19 @@ Vector identity(std::size_t n) {
 }
 
 Result minimize(std::span<const double> start, const Objective& objective, const Limits& limits) {
+    const auto gradient = [&objective](std::span<const double> point) {
+        return differences(objective, point);
+    };
+    return minimize(start, objective, gradient, limits);
+}
+
+Result minimize(std::span<const double> start,
+                const Objective& objective,
+                const Gradient& gradient,
+                const Limits& limits) {
     Position position{.point = {start.begin(), start.end()}};
     position.value = read(objective, position.point);
-    position.gradient = gradientAt(objective, position.point);
+    position.gradient = gradient(position.point);
     Vector inverseHessian = identity(start.size());
     for (int round = 0; round < limits.maxIterations; ++round) {
         if (norm(position.gradient) < limits.gradientTolerance) {
@@ -153,7 +164,7 @@ Result minimize(std::span<const double> start, const Objective& objective, const
         if (!next) {
             return resultOf(position, round, false);
         }
-        next->gradient = gradientAt(objective, next->point);
+        next->gradient = gradient(next->point);
         const Vector move = difference(next->point, position.point);
         update(inverseHessian, move, difference(next->gradient, position.gradient));
         position = std::move(*next);

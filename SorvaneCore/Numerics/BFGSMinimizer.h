@@ -8,10 +8,11 @@
 #include <span>
 #include <vector>
 
-/// Minimization of a smooth function that gives no derivatives.
+/// Minimization of a smooth function.
 namespace sorvane::BFGSMinimizer {
 
 using Objective = std::function<double(std::span<const double> point)>;
+using Gradient = std::function<std::vector<double>(std::span<const double> point)>;
 
 struct Limits {
     int maxIterations = 300;
@@ -47,5 +48,12 @@ std::vector<double> identity(std::size_t n);
 /// Cost       2n evaluations and O(n^2) a round, beside the line search
 /// Reference  Nocedal and Wright (2006), Numerical Optimization, 6.1
 Result minimize(std::span<const double> start, const Objective& objective, const Limits& limits);
+
+/// The same with an exact gradient, which is asked for at points of which the objective was asked
+/// just before.
+Result minimize(std::span<const double> start,
+                const Objective& objective,
+                const Gradient& gradient,
+                const Limits& limits);
 
 }  // namespace sorvane::BFGSMinimizer

@@ -14,12 +14,15 @@ public:
     constexpr explicit SplitMix64(std::uint64_t seed) : state_(seed) {}
 
     constexpr std::uint64_t next() {
-        state_ += 0x9e3779b97f4a7c15U;
+        skip(1);
         std::uint64_t z = state_;
         z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
         z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
         return z ^ (z >> 31);
     }
+
+    /// Goes past that many draws, as if they had been taken.
+    constexpr void skip(std::uint64_t draws) { state_ += draws * 0x9e3779b97f4a7c15U; }
 
     /// In [0, 1), a multiple of 2^-53.
     constexpr double nextUnitDouble() { return static_cast<double>(next() >> 11) * 0x1p-53; }

@@ -337,6 +337,18 @@ std::uint64_t CallArguments::seed(const std::string& name, std::uint64_t fallbac
     return number;
 }
 
+std::vector<NumericColumn> CallArguments::tableColumns() const {
+    std::vector<NumericColumn> columns;
+    for (std::size_t i = 0; dataset_ && i < dataset_->rows.columnCount(); ++i) {
+        columns.emplace_back(dataset_->rows.sharedColumn(i));
+    }
+    return columns;
+}
+
+std::vector<std::string> CallArguments::tableColumnNames() const {
+    return dataset_ ? dataset_->headers : std::vector<std::string>();
+}
+
 std::string CallArguments::cell(const std::string& name) const {
     return cellText(name, given(name));
 }

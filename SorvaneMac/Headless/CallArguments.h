@@ -76,6 +76,9 @@ public:
     /// The start of a sequence of random numbers: a whole number, or a text of hexadecimal digits
     /// after "0x".
     std::uint64_t seed(const std::string& name, std::uint64_t fallback) const;
+    /// All columns of the table, and their names; none where there is no table.
+    std::vector<NumericColumn> tableColumns() const;
+    std::vector<std::string> tableColumnNames() const;
     /// The text of a cell, which may be given as a number.
     std::string cell(const std::string& name) const;
 

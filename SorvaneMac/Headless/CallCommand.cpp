@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Models/Structural/SEMModelSpecParser.h"
 #include "SorvaneMac/Headless/Commands.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
@@ -84,6 +85,9 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
         streams.out << result.dump(options.pretty ? prettyIndent : -1) << '\n';
         return ExitStatus::success;
     } catch (const ImportError& error) {
+        streams.error << error.what() << '\n';
+        return ExitStatus::refused;
+    } catch (const SEMSyntaxError& error) {
         streams.error << error.what() << '\n';
         return ExitStatus::refused;
     } catch (const CallError& error) {

@@ -11,7 +11,8 @@ const std::vector<Procedure>& all() {
              {numericsProcedures(), datasetProcedures(), analysesProcedures(),
               groupComparisonProcedures(), rankAndTableProcedures(), varianceProcedures(),
               generalizedRegressionProcedures(), dataReductionProcedures(), latentClassProcedures(),
-              survivalProcedures(), prepareProcedures(), projectProcedures()}) {
+              survivalProcedures(), structuralProcedures(), mediationProcedures(),
+              prepareProcedures(), projectProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

@@ -38,6 +38,8 @@ std::vector<Procedure> generalizedRegressionProcedures();
 std::vector<Procedure> dataReductionProcedures();
 std::vector<Procedure> latentClassProcedures();
 std::vector<Procedure> survivalProcedures();
+std::vector<Procedure> structuralProcedures();
+std::vector<Procedure> mediationProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> projectProcedures();
 

@@ -139,6 +139,13 @@ namespace StructuralEquationModel {
     std::span<const NumericColumn> columns,
     std::span<const std::string> variableNames);
 
+/// The log determinant of a covariance, p by p.
+///
+/// Failure    not positive definite -> absent; a variable of which less than 1e-12 is left beside
+///            the others counts as collinear
+[[nodiscard]] std::optional<double> logDeterminantSPD(std::span<const double> covariance,
+                                                      std::size_t p);
+
 }  // namespace StructuralEquationModel
 
 }  // namespace sorvane

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "SorvaneCore/Models/Structural/ReticularModel.h"
+
+namespace sorvane {
+
+/// A sample's covariance in units in which every variable has a variance of 1.
+struct SEMUnitSample {
+    std::vector<double> standardDeviations{};
+    std::vector<double> correlations{};
+    double logDeterminant = 0.0;
+
+    /// Failure    not positive definite, of which next to collinear is a case -> absent
+    static std::optional<SEMUnitSample> of(std::span<const double> covariance, std::size_t p);
+};
+
+/// The coefficients of a model that agree best with a sample.
+struct SEMEstimates {
+    /// One per slot, in the units of the data.
+    std::vector<double> coefficients{};
+    /// Absent for fixed ones and where the information leaves none.
+    std::vector<std::optional<double>> standardErrors{};
+    /// Of all variables, in the units of the data; absent where it cannot be had.
+    std::optional<std::vector<double>> covariance{};
+    double discrepancy = std::numeric_limits<double>::quiet_NaN();
+    bool converged = false;
+    std::int64_t iterations = 0;
+};
+
+namespace SEMEstimation {
+
+/// Where the search begins, one per free coefficient, for variables of the given covariance.
+///
+/// Method     loadings 0.7 sqrt(m) with m the mean variance, other paths and covariances 0,
+///            variances of latent variables m / 2, others half of their variable's
+std::vector<double> initialParameters(const SEMModel& model,
+                                      const ReticularModel& form,
+                                      std::span<const double> covariance);
+
+/// Method     quasi-Newton in the units of the sample; errors by the expected information
+SEMEstimates estimate(const SEMModel& model,
+                      const ReticularModel& form,
+                      const SEMUnitSample& sample,
+                      std::int64_t n);
+
+/// Each coefficient with all variables at a variance of 1; absent where a variance is not positive.
+///
+/// Input      coefficients and covariances of all variables that belong together
+std::vector<std::optional<double>> standardizedSolution(const ReticularModel& form,
+                                                        std::span<const double> coefficients,
+                                                        std::span<const double> covariance);
+
+}  // namespace SEMEstimation
+
+}  // namespace sorvane
