@@ -61,11 +61,35 @@ protected:
         } else if (expected.is_array()) {
             ASSERT_TRUE(got.is_array() && got.size() == expected.size()) << place << " is " << got;
             for (std::size_t i = 0; i < expected.size(); ++i) {
-                expectAgreement(got[i], expected[i], place + "[" + std::to_string(i) + "]", field);
+                expectAgreement(counterpart(got, expected[i], i), expected[i],
+                                place + "[" + std::to_string(i) + "]", field);
             }
         } else {
             EXPECT_EQ(got, expected) << place;
         }
+    }
+
+    /// The entry of a list that stands against an expected one: the path of the same ends in a list
+    /// of paths, where a covariance may name them either way round, else the one at its position.
+    static Json counterpart(const Json& got, const Json& expected, std::size_t position) {
+        if (!expected.is_object() || !expected.contains("op")) {
+            return got[position];
+        }
+        for (const Json& entry : got) {
+            if (entry["op"] != expected["op"]) {
+                continue;
+            }
+            if (entry["lhs"] == expected["lhs"] && entry["rhs"] == expected["rhs"]) {
+                return entry;
+            }
+            if (entry["op"] == "~~" && entry["lhs"] == expected["rhs"] &&
+                entry["rhs"] == expected["lhs"]) {
+                Json turned = entry;
+                std::swap(turned["lhs"], turned["rhs"]);
+                return turned;
+            }
+        }
+        return nullptr;
     }
 
     const Json case_;
