@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <functional>
+#include <iterator>
+#include <string>
 #include <utility>
 
 #include "Benchmarks/Workload.h"
@@ -18,6 +20,8 @@
 #include "SorvaneCore/Analyses/LatentVariables/PrincipalComponentsAnalyzer.h"
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
+#include "SorvaneCore/Models/Mediation/MediationAnalysis.h"
+#include "SorvaneCore/Models/Structural/StructuralEquationModel.h"
 #include "SorvaneCore/Models/Survival/SurvivalAnalysis.h"
 
 namespace sorvane {
@@ -152,17 +156,50 @@ void hazards(const NumberTable& table) {
     benchmark::DoNotOptimize(result);
 }
 
+/// Every factor has as many items as the next, in the order of the columns.
+std::string factorModel(const NumberTable& table, std::size_t itemsPerFactor) {
+    std::string text;
+    for (std::size_t j = 0; j < table.names.size(); ++j) {
+        const bool isFirst = j % itemsPerFactor == 0;
+        text += isFirst ? "\nf" + std::to_string(j / itemsPerFactor) + " =~ " : " + ";
+        text += table.names[j];
+    }
+    return text;
+}
+
+void factorAnalysis(const NumberTable& table) {
+    constexpr std::size_t smallStudy = 9;
+    const std::string model = factorModel(table, table.names.size() == smallStudy ? 3 : 5);
+    auto result = StructuralEquationModel::fit(model, table.columns, table.names);
+    benchmark::DoNotOptimize(result);
+}
+
+/// x to y by way of m, with c1.
+void indirectEffect(const NumberTable& table) {
+    auto result =
+        MediationAnalysis::simpleMediation(table.columns[0], table.columns[1], table.columns[2],
+                                           std::span(table.columns).subspan(3), {});
+    benchmark::DoNotOptimize(result);
+}
+
+std::vector<Workload> modelWorkloads() {
+    const Analysis factors{"cfa", "cfa", factorAnalysis};
+    const Analysis mediation{"mediation", "med", indirectEffect};
+    const Analysis curves{"km", "surv", survivalCurves};
+    const Analysis effects{"cox", "surv", hazards};
+    return {at(factors, "3x9", 0.008),   at(factors, "10x50", 0.4), at(mediation, "500", 0.015),
+            at(mediation, "5000", 0.12), at(curves, "1e4", 0.002),  at(curves, "1e5", 0.015),
+            at(effects, "1e4", 0.003),   at(effects, "1e5", 0.03)};
+}
+
 std::vector<Workload> dataReductionWorkloads() {
     const Analysis factors{"efa", "efa", fiveFactors};
     const Analysis manyItems{"pca", "items", components};
     const Analysis tree{"hclust", "hclust", wardTree};
     const Analysis means{"kmeans", "kmeans", fiveMeans};
-    const Analysis curves{"km", "surv", survivalCurves};
-    const Analysis effects{"cox", "surv", hazards};
-    return {at(factors, "1e4", 0.015), at(factors, "1e5", 0.04),  at(manyItems, "1e4", 1.0),
-            at(tree, "1e3", 0.008),    at(tree, "5e3", 0.3),      at(tree, "1e4", 1.4),
-            at(means, "1e4", 0.004),   at(means, "1e5", 0.04),    at(curves, "1e4", 0.002),
-            at(curves, "1e5", 0.015),  at(effects, "1e4", 0.003), at(effects, "1e5", 0.03)};
+    return {at(factors, "1e4", 0.015), at(factors, "1e5", 0.04), at(manyItems, "1e4", 1.0),
+            at(tree, "1e3", 0.008),    at(tree, "5e3", 0.3),     at(tree, "1e4", 1.4),
+            at(means, "1e4", 0.004),   at(means, "1e5", 0.04)};
 }
 
 }  // namespace
@@ -187,8 +224,8 @@ std::vector<Workload> analysisWorkloads() {
         at(groupComparison, "1e5", 0.06),    at(groupComparison, "1e6", 0.3),
         at(regression, "1e5", 0.012),        at(regression, "1e6", 0.12),
         at(logisticRegression, "1e5", 0.03), at(logisticRegression, "1e6", 0.3)};
-    for (Workload& each : dataReductionWorkloads()) {
-        workloads.push_back(std::move(each));
+    for (std::vector<Workload> others : {dataReductionWorkloads(), modelWorkloads()}) {
+        std::ranges::move(others, std::back_inserter(workloads));
     }
     return workloads;
 }

@@ -286,6 +286,44 @@ void writeMixture(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// Items of three or of ten factors that have a correlation of 0.4, each factor's together.
+void writeFactorItems(CsvWriter& csv, Draws& draws, std::size_t factorCount) {
+    constexpr std::size_t few = 3;
+    const std::size_t itemsPerFactor = factorCount == few ? 3 : 5;
+    const std::size_t rows = factorCount == few ? 500 : 1000;
+    const double commonShare = std::sqrt(0.4);
+    csv.numberedHeaders("q", factorCount * itemsPerFactor);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double common = commonShare * draws.normal();
+        for (std::size_t factor = 0; factor < factorCount; ++factor) {
+            const double score = common + std::sqrt(0.6) * draws.normal();
+            for (std::size_t item = 0; item < itemsPerFactor; ++item) {
+                csv.cell(rounded(0.75 * score + 0.66 * draws.normal(), sixDecimals));
+            }
+        }
+        csv.endRow();
+    }
+}
+
+/// x, m, y and a covariate c1.
+void writeMediation(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    for (const std::string_view name : {"x", "m", "y", "c1"}) {
+        csv.cell(name);
+    }
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double x = draws.normal();
+        const double c1 = draws.normal();
+        const double m = 0.4 * x + 0.2 * c1 + draws.normal();
+        const double y = 0.3 * m + 0.1 * x + 0.2 * c1 + draws.normal();
+        for (const double value : {x, m, y, c1}) {
+            csv.cell(rounded(value, sixDecimals));
+        }
+        csv.endRow();
+    }
+}
+
 /// A study of forty items, six scores and four groupings.
 void writeProject(CsvWriter& csv, Draws& draws, std::size_t rows) {
     static constexpr std::array<std::string_view, 4> places = {"urban", "rural", "suburb",
@@ -312,7 +350,7 @@ struct Recipe {
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 13> recipes = {{{"likert", 101, writeLikert},
+constexpr std::array<Recipe, 15> recipes = {{{"likert", 101, writeLikert},
                                              {"reg", 102, writeRegression},
                                              {"anova", 103, writeGroups},
                                              {"wide", 104, writeWide},
@@ -320,18 +358,21 @@ constexpr std::array<Recipe, 13> recipes = {{{"likert", 101, writeLikert},
                                              {"corr", 108, writeCorrelated},
                                              {"efa", 109, writeFactors},
                                              {"items", 110, writeManyItems},
+                                             {"cfa", 115, writeFactorItems},
                                              {"mix", 116, writeMixture},
+                                             {"med", 117, writeMediation},
                                              {"hclust", 119, writeTreeCases},
                                              {"kmeans", 120, writeMeansCases},
                                              {"surv", 121, writeSurvival},
                                              {"proj", 123, writeProject}}};
 
-/// The recipe and the size that a name such as "likert_1e6.csv" asks for.
+/// The recipe and the size that a name such as "likert_1e6.csv" asks for; "cfa_3x9.csv" has 3.
 std::pair<const Recipe*, std::size_t> recipeFor(std::string_view name) {
     const std::size_t bar = name.find('_');
     const std::size_t dot = name.rfind(".csv");
     if (bar < dot && dot != std::string_view::npos) {
-        const auto size = NumberText::parse(name.substr(bar + 1, dot - bar - 1));
+        const std::string_view sizes = name.substr(bar + 1, dot - bar - 1);
+        const auto size = NumberText::parse(sizes.substr(0, sizes.find('x')));
         const auto recipe = std::ranges::find(recipes, name.substr(0, bar), &Recipe::stem);
         if (recipe != recipes.end() && size) {
             return {&*recipe, static_cast<std::size_t>(*size)};

@@ -241,7 +241,8 @@ TEST(SEMDiscrepancy, LeadsToTheSameMinimumWithDifferences) {
         const auto exact = BFGSMinimizer::minimize(problem.start(), value, slopes, limits);
         const auto plain = BFGSMinimizer::minimize(problem.start(), value, limits);
         EXPECT_EQ(exact.converged, plain.converged) << text;
-        EXPECT_NEAR(static_cast<double>(exact.iterations), static_cast<double>(plain.iterations), 10)
+        EXPECT_NEAR(static_cast<double>(exact.iterations), static_cast<double>(plain.iterations),
+                    10)
             << text;
         for (std::size_t k = 0; k < exact.parameters.size(); ++k) {
             EXPECT_TRUE(closeTo(exact.parameters[k], plain.parameters[k], {1e-6, 1e-6})) << text;
