@@ -1,6 +1,7 @@
 #include "SorvaneCore/Models/Structural/StructuralEquationModel.h"
 
 #include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,8 @@ struct Survey {
     Texts names = {"q1", "q2", "q3", "q4", "q5", "q6", "q7", "q8", "twice"};
     std::vector<Values> cells;
 };
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 const std::string twoFactors = "f =~ q1 + q3 + q5 + q7\ng =~ q2 + q4 + q6 + q8\n";
 
@@ -268,7 +271,7 @@ TEST(SEMFitMeasures, HasNoncentralProbabilities) {
         {__LINE__, 10, 50, 5, 2.10636730968761e-11},
         {__LINE__, 2, 500, 3, 0},
         {__LINE__, 0, 3, 1, 0},
-        {__LINE__, 1, 0, 1, NAN},
+        {__LINE__, 1, 0, 1, notANumber},
     };
     for (const Case& each : cases) {
         EXPECT_TRUE(
@@ -281,7 +284,7 @@ TEST(SEMFitMeasures, HasNoncentralProbabilities) {
 TEST(SEMFitMeasures, BoundsTheRMSEAWhereThereAreDegreesOfFreedom) {
     const auto none = SEMFitMeasures::rmseaConfidenceInterval(5.0, 0, 100);
     EXPECT_FALSE(none);
-    EXPECT_FALSE(SEMFitMeasures::rmseaConfidenceInterval(NAN, 3, 100));
+    EXPECT_FALSE(SEMFitMeasures::rmseaConfidenceInterval(notANumber, 3, 100));
     const auto perfect = SEMFitMeasures::rmseaConfidenceInterval(0.0, 3, 100);
     EXPECT_EQ(*perfect, (RMSEAInterval{.lower = 0.0, .upper = 0.0}));
     const auto poor = SEMFitMeasures::rmseaConfidenceInterval(20000.0, 300, 1000);

@@ -53,7 +53,7 @@ struct IndirectEffectBootstrap::Workspace {
     Workspace(std::size_t rows, std::size_t width)
         : counts(rows), moments(width + 1), wholes(width) {}
 
-    std::vector<std::uint32_t> counts;
+    std::vector<std::int32_t> counts;
     std::array<double, blockRows> weighted{};
     Moments moments;
     /// The diagonal before any sweep.
@@ -80,7 +80,7 @@ IndirectEffectBootstrap::IndirectEffectBootstrap(
 void IndirectEffectBootstrap::draw(std::uint64_t seed,
                                    std::size_t resample,
                                    Workspace& workspace) const {
-    std::ranges::fill(workspace.counts, 0U);
+    std::ranges::fill(workspace.counts, 0);
     const FastRemainder rowOf(rows_);
     SplitMix64 draws(seed);
     draws.skip(resample * rows_);
@@ -89,24 +89,53 @@ void IndirectEffectBootstrap::draw(std::uint64_t seed,
     }
 }
 
+/// Adds the products of a weighted block with `Count` columns from column j on, the first being 1.
+template <std::size_t Count>
+std::size_t IndirectEffectBootstrap::addProducts(std::size_t i,
+                                                 std::size_t j,
+                                                 Block block,
+                                                 Workspace& workspace) const {
+    std::array<const double*, Count> others{};
+    for (std::size_t c = 0; c < Count; ++c) {
+        others[c] = &deviations_[(j - 1 + c) * rows_ + block.first];
+    }
+    const auto sums = ColumnKernels::dots<Count>(workspace.weighted.data(), others, block.count);
+    for (std::size_t c = 0; c < Count; ++c) {
+        workspace.moments.at(i, j + c) += sums[c];
+    }
+    return j + Count;
+}
+
 void IndirectEffectBootstrap::accumulate(Workspace& workspace) const {
-    Moments& moments = workspace.moments;
-    double* weighted = workspace.weighted.data();
-    moments.clear();
-    moments.at(0, 0) = static_cast<double>(rows_);
+    workspace.moments.clear();
+    workspace.moments.at(0, 0) = static_cast<double>(rows_);
     for (std::size_t first = 0; first < rows_; first += blockRows) {
-        const std::size_t count = std::min(blockRows, rows_ - first);
+        const Block block{.first = first, .count = std::min(blockRows, rows_ - first)};
+        // Signed counts become doubles in vector registers.
+        std::array<double, blockRows> weights;
+        std::copy_n(&workspace.counts[first], block.count, weights.begin());
+        // The outcome's own squares do not count.
         for (std::size_t i = 0; i < width_; ++i) {
-            const double* column = &deviations_[i * rows_ + first];
-            double sum = 0.0;
-            for (std::size_t row = 0; row < count; ++row) {
-                weighted[row] = column[row] * workspace.counts[first + row];
-                sum += weighted[row];
+            workspace.weighted = weights;
+            const double* column = i == 0 ? nullptr : &deviations_[(i - 1) * rows_ + first];
+            for (std::size_t row = 0; column && row < block.count; ++row) {
+                workspace.weighted[row] *= column[row];
             }
-            moments.at(0, i + 1) += sum;
-            for (std::size_t j = i; j < width_; ++j) {
-                moments.at(i + 1, j + 1) +=
-                    ColumnKernels::dot(weighted, &deviations_[j * rows_ + first], count);
+            for (std::size_t j = std::max<std::size_t>(i, 1); j <= width_;) {
+                switch (width_ - j) {
+                    case 0:
+                        j = addProducts<1>(i, j, block, workspace);
+                        break;
+                    case 1:
+                        j = addProducts<2>(i, j, block, workspace);
+                        break;
+                    case 2:
+                        j = addProducts<3>(i, j, block, workspace);
+                        break;
+                    default:
+                        j = addProducts<4>(i, j, block, workspace);
+                        break;
+                }
             }
         }
     }

@@ -28,12 +28,18 @@ public:
 
 private:
     struct Workspace;
+    struct Block {
+        std::size_t first = 0;
+        std::size_t count = 0;
+    };
 
     std::optional<double> estimate(std::uint64_t seed,
                                    std::size_t resample,
                                    Workspace& workspace) const;
     void draw(std::uint64_t seed, std::size_t resample, Workspace& workspace) const;
     void accumulate(Workspace& workspace) const;
+    template <std::size_t Count>
+    std::size_t addProducts(std::size_t i, std::size_t j, Block block, Workspace& workspace) const;
 
     std::size_t rows_;
     /// Covariates, X, M and Y.
