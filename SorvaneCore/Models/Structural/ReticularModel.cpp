@@ -89,17 +89,28 @@ std::vector<double> ReticularModel::observedPart(std::span<const double> matrix)
     return part;
 }
 
-std::vector<double> ReticularModel::units(const SEMModel& model,
-                                          std::span<const double> observedUnits) const {
-    std::vector<double> unit(size_, 1.0);
-    std::ranges::copy(observedUnits, unit.begin());
-    // From the indicators up: each round settles the factors one level higher.
+std::vector<std::optional<std::size_t>> ReticularModel::markers(const SEMModel& model) const {
+    std::vector<std::optional<std::size_t>> marker(size_);
+    for (std::size_t i = 0; i < observedCount_; ++i) {
+        marker[i] = i;
+    }
+    // From the indicators up: each round settles the factors one level higher. The first indicator
+    // comes last, so that it stays.
     for (std::size_t round = observedCount_; round < size_; ++round) {
         for (std::size_t slot = entries_.size(); slot-- > 0;) {
             if (model.parameters[slot].kind == SEMParameterKind::loading) {
-                unit[entries_[slot].column] = unit[entries_[slot].row];
+                marker[entries_[slot].column] = marker[entries_[slot].row];
             }
         }
+    }
+    return marker;
+}
+
+std::vector<double> ReticularModel::units(const SEMModel& model,
+                                          std::span<const double> observedUnits) const {
+    std::vector<double> unit;
+    for (const std::optional<std::size_t>& marker : markers(model)) {
+        unit.push_back(marker ? observedUnits[*marker] : 1.0);
     }
     std::vector<double> result;
     for (const Entry& entry : entries_) {

@@ -43,8 +43,11 @@ public:
     /// The part of a matrix over all variables that concerns the observed ones.
     std::vector<double> observedPart(std::span<const double> matrix) const;
 
+    /// For each variable the observed one that stands for it: of a latent one its first indicator,
+    /// or that of its first indicator; absent where that goes in a circle.
+    std::vector<std::optional<std::size_t>> markers(const SEMModel& model) const;
     /// What a coefficient is multiplied with to have it in the units of the data when observed
-    /// variables have the given ones. A latent variable has the unit of its first indicator.
+    /// variables have the given ones. A latent variable has the unit of its marker.
     std::vector<double> units(const SEMModel& model, std::span<const double> observedUnits) const;
 
 private:

@@ -74,6 +74,52 @@ std::vector<double> fixedValues(const SEMModel& model, std::span<const double> u
     return result;
 }
 
+/// The start with each loading turned to the sign of the correlation that its indicator has with
+/// the marker of the factor.
+std::vector<double> turnedStart(const SEMModel& model,
+                                const ReticularModel& form,
+                                std::span<const double> correlations,
+                                std::vector<double> start) {
+    const std::vector<std::optional<std::size_t>> markers = form.markers(model);
+    for (std::size_t slot = 0; slot < model.parameters.size(); ++slot) {
+        const SEMParameterSlot& each = model.parameters[slot];
+        const auto indicator = markers[form.entries()[slot].row];
+        const auto marker = markers[form.entries()[slot].column];
+        if (each.kind != SEMParameterKind::loading || !each.isFree || !indicator || !marker) {
+            continue;
+        }
+        double& value = start[static_cast<std::size_t>(each.freeIndex)];
+        value = std::copysign(value, correlations[*indicator * form.observedCount() + *marker]);
+    }
+    return start;
+}
+
+/// Whether a search ended in a minimum; one that can hardly move any more may be elsewhere.
+bool isMinimum(const BFGSMinimizer::Result& found) {
+    constexpr double flat = 1e-3;
+    return found.converged && found.gradientNorm < flat;
+}
+
+BFGSMinimizer::Result minimum(const SEMModel& model,
+                              const ReticularModel& form,
+                              std::span<const double> correlations,
+                              SEMDiscrepancy& discrepancy) {
+    const auto searchFrom = [&](const std::vector<double>& start) {
+        constexpr BFGSMinimizer::Limits limits{.maxIterations = 300, .gradientTolerance = 1e-7};
+        return BFGSMinimizer::minimize(
+            start, [&](std::span<const double> point) { return discrepancy.value(point); },
+            [&](std::span<const double> point) { return discrepancy.gradient(point); }, limits);
+    };
+    const std::vector<double> start = initialParameters(model, form, correlations);
+    BFGSMinimizer::Result first = searchFrom(start);
+    const std::vector<double> turned = turnedStart(model, form, correlations, start);
+    if (isMinimum(first) || turned == start) {
+        return first;
+    }
+    BFGSMinimizer::Result second = searchFrom(turned);
+    return isMinimum(second) && second.objective < first.objective ? second : first;
+}
+
 /// In units of the data.
 std::vector<std::optional<double>> standardErrors(const SEMModel& model,
                                                   std::span<const double> units,
@@ -119,14 +165,10 @@ SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,
                       const SEMUnitSample& sample,
                       std::int64_t n) {
-    constexpr BFGSMinimizer::Limits limits{.maxIterations = 300, .gradientTolerance = 1e-7};
     const std::vector<double> units = form.units(model, sample.standardDeviations);
     SEMDiscrepancy discrepancy(form, fixedValues(model, units), freeSlots(model),
                                sample.correlations, sample.logDeterminant);
-    const BFGSMinimizer::Result found = BFGSMinimizer::minimize(
-        initialParameters(model, form, sample.correlations),
-        [&](std::span<const double> point) { return discrepancy.value(point); },
-        [&](std::span<const double> point) { return discrepancy.gradient(point); }, limits);
+    const BFGSMinimizer::Result found = minimum(model, form, sample.correlations, discrepancy);
     SEMEstimates result{.coefficients = discrepancy.coefficientsAt(found.parameters),
                         .discrepancy = found.objective,
                         .converged = found.converged && found.objective >= leastDiscrepancy &&

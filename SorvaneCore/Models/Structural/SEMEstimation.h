@@ -43,7 +43,10 @@ std::vector<double> initialParameters(const SEMModel& model,
                                       const ReticularModel& form,
                                       std::span<const double> covariance);
 
-/// Method     quasi-Newton in the units of the sample; errors by the expected information
+/// Method     quasi-Newton in the units of the sample, from `initialParameters`. Where that does not
+///            end in a minimum, as with indicators that are keyed against their factor, once more
+///            with loadings of the signs that correlations with the markers have; that search
+///            stands if it ends in a minimum, and lower. Errors by the expected information
 SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,
                       const SEMUnitSample& sample,
