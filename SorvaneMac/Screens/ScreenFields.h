@@ -15,7 +15,7 @@
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/Screens/SurveyFields.h"
-#include "SorvaneMac/Screens/SurvivalFields.h"
+#include "SorvaneMac/Screens/Survival/SurvivalFields.h"
 
 namespace sorvane {
 

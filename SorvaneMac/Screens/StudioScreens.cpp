@@ -27,7 +27,7 @@
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
 #include "SorvaneMac/Screens/StructuralScreen.h"
 #include "SorvaneMac/Screens/SurveyScreen.h"
-#include "SorvaneMac/Screens/SurvivalScreen.h"
+#include "SorvaneMac/Screens/Survival/SurvivalScreen.h"
 #include "SorvaneMac/Screens/TechnicalAppendixScreen.h"
 #include "SorvaneMac/Screens/UserGuideScreen.h"
 #include "SorvaneMac/Screens/VariableTypesScreen.h"

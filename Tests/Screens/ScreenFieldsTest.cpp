@@ -197,7 +197,8 @@ const std::vector<std::string> runFields = {
     "mvManovaStored",     "npMannWhitneyRun",      "npWilcoxonRun",
     "npKruskalWallisRun", "npFriedmanRun",         "npChiSquareRun",
     "npGoodnessOfFitRun", "npFisherRun",           "npMcNemarRun",
-    "regLogisticRun",     "regPoissonRun",         "regOrdinalRun"};
+    "regLogisticRun",     "regPoissonRun",         "regOrdinalRun",
+    "survKMResult",       "survCoxResult"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:
