@@ -2,7 +2,7 @@
 
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/DataReductionFields.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionFields.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/ImputationFields.h"
 #include "SorvaneMac/Screens/InvarianceFields.h"

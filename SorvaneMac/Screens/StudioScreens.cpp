@@ -7,7 +7,7 @@
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/DataPreviewScreen.h"
 #include "SorvaneMac/Screens/DataQuality/DataQualityScreen.h"
-#include "SorvaneMac/Screens/DataReductionScreen.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionScreen.h"
 #include "SorvaneMac/Screens/DescriptivesScreen.h"
 #include "SorvaneMac/Screens/ExportScreen.h"
 #include "SorvaneMac/Screens/FindingsScreen.h"

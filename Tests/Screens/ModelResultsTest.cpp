@@ -121,5 +121,108 @@ TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
     EXPECT_TRUE(content.findings.empty());
 }
 
+class DataReductionTest : public testing::Test {
+protected:
+    ScreenContent shown(const Settings& settings) {
+        Settings all = {{"drItems", R"(["Assault","Murder","Rape","UrbanPop"])"}};
+        all.insert(all.end(), settings.begin(), settings.end());
+        return arrests.shown(dataReduction, all);
+    }
+
+    ReferenceStudy arrests{"usarrests.csv"};
+};
+
+struct ReductionCase {
+    int line;
+    Settings settings;
+    std::string title;
+    std::string sentence;
+    /// A row of the main table, as the reader sees it.
+    std::size_t row;
+    Cells cells;
+    /// The kind of the finding's figure.
+    std::size_t plot;
+};
+
+// clang-format off
+const std::vector<ReductionCase> reductionCases = {
+    {__LINE__, {}, "Principal Components Analysis",
+     "Principal components analysis of 4 items (50 cases) retained 1 components with eigenvalues "
+     "above 1. The first component explained 62.0% of the variance.",
+     1, {"2", "0.990", "24.7", "86.8"}, 6},
+    {__LINE__, {{"drMethod", R"("efa")"}, {"drFactorCount", "1"}}, "Exploratory Factor Analysis",
+     "An exploratory factor analysis (1 factors, varimax rotation) of 4 items (50 cases) explained "
+     "54.1% of the variance on the first factor.",
+     0, {"Assault", ".96", ".93"}, 6},
+    {__LINE__, {{"drMethod", R"("omega")"}}, "McDonald's Omega",
+     "McDonald's omega total for the 4 items (50 cases) was .807, with Cronbach's alpha = .332.",
+     0, {"Murder", ".774", ".599"}, 3},
+    {__LINE__, {{"drMethod", R"("kmeans")"}, {"drK", "4"}}, "K-means Clusters: k = 4",
+     "K-means clustering grouped 50 cases into 4 clusters across 4 variables, with a total "
+     "within-cluster sum of squares of 75.09.",
+     0, {"1", "8", "16.0", "8.32"}, 6},
+    {__LINE__, {{"drMethod", R"("hierarchical")"}, {"drK", "4"}, {"drLinkage", R"("complete")"}},
+     "Hierarchical clusters: complete linkage, k = 4",
+     "Hierarchical agglomerative clustering (complete linkage, 4 variables, cut at k = 4) grouped "
+     "50 cases into clusters of 8, 11, 21, and 10.",
+     2, {"3", "21", "42.0"}, 8},
+};
+// clang-format on
+
+TEST_F(DataReductionTest, SaysWhatItFound) {
+    for (const ReductionCase& each : reductionCases) {
+        SCOPED_TRACE(each.line);
+        const ScreenContent content = shown(each.settings);
+        ASSERT_EQ(content.findings.size(), 1U);
+        const Finding& finding = content.findings.front();
+        EXPECT_EQ(finding.item.title, each.title);
+        EXPECT_EQ(finding.item.apaSummary, each.sentence);
+        EXPECT_EQ(APAFormat::normalize(*finding.item.table).rows.at(each.row), each.cells);
+        EXPECT_EQ(finding.figure->plot.index(), each.plot);
+        EXPECT_FALSE(finding.item.caution->empty());
+        EXPECT_FALSE(arrests.screens.at(dataReduction).result().is_null());
+    }
+}
+
+TEST_F(DataReductionTest, LoadingsStandByFactorAndSalientOnesAreBold) {
+    ReferenceStudy attitudes("attitude.csv");
+    const ScreenContent content = attitudes.shown(
+        dataReduction,
+        {{"drMethod", R"("efa")"},
+         {"drItems",
+          R"(["rating","complaints","privileges","learning","raises","critical","advance"])"}});
+    EXPECT_EQ(content.cards.front().title, "Varimax-rotated loadings");
+    const ReportTable& table = *content.findings.front().item.table;
+    EXPECT_EQ(table.title, "Results From a Factor Analysis");
+    EXPECT_EQ(table.headers, (Cells{"Item", "F1", "F2", "h2"}));
+    EXPECT_EQ(table.rows[0][0], "complaints");
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        for (const std::size_t column : {1U, 2U}) {
+            const double loading = std::stod(table.rows[row][column]);
+            EXPECT_EQ((*table.boldMask)[row][column], std::abs(loading) >= 0.4) << row;
+        }
+    }
+}
+
+TEST_F(DataReductionTest, ALargeTreeIsDrawnFromItsLastClustersOn) {
+    const ScreenContent content = shown({{"drMethod", R"("hierarchical")"}, {"drK", "3"}});
+    const auto& tree = std::get<Dendrogram>(content.findings.front().figure->plot);
+    EXPECT_EQ(tree.leaves.size(), 40U);
+    EXPECT_EQ(tree.merges.size(), 39U);
+    EXPECT_EQ(std::ranges::count_if(tree.merges,
+                                    [&](const auto& merge) { return merge.height > *tree.cut; }),
+              2);
+    EXPECT_NE(std::ranges::find(tree.leaves, "2 cases"), tree.leaves.end());
+}
+
+TEST_F(DataReductionTest, MoreClustersThanDistinctCasesAreRefused) {
+    arrests.state.importPastedData("a,b\n1,1\n1,1\n2,2\n2,2\n1,1\n");
+    arrests.assign({"a", "b"}, VariableKind::outcome);
+    const ScreenContent content = arrests.shown(
+        dataReduction, {{"drMethod", R"("kmeans")"}, {"drItems", R"(["a","b"])"}, {"drK", "3"}});
+    EXPECT_EQ(content.gate->title, "Cannot run clustering");
+    EXPECT_TRUE(content.findings.empty());
+}
+
 }  // namespace
 }  // namespace sorvane
