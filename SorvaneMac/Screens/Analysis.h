@@ -29,6 +29,8 @@ public:
     virtual std::string invitation() const {
         return "Press " + runLabel() + " in the Setup panel. Results appear here.";
     }
+    /// What a screen says while it runs; absent while it does not, or where nobody waits.
+    virtual std::optional<Gate> underWay() const { return std::nullopt; }
     /// Runs on the selections as they stand, keeps the result, and says when that is done. Called
     /// only without a gate.
     virtual void run(const std::function<void()>& finished) = 0;
@@ -91,6 +93,13 @@ class BackgroundAnalysis : public KeptAnalysis<Fields, Run> {
 public:
     using KeptAnalysis<Fields, Run>::KeptAnalysis;
 
+    std::optional<Gate> underWay() const final {
+        if (!this->state_.isComputing.get() ||
+            this->state_.computingLabel.get() != computingLabel()) {
+            return std::nullopt;
+        }
+        return Gate{.title = computingLabel(), .lead = this->selection(), .text = statusLine()};
+    }
     void run(const std::function<void()>& finished) final {
         this->state_.compute({.label = computingLabel(),
                               .work = [this, finished, compute = computation()](
@@ -107,6 +116,8 @@ protected:
 
     /// What the overlay says meanwhile.
     virtual std::string computingLabel() const = 0;
+    /// What the screen says under it.
+    virtual std::string statusLine() const = 0;
     /// The computation, with copies of all that it needs: it runs away from the window's thread.
     virtual Compute computation() const = 0;
 };

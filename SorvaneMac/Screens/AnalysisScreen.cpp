@@ -29,6 +29,9 @@ ScreenContent AnalysisScreen::content() const {
     content.title = std::string(title(id()));
     content.subtitle = analysis.subtitle();
     content.gate = gate();
+    if (!content.gate) {
+        content.gate = analysis.underWay();
+    }
     if (content.gate) {
         return content;
     }

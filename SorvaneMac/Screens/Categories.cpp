@@ -126,6 +126,24 @@ std::vector<std::string> of(const ImportedDataset& dataset, std::string_view col
     return texts ? Levels(*texts).categories : std::vector<std::string>();
 }
 
+std::shared_ptr<const TextColumn> cells(const ImportedDataset& dataset, std::string_view column) {
+    const auto shared = dataset.rows.sharedColumn(dataset.columnIndex(column).value());
+    bool hasMarkers = false;
+    for (std::size_t code = 0; code < shared->levelCount() && !hasMarkers; ++code) {
+        hasMarkers = MissingValue::isMissing(shared->level(code));
+    }
+    if (!hasMarkers) {
+        return shared;
+    }
+    std::vector<std::string> texts;
+    texts.reserve(shared->size());
+    for (std::size_t row = 0; row < shared->size(); ++row) {
+        const std::string_view text = (*shared)[row];
+        texts.emplace_back(MissingValue::isMissing(text) ? std::string_view() : text);
+    }
+    return TextColumn::of(texts);
+}
+
 std::vector<Size> sizes(const ImportedDataset& dataset,
                         std::string_view column,
                         std::string_view numericColumn,

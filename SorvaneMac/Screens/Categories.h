@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +16,11 @@ namespace sorvane::Categories {
 
 /// Empty for an unknown column.
 std::vector<std::string> of(const ImportedDataset& dataset, std::string_view column);
+
+/// The cells of a column that is there, with those that mean a missing value blank.
+///
+/// Cost       O(levels) where there are none; else O(rows)
+std::shared_ptr<const TextColumn> cells(const ImportedDataset& dataset, std::string_view column);
 
 struct Size {
     std::string category;

@@ -2,7 +2,7 @@
 
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/DataReductionFields.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionFields.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/ImputationFields.h"
 #include "SorvaneMac/Screens/InvarianceFields.h"
@@ -15,7 +15,7 @@
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/StructuralFields.h"
 #include "SorvaneMac/Screens/SurveyFields.h"
-#include "SorvaneMac/Screens/SurvivalFields.h"
+#include "SorvaneMac/Screens/Survival/SurvivalFields.h"
 
 namespace sorvane {
 

@@ -16,8 +16,12 @@ Finding finding(const TestReport& report) {
     for (const std::string& warning : report.warnings) {
         *item.table->note += " " + warning;
     }
-    if (report.tables.size() > 1) {
-        item.extraTables = std::vector<ReportTable>(report.tables.begin() + 1, report.tables.end());
+    std::vector<ReportTable> further(report.tables.begin() + 1, report.tables.end());
+    if (report.chartTable) {
+        further.push_back(*report.chartTable);
+    }
+    if (!further.empty()) {
+        item.extraTables = std::move(further);
     }
     item.caution = report.caution;
     Finding finding{.item = std::move(item), .figure = std::nullopt};
@@ -32,6 +36,11 @@ Finding finding(const TestReport& report) {
 
 void addReport(TestReport report, ScreenContent& content) {
     content.tiles = std::move(report.tiles);
+    if (report.chartTable) {
+        ResultText::addCharts(content, report.charts);
+        content.cards.push_back(
+            {.title = *report.chartTable->title, .tables = {*report.chartTable}, .wide = true});
+    }
     const std::size_t firstTable = content.cards.size();
     for (const ReportTable& table : report.tables) {
         content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
@@ -40,7 +49,9 @@ void addReport(TestReport report, ScreenContent& content) {
     if (report.passage) {
         content.cards.back().passages.push_back(*report.passage);
     }
-    ResultText::addCharts(content, report.charts);
+    if (!report.chartTable) {
+        ResultText::addCharts(content, report.charts);
+    }
     if (report.checks) {
         content.cards.push_back(*report.checks);
     }

@@ -23,6 +23,8 @@ struct TestReport {
     std::string note;
     /// The first one becomes the finding's figure; may be empty.
     std::vector<Chart> charts;
+    /// Belongs under the charts, which with it stand above the other tables.
+    std::optional<ReportTable> chartTable;
     std::string figureCaption;
     /// What was checked of the test's assumptions.
     std::optional<Card> checks;

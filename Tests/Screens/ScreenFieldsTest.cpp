@@ -191,13 +191,31 @@ const std::vector<FieldCase> fieldCases = {
 // clang-format on
 
 /// The last runs of analyses: none at the start, none after a reset.
-const std::vector<std::string> runFields = {
-    "cmTTestRun",         "cmPairedTTestRun",      "cmOneWayRun",
-    "cmFactorialRun",     "cmRepeatedMeasuresRun", "cmAncovaRun",
-    "mvManovaStored",     "npMannWhitneyRun",      "npWilcoxonRun",
-    "npKruskalWallisRun", "npFriedmanRun",         "npChiSquareRun",
-    "npGoodnessOfFitRun", "npFisherRun",           "npMcNemarRun",
-    "regLogisticRun",     "regPoissonRun",         "regOrdinalRun"};
+const std::vector<std::string> runFields = {"cmTTestRun",
+                                            "cmPairedTTestRun",
+                                            "cmOneWayRun",
+                                            "cmFactorialRun",
+                                            "cmRepeatedMeasuresRun",
+                                            "cmAncovaRun",
+                                            "mvManovaStored",
+                                            "npMannWhitneyRun",
+                                            "npWilcoxonRun",
+                                            "npKruskalWallisRun",
+                                            "npFriedmanRun",
+                                            "npChiSquareRun",
+                                            "npGoodnessOfFitRun",
+                                            "npFisherRun",
+                                            "npMcNemarRun",
+                                            "regLogisticRun",
+                                            "regPoissonRun",
+                                            "regOrdinalRun",
+                                            "survKMResult",
+                                            "survCoxResult",
+                                            "drComponentsRun",
+                                            "drFactorsRun",
+                                            "drOmegaRun",
+                                            "drKMeansRun",
+                                            "drTreeRun"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:

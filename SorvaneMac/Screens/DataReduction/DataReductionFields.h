@@ -2,9 +2,11 @@
 
 #include <boost/describe/enum.hpp>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "SorvaneCore/Analyses/HierarchicalLinkage.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionRuns.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -16,7 +18,7 @@ BOOST_DESCRIBE_ENUM(DataReductionMethod, pca, efa, omega, kmeans, hierarchical)
 std::string_view displayName(DataReductionMethod method);
 std::string_view displayName(HierarchicalLinkage linkage);
 
-/// The selections of Data Reduction.
+/// The selections of Data Reduction, and each method as it was last run.
 struct DataReductionFields {
     explicit DataReductionFields(FieldRegistry& fields);
 
@@ -28,6 +30,11 @@ struct DataReductionFields {
     Field<bool> drHasRun;
     Field<std::int64_t> drFactorCount;
     Field<HierarchicalLinkage> drLinkage;
+    Field<std::optional<ComponentsRun>> drComponentsRun;
+    Field<std::optional<FactorsRun>> drFactorsRun;
+    Field<std::optional<OmegaRun>> drOmegaRun;
+    Field<std::optional<KMeansRun>> drKMeansRun;
+    Field<std::optional<TreeRun>> drTreeRun;
 };
 
 }  // namespace sorvane

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/SurvivalFields.h"
+#include "SorvaneMac/Screens/Survival/SurvivalFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -20,6 +20,8 @@ SurvivalFields::SurvivalFields(FieldRegistry& fields)
       survEvent(fields, "survEvent"),
       survGroup(fields, "survGroup"),
       survPredictors(fields, "survPredictors"),
-      survHasRun(fields, "survHasRun") {}
+      survHasRun(fields, "survHasRun"),
+      survKMResult(fields, "survKMResult"),
+      survCoxResult(fields, "survCoxResult") {}
 
 }  // namespace sorvane

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/DataReductionFields.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -41,6 +41,11 @@ DataReductionFields::DataReductionFields(FieldRegistry& fields)
       drStandardize(fields, "drStandardize", true, ResetRule::kept),
       drHasRun(fields, "drHasRun"),
       drFactorCount(fields, "drFactorCount", 2, ResetRule::kept),
-      drLinkage(fields, "drLinkage", HierarchicalLinkage::ward, ResetRule::kept) {}
+      drLinkage(fields, "drLinkage", HierarchicalLinkage::ward, ResetRule::kept),
+      drComponentsRun(fields, "drComponentsRun"),
+      drFactorsRun(fields, "drFactorsRun"),
+      drOmegaRun(fields, "drOmegaRun"),
+      drKMeansRun(fields, "drKMeansRun"),
+      drTreeRun(fields, "drTreeRun") {}
 
 }  // namespace sorvane

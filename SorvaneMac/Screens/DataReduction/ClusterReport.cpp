@@ -1,0 +1,74 @@
+#include "SorvaneMac/Screens/DataReduction/ClusterReport.h"
+
+#include <limits>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::ClusterReport {
+
+std::vector<std::int64_t> sizes(const std::vector<std::int64_t>& assignments,
+                                std::size_t clusters) {
+    std::vector<std::int64_t> counts(clusters, 0);
+    for (const std::int64_t cluster : assignments) {
+        ++counts[static_cast<std::size_t>(cluster)];
+    }
+    return counts;
+}
+
+Means means(const CaseRows& rows,
+            const std::vector<std::int64_t>& assignments,
+            std::size_t clusters) {
+    Means result(clusters, std::vector<double>(rows.width, 0.0));
+    const std::vector<std::int64_t> counts = sizes(assignments, clusters);
+    for (std::size_t i = 0; i < rows.count; ++i) {
+        std::vector<double>& sums = result[static_cast<std::size_t>(assignments[i])];
+        for (std::size_t j = 0; j < rows.width; ++j) {
+            sums[j] += rows.row(i)[j];
+        }
+    }
+    for (std::size_t cluster = 0; cluster < clusters; ++cluster) {
+        for (double& value : result[cluster]) {
+            value = counts[cluster] > 0 ? value / static_cast<double>(counts[cluster])
+                                        : std::numeric_limits<double>::quiet_NaN();
+        }
+    }
+    return result;
+}
+
+ReportTable meanTable(const std::vector<std::string>& variables, const Means& means) {
+    ReportTable table;
+    table.headers = {"Variable"};
+    for (std::size_t cluster = 0; cluster < means.size(); ++cluster) {
+        table.headers.push_back(name(cluster));
+    }
+    for (std::size_t j = 0; j < variables.size(); ++j) {
+        std::vector<std::string> row = {variables[j]};
+        for (const std::vector<double>& cluster : means) {
+            row.push_back(svFmt(cluster[j], 2));
+        }
+        table.rows.push_back(std::move(row));
+    }
+    return table;
+}
+
+Chart profiles(const std::vector<std::string>& variables, const Means& means) {
+    LinePlot plot{.categories = variables};
+    for (std::size_t cluster = 0; cluster < means.size(); ++cluster) {
+        LinePlot::Series series{.name = name(cluster), .y = means[cluster]};
+        for (std::size_t j = 0; j < variables.size(); ++j) {
+            series.x.push_back(static_cast<double>(j));
+        }
+        plot.series.push_back(std::move(series));
+    }
+    Chart chart;
+    chart.title = "Cluster profiles";
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+std::string name(std::size_t cluster) {
+    return "Cluster " + ResultText::count(static_cast<std::int64_t>(cluster + 1));
+}
+
+}  // namespace sorvane::ClusterReport

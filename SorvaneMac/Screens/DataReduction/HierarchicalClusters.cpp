@@ -1,0 +1,258 @@
+#include <algorithm>
+
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
+#include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/DataReduction/ClusterReport.h"
+#include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
+#include "SorvaneMac/Screens/DataReduction/ReducedVariables.h"
+#include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view caution =
+    "Clusters are groupings the algorithm found, not pre-existing types. Linkage and scaling "
+    "choices change the solution.";
+/// More than these cannot be read; a larger tree is drawn from its last so many clusters on.
+constexpr std::int64_t mostLeaves = 40;
+
+/// "ward" as a name, the others as words.
+std::string linkageWord(HierarchicalLinkage linkage) {
+    const std::string shown(displayName(linkage));
+    return linkage == HierarchicalLinkage::ward ? shown : UnicodeText::lowerCased(shown);
+}
+
+/// The middle between the last merge within the clusters and the first one between them.
+std::optional<double> cutHeight(const HierarchicalResult& result, std::int64_t k) {
+    const auto within = static_cast<std::size_t>(result.caseCount - k);
+    if (k < 2) {
+        return std::nullopt;
+    }
+    const double below = within > 0 ? result.merges[within - 1].height : 0.0;
+    return (below + result.merges[within].height) / 2.0;
+}
+
+/// The clusters that are left when `leaves` of them are, each with its number in the tree, and the
+/// merges from there on.
+struct TreeTop {
+    std::vector<std::int64_t> leaves;
+    Dendrogram plot;
+};
+
+TreeTop topOf(const HierarchicalResult& result, std::int64_t leaves) {
+    const auto made = static_cast<std::size_t>(result.caseCount - leaves);
+    const auto cases = static_cast<std::size_t>(result.caseCount);
+    std::vector<bool> isPart(cases + result.merges.size(), false);
+    for (std::size_t i = 0; i < made; ++i) {
+        isPart[static_cast<std::size_t>(result.merges[i].clusterA)] = true;
+        isPart[static_cast<std::size_t>(result.merges[i].clusterB)] = true;
+    }
+    TreeTop top;
+    std::vector<std::int64_t> place(isPart.size(), -1);
+    for (std::size_t node = 0; node < cases + made; ++node) {
+        if (!isPart[node]) {
+            place[node] = static_cast<std::int64_t>(top.leaves.size());
+            top.leaves.push_back(static_cast<std::int64_t>(node));
+        }
+    }
+    for (std::size_t i = made; i < result.merges.size(); ++i) {
+        const HierarchicalMerge& merge = result.merges[i];
+        place[cases + i] = leaves + static_cast<std::int64_t>(i - made);
+        top.plot.merges.push_back({.first = place[static_cast<std::size_t>(merge.clusterA)],
+                                   .second = place[static_cast<std::size_t>(merge.clusterB)],
+                                   .height = merge.height});
+    }
+    return top;
+}
+
+/// Input      `rows`: where each case stands in the table
+Chart treeChart(const HierarchicalResult& result,
+                const std::vector<std::uint32_t>& rows,
+                std::int64_t k) {
+    const std::int64_t leaves = std::min(result.caseCount, std::max(mostLeaves, k));
+    TreeTop top = topOf(result, leaves);
+    for (const std::int64_t node : top.leaves) {
+        const auto at = static_cast<std::size_t>(node);
+        top.plot.leaves.push_back(
+            node < result.caseCount
+                ? "Row " + ResultText::count(static_cast<std::int64_t>(rows[at]) + 1)
+                : ResultText::count(
+                      result.merges[at - static_cast<std::size_t>(result.caseCount)].size) +
+                      " cases");
+    }
+    top.plot.cut = cutHeight(result, k);
+    Chart chart;
+    chart.title = "Dendrogram";
+    chart.subtitle =
+        "The dashed line cuts the tree into " + DatasetText::counted(k, "cluster") + ".";
+    if (leaves < result.caseCount) {
+        chart.subtitle +=
+            " The tree is drawn from its last " + ResultText::count(leaves) + " clusters on.";
+    }
+    chart.xLabel = "Height";
+    chart.plot = std::move(top.plot);
+    return chart;
+}
+
+ReportTable sizeTable(const TreeRun& run) {
+    ReportTable table;
+    table.title = "Cluster sizes at k = " + ResultText::count(run.k);
+    table.headers = {"Cluster", "n", "% of cases"};
+    for (std::size_t at = 0; at < run.sizes.size(); ++at) {
+        table.rows.push_back({ResultText::count(static_cast<std::int64_t>(at + 1)),
+                              ResultText::count(run.sizes[at]),
+                              svFmt(100.0 * static_cast<double>(run.sizes[at]) /
+                                        static_cast<double>(run.result->caseCount),
+                                    1)});
+    }
+    return table;
+}
+
+std::vector<ReportTable> tables(const TreeRun& run) {
+    std::vector<ReportTable> tables = {sizeTable(run),
+                                       ClusterReport::meanTable(run.variables, run.means)};
+    tables.back().title = "Cluster means";
+    return tables;
+}
+
+std::string caption(const TreeRun& run) {
+    return "Cluster solution from cutting the " + linkageWord(run.result->linkage) +
+           "-linkage tree at k = " + ResultText::count(run.k) + ".";
+}
+
+std::string sentence(const TreeRun& run) {
+    std::vector<std::string> sizes;
+    for (const std::int64_t size : run.sizes) {
+        sizes.push_back(ResultText::count(size));
+    }
+    return "Hierarchical agglomerative clustering (" + linkageWord(run.result->linkage) +
+           " linkage, " + ResultText::count(static_cast<std::int64_t>(run.variables.size())) +
+           " variables, cut at k = " + ResultText::count(run.k) + ") grouped " +
+           DatasetText::counted(run.result->caseCount, "case") + " into clusters of " +
+           ResultText::listed(sizes) + ".";
+}
+
+std::vector<Tile> tiles(const TreeRun& run) {
+    const HierarchicalResult& result = *run.result;
+    const std::int64_t largest = *std::ranges::max_element(run.sizes);
+    return {{"Clusters", ResultText::count(run.k), "at the cut"},
+            {"Linkage", std::string(displayName(result.linkage)),
+             result.standardized ? "variables standardized" : "variables as they stand"},
+            {"Largest cluster", ResultText::count(largest),
+             DatasetText::share(largest, result.caseCount) + " of the cases"},
+            {"Cases used", ResultText::count(result.caseCount), "complete on all variables"}};
+}
+
+class HierarchicalClusters final : public StoredAnalysis<DataReductionFields, TreeRun> {
+public:
+    using StoredAnalysis::StoredAnalysis;
+
+    std::string subtitle() const override {
+        return std::string(displayName(DataReductionMethod::hierarchical));
+    }
+
+    void addControls(SetupForm& form) override {
+        ReducedVariables::addControls(form, state_.dataset(), fields_, "Variables");
+        form.controls.emplace_back(HeadingControl{"OPTIONS"});
+        form.controls.emplace_back(FormControls::enumerationPicker("Linkage", fields_.drLinkage));
+        ReducedVariables::addClusterControls(form, fields_, "Clusters at the cut (k)");
+    }
+
+    std::string runLabel() const override { return "Run clustering"; }
+
+    std::optional<Gate> gate() const override {
+        if (std::optional<Gate> gone = ReducedVariables::gone(state_.dataset(), fields_)) {
+            return gone;
+        }
+        return ReducedVariables::canCluster(state_.dataset(), fields_)
+                   ? std::nullopt
+                   : std::optional(ReducedVariables::cannotCluster());
+    }
+
+    std::string selection() const override {
+        return "A tree by " +
+               ResultText::listed(ReducedVariables::names(state_.dataset(), fields_));
+    }
+
+    Guide guide() const override {
+        return {.answers =
+                    "Which cases resemble one another, as a tree that merges the most similar "
+                    "ones first and can be cut into any number of clusters.",
+                .needs =
+                    "Numeric variables that matter for likeness, standardized where their units "
+                    "differ, and at least as many complete cases as clusters; five or more in "
+                    "each cluster.",
+                .doNotClaim = {std::string(caution),
+                               "Do not test whether clusters differ on the variables that made "
+                               "them; they do by construction."}};
+    }
+
+private:
+    std::optional<TreeRun> compute() override {
+        TreeRun run{.variables = ReducedVariables::names(state_.dataset(), fields_),
+                    .k = fields_.drK.get()};
+        const std::vector<NumericColumn> columns =
+            ReducedVariables::columns(state_.dataset(), run.variables);
+        const CaseRows rows = CaseRows::complete(columns);
+        run.result = ClusterAnalysis::hierarchical(
+            rows, {.linkage = fields_.drLinkage.get(), .standardize = fields_.drStandardize.get()});
+        if (run.result && !run.result->merges.empty()) {
+            describe(run, rows, columns);
+        }
+        return run;
+    }
+
+    /// Adds what the cut gives.
+    static void describe(TreeRun& run,
+                         const CaseRows& rows,
+                         const std::vector<NumericColumn>& columns) {
+        const auto clusters = static_cast<std::size_t>(run.k);
+        const auto assignments =
+            ClusterAnalysis::cutTree(run.result->merges, run.result->caseCount, run.k);
+        if (!assignments) {
+            return;
+        }
+        run.sizes = ClusterReport::sizes(*assignments, clusters);
+        run.means = ClusterReport::means(rows, *assignments, clusters);
+        std::vector<const NumericColumn*> pointers;
+        for (const NumericColumn& column : columns) {
+            pointers.push_back(&column);
+        }
+        run.tree = treeChart(*run.result, CompleteCases::rows(pointers), run.k);
+    }
+
+    void present(const TreeRun& run, ScreenContent& content) const override {
+        if (!run.result || run.sizes.empty()) {
+            content.gate = ReducedVariables::cannotCluster();
+            if (run.result && !ResultText::obstacle(run.result->readiness).empty()) {
+                content.gate->text = ResultText::obstacle(run.result->readiness);
+            }
+            return;
+        }
+        addReport({.title = "Hierarchical clusters: " + linkageWord(run.result->linkage) +
+                            " linkage, k = " + ResultText::count(run.k),
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = tables(run),
+                   .note = caption(run),
+                   .charts = {run.tree},
+                   .figureCaption = "Dendrogram. " + caption(run),
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(run.result->readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> DataReductionAnalyses::hierarchicalClusters(StudioState& state,
+                                                                      DataReductionFields& fields) {
+    return std::make_unique<HierarchicalClusters>(state, fields, fields.drTreeRun);
+}
+
+}  // namespace sorvane

@@ -1,0 +1,228 @@
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneMac/Report/APAFormat.h"
+#include "Tests/Screens/ScreenWorkplace.h"
+
+namespace sorvane {
+namespace {
+
+using enum StudioScreen;
+using Cells = std::vector<std::string>;
+
+/// A workspace with one of the reference tables, whose named columns have roles of their own.
+class ReferenceStudy : public ScreenWorkplace {
+public:
+    explicit ReferenceStudy(const std::string& table) {
+        state.importData(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Reference/data") / table);
+        EXPECT_FALSE(state.data.importError.get());
+    }
+    /// Fills the screen, runs it, and gives what it then shows.
+    ScreenContent shown(StudioScreen screen, const Settings& settings) {
+        screens.appear(screen);
+        set(settings);
+        const std::optional<std::string> refusal = screens.at(screen).run();
+        EXPECT_FALSE(refusal) << *refusal;
+        return screens.at(screen).content();
+    }
+    /// Stages what the screen shows first.
+    void stage(const ScreenContent& content) { state.addToReport(content.findings.front().item); }
+};
+
+const Card* cardOf(const ScreenContent& content, const std::string& title) {
+    const auto found = std::ranges::find(content.cards, title, &Card::title);
+    return found == content.cards.end() ? nullptr : &*found;
+}
+
+const LinePlot& linesOf(const Card& card) {
+    return std::get<LinePlot>(card.charts.at(0).plot);
+}
+
+class SurvivalScreenTest : public testing::Test {
+protected:
+    SurvivalScreenTest() {
+        study.assign({"sex", "ph_ecog"}, VariableKind::grouping);
+        study.assign({"time", "age"}, VariableKind::outcome);
+        study.assign({"dead"}, VariableKind::status);
+    }
+
+    ReferenceStudy study{"lung.csv"};
+};
+
+TEST_F(SurvivalScreenTest, CurvesByStratumGoIntoTheReport) {
+    const ScreenContent content = study.shown(
+        survival,
+        {{"survTime", R"("time")"}, {"survEvent", R"("dead")"}, {"survGroup", R"("sex")"}});
+    EXPECT_EQ(content.tiles[1].value, "165");
+    const Card* curves = cardOf(content, "Survival curves");
+    ASSERT_NE(curves, nullptr);
+    const LinePlot& plot = linesOf(*curves);
+    ASSERT_EQ(plot.series.size(), 2U);
+    EXPECT_EQ(plot.series[0].x.front(), 0.0);
+    EXPECT_EQ(plot.series[0].y.front(), 1.0);
+    EXPECT_EQ(plot.series[1].x.back(), 965.0);
+    EXPECT_EQ(plot.series[1].strokes.front(), 92.0);
+    EXPECT_EQ(content.cards[1].tables.front().headers,
+              (Cells{"Stratum", "0", "200", "400", "600", "800", "1000"}));
+    EXPECT_EQ(content.cards[1].tables.front().rows[0],
+              (Cells{"1", "138", "78", "31", "13", "6", "2"}));
+    EXPECT_NE(cardOf(content, "Sample and event checks"), nullptr);
+
+    study.stage(content);
+    const ReportItem& item = study.state.reportItems->front();
+    EXPECT_EQ(item.title, "Kaplan–Meier Survival: time by sex");
+    EXPECT_EQ(item.apaSummary,
+              "Kaplan–Meier survival for time, with dead as the event, by sex. sex = 1: 138 cases, "
+              "112 events, median survival time 270. sex = 2: 90 cases, 53 events, median survival "
+              "time 426.");
+    EXPECT_EQ(item.table->title, "Kaplan–Meier Survival by Stratum");
+    EXPECT_EQ(item.table->rows[1], (Cells{"2", "90", "53", "37", "426"}));
+    ASSERT_EQ(item.extraTables->size(), 3U);
+    EXPECT_EQ(item.extraTables->front().rows.back(), (Cells{"183", "86", "1", ".622"}));
+    EXPECT_EQ(item.extraTables->front().note, "Showing first 40 of 99.");
+    EXPECT_EQ(item.caution, "Nonparametric survival estimate; does not adjust for covariates.");
+    EXPECT_TRUE(content.findings.front().figure);
+}
+
+TEST_F(SurvivalScreenTest, AHazardRatioIsShownWithItsInterval) {
+    const ScreenContent content = study.shown(survival, {{"survMode", R"("cox")"},
+                                                         {"survTime", R"("time")"},
+                                                         {"survEvent", R"("dead")"},
+                                                         {"survPredictors", R"(["age","sex"])"}});
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_EQ(item.title, "Cox Proportional Hazards Regression");
+    EXPECT_EQ(APAFormat::normalize(*item.table).rows[1],
+              (Cells{"sex", "-0.513", "0.167", "-3.06", ".002", "0.599", "0.431", "0.832"}));
+    EXPECT_TRUE(item.apaSummary.starts_with(
+        "Cox proportional hazards model for time, with dead as the event, on age and sex (228 "
+        "cases, 165 events). The effect of age was not statistically significant, HR = 1.02, "))
+        << item.apaSummary;
+    EXPECT_EQ(study.screens.at(survival).result()["events"], Json(165));
+}
+
+TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
+    const Settings allEvents = {
+        {"survTime", R"("time")"}, {"survEvent", R"("status")"}, {"survGroup", R"("")"}};
+    ScreenContent content = study.shown(survival, allEvents);
+    const Card* cautions = cardOf(content, "Cautions");
+    ASSERT_NE(cautions, nullptr);
+    EXPECT_TRUE(cautions->cautions.front().starts_with("Every case counts as an event"));
+    EXPECT_EQ(cardOf(content, "Sample and event checks"), nullptr);
+    EXPECT_EQ(content.findings.front().item.table->title, "Kaplan–Meier Estimates of Survival");
+
+    study.state.importPastedData("time,dead,x\n1,0,1\n2,0,2\n3,1,4\n4,0,3\n5,0,1\n");
+    study.assign({"time", "x"}, VariableKind::outcome);
+    study.assign({"dead"}, VariableKind::status);
+    content = study.shown(survival, {{"survMode", R"("cox")"}, {"survPredictors", R"(["x"])"}});
+    EXPECT_EQ(content.gate->title, "The Cox model could not be fitted");
+    EXPECT_EQ(content.gate->text,
+              "Need more complete cases and at least two events for Cox regression.");
+    EXPECT_TRUE(content.findings.empty());
+}
+
+class DataReductionTest : public testing::Test {
+protected:
+    ScreenContent shown(const Settings& settings) {
+        Settings all = {{"drItems", R"(["Assault","Murder","Rape","UrbanPop"])"}};
+        all.insert(all.end(), settings.begin(), settings.end());
+        return arrests.shown(dataReduction, all);
+    }
+
+    ReferenceStudy arrests{"usarrests.csv"};
+};
+
+struct ReductionCase {
+    int line;
+    Settings settings;
+    std::string title;
+    std::string sentence;
+    /// A row of the main table, as the reader sees it.
+    std::size_t row;
+    Cells cells;
+    /// The kind of the finding's figure.
+    std::size_t plot;
+};
+
+// clang-format off
+const std::vector<ReductionCase> reductionCases = {
+    {__LINE__, {}, "Principal Components Analysis",
+     "Principal components analysis of 4 items (50 cases) retained 1 components with eigenvalues "
+     "above 1. The first component explained 62.0% of the variance.",
+     1, {"2", "0.990", "24.7", "86.8"}, 6},
+    {__LINE__, {{"drMethod", R"("efa")"}, {"drFactorCount", "1"}}, "Exploratory Factor Analysis",
+     "An exploratory factor analysis (1 factors, varimax rotation) of 4 items (50 cases) explained "
+     "54.1% of the variance on the first factor.",
+     0, {"Assault", ".96", ".93"}, 6},
+    {__LINE__, {{"drMethod", R"("omega")"}}, "McDonald's Omega",
+     "McDonald's omega total for the 4 items (50 cases) was .807, with Cronbach's alpha = .332.",
+     0, {"Murder", ".774", ".599"}, 3},
+    {__LINE__, {{"drMethod", R"("kmeans")"}, {"drK", "4"}}, "K-means Clusters: k = 4",
+     "K-means clustering grouped 50 cases into 4 clusters across 4 variables, with a total "
+     "within-cluster sum of squares of 75.09.",
+     0, {"1", "8", "16.0", "8.32"}, 6},
+    {__LINE__, {{"drMethod", R"("hierarchical")"}, {"drK", "4"}, {"drLinkage", R"("complete")"}},
+     "Hierarchical clusters: complete linkage, k = 4",
+     "Hierarchical agglomerative clustering (complete linkage, 4 variables, cut at k = 4) grouped "
+     "50 cases into clusters of 8, 11, 21, and 10.",
+     2, {"3", "21", "42.0"}, 8},
+};
+// clang-format on
+
+TEST_F(DataReductionTest, SaysWhatItFound) {
+    for (const ReductionCase& each : reductionCases) {
+        SCOPED_TRACE(each.line);
+        const ScreenContent content = shown(each.settings);
+        ASSERT_EQ(content.findings.size(), 1U);
+        const Finding& finding = content.findings.front();
+        EXPECT_EQ(finding.item.title, each.title);
+        EXPECT_EQ(finding.item.apaSummary, each.sentence);
+        EXPECT_EQ(APAFormat::normalize(*finding.item.table).rows.at(each.row), each.cells);
+        EXPECT_EQ(finding.figure->plot.index(), each.plot);
+        EXPECT_FALSE(finding.item.caution->empty());
+        EXPECT_FALSE(arrests.screens.at(dataReduction).result().is_null());
+    }
+}
+
+TEST_F(DataReductionTest, LoadingsStandByFactorAndSalientOnesAreBold) {
+    ReferenceStudy attitudes("attitude.csv");
+    const ScreenContent content = attitudes.shown(
+        dataReduction,
+        {{"drMethod", R"("efa")"},
+         {"drItems",
+          R"(["rating","complaints","privileges","learning","raises","critical","advance"])"}});
+    EXPECT_EQ(content.cards.front().title, "Varimax-rotated loadings");
+    const ReportTable& table = *content.findings.front().item.table;
+    EXPECT_EQ(table.title, "Results From a Factor Analysis");
+    EXPECT_EQ(table.headers, (Cells{"Item", "F1", "F2", "h2"}));
+    EXPECT_EQ(table.rows[0][0], "complaints");
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        for (const std::size_t column : {1U, 2U}) {
+            const double loading = std::stod(table.rows[row][column]);
+            EXPECT_EQ((*table.boldMask)[row][column], std::abs(loading) >= 0.4) << row;
+        }
+    }
+}
+
+TEST_F(DataReductionTest, ALargeTreeIsDrawnFromItsLastClustersOn) {
+    const ScreenContent content = shown({{"drMethod", R"("hierarchical")"}, {"drK", "3"}});
+    const auto& tree = std::get<Dendrogram>(content.findings.front().figure->plot);
+    EXPECT_EQ(tree.leaves.size(), 40U);
+    EXPECT_EQ(tree.merges.size(), 39U);
+    EXPECT_EQ(std::ranges::count_if(tree.merges,
+                                    [&](const auto& merge) { return merge.height > *tree.cut; }),
+              2);
+    EXPECT_NE(std::ranges::find(tree.leaves, "2 cases"), tree.leaves.end());
+}
+
+TEST_F(DataReductionTest, MoreClustersThanDistinctCasesAreRefused) {
+    arrests.state.importPastedData("a,b\n1,1\n1,1\n2,2\n2,2\n1,1\n");
+    arrests.assign({"a", "b"}, VariableKind::outcome);
+    const ScreenContent content = arrests.shown(
+        dataReduction, {{"drMethod", R"("kmeans")"}, {"drItems", R"(["a","b"])"}, {"drK", "3"}});
+    EXPECT_EQ(content.gate->title, "Cannot run clustering");
+    EXPECT_TRUE(content.findings.empty());
+}
+
+}  // namespace
+}  // namespace sorvane
