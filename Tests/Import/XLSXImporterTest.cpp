@@ -197,8 +197,8 @@ TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
         mixed += row % 2 == 0 ? sharedRow(1)
                               : "<row><c r=\"A1\"><v>" + std::to_string(row) + "</v></c></row>";
     }
-    EXPECT_EQ(sentence(workbook({{"S", mixed}}, long16K)), tooLarge)
-        << "a long text in a column that would keep the text of each row";
+    EXPECT_EQ(sentence(workbook({{"S", mixed}}, long16K)), "imported")
+        << "a long text among numbers that mostly differ";
 
     const std::string whole = workbook({{"S", header + data}}, "<si><t>x</t></si>");
     for (std::size_t size = 0; size < whole.size(); ++size) {
