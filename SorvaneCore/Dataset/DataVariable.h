@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/Uuid.h"
+#include "SorvaneCore/Dataset/ValueLabels.h"
 
 namespace sorvane {
 
@@ -77,7 +78,7 @@ struct DataVariable {
     Uuid id;
     std::string name;
     std::optional<std::string> label;
-    std::optional<std::map<std::string, std::string>> valueLabels;
+    std::optional<ValueLabels> valueLabels;
     /// What the classifier decided; never changed by the user.
     VariableKind inferredType = VariableKind::status;
     /// The working role; starts as `inferredType`.

@@ -11,6 +11,10 @@ namespace sorvane {
 namespace {
 
 constexpr std::size_t smallestTable = 16;
+/// Texts made to meet in one place of the table fill so many others, and no more are searched.
+constexpr std::size_t mostProbes = 128;
+/// Rows that stand for themselves may take so many times the bytes of a dictionary.
+constexpr std::size_t mostSwelling = 3;
 
 /// One word for a text: the text itself and its length up to 7 bytes, otherwise a hash of it.
 std::uint64_t tableKey(std::string_view text) {
@@ -52,37 +56,86 @@ void TextColumnBuilder::appendCode(std::uint32_t code) {
     }
 }
 
+void TextColumnBuilder::appendRepeated(std::string_view cell, std::size_t count) {
+    while (count > 0 && !holdsRows()) {
+        const std::size_t most = isUndecided() ? judgedRows - rowCount_ : count;
+        const std::size_t run = std::min(count, most);
+        const std::uint32_t code = codeOf(cell);
+        storeCode(code);
+        std::visit(
+            [code, run](auto& codes) {
+                if constexpr (!std::is_same_v<std::decay_t<decltype(codes)>, std::monostate>) {
+                    using Code = typename std::decay_t<decltype(codes)>::value_type;
+                    codes.insert(codes.end(), run - 1, static_cast<Code>(code));
+                }
+            },
+            codes_);
+        rowCount_ += run;
+        count -= run;
+        if (rowCount_ == judgedRows) {
+            judge();
+        }
+    }
+    for (; count > 0; --count) {
+        append(cell);
+    }
+}
+
 std::uint32_t TextColumnBuilder::codeOf(std::string_view cell) {
     if (levels_.size() * 2 >= table_.size()) {
         growTable();
     }
     const std::uint64_t key = tableKey(cell);
-    std::size_t slot = slotOf(key, table_.size());
-    while (table_[slot].code != noCode) {
-        const Entry& entry = table_[slot];
+    const std::size_t first = slotOf(key, table_.size());
+    for (std::size_t slot = first; slot < first + mostProbes; ++slot) {
+        Entry& entry = table_[slot & (table_.size() - 1)];
+        if (entry.code == noCode) {
+            entry = {.key = key, .code = static_cast<std::uint32_t>(levels_.size())};
+            levels_.append(cell);
+            return entry.code;
+        }
         if (entry.key == key && (isExact(key) || levels_[entry.code] == cell)) {
             return entry.code;
         }
-        slot = (slot + 1) & (table_.size() - 1);
     }
-    table_[slot] = {.key = key, .code = static_cast<std::uint32_t>(levels_.size())};
+    return crowdedCodeOf(cell);
+}
+
+std::uint32_t TextColumnBuilder::crowdedCodeOf(std::string_view cell) {
+    const auto found = crowded_.find(cell);
+    if (found != crowded_.end()) {
+        return found->second;
+    }
+    const auto code = static_cast<std::uint32_t>(levels_.size());
+    crowded_.emplace(cell, code);
     levels_.append(cell);
-    return table_[slot].code;
+    return code;
 }
 
 void TextColumnBuilder::growTable() {
     const std::vector<Entry> former = std::move(table_);
+    const auto formerCrowded = std::exchange(crowded_, {});
     table_.assign(std::max(former.size() * 2, smallestTable), {.key = 0, .code = noCode});
     for (const Entry& entry : former) {
-        if (entry.code == noCode) {
-            continue;
+        if (entry.code != noCode) {
+            place(entry);
         }
-        std::size_t slot = slotOf(entry.key, table_.size());
-        while (table_[slot].code != noCode) {
-            slot = (slot + 1) & (table_.size() - 1);
-        }
-        table_[slot] = entry;
     }
+    for (const auto& [text, code] : formerCrowded) {
+        place({.key = tableKey(text), .code = code});
+    }
+}
+
+void TextColumnBuilder::place(const Entry& entry) {
+    const std::size_t first = slotOf(entry.key, table_.size());
+    for (std::size_t slot = first; slot < first + mostProbes; ++slot) {
+        Entry& present = table_[slot & (table_.size() - 1)];
+        if (present.code == noCode) {
+            present = entry;
+            return;
+        }
+    }
+    crowded_.emplace(levels_[entry.code], entry.code);
 }
 
 void TextColumnBuilder::storeCode(std::uint32_t code) {
@@ -113,7 +166,7 @@ void TextColumnBuilder::widenCodes() {
 }
 
 void TextColumnBuilder::judge() {
-    if (levels_.size() * 2 <= judgedRows) {
+    if (levels_.size() * 2 <= judgedRows || repeatsLongTexts()) {
         reserveRows();
         return;
     }
@@ -124,6 +177,27 @@ void TextColumnBuilder::judge() {
     levels_ = std::move(rows);
     codes_ = std::monostate();
     table_ = {};
+    crowded_ = {};
+    reserveRows();
+}
+
+bool TextColumnBuilder::repeatsLongTexts() const {
+    std::size_t bytes = 0;
+    for (std::size_t row = 0; row < rowCount_; ++row) {
+        bytes += cell(row).size();
+    }
+    return bytes > mostSwelling * levels_.byteCount();
+}
+
+void TextColumnBuilder::encode() {
+    if (!holdsRows()) {
+        return;
+    }
+    const TextList rows = std::exchange(levels_, {});
+    codes_ = std::vector<std::uint8_t>();
+    for (std::size_t row = 0; row < rowCount_; ++row) {
+        storeCode(codeOf(rows[row]));
+    }
     reserveRows();
 }
 

@@ -10,22 +10,39 @@ void PatternColumnBuilder::appendFirst(std::uint64_t pattern, PatternText text) 
         growTable();
     }
     const std::uint32_t code = column_.appendCoded(text.text);
-    table_[slotOf(pattern)] = {
-        .pattern = pattern, .code = code, .isUsed = true, .isCounted = text.isCounted};
+    place({.pattern = pattern, .code = code, .isUsed = true, .isCounted = text.isCounted});
     ++used_;
     countedCells_ += text.isCounted ? 1U : 0U;
     if (!column_.hasCodes()) {
         table_ = {};
+        crowded_ = {};
+        used_ = 0;
     }
 }
 
 void PatternColumnBuilder::growTable() {
     const std::vector<Entry> former = std::exchange(table_, std::vector<Entry>(table_.size() * 2));
+    const std::map<std::uint64_t, Entry> formerCrowded = std::exchange(crowded_, {});
     for (const Entry& entry : former) {
         if (entry.isUsed) {
-            table_[slotOf(entry.pattern)] = entry;
+            place(entry);
         }
     }
+    for (const auto& [pattern, entry] : formerCrowded) {
+        place(entry);
+    }
+}
+
+void PatternColumnBuilder::place(const Entry& entry) {
+    const std::size_t first = firstSlot(entry.pattern);
+    for (std::size_t slot = first; slot < first + mostProbes; ++slot) {
+        Entry& present = table_[slot & (table_.size() - 1)];
+        if (!present.isUsed) {
+            present = entry;
+            return;
+        }
+    }
+    crowded_[entry.pattern] = entry;
 }
 
 }  // namespace sorvane

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,7 @@ struct PatternText {
 /// Builds a column out of cells of a binary file, up to 8 bytes each, known by their bit patterns.
 ///
 /// A pattern is turned into text when it is met first. Only where most cells differ, so that the
-/// column keeps no dictionary, it is done for each cell.
+/// column keeps no dictionary, it is done for each cell, and that as long as they are short.
 class PatternColumnBuilder {
 public:
     /// Appends a cell; `textOf` gives the PatternText of a pattern.
@@ -29,12 +30,16 @@ public:
             const PatternText text = textOf(pattern);
             column_.append(text.text);
             countedCells_ += text.isCounted ? 1U : 0U;
+            longBytes_ += text.text.size() > longText ? text.text.size() : 0;
+            if (longBytes_ > mostLongBytes) {
+                column_.encode();
+                table_.resize(smallestTable);
+            }
             return;
         }
-        Entry& entry = table_[slotOf(pattern)];
-        if (entry.isUsed && entry.pattern == pattern) {
-            column_.appendCode(entry.code);
-            countedCells_ += entry.isCounted ? 1U : 0U;
+        if (const Entry* entry = find(pattern)) {
+            column_.appendCode(entry->code);
+            countedCells_ += entry->isCounted ? 1U : 0U;
             return;
         }
         appendFirst(pattern, textOf(pattern));
@@ -42,8 +47,8 @@ public:
     /// How many rows there may be in the end.
     void expectRows(std::size_t rows) { column_.expectRows(rows); }
 
-    /// Whether patterns are turned into text once; false where it is done for each cell.
-    bool hasCodes() const { return column_.hasCodes(); }
+    /// The bytes of the texts so far.
+    std::size_t textBytes() const { return column_.textBytes(); }
     /// How many cells were counted.
     std::uint64_t countedCells() const { return countedCells_; }
     std::shared_ptr<const TextColumn> finish() { return column_.finish(); }
@@ -56,25 +61,48 @@ private:
         bool isCounted = false;
     };
     static constexpr std::size_t smallestTable = 4;
+    /// Patterns made to meet in one place of the table fill so many others, and no more are
+    /// searched.
+    static constexpr std::size_t mostProbes = 64;
+    /// Numbers that data hold are shorter. Of longer texts, in a column without a dictionary, so
+    /// many bytes are stored; then they are taken to repeat.
+    static constexpr std::size_t longText = 64;
+    static constexpr std::size_t mostLongBytes = std::size_t{1} << 18;
 
-    /// Where the pattern stands, or where it belongs.
+    /// Where the search for a pattern begins.
     ///
     /// Small whole numbers differ in the highest bits of their patterns alone, so that these are
     /// laid over the low ones, and the highest of the product, which all of them reach, are taken.
-    std::size_t slotOf(std::uint64_t pattern) const {
+    std::size_t firstSlot(std::uint64_t pattern) const {
+        return ((pattern ^ pattern >> 32) * 0x9E3779B97F4A7C15U) >> 32 & (table_.size() - 1);
+    }
+    /// Null for a pattern not met yet.
+    const Entry* find(std::uint64_t pattern) const {
         const std::size_t mask = table_.size() - 1;
-        std::size_t slot = ((pattern ^ pattern >> 32) * 0x9E3779B97F4A7C15U) >> 32 & mask;
-        while (table_[slot].isUsed && table_[slot].pattern != pattern) {
-            slot = (slot + 1) & mask;
+        const std::size_t first = firstSlot(pattern);
+        for (std::size_t slot = first; slot < first + mostProbes; ++slot) {
+            const Entry& entry = table_[slot & mask];
+            if (!entry.isUsed) {
+                return nullptr;
+            }
+            if (entry.pattern == pattern) {
+                return &entry;
+            }
         }
-        return slot;
+        const auto crowded = crowded_.find(pattern);
+        return crowded == crowded_.end() ? nullptr : &crowded->second;
     }
     void appendFirst(std::uint64_t pattern, PatternText text);
     void growTable();
+    void place(const Entry& entry);
 
     TextColumnBuilder column_;
     std::vector<Entry> table_ = std::vector<Entry>(smallestTable);
+    /// Patterns for which the table had no place near their own.
+    std::map<std::uint64_t, Entry> crowded_;
+    /// How many patterns there are in both.
     std::size_t used_ = 0;
+    std::size_t longBytes_ = 0;
     std::uint64_t countedCells_ = 0;
 };
 

@@ -9,12 +9,12 @@ namespace {
 
 /// A table may have so many cells, whatever the size of its source; beyond that, so many for each
 /// byte. A cell with a value takes some 20 bytes in a worksheet.
-constexpr std::size_t cellsFloor = std::size_t{1} << 26;
+constexpr std::size_t cellsFloor = std::size_t{1} << 27;
 constexpr std::size_t cellsPerByte = 2;
 
 void fillUp(TextColumnBuilder& column, std::size_t rowCount) {
-    while (column.size() < rowCount) {
-        column.append(std::string_view());
+    if (column.size() < rowCount) {
+        column.appendRepeated(std::string_view(), rowCount - column.size());
     }
 }
 
@@ -37,31 +37,28 @@ void SparseTableBuilder::set(std::size_t row, std::size_t index, std::string_vie
     if (budget_->isExceeded()) {
         return;
     }
-    Column& column = columns_[index];
-    fillUp(column.builder, row);
-    bool isFirst = true;
-    if (column.builder.hasCodes()) {
-        const std::uint32_t code = column.builder.appendCoded(text);
-        isFirst = code >= column.codeCount;
-        column.codeCount = std::max(column.codeCount, code + 1);
-    } else {
-        column.builder.append(text);
+    TextColumnBuilder& column = columns_[index];
+    const std::size_t bytesBefore = column.textBytes();
+    fillUp(column, row);
+    column.append(text);
+    budget_->change(bytesBefore, column.textBytes());
+    if (budget_->isExceeded() && !column.hasCodes()) {
+        const std::size_t bytesOfRows = column.textBytes();
+        column.encode();
+        budget_->change(bytesOfRows, column.textBytes());
     }
-    column.charge.add(
-        {.bytes = text.size(), .isFirstOfItsText = isFirst, .hasCodes = column.builder.hasCodes()},
-        *budget_);
 }
 
 TextTable SparseTableBuilder::finish(std::size_t rowCount) {
     const TextTable::Column blank = TextColumn::blank(rowCount);
     std::vector<TextTable::Column> finished;
     finished.reserve(columns_.size());
-    for (Column& column : std::exchange(columns_, {})) {
-        if (column.builder.size() == 0) {
+    for (TextColumnBuilder& column : std::exchange(columns_, {})) {
+        if (column.size() == 0) {
             finished.push_back(blank);
         } else {
-            fillUp(column.builder, rowCount);
-            finished.push_back(column.builder.finish());
+            fillUp(column, rowCount);
+            finished.push_back(column.finish());
         }
     }
     return {std::move(finished), rowCount};

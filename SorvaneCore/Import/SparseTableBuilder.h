@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -36,16 +35,9 @@ public:
     TextTable finish(std::size_t rowCount);
 
 private:
-    struct Column {
-        TextColumnBuilder builder;
-        ColumnTextCharge charge;
-        /// How many codes were given to texts.
-        std::uint32_t codeCount = 0;
-    };
-
     std::size_t mostCells_;
     std::unique_ptr<TextBudget> budget_;
-    std::vector<Column> columns_;
+    std::vector<TextColumnBuilder> columns_;
 };
 
 }  // namespace sorvane

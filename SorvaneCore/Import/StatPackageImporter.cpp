@@ -14,7 +14,6 @@
 #include "SorvaneCore/Import/Survey/PackageRoles.h"
 #include "SorvaneCore/Import/Survey/SvmmFieldReader.h"
 #include "SorvaneCore/Import/Survey/SvmmReader.h"
-#include "SorvaneCore/Import/ValueLabelBudget.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 
 namespace sorvane {
@@ -46,10 +45,10 @@ public:
 
     bool has(std::size_t column) const { return wanted_[column] != nullptr; }
     const Value& peek(std::size_t column) const { return *wanted_[column]; }
-    bool isLast(std::size_t column) const { return lastColumn_.at(wanted_[column]) == column; }
     /// Input      columns in ascending order
     Value take(std::size_t column) {
-        return isLast(column) ? std::move(*wanted_[column]) : *wanted_[column];
+        const bool isLast = lastColumn_.at(wanted_[column]) == column;
+        return isLast ? std::move(*wanted_[column]) : *wanted_[column];
     }
 
 private:
@@ -57,46 +56,22 @@ private:
     std::unordered_map<const Value*, std::size_t> lastColumn_;
 };
 
-/// Gives a variable the value labels of its column.
-///
-/// Returns    false when copies of them would take more memory than should be spent
-bool takeValueLabels(ColumnValues<std::map<std::string, std::string>>& labels,
-                     std::size_t column,
-                     ValueLabelBudget& budget,
-                     DataVariable& variable) {
-    if (!labels.has(column) || labels.peek(column).empty()) {
-        return true;
-    }
-    for (const auto& [value, label] : labels.peek(column)) {
-        if (!labels.isLast(column) && !budget.take(value.size() + label.size())) {
-            return false;
-        }
-    }
-    variable.valueLabels = labels.take(column);
-    return true;
-}
-
 void describe(TabularImport& table, ImportedDataset& dataset) {
     const auto& names = table.variableNames;
     ColumnValues<std::string> labels(table.variableLabels, names, dataset.headers);
     ColumnValues<std::string> specs(table.userMissingSpecs, names, dataset.headers);
-    ColumnValues<std::map<std::string, std::string>> valueLabels(table.valueLabels, names,
-                                                                 dataset.headers);
-    ValueLabelBudget budget(0);
-    bool hasAllLabels = true;
+    ColumnValues<ValueLabels> valueLabels(table.valueLabels, names, dataset.headers);
     for (std::size_t column = 0; column < dataset.variables.size(); ++column) {
         DataVariable& variable = dataset.variables[column];
         if (!variable.label && labels.has(column) && !labels.peek(column).empty()) {
             variable.label = labels.take(column);
         }
-        hasAllLabels = takeValueLabels(valueLabels, column, budget, variable) && hasAllLabels;
+        if (valueLabels.has(column) && !valueLabels.peek(column).empty()) {
+            variable.valueLabels = valueLabels.take(column);
+        }
         if (specs.has(column)) {
             variable.warnings.push_back(userMissingWarning(specs.peek(column)));
         }
-    }
-    const bool isTold = std::ranges::count(table.notes, tooManyLabelsNote()) > 0;
-    if (!hasAllLabels && !isTold) {
-        table.notes.push_back(tooManyLabelsNote());
     }
 }
 

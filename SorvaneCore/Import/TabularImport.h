@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/TextTable.h"
+#include "SorvaneCore/Dataset/ValueLabels.h"
 
 namespace sorvane {
 
@@ -17,7 +18,7 @@ struct TabularImport {
     /// By variable name.
     std::map<std::string, std::string> variableLabels;
     /// Variable name to raw value to label.
-    std::map<std::string, std::map<std::string, std::string>> valueLabels;
+    std::map<std::string, ValueLabels> valueLabels;
     /// Variable name to a text that tells its declared user-missing values.
     std::map<std::string, std::string> userMissingSpecs;
     /// Cells already formatted as text.

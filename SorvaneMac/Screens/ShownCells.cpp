@@ -11,7 +11,7 @@ ShownCells::ShownCells(const ImportedDataset& dataset, CellForm form) : table_(d
     labels_.resize(table_.columnCount());
     for (std::size_t column = 0; column < labels_.size(); ++column) {
         if (const auto& labels = dataset.variables[column].valueLabels) {
-            labels_[column] = Labels(labels->begin(), labels->end());
+            labels_[column] = *labels;
         }
     }
 }
@@ -21,7 +21,7 @@ std::string_view ShownCells::levelText(std::size_t column, std::size_t level) co
     if (!hasLabels(column)) {
         return stored;
     }
-    const Labels& labels = labels_[column];
+    const ValueLabels& labels = labels_[column];
     auto label = labels.find(stored);
     if (label == labels.end()) {
         label = labels.find(UnicodeText::trimmed(stored));

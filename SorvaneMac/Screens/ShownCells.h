@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +19,7 @@ enum class CellForm {
 
 /// The cells of a table as a grid shows them, searches them and copies them.
 ///
-/// Shares the columns of the dataset, so that it costs a pointer per column and, where labels are
-/// shown, a copy of the labels.
+/// Shares the columns of the dataset, so that it costs a few pointers per column.
 class ShownCells {
 public:
     ShownCells() = default;
@@ -49,11 +46,9 @@ public:
     bool isSameAs(const ShownCells& other) const;
 
 private:
-    using Labels = std::map<std::string, std::string, std::less<>>;
-
     TextTable table_;
-    /// A map a column, or none at all while texts are shown as they are stored.
-    std::vector<Labels> labels_;
+    /// The labels of each column, or none at all while texts are shown as they are stored.
+    std::vector<ValueLabels> labels_;
 };
 
 }  // namespace sorvane

@@ -79,7 +79,7 @@ void expectDescriptions(const ImportedDataset& dataset, const nlohmann::json& ex
         }
         if (const auto labels = expected.value("valueLabels", nothing);
             labels.contains(variable.name)) {
-            const auto map = labels[variable.name].get<std::map<std::string, std::string>>();
+            const auto map = labels[variable.name].get<ValueLabels::Map>();
             EXPECT_EQ(variable.valueLabels, map);
         }
         if (const auto specs = expected.value("userMissing", nothing);

@@ -171,7 +171,7 @@ TEST(StataReader, ReadsEveryTypeInEveryRelease) {
             EXPECT_EQ(table.variableLabels, (std::map<std::string, std::string>{{"b", "Label"}}));
             EXPECT_EQ(table.valueLabels.size(), 1U);
             EXPECT_EQ(table.valueLabels.at("b"),
-                      (std::map<std::string, std::string>{{"-1", " minus "}, {"100", "again"}}));
+                      (ValueLabels{{"-1", " minus "}, {"100", "again"}}));
             EXPECT_EQ(table.implausibleColumns, (std::vector<std::size_t>{3, 4}));
             EXPECT_EQ(table.notes.front(), "Dataset label: demo");
             EXPECT_EQ(table.notes.back(), "Stata release " + std::to_string(release) + ", " +
@@ -235,30 +235,30 @@ TEST(StataReader, ReadsWhatItCanOfAFileThatIsTooShortForTheStatedWidths) {
 
 TEST(StataReader, BoundsWhatASmallFileCanFill) {
     DataFile labels{.observations = 1};
-    DataFile names{.observations = 1};
     DataFile texts{.release = 117, .observations = 1};
     texts.strls = "GSO" + texts.number(std::uint32_t{2}) + texts.number(std::uint32_t{7}) + "\x82" +
                   texts.number(std::uint32_t{1 << 20}) + std::string(1 << 20, 'x');
     for (int i = 0; i < 200; ++i) {
         labels.variables.push_back({"v" + std::to_string(i), byteCode, "", "tab"});
-        names.variables.push_back({"v", byteCode, "", i == 0 ? "tab" : ""});
         texts.variables.push_back({"v" + std::to_string(i), strLCode});
         labels.data += '\1';
-        names.data += '\1';
         texts.data += DataFile::field("\x02", 2) + DataFile::field("\x07", 6);
     }
-    labels.valueLabels = labels.labelTable("tab", {{1, std::string(1 << 20, 'l')}});
-    names.valueLabels = labels.valueLabels;
-    const std::string note =
-        "Value labels of further variables were left out, as there are too many.";
-    const TabularImport table = readFile(labels);
-    EXPECT_TRUE(table.valueLabels.contains("v0"));
-    EXPECT_FALSE(table.valueLabels.contains("v199"));
-    EXPECT_EQ(table.notes.back(), note);
-    const ImportedDataset dataset = StatPackageImporter().importStata("x.dta", names.bytes());
-    EXPECT_TRUE(dataset.variables[0].valueLabels);
-    EXPECT_FALSE(dataset.variables[150].valueLabels);
-    EXPECT_EQ(dataset.importMetadata.notes->back(), note);
+    // Each label runs to the end of the texts.
+    const std::vector<std::pair<std::int32_t, std::string>> entries(20'000, {1, "x"});
+    std::string nested = labels.labelTable("nested", entries);
+    std::fill_n(nested.end() - 6 - 40'000, 40'000, 'x');
+    labels.valueLabels = labels.labelTable("tab", {{1, std::string(1 << 20, 'l')}}) + nested +
+                         labels.labelTable("small", {{1, "one"}});
+    labels.variables[100].labelTable = "nested";
+    labels.variables[198].labelTable = "small";
+    const ImportedDataset dataset = StatPackageImporter().importStata("x.dta", labels.bytes());
+    EXPECT_EQ(dataset.variables[0].valueLabels->at("1").size(), 1U << 20);
+    EXPECT_EQ(dataset.variables[199].valueLabels, dataset.variables[0].valueLabels);
+    EXPECT_EQ(dataset.variables[198].valueLabels, ValueLabels({{"1", "one"}}));
+    EXPECT_FALSE(dataset.variables[100].valueLabels);
+    EXPECT_EQ(dataset.importMetadata.notes->back(),
+              "Value labels of some variables were left out, as there are too many.");
     EXPECT_FALSE(StataReader::read(texts.bytes()));
 }
 

@@ -46,6 +46,26 @@ TEST(ZipArchiveReader, UnpacksStoredAndDeflatedEntries) {
     }
 }
 
+TEST(ZipArchiveReader, RefusesTooMuchBeforeItUnpacksAny) {
+    // Many names for the same bytes, with sizes that no stream could hold.
+    std::string archive = zipArchive({{.name = "a", .bytes = std::string(1 << 20, 'x')}});
+    const std::size_t directory = archive.find("PK\1\2");
+    std::string record = archive.substr(directory, 47);
+    record.replace(24, 4, "\xFE\xFF\xFF\xFF");
+    const auto withRecords = [&](std::uint16_t count) {
+        std::string bytes = archive.substr(0, directory);
+        for (std::uint16_t i = 0; i < count; ++i) {
+            bytes += record;
+        }
+        std::string end = archive.substr(directory + 47);
+        return bytes + end.replace(10, 2, bytesOf(count));
+    };
+    EXPECT_EQ(sentence(withRecords(1)), "unpacked");
+    EXPECT_EQ(sentence(withRecords(300)), unsupported +
+                                              "It unpacks to far more data than a "
+                                              "workbook can hold.");
+}
+
 TEST(ZipArchiveReader, NamesThatLeadOutStopTheExtraction) {
     for (const std::string name : {"/etc/x", "../x", "a/../x", "a/..", "..", ".", "./", "//x"}) {
         const std::string expected =

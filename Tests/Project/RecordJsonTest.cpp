@@ -14,7 +14,7 @@ TEST(RecordJson, WritesARecordInFieldOrderWithoutAbsentFields) {
     variable.name = "q1";
     variable.inferredType = VariableKind::psychometricItem;
     variable.scaleRange = ScaleRange{.minimum = 1.0, .maximum = std::nullopt};
-    variable.valueLabels = std::map<std::string, std::string>{{"1", "Never"}};
+    variable.valueLabels = ValueLabels{{"1", "Never"}};
 
     const std::string text = toJson(variable).dump();
 

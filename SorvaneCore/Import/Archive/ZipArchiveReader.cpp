@@ -1,6 +1,7 @@
 #include "SorvaneCore/Import/Archive/ZipArchiveReader.h"
 
 #include <algorithm>
+#include <span>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/Archive/RawDeflate.h"
@@ -136,24 +137,29 @@ std::string refusalText(UnpackedFolder::Refusal refusal, const std::string& name
     return "A file stands where a folder for " + name + " belongs.";
 }
 
-/// Counts what an archive unpacks to, before it is unpacked.
-class UnpackedLimit {
-public:
-    explicit UnpackedLimit(std::size_t archiveSize)
-        : left_(std::max<std::uint64_t>(unpackedFloor, archiveSize * unpackedPerByte)) {}
+/// What an entry takes when it is unpacked. A stream that cannot hold what is declared takes nothing,
+/// as it is refused.
+std::uint64_t unpackedSize(const Entry& entry) {
+    const auto packed = static_cast<std::uint64_t>(entry.compressedSize);
+    const auto declared = static_cast<std::uint64_t>(entry.uncompressedSize);
+    return entry.method == stored ? packed : RawDeflate::canHold(packed, declared) ? declared : 0;
+}
 
-    void take(const Entry& entry) {
-        const auto size = static_cast<std::uint64_t>(
-            entry.method == stored ? entry.compressedSize : entry.uncompressedSize);
-        if (size > left_) {
-            throw ZipError::unsupported("It unpacks to far more data than a workbook can hold.");
-        }
-        left_ -= size;
+/// Refuses entries that unpack to far too much, or that share their bytes to that end.
+void checkSizes(std::span<const Entry> entries, std::size_t archiveSize) {
+    std::uint64_t packed = 0;
+    std::uint64_t unpacked = 0;
+    for (const Entry& entry : entries) {
+        packed += static_cast<std::uint64_t>(entry.compressedSize);
+        unpacked += unpackedSize(entry);
     }
-
-private:
-    std::uint64_t left_;
-};
+    if (unpacked > mostUnpackedBytes(archiveSize)) {
+        throw ZipError::unsupported("It unpacks to far more data than a workbook can hold.");
+    }
+    if (packed > unpackedFloor && packed / 2 > archiveSize) {
+        throw ZipError::corruptArchive("Its entries overlap.");
+    }
+}
 
 }  // namespace
 
@@ -173,26 +179,31 @@ std::vector<Entry> centralDirectoryEntries(std::string_view bytes) {
     return entries;
 }
 
+std::uint64_t mostUnpackedBytes(std::size_t archiveSize) {
+    return std::max<std::uint64_t>(unpackedFloor, archiveSize * unpackedPerByte);
+}
+
 std::optional<std::string> entryData(std::string_view bytes, std::string_view name) {
     const std::vector<Entry> entries = centralDirectoryEntries(bytes);
     const auto entry = std::ranges::find(entries, name, &Entry::name);
-    return entry == entries.end() ? std::nullopt : std::optional(unpacked(bytes, *entry));
+    if (entry == entries.end()) {
+        return std::nullopt;
+    }
+    checkSizes({entry, 1}, bytes.size());
+    return unpacked(bytes, *entry);
 }
 
 UnpackedFolder extract(std::string_view bytes) {
     UnpackedFolder folder;
-    UnpackedLimit limit(bytes.size());
-    for (const Entry& entry : centralDirectoryEntries(bytes)) {
+    const std::vector<Entry> entries = centralDirectoryEntries(bytes);
+    checkSizes(entries, bytes.size());
+    for (const Entry& entry : entries) {
         if (entry.name.ends_with('/')) {
             continue;
         }
         const std::optional<std::string> path = sanitizedPath(entry.name);
         if (!path) {
             throw ZipError::corruptArchive("Entry name escapes the archive: " + entry.name);
-        }
-        if (RawDeflate::canHold(static_cast<std::size_t>(entry.compressedSize),
-                                static_cast<std::uint64_t>(entry.uncompressedSize))) {
-            limit.take(entry);
         }
         const auto refusal = folder.place(*path, unpacked(bytes, entry));
         if (refusal) {

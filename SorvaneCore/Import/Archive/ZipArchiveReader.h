@@ -32,6 +32,9 @@ struct Entry {
 ///            -> unsupported
 std::vector<Entry> centralDirectoryEntries(std::string_view bytes);
 
+/// How much an archive of so many bytes may unpack to: far more is a bomb and no table.
+std::uint64_t mostUnpackedBytes(std::size_t archiveSize);
+
 /// The unpacked bytes of the entry with exactly this name; absent without one.
 ///
 /// Failure    ZipError
@@ -41,8 +44,9 @@ std::optional<std::string> entryData(std::string_view bytes, std::string_view na
 ///
 /// Method     entries in the directory's order, a later one of the same path in the place of the
 ///            earlier; nothing is written anywhere
-/// Failure    the first entry that cannot be unpacked, whose name leads out of the folder, or that
-///            makes the archive unpack to more than 256 MiB and 128 times its size -> ZipError
+/// Failure    the archive would unpack to more than 256 MiB and 128 times its size, or its entries
+///            overlap to come near to it; the first entry that cannot be unpacked or whose name
+///            leads out of the folder -> ZipError
 UnpackedFolder extract(std::string_view bytes);
 
 }  // namespace sorvane::ZipArchiveReader

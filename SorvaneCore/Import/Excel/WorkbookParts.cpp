@@ -6,6 +6,13 @@
 
 namespace sorvane {
 
+namespace {
+
+/// Many more than any workbook has.
+constexpr std::size_t mostSheets = std::size_t{1} << 16;
+
+}  // namespace
+
 void WorkbookSheetParser::startElement(std::string_view name, const XmlAttributes& attributes) {
     if (name != "sheet") {
         return;
@@ -21,6 +28,9 @@ void WorkbookSheetParser::startElement(std::string_view name, const XmlAttribute
         sheets.push_back(
             {.name = std::string(*sheetName), .relationshipID = std::string(*relationshipID)});
     }
+    if (sheets.size() > mostSheets) {
+        refuse("It lists far too many worksheets.");
+    }
 }
 
 void WorkbookRelationshipsParser::startElement(std::string_view name,
@@ -29,6 +39,9 @@ void WorkbookRelationshipsParser::startElement(std::string_view name,
     const auto target = attributes.value("Target");
     if (name == "Relationship" && id && target) {
         relationships[std::string(*id)] = *target;
+    }
+    if (relationships.size() > mostSheets) {
+        refuse("It lists far too many parts.");
     }
 }
 

@@ -20,6 +20,9 @@ std::optional<std::int64_t> integer(std::string_view text) {
     return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 
+/// A row may name a column more than once, but hardly each of them.
+constexpr std::size_t mostCellsOfRow = 2 * WorksheetTable::mostColumns;
+
 bool isBefore(const WorksheetCell& left, const WorksheetCell& right) {
     return left.column < right.column;
 }
@@ -115,6 +118,9 @@ void WorksheetParser::addCell(std::string_view text, bool isShared) {
         rowTexts_.append(text);
     }
     rowCells_.push_back(cell);
+    if (rowCells_.size() > mostCellsOfRow) {
+        refuse("A row of a worksheet has far more cells than there are columns.");
+    }
 }
 
 void WorksheetParser::endRow() {
@@ -132,6 +138,9 @@ void WorksheetParser::endRow() {
         if (hasValue) {
             table_.add(rowNumber_, cells_);
             ++storedRows_;
+        }
+        if (storedRows_ > WorksheetTable::mostRows) {
+            refuse("A worksheet has more rows than worksheets can have.");
         }
     }
     isInsideRow_ = false;

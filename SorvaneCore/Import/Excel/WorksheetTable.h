@@ -28,6 +28,7 @@ class WorksheetTable {
 public:
     /// Columns beyond it do not exist in worksheets (XFD).
     static constexpr std::size_t mostColumns = 16384;
+    static constexpr std::int64_t mostRows = 1'048'576;
 
     /// A table of a worksheet that takes, with its shared strings, so many bytes.
     explicit WorksheetTable(std::size_t sourceBytes) : columns_(sourceBytes) {}

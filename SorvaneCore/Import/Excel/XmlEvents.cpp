@@ -14,6 +14,8 @@ namespace {
 
 /// The parser counts bytes in an int.
 constexpr std::size_t chunkSize = std::size_t{1} << 28;
+/// Elements in one another; those of workbooks go some ten deep.
+constexpr std::size_t deepest = 300;
 
 struct Closer {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -23,25 +25,49 @@ using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, Closer>;
 struct Reading {
     XML_Parser parser;
     XmlEvents& events;
-    bool hasDoctype = false;
+    std::size_t depth = 0;
+    /// Why the parser was stopped; empty while it was not.
+    std::string refusal = {};
+
+    void stop(std::string why) {
+        refusal = std::move(why);
+        XML_StopParser(parser, XML_FALSE);
+    }
+    void stopIfRefused() {
+        if (!events.refusal().empty()) {
+            stop(events.refusal());
+        }
+    }
 };
 
-void startElement(void* reading, const XML_Char* name, const XML_Char** attributes) {
-    static_cast<Reading*>(reading)->events.startElement(name, XmlAttributes(attributes));
+void startElement(void* opaque, const XML_Char* name, const XML_Char** attributes) {
+    auto& reading = *static_cast<Reading*>(opaque);
+    if (++reading.depth > deepest) {
+        reading.stop("A part of it has elements nested far too deeply.");
+        return;
+    }
+    reading.events.startElement(name, XmlAttributes(attributes));
+    reading.stopIfRefused();
 }
 
-void endElement(void* reading, const XML_Char* name) {
-    static_cast<Reading*>(reading)->events.endElement(name);
+void endElement(void* opaque, const XML_Char* name) {
+    auto& reading = *static_cast<Reading*>(opaque);
+    // A parser that is stopped at an empty element still tells its end.
+    if (!reading.refusal.empty()) {
+        return;
+    }
+    --reading.depth;
+    reading.events.endElement(name);
+    reading.stopIfRefused();
 }
 
 void characters(void* reading, const XML_Char* text, int length) {
     static_cast<Reading*>(reading)->events.characters({text, static_cast<std::size_t>(length)});
 }
 
-void startDoctype(void* opaque, const XML_Char*, const XML_Char*, const XML_Char*, int) {
-    auto* reading = static_cast<Reading*>(opaque);
-    reading->hasDoctype = true;
-    XML_StopParser(reading->parser, XML_FALSE);
+void startDoctype(void* reading, const XML_Char*, const XML_Char*, const XML_Char*, int) {
+    static_cast<Reading*>(reading)->stop(
+        "A part of it has a document type declaration, which workbooks do not have.");
 }
 
 /// Maps the bytes of a code page of one byte a character; the parser itself knows Unicode's
@@ -66,8 +92,8 @@ int mapCodePage(void*, const XML_Char* name, XML_Encoding* encoding) {
 }
 
 std::string failure(const Reading& reading) {
-    if (reading.hasDoctype) {
-        return "A part of it has a document type declaration, which workbooks do not have.";
+    if (!reading.refusal.empty()) {
+        return reading.refusal;
     }
     const auto line = static_cast<std::int64_t>(XML_GetCurrentLineNumber(reading.parser));
     return std::string("A part of it is not well-formed: ") +

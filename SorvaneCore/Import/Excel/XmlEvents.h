@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace sorvane {
 
@@ -40,12 +41,23 @@ public:
     virtual void startElement(std::string_view name, const XmlAttributes& attributes) = 0;
     virtual void characters(std::string_view) {}
     virtual void endElement(std::string_view) {}
+
+    /// Why the document is not read on; empty while it is.
+    const std::string& refusal() const { return refusal_; }
+
+protected:
+    /// Ends the reading of the document as a failure.
+    void refuse(std::string why) { refusal_ = std::move(why); }
+
+private:
+    std::string refusal_;
 };
 
 /// Reads a document from end to end.
 ///
-/// Failure    not well-formed, or with a document type declaration, which no workbook has and which
-///            could define entities without bound -> what is wrong and where
+/// Failure    refused by the taker of its events, not well-formed, nested hundreds of elements deep, or with a document type
+///            declaration, which no workbook has and which could define entities without bound ->
+///            what is wrong and where
 [[nodiscard]] std::optional<std::string> parseXml(std::string_view document, XmlEvents& events);
 
 }  // namespace sorvane

@@ -13,9 +13,8 @@ namespace sorvane {
 
 namespace {
 
-/// The missing value of data that are not compressed prints with more than 300 digits, in up to
-/// half of the cells of a column that keeps the text of each row.
-constexpr std::size_t textPerByte = 24;
+/// A number of 8 bytes that is met once can print with some 80 characters and still be meant.
+constexpr std::size_t textPerByte = 10;
 
 /// Takes the cells of one variable, block by block.
 class ColumnReader {
@@ -37,6 +36,7 @@ public:
         if (budget_.isExceeded()) {
             return;
         }
+        const std::size_t bytesBefore = textBytes();
         if (!variable_.isString()) {
             takeNumbers(block);
         } else if (variable_.slotCount == 1) {
@@ -44,6 +44,7 @@ public:
         } else {
             takeLongTexts(block);
         }
+        budget_.change(bytesBefore, textBytes());
     }
 
     std::uint64_t userMissingCells() const { return patterns_.countedCells(); }
@@ -52,19 +53,17 @@ public:
 
 private:
     bool hasPatterns() const { return variable_.slotCount == 1; }
+    std::size_t textBytes() const {
+        return hasPatterns() ? patterns_.textBytes() : texts_.textBytes();
+    }
 
     void takeNumbers(const SPSSCaseBlock& block) {
         const auto textOf = [this, &block](std::uint64_t pattern) {
             const auto raw = std::bit_cast<std::array<char, 8>>(pattern);
             return numberText(ByteReader::number<double>(raw.data(), block.numberOrder));
         };
-        const bool hadCodes = patterns_.hasCodes();
         for (std::size_t row = 0; row < block.rowCount; ++row) {
             patterns_.append(pattern(block, row), textOf);
-        }
-        if (hadCodes && !patterns_.hasCodes()) {
-            // From now on each row has its text, also those that were like another.
-            budget_.take(TextColumnBuilder::judgedRows / 2 * longestText_);
         }
     }
 
@@ -100,8 +99,6 @@ private:
         }
         isImplausible_ = isImplausible_ || isImplausibleMagnitude(value);
         storage_ = SPSSNumbers::cellText(value, variable_.format);
-        budget_.take(storage_.size());
-        longestText_ = std::max(longestText_, storage_.size());
         return {.text = storage_};
     }
 
@@ -113,7 +110,6 @@ private:
 
     std::string_view cellText(std::string_view bytes) {
         storage_ = SPSSText::decodeString(SPSSText::trimmedTrailingSpaces(bytes), encoding_);
-        budget_.take(storage_.size());
         return storage_;
     }
 
@@ -127,7 +123,6 @@ private:
     PatternColumnBuilder patterns_;
     TextColumnBuilder texts_;
     bool isImplausible_ = false;
-    std::size_t longestText_ = 0;
     std::string storage_;
 };
 

@@ -25,6 +25,14 @@ constexpr double openEnd = 8.988465674311579e307;
 /// Whole numbers below print without an exponent.
 constexpr double plainIntegers = 1e15;
 
+bool isDate(Format format) {
+    return std::ranges::find(dateFormatTypes, format.type) != dateFormatTypes.end();
+}
+
+bool hasDecimals(int decimals) {
+    return decimals >= 1 && decimals <= 10;
+}
+
 bool isPlainInteger(double value) {
     return std::fabs(value) < plainIntegers && value == std::trunc(value);
 }
@@ -36,8 +44,13 @@ std::string padded(std::int64_t number, std::size_t width) {
 
 }  // namespace
 
+Format effectiveFormat(Format format) {
+    return {.type = isDate(format) ? dateFormatTypes.front() : 0,
+            .decimals = hasDecimals(format.decimals) ? format.decimals : 0};
+}
+
 std::string cellText(double value, Format format) {
-    if (std::ranges::find(dateFormatTypes, format.type) != dateFormatTypes.end()) {
+    if (isDate(format)) {
         if (std::optional<std::string> date = formatSPSSDate(value)) {
             return *std::move(date);
         }
@@ -49,8 +62,7 @@ std::string trimNumber(double value, int decimals) {
     if (isPlainInteger(value)) {
         return NumberText::integer(static_cast<std::int64_t>(value));
     }
-    return decimals >= 1 && decimals <= 10 ? NumberText::fixed(value, decimals)
-                                           : NumberText::shortest(value);
+    return hasDecimals(decimals) ? NumberText::fixed(value, decimals) : NumberText::shortest(value);
 }
 
 std::optional<std::string> formatSPSSDate(double seconds) {

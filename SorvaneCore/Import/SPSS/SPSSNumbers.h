@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <string>
 
@@ -10,7 +11,12 @@ namespace sorvane::SPSSNumbers {
 struct Format {
     int type = 0;
     int decimals = 0;
+
+    auto operator<=>(const Format&) const = default;
 };
+
+/// One of all the formats that print every number as this one does.
+Format effectiveFormat(Format format);
 
 /// The text of a cell: a date where the format is one of dates and the number can be one, otherwise
 /// as `trimNumber`.

@@ -164,7 +164,8 @@ std::vector<const SPSSVariable*> variablesBySlot(const SPSSDictionary& dictionar
     return bySlot;
 }
 
-/// Gives the variables the labels that the sets hold for them.
+/// Gives the variables the labels that the sets hold for them. Variables that print alike share the
+/// labels of a set.
 class ValueLabelReader {
 public:
     ValueLabelReader(const SPSSDictionary& dictionary, Encoding encoding, std::size_t fileBytes)
@@ -172,34 +173,73 @@ public:
 
     /// Adds the labels by variable name.
     ///
-    /// Returns    false when there are more than memory should be spent on; those of a variable are
-    ///            there whole or not at all
+    /// Returns    false when sets were left out, as they take more memory than should be spent
     bool read(const std::vector<SPSSVariable>& variables, TabularImport& result) {
         const std::vector<const SPSSVariable*> bySlot = variablesBySlot(dictionary_, variables);
+        bool hasAllLabels = true;
         for (const SPSSDictionary::ValueLabelSet& set : dictionary_.valueLabelSets) {
+            std::map<Print, std::optional<ValueLabels>> labelsByPrint;
             for (const SPSSVariable* variable : labelledVariables(set, bySlot)) {
-                if (!addLabels(set, *variable, result.valueLabels[variable->name])) {
-                    result.valueLabels.erase(variable->name);
-                    return false;
+                const auto [labels, isNew] = labelsByPrint.try_emplace(printOf(*variable));
+                if (isNew) {
+                    labels->second = labelsOf(set, *variable);
                 }
+                hasAllLabels = labels->second &&
+                               add(*labels->second, result.valueLabels[variable->name]) &&
+                               hasAllLabels;
             }
         }
-        return true;
+        return hasAllLabels;
     }
 
 private:
-    bool addLabels(const SPSSDictionary::ValueLabelSet& set,
-                   const SPSSVariable& variable,
-                   std::map<std::string, std::string>& labels) {
+    /// What the values of a variable are printed by: whether they are texts, and the format.
+    using Print = std::pair<bool, SPSSNumbers::Format>;
+
+    static Print printOf(const SPSSVariable& variable) {
+        return {variable.isString(), variable.isString()
+                                         ? SPSSNumbers::Format()
+                                         : SPSSNumbers::effectiveFormat(variable.format)};
+    }
+
+    std::optional<ValueLabels> labelsOf(const SPSSDictionary::ValueLabelSet& set,
+                                        const SPSSVariable& variable) {
+        const std::size_t leftBefore = budget_.left();
+        ValueLabels::Map labels;
         for (const SPSSDictionary::ValueLabel& entry : set.labels) {
             std::string key = labelKey(entry.raw, variable, dictionary_, encoding_);
             std::string label = SPSSText::decodeString(entry.label, encoding_);
             if (!budget_.take(key.size() + label.size())) {
-                return false;
+                budget_.reset(leftBefore);
+                return std::nullopt;
             }
             labels[std::move(key)] = std::move(label);
         }
+        return labels;
+    }
+
+    /// Adds a further set to the labels of a variable; of one value the later label counts.
+    bool add(const ValueLabels& further, ValueLabels& labels) {
+        if (labels.empty()) {
+            labels = further;
+            return true;
+        }
+        if (!take(further) || (labels.isShared() && !take(labels))) {
+            return false;
+        }
+        for (const auto& [value, label] : further) {
+            labels.set(value, label);
+        }
         return true;
+    }
+
+    /// What is taken for a copy that does not fit stays taken: it may be tried for any number of
+    /// variables.
+    bool take(const ValueLabels& copied) {
+        return budget_.canTake(copied.size()) &&
+               std::ranges::all_of(copied, [this](const auto& entry) {
+                   return budget_.take(entry.first.size() + entry.second.size());
+               });
     }
 
     const SPSSDictionary& dictionary_;

@@ -220,9 +220,7 @@ private:
     }
 
     void takeReferences(const RowBlock& block) {
-        bool isFirst = false;
-        const auto textOf = [this, &isFirst](std::uint64_t number) {
-            isFirst = true;
+        const auto textOf = [this](std::uint64_t number) {
             storage_ = longTexts_.text(number);
             return PatternText{.text = storage_};
         };
@@ -230,12 +228,9 @@ private:
             const char* bytes = cell(block, row);
             const StataReference reference = layout_.read(bytes, file_.byteOrder);
             const std::size_t number = longTexts_.number(reference);
-            isFirst = false;
+            const std::size_t bytesBefore = patterns_.textBytes();
             patterns_.append(number, textOf);
-            charge_.add({.bytes = longTexts_.size(number),
-                         .isFirstOfItsText = isFirst,
-                         .hasCodes = patterns_.hasCodes()},
-                        budget_);
+            budget_.change(bytesBefore, patterns_.textBytes());
             if (number == 0 && !reference.isEmpty() && layout_.width == otherLayout_.width) {
                 const StataReference other = otherLayout_.read(bytes, file_.byteOrder);
                 hasOtherReferences_ = hasOtherReferences_ || longTexts_.number(other) != 0;
@@ -254,7 +249,6 @@ private:
     TextColumnBuilder texts_;
     bool isImplausible_ = false;
     bool hasOtherReferences_ = false;
-    ColumnTextCharge charge_;
     std::string storage_;
 };
 

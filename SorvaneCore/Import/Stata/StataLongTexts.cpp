@@ -1,5 +1,8 @@
 #include "SorvaneCore/Import/Stata/StataLongTexts.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "SorvaneCore/Dataset/UnicodeText.h"
 
 namespace sorvane {
@@ -15,6 +18,7 @@ StataLongTexts::StataLongTexts(const StataFile& file) {
     std::optional<ByteReader> reader = file.section("strls");
     while (reader && reader->skipPast("GSO") && readOne(*reader, file)) {
     }
+    std::ranges::sort(numbers_);
 }
 
 bool StataLongTexts::readOne(ByteReader& reader, const StataFile& file) {
@@ -30,13 +34,16 @@ bool StataLongTexts::readOne(ByteReader& reader, const StataFile& file) {
     }
     const std::uint64_t observation = narrow ? *narrow : wide.value_or(0);
     contents_.push_back({.bytes = *content, .isText = type == textType});
-    numbers_[{.variable = *variable, .observation = observation}] = contents_.size();
+    numbers_.push_back({.reference = {.variable = *variable, .observation = observation},
+                        .number = contents_.size()});
     return true;
 }
 
 std::size_t StataLongTexts::number(const StataReference& reference) const {
-    const auto found = reference.isEmpty() ? numbers_.end() : numbers_.find(reference);
-    return found == numbers_.end() ? 0 : found->second;
+    const auto behind = std::ranges::upper_bound(numbers_, reference, {}, &Numbered::reference);
+    const bool isFound = !reference.isEmpty() && behind != numbers_.begin() &&
+                         std::prev(behind)->reference == reference;
+    return isFound ? std::prev(behind)->number : 0;
 }
 
 std::string StataLongTexts::text(std::size_t number) const {

@@ -39,16 +39,25 @@ void addValueLabels(const StataFile& file, TabularImport& result) {
     const StataValueLabels tables(file);
     const std::vector<std::string> names = file.valueLabelNames();
     ValueLabelBudget budget(file.bytes.size());
+    // By the name of the table; absent where there are too many.
+    std::map<std::string_view, std::optional<ValueLabels>> read;
+    bool hasAllLabels = true;
     for (std::size_t variable = 0; variable < names.size(); ++variable) {
-        if (names[variable].empty() || !tables.hasTable(names[variable])) {
+        const std::string& name = names[variable];
+        if (name.empty() || !tables.hasTable(name)) {
             continue;
         }
-        auto labels = tables.labels(names[variable], budget);
-        if (!labels) {
-            result.notes.push_back(tooManyLabelsNote());
-            return;
+        const auto [labels, isNew] = read.try_emplace(name);
+        if (isNew) {
+            labels->second = tables.labels(name, budget);
         }
-        result.valueLabels[file.variableNames[variable]] = *std::move(labels);
+        if (labels->second) {
+            result.valueLabels[file.variableNames[variable]] = *labels->second;
+        }
+        hasAllLabels = hasAllLabels && labels->second;
+    }
+    if (!hasAllLabels) {
+        result.notes.push_back(tooManyLabelsNote());
     }
 }
 

@@ -35,10 +35,11 @@ std::optional<StataValueLabels::Table> StataValueLabels::readTable(ByteReader& r
                  : std::nullopt;
 }
 
-std::optional<StataValueLabels::Labels> StataValueLabels::labels(const std::string& name,
-                                                                 ValueLabelBudget& budget) const {
+std::optional<ValueLabels> StataValueLabels::labels(const std::string& name,
+                                                    ValueLabelBudget& budget) const {
     const Table& table = tables_.at(name);
-    Labels labels;
+    const std::size_t leftBefore = budget.left();
+    ValueLabels::Map labels;
     for (std::size_t at = 0; at < table.offsets.size(); at += 4) {
         const auto offset = ByteReader::number<std::int32_t>(table.offsets.data() + at, order_);
         if (offset < 0 || static_cast<std::size_t>(offset) >= table.texts.size()) {
@@ -47,6 +48,7 @@ std::optional<StataValueLabels::Labels> StataValueLabels::labels(const std::stri
         const std::string_view from = table.texts.substr(static_cast<std::size_t>(offset));
         const std::string_view label = from.substr(0, from.find('\0'));
         if (!budget.take(label.size())) {
+            budget.reset(leftBefore);
             return std::nullopt;
         }
         const auto value = ByteReader::number<std::int32_t>(table.values.data() + at, order_);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "SorvaneCore/Dataset/ValueLabels.h"
 #include "SorvaneCore/Import/Stata/StataFile.h"
 #include "SorvaneCore/Import/ValueLabelBudget.h"
 
@@ -14,16 +15,14 @@ namespace sorvane {
 /// the file's bytes until a variable needs one.
 class StataValueLabels {
 public:
-    using Labels = std::map<std::string, std::string>;
-
     explicit StataValueLabels(const StataFile& file);
 
     bool hasTable(const std::string& name) const { return tables_.contains(name); }
     /// Value to label.
     ///
     /// Input      the name of a table
-    /// Failure    the budget does not last for all of them -> absent
-    std::optional<Labels> labels(const std::string& name, ValueLabelBudget& budget) const;
+    /// Failure    the budget does not last for all of them, and none is taken of it -> absent
+    std::optional<ValueLabels> labels(const std::string& name, ValueLabelBudget& budget) const;
 
 private:
     struct Table {

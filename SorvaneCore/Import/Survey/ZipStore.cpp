@@ -54,7 +54,8 @@ std::optional<std::string> extract(std::string_view bytes, std::string_view name
     ByteReader reader(bytes);
     while (const std::optional<LocalEntry> entry = readEntry(reader)) {
         if (entry->name == name) {
-            return unpacked(*entry);
+            const bool isBomb = entry->size > ZipArchiveReader::mostUnpackedBytes(bytes.size());
+            return isBomb ? std::nullopt : unpacked(*entry);
         }
     }
     try {
