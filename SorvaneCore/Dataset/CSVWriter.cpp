@@ -34,9 +34,9 @@ std::vector<std::string> quotedLevels(const TextColumn& column) {
 
 std::string text(const ImportedDataset& dataset) {
     std::string text;
-    for (const std::string& header : dataset.headers) {
-        text += text.empty() ? "" : ",";
-        text += quoted(header);
+    for (std::size_t column = 0; column < dataset.headers.size(); ++column) {
+        text += column == 0 ? "" : ",";
+        text += quoted(dataset.headers[column]);
     }
     text += '\n';
     std::vector<std::vector<std::string>> levels;

@@ -109,14 +109,15 @@ OutlierReport outliers(const NumericColumn& values, OutlierMethod method) {
 }
 
 std::optional<double> percentile(std::span<const double> sorted, double p) {
-    if (sorted.empty()) {
+    if (sorted.empty() || !(p >= 0.0 && p <= 1.0)) {
         return std::nullopt;
     }
     const double h = p * static_cast<double>(sorted.size() - 1);
     const double floor = std::floor(h);
     const double below = sorted[static_cast<std::size_t>(floor)];
     const double above = sorted[static_cast<std::size_t>(std::ceil(h))];
-    return below + (h - floor) * (above - below);
+    // Else an infinite value would have no distance from itself.
+    return below == above ? below : below + (h - floor) * (above - below);
 }
 
 }  // namespace sorvane::DataCleaning

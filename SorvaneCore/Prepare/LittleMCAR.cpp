@@ -196,7 +196,8 @@ std::optional<LittleMCARResult> littleMCAR(std::span<const NumericColumn> column
         }
         const std::optional<double> each =
             distance({&differences[pattern * p], p}, covariance, variables);
-        isSingular = isSingular || !each;
+        // Covariances of available cases need not be those of any data; a distance below 0 tells.
+        isSingular = isSingular || !each || *each < 0.0;
         result.statistic +=
             each ? static_cast<double>(patterns.counts[pattern]) * *each : notANumber;
         result.degreesOfFreedom += static_cast<std::int64_t>(variables.size());

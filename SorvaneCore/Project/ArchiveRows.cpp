@@ -30,12 +30,12 @@ public:
         simdjson::ondemand::array rows;
         if (parser_.iterate(window.data(), window.size(), window.capacity()).get(list) ||
             list.get_array().get(rows)) {
-            fail();
+            fail("needs a list of texts");
         }
         for (auto each : rows) {
             simdjson::ondemand::array row;
             if (each.get_array().get(row)) {
-                fail();
+                fail("needs a list of texts");
             }
             addRow(row);
         }
@@ -49,8 +49,9 @@ private:
         cells_.clear();
         for (auto each : row) {
             std::string_view cell;
-            if (each.get_string().get(cell)) {
-                fail();
+            if (const simdjson::error_code error = each.get_string().get(cell)) {
+                fail(error == simdjson::INCORRECT_TYPE ? "needs a list of texts"
+                                                       : "has a text that cannot be read");
             }
             cells_.push_back(cell);
         }
@@ -60,9 +61,9 @@ private:
         }
         rows_.add(static_cast<std::int64_t>(size()), cells_, cells_.size());
     }
-    [[noreturn]] void fail() const {
+    [[noreturn]] void fail(std::string_view what) const {
         throw ProjectArchiveError("rows[" + NumberText::integer(static_cast<std::int64_t>(size())) +
-                                  "] needs a list of texts");
+                                  "] " + std::string(what));
     }
 
     std::size_t columnCount_;

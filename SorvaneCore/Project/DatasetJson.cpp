@@ -1,5 +1,6 @@
 #include "SorvaneCore/Project/DatasetJson.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "SorvaneCore/Import/ImportReadinessBuilder.h"
@@ -68,6 +69,10 @@ ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {
     const auto rows = member<std::vector<std::vector<std::string>>>(json, "rows");
     dataset.rows = TextTable::fromRows(rows, dataset.headers.size());
     dataset.variables = member<std::vector<DataVariable>>(json, "variables");
+    if (!std::ranges::equal(dataset.variables, dataset.headers, {}, &DataVariable::name)) {
+        throw RecordJsonError("needs one entry for each header, in their order")
+            .within("variables");
+    }
     if (const auto entry = json.find("importMetadata"); entry != json.end() && !entry->is_null()) {
         dataset.importMetadata = member<ImportReadinessMetadata>(json, "importMetadata");
     } else {

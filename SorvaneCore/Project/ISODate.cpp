@@ -9,9 +9,9 @@ namespace sorvane::ISODate {
 namespace {
 
 /// A digit stands where the form has a "0".
-constexpr std::string_view form = "0000-00-00T00:00:00Z";
+constexpr std::string_view localForm = "0000-00-00T00:00:00";
 
-bool hasForm(std::string_view text) {
+bool hasForm(std::string_view text, std::string_view form) {
     return std::equal(text.begin(), text.end(), form.begin(), form.end(),
                       [](char given, char wanted) {
                           return wanted == '0' ? given >= '0' && given <= '9' : given == wanted;
@@ -24,6 +24,20 @@ int digits(std::string_view text, std::size_t from, std::size_t count) {
         number = 10 * number + (digit - '0');
     }
     return number;
+}
+
+/// What local time is ahead of universal time: of "Z", or of a form such as "+01:30".
+std::optional<std::chrono::minutes> offsetOf(std::string_view text) {
+    if (text == "Z") {
+        return std::chrono::minutes(0);
+    }
+    const bool isAhead = hasForm(text, "+00:00");
+    if (!isAhead && !hasForm(text, "-00:00")) {
+        return std::nullopt;
+    }
+    const std::chrono::minutes size =
+        std::chrono::hours(digits(text, 1, 2)) + std::chrono::minutes(digits(text, 4, 2));
+    return isAhead ? size : -size;
 }
 
 std::string padded(std::int64_t number, std::size_t width) {
@@ -44,7 +58,9 @@ std::string text(std::chrono::sys_seconds moment) {
 }
 
 std::optional<std::chrono::sys_seconds> parse(std::string_view text) {
-    if (!hasForm(text)) {
+    const std::optional<std::chrono::minutes> offset =
+        offsetOf(text.substr(std::min(text.size(), localForm.size())));
+    if (!hasForm(text.substr(0, localForm.size()), localForm) || !offset) {
         return std::nullopt;
     }
     const std::chrono::year_month_day day(
@@ -57,7 +73,7 @@ std::optional<std::chrono::sys_seconds> parse(std::string_view text) {
     if (!day.ok() || hours.count() > 23 || minutes.count() > 59 || seconds.count() > 59) {
         return std::nullopt;
     }
-    return std::chrono::sys_days(day) + hours + minutes + seconds;
+    return std::chrono::sys_days(day) + hours + minutes + seconds - *offset;
 }
 
 }  // namespace sorvane::ISODate

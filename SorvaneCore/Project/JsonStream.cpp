@@ -57,6 +57,10 @@ char JsonStream::peek() {
     return '\0';
 }
 
+bool JsonStream::isAtEnd() {
+    return peek() == '\0' && atHand().empty();
+}
+
 bool JsonStream::takeIf(char wanted) {
     if (peek() != wanted || atHand().empty()) {
         return false;

@@ -37,8 +37,12 @@ public:
     std::size_t place() const { return pieceStart_ + at_; }
     void goTo(std::size_t place);
 
+    /// Whether the document begins so; to be asked before anything is passed over.
+    bool startsWith(std::string_view text) { return atHand().starts_with(text); }
     /// The next byte that is not white space; it stays the next. '\0' at the end.
     char peek();
+    /// Whether nothing but white space is left.
+    bool isAtEnd();
     /// Passes the byte over; fails on any other.
     void take(char wanted);
     /// Passes the byte over if it is the next.

@@ -37,7 +37,7 @@ public:
             } while (stream_.takeIf(','));
             stream_.take('}');
         }
-        if (stream_.peek() != '\0') {
+        if (!stream_.isAtEnd()) {
             stream_.fail();
         }
         checkAllMet();
@@ -136,7 +136,7 @@ private:
 ProjectArchive archiveOf(JsonSource source) {
     try {
         JsonStream stream(std::move(source));
-        if (stream.peek() == byteOrderMark.front()) {
+        if (stream.startsWith(byteOrderMark)) {
             stream.goTo(byteOrderMark.size());
         }
         return ArchiveReader(stream).read();

@@ -56,6 +56,9 @@ std::vector<std::uint8_t> bytesOfBase64(const std::string& text) {
     std::uint32_t group = 0;
     int bits = 0;
     const std::size_t end = text.find_last_not_of('=') + 1;
+    if (text.size() % 4 != 0 || text.size() - end > 2) {
+        failWanting("a base64 text");
+    }
     for (std::size_t i = 0; i < end; ++i) {
         const std::uint8_t value = values[static_cast<std::uint8_t>(text[i])];
         if (value == noValue) {

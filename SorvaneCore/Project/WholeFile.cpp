@@ -77,6 +77,19 @@ private:
     int error_ = 0;
 };
 
+/// A link is followed, so that the file it names is replaced, or made, and not the link.
+std::filesystem::path linkTarget(const std::filesystem::path& file, std::error_code& failure) {
+    std::error_code noLink;
+    if (!std::filesystem::is_symlink(file, noLink)) {
+        return file;
+    }
+    const std::filesystem::path target = std::filesystem::canonical(file, failure);
+    if (failure == std::errc::no_such_file_or_directory) {
+        return file.parent_path() / std::filesystem::read_symlink(file, failure);
+    }
+    return target;
+}
+
 /// The number of the error that replacing what stands there would be; 0 where it may be replaced.
 int whyNotReplaceable(const std::filesystem::path& target, mode_t mode) {
     if (!S_ISREG(mode)) {
@@ -109,11 +122,8 @@ std::optional<std::string> replaceFile(const std::filesystem::path& file,
 std::optional<std::string> replaceFile(const std::filesystem::path& file,
                                        const std::function<void(const TakeBytes&)>& produce) {
     std::error_code failure;
-    // A link is followed, so that the file it names is replaced and not the link.
-    const std::filesystem::path target = std::filesystem::is_symlink(file, failure)
-                                             ? std::filesystem::canonical(file, failure)
-                                             : file;
-    if (failure && failure.value() != ENOENT) {
+    const std::filesystem::path target = linkTarget(file, failure);
+    if (failure) {
         return failure.message();
     }
     struct stat former {};

@@ -61,7 +61,7 @@ Json readArguments(const std::optional<std::string>& file, std::istream& standar
             throw CallError("The arguments file " + *file + " cannot be read.");
         }
         return Json::parse(stream);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) {
         throw CallError("The arguments are not JSON: " + std::string(error.what()));
     }
 }

@@ -38,7 +38,7 @@ std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& 
             return script;
         }
         error << "A script is an object with a list of \"steps\".\n";
-    } catch (const Json::parse_error& failure) {
+    } catch (const Json::exception& failure) {
         error << "The script is not JSON: " << failure.what() << '\n';
     }
     return std::nullopt;

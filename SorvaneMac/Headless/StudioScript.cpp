@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "SorvaneMac/Headless/OperationTable.h"
 #include "SorvaneMac/Report/ReportFiles.h"
@@ -79,6 +80,9 @@ StepOutcome StudioScript::perform(const Json& step) {
     } catch (const CallError& error) {
         outcome.refusal = error.what();
         outcome.report["refused"] = error.what();
+    } catch (const std::bad_alloc&) {
+        outcome.refusal = "There is not enough memory for this step.";
+        outcome.report["refused"] = *outcome.refusal;
     }
     outcome.report["dataset"] = state_.dataset().name;
     outcome.report["rows"] = state_.dataset().rowCount();
@@ -134,6 +138,10 @@ Json StudioScript::openProject(const Json& argument) {
 
 Json StudioScript::saveProject(const Json& argument) {
     const bool isNamed = argument.is_string();
+    if (!isNamed && argument != Json::object()) {
+        throw StepRefused(
+            "The step \"save\" takes the name of a file, or {} for the place of the project.");
+    }
     if (!isNamed && !state_.currentProjectURL.get()) {
         throw StepRefused("The step \"save\" needs the name of a file.");
     }

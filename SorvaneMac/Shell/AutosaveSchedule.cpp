@@ -30,7 +30,7 @@ AutosaveSchedule::~AutosaveSchedule() {
 }
 
 void AutosaveSchedule::saveIfChanged() {
-    if (state_.projectChanges() != savedChanges_) {
+    if (state_.projectChanges() != savedChanges_ || state_.hasAutosaveFailed()) {
         state_.autosave();
         savedChanges_ = state_.projectChanges();
     }

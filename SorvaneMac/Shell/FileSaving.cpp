@@ -1,5 +1,6 @@
 #include "SorvaneMac/Shell/FileSaving.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -10,6 +11,12 @@
 #include "SorvaneMac/Shell/QtText.h"
 
 namespace sorvane {
+
+std::string suggestedFileName(const ImportedDataset& dataset, std::string_view extension) {
+    std::string name = dataset.name;
+    std::ranges::replace(name, '/', '-');
+    return name + "." + std::string(extension);
+}
 
 bool saveFile(QWidget* parent,
               const std::filesystem::path& file,

@@ -2,6 +2,7 @@
 
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Project/ProjectArchive.h"
+#include "SorvaneMac/Shell/FileSaving.h"
 #include "SorvaneMac/Shell/QtText.h"
 
 namespace sorvane {
@@ -24,10 +25,8 @@ bool isProject(const std::filesystem::path& file) {
 }
 
 SaveRequest saveRequest(const StudioState& state) {
-    // A slash in the name would lead into a folder.
-    const QString name = qtText(state.dataset().name).replace('/', '-');
     return {.title = "Save Brisel Project",
-            .suggestedName = utf8(name) + "." + std::string(ProjectArchive::fileExtension),
+            .suggestedName = suggestedFileName(state.dataset(), ProjectArchive::fileExtension),
             .filter = "Project (*.svp)",
             .message =
                 "Your full project on this Mac: data, variable roles, staged findings, and "

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "SorvaneMac/Platform/Clipboard.h"
+#include "SorvaneMac/Shell/FileSaving.h"
 #include "SorvaneMac/Shell/PasteDialog.h"
 #include "SorvaneMac/Shell/QtText.h"
 
@@ -82,7 +83,7 @@ void exportDatasetFromDialog(QWidget* parent, Workspace& workspace) {
     StudioState& state = workspace.state;
     state.exportDatasetCSV(
         workspace.dialogs.save(parent, {.title = "Export dataset",
-                                        .suggestedName = state.dataset().name + ".csv",
+                                        .suggestedName = suggestedFileName(state.dataset(), "csv"),
                                         .filter = "Comma-separated text (*.csv)"}));
 }
 

@@ -30,6 +30,10 @@ void StudioState::autosave() {
     autosaveWriter_->write(projectSnapshot());
 }
 
+bool StudioState::hasAutosaveFailed() const {
+    return autosaveWriter_ && autosaveWriter_->hasFailed();
+}
+
 void StudioState::finishAutosave() {
     if (autosaveWriter_) {
         autosaveWriter_->finish();
@@ -48,7 +52,7 @@ bool StudioState::resumeAutosave() {
     if (!hasAutosave() || !loadArchive(*autosaveURL(), std::nullopt)) {
         return false;
     }
-    projectMessage.set("Restored your last session.");
+    sayBesideSaving("Restored your last session.");
     return true;
 }
 

@@ -51,7 +51,7 @@ void AutosaveWriter::work() {
             const ProjectSnapshot snapshot = *std::exchange(waiting_, std::nullopt);
             isWriting_ = true;
             lock.unlock();
-            writeFile(snapshot);
+            hasFailed_ = !writeFile(snapshot);
         }
         lock.lock();
         isWriting_ = false;
@@ -59,16 +59,16 @@ void AutosaveWriter::work() {
     }
 }
 
-void AutosaveWriter::writeFile(const ProjectSnapshot& snapshot) const {
+bool AutosaveWriter::writeFile(const ProjectSnapshot& snapshot) const {
     std::error_code failure;
     std::filesystem::create_directories(file_.parent_path(), failure);
     try {
         const ProjectArchive archive = snapshot.archive();
-        replaceFile(file_,
-                    [&archive](const TakeBytes& take) { ProjectArchive::encode(archive, take); });
+        return !replaceFile(
+            file_, [&archive](const TakeBytes& take) { ProjectArchive::encode(archive, take); });
     } catch (const std::exception&) {
         // The former autosave stands.
-        return;
+        return false;
     }
 }
 

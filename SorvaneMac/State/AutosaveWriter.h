@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <filesystem>
 #include <mutex>
@@ -26,10 +27,13 @@ public:
     void write(ProjectSnapshot snapshot);
     /// Waits until all is written.
     void finish();
+    /// Whether the last file could not be written, so that it is worth another try.
+    bool hasFailed() const { return hasFailed_; }
 
 private:
     void work();
-    void writeFile(const ProjectSnapshot& snapshot) const;
+    /// Whether the file was written.
+    bool writeFile(const ProjectSnapshot& snapshot) const;
 
     std::filesystem::path file_;
     std::mutex mutex_;
@@ -37,6 +41,7 @@ private:
     std::optional<ProjectSnapshot> waiting_;
     bool isWriting_ = false;
     bool isClosing_ = false;
+    std::atomic<bool> hasFailed_ = false;
     std::thread thread_;
 };
 

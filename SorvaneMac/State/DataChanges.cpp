@@ -12,6 +12,7 @@ void StudioState::storeUndo(std::string label) {
                             .unreliableItemNames = scale.unreliableItemNames.get(),
                             .scaleClassifications = scale.scaleClassifications.get()};
     cellsTypedSinceChange_ = 0;
+    tableEditsSinceChange_ = 0;
     data.dataChangeUndoLabel.set(std::move(label));
 }
 
@@ -52,12 +53,18 @@ void StudioState::forgetChangeMessages() {
 }
 
 std::optional<std::string> StudioState::undoLoses() const {
-    if (!canUndoDataChange() || cellsTypedSinceChange_ == 0) {
+    if (!canUndoDataChange() || cellsTypedSinceChange_ + tableEditsSinceChange_ == 0) {
         return std::nullopt;
     }
-    return "The table goes back to what it was before the " + data.dataChangeUndoLabel.get() +
-           ", so what was typed since then (" + NumberText::integer(cellsTypedSinceChange_) +
-           " cell(s)) goes too.";
+    const std::string typed =
+        "what was typed since then (" + NumberText::integer(cellsTypedSinceChange_) + " cell(s))";
+    const std::string edited = "rows and columns added and roles changed since then";
+    const std::string before =
+        "The table goes back to what it was before the " + data.dataChangeUndoLabel.get() + ", so ";
+    if (tableEditsSinceChange_ == 0) {
+        return before + typed + " goes too.";
+    }
+    return before + (cellsTypedSinceChange_ > 0 ? typed + " and " : "") + edited + " go too.";
 }
 
 void StudioState::dropNamesGone(const std::vector<std::string>& names) {

@@ -6,17 +6,17 @@ namespace sorvane {
 
 bool StudioState::exportDatasetCSV(const std::optional<std::filesystem::path>& to) {
     if (!to) {
-        projectMessage.set("Export cancelled.");
+        sayBesideSaving("Export cancelled.");
         return false;
     }
     const std::string text = CSVWriter::text(dataset());
     const std::vector<std::uint8_t> bytes(text.begin(), text.end());
     if (const std::optional<std::string> failure = replaceFile(*to, bytes)) {
-        projectError.set("Could not export the dataset to " + to->string() + ": " + *failure);
+        projectError.set("Save failed: " + *failure + ".");
         return false;
     }
     projectError.set(std::nullopt);
-    projectMessage.set("Exported dataset to " + to->string() + ".");
+    sayBesideSaving("Exported dataset to " + to->string() + ".");
     log("Exported CSV to " + to->string() + ".");
     return true;
 }

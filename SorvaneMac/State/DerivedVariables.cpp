@@ -140,7 +140,7 @@ bool StudioState::createBinnedVariable() {
     }
     const std::string source = derived.selectedBinningVariableName->name;
     const BinningMethod method = derived.binningMethod.get();
-    const std::int64_t bands = derived.binningBinCount.get();
+    const std::int64_t bands = std::max<std::int64_t>(1, derived.binningBinCount.get());
     const NumericColumn values = dataset().numericColumn(source);
     const std::string& wanted = derived.binnedVariableName.get();
     const std::string name = uniqueHeaderName(isBlank(wanted) ? source + " Group" : wanted);

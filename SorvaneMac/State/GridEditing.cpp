@@ -22,13 +22,16 @@ std::string columnsText(std::int64_t count) {
 /// A grid may grow beyond the size that it can begin with, up to that of a spreadsheet.
 constexpr std::int64_t mostRows = 1'048'576;
 constexpr std::int64_t mostColumns = 16'384;
+constexpr std::int64_t mostCells = 100'000'000;
 constexpr std::string_view gridTooLarge =
-    "The grid would be too large: it holds up to 1048576 rows and 16384 columns. Nothing was "
-    "changed.";
+    "The grid would be too large: it holds up to 1048576 rows, 16384 columns and 100 million "
+    "cells. Nothing was changed.";
 
 bool fitsGrid(const ImportedDataset& table, std::int64_t rows, std::int64_t columns) {
-    return rows <= std::max(mostRows, table.rowCount()) &&
-           columns <= std::max(mostColumns, table.columnCount());
+    const bool fitsSides = rows <= std::max(mostRows, table.rowCount()) &&
+                           columns <= std::max(mostColumns, table.columnCount());
+    return fitsSides &&
+           rows * columns <= std::max(mostCells, table.rowCount() * table.columnCount());
 }
 
 std::size_t widthOf(const std::vector<std::vector<std::string>>& cells) {
@@ -60,8 +63,8 @@ bool StudioState::isInGrid(std::int64_t row, std::int64_t column) const {
 }
 
 void StudioState::syncDatasetDraftHeaders() {
-    const auto wanted =
-        static_cast<std::size_t>(std::max<std::int64_t>(data.datasetDraftColumns.get(), 0));
+    const auto wanted = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(data.datasetDraftColumns.get(), 0, mostColumns));
     if (data.datasetDraftHeaders->size() == wanted) {
         return;
     }
@@ -150,8 +153,10 @@ void StudioState::finalizeDatasetHeaders() {
     }
     const std::vector<std::string> clean = DatasetGridEditor::sanitizeHeaders(dataset().headers);
     for (std::size_t column = 0; column < clean.size(); ++column) {
-        if (clean[column] != dataset().headers[column]) {
+        const std::string former = dataset().headers[column];
+        if (clean[column] != former) {
             renameEverywhere(column, clean[column]);
+            log("Renamed column " + former + " to " + clean[column] + ".");
         }
     }
     refreshAnalysisDefaults();
@@ -181,6 +186,7 @@ void StudioState::addDatasetColumn(std::string_view named) {
     data.dataset.edit([&header](ImportedDataset& table) {
         DatasetGridEditor::appendColumns(table, {&header, 1});
     });
+    ++tableEditsSinceChange_;
     log("Added column " + header + ".");
     refreshAnalysisDefaults();
 }
@@ -231,6 +237,9 @@ bool StudioState::setDatasetSize(std::int64_t rows, std::int64_t columns) {
     }
     resizeRows(rows);
     resizeColumns(columns);
+    if (fewerRows > 0 || fewerColumns > 0) {
+        tableEditsSinceChange_ = 0;
+    }
     projectError.set(std::nullopt);
     clearSelectionBeyondTable();
     refreshAnalysisDefaults();
@@ -245,6 +254,7 @@ void StudioState::resizeRows(std::int64_t count) {
     data.dataset.edit([count](ImportedDataset& table) {
         DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(count));
     });
+    ++tableEditsSinceChange_;
     log(count < former ? "Removed " + rowsText(former - count) + " from the end."
                        : "Added " + rowsText(count - former) + ".");
 }
@@ -256,6 +266,7 @@ void StudioState::resizeColumns(std::int64_t count) {
         data.dataset.edit([&headers](ImportedDataset& table) {
             DatasetGridEditor::appendColumns(table, headers);
         });
+        ++tableEditsSinceChange_;
         log("Added " + columnsText(count - former) + ".");
     }
     while (dataset().columnCount() > count) {

@@ -204,4 +204,9 @@ void StudioState::sayOfProject(const std::string& message) {
     saveStatusMessage.set(message);
 }
 
+void StudioState::sayBesideSaving(const std::string& message) {
+    projectMessage.set(message);
+    saveStatusMessage.set(std::nullopt);
+}
+
 }  // namespace sorvane

@@ -1,6 +1,7 @@
 #include "SorvaneMac/State/ProjectSnapshot.h"
 
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
@@ -74,6 +75,12 @@ void takeDecisions(DataVariable& variable, const ProjectVariableState& state) {
     variable.assignedType = state.assignedType;
     variable.assignedConstruct = state.assignedConstruct;
     variable.scaleRange = state.scaleRange;
+    if (variable.scaleRange) {
+        for (std::optional<double>* bound :
+             {&variable.scaleRange->minimum, &variable.scaleRange->maximum}) {
+            *bound = *bound && std::isfinite(**bound) ? *bound : std::nullopt;
+        }
+    }
     variable.includeInReliability = state.includeInReliability;
     variable.includeInDescriptives = state.includeInDescriptives;
 }

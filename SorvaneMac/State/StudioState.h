@@ -298,6 +298,8 @@ public:
     void keepAutosaveIn(const std::filesystem::path& folder);
     std::optional<std::filesystem::path> autosaveURL() const;
     bool hasAutosave() const;
+    /// Whether the last autosave could not be written.
+    bool hasAutosaveFailed() const;
     /// Has the project written beside its own place, on another thread and without a word.
     void autosave();
     /// Waits until the autosave is written.
@@ -391,6 +393,8 @@ private:
                       FoldedSettings folded,
                       const std::optional<std::filesystem::path>& url);
     void sayOfProject(const std::string& message);
+    /// Says something that takes the place of what was said of saving.
+    void sayBesideSaving(const std::string& message);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
     std::string trimmedNote(StudioScreen screen) const;
     std::map<std::string, std::string> methodOptions() const;
@@ -405,6 +409,8 @@ private:
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
     std::int64_t cellsTypedSinceChange_ = 0;
+    /// Rows and columns added, and roles changed, since the change that can be undone.
+    std::int64_t tableEditsSinceChange_ = 0;
     std::unique_ptr<AutosaveWriter> autosaveWriter_;
     /// Where the table of an opened project had come from, so that saving it again keeps that.
     std::string projectSourceKind_ = "unknown";

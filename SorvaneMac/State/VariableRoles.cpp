@@ -76,6 +76,7 @@ void StudioState::editVariable(const Uuid& id, const std::function<void(DataVari
     }
     const auto index = static_cast<std::size_t>(found - variables.begin());
     data.dataset.edit([&edit, index](ImportedDataset& table) { edit(table.variables[index]); });
+    ++tableEditsSinceChange_;
     refreshAnalysisDefaults();
 }
 

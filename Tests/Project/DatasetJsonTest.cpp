@@ -30,8 +30,14 @@ TEST(DatasetJson, RoundTripsWithItsMetadata) {
 }
 
 TEST(DatasetJson, RebuildsMetadataThatIsAbsent) {
-    const Json json = Json::parse(R"({"name":"old","headers":["a","b"],"variables":[],
+    Json json = Json::parse(R"({"name":"old","headers":["a","b"],"variables":[],
         "rows":[["1"],["2","NA","x"],["3","4"]]})");
+    EXPECT_THROW(fromJson<ImportedDataset>(json), RecordJsonError) << "no variables";
+    for (const char* header : {"a", "b"}) {
+        DataVariable variable;
+        variable.name = header;
+        json["variables"].push_back(toJson(variable));
+    }
     const ImportedDataset dataset = fromJson<ImportedDataset>(json);
     EXPECT_EQ(dataset.rows.cell(0, 1), "");
     const ImportReadinessMetadata& metadata = dataset.importMetadata;

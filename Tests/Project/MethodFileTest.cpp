@@ -25,10 +25,12 @@ TEST(ISODate, WritesAndReadsMoments) {
         EXPECT_EQ(ISODate::text(moment), each.text) << "line " << each.line;
         EXPECT_EQ(ISODate::parse(each.text), moment) << "line " << each.line;
     }
-    for (const char* text :
-         {"", "2026-03-01", "2026-03-01T09:30:05", "2026-03-01T09:30:05.5Z", "2026-02-29T09:30:05Z",
-          "2026-13-01T09:30:05Z", "2026-03-01T24:00:00Z", "2026-03-01 09:30:05Z",
-          "2026-03-01T09:30:60Z", "+026-03-01T09:30:05Z"}) {
+    EXPECT_EQ(ISODate::parse("2000-02-29T14:04:56+01:30"), sys_seconds{seconds(951827696)});
+    EXPECT_EQ(ISODate::parse("2000-02-29T12:04:56-00:30"), sys_seconds{seconds(951827696)});
+    for (const char* text : {"", "2026-03-01T09:30:05+0130", "2026-03-01", "2026-03-01T09:30:05",
+                             "2026-03-01T09:30:05.5Z", "2026-02-29T09:30:05Z",
+                             "2026-13-01T09:30:05Z", "2026-03-01T24:00:00Z", "2026-03-01 09:30:05Z",
+                             "2026-03-01T09:30:60Z", "+026-03-01T09:30:05Z"}) {
         EXPECT_EQ(ISODate::parse(text), std::nullopt) << text;
     }
 }

@@ -44,6 +44,9 @@ TEST(RecordJson, RoundTripsBytesOfEveryLength) {
         bytes.push_back(static_cast<std::uint8_t>(250 + length));
     }
     EXPECT_EQ(toJson(std::vector<std::uint8_t>{'M', 'a'}), "TWE=");
+    for (const char* text : {"TWE", "TW=", "TWE==", "T===", "TW!="}) {
+        EXPECT_THROW(fromJson<std::vector<std::uint8_t>>(Json(text)), RecordJsonError) << text;
+    }
 }
 
 TEST(RecordJson, SaysWhereAFormIsWrong) {

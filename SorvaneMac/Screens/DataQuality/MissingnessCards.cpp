@@ -125,7 +125,7 @@ std::string sentenceOf(const Missingness& found) {
                 count(found.test->degreesOfFreedom) + ") = " + svFmt(found.test->statistic, 2) +
                 ", " + ResultText::pSentence(found.test->pValue) + ".";
     }
-    return text;
+    return summary.missingCells == 0 ? text + " Every numeric field is complete." : text;
 }
 
 }  // namespace
@@ -154,11 +154,9 @@ Card missingness(const Missingness& found) {
 }
 
 Finding missingnessFinding(const Missingness& found) {
-    ReportItem item{.id = Uuid::fresh(),
-                    .title = "Missing data",
-                    .apaSummary = sentenceOf(found),
-                    .table = variableTable(found.summary)};
+    ReportItem item{.id = Uuid::fresh(), .title = "Missing data", .apaSummary = sentenceOf(found)};
     if (found.summary.missingCells > 0) {
+        item.table = variableTable(found.summary);
         const EvidenceLine line = verdict(found.test);
         item.extraTables = std::vector{patternTable(found.summary)};
         item.caution = line.title + ". " + line.detail;
