@@ -17,11 +17,12 @@ namespace MultilevelModel {
 ///            the variances relative to the residual one. Nested: an intercept by Brent's search
 ///            around the best of powers of ten and the analysis of variance estimate; with a slope,
 ///            a simplex from the best point of a grid, then once more in the slope's own units;
-///            crossed likewise from a grid. The criteria are those of
-///            the usual package up to constants, and the log likelihood has them all.
-///            Satterthwaite: numerical Hessian of the deviance in the relative standard deviations
-///            and the residual one. Kenward-Roger: expected information in the variances, from the
-///            fit as it is; crossed models take Satterthwaite's df and unadjusted errors
+///            crossed likewise from a grid. The criteria are those of the usual package up to
+///            constants, and the log likelihood has them all. Satterthwaite: numerical Hessian of
+///            the deviance in the relative standard deviations and the residual one.
+///            Kenward-Roger: expected information in the variances, from the fit as it is, in units
+///            of the data, so that it holds where the package's own inverse fails; crossed models
+///            take Satterthwaite's df and unadjusted errors
 /// Failure    absent: lengths or names that do not match, a slope that is no predictor, no more
 ///            cases than fixed effects. Blocked: fewer than two clusters, fewer than two levels of
 ///            a crossed factor or more than 4,000 of both, no usable solution (collinear
