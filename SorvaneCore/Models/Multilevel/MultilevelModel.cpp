@@ -6,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 #include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/FixedEffectTable.h"
@@ -109,21 +110,38 @@ double nearZero(double sigma2) {
     return 1e-10 * std::max(1.0, sigma2);
 }
 
+std::span<const double> slopeOf(const MultilevelRows& rows) {
+    return rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
+                      : std::span<const double>();
+}
+
+VarianceSearch::SlopeUnits slopeUnits(std::span<const double> slope) {
+    const double mean = SampleMoments::mean(slope);
+    const double deviation =
+        std::sqrt(SampleMoments::sumOfSquares(slope, mean) / static_cast<double>(slope.size()));
+    return {.mean = mean, .deviation = deviation > 0.0 ? deviation : 1.0};
+}
+
 /// The relative standard deviations of an intercept and of an independent slope, or the factor of
 /// their covariance.
 Satterthwaite::Parameters nestedParameters(const Fitted& fit, bool correlated) {
     constexpr double smallestRoot = 1e-14;
     const RandomCovariance& g = fit.found.g;
     const double first = std::sqrt(std::max(g[0], 0.0));
-    Satterthwaite::Parameters result{
-        .values = {first}, .maySwitchSign = {false}, .sigma = std::sqrt(fit.profile().sigma2)};
+    Satterthwaite::Parameters result{.values = {first},
+                                     .maySwitchSign = {false},
+                                     .units = {1.0},
+                                     .sigma = std::sqrt(fit.profile().sigma2)};
     if (fit.rows.slope && correlated) {
         const double cross = first > smallestRoot ? g[1] / first : 0.0;
         result.values = {first, cross, std::sqrt(std::max(g[3] - cross * cross, 0.0))};
         result.maySwitchSign = {false, true, false};
+        const double unit = 1.0 / slopeUnits(slopeOf(fit.rows)).deviation;
+        result.units = {1.0, unit, unit};
     } else if (fit.rows.slope) {
         result.values.push_back(std::sqrt(std::max(g[3], 0.0)));
         result.maySwitchSign.push_back(false);
+        result.units.push_back(1.0 / slopeUnits(slopeOf(fit.rows)).deviation);
     }
     return result;
 }
@@ -228,19 +246,16 @@ Found searchNested(const NestedLikelihood& likelihood,
     const VarianceSearch::NestedProfile profile = [&likelihood](const RandomCovariance& g) {
         return likelihood.at(g);
     };
-    return rows.slope ? VarianceSearch::interceptAndSlope(profile, correlated)
-                      : VarianceSearch::intercept(
-                            profile, VarianceSearch::momentLambda(rows.outcome, rows.cluster));
+    if (rows.slope) {
+        return VarianceSearch::interceptAndSlope(profile, correlated, slopeUnits(slopeOf(rows)));
+    }
+    return VarianceSearch::intercept(profile,
+                                     VarianceSearch::momentLambda(rows.outcome, rows.cluster));
 }
 
 /// The covariance of the fixed effects of a search that found something.
 std::optional<std::vector<double>> fixedCovariance(const Found& found, std::size_t p) {
     return found.profile ? LinearAlgebra::invert(found.profile->xtwx, p) : std::nullopt;
-}
-
-std::span<const double> slopeOf(const MultilevelRows& rows) {
-    return rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
-                      : std::span<const double>();
 }
 
 MultilevelResult fitNested(const MultilevelRows& rows,
@@ -287,6 +302,7 @@ FixedEffectTable::Estimates crossedEstimates(const Fitted& fit,
         estimates.degrees = Satterthwaite::degrees(
             {.values = {fit.found.g[0], fit.found.g[3]},
              .maySwitchSign = {false, false},
+             .units = {1.0, 1.0},
              .sigma = std::sqrt(fit.profile().sigma2)},
             [&likelihood](std::span<const double> lambda) {
                 return likelihood.at(lambda[0], lambda[1], hardwareThreads());

@@ -64,27 +64,48 @@ private:
     std::vector<std::pair<std::vector<double>, std::optional<MultilevelProfile>>> profiles_;
 };
 
-double stepOf(double value) {
-    return std::max(std::abs(value) * 1e-4, 1e-5);
+/// The parameters and sigma, each with how far a difference goes and where it is held.
+struct Point {
+    std::vector<double> phi{};
+    std::vector<double> steps{};
+    std::vector<double> floors{};
+    std::vector<bool> maySwitchSign{};
+};
+
+Point pointOf(const Parameters& parameters) {
+    constexpr double relativeStep = 1e-4;
+    constexpr double smallestStep = 1e-5;
+    Point result{.phi = parameters.values, .maySwitchSign = parameters.maySwitchSign};
+    result.phi.push_back(parameters.sigma);
+    result.maySwitchSign.push_back(false);
+    std::vector<double> units = parameters.units;
+    // A small residual variance must not vanish under the step.
+    units.push_back(std::min(parameters.sigma, 1.0));
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        result.steps.push_back(
+            std::max(std::abs(result.phi[i]) * relativeStep, units[i] * smallestStep));
+        result.floors.push_back(units[i] * smallestParameter);
+    }
+    return result;
 }
 
-std::vector<double> devianceHessian(const std::vector<double>& phi, Surface& surface) {
-    const std::size_t t = phi.size();
+std::vector<double> devianceHessian(const Point& point, Surface& surface) {
+    const std::size_t t = point.phi.size();
     const auto at = [&](std::size_t i, double signI, std::size_t j, double signJ) {
-        std::vector<double> point = phi;
-        point[i] += signI * stepOf(phi[i]);
-        point[j] += signJ * stepOf(phi[j]);
-        return surface.deviance(point);
+        std::vector<double> phi = point.phi;
+        phi[i] += signI * point.steps[i];
+        phi[j] += signJ * point.steps[j];
+        return surface.deviance(phi);
     };
-    const double centre = surface.deviance(phi);
+    const double centre = surface.deviance(point.phi);
     std::vector<double> hessian(t * t);
     for (std::size_t i = 0; i < t; ++i) {
-        const double hi = stepOf(phi[i]);
+        const double hi = point.steps[i];
         hessian[i * t + i] = (at(i, 1, i, 0) - 2.0 * centre + at(i, -1, i, 0)) / (hi * hi);
         for (std::size_t j = i + 1; j < t; ++j) {
             const double difference =
                 at(i, 1, j, 1) - at(i, 1, j, -1) - at(i, -1, j, 1) + at(i, -1, j, -1);
-            hessian[i * t + j] = difference / (4.0 * hi * stepOf(phi[j]));
+            hessian[i * t + j] = difference / (4.0 * hi * point.steps[j]);
             hessian[j * t + i] = hessian[i * t + j];
         }
     }
@@ -125,17 +146,14 @@ std::optional<std::vector<double>> twoTimesPseudoInverse(std::vector<double> hes
 }
 
 /// The derivatives of all variances in one parameter; empty where they cannot be had.
-std::vector<double> varianceGradient(const std::vector<double>& phi,
-                                     std::size_t i,
-                                     bool maySwitchSign,
-                                     Surface& surface) {
-    std::vector<double> above = phi;
-    std::vector<double> below = phi;
-    above[i] += stepOf(phi[i]);
-    below[i] -= stepOf(phi[i]);
-    if (!maySwitchSign) {
-        above[i] = std::max(above[i], smallestParameter);
-        below[i] = std::max(below[i], smallestParameter);
+std::vector<double> varianceGradient(const Point& point, std::size_t i, Surface& surface) {
+    std::vector<double> above = point.phi;
+    std::vector<double> below = point.phi;
+    above[i] += point.steps[i];
+    below[i] -= point.steps[i];
+    if (!point.maySwitchSign[i]) {
+        above[i] = std::max(above[i], point.floors[i]);
+        below[i] = std::max(below[i], point.floors[i]);
     }
     std::vector<double> gradient = surface.variances(above);
     const std::vector<double> lower = surface.variances(below);
@@ -156,19 +174,17 @@ std::optional<std::vector<double>> degrees(const Parameters& parameters,
                                            const MultilevelCriterion& criterion) {
     constexpr double noVariation = 1e-18;
     constexpr double degreesWithout = 1e6;
-    std::vector<double> phi = parameters.values;
-    phi.push_back(parameters.sigma);
-    const std::size_t t = phi.size();
+    const Point point = pointOf(parameters);
+    const std::size_t t = point.phi.size();
     Surface surface(profileAt, design, criterion);
-    const std::vector<double> variances = surface.variances(phi);
-    const auto covariance = twoTimesPseudoInverse(devianceHessian(phi, surface), t);
+    const std::vector<double> variances = surface.variances(point.phi);
+    const auto covariance = twoTimesPseudoInverse(devianceHessian(point, surface), t);
     if (variances.empty() || !covariance) {
         return std::nullopt;
     }
     std::vector<std::vector<double>> gradients;
     for (std::size_t i = 0; i < t; ++i) {
-        const bool maySwitchSign = i + 1 < t && parameters.maySwitchSign[i];
-        gradients.push_back(varianceGradient(phi, i, maySwitchSign, surface));
+        gradients.push_back(varianceGradient(point, i, surface));
         if (gradients.back().empty()) {
             return std::nullopt;
         }
