@@ -217,8 +217,9 @@ std::optional<LatentClassResult> fitProfile(std::span<const NumericColumn> indic
         return fit.blocked(tooFewForProfiles(options.classCount));
     }
     const ProfileMixture mixture(std::move(columns), static_cast<std::size_t>(options.classCount));
-    const auto run = ExpectationMaximization::best(
-        mixture, mixture.starts(options.randomStarts, options.seed), options.maxIterations);
+    const auto run =
+        ExpectationMaximization::best(mixture, mixture.starts(options.randomStarts, options.seed),
+                                      options.maxIterations, options.progress);
     if (!run) {
         return fit.blocked(unusable(fit.result.mode));
     }
@@ -249,8 +250,9 @@ std::optional<LatentClassResult> fitClass(std::span<const TextColumn* const> ind
         return fit.blocked(tooFewForClasses(options.classCount));
     }
     const ClassMixture mixture(patterns, static_cast<std::size_t>(options.classCount));
-    const auto run = ExpectationMaximization::best(
-        mixture, mixture.starts(options.randomStarts, options.seed), options.maxIterations);
+    const auto run =
+        ExpectationMaximization::best(mixture, mixture.starts(options.randomStarts, options.seed),
+                                      options.maxIterations, options.progress);
     if (!run) {
         return fit.blocked(unusable(fit.result.mode));
     }

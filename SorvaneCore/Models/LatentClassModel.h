@@ -2,6 +2,7 @@
 
 #include <boost/describe/class.hpp>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <span>
@@ -84,6 +85,8 @@ struct LatentClassOptions {
     std::int64_t randomStarts = 12;
     /// Data and seed settle the result to the last bit.
     std::uint64_t seed = 1;
+    /// Takes the share of the starts that have ended, on the calling thread; may be empty.
+    std::function<void(double)> progress{};
 };
 
 namespace LatentClassModel {

@@ -96,12 +96,13 @@ StepOutcome StudioScript::perform(const Json& step) {
 Json StudioScript::performNamed(const std::string& name, const Json& argument) {
     using Step = Json (StudioScript::*)(const Json&);
     static const std::map<std::string, Step> steps = {
-        {"import", &StudioScript::importFile},   {"paste", &StudioScript::paste},
-        {"blank", &StudioScript::blank},         {"set", &StudioScript::setFields},
-        {"do", &StudioScript::doOperation},      {"run", &StudioScript::runScreen},
-        {"stage", &StudioScript::stageScreen},   {"assemble", &StudioScript::assemble},
-        {"export", &StudioScript::exportReport}, {"csv", &StudioScript::exportCSV},
-        {"open", &StudioScript::openProject},    {"save", &StudioScript::saveProject}};
+        {"import", &StudioScript::importFile}, {"paste", &StudioScript::paste},
+        {"blank", &StudioScript::blank},       {"set", &StudioScript::setFields},
+        {"do", &StudioScript::doOperation},    {"run", &StudioScript::runScreen},
+        {"press", &StudioScript::pressButton}, {"stage", &StudioScript::stageScreen},
+        {"assemble", &StudioScript::assemble}, {"export", &StudioScript::exportReport},
+        {"csv", &StudioScript::exportCSV},     {"open", &StudioScript::openProject},
+        {"save", &StudioScript::saveProject}};
     const auto step = steps.find(name);
     if (step == steps.end()) {
         throw StepRefused("There is no step \"" + name + "\" in this version.");
@@ -216,6 +217,30 @@ Json StudioScript::runScreen(const Json& argument) {
     Json gave = Json::object();
     gave["result"] = screen.result();
     return gave;
+}
+
+Json StudioScript::pressButton(const Json& argument) {
+    const auto named = argumentOf<std::map<std::string, std::string>>(argument);
+    if (named.size() != 1) {
+        throw StepRefused("The step \"press\" needs one screen and the label of a button.");
+    }
+    const auto& [screen, label] = *named.begin();
+    const auto id = argumentOf<StudioScreen>(Json(screen));
+    state_.selection.set(id);
+    screens_.appear(id);
+    for (const Control& control : screens_.at(id).setup().controls) {
+        const auto* button = std::get_if<ButtonControl>(&control);
+        if (!button || button->label != label) {
+            continue;
+        }
+        if (!button->isEnabled) {
+            throw StepRefused("The button \"" + label + "\" cannot be pressed yet.");
+        }
+        button->press();
+        return Json::object();
+    }
+    throw StepRefused("The form of " + std::string(title(id)) + " has no button \"" + label +
+                      "\".");
 }
 
 Json StudioScript::stageScreen(const Json& argument) {

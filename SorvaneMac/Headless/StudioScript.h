@@ -38,7 +38,7 @@ struct ScriptFiles {
 ///
 /// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
 /// to values), `do` (an operation by name, or an object of one operation and its arguments), `run`
-/// and `stage` (a screen's raw value), `assemble`, `export` (format to file name), `csv` (file name),
+/// and `stage` (a screen's raw value), `press` (screen to the label of a button), `assemble`, `export` (format to file name), `csv` (file name),
 /// `open` and `save` (project).
 class StudioScript {
 public:
@@ -54,6 +54,7 @@ private:
     Json setFields(const Json& argument);
     Json doOperation(const Json& argument);
     Json runScreen(const Json& argument);
+    Json pressButton(const Json& argument);
     Json stageScreen(const Json& argument);
     Json assemble(const Json& argument);
     Json exportReport(const Json& argument);

@@ -15,10 +15,14 @@ class Analysis {
 public:
     virtual ~Analysis() = default;
 
-    /// What the analysis is about, under the screen's title.
+    /// The page's title where it is not the screen's.
+    virtual std::string heading() const { return {}; }
+    /// What the analysis is about, under the title.
     virtual std::string subtitle() const = 0;
     /// Adds the controls of its selections and options.
     virtual void addControls(SetupForm& form) = 0;
+    /// Adds what stands below the run button.
+    virtual void addFurtherControls(SetupForm&) {}
     /// What the run button says, such as "Run t-test".
     virtual std::string runLabel() const = 0;
     /// What is missing before it can run; absent when it can.
@@ -37,6 +41,8 @@ public:
     virtual bool hasRun() const = 0;
     /// Shows the last run: its result, or a gate that says why there is none.
     virtual void show(ScreenContent& content) const = 0;
+    /// Adds what does not come from the run, such as a comparison that ran beside it.
+    virtual void showFurther(ScreenContent&) const {}
     /// The field that keeps the last run: the engine's record, or a record with that as its member
     /// `result`; null where none is kept.
     virtual const AnyField* stored() const = 0;

@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
@@ -16,6 +15,7 @@ SetupForm AnalysisScreen::setup() {
     form.controls.emplace_back(HeadingControl{"VARIABLES"});
     chosen().addControls(form);
     OptionControls::addRun(form, chosen().runLabel(), gate(), [this] { run(); });
+    chosen().addFurtherControls(form);
     return form;
 }
 
@@ -26,7 +26,8 @@ std::optional<Gate> AnalysisScreen::gate() const {
 ScreenContent AnalysisScreen::content() const {
     const Analysis& analysis = chosen();
     ScreenContent content;
-    content.title = std::string(title(id()));
+    const std::string heading = analysis.heading();
+    content.title = heading.empty() ? std::string(title(id())) : heading;
     content.subtitle = analysis.subtitle();
     content.gate = gate();
     if (!content.gate) {
@@ -41,6 +42,7 @@ ScreenContent AnalysisScreen::content() const {
         content.gate = {
             .title = "Ready to run", .lead = analysis.selection(), .text = analysis.invitation()};
     }
+    analysis.showFurther(content);
     return content;
 }
 

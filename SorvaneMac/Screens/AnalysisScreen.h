@@ -9,6 +9,7 @@
 
 #include "SorvaneMac/Screens/Analysis.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -30,14 +31,16 @@ protected:
         : state_(state), id_(id), hasRun_(hasRun) {}
 
     void add(std::unique_ptr<Analysis> analysis) { analyses_.push_back(std::move(analysis)); }
-    /// The field chooses among the analyses, which are added in the order of its enumerators.
+    /// The field chooses among the analyses, which are added in the order of its enumerators;
+    /// `then` is called after the user's choice.
     template <typename Choice>
-    void chooseBy(std::string label, Field<Choice>& field) {
+    void chooseBy(std::string label, Field<Choice>& field, std::function<void()> then = nullptr) {
         position_ = [&field] {
             return static_cast<std::size_t>(field.get());
         };
-        picker_ = [&field, label = std::move(label)] {
-            return FormControls::enumerationPicker(label, field);
+        picker_ = [&field, label = std::move(label), then = std::move(then)] {
+            ChoiceControl picker = FormControls::enumerationPicker(label, field);
+            return then ? OptionControls::followedBy(std::move(picker), then) : picker;
         };
     }
 

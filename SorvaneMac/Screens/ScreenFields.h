@@ -6,7 +6,7 @@
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/ImputationFields.h"
 #include "SorvaneMac/Screens/InvarianceFields.h"
-#include "SorvaneMac/Screens/LatentClassFields.h"
+#include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/MediationFields.h"
 #include "SorvaneMac/Screens/MultilevelFields.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateFields.h"

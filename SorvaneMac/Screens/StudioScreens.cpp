@@ -15,7 +15,7 @@
 #include "SorvaneMac/Screens/ImportDataScreen.h"
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
 #include "SorvaneMac/Screens/InvarianceScreen.h"
-#include "SorvaneMac/Screens/LatentClassScreen.h"
+#include "SorvaneMac/Screens/LatentClass/LatentClassScreen.h"
 #include "SorvaneMac/Screens/MediationScreen.h"
 #include "SorvaneMac/Screens/MultilevelScreen.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateScreen.h"

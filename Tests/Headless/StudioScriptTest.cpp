@@ -125,6 +125,12 @@ TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {
         {__LINE__, R"({"run": "multilevel"})",
          "No dataset loaded. This screen works on the columns of a dataset. Go to Import Data to "
          "bring in a data file or a table that you copied, or to start a blank grid."},
+        {__LINE__, R"({"press": {"latentClass": "Compare 2–6 classes"}})",
+         "The button \"Compare 2–6 classes\" cannot be pressed yet."},
+        {__LINE__, R"({"press": {"latentClass": "Fly"}})",
+         "The form of Latent Class has no button \"Fly\"."},
+        {__LINE__, R"({"press": {}})",
+         "The step \"press\" needs one screen and the label of a button."},
         {__LINE__, R"({"do": "setImplausibleToMissing"})",
          "The import warned of no column with implausible values."},
         {__LINE__, R"({"do": "readAgainWithEightByteReferences"})",

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -111,6 +112,15 @@ TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
     EXPECT_EQ(cardOf(content, "Sample and event checks"), nullptr);
     EXPECT_EQ(content.findings.front().item.table->title, "Kaplan–Meier Estimates of Survival");
 
+    study.state.importPastedData("time,dead\n5,0\n6,0\n8,0\n");
+    study.assign({"time"}, VariableKind::outcome);
+    study.assign({"dead"}, VariableKind::status);
+    content = study.shown(survival, {{"survEvent", R"("dead")"}});
+    EXPECT_EQ(content.findings.front().item.table->rows,
+              (std::vector<Cells>{{"0", "3", "0", "1.000"}}));
+    EXPECT_EQ(cardOf(content, "Cautions")->cautions.front(),
+              "No events were observed; the survival curve stays at 1.");
+
     study.state.importPastedData("time,dead,x\n1,0,1\n2,0,2\n3,1,4\n4,0,3\n5,0,1\n");
     study.assign({"time", "x"}, VariableKind::outcome);
     study.assign({"dead"}, VariableKind::status);
@@ -222,6 +232,104 @@ TEST_F(DataReductionTest, MoreClustersThanDistinctCasesAreRefused) {
         dataReduction, {{"drMethod", R"("kmeans")"}, {"drItems", R"(["a","b"])"}, {"drK", "3"}});
     EXPECT_EQ(content.gate->title, "Cannot run clustering");
     EXPECT_TRUE(content.findings.empty());
+}
+
+/// Presses a button of a setup form.
+void press(Screen& screen, const std::string& label) {
+    for (const Control& control : screen.setup().controls) {
+        const auto* button = std::get_if<ButtonControl>(&control);
+        if (button && button->label == label) {
+            ASSERT_TRUE(button->isEnabled);
+            button->press();
+            return;
+        }
+    }
+    FAIL() << label;
+}
+
+TEST(LatentClassScreen, ProfilesAreShownAndStaged) {
+    ReferenceStudy eruptions("faithful.csv");
+    const ScreenContent content = eruptions.shown(latentClass, {});
+    EXPECT_EQ(content.title, "Latent profile analysis");
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_TRUE(item.apaSummary.starts_with(
+        "A latent profile analysis of eruptions and waiting (n = 272) with 2 classes gave a log "
+        "likelihood of "))
+        << item.apaSummary;
+    EXPECT_EQ(APAFormat::normalize(*item.table).rows[0], (Cells{"1", ".357", "97", "35.7"}));
+    EXPECT_EQ(item.extraTables->front().rows[0],
+              (Cells{"eruptions", "2.04 (0.27)", "4.29 (0.41)"}));
+    const auto& plot = std::get<LinePlot>(content.findings.front().figure->plot);
+    EXPECT_LT(plot.series[0].y[0], 0.0);
+    EXPECT_GT(plot.series[1].y[0], 0.0);
+    EXPECT_EQ(item.table->note, "Listwise deletion. Class-specific diagonal variances.");
+    eruptions.stage(content);
+    EXPECT_EQ(eruptions.state.reportItems->size(), 1U);
+}
+
+TEST(LatentClassScreen, TheSweepKeepsARowForEachCountAndMarksTheLowestBIC) {
+    ReferenceStudy eruptions("faithful.csv");
+    eruptions.screens.appear(latentClass);
+    std::vector<double> shares;
+    const Subscription observer = eruptions.state.fields.observe([&](const AnyField& field) {
+        const std::optional<double> share = eruptions.state.computingProgress.get();
+        if (&field == &eruptions.state.computingProgress && share) {
+            shares.push_back(*share);
+        }
+    });
+    press(eruptions.screens.at(latentClass), "Compare 2–6 classes");
+    EXPECT_EQ(eruptions.state.computingLabel.get(), "Comparing 2–6 classes…");
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_GE(shares.size(), 5U);
+    const auto& rows = *eruptions.screens.fields.latentClass.lcSweepRows.get();
+    ASSERT_EQ(rows.size(), 5U);
+    EXPECT_EQ(rows.front().k, 2);
+
+    const ScreenContent content = eruptions.screens.at(latentClass).content();
+    EXPECT_EQ(content.gate->title, "Ready to run");
+    ASSERT_EQ(content.findings.size(), 1U);
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_EQ(item.title, "Latent profile analysis: number of classes");
+    double lowest = INFINITY;
+    std::string lowestCount;
+    for (const LatentSweepRow& row : rows) {
+        if (row.converged && row.bic < lowest) {
+            lowest = row.bic;
+            lowestCount = std::to_string(row.k);
+        }
+    }
+    const auto star =
+        std::ranges::find_if(item.table->rows, [](const Cells& row) { return row.back() == "★"; });
+    ASSERT_NE(star, item.table->rows.end());
+    EXPECT_EQ(star->front(), lowestCount);
+
+    eruptions.set({{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"}});
+    EXPECT_TRUE(eruptions.screens.at(latentClass).content().findings.empty())
+        << "the comparison was of profiles";
+}
+
+TEST(LatentClassScreen, ClassesTellTheProbabilitiesOfAnswers) {
+    ReferenceStudy tests("lsat7.csv");
+    const Settings classes = {{"lcKind", R"("classes")"},
+                              {"lcMode", R"("classAnalysis")"},
+                              {"lcItems", R"(["Q1","Q2","Q3"])"}};
+    const ScreenContent content = tests.shown(latentClass, classes);
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_EQ(item.title, "Latent class analysis");
+    const ReportTable& answers = item.extraTables->front();
+    EXPECT_EQ(answers.title, "Response probabilities");
+    EXPECT_EQ(answers.headers, (Cells{"Indicator", "Category", "Class 1", "Class 2"}));
+    EXPECT_EQ(answers.rows.size(), 6U);
+    const auto& plot = std::get<LinePlot>(content.findings.front().figure->plot);
+    EXPECT_EQ(plot.categories, (Cells{"Q1 = 1", "Q2 = 1", "Q3 = 1"}));
+
+    tests.state.importPastedData(
+        "a,b\n1,NA\n2,1\n1,2\n2,NA\n1,2\n1,1\n2,2\n2,1\n1,1\n2,2\n"
+        "1,2\n1,1\n");
+    tests.assign({"a", "b"}, VariableKind::psychometricItem);
+    const ScreenContent gaps =
+        tests.shown(latentClass, {classes[0], classes[1], {"lcItems", R"(["a","b"])"}});
+    EXPECT_EQ(gaps.tiles.back().value, "10") << "a marker of a missing value is no category";
 }
 
 }  // namespace

@@ -436,8 +436,10 @@ const std::vector<GateCase> gateCases = {
      {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"}, {"lcClassCount", "3"}},
      "There are too few complete cases", "Need at least 15 complete cases for a 3-class LCA."},
     {__LINE__, latentClass, {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"},
-                             {"lcItems", R"(["q1","q2","score"])"}},
-     "Latent class analysis is not in this version", kept},
+                             {"lcItems", R"(["q1","score"])"}},
+     "Select at least two indicators", ""},
+    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}},
+     "Factor mixture analysis is not in this version", kept},
     {__LINE__, survival, {{"survEvent", R"("")"}}, "Set an event indicator", ""},
     {__LINE__, survival, {{"survEvent", R"("days")"}}, "Time and event are the same column",
      "Confirm nonnegative times, a 0/1 (or nonzero) event indicator, and complete cases. Cox needs "

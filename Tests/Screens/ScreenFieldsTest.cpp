@@ -215,7 +215,10 @@ const std::vector<std::string> runFields = {"cmTTestRun",
                                             "drFactorsRun",
                                             "drOmegaRun",
                                             "drKMeansRun",
-                                            "drTreeRun"};
+                                            "drTreeRun",
+                                            "lcSweepBasis",
+                                            "lcResult",
+                                            "lcClassesResult"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -52,15 +55,23 @@ Run<typename Mixture::Parameters> fromStart(const Mixture& mixture,
 }
 
 /// The run of highest log likelihood, the first of equals; absent when none is finite. The runs
-/// share the threads, and none depends on another.
+/// share the threads, and none depends on another. The share of them that have ended is told on the
+/// calling thread.
 template <typename Mixture>
 std::optional<Run<typename Mixture::Parameters>> best(
     const Mixture& mixture,
     const std::vector<typename Mixture::Parameters>& starts,
-    std::int64_t maxIterations) {
+    std::int64_t maxIterations,
+    const std::function<void(double)>& progress) {
     std::vector<Run<typename Mixture::Parameters>> runs(starts.size());
+    const std::thread::id caller = std::this_thread::get_id();
+    std::atomic<std::size_t> ended = 0;
     parallelFor(starts.size(), hardwareThreads(), [&](std::size_t start) {
         runs[start] = fromStart(mixture, starts[start], maxIterations);
+        const std::size_t count = ++ended;
+        if (progress && std::this_thread::get_id() == caller) {
+            progress(static_cast<double>(count) / static_cast<double>(starts.size()));
+        }
     });
     std::optional<Run<typename Mixture::Parameters>> result;
     for (auto& run : runs) {

@@ -77,6 +77,9 @@ ReportTable pointTable(const KaplanMeierStratum& stratum, const std::string& gro
                               ResultText::count(point.nAtRisk), ResultText::count(point.events),
                               svFmtBounded(point.survival, 3)});
     }
+    if (stratum.points.empty()) {
+        table.rows = {{"0", ResultText::count(stratum.n), "0", svFmtBounded(1.0, 3)}};
+    }
     if (shown < stratum.points.size()) {
         table.note = "Showing first 40 of " +
                      ResultText::count(static_cast<std::int64_t>(stratum.points.size())) + ".";
@@ -84,17 +87,14 @@ ReportTable pointTable(const KaplanMeierStratum& stratum, const std::string& gro
     return table;
 }
 
-/// The strata, where there are some, then the points of each curve that has any.
+/// The strata, where there are some, then the points of each curve.
 std::vector<ReportTable> tables(const KaplanMeierRun& run) {
-    const bool hasStrata = !run.group.empty();
     std::vector<ReportTable> tables;
-    if (hasStrata) {
+    if (!run.group.empty()) {
         tables.push_back(stratumTable(*run.result));
     }
     for (const KaplanMeierStratum& each : run.result->strata) {
-        if (!hasStrata || !each.points.empty()) {
-            tables.push_back(pointTable(each, run.group));
-        }
+        tables.push_back(pointTable(each, run.group));
     }
     return tables;
 }

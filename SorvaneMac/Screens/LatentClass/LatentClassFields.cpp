@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/LatentClassFields.h"
+#include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -23,6 +23,9 @@ LatentClassFields::LatentClassFields(FieldRegistry& fields)
       lcHasRun(fields, "lcHasRun"),
       lcKind(fields, "lcKind", LatentScreenKind::profile),
       lcSweepRows(fields, "lcSweepRows"),
+      lcSweepBasis(fields, "lcSweepBasis"),
+      lcResult(fields, "lcResult"),
+      lcClassesResult(fields, "lcClassesResult"),
       fmHasRun(fields, "fmHasRun"),
       fmDisplayNames(fields, "fmDisplayNames") {}
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "SorvaneCore/Models/LatentMixtureMode.h"
+#include "SorvaneCore/Models/LatentClassModel.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -31,7 +31,29 @@ struct LatentSweepRow {
 };
 BOOST_DESCRIBE_STRUCT(LatentSweepRow, (), (k, logLik, aic, bic, entropy, converged))
 
-/// The selections of Latent Class and what its comparison of class counts found.
+/// What a comparison of class counts was made of.
+struct SweepBasis {
+    LatentMixtureMode mode = LatentMixtureMode::profile;
+    std::vector<std::string> items;
+
+    bool operator==(const SweepBasis&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(SweepBasis, (), (mode, items))
+
+/// A mixture as it was run.
+struct MixtureRun {
+    LatentMixtureMode mode = LatentMixtureMode::profile;
+    std::vector<std::string> items;
+    std::int64_t classCount = 0;
+    /// Absent where no such mixture can be asked for.
+    std::optional<LatentClassResult> result;
+
+    bool operator==(const MixtureRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(MixtureRun, (), (mode, items, classCount, result))
+
+/// The selections of Latent Class, each kind as it was last run, and what the comparison of class
+/// counts found.
 struct LatentClassFields {
     explicit LatentClassFields(FieldRegistry& fields);
 
@@ -41,6 +63,10 @@ struct LatentClassFields {
     Field<bool> lcHasRun;
     Field<LatentScreenKind> lcKind;
     Field<std::optional<std::vector<LatentSweepRow>>> lcSweepRows;
+    Field<std::optional<SweepBasis>> lcSweepBasis;
+    /// Of profiles; of classes the next one.
+    Field<std::optional<MixtureRun>> lcResult;
+    Field<std::optional<MixtureRun>> lcClassesResult;
     Field<bool> fmHasRun;
     Field<std::vector<std::string>> fmDisplayNames;
 };

@@ -1,0 +1,167 @@
+#include "SorvaneMac/Screens/LatentClass/ClassSweep.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/LatentClass/MixtureReport.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::ClassSweep {
+
+namespace {
+
+constexpr std::string_view heading = "How many classes?";
+constexpr std::string_view advice =
+    "Fit several class counts and prefer the lower BIC, not a single convenient K.";
+constexpr std::string_view note =
+    "★ lowest BIC. Prefer the smallest K within ~2 BIC of the minimum, and confirm the classes are "
+    "interpretable. Non-converged rows are omitted.";
+constexpr std::string_view caution =
+    "Do not choose a class count by the BIC alone; a lower BIC does not show that the classes "
+    "exist.";
+
+using Rows = std::vector<LatentSweepRow>;
+
+Rows rowsOf(const LatentIndicators& indicators, const TaskRunner::Progress& progress) {
+    constexpr auto counts =
+        static_cast<double>(LatentClassModel::mostClasses - LatentClassModel::fewestClasses + 1);
+    Rows rows;
+    for (std::int64_t k = LatentClassModel::fewestClasses; k <= LatentClassModel::mostClasses;
+         ++k) {
+        const auto done = static_cast<double>(k - LatentClassModel::fewestClasses);
+        const auto result = indicators.fit(
+            k, [&progress, done](double share) { progress((done + share) / counts); });
+        if (result && std::isfinite(result->logLikelihood)) {
+            rows.push_back({.k = k,
+                            .logLik = result->logLikelihood,
+                            .aic = result->aic,
+                            .bic = result->bic,
+                            .entropy = result->entropy,
+                            .converged = result->converged});
+        }
+    }
+    return rows;
+}
+
+Rows convergedOf(const Rows& all) {
+    Rows rows;
+    std::ranges::copy_if(all, std::back_inserter(rows), &LatentSweepRow::converged);
+    return rows;
+}
+
+ReportTable table(const Rows& rows, const LatentSweepRow& best) {
+    ReportTable table;
+    table.title = "Comparison of class counts";
+    table.headers = {"Classes", "Log likelihood", "AIC", "BIC", "Entropy", "Lowest BIC"};
+    table.boldMask.emplace();
+    for (const LatentSweepRow& row : rows) {
+        const bool isBest = row.k == best.k;
+        table.rows.push_back({ResultText::count(row.k), svFmt(row.logLik, 2), svFmt(row.aic, 2),
+                              svFmt(row.bic, 2), svFmt(row.entropy, 3), isBest ? "★" : ""});
+        table.boldMask->push_back({false, false, false, isBest, false, false});
+    }
+    table.note = std::string(note);
+    return table;
+}
+
+Chart chart(const Rows& rows, const LatentSweepRow& best) {
+    LinePlot plot{.marked = static_cast<double>(best.k), .markedName = "lowest BIC"};
+    plot.series = {{.name = "BIC"}, {.name = "AIC"}};
+    for (const LatentSweepRow& row : rows) {
+        for (LinePlot::Series& series : plot.series) {
+            series.x.push_back(static_cast<double>(row.k));
+        }
+        plot.series[0].y.push_back(row.bic);
+        plot.series[1].y.push_back(row.aic);
+    }
+    Chart chart;
+    chart.title = "Information criteria by class count";
+    chart.xLabel = "Classes";
+    chart.yLabel = "Criterion";
+    chart.plot = std::move(plot);
+    return chart;
+}
+
+/// The counts that were usable but not converged, or not usable.
+std::string leftOut(const Rows& converged) {
+    std::vector<std::string> counts;
+    for (std::int64_t k = LatentClassModel::fewestClasses; k <= LatentClassModel::mostClasses;
+         ++k) {
+        if (std::ranges::find(converged, k, &LatentSweepRow::k) == converged.end()) {
+            counts.push_back(ResultText::count(k));
+        }
+    }
+    return counts.empty() ? ""
+                          : "Left out: " + ResultText::listed(counts) +
+                                " classes, whose fit did not converge or was not possible.";
+}
+
+std::string sentence(const SweepBasis& basis, const LatentSweepRow& best) {
+    return std::string(MixtureReport::title(basis.mode)) + " of " +
+           ResultText::listed(basis.items) +
+           " was repeated with 2 to 6 classes. The BIC was lowest with " +
+           ResultText::count(best.k) + " classes (BIC = " + svFmt(best.bic, 2) +
+           ", entropy = " + svFmtBounded(best.entropy, 2) + ").";
+}
+
+}  // namespace
+
+void addControls(SetupForm& form,
+                 StudioState& state,
+                 LatentClassFields& fields,
+                 LatentMixtureMode mode) {
+    const bool isReady = state.hasData() && !LatentIndicators::gate(state.dataset(), fields, mode);
+    form.controls.emplace_back(HeadingControl{std::string(heading)});
+    form.controls.emplace_back(NoteControl{std::string(advice), false});
+    form.controls.emplace_back(ButtonControl{
+        .label = "Compare 2–6 classes", .isEnabled = isReady, .press = [&state, &fields, mode] {
+            run(state, fields, mode);
+        }});
+}
+
+void run(StudioState& state, LatentClassFields& fields, LatentMixtureMode mode) {
+    const LatentIndicators indicators = LatentIndicators::of(state.dataset(), fields, mode);
+    state.compute(
+        {.label = "Comparing 2–6 classes…",
+         .work = [&fields, indicators](std::stop_token, const TaskRunner::Progress& progress) {
+             return [&fields, indicators, rows = rowsOf(indicators, progress)] {
+                 fields.lcSweepBasis.set(
+                     SweepBasis{.mode = indicators.mode, .items = indicators.names});
+                 fields.lcSweepRows.set(rows);
+             };
+         }});
+}
+
+void show(const LatentClassFields& fields, LatentMixtureMode mode, ScreenContent& content) {
+    if (!fields.lcSweepRows.get() || !fields.lcSweepBasis.get() ||
+        fields.lcSweepBasis.get()->mode != mode) {
+        return;
+    }
+    const SweepBasis& basis = *fields.lcSweepBasis.get();
+    const Rows rows = convergedOf(*fields.lcSweepRows.get());
+    Card card{
+        .title = std::string(heading), .subtitle = ResultText::listed(basis.items), .wide = true};
+    if (const std::string omitted = leftOut(rows); !omitted.empty()) {
+        card.paragraphs = {omitted};
+    }
+    if (rows.empty()) {
+        content.cards.push_back(std::move(card));
+        return;
+    }
+    const LatentSweepRow& best = *std::ranges::min_element(rows, {}, &LatentSweepRow::bic);
+    card.tables = {table(rows, best)};
+    card.charts = {chart(rows, best)};
+    card.cautions = {std::string(caution)};
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = std::string(MixtureReport::title(mode)) + ": number of classes";
+    item.apaSummary = sentence(basis, best);
+    item.table = card.tables.front();
+    item.caution = std::string(caution);
+    item.figureCaption = "Information criteria of 2 to 6 classes.";
+    content.findings.push_back({.item = std::move(item), .figure = card.charts.front()});
+    content.cards.push_back(std::move(card));
+}
+
+}  // namespace sorvane::ClassSweep

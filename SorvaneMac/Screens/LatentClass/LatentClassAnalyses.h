@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "SorvaneMac/Screens/Analysis.h"
+#include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
+
+/// The kinds of Latent Class, each in the source file of its name.
+namespace sorvane::LatentClassAnalyses {
+
+/// Latent profiles of numbers, or latent classes of categories.
+std::unique_ptr<Analysis> latentMixture(StudioState& state,
+                                        LatentClassFields& fields,
+                                        LatentMixtureMode mode);
+
+/// Factor mixtures, which are not in this version.
+std::unique_ptr<Analysis> factorMixture(StudioState& state, LatentClassFields& fields);
+
+}  // namespace sorvane::LatentClassAnalyses

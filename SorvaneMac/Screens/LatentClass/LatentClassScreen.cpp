@@ -1,0 +1,32 @@
+#include "SorvaneMac/Screens/LatentClass/LatentClassScreen.h"
+
+#include <algorithm>
+
+#include "SorvaneMac/Screens/LatentClass/LatentClassAnalyses.h"
+#include "SorvaneMac/Screens/LatentClass/LatentIndicators.h"
+#include "SorvaneMac/Screens/LatentClass/MixtureControls.h"
+#include "SorvaneMac/Screens/Seeding.h"
+
+namespace sorvane {
+
+LatentClassScreen::LatentClassScreen(StudioState& state, LatentClassFields& fields)
+    : AnalysisScreen(StudioScreen::latentClass, state, fields.lcHasRun), fields_(fields) {
+    chooseBy("Kind of classes", fields.lcKind, [&fields] {
+        fields.lcMode.set(fields.lcKind.get() == LatentScreenKind::classes
+                              ? LatentMixtureMode::classAnalysis
+                              : LatentMixtureMode::profile);
+    });
+    add(LatentClassAnalyses::latentMixture(state, fields, LatentMixtureMode::profile));
+    add(LatentClassAnalyses::latentMixture(state, fields, LatentMixtureMode::classAnalysis));
+    add(LatentClassAnalyses::factorMixture(state, fields));
+}
+
+void LatentClassScreen::seed() {
+    const VariableLists::List candidates =
+        LatentIndicators::candidates(state_.dataset(), fields_.lcMode.get());
+    Seeding::fillFirst(fields_.lcItems, candidates, candidates.size());
+    fields_.lcClassCount.set(std::clamp(fields_.lcClassCount.get(), MixtureControls::fewestClasses,
+                                        MixtureControls::mostClasses));
+}
+
+}  // namespace sorvane
