@@ -249,6 +249,28 @@ TEST(SPSSReader, BoundsWhatASmallFileCanFill) {
     EXPECT_FALSE(SPSSReader::read(distinct.with(cells)));
 }
 
+TEST(SPSSReader, KeepsNumbersApartThatAreMadeToCollide) {
+    // Undoes the multiplication by which numbers are spread over a table.
+    constexpr std::uint64_t inverse = 0xF1DE83E19937733DU;
+    SystemFileBuilder file;
+    file.variable({.name = "A", .decimals = 0});
+    std::string cells;
+    for (int row = 0; row < 16'384; ++row) {
+        cells += bytesOf(1.0);
+    }
+    for (std::uint64_t i = 1; i <= 60'000; ++i) {
+        const std::uint64_t product = i * inverse;
+        cells += bytesOf(product ^ product >> 32);
+    }
+    const TabularImport table = readFile(file.with(cells + cells.substr(16'384 * 8)));
+    const TextColumn& column = table.rows.column(0);
+    EXPECT_TRUE(column.hasCodes());
+    for (std::size_t row = 16'384; row < 76'384; ++row) {
+        ASSERT_EQ(column.code(row), column.code(row + 60'000)) << row;
+    }
+    EXPECT_GT(column.levelCount(), 59'000U);
+}
+
 TEST(SPSSReader, RefusesDamagedFilesQuickly) {
     const std::string bytes =
         SystemFileBuilder(true)
