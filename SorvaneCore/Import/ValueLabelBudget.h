@@ -4,10 +4,13 @@
 #include <cstddef>
 #include <string>
 
+#include "SorvaneCore/Dataset/ValueLabels.h"
+
 namespace sorvane {
 
-/// How much memory the sets of value labels may take. Each set that a file holds fits, unless the
-/// file names one text for a great many values.
+/// How much memory the sets of value labels may take, and how much they may come to when they are
+/// written out for each variable. Each set that a file holds fits, unless the file names one text for
+/// a great many values.
 class ValueLabelBudget {
 public:
     /// For a file of so many bytes.
@@ -26,6 +29,14 @@ public:
 
     /// Whether so many labels could fit.
     bool canTake(std::size_t labels) const { return labels <= left_ / bytesPerLabel; }
+    /// Takes what a variable with labels of that size comes to; false when there is not so much
+    /// left, and then it has to do without them.
+    bool takeUse(std::size_t bytes) {
+        const bool fits = bytes <= usesLeft_;
+        usesLeft_ -= fits ? bytes : 0;
+        return fits;
+    }
+
     /// How much is left, to be set again when a set that did not fit whole is left out.
     std::size_t left() const { return left_; }
     void reset(std::size_t left) { left_ = left; }
@@ -40,6 +51,14 @@ private:
     static constexpr std::size_t bytesPerLabel = 128;
 
     std::size_t left_;
+    /// Some 7 million labels.
+    std::size_t usesLeft_ = most;
+};
+
+/// A set of labels, and what it took of the budget.
+struct PricedLabels {
+    ValueLabels labels;
+    std::size_t bytes = 0;
 };
 
 /// What the user is told when the budget did not last.

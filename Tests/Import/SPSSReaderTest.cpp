@@ -46,17 +46,20 @@ TEST(SPSSReader, BlanksUserMissingValuesAndTellsThem) {
             .variable({.name = "B", .missingCount = -2, .missing = {-1, lowest}})
             .variable({.name = "C", .missingCount = -3, .missing = {10, -lowest, 5.25}})
             .variable({.name = "D", .missingCount = 1, .missing = {missing}})
-            .with(doubles({8, -1, 10, 1, 9, 0, 9, missing, 7, -5, 5.25, 2}));
+            .variable({.name = "E", .missingCount = -2, .missing = {missing, 5}})
+            .with(doubles({8, -1, 10, 1, 5, 9, 0, 9, missing, 5, 7, -5, 5.25, 2, 5}));
     const TabularImport table = readFile(bytes);
-    EXPECT_EQ(rowsOf(table), (Rows{{"", "", "", "1"}, {"", "0", "9", ""}, {"7", "", "", "2"}}));
+    EXPECT_EQ(rowsOf(table),
+              (Rows{{"", "", "", "1", "5"}, {"", "0", "9", "", "5"}, {"7", "", "", "2", "5"}}));
     const std::map<std::string, std::string> specs = {
         {"A", "8, 9"}, {"B", "LOWEST through -1"}, {"C", "10 through HIGHEST, 5.25"}};
     EXPECT_EQ(table.userMissingSpecs, specs);
     EXPECT_EQ(table.notes,
-              (Texts{"No encoding record; defaulted to windows-1252.", "Decoded uncompressed data.",
+              (Texts{"Ignored ranges of user-missing values that lack one of their ends.",
+                     "No encoding record; defaulted to windows-1252.", "Decoded uncompressed data.",
                      "Applied user-defined missing values to 3 variables (6 cells "
                      "imported as missing).",
-                     "Parsed 4 variables, 3 cases."}));
+                     "Parsed 5 variables, 3 cases."}));
     EXPECT_TRUE(table.implausibleColumns.empty());
 }
 
@@ -244,6 +247,28 @@ TEST(SPSSReader, BoundsWhatASmallFileCanFill) {
         cells += bytesOf(1e300 * (1 + row / 1e6));
     }
     EXPECT_FALSE(SPSSReader::read(distinct.with(cells)));
+}
+
+TEST(SPSSReader, KeepsNumbersApartThatAreMadeToCollide) {
+    // Undoes the multiplication by which numbers are spread over a table.
+    constexpr std::uint64_t inverse = 0xF1DE83E19937733DU;
+    SystemFileBuilder file;
+    file.variable({.name = "A", .decimals = 0});
+    std::string cells;
+    for (int row = 0; row < 16'384; ++row) {
+        cells += bytesOf(1.0);
+    }
+    for (std::uint64_t i = 1; i <= 60'000; ++i) {
+        const std::uint64_t product = i * inverse;
+        cells += bytesOf(product ^ product >> 32);
+    }
+    const TabularImport table = readFile(file.with(cells + cells.substr(16'384 * 8)));
+    const TextColumn& column = table.rows.column(0);
+    EXPECT_TRUE(column.hasCodes());
+    for (std::size_t row = 16'384; row < 76'384; ++row) {
+        ASSERT_EQ(column.code(row), column.code(row + 60'000)) << row;
+    }
+    EXPECT_GT(column.levelCount(), 59'000U);
 }
 
 TEST(SPSSReader, RefusesDamagedFilesQuickly) {

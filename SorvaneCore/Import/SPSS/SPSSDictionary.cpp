@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <set>
+#include <utility>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/SPSS/SPSSNumbers.h"
@@ -178,11 +179,16 @@ private:
         return spec.discrete.empty() ? std::nullopt : std::optional(std::move(spec));
     }
 
-    std::optional<MissingSpec> rangeOfValues(std::string_view bytes, std::int64_t count) const {
+    std::optional<MissingSpec> rangeOfValues(std::string_view bytes, std::int64_t count) {
         MissingSpec spec;
         const double first = valueAt(bytes, 0);
         const double second = valueAt(bytes, 1);
-        if (std::isfinite(first) || std::isfinite(second)) {
+        const bool lacksAnEnd = std::isnan(first) != std::isnan(second);
+        if (lacksAnEnd && !std::exchange(toldOfRanges_, true)) {
+            dictionary_.notes.emplace_back(
+                "Ignored ranges of user-missing values that lack one of their ends.");
+        }
+        if (!lacksAnEnd && (std::isfinite(first) || std::isfinite(second))) {
             spec.range = {.lower = std::fmin(first, second), .upper = std::fmax(first, second)};
         }
         if (count == -3 && std::isfinite(valueAt(bytes, 2))) {
@@ -331,6 +337,7 @@ private:
     bool hasLongNames_ = false;
     bool hasVeryLongStrings_ = false;
     std::size_t missingValues_ = 0;
+    bool toldOfRanges_ = false;
 };
 
 }  // namespace

@@ -178,14 +178,14 @@ public:
         const std::vector<const SPSSVariable*> bySlot = variablesBySlot(dictionary_, variables);
         bool hasAllLabels = true;
         for (const SPSSDictionary::ValueLabelSet& set : dictionary_.valueLabelSets) {
-            std::map<Print, std::optional<ValueLabels>> labelsByPrint;
+            std::map<Print, std::optional<PricedLabels>> labelsByPrint;
             for (const SPSSVariable* variable : labelledVariables(set, bySlot)) {
                 const auto [labels, isNew] = labelsByPrint.try_emplace(printOf(*variable));
                 if (isNew) {
                     labels->second = labelsOf(set, *variable);
                 }
-                hasAllLabels = labels->second &&
-                               add(*labels->second, result.valueLabels[variable->name]) &&
+                hasAllLabels = labels->second && budget_.takeUse(labels->second->bytes) &&
+                               add(labels->second->labels, result.valueLabels[variable->name]) &&
                                hasAllLabels;
             }
         }
@@ -202,8 +202,8 @@ private:
                                          : SPSSNumbers::effectiveFormat(variable.format)};
     }
 
-    std::optional<ValueLabels> labelsOf(const SPSSDictionary::ValueLabelSet& set,
-                                        const SPSSVariable& variable) {
+    std::optional<PricedLabels> labelsOf(const SPSSDictionary::ValueLabelSet& set,
+                                         const SPSSVariable& variable) {
         const std::size_t leftBefore = budget_.left();
         ValueLabels::Map labels;
         for (const SPSSDictionary::ValueLabel& entry : set.labels) {
@@ -215,7 +215,7 @@ private:
             }
             labels[std::move(key)] = std::move(label);
         }
-        return labels;
+        return PricedLabels{.labels = std::move(labels), .bytes = leftBefore - budget_.left()};
     }
 
     /// Adds a further set to the labels of a variable; of one value the later label counts.

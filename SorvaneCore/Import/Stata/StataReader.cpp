@@ -40,7 +40,7 @@ void addValueLabels(const StataFile& file, TabularImport& result) {
     const std::vector<std::string> names = file.valueLabelNames();
     ValueLabelBudget budget(file.bytes.size());
     // By the name of the table; absent where there are too many.
-    std::map<std::string_view, std::optional<ValueLabels>> read;
+    std::map<std::string_view, std::optional<PricedLabels>> read;
     bool hasAllLabels = true;
     for (std::size_t variable = 0; variable < names.size(); ++variable) {
         const std::string& name = names[variable];
@@ -51,10 +51,11 @@ void addValueLabels(const StataFile& file, TabularImport& result) {
         if (isNew) {
             labels->second = tables.labels(name, budget);
         }
-        if (labels->second) {
-            result.valueLabels[file.variableNames[variable]] = *labels->second;
+        const bool fits = labels->second && budget.takeUse(labels->second->bytes);
+        if (fits) {
+            result.valueLabels[file.variableNames[variable]] = labels->second->labels;
         }
-        hasAllLabels = hasAllLabels && labels->second;
+        hasAllLabels = hasAllLabels && fits;
     }
     if (!hasAllLabels) {
         result.notes.push_back(tooManyLabelsNote());

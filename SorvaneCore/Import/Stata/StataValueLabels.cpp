@@ -1,5 +1,7 @@
 #include "SorvaneCore/Import/Stata/StataValueLabels.h"
 
+#include <utility>
+
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
@@ -35,8 +37,8 @@ std::optional<StataValueLabels::Table> StataValueLabels::readTable(ByteReader& r
                  : std::nullopt;
 }
 
-std::optional<ValueLabels> StataValueLabels::labels(const std::string& name,
-                                                    ValueLabelBudget& budget) const {
+std::optional<PricedLabels> StataValueLabels::labels(const std::string& name,
+                                                     ValueLabelBudget& budget) const {
     const Table& table = tables_.at(name);
     const std::size_t leftBefore = budget.left();
     ValueLabels::Map labels;
@@ -54,7 +56,7 @@ std::optional<ValueLabels> StataValueLabels::labels(const std::string& name,
         const auto value = ByteReader::number<std::int32_t>(table.values.data() + at, order_);
         labels[NumberText::integer(value)] = UnicodeText::repaired(label);
     }
-    return labels;
+    return PricedLabels{.labels = std::move(labels), .bytes = leftBefore - budget.left()};
 }
 
 }  // namespace sorvane

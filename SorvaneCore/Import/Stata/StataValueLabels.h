@@ -22,7 +22,7 @@ public:
     ///
     /// Input      the name of a table
     /// Failure    the budget does not last for all of them, and none is taken of it -> absent
-    std::optional<ValueLabels> labels(const std::string& name, ValueLabelBudget& budget) const;
+    std::optional<PricedLabels> labels(const std::string& name, ValueLabelBudget& budget) const;
 
 private:
     struct Table {

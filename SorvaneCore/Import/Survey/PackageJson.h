@@ -17,6 +17,7 @@ using Array = simdjson::dom::array;
 /// A document that must be an object.
 class Document {
 public:
+    /// Method     whole numbers beyond 64 bits stand as texts of their digits
     /// Failure    malformed, nested too deeply, no object -> absent
     static std::optional<Document> parse(std::string_view bytes);
 
@@ -35,7 +36,7 @@ std::optional<std::string> textMember(const Object& object, std::string_view key
 /// The members that are texts, by key.
 std::map<std::string, std::string> textsOf(const Object& object);
 
-/// The text of a cell: a text as it stands, a number in plain form, "true" or "false", nothing for
+/// The text of a cell: a text as it stands, a number in plain form without an exponent, "true" or "false", nothing for
 /// null, and JSON for what is no single value.
 std::string stringify(const Element& value);
 
