@@ -301,8 +301,9 @@ std::vector<std::string> CallArguments::matrixNames(const std::string& name,
     }
     std::vector<std::string> names;
     while (names.size() < count) {
-        names.push_back(hasRows(matrixKey) ? positionName(names.size() + 1)
-                                           : (*matrix)[names.size()].get<std::string>());
+        const std::size_t at = names.size();
+        const bool isNamed = !hasRows(matrixKey) && (*matrix)[at].is_string();
+        names.push_back(isNamed ? (*matrix)[at].get<std::string>() : positionName(at + 1));
     }
     return names;
 }

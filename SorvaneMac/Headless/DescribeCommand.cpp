@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <optional>
 #include <ostream>
@@ -15,6 +16,9 @@ namespace {
 
 constexpr std::string_view usage = "Describe a file so: sorvane describe FILE [--rows N]";
 
+/// More than any table has, and a number of any size type.
+constexpr double mostRows = 1e9;
+
 struct DescribeOptions {
     std::string file;
     std::optional<std::size_t> rows;
@@ -26,10 +30,10 @@ std::optional<DescribeOptions> readOptions(const std::vector<std::string>& words
         if (words[i] == "--rows") {
             const std::optional<double> count =
                 i + 1 < words.size() ? NumberText::parse(words[++i]) : std::nullopt;
-            if (!count || !(*count >= 0)) {
+            if (!count || !(*count >= 0) || std::trunc(*count) != *count || std::isinf(*count)) {
                 return std::nullopt;
             }
-            options.rows = static_cast<std::size_t>(*count);
+            options.rows = static_cast<std::size_t>(std::min(*count, mostRows));
         } else if (options.file.empty()) {
             options.file = words[i];
         } else {

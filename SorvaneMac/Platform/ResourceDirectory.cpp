@@ -17,10 +17,11 @@ std::filesystem::path besideExecutable() {
 }  // namespace
 
 std::filesystem::path resourceDirectory() {
-    if (const char* chosen = std::getenv("SORVANE_RESOURCES"); chosen && *chosen) {
+    std::error_code unreadable;
+    if (const char* chosen = std::getenv("SORVANE_RESOURCES");
+        chosen && std::filesystem::is_directory(chosen, unreadable)) {
         return chosen;
     }
-    std::error_code unreadable;
     std::filesystem::path installed = besideExecutable();
     if (std::filesystem::is_directory(installed, unreadable)) {
         return installed;

@@ -22,7 +22,9 @@ ThreadTaskRunner::~ThreadTaskRunner() {
 }
 
 void ThreadTaskRunner::start(Work work, Progress progress, std::stop_token stop) {
-    // Assigning joins the former run, of which only a cancelled one can still be under way.
+    // Joins the former run, of which only a cancelled one can still be under way, before the next
+    // one begins.
+    inside_->thread = std::jthread();
     inside_->thread = std::jthread([inside = inside_.get(), work = std::move(work),
                                     progress = std::move(progress), stop = std::move(stop)] {
         std::stop_source either;

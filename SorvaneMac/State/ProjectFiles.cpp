@@ -201,7 +201,8 @@ void StudioState::adoptArchive(const ProjectArchive& archive,
 
 void StudioState::sayOfProject(const std::string& message) {
     projectMessage.set(message);
-    saveStatusMessage.set(message);
+    // Said again though it may be the same: what is shown of unsaved changes goes with it.
+    saveStatusMessage.replace(message);
 }
 
 void StudioState::sayBesideSaving(const std::string& message) {

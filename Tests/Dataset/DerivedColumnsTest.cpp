@@ -42,12 +42,14 @@ TEST(DerivedColumns, AReplacedColumnKeepsWhatTheUserSettled) {
     ImportedDataset dataset = imported();
     dataset.variables[1].assignedType = VariableKind::rubricItem;
     dataset.variables[1].includeInReliability = true;
+    dataset.variables[1].label = "Felt calm";
     const Uuid id = dataset.variables[1].id;
     DerivedColumns::replace(dataset, 1, TextColumn::of(std::vector<std::string>{"1", "2"}),
                             "Made.");
     EXPECT_EQ(dataset.variables[1].id, id);
     EXPECT_EQ(dataset.variables[1].assignedType, VariableKind::rubricItem);
     EXPECT_TRUE(dataset.variables[1].includeInReliability);
+    EXPECT_EQ(dataset.variables[1].label, "Felt calm");
     EXPECT_EQ(dataset.variables[1].numericSummary->maximum, 2.0);
     EXPECT_EQ(dataset.variables[1].missingCount, 1);
     EXPECT_EQ(dataset.rows.cell(2, 1), "");
@@ -75,8 +77,9 @@ TEST(DerivedColumns, WhatTheImportNotedStaysAndNamesTheColumnsAsTheyAreCalled) {
 TEST(CSVWriter, QuotesWhatAReaderWouldTakeApart) {
     ImportedDataset dataset;
     dataset.headers = {"a,b", "c"};
-    dataset.rows = TextTable::fromRows({{"say \"so\"", "two\nlines"}, {" 1 ", ""}}, 2);
-    EXPECT_EQ(CSVWriter::text(dataset), "\"a,b\",c\n\"say \"\"so\"\"\",\"two\nlines\"\n 1 ,\n");
+    dataset.rows = TextTable::fromRows({{"say \"so\"", "two\nlines"}, {" 1 ", "a\rb"}}, 2);
+    EXPECT_EQ(CSVWriter::text(dataset),
+              "\"a,b\",c\n\"say \"\"so\"\"\",\"two\nlines\"\n 1 ,\"a\rb\"\n");
 }
 
 TEST(DatasetGridEditor, ReadsABlockAsSpreadsheetsCopyIt) {

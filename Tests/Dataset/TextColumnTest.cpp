@@ -137,6 +137,17 @@ TEST(ColumnProfile, IsTheSameInEitherForm) {
     EXPECT_EQ(characterCounts(*coded).total, characterCounts(*listed).total);
 }
 
+TEST(ColumnProfile, ShowsTheFirstFourPresentCells) {
+    Texts cells = {"", "first", " NA ", "second", "second", "fourth"};
+    EXPECT_EQ(TextColumn::of(cells)->profile().sampleValues,
+              (Texts{"first", "second", "second", "fourth"}));
+    cells = numbered(100, 100);
+    EXPECT_EQ(TextColumn::of(cells)->profile().sampleValues,
+              Texts(cells.begin(), cells.begin() + 4));
+    EXPECT_EQ(TextColumn::of(Texts{"NA", "x"})->profile().sampleValues, Texts{"x"});
+    EXPECT_TRUE(TextColumn::of(Texts{"NA", ""})->profile().sampleValues.empty());
+}
+
 TEST(ColumnProfile, SumsWithoutLosingSmallNumbers) {
     Texts cells(1'000'000, "0.1");
     cells.push_back("1e16");

@@ -52,6 +52,20 @@ TEST_F(StudioScriptTest, GoesFromAFileToAReport) {
     EXPECT_TRUE(std::filesystem::file_size(output_ / "r.docx") > 1000);
 }
 
+TEST_F(StudioScriptTest, DrawsTheFiguresOfWhatItStages) {
+    StudioScript script(
+        state_, screens_,
+        {.folder = resources, .output = output_, .drawFigure = [](const Chart& chart) {
+             return std::vector<std::uint8_t>(chart.title.begin(), chart.title.end());
+         }});
+    script.perform(Json::parse(R"({"import": "SampleEIStudy.csv"})"));
+    script.perform(Json::parse(R"({"stage": "descriptives"})"));
+    ASSERT_EQ(state_.reportItems->size(), 1U);
+    const auto& figure = state_.reportItems->front().figure;
+    ASSERT_TRUE(figure);
+    EXPECT_EQ(std::string(figure->begin(), figure->end()), "Histogram");
+}
+
 TEST_F(StudioScriptTest, SavesAndReopensAProjectWithItsReport) {
     for (const char* step :
          {R"({"import": "SampleEIStudy.csv"})", R"({"stage": "scalesReliability"})",

@@ -66,6 +66,12 @@ TEST_F(GridEditing, OneChangeOfSizeIsOneStepBack) {
     EXPECT_EQ(state_.undoLoses(), std::nullopt);
     state_.updateDatasetCell(0, 0, "typed");
     EXPECT_NE(state_.undoLoses()->find("1 cell(s)"), std::string::npos);
+    ASSERT_TRUE(state_.setDatasetSize(4, 4));
+    EXPECT_EQ(state_.undoLoses(), std::nullopt) << "what was typed before stays";
+    ASSERT_TRUE(state_.undoLastDataChange());
+    EXPECT_EQ(cell(0, 0), "typed");
+    state_.createBlankDataset("typed", 20, 10, std::nullopt);
+    ASSERT_TRUE(state_.setDatasetSize(5, 4));
     ASSERT_TRUE(state_.undoLastDataChange());
     EXPECT_EQ(state_.dataset().rowCount(), 20);
     EXPECT_EQ(state_.dataset().columnCount(), 10);
