@@ -20,12 +20,14 @@ constexpr int widestPlot = 900;
 constexpr int slotFrame = 70;
 constexpr int labelAir = 14;
 constexpr int rowFrame = 58;
+/// With less height than these take, the title of the axis is cut.
+constexpr std::size_t fewestRows = 3;
 /// Many rows stand closer.
 constexpr int barHeight = 24;
 constexpr int tallestRows = 720;
 
 int heightOfRows(std::size_t rows, int rowHeight) {
-    const int count = static_cast<int>(std::clamp<std::size_t>(rows, 2, 1000));
+    const int count = static_cast<int>(std::clamp<std::size_t>(rows, fewestRows, 1000));
     return std::min(rowFrame + rowHeight * count, tallestRows);
 }
 

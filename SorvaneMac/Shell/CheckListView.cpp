@@ -173,7 +173,11 @@ private:
     void showControl() override {
         model_.show(control());
         label_->setText(countedLabel());
-        filter_->setVisible(control().items.size() >= filteredFrom);
+        const bool isFiltered = control().items.size() >= filteredFrom;
+        filter_->setVisible(isFiltered);
+        if (!isFiltered) {
+            filter_->clear();
+        }
         for (QWidget* part : std::initializer_list<QWidget*>{list_, selectAll_, selectNone_}) {
             part->setVisible(!control().items.empty());
         }

@@ -39,6 +39,11 @@ bool invokeEdit(const char* slot) {
 }  // namespace
 
 MainMenus::MainMenus(MainWindow& window) : window_(window) {
+    // Not at once: one of them may be what is being chosen from.
+    for (QMenu* former :
+         window_.menuBar()->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly)) {
+        former->deleteLater();
+    }
     window_.menuBar()->clear();
     window_.menuBar()->setNativeMenuBar(true);
     buildFile();
@@ -140,9 +145,9 @@ void MainMenus::buildEdit() {
 void MainMenus::undoDataChange() {
     StudioState& state = window_.workspace().state;
     const std::optional<std::string> lost = state.undoLoses();
-    if (!lost || askQuestion(&window_, {.title = "Undo the data change?",
-                                        .text = qtText(*lost),
-                                        .confirmLabel = "Undo"})) {
+    if (!lost || window_.workspace().confirm(&window_, {.title = "Undo the data change?",
+                                                        .text = qtText(*lost),
+                                                        .confirmLabel = "Undo"})) {
         state.undoLastDataChange();
     }
 }

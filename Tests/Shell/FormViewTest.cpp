@@ -106,6 +106,23 @@ TEST(FormView, TellsOnlyWhatTheUserChanges) {
     EXPECT_DOUBLE_EQ(told.front(), 0.7);
 }
 
+TEST(FormView, StandsAtEveryTickOfASlider) {
+    offscreenApplication();
+    FormView form;
+    for (int tick = 0; tick <= 10; ++tick) {
+        form.show(formOf({NumberControl{.label = "Share",
+                                        .minimum = 0.5,
+                                        .maximum = 1.0,
+                                        .step = 0.05,
+                                        .value = (50 + 5 * tick) / 100.0,
+                                        .valueText = "",
+                                        .isSlider = true,
+                                        .set = {}}}));
+        EXPECT_EQ(form.findChild<QSlider*>()->value(), tick);
+        EXPECT_EQ(form.findChild<QSlider*>()->maximum(), 10);
+    }
+}
+
 TEST(FormView, ChecksItemsByKeyAndTurnsTheirSecondSwitch) {
     offscreenApplication();
     FormView form;
