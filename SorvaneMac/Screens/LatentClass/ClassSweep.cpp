@@ -12,6 +12,7 @@ namespace sorvane::ClassSweep {
 namespace {
 
 constexpr std::string_view heading = "How many classes?";
+constexpr std::string_view criteriaTitle = "Information criteria by class count";
 constexpr std::string_view advice =
     "Fit several class counts and prefer the lower BIC, not a single convenient K.";
 constexpr std::string_view note =
@@ -76,7 +77,7 @@ Chart chart(const Rows& rows, const LatentSweepRow& best) {
         plot.series[1].y.push_back(row.aic);
     }
     Chart chart;
-    chart.title = "Information criteria by class count";
+    chart.title = std::string(criteriaTitle);
     chart.xLabel = "Classes";
     chart.yLabel = "Criterion";
     chart.plot = std::move(plot);
@@ -103,6 +104,16 @@ std::string sentence(const SweepBasis& basis, const LatentSweepRow& best) {
            " was repeated with 2 to 6 classes. The BIC was lowest with " +
            ResultText::count(best.k) + " classes (BIC = " + svFmt(best.bic, 2) +
            ", entropy = " + svFmtBounded(best.entropy, 2) + ").";
+}
+
+ReportItem item(const SweepBasis& basis, const LatentSweepRow& best, const ReportTable& table) {
+    ReportItem item;
+    item.id = Uuid::fresh();
+    item.title = std::string(MixtureReport::title(basis.mode)) + ": number of classes";
+    item.apaSummary = sentence(basis, best);
+    item.table = table;
+    item.caution = std::string(caution);
+    return item;
 }
 
 }  // namespace
@@ -140,28 +151,26 @@ void show(const LatentClassFields& fields, LatentMixtureMode mode, ScreenContent
     }
     const SweepBasis& basis = *fields.lcSweepBasis.get();
     const Rows rows = convergedOf(*fields.lcSweepRows.get());
-    Card card{
+    Card comparison{
         .title = std::string(heading), .subtitle = ResultText::listed(basis.items), .wide = true};
+    Card criteria{.title = std::string(criteriaTitle), .wide = true};
     if (const std::string omitted = leftOut(rows); !omitted.empty()) {
-        card.paragraphs = {omitted};
+        criteria.paragraphs = {omitted};
     }
-    if (rows.empty()) {
-        content.cards.push_back(std::move(card));
-        return;
+    if (!rows.empty()) {
+        const LatentSweepRow& best = *std::ranges::min_element(rows, {}, &LatentSweepRow::bic);
+        comparison.tables = {table(rows, best)};
+        criteria.cautions = {std::string(caution)};
+        Finding finding{.item = item(basis, best, comparison.tables.front())};
+        if (rows.size() > 1) {
+            criteria.charts = {chart(rows, best)};
+            finding.item.figureCaption = "Information criteria of 2 to 6 classes.";
+            finding.figure = criteria.charts.front();
+        }
+        content.findings.push_back(std::move(finding));
+        content.cards.push_back(std::move(comparison));
     }
-    const LatentSweepRow& best = *std::ranges::min_element(rows, {}, &LatentSweepRow::bic);
-    card.tables = {table(rows, best)};
-    card.charts = {chart(rows, best)};
-    card.cautions = {std::string(caution)};
-    ReportItem item;
-    item.id = Uuid::fresh();
-    item.title = std::string(MixtureReport::title(mode)) + ": number of classes";
-    item.apaSummary = sentence(basis, best);
-    item.table = card.tables.front();
-    item.caution = std::string(caution);
-    item.figureCaption = "Information criteria of 2 to 6 classes.";
-    content.findings.push_back({.item = std::move(item), .figure = card.charts.front()});
-    content.cards.push_back(std::move(card));
+    content.cards.push_back(std::move(criteria));
 }
 
 }  // namespace sorvane::ClassSweep
