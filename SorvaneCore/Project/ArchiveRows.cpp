@@ -50,8 +50,8 @@ private:
         for (auto each : row) {
             std::string_view cell;
             if (const simdjson::error_code error = each.get_string().get(cell)) {
-                fail(error == simdjson::INCORRECT_TYPE ? "needs a list of texts"
-                                                       : "has a text that cannot be read");
+                fail(error == simdjson::STRING_ERROR ? "has a text that cannot be read"
+                                                     : "needs a list of texts");
             }
             cells_.push_back(cell);
         }
