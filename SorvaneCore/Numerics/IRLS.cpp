@@ -41,14 +41,28 @@ Evaluation evaluateHalving(std::vector<double>& parameters,
     return next;
 }
 
-/// Adds the step; whether every entry of it is below the tolerance, which no NaN is.
-bool takeStep(std::vector<double>& parameters, std::span<const double> step, double tolerance) {
-    bool isSmall = true;
+void add(std::vector<double>& parameters, std::span<const double> step) {
     for (std::size_t j = 0; j < parameters.size(); ++j) {
         parameters[j] += step[j];
-        isSmall = isSmall && std::abs(step[j]) < tolerance;
     }
-    return isSmall;
+}
+
+/// Whether every entry is below the tolerance, which no NaN is.
+bool isSmall(std::span<const double> step, double tolerance) {
+    return std::ranges::all_of(step,
+                               [tolerance](double each) { return std::abs(each) < tolerance; });
+}
+
+/// The same beside the size of a large parameter, of which rounding leaves no such digits.
+bool isSmallBeside(std::span<const double> parameters,
+                   std::span<const double> step,
+                   double tolerance) {
+    for (std::size_t j = 0; j < step.size(); ++j) {
+        if (!(std::abs(step[j]) < tolerance * std::max(1.0, std::abs(parameters[j])))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace
@@ -83,7 +97,8 @@ OptimizerResult newton(std::size_t cols,
         const std::vector<double> step = LinearAlgebra::multiply(*inverse, cols, cols, slope, 1);
         result.inverseNegativeHessian = std::move(*inverse);
         ++result.iterations;
-        if (takeStep(result.parameters, step, limits.tolerance)) {
+        add(result.parameters, step);
+        if (isSmall(step, limits.tolerance)) {
             return stopped(std::move(result), OptimizerStop::converged);
         }
     }
@@ -112,7 +127,8 @@ OptimizerResult dampedNewton(std::span<const double> initial,
         step = LinearAlgebra::multiply(*inverse, count, count, current.gradient, 1);
         result.inverseNegativeHessian = std::move(*inverse);
         ++result.iterations;
-        if (takeStep(result.parameters, step, limits.tolerance)) {
+        add(result.parameters, step);
+        if (isSmallBeside(result.parameters, step, limits.tolerance)) {
             return stopped(std::move(result), OptimizerStop::converged);
         }
         current = evaluateHalving(result.parameters, step, current.objective, evaluate);

@@ -51,7 +51,7 @@ using ProvesDivergence = std::function<bool(std::span<const double> step)>;
 /// Newton's iteration to the maximum of a concave function, safe from any start.
 ///
 /// Method     as `newton`, but a step that lowers the objective, beyond what rounding may, is
-///            halved up to 40 times
+///            halved up to 40 times, and the tolerance grows with a parameter above 1
 /// Returns    `objective` and the inverse are those of the last round, before a step below the
 ///            tolerance
 /// Failure    as `newton`; `provesDivergence`, asked after each step and when the negative Hessian

@@ -38,6 +38,16 @@ Tile pValueTile(double p) {
     return {"p-value", pTile(p), std::string(significanceWords(p))};
 }
 
+std::string ratio(double value, int decimals) {
+    constexpr double largest = 99'999.0;
+    const double smallest = std::pow(10.0, -decimals);
+    if (value > largest) {
+        return "> 99999";
+    }
+    return value >= 0.0 && value < smallest / 2.0 ? "< " + svFmt(smallest, decimals)
+                                                  : svFmt(value, decimals);
+}
+
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }

@@ -19,6 +19,8 @@ std::string starredPCell(double p);
 std::string pTile(double p);
 /// The tile of a p-value, with the words of its significance.
 Tile pValueTile(double p);
+/// An odds, rate or hazard ratio: "> 99999" beyond any use, "< 0.001" rather than a zero.
+std::string ratio(double value, int decimals);
 /// A count in plain digits.
 std::string count(std::int64_t value);
 /// Degrees of freedom: whole ones without decimals, others with two.

@@ -145,6 +145,24 @@ TEST(LogisticRegression, FitsDataThatBarelyOverlap) {
     EXPECT_NEAR(wide->coefficients[1].estimate, 1.3101, 1e-3);
 }
 
+TEST(GeneralizedRegressions, ConvergeBesideAnOutlierThatNobodyCoded) {
+    std::vector<std::optional<double>> x;
+    std::vector<std::optional<double>> y;
+    for (int i = 0; i < 200; ++i) {
+        x.emplace_back(static_cast<double>(i * 37 % 101 - 50) / 25.0);
+        y.emplace_back(i * 53 % 97 + i * 37 % 101 > 100 ? 1.0 : 0.0);
+    }
+    x[0] = 999999.0;
+    y[0] = 1.0;
+    const std::vector<NumericColumn> predictors = {NumericColumn(x)};
+    const auto logistic = LogisticRegressionTests::binaryLogistic(predictors, NumericColumn(y),
+                                                                  {.predictorNames = {"x"}});
+    ASSERT_TRUE(logistic);
+    EXPECT_TRUE(logistic->converged);
+    ASSERT_EQ(logistic->coefficients.size(), 2U);
+    EXPECT_NEAR(logistic->coefficients[1].estimate, 1.491979139722148, 1e-9);
+}
+
 TEST(LogisticRegression, CautionsInOrder) {
     const Cells outcome = withCell(alternatingUntil(40), 7, std::nullopt);
     const auto result = logistic({wave, withCell(steps, 8, std::nullopt)}, outcome);

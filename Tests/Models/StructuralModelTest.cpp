@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Models/Structural/SEMModel.h"
+#include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane {
 
@@ -12,17 +13,12 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-std::string number(double value) {
-    std::string text = std::to_string(value);
-    text.erase(text.find_last_not_of('0') + 1);
-    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
-}
-
 /// Terms as they could be written: "f =~ 0.5*x".
 Texts termsOf(const SEMParsedSpec& spec) {
     Texts result;
     for (const SEMSyntaxTerm& term : spec.terms) {
-        const std::string fixed = term.fixedValue ? number(*term.fixedValue) + "*" : "";
+        const std::string fixed =
+            term.fixedValue ? NumberText::general(*term.fixedValue, 15) + "*" : "";
         result.push_back(term.lhs + " " + std::string(rawValue(term.op)) + " " + fixed + term.rhs);
     }
     return result;
@@ -37,7 +33,7 @@ Texts slotsOf(const SEMModel& model, std::size_t first = 0) {
     Texts result;
     for (std::size_t i = first; i < model.parameters.size(); ++i) {
         const SEMParameterSlot& slot = model.parameters[i];
-        const std::string fixed = slot.isFree ? "" : number(slot.fixedValue) + "*";
+        const std::string fixed = slot.isFree ? "" : NumberText::general(slot.fixedValue, 15) + "*";
         result.push_back(slot.lhs + " " + slot.op + " " + fixed + slot.rhs + " " +
                          kindText(slot.kind));
     }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
@@ -208,7 +209,7 @@ TEST_F(DataReductionTest, LoadingsStandByFactorAndSalientOnesAreBold) {
     EXPECT_EQ(table.rows[0][0], "complaints");
     for (std::size_t row = 0; row < table.rows.size(); ++row) {
         for (const std::size_t column : {1U, 2U}) {
-            const double loading = std::stod(table.rows[row][column]);
+            const double loading = NumberText::parse(table.rows[row][column]).value();
             EXPECT_EQ((*table.boldMask)[row][column], std::abs(loading) >= 0.4) << row;
         }
     }

@@ -54,7 +54,7 @@ TEST_F(RegressionScreens, SayWhatTheOutcomeMustBe) {
          "No predictors selected. Pick one or more predictors in the Setup panel."},
         {__LINE__, "linear", "score", R"(["age","site"])",
          "A predictor is missing. There is no numeric column of that name. Take it out of the "
-         "predictors, or confirm it in Variable Roles."},
+         "predictors, or change its role in Variable Types."},
         {__LINE__, "logistic", "band", R"(["age"])",
          "Need an outcome with two values. The outcome has exactly two values, such as no and yes. "
          "Pick one in the Setup panel."},
@@ -62,7 +62,7 @@ TEST_F(RegressionScreens, SayWhatTheOutcomeMustBe) {
          "Need an outcome of counts. The outcome counts something: whole numbers from 0. Pick one "
          "in the Setup panel."},
         {__LINE__, "ordinal", "passed", R"(["age"])",
-         "Need an outcome of ordered levels. The outcome has 3 or more levels, coded as numbers in "
+         "Need an outcome of ordered levels. The outcome has 3 to 100 levels, coded as numbers in "
          "their order. Pick one in the Setup panel."},
     };
     for (const auto& each : cases) {

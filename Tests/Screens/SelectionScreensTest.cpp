@@ -403,7 +403,7 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, regression, {{"regModel", R"("poisson")"}}, "Need an outcome of counts",
      "whole numbers from 0"},
     {__LINE__, regression, {{"regModel", R"("ordinal")"}, {"regOutcome", R"("site")"}},
-     "Need an outcome of ordered levels", "3 or more levels"},
+     "Need an outcome of ordered levels", "3 to 100 levels"},
 };
 // clang-format on
 

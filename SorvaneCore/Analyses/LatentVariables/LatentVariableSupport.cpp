@@ -50,12 +50,12 @@ std::vector<std::uint32_t> completeRows(std::span<const NumericColumn> items) {
     return CompleteCases::rows(pointers);
 }
 
-/// Writes the z scores of some values; false where these have no spread.
+/// Writes the z scores of some values; false where these have no spread, or more than a number can hold.
 bool standardize(std::span<const double> values, double* scores) {
     const double mean = SampleMoments::mean(values);
     const double deviation = std::sqrt(SampleMoments::sumOfSquares(values, mean) /
                                        static_cast<double>(values.size() - 1));
-    if (!(deviation > 0.0)) {
+    if (!(deviation > 0.0) || !std::isfinite(deviation)) {
         return false;
     }
     for (std::size_t i = 0; i < values.size(); ++i) {

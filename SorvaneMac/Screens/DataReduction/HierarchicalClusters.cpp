@@ -34,7 +34,9 @@ std::optional<double> cutHeight(const HierarchicalResult& result, std::int64_t k
         return std::nullopt;
     }
     const double below = within > 0 ? result.merges[within - 1].height : 0.0;
-    return (below + result.merges[within].height) / 2.0;
+    const double above = result.merges[within].height;
+    // Merges at one height leave no place to cut between them.
+    return below < above ? std::optional((below + above) / 2.0) : std::nullopt;
 }
 
 /// The clusters that are left when `leaves` of them are, each with its number in the tree, and the
@@ -88,11 +90,14 @@ Chart treeChart(const HierarchicalResult& result,
     top.plot.cut = cutHeight(result, k);
     Chart chart;
     chart.title = "Dendrogram";
-    chart.subtitle =
-        "The dashed line cuts the tree into " + DatasetText::counted(k, "cluster") + ".";
+    if (top.plot.cut) {
+        chart.subtitle =
+            "The dashed line cuts the tree into " + DatasetText::counted(k, "cluster") + ".";
+    }
     if (leaves < result.caseCount) {
+        chart.subtitle += chart.subtitle.empty() ? "" : " ";
         chart.subtitle +=
-            " The tree is drawn from its last " + ResultText::count(leaves) + " clusters on.";
+            "The tree is drawn from its last " + ResultText::count(leaves) + " clusters on.";
     }
     chart.xLabel = "Height";
     chart.plot = std::move(top.plot);

@@ -53,9 +53,10 @@ ReportTable loadingTable(const ComponentsRun& run) {
     table.title = "Component loadings";
     table.groupHeaders = {{.label = "", .span = 1},
                           {.label = "Component", .span = static_cast<int>(columns)}};
-    table.note =
-        "Unrotated loadings on the retained components. Loadings at or above |.40| are in "
-        "bold.";
+    table.note = run.result->kaiserComponentCount == 0
+                     ? "Unrotated loadings on the first component; none is retained."
+                     : "Unrotated loadings on the retained components.";
+    *table.note += " Loadings at or above |.40| are in bold.";
     return table;
 }
 
@@ -87,14 +88,17 @@ std::string sentence(const PrincipalComponentsResult& result) {
 }
 
 std::vector<Tile> tiles(const PrincipalComponentsResult& result) {
-    return {{"Components retained", ResultText::count(result.kaiserComponentCount),
-             "eigenvalue above 1"},
-            {"First component", ReducedVariables::percent(result.proportionExplained.front()),
-             "of the variance"},
-            {"Retained together",
-             ReducedVariables::percent(result.cumulativeProportion[shownComponents(result) - 1]),
-             "of the variance"},
-            {"Cases used", ResultText::count(result.casesUsed), "complete on all items"}};
+    return {
+        {"Components retained", ResultText::count(result.kaiserComponentCount),
+         "eigenvalue above 1"},
+        {"First component", ReducedVariables::percent(result.proportionExplained.front()),
+         "of the variance"},
+        {"Retained together",
+         ReducedVariables::percent(result.kaiserComponentCount == 0
+                                       ? 0.0
+                                       : result.cumulativeProportion[shownComponents(result) - 1]),
+         "of the variance"},
+        {"Cases used", ResultText::count(result.casesUsed), "complete on all items"}};
 }
 
 class PrincipalComponents final : public StoredAnalysis<DataReductionFields, ComponentsRun> {

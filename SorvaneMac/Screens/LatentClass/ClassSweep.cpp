@@ -101,16 +101,23 @@ std::string leftOut(const Rows& converged) {
 std::string sentence(const SweepBasis& basis, const LatentSweepRow& best) {
     return std::string(MixtureReport::title(basis.mode)) + " of " +
            ResultText::listed(basis.items) +
-           " was repeated with 2 to 6 classes. The BIC was lowest with " +
+           " was repeated with 2 to 6 classes. Among the fits that converged, the BIC was lowest "
+           "with " +
            ResultText::count(best.k) + " classes (BIC = " + svFmt(best.bic, 2) +
            ", entropy = " + svFmtBounded(best.entropy, 2) + ").";
 }
 
-ReportItem item(const SweepBasis& basis, const LatentSweepRow& best, const ReportTable& table) {
+ReportItem item(const SweepBasis& basis,
+                const LatentSweepRow& best,
+                const ReportTable& table,
+                const std::string& omitted) {
     ReportItem item;
     item.id = Uuid::fresh();
     item.title = std::string(MixtureReport::title(basis.mode)) + ": number of classes";
     item.apaSummary = sentence(basis, best);
+    if (!omitted.empty()) {
+        item.apaSummary += " " + omitted;
+    }
     item.table = table;
     item.caution = std::string(caution);
     return item;
@@ -154,17 +161,19 @@ void show(const LatentClassFields& fields, LatentMixtureMode mode, ScreenContent
     Card comparison{
         .title = std::string(heading), .subtitle = ResultText::listed(basis.items), .wide = true};
     Card criteria{.title = std::string(criteriaTitle), .wide = true};
-    if (const std::string omitted = leftOut(rows); !omitted.empty()) {
+    const std::string omitted = leftOut(rows);
+    if (!omitted.empty()) {
         criteria.paragraphs = {omitted};
     }
     if (!rows.empty()) {
         const LatentSweepRow& best = *std::ranges::min_element(rows, {}, &LatentSweepRow::bic);
         comparison.tables = {table(rows, best)};
         criteria.cautions = {std::string(caution)};
-        Finding finding{.item = item(basis, best, comparison.tables.front())};
+        Finding finding{.item = item(basis, best, comparison.tables.front(), omitted)};
         if (rows.size() > 1) {
             criteria.charts = {chart(rows, best)};
-            finding.item.figureCaption = "Information criteria of 2 to 6 classes.";
+            finding.item.figureCaption =
+                "Information criteria of the numbers of classes whose fit converged.";
             finding.figure = criteria.charts.front();
         }
         content.findings.push_back(std::move(finding));

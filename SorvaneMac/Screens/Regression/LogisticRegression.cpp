@@ -32,8 +32,9 @@ ReportTable coefficientTable(const LogisticRegressionResult& result) {
     for (const LogisticCoefficient& each : result.coefficients) {
         table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
                               svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              svFmt(each.oddsRatio, 3), svFmt(each.oddsRatioLowerBound, 3),
-                              svFmt(each.oddsRatioUpperBound, 3)});
+                              ResultText::ratio(each.oddsRatio, 3),
+                              ResultText::ratio(each.oddsRatioLowerBound, 3),
+                              ResultText::ratio(each.oddsRatioUpperBound, 3)});
     }
     return table;
 }
@@ -64,9 +65,10 @@ std::string sentence(const LogisticModelRun& run) {
         const LogisticCoefficient& each = result.coefficients[at];
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + svFmt(each.oddsRatio, 2) + ", 95% CI [" +
-                svFmt(each.oddsRatioLowerBound, 2) + ", " + svFmt(each.oddsRatioUpperBound, 2) +
-                "], " + ResultText::pSentence(each.pValue) + ".";
+                ", OR = " + ResultText::ratio(each.oddsRatio, 2) + ", 95% CI [" +
+                ResultText::ratio(each.oddsRatioLowerBound, 2) + ", " +
+                ResultText::ratio(each.oddsRatioUpperBound, 2) + "], " +
+                ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }

@@ -34,7 +34,7 @@ ReportTable effectTable(const OrdinalRegressionResult& result) {
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
                               svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              svFmt(each.oddsRatio, 3)});
+                              ResultText::ratio(each.oddsRatio, 3)});
     }
     return table;
 }
@@ -61,8 +61,8 @@ std::string sentence(const OrdinalModelRun& run) {
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + svFmt(each.oddsRatio, 2) + ", z = " + svFmt(each.z, 2) + ", " +
-                ResultText::pSentence(each.pValue) + ".";
+                ", OR = " + ResultText::ratio(each.oddsRatio, 2) + ", z = " + svFmt(each.z, 2) +
+                ", " + ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }

@@ -31,8 +31,9 @@ ReportTable coefficientTable(const PoissonRegressionResult& result) {
     for (const PoissonCoefficient& each : result.coefficients) {
         table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
                               svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              svFmt(each.rateRatio, 3), svFmt(each.rateRatioLowerBound, 3),
-                              svFmt(each.rateRatioUpperBound, 3)});
+                              ResultText::ratio(each.rateRatio, 3),
+                              ResultText::ratio(each.rateRatioLowerBound, 3),
+                              ResultText::ratio(each.rateRatioUpperBound, 3)});
     }
     return table;
 }
@@ -60,9 +61,10 @@ std::string sentence(const PoissonModelRun& run) {
         const PoissonCoefficient& each = result.coefficients[at];
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", RR = " + svFmt(each.rateRatio, 2) + ", 95% CI [" +
-                svFmt(each.rateRatioLowerBound, 2) + ", " + svFmt(each.rateRatioUpperBound, 2) +
-                "], " + ResultText::pSentence(each.pValue) + ".";
+                ", RR = " + ResultText::ratio(each.rateRatio, 2) + ", 95% CI [" +
+                ResultText::ratio(each.rateRatioLowerBound, 2) + ", " +
+                ResultText::ratio(each.rateRatioUpperBound, 2) + "], " +
+                ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }

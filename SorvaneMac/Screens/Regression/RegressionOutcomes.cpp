@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::int64_t binaryLevels = 2;
 constexpr std::int64_t fewestOrderedLevels = 3;
+/// Beyond these a variable is a measure; the model would take minutes.
+constexpr std::int64_t mostOrderedLevels = 100;
 
 bool hasWholeCounts(const ImportedDataset& dataset, const DataVariable& variable) {
     const std::optional<std::size_t> index = dataset.columnIndex(variable.name);
@@ -29,7 +31,8 @@ bool suits(const ImportedDataset& dataset, RegressionModel model, const DataVari
                    hasWholeCounts(dataset, variable);
         case RegressionModel::ordinal:
             return VariableLists::isNumericForAnalysis(variable) &&
-                   variable.uniqueCount >= fewestOrderedLevels;
+                   variable.uniqueCount >= fewestOrderedLevels &&
+                   variable.uniqueCount <= mostOrderedLevels;
     }
     return false;
 }
@@ -120,7 +123,7 @@ std::string_view requirement(RegressionModel model) {
         case RegressionModel::poisson:
             return "The outcome counts something: whole numbers from 0.";
         case RegressionModel::ordinal:
-            return "The outcome has 3 or more levels, coded as numbers in their order.";
+            return "The outcome has 3 to 100 levels, coded as numbers in their order.";
     }
     return {};
 }

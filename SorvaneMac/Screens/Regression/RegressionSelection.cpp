@@ -16,7 +16,7 @@ Gate missingPredictor(const std::string& name) {
             .lead = name,
             .text =
                 "There is no numeric column of that name. Take it out of the predictors, or "
-                "confirm it in Variable Roles."};
+                "change its role in Variable Types."};
 }
 
 Gate noPredictors() {
