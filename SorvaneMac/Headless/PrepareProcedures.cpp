@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "SorvaneCore/Analyses/Basics/ValueOrder.h"
 #include "SorvaneCore/Analyses/Categorical/SampleComposition.h"
 #include "SorvaneCore/Prepare/BinnedVariableBuilder.h"
@@ -93,7 +95,12 @@ struct KeyedTable {
             return keyed(std::move(table), call);
         }
         const auto rows = call.required<std::vector<Texts>>("rows");
-        return keyed({.rows = TextTable::fromRows(rows, rows.front().size())}, call);
+        std::size_t width = 0;
+        for (const Texts& row : rows) {
+            width = std::max(width, row.size());
+        }
+        Table table = keyed({.rows = TextTable::fromRows(rows, width)}, call);
+        return table.key.empty() ? Table{.rows = joined(rows)} : table;
     }
     std::vector<ListedArgument> listed() const {
         return {{"rows", "list of rows of texts, or of column names", ""},
@@ -104,6 +111,18 @@ private:
     static Table tableOf(std::vector<TextTable::Column> columns) {
         const std::size_t rows = columns.empty() ? 0 : columns.front()->size();
         return {.rows = TextTable(std::move(columns), rows)};
+    }
+    /// One column of the rows as they are compared, so that a row is not like one with a blank more.
+    static TextTable joined(const std::vector<Texts>& rows) {
+        std::vector<Texts> keys;
+        for (const Texts& row : rows) {
+            std::string key;
+            for (const std::string& cell : row) {
+                key += (&cell == &row.front() ? "" : "\x1F") + cell;
+            }
+            keys.push_back({key});
+        }
+        return TextTable::fromRows(keys, 1);
     }
     static Table keyed(Table table, const CallArguments& call) {
         table.key = call.setting<std::vector<std::size_t>>("keyColumns", {});

@@ -57,6 +57,12 @@ TEST(CallCommand, ReadsAMatrixAsRowsOrAsColumnNames) {
     EXPECT_EQ(Json::parse(named.out)["casesUsed"], 32);
 }
 
+TEST(CallCommand, ComparesRowsOfUnevenLengthWhole) {
+    const Answer uneven = answer({"call", "DataCleaning.duplicateRows"},
+                                 R"({"rows":[["a","b"],["a"],["a",""],["a"]]})");
+    EXPECT_EQ(Json::parse(uneven.out)["groups"], Json::parse("[[1,3]]")) << uneven.error;
+}
+
 TEST(CallCommand, TakesTestsOfCountsAndOfColumns) {
     const Answer counts =
         answer({"call", "FisherExactTests.test"}, R"({"a":6,"b":7,"c":12,"d":7})");
