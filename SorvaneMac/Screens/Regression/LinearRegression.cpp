@@ -42,14 +42,9 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     return table;
 }
 
-Gate couldNotEstimate(const LinearModelRun& run) {
-    return {.title = "The model could not be estimated",
-            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
-            .text =
-                "A predictor is constant or collinear with the others, or there are fewer "
-                "complete cases than coefficients. Take a predictor out in the Setup panel and "
-                "run again."};
-}
+constexpr std::string_view notEstimable =
+    "A predictor is constant or collinear with the others, or there are fewer complete cases than "
+    "coefficients. Take a predictor out in the Setup panel and run again.";
 
 /// One predictor: the scatter with its line; several: their standardized coefficients.
 Chart figureOf(const LinearModelRun& run, const ImportedDataset& dataset) {
@@ -120,7 +115,7 @@ private:
 
     void present(const LinearModelRun& run, ScreenContent& content) const override {
         if (!run.result) {
-            content.gate = couldNotEstimate(run);
+            content.gate = couldNotEstimate(run, std::string(notEstimable));
             return;
         }
         const MultipleRegressionResult& result = *run.result;

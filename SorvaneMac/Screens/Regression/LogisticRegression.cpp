@@ -17,13 +17,8 @@ constexpr std::string_view note =
     "B is the change of the log odds for a step of one; OR is the odds ratio with its 95% "
     "confidence interval; z and p are Wald tests.";
 
-Gate couldNotEstimate(const LogisticModelRun& run) {
-    return {.title = "The model could not be estimated",
-            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
-            .text = run.result ? ResultText::obstacle(run.result->readiness)
-                               : "The outcome needs exactly two values. Pick another one in the "
-                                 "Setup panel."};
-}
+constexpr std::string_view unsuitable =
+    "The outcome needs exactly two values. Pick another one in the Setup panel.";
 
 ReportTable coefficientTable(const LogisticRegressionResult& result) {
     ReportTable table;
@@ -111,7 +106,7 @@ private:
 
     void present(const LogisticModelRun& run, ScreenContent& content) const override {
         if (!run.result || run.result->coefficients.empty()) {
-            content.gate = couldNotEstimate(run);
+            content.gate = couldNotEstimate(run, reasonOf(run, unsuitable));
             return;
         }
         addReport({.title = "Logistic Regression: " + run.outcome,
@@ -120,8 +115,7 @@ private:
                    .tables = {coefficientTable(*run.result), modelTable(run)},
                    .note = std::string(note),
                    .charts = charts(*run.result),
-                   .figureCaption = "Coefficients of the predictors of " + run.outcome +
-                                    " with 95% confidence intervals.",
+                   .figureCaption = figureCaption(run),
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(run.result->readiness)},
                   content);

@@ -19,13 +19,8 @@ constexpr std::string_view note =
     "and p are Wald tests.";
 constexpr double alpha = 0.05;
 
-Gate couldNotEstimate(const OrdinalModelRun& run) {
-    return {.title = "The model could not be estimated",
-            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
-            .text = run.result ? ResultText::obstacle(run.result->readiness)
-                               : "The outcome must hold ordered numbers. Pick another one in the "
-                                 "Setup panel."};
-}
+constexpr std::string_view unsuitable =
+    "The outcome must hold ordered numbers. Pick another one in the Setup panel.";
 
 ReportTable effectTable(const OrdinalRegressionResult& result) {
     ReportTable table;
@@ -102,7 +97,7 @@ private:
 
     void present(const OrdinalModelRun& run, ScreenContent& content) const override {
         if (!run.result || run.result->predictorEffects.empty()) {
-            content.gate = couldNotEstimate(run);
+            content.gate = couldNotEstimate(run, reasonOf(run, unsuitable));
             return;
         }
         addReport({.title = "Ordinal Regression: " + run.outcome,
@@ -111,8 +106,7 @@ private:
                    .tables = {effectTable(*run.result), thresholdTable(*run.result)},
                    .note = std::string(note),
                    .charts = charts(*run.result),
-                   .figureCaption = "Coefficients of the predictors of " + run.outcome +
-                                    " with 95% confidence intervals.",
+                   .figureCaption = figureCaption(run),
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(run.result->readiness)},
                   content);

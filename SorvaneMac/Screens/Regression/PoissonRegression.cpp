@@ -16,13 +16,8 @@ constexpr std::string_view note =
     "B is the change of the log rate for a step of one; RR is the rate ratio with its 95% "
     "confidence interval; z and p are Wald tests.";
 
-Gate couldNotEstimate(const PoissonModelRun& run) {
-    return {.title = "The model could not be estimated",
-            .lead = run.outcome + " on " + ResultText::listed(run.predictors),
-            .text = run.result ? ResultText::obstacle(run.result->readiness)
-                               : "The outcome must hold whole counts from 0. Pick another one in "
-                                 "the Setup panel."};
-}
+constexpr std::string_view unsuitable =
+    "The outcome must hold whole counts from 0. Pick another one in the Setup panel.";
 
 ReportTable coefficientTable(const PoissonRegressionResult& result) {
     ReportTable table;
@@ -103,7 +98,7 @@ private:
 
     void present(const PoissonModelRun& run, ScreenContent& content) const override {
         if (!run.result || run.result->coefficients.empty()) {
-            content.gate = couldNotEstimate(run);
+            content.gate = couldNotEstimate(run, reasonOf(run, unsuitable));
             return;
         }
         addReport({.title = "Poisson Regression: " + run.outcome,
@@ -112,8 +107,7 @@ private:
                    .tables = {coefficientTable(*run.result), modelTable(*run.result)},
                    .note = std::string(note),
                    .charts = charts(*run.result),
-                   .figureCaption = "Coefficients of the predictors of " + run.outcome +
-                                    " with 95% confidence intervals.",
+                   .figureCaption = figureCaption(run),
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(run.result->readiness)},
                   content);

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "SorvaneMac/Screens/Analysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
 
@@ -27,6 +30,22 @@ public:
         return RegressionSelection::selection(this->state_, this->fields_);
     }
     Guide guide() const final { return RegressionOutcomes::guideOf(model); }
+
+protected:
+    /// What stands in the place of a result.
+    static Gate couldNotEstimate(const Run& run, std::string reason) {
+        return {.title = "The model could not be estimated",
+                .lead = run.outcome + " on " + ResultText::listed(run.predictors),
+                .text = std::move(reason)};
+    }
+    /// What blocked the fit; `unsuitable` where the outcome could not be read.
+    static std::string reasonOf(const Run& run, std::string_view unsuitable) {
+        return run.result ? ResultText::obstacle(run.result->readiness) : std::string(unsuitable);
+    }
+    static std::string figureCaption(const Run& run) {
+        return "Coefficients of the predictors of " + run.outcome +
+               " with 95% confidence intervals.";
+    }
 };
 
 }  // namespace sorvane
