@@ -26,6 +26,11 @@ std::string noUsableReplicate() {
            "estimated. Check the replicate weights.";
 }
 
+std::string beyondNumbers() {
+    return "The values or weights are too large, or a replicate weight is missing, so the sums "
+           "cannot be formed. Check the weights, or divide the variable by a power of ten.";
+}
+
 std::string notZeroOrOne(std::int64_t count) {
     return "A proportion needs a variable coded 0 and 1; " + NumberText::integer(count) +
            " row(s) hold another value. Recode the variable, or estimate its mean.";

@@ -14,6 +14,7 @@ std::string otherLength(std::size_t values, std::int64_t rows);
 std::string tooFewRows(std::int64_t validN);
 std::string noWeight();
 std::string noUsableReplicate();
+std::string beyondNumbers();
 std::string notZeroOrOne(std::int64_t count);
 std::string fewDegreesOfFreedom(std::int64_t df);
 

@@ -40,14 +40,14 @@ struct Sample {
         }
         return sum;
     }
-    /// NaN where the denominator adds up to 0.
-    double estimate(std::span<const double> weights) const {
+    /// Absent where the denominator adds up to 0.
+    std::optional<double> estimate(std::span<const double> weights) const {
         const double sum = weightedSum(weights, y);
         if (isTotal()) {
             return sum;
         }
         const double denominator = weightedSum(weights, x);
-        return denominator == 0.0 ? std::nan("") : sum / denominator;
+        return denominator == 0.0 ? std::nullopt : std::optional(sum / denominator);
     }
 };
 
@@ -108,42 +108,37 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// NaN where no replicate gives an estimate.
-double replicateVariance(const Sample& sample,
-                         const ReplicateWeights& replicates,
-                         double estimate) {
-    std::vector<double> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(),
-                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
-    double count = 0.0;
-    double sum = 0.0;
-    double scaledSum = 0.0;
-    for (std::size_t r = 0; r < estimates.size(); ++r) {
-        if (std::isnan(estimates[r])) {
-            continue;
-        }
-        const double deviation = estimates[r] - estimate;
-        count += 1.0;
-        sum += deviation * deviation;
-        scaledSum += replicates.replicateScale
-                         ? (*replicates.replicateScale)[r] * deviation * deviation
-                         : 0.0;
-    }
-    if (count == 0.0) {
-        return std::nan("");
-    }
-    if (replicates.replicateScale) {
-        return scaledSum;
-    }
+/// The factor of the sum of squared deviations over `count` replicates.
+double replicateFactor(const ReplicateWeights& replicates, double count) {
     switch (replicates.type) {
         case ReplicateType::jackknife:
-            return (count - 1.0) / count * sum;
+            return (count - 1.0) / count;
         case ReplicateType::fayBRR:
-            return sum / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
+            return 1.0 / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
         case ReplicateType::balancedRepeatedReplication:
             break;
     }
-    return sum / count;
+    return 1.0 / count;
+}
+
+/// Over the replicates that give weight to the sample; absent where none does.
+std::optional<double> replicateVariance(const Sample& sample,
+                                        const ReplicateWeights& replicates,
+                                        double estimate) {
+    std::vector<std::optional<double>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(),
+                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
+    const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
+    std::optional<double> variance;
+    for (std::size_t r = 0; r < estimates.size(); ++r) {
+        if (estimates[r]) {
+            const double deviation = *estimates[r] - estimate;
+            const double scale =
+                replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
+            variance = variance.value_or(0.0) + scale * deviation * deviation;
+        }
+    }
+    return variance;
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -233,25 +228,29 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         block(result, wording::tooFewRows(result.validN));
         return;
     }
-    const double estimate = sample.estimate(design.weights);
-    if (std::isnan(estimate)) {
+    const std::optional<double> estimate = sample.estimate(design.weights);
+    if (!estimate) {
         block(result, wording::noWeight());
         return;
     }
-    const std::vector<double> scores = linearizedScores(sample, design.weights, estimate);
-    const double variance = design.replicateWeights
-                                ? replicateVariance(sample, *design.replicateWeights, estimate)
+    const std::vector<double> scores = linearizedScores(sample, design.weights, *estimate);
+    const std::optional<double> variance =
+        design.replicateWeights ? replicateVariance(sample, *design.replicateWeights, *estimate)
                                 : linearizedVariance(sample, scores, design);
-    if (std::isnan(variance)) {
+    if (!variance) {
         block(result, wording::noUsableReplicate());
         return;
     }
-    result.estimate = estimate;
+    if (!std::isfinite(*estimate) || !std::isfinite(*variance)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
+    result.estimate = *estimate;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    fillInterval(result, variance);
+    fillInterval(result, *variance);
     const double simple = simpleRandomVariance(scores);
     if (simple > 0.0) {
-        result.designEffect = variance / simple;
+        result.designEffect = *variance / simple;
     }
     Issues issues = design.readinessIssues();
     if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
