@@ -1,7 +1,10 @@
 #pragma once
 
 #include <algorithm>
-#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
 
 #include "Tests/Screens/ScreenWorkplace.h"
 
@@ -26,7 +29,7 @@ public:
     void stage(const ScreenContent& content) { state.addToReport(content.findings.front().item); }
 };
 
-/// The card of that title; null without one.
+/// Null where there is no such card.
 inline const Card* cardOf(const ScreenContent& content, const std::string& title) {
     const auto found = std::ranges::find(content.cards, title, &Card::title);
     return found == content.cards.end() ? nullptr : &*found;
