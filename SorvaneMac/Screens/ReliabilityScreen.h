@@ -27,7 +27,6 @@ private:
     std::optional<Gate> gate() const;
     /// The construct's name, or what stands for it while none is given.
     std::string constructTitle() const;
-    ReliabilityOptions options(const std::vector<std::string>& itemNames) const;
     ReliabilityResult analyze() const;
     Finding finding(const ReliabilityResult& result) const;
 
