@@ -9,6 +9,7 @@
 #include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/ScaleAnalysis.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -28,15 +29,6 @@ constexpr std::string_view flaggedText =
 /// The nearest whole percent, so that 85% is the same number as 17 of 20 items.
 double wholePercent(double share) {
     return std::round(100.0 * share) / 100.0;
-}
-
-std::string_view reportBand(double alpha) {
-    return alpha >= 0.9   ? "excellent"
-           : alpha >= 0.8 ? "good"
-           : alpha >= 0.7 ? "acceptable"
-           : alpha >= 0.6 ? "questionable"
-           : alpha >= 0.5 ? "poor"
-                          : "unacceptable";
 }
 
 ReportTable scaleTable(const ReliabilityResult& result) {
@@ -118,13 +110,8 @@ std::string reportCaution(const ReliabilityResult& result,
     return reversed.empty() ? text : text + " Reverse-coded before the analysis: " + reversed + ".";
 }
 
-/// Without both ends of its scale an item cannot be reversed.
-bool canBeReversed(const DataVariable& item) {
-    return item.scaleRange && item.scaleRange->minimum && item.scaleRange->maximum;
-}
-
 std::string_view adviceOnReversal(const DataVariable& item, bool isMarked) {
-    if (!canBeReversed(item)) {
+    if (!ScaleAnalysis::canBeReversed(item)) {
         return isMarked ? ". Rev has no effect on it, because the ends of its scale are not known; "
                           "if it is worded in reverse, recode it."
                         : ". If it is worded in reverse, recode it: Rev has no effect where the "
@@ -162,7 +149,7 @@ std::string reportSentence(const std::string& construct, const ReliabilityResult
     return "A reliability analysis was carried out on the " + construct +
            " scale (k = " + ResultText::count(static_cast<std::int64_t>(result.itemNames.size())) +
            " items; n = " + ResultText::count(result.casesUsed) + "). Internal consistency was " +
-           std::string(reportBand(*result.alpha)) +
+           std::string(ScaleAnalysis::reportBand(*result.alpha)) +
            ", Cronbach's α = " + svFmtBounded(result.alpha, 2) +
            ". Alpha is internal-consistency evidence only; it does not establish validity.";
 }
@@ -295,31 +282,10 @@ std::string ReliabilityScreen::constructTitle() const {
     return name.empty() ? "Unnamed" : name;
 }
 
-ReliabilityOptions ReliabilityScreen::options(const std::vector<std::string>& itemNames) const {
-    ReliabilityOptions options{.constructName = state_.scale.constructName.get(),
-                               .itemNames = itemNames,
-                               .missingDataRule = state_.scale.reliabilityMissingDataRule.get(),
-                               .scaleScoreMethod = state_.scale.scaleScoreMethod.get(),
-                               .minimumItemCompletion = state_.scale.minimumItemCompletion.get()};
-    for (const std::string& name : itemNames) {
-        const DataVariable& variable = *state_.dataset().variable(name);
-        if (state_.scale.reverseCodedItemNames->contains(name) && canBeReversed(variable)) {
-            options.reverseCoded.push_back({.item = name,
-                                            .minimum = variable.scaleRange->minimum,
-                                            .maximum = variable.scaleRange->maximum});
-        }
-    }
-    return options;
-}
-
 ReliabilityResult ReliabilityScreen::analyze() const {
-    const std::vector<std::string> names =
-        VariableLists::names(VariableLists::reliabilityVariables(state_.dataset()));
-    std::vector<NumericColumn> items;
-    for (const std::string& name : names) {
-        items.push_back(state_.dataset().numericColumn(name));
-    }
-    return ReliabilityAnalyzer::analyze(items, options(names));
+    return ScaleAnalysis::analyze(
+        state_, state_.scale.constructName.get(),
+        VariableLists::names(VariableLists::reliabilityVariables(state_.dataset())));
 }
 
 ScreenContent ReliabilityScreen::content() const {
@@ -369,7 +335,8 @@ Finding ReliabilityScreen::finding(const ReliabilityResult& result) const {
     item.table = itemTotalTable(
         result, {"Item", "M if deleted", "Var if deleted", "r", "α if deleted"}, reportDecimals);
     item.table->note = reportNote(construct, result);
-    item.caution = reportCaution(result, options(result.itemNames).reverseCoded);
+    item.caution = reportCaution(
+        result, ScaleAnalysis::options(state_, construct, result.itemNames).reverseCoded);
     item.figureCaption = "Corrected item-total correlations of the " + construct + " scale.";
     return {.item = std::move(item), .figure = itemTotalChart(result)};
 }

@@ -26,7 +26,6 @@ private:
     Json record() const override;
     /// The construct's name, or what stands for it while none is given.
     std::string constructTitle() const;
-    ReliabilityOptions options(const std::vector<std::string>& itemNames) const;
     ReliabilityResult analyze() const;
     Finding finding(const ReliabilityResult& result) const;
 

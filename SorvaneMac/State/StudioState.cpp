@@ -73,6 +73,7 @@ StudioState::StudioState(std::filesystem::path resources,
       derived(fields),
       editor(fields),
       cleaning(fields),
+      sharing(fields),
       selectedDescriptiveVariableName(
           fields, "selectedDescriptiveVariableName", {}, ResetRule::kept),
       selectedDescriptiveGroupName(fields, "selectedDescriptiveGroupName", {}, ResetRule::kept),
@@ -95,7 +96,8 @@ StudioState::StudioState(std::filesystem::path resources,
       projectObserver_(fields.observe([this](const AnyField& field) {
           const bool isKept = std::ranges::find(projectFields, field.name()) != projectFields.end();
           projectChanges_ += isKept ? 1 : 0;
-      })) {}
+      })),
+      preferences_(sharing.keepIn(fields, *defaults_)) {}
 
 StudioState::~StudioState() = default;
 

@@ -20,6 +20,7 @@
 #include "SorvaneMac/State/DerivedVariableFields.h"
 #include "SorvaneMac/State/Field.h"
 #include "SorvaneMac/State/ScaleFields.h"
+#include "SorvaneMac/State/SharingFields.h"
 #include "SorvaneMac/State/StudioScreen.h"
 #include "SorvaneMac/State/TaskRunner.h"
 #include "SorvaneMac/State/UserDefaults.h"
@@ -59,6 +60,7 @@ public:
     DerivedVariableFields derived;
     VariableEditorFields editor;
     CleaningFields cleaning;
+    SharingFields sharing;
 
     SpreadsheetImporter importer;
 
@@ -426,6 +428,7 @@ private:
     std::uint64_t projectChanges_ = 0;
     std::uint64_t savedChanges_ = 0;
     Subscription projectObserver_;
+    Subscription preferences_;
 };
 
 }  // namespace sorvane
