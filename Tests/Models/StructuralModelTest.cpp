@@ -108,6 +108,9 @@ TEST(SEMModelSpecParser, SaysWhatItCannotRead) {
         {"f =~ 1*2x", rightName + "\"2x\""},
         {"f =~ 1*", rightName + "\"\""},
         {"f =~ a-b", rightName + "\"a-b\""},
+        {"f =~ inf*a + b", "The multiplier \"inf\" of \"a\" is not a finite number."},
+        {"a ~~ -NaN * `b c`", "The multiplier \"-NaN\" of \"`b c`\" is not a finite number."},
+        {"a ~ 1e999*b", "The multiplier \"1e999\" of \"b\" is not a finite number."},
     };
     for (const auto& [text, message] : cases) {
         EXPECT_EQ(messageOf([&text = text] { return SEMModelSpecParser::parse(text); }), message)
