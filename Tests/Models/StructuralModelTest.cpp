@@ -135,6 +135,23 @@ TEST(SEMModel, FixesTheFirstIndicatorUnlessItHasAValue) {
     }
 }
 
+TEST(SEMModel, RefusesAPathOfTwoValues) {
+    const Texts columns = {"x1", "x2", "x3"};
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"f =~ x1 + x2\nf =~ 0.5*x1", "f =~ x1"},
+        {"f =~ x1 + 0.5*x2\nf =~ x2", "f =~ x2"},
+        {"x1 ~ 2*x2 + 3*x2", "x1 ~ x2"},
+        {"f =~ x1 + 0.5*x2\nx2 ~ f", "x2 ~ f"},
+    };
+    for (const auto& [text, path] : cases) {
+        EXPECT_EQ(messageOf([&text = text, &columns] { built(text, columns); }),
+                  "The model has the path \"" + path + "\" twice, with different values.")
+            << text;
+    }
+    EXPECT_EQ(built("x1 ~ 2*x2 + x3\nx1 ~ 2*x2", columns).freeCount,
+              built("x1 ~ 2*x2 + x3", columns).freeCount);
+}
+
 TEST(SEMModel, FreesWhatGoesWithoutSaying) {
     struct Case {
         int line;
