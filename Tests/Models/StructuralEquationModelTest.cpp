@@ -90,11 +90,18 @@ TEST(StructuralEquationModel, BlocksWhatCannotBeEstimated) {
     }
 }
 
-TEST(StructuralEquationModel, BlocksPathsThatCannotBeSolved) {
-    const auto result = Survey(50).fit("q1 ~ 1*q3\nq3 ~ 1*q1");
-    EXPECT_EQ(messages(*result), Texts{"Model-implied covariance could not be evaluated at the "
-                                       "solution."});
-    EXPECT_FALSE(result->converged);
+TEST(StructuralEquationModel, BlocksWhereNoStartImpliesACovariance) {
+    const Texts models = {"q1 ~ 1*q3\nq3 ~ 1*q1", "q1 ~~ 10*q2", "f =~ q1 + q3 + q5\nq1 ~~ -1*q1",
+                          "f =~ q1 + q3 + q5\ng =~ q2 + q4\nf ~~ 3*g", "q1 ~ 1000000*q2"};
+    for (const std::string& model : models) {
+        const auto result = Survey(50).fit(model);
+        EXPECT_EQ(messages(*result), Texts{"Model-implied covariance could not be evaluated at the "
+                                           "solution."})
+            << model;
+        EXPECT_FALSE(result->converged) << model;
+        EXPECT_TRUE(result->parameters.empty()) << model;
+        EXPECT_TRUE(std::isnan(result->discrepancy) && std::isnan(result->fit.chiSquare)) << model;
+    }
 }
 
 TEST(StructuralEquationModel, CautionsAboutSmallSamplesAndNegativeVariances) {

@@ -249,7 +249,8 @@ SEMEstimates estimate(const SEMModel& model,
             LinearAlgebra::invert(*information, static_cast<std::size_t>(model.freeCount));
     }
     result.standardErrors = standardErrors(model, units, information, n);
-    if (auto moments = form.moments(result.coefficients)) {
+    auto moments = form.moments(result.coefficients);
+    if (moments && found.objective < SEMDiscrepancy::unusable) {
         result.covariance = std::move(moments->covariance);
     }
     return result;

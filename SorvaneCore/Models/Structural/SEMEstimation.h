@@ -28,7 +28,8 @@ struct SEMEstimates {
     std::vector<double> coefficients{};
     /// Absent for fixed ones and where the information leaves none.
     std::vector<std::optional<double>> standardErrors{};
-    /// Of all variables, in the units of the data; absent where it cannot be had.
+    /// Of all variables, in the units of the data; absent where it cannot be had, or where that of
+    /// the observed ones is not positive definite.
     std::optional<std::vector<double>> covariance{};
     double discrepancy = std::numeric_limits<double>::quiet_NaN();
     bool converged = false;
