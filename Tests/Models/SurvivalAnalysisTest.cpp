@@ -169,6 +169,14 @@ TEST(CoxRegression, TellsOfAFitThatDoesNotSettle) {
     EXPECT_EQ(messages(result->readiness), (Texts{notConverged, fewEvents}));
 }
 
+TEST(CoxRegression, TriesAStepEightTimes) {
+    // An effect without bound, of which the information vanishes: a ninth try would still be taken.
+    const auto result =
+        cox({7, 18, 12, 6, 15, 5, 2, 16}, {1, 1, 1, 0, 1, 0, 1, 1}, {{4, 1, 4, 2, 3, 3, 6, 1}});
+    EXPECT_EQ(result->iterations, 33);
+    EXPECT_FALSE(result->converged);
+}
+
 TEST(CoxRegression, SaysWhatItNeeds) {
     struct Case {
         int line;

@@ -19,8 +19,7 @@ namespace {
 using Evaluation = CoxPartialLikelihood::Evaluation;
 
 constexpr double coefficientTolerance = 1e-8;
-constexpr double likelihoodSlack = 1e-12;
-constexpr int halvingLimit = 8;
+constexpr int mostTries = 8;
 constexpr std::size_t fewestEvents = 2;
 constexpr std::size_t fewEventsBelow = 10;
 
@@ -55,6 +54,13 @@ double largestEntry(const std::vector<double>& step) {
     return largest;
 }
 
+/// Whether the likelihood does not fall. The slack grows with it, as its rounding does; otherwise that
+/// would refuse the last steps of an ordinary fit.
+bool isNoLess(double now, double before) {
+    constexpr double slack = 1e-12;
+    return std::isfinite(now) && now >= before - slack * std::max(1.0, std::abs(before));
+}
+
 /// Where the iteration stands.
 struct State {
     std::vector<double> beta{};
@@ -70,14 +76,13 @@ double advance(State& state,
                const CoxPartialLikelihood& likelihood,
                const std::vector<double>& step) {
     double factor = 1.0;
-    for (int halving = 0; halving <= halvingLimit; ++halving, factor *= 0.5) {
+    for (int tried = 0; tried < mostTries; ++tried, factor *= 0.5) {
         std::vector<double> beta = state.beta;
         for (std::size_t j = 0; j < beta.size(); ++j) {
             beta[j] += factor * step[j];
         }
         Evaluation next = likelihood.at(beta);
-        if (!(std::isfinite(next.logLikelihood) &&
-              next.logLikelihood >= state.now.logLikelihood - likelihoodSlack)) {
+        if (!isNoLess(next.logLikelihood, state.now.logLikelihood)) {
             continue;
         }
         if (auto covariance = LinearAlgebra::invert(next.information, beta.size())) {
@@ -103,13 +108,11 @@ State iterated(const CoxPartialLikelihood& likelihood,
         ++result.iterations;
         const std::vector<double> step =
             LinearAlgebra::multiply(*state.covariance, p, p, state.now.score, 1);
-        const double largest = largestEntry(step);
         const double factor = advance(state, likelihood, step);
-        // Where not even the full step would move a coefficient, rounding has refused it.
-        result.converged = (factor > 0.0 ? factor : 1.0) * largest < coefficientTolerance;
         if (factor == 0.0) {
             break;
         }
+        result.converged = factor * largestEntry(step) < coefficientTolerance;
     }
     return state;
 }
