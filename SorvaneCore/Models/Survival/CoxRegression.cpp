@@ -61,7 +61,7 @@ bool isNoLess(double now, double before) {
     return std::isfinite(now) && now >= before - slack * std::max(1.0, std::abs(before));
 }
 
-/// Where the iteration stands.
+/// Where the iteration stands, in standard units.
 struct State {
     std::vector<double> beta{};
     Evaluation now{};
@@ -117,15 +117,18 @@ State iterated(const CoxPartialLikelihood& likelihood,
     return state;
 }
 
-void setCoefficients(CoxResult& result, const State& state, const CoxOptions& options) {
+void setCoefficients(CoxResult& result,
+                     const State& state,
+                     std::span<const double> units,
+                     const CoxOptions& options) {
     constexpr double smallestAlpha = 0.001;
     constexpr double largestAlpha = 0.999;
     const double alpha = std::clamp(1.0 - options.confidenceLevel, smallestAlpha, largestAlpha);
     const double critical = normalCritical(alpha, NormalCriticalSetting::narrow);
     const std::size_t p = state.beta.size();
     for (std::size_t j = 0; j < p; ++j) {
-        const double estimate = state.beta[j];
-        const double error = std::sqrt((*state.covariance)[j * p + j]);
+        const double estimate = state.beta[j] / units[j];
+        const double error = std::sqrt((*state.covariance)[j * p + j]) / units[j];
         const double z = estimate / error;
         result.coefficients.push_back(
             {.name = options.predictorNames[j],
@@ -190,13 +193,14 @@ std::optional<CoxResult> coxPH(const NumericColumn& time,
         block(result, rows, time.size(), SurvivalWording::tooFewForCox());
         return result;
     }
-    const State state = iterated(likelihoodOf(rows, predictors), options.maxIterations, result);
+    const CoxPartialLikelihood likelihood = likelihoodOf(rows, predictors);
+    const State state = iterated(likelihood, options.maxIterations, result);
     if (!state.covariance) {
         block(result, rows, time.size(), SurvivalWording::singularInformation());
         return result;
     }
     result.logLikelihood = state.now.logLikelihood;
-    setCoefficients(result, state, options);
+    setCoefficients(result, state, likelihood.units(), options);
     result.readiness = readinessOf(rows, time.size(), cautions(result, rows));
     return result;
 }
