@@ -149,6 +149,7 @@ bool StudioState::saveProject(const std::filesystem::path& file) {
     }
     currentProjectURL.set(wholePath(file));
     rememberRecentProject(file);
+    removeAbandonedReplacements(std::filesystem::path(*currentProjectURL.get()).parent_path());
     projectError.set(std::nullopt);
     sayOfProject("Saved " + fileName(file) + ".");
     savedChanges_ = projectChanges_;

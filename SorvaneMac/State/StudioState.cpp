@@ -258,6 +258,10 @@ void StudioState::noteAdoption() {
 
 void StudioState::resetAnalysisState() {
     fields.resetWithDataset();
+    forgetChangeMessages();
+    editor.rcMessage.reset();
+    editor.dvMessage.reset();
+    saveStatusMessage.set(std::nullopt);
 }
 
 void StudioState::refreshAnalysisDefaults() {

@@ -407,6 +407,8 @@ private:
     /// Says something that takes the place of what was said of saving.
     void sayBesideSaving(const std::string& message);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
+    /// Whether items were marked otherwise since the change that can be undone.
+    bool haveMarksChanged() const;
     std::string trimmedNote(StudioScreen screen) const;
     std::map<std::string, std::string> methodOptions() const;
     void postAction(std::string_view action);
@@ -419,9 +421,6 @@ private:
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
-    std::int64_t cellsTypedSinceChange_ = 0;
-    /// Rows and columns added, and roles changed, since the change that can be undone.
-    std::int64_t tableEditsSinceChange_ = 0;
     std::unique_ptr<AutosaveWriter> autosaveWriter_;
     /// Where the table of an opened project had come from, so that saving it again keeps that.
     std::string projectSourceKind_ = "unknown";
