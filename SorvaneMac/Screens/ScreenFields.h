@@ -8,7 +8,7 @@
 #include "SorvaneMac/Screens/InvarianceFields.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/Mediation/MediationFields.h"
-#include "SorvaneMac/Screens/MultilevelFields.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateFields.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
 #include "SorvaneMac/Screens/PrepareDataFields.h"

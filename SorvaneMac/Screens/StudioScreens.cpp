@@ -17,7 +17,7 @@
 #include "SorvaneMac/Screens/InvarianceScreen.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassScreen.h"
 #include "SorvaneMac/Screens/Mediation/MediationScreen.h"
-#include "SorvaneMac/Screens/MultilevelScreen.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelScreen.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateScreen.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"

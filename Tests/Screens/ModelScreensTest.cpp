@@ -356,6 +356,19 @@ TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
                   "Outcome family",
                   [&](auto& c) { choose(c, std::string(displayName(MultilevelFamily::poisson))); }),
               kept);
+    EXPECT_EQ(slopeAfter("Structure", [&](auto& c) { choose(c, "Crossed"); }), none);
+}
+
+TEST(ModelScreens, AChosenSlopeBecomesAPredictor) {
+    Workplace workplace;
+    workplace.set({{"mlPredictors", R"(["q1"])"}});
+    workplace.screens.appear(multilevel);
+    const Control control = controlOf(workplace.controls(multilevel), "Random slope");
+    const auto& choice = std::get<ChoiceControl>(control);
+    const auto at = std::ranges::find(choice.choices, "x1");
+    ASSERT_NE(at, choice.choices.end());
+    choice.set(static_cast<std::size_t>(at - choice.choices.begin()));
+    workplace.expectValues({{"mlRandomSlope", R"("x1")"}, {"mlPredictors", R"(["q1","x1"])"}});
 }
 
 struct GateCase {
@@ -434,8 +447,9 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlFamily", R"("ordinal")"}},
      "Ordinal models take one random intercept", ""},
     {__LINE__, multilevel, {{"mlPredictors", R"(["gone"])"}}, "A chosen column is missing", ""},
-    {__LINE__, multilevel, {{"mlTime", R"("gone")"}}, "Multilevel modeling is not in this version",
-     kept},
+    {__LINE__, multilevel, {{"mlRandomSlope", R"("gone")"}}, "A chosen column is missing", ""},
+    {__LINE__, multilevel, {{"mlTime", R"("gone")"}, {"mlFamily", R"("ordinal")"}},
+     "Ordinal multilevel modeling is not in this version", kept},
     {__LINE__, latentClass, {{"lcItems", R"(["q1"])"}}, "Select at least two indicators", ""},
     {__LINE__, latentClass, {{"lcClassCount", "4"}}, "There are too few complete cases",
      "Need at least 12 complete cases for a 4-class profile model."},

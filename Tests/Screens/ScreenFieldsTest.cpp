@@ -222,7 +222,8 @@ const std::vector<std::string> runFields = {"cmTTestRun",
                                             "drTreeRun",
                                             "lcSweepBasis",
                                             "lcResult",
-                                            "lcClassesResult"};
+                                            "lcClassesResult",
+                                            "mlResult"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:

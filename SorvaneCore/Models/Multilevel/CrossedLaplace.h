@@ -23,12 +23,27 @@ public:
     ///            factor
     double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
 
+    /// A level's most likely intercept, with the error that the curvature there stands for.
+    struct Mode {
+        double intercept = 0.0;
+        double error = 0.0;
+    };
+    /// Of each level of the first factor.
+    ///
+    /// Failure    no mode -> none
+    /// Cost       as `logLikelihood`, and O(levels b^2)
+    std::vector<Mode> modes(std::span<const double> predictor, double sigmaA, double sigmaB);
+
 private:
     struct Spread {
         double larger = 0.0;
         double smaller = 0.0;
     };
     struct State;
+
+    Spread spreadOf(double sigmaA, double sigmaB) const;
+    /// The diagonal of the inverse of the negative Hessian, of the first factor's levels.
+    std::vector<double> variances(const State& state) const;
 
     State at(const std::vector<double>& u, std::span<const double> predictor, Spread spread) const;
     /// The step to the mode of the parabola, in place of the gradient; false where there is none.

@@ -49,12 +49,13 @@ std::optional<MultilevelResult> fitLogisticThreeLevel(const MultilevelData& data
 std::optional<MultilevelResult> fitPoissonThreeLevel(const MultilevelData& data,
                                                      const MultilevelOptions& options);
 
-/// The departures of the clusters under a random intercept, with a slope or without, fitted to the
-/// same data, in order of first appearance.
+/// The departures of the clusters under a model fitted to the same data, in order of first
+/// appearance; those of the first factor where there are two.
 ///
-/// Input      `binomial` or `poisson`
+/// Input      `binomial` or `poisson`; three levels as the outer grouping and the inner one within
+///            it
 /// Method     the most likely values given the estimates; the errors are those of the curvature
-/// Failure    two factors, a result that is blocked or of another model -> none
+/// Failure    a result that is blocked or of another model -> none
 /// Cost       as a few evaluations of the fit
 std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
                                                     const MultilevelData& data,

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/MultilevelFields.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -70,6 +70,7 @@ MultilevelFields::MultilevelFields(FieldRegistry& fields)
       mlEstimator(fields, "mlEstimator", MultilevelEstimator::reml, ResetRule::kept),
       mlRandomSlope(fields, "mlRandomSlope"),
       mlCorrelateRandom(fields, "mlCorrelateRandom", true),
-      mlHasRun(fields, "mlHasRun") {}
+      mlHasRun(fields, "mlHasRun"),
+      mlResult(fields, "mlResult") {}
 
 }  // namespace sorvane

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelRun.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -13,7 +15,7 @@ std::string_view displayName(MultilevelFamily value);
 std::string_view displayName(MultilevelEstimator value);
 std::string_view displayName(MultilevelDFMethod value);
 
-/// The selections of Multilevel.
+/// The selections of Multilevel, and the model as it was last run.
 struct MultilevelFields {
     explicit MultilevelFields(FieldRegistry& fields);
 
@@ -29,6 +31,7 @@ struct MultilevelFields {
     Field<VariableName> mlRandomSlope;
     Field<bool> mlCorrelateRandom;
     Field<bool> mlHasRun;
+    Field<std::optional<MultilevelRun>> mlResult;
 };
 
 }  // namespace sorvane

@@ -1,0 +1,319 @@
+#include "SorvaneMac/Screens/Multilevel/MultilevelWords.h"
+
+#include <cmath>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::MultilevelWords {
+
+namespace {
+
+using enum MultilevelStructureKind;
+
+bool isGaussian(const MultilevelRun& run) {
+    return run.choice.family == MultilevelFamily::gaussian;
+}
+
+bool isLogistic(const MultilevelRun& run) {
+    return run.choice.family == MultilevelFamily::binomial;
+}
+
+/// "two-level model of score"
+std::string modelPhrase(const MultilevelChoice& choice) {
+    switch (choice.structure) {
+        case nested:
+            return "two-level model of " + choice.outcome;
+        case crossed:
+            return "cross-classified model of " + choice.outcome;
+        case threeLevel:
+            return "three-level nested model of " + choice.outcome;
+        case growth:
+            return "growth model of " + choice.outcome;
+        case autoregressive:
+            return "within-cluster autoregressive model of " + choice.outcome;
+    }
+    return "";
+}
+
+std::string structureText(const MultilevelChoice& choice) {
+    const std::string start =
+        choice.structure == growth ? "Growth convenience: " : "Random structure: ";
+    if (choice.hasTwoFactors()) {
+        return start + "(1 | " + choice.cluster + ") + (1 | " + choice.secondLabel() + ").";
+    }
+    if (choice.structure == autoregressive) {
+        return start + "(1 | cluster). The predictor " + choice.predictors.back() +
+               " is the outcome of the row before within cluster, ordered by time; random "
+               "intercept only.";
+    }
+    if (choice.slope.empty()) {
+        return start + "(1 | cluster).";
+    }
+    return choice.correlated ? start + "(1 | cluster) with a correlated slope, (1 + " +
+                                   choice.slope + " | cluster)."
+                             : start + "(1 | cluster) + (0 + " + choice.slope + " | cluster).";
+}
+
+std::string opening(const MultilevelRun& run) {
+    const std::string phrase = modelPhrase(run.choice);
+    if (isGaussian(run)) {
+        return std::string(displayName(run.result->estimator)) + " estimates from a " + phrase;
+    }
+    return (isLogistic(run) ? "Logistic multilevel " : "Poisson multilevel ") + phrase;
+}
+
+/// "t(18.16) = 6.71" or "z = 6.77"
+std::string testWords(const MultilevelFixedEffect& effect) {
+    constexpr double hundredth = 0.01;
+    if (!effect.df) {
+        return "z = " + svFmt(effect.z, 2);
+    }
+    const double df = std::round(*effect.df / hundredth) * hundredth;
+    const double whole = std::round(df);
+    return "t(" + ResultText::degreesOfFreedom(std::abs(df - whole) < hundredth / 2 ? whole : df) +
+           ") = " + svFmt(effect.z, 2);
+}
+
+std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& effect) {
+    std::string text = " The effect of " + effect.name + " was " +
+                       std::string(ResultText::significanceWords(effect.pValue)) + ", ";
+    if (isGaussian(run)) {
+        text += "B = " + svFmt(effect.estimate, 2) + ", SE = " + svFmt(effect.standardError, 2) +
+                ", 95% CI [" + svFmt(effect.lowerBound, 2) + ", " + svFmt(effect.upperBound, 2) +
+                "]";
+    } else {
+        text += (isLogistic(run) ? "OR = " : "RR = ") +
+                ResultText::ratio(std::exp(effect.estimate), 2) + ", 95% CI [" +
+                ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
+                ResultText::ratio(std::exp(effect.upperBound), 2) + "]";
+    }
+    return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";
+}
+
+std::string dfSentence(MultilevelDFMethod method) {
+    switch (method) {
+        case MultilevelDFMethod::wald:
+            return "p values use a Wald (normal) approximation.";
+        case MultilevelDFMethod::containment:
+            return "p values and confidence intervals use a containment t reference with a shared "
+                   "residual-style df.";
+        case MultilevelDFMethod::satterthwaite:
+            return "p values and confidence intervals use a Satterthwaite t reference "
+                   "(lmerTest-style) with coefficient-specific df.";
+        case MultilevelDFMethod::kenwardRoger:
+            return "p values and confidence intervals use Kenward–Roger adjusted SEs with "
+                   "Satterthwaite-style df on nested Gaussian LMMs. Crossed models use "
+                   "Satterthwaite df without the covariance adjustment.";
+    }
+    return "";
+}
+
+/// "n = 180 in 18 clusters of Subject; log likelihood = -871.81, REML criterion = 1743.63"
+std::string fitWords(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    std::string text = "n = " + ResultText::count(result.n) + " in " + clusters(run) +
+                       "; log likelihood = " + svFmt(result.logLikelihood, 2);
+    if (result.remlCriterion) {
+        return text + ", REML criterion = " + svFmt(*result.remlCriterion, 2);
+    }
+    const MultilevelReport::Criteria criteria = MultilevelReport::criteria(result);
+    return text + ", AIC = " + svFmt(criteria.aic, 2) + ", BIC = " + svFmt(criteria.bic, 2);
+}
+
+std::string ratioNote(const MultilevelRun& run) {
+    const bool isOdds = isLogistic(run);
+    const std::string ratio = isOdds ? "OR" : "RR";
+    const bool usesQuadrature = run.choice.slope.empty() && !run.choice.hasTwoFactors();
+    return fitWords(run) + ". B = " + (isOdds ? "logit" : "log rate") + " coefficient; " + ratio +
+           " = exp(B); SE = standard error of B; CI = confidence interval for " + ratio +
+           "; LL = lower limit; UL = upper limit. Fit uses " +
+           (usesQuadrature ? "adaptive Gauss–Hermite maximum likelihood (15 quadrature points)"
+                           : "Laplace maximum likelihood") +
+           ". Standard errors take the variances of the random effects as known.";
+}
+
+/// Of the variances of outer groups, inner groups and cases.
+std::string varianceShares(const MultilevelResult& result) {
+    double total = 0.0;
+    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
+        total += component.variance;
+    }
+    std::vector<std::string> shares;
+    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
+        shares.push_back(component.name + " " + svFmtBounded(component.variance / total, 2));
+    }
+    return " Shares of the total variance: " + ResultText::listed(shares) + ".";
+}
+
+std::string slopeNote(const MultilevelRun& run) {
+    std::string text = !run.choice.correlated
+                           ? " Random intercept and slope are independent (uncorrelated)."
+                       : run.result->randomEffectCorrelation
+                           ? " Intercept–slope correlation = " +
+                                 svFmtBounded(*run.result->randomEffectCorrelation, 2) + "."
+                           : " Intercept–slope correlation could not be had.";
+    if (run.result->icc) {
+        text += " With a random slope the ICC holds where " + run.choice.slope + " is 0.";
+    }
+    return text;
+}
+
+bool isCorrelationAtBound(const MultilevelRun& run) {
+    constexpr double bound = 0.9999;
+    return std::abs(run.result->randomEffectCorrelation.value_or(0.0)) > bound;
+}
+
+std::string whatToConfirm(MultilevelFamily family) {
+    std::string text =
+        "Confirm a numeric outcome, grouping factor(s) with enough levels, and complete cases.";
+    if (family == MultilevelFamily::binomial) {
+        text += " A logistic model needs an outcome coded 0 and 1.";
+    } else if (family == MultilevelFamily::poisson) {
+        text += " A Poisson model needs whole counts from 0.";
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string title(const MultilevelChoice& choice) {
+    const std::string family = choice.family == MultilevelFamily::binomial  ? "Logistic "
+                               : choice.family == MultilevelFamily::poisson ? "Poisson "
+                                                                            : "";
+    return "Estimates From a Multilevel " + family + "Model of " + choice.outcome;
+}
+
+std::string clusters(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    if (result.nClustersSecondary) {
+        return DatasetText::counted(result.nClusters, "level") + " of " + run.choice.cluster +
+               " and " + DatasetText::counted(*result.nClustersSecondary, "level") + " of " +
+               run.choice.secondLabel();
+    }
+    return DatasetText::counted(result.nClusters, "cluster") + " of " + run.choice.cluster;
+}
+
+std::string sentence(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    std::string text = opening(run) + ". " + structureText(run.choice) + " The model rests on " +
+                       DatasetText::counted(result.n, "case") + " in " + clusters(run) + ".";
+    for (std::size_t at = 1; at < result.fixedEffects.size(); ++at) {
+        text += effectWords(run, result.fixedEffects[at]);
+    }
+    if (result.icc) {
+        text += " The intraclass correlation was " + svFmtBounded(*result.icc, 2) + ".";
+    }
+    if (isLogistic(run)) {
+        text +=
+            " B is on the logit scale; OR = exp(B). p values use a normal (Wald) approximation.";
+    } else if (!isGaussian(run)) {
+        text += " B is on the log scale; RR = exp(B). p values use a normal (Wald) approximation.";
+    }
+    return text;
+}
+
+std::string fixedNote(const MultilevelRun& run) {
+    if (!isGaussian(run)) {
+        return ratioNote(run);
+    }
+    return fitWords(run) +
+           ". B = unstandardized coefficient; SE = standard error; CI = confidence interval; LL = "
+           "lower limit; UL = upper limit. Estimates use " +
+           std::string(displayName(run.result->estimator)) + "; " +
+           dfSentence(run.choice.dfMethod) +
+           " Coefficients describe association within a clustered design, not causation.";
+}
+
+std::string randomNote(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    std::string text = "Variance = random-effect variance; SD = standard deviation. Estimator: " +
+                       std::string(displayName(result.estimator)) + ".";
+    if (result.icc) {
+        text += " ICC = τ₀₀ / (τ₀₀ + σ²).";
+    } else if (run.choice.isCrossed()) {
+        text +=
+            " A nested ICC is not defined for crossed random intercepts; interpret the two "
+            "intercept variances separately.";
+    } else if (run.choice.isThreeLevel() && isGaussian(run)) {
+        text += varianceShares(result);
+    }
+    if (const std::optional<double> icc = MultilevelReport::latentICC(run)) {
+        text +=
+            " On the latent scale the ICC, τ₀₀ / (τ₀₀ + π²/3), is " + svFmtBounded(*icc, 2) + ".";
+    }
+    if (!run.choice.slope.empty()) {
+        text += slopeNote(run);
+    }
+    return text;
+}
+
+std::string caution(const MultilevelRun& run) {
+    std::string text;
+    if (isGaussian(run)) {
+        text =
+            "A coefficient joins what a predictor does within clusters and between them unless "
+            "it was centered; neither is causation.";
+    } else if (isLogistic(run)) {
+        text =
+            "Odds ratios hold within a cluster and are further from 1 than those of the whole "
+            "population. This is association, not causation.";
+    } else {
+        text =
+            "Rate ratios above 1 mean a higher expected count, below 1 mean a lower count. This "
+            "is association, not causation.";
+    }
+    if (run.choice.structure == autoregressive) {
+        text +=
+            " The lag shares the cluster's intercept, so its coefficient is biased, most of "
+            "all with few rows per cluster; it is the row before, whatever the gap in time.";
+    }
+    return text;
+}
+
+std::vector<std::string> warnings(const MultilevelRun& run) {
+    std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
+    if (isCorrelationAtBound(run)) {
+        warnings.emplace_back(
+            "The intercept–slope correlation is at its bound (singular fit); the data do not tell "
+            "the random effects apart. Fit them as independent, or leave the slope fixed.");
+    }
+    return warnings;
+}
+
+std::optional<std::string> onPValues(const MultilevelRun& run) {
+    constexpr std::int64_t manyClusters = 30;
+    if (!isGaussian(run)) {
+        return std::nullopt;
+    }
+    const MultilevelDFMethod method = run.choice.dfMethod;
+    const std::int64_t fewest = std::min(
+        run.result->nClusters, run.result->nClustersSecondary.value_or(run.result->nClusters));
+    if (method == MultilevelDFMethod::wald && fewest < manyClusters) {
+        return "The normal reference takes the variances as known and gives p values that are too "
+               "small with few clusters. Satterthwaite or Kenward–Roger t allows for that.";
+    }
+    if (method == MultilevelDFMethod::kenwardRoger &&
+        run.choice.estimator == MultilevelEstimator::ml) {
+        return "The Kenward–Roger adjustment is made for REML; on ML estimates, which are too "
+               "small in the variances, it corrects less than it should.";
+    }
+    return std::nullopt;
+}
+
+Gate couldNotFit(const MultilevelRun& run) {
+    const std::string lead = run.choice.outcome + " in " + run.choice.cluster;
+    if (!run.result) {
+        return {.title = "The model did not return a result",
+                .lead = lead,
+                .text = whatToConfirm(run.choice.family)};
+    }
+    return {.title = "The multilevel model could not be fitted",
+            .lead = lead,
+            .text = ResultText::obstacle(run.result->readiness)};
+}
+
+}  // namespace sorvane::MultilevelWords
