@@ -81,8 +81,8 @@ const std::vector<ModelCase> modelCases = {
      "| sample). The model rests on 144 cases in 24 levels of plate and 6 levels of sample.",
      {"Predictor", "B", "SE", "z", "p", "LL", "UL"},
      {"(Intercept)", "22.972", "0.809", "28.41", "< .001", "21.387", "24.557"},
-     {{"plate (Intercept)", "0.7169", "0.8467"}, {"sample (Intercept)", "3.73", "1.93"},
-      {"Residual", "0.3024", "0.5499"}},
+     {{"plate (Intercept)", "0.717", "0.847"}, {"sample (Intercept)", "3.731", "1.932"},
+      {"Residual", "0.302", "0.550"}},
      "Estimates use REML; p values use a Wald (normal) approximation. Coefficients describe",
      "A nested ICC is not defined for crossed random intercepts; interpret the two intercept "
      "variances separately.",
@@ -118,7 +118,7 @@ const std::vector<ModelCase> modelCases = {
      "842 cases in 15 clusters of herd. The effect of period2 was statistically significant, OR = "
      "0.37, 95% CI [0.20, 0.68], z = -3.2",
      {"Predictor", "B", "SE", "z", "p", "OR", "LL", "UL"}, {},
-     {{"herd (Intercept)", "0.4193", "0.6475"}},
+     {{"herd (Intercept)", "0.419", "0.648"}},
      ", AIC = 564.9",
      "Estimator: ML. On the latent scale the ICC, τ₀₀ / (τ₀₀ + π²/3), is .11.",
      {"Cluster intercepts: herd"}},

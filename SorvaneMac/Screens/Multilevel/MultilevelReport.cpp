@@ -18,9 +18,15 @@ bool isGaussian(const MultilevelRun& run) {
     return run.choice.family == MultilevelFamily::gaussian;
 }
 
-/// A variance with two decimals where it is large, and more where it is small.
-std::string varianceCell(double value) {
-    return svFmt(value, std::abs(value) < 1.0 ? 4 : 2);
+/// As many decimals as the smallest standard deviation that is not zero needs.
+int varianceDecimals(const MultilevelResult& result) {
+    double smallest = 1.0;
+    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
+        if (component.standardDeviation > 0.0) {
+            smallest = std::min({smallest, component.standardDeviation, component.variance});
+        }
+    }
+    return smallest >= 1.0 ? 2 : smallest >= 0.1 ? 3 : 4;
 }
 
 /// "3 to 20 cases each"
@@ -51,7 +57,8 @@ Tile betweenTile(const MultilevelRun& run) {
     if (const std::optional<double> icc = latentICC(run)) {
         return {"ICC (latent scale)", svFmtBounded(*icc, 2), "share of variance between clusters"};
     }
-    return {"Intercept SD", varianceCell(result.varianceComponents[0].standardDeviation),
+    return {"Intercept SD",
+            svFmt(result.varianceComponents[0].standardDeviation, varianceDecimals(result)),
             "between levels of " + run.choice.cluster};
 }
 
@@ -105,9 +112,10 @@ ReportTable varianceTable(const MultilevelRun& run) {
     ReportTable table;
     table.title = isGaussian(run) ? "Random Effects and Residual Variance" : "Random Effects";
     table.headers = {"Component", "Variance", "SD"};
+    const int decimals = varianceDecimals(*run.result);
     for (const MultilevelVarianceComponent& each : run.result->varianceComponents) {
         table.rows.push_back(
-            {each.name, varianceCell(each.variance), varianceCell(each.standardDeviation)});
+            {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
     }
     table.note = MultilevelWords::randomNote(run);
     return table;
