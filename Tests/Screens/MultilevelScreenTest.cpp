@@ -308,19 +308,20 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {
-    MultilevelRun run{.choice = {.outcome = "y", .cluster = "g", .slope = "x", .predictors = {"x"}},
-                      .result = MultilevelResult{},
-                      .lines = ClusterLines{}};
-    run.result->fixedEffects = {{.name = "(Intercept)"}, {.name = "x", .estimate = 1.0}};
+    const MultilevelChoice choice{
+        .outcome = "y", .cluster = "g", .slope = "x", .predictors = {"x"}};
+    MultilevelResult result;
+    result.fixedEffects = {{.name = "(Intercept)"}, {.name = "x", .estimate = 1.0}};
+    MultilevelCharts::Departures departures{.lines = MultilevelCharts::Lines{}};
     for (int c = 0; c < 1000; ++c) {
-        run.effects.push_back({.cluster = std::to_string(c),
-                               .n = 2,
-                               .intercept = c - 500.0,
-                               .interceptError = 1.0,
-                               .slope = -c / 1000.0});
-        run.lines->ranges.push_back({.minimum = 0.0, .maximum = c == 0 ? 0.0 : 1.0});
+        departures.clusters.push_back({.cluster = std::to_string(c),
+                                       .n = 2,
+                                       .intercept = c - 500.0,
+                                       .interceptError = 1.0,
+                                       .slope = -c / 1000.0});
+        departures.lines->ranges.push_back({.minimum = 0.0, .maximum = c == 0 ? 0.0 : 1.0});
     }
-    const std::vector<Chart> charts = MultilevelCharts::of(run);
+    const std::vector<Chart> charts = MultilevelCharts::of(choice, result, departures);
     ASSERT_EQ(charts.size(), 2U);
     EXPECT_EQ(std::get<LinePlot>(charts[0].plot).series[0].x.size(), 60U * 3U);
     EXPECT_NE(charts[0].subtitle.find("60 of 999 are drawn"), std::string::npos);

@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelAnalyses.h"
-#include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
@@ -91,8 +90,8 @@ private:
                           .tiles = MultilevelReport::tiles(run),
                           .tables = MultilevelReport::tables(run),
                           .note = MultilevelWords::fixedNote(run),
-                          .charts = MultilevelCharts::of(run),
-                          .figureCaption = MultilevelCharts::figureCaption(run),
+                          .charts = run.charts,
+                          .figureCaption = MultilevelWords::figureCaption(run),
                           .caution = MultilevelWords::caution(run),
                           .warnings = MultilevelWords::warnings(run)};
         report.checks = passedChecks(report.warnings);

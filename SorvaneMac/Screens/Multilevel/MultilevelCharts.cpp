@@ -45,7 +45,7 @@ std::string scaleOf(MultilevelFamily family) {
                                                  : "";
 }
 
-Chart caterpillar(const MultilevelRun& run, Effects effects, const std::string& factor) {
+Chart caterpillar(const MultilevelChoice& choice, Effects effects, const std::string& factor) {
     constexpr double normalCritical = 1.959963984540054;
     std::ranges::stable_sort(effects, std::greater<>(), &MultilevelClusterEffect::intercept);
     IntervalPlot plot{.reference = 0.0};
@@ -58,9 +58,9 @@ Chart caterpillar(const MultilevelRun& run, Effects effects, const std::string& 
     Chart chart;
     chart.title = "Cluster intercepts: " + factor;
     chart.subtitle = "Departures from the overall intercept with 95% intervals" +
-                     (run.choice.slope.empty() ? "." : ", where " + run.choice.slope + " is 0.") +
+                     (choice.slope.empty() ? "." : ", where " + choice.slope + " is 0.") +
                      partWords(effects.size(), mostRows);
-    chart.xLabel = "Departure of the intercept" + scaleOf(run.choice.family);
+    chart.xLabel = "Departure of the intercept" + scaleOf(choice.family);
     chart.plot = std::move(plot);
     return chart;
 }
@@ -82,7 +82,7 @@ struct FittedLine {
                 return predictor;
         }
     }
-    void addTo(LinePlot::Series& series, const ClusterLines::Range& range) const {
+    void addTo(LinePlot::Series& series, const Lines::Range& range) const {
         const int steps = family == MultilevelFamily::gaussian ? 1 : 24;
         for (int step = 0; step <= steps; ++step) {
             const double share = static_cast<double>(step) / steps;
@@ -93,108 +93,116 @@ struct FittedLine {
     }
 };
 
-/// The line of a cluster without departures.
-FittedLine typicalLine(const MultilevelRun& run) {
-    FittedLine line{.intercept = run.result->fixedEffects[0].estimate + run.lines->others,
-                    .family = run.choice.family};
-    for (const MultilevelFixedEffect& effect : run.result->fixedEffects) {
-        if (effect.name == run.choice.slope) {
-            line.slope = effect.estimate;
-        }
-    }
-    return line;
-}
+/// A model with a slope, and what its clusters depart by.
+struct LineModel {
+    const MultilevelChoice& choice;
+    const MultilevelResult& result;
+    const Effects& effects;
+    const Lines& lines;
 
-/// The clusters by their slope, those whose predictor varies.
-std::vector<std::size_t> clustersWithLines(const MultilevelRun& run) {
-    std::vector<std::size_t> clusters;
-    for (std::size_t c = 0; c < run.effects.size(); ++c) {
-        const ClusterLines::Range& range = run.lines->ranges[c];
-        if (range.minimum < range.maximum) {
-            clusters.push_back(c);
+    /// The line of a cluster without departures.
+    FittedLine typical() const {
+        FittedLine line{.intercept = result.fixedEffects[0].estimate + lines.others,
+                        .family = choice.family};
+        for (const MultilevelFixedEffect& effect : result.fixedEffects) {
+            if (effect.name == choice.slope) {
+                line.slope = effect.estimate;
+            }
         }
+        return line;
     }
-    std::ranges::stable_sort(clusters, {},
-                             [&run](std::size_t c) { return run.effects[c].slope.value_or(0.0); });
-    return clusters;
-}
+    /// By their slope, those whose predictor varies.
+    std::vector<std::size_t> clusters() const {
+        std::vector<std::size_t> found;
+        for (std::size_t c = 0; c < effects.size() && c < lines.ranges.size(); ++c) {
+            if (lines.ranges[c].minimum < lines.ranges[c].maximum) {
+                found.push_back(c);
+            }
+        }
+        std::ranges::stable_sort(found, {},
+                                 [this](std::size_t c) { return effects[c].slope.value_or(0.0); });
+        return found;
+    }
+};
 
 /// All clusters are one series, so that they look alike; gaps stand between their lines.
-LinePlot::Series clusterSeries(const MultilevelRun& run,
-                               const FittedLine& typical,
-                               const std::vector<std::size_t>& clusters) {
-    LinePlot::Series series{.name = "Clusters of " + run.choice.cluster};
+LinePlot::Series clusterSeries(const LineModel& model, const std::vector<std::size_t>& clusters) {
+    LinePlot::Series series{.name = "Clusters of " + model.choice.cluster};
     for (const std::size_t at : spread(clusters.size(), mostLines)) {
         const std::size_t c = clusters[at];
-        FittedLine line = typical;
-        line.intercept += run.effects[c].intercept;
-        line.slope += run.effects[c].slope.value_or(0.0);
-        line.addTo(series, run.lines->ranges[c]);
+        FittedLine line = model.typical();
+        line.intercept += model.effects[c].intercept;
+        line.slope += model.effects[c].slope.value_or(0.0);
+        line.addTo(series, model.lines.ranges[c]);
         series.x.push_back(series.x.back());
         series.y.push_back(std::numeric_limits<double>::quiet_NaN());
     }
     return series;
 }
 
-Chart lineChart(const MultilevelRun& run) {
-    const FittedLine typical = typicalLine(run);
-    const std::vector<std::size_t> clusters = clustersWithLines(run);
-    ClusterLines::Range all = run.lines->ranges.front();
-    for (const ClusterLines::Range& range : run.lines->ranges) {
+LinePlot::Series typicalSeries(const LineModel& model) {
+    Lines::Range all = model.lines.ranges.front();
+    for (const Lines::Range& range : model.lines.ranges) {
         all.minimum = std::min(all.minimum, range.minimum);
         all.maximum = std::max(all.maximum, range.maximum);
     }
-    LinePlot plot{.series = {clusterSeries(run, typical, clusters)}, .markers = false};
-    plot.series.push_back({.name = "Fixed effects alone"});
-    typical.addTo(plot.series.back(), all);
-    Chart chart;
-    chart.title = "Fitted lines by cluster";
-    chart.subtitle =
-        "Each over the cluster's own values of " + run.choice.slope +
-        (run.choice.predictors.size() > 1 ? "; other predictors at their means." : ".") +
-        partWords(clusters.size(), mostLines);
-    chart.xLabel = run.choice.slope;
-    chart.yLabel = run.choice.family == MultilevelFamily::binomial
-                       ? "Probability of " + run.choice.outcome + " = 1"
-                   : run.choice.family == MultilevelFamily::poisson
-                       ? "Expected " + run.choice.outcome
-                       : run.choice.outcome;
-    if (run.choice.family == MultilevelFamily::binomial) {
+    LinePlot::Series series{.name = "Fixed effects alone"};
+    model.typical().addTo(series, all);
+    return series;
+}
+
+std::string scaleName(const MultilevelChoice& choice) {
+    switch (choice.family) {
+        case MultilevelFamily::binomial:
+            return "Probability of " + choice.outcome + " = 1";
+        case MultilevelFamily::poisson:
+            return "Expected " + choice.outcome;
+        default:
+            return choice.outcome;
+    }
+}
+
+Chart lineChart(const LineModel& model, const std::vector<std::size_t>& clusters) {
+    const MultilevelChoice& choice = model.choice;
+    LinePlot plot{.series = {clusterSeries(model, clusters), typicalSeries(model)},
+                  .markers = false};
+    if (choice.family == MultilevelFamily::binomial) {
         plot.yRange = ValueRange{0.0, 1.0};
     }
+    Chart chart;
+    chart.title = "Fitted lines by cluster";
+    chart.subtitle = "Each over the cluster's own values of " + choice.slope +
+                     (choice.predictors.size() > 1 ? "; other predictors at their means." : ".") +
+                     partWords(clusters.size(), mostLines);
+    chart.xLabel = choice.slope;
+    chart.yLabel = scaleName(choice);
     chart.plot = std::move(plot);
     return chart;
 }
 
-bool hasLines(const MultilevelRun& run) {
-    return run.lines && run.lines->ranges.size() == run.effects.size() &&
-           !clustersWithLines(run).empty();
-}
-
 }  // namespace
 
-std::vector<Chart> of(const MultilevelRun& run) {
+std::vector<Chart> of(const MultilevelChoice& choice,
+                      const MultilevelResult& result,
+                      const Departures& departures) {
     std::vector<Chart> charts;
-    if (hasLines(run)) {
-        charts.push_back(lineChart(run));
+    if (departures.lines) {
+        const LineModel model{.choice = choice,
+                              .result = result,
+                              .effects = departures.clusters,
+                              .lines = *departures.lines};
+        const std::vector<std::size_t> clusters = model.clusters();
+        if (!clusters.empty()) {
+            charts.push_back(lineChart(model, clusters));
+        }
     }
-    if (differ(run.effects)) {
-        charts.push_back(caterpillar(run, run.effects, run.choice.cluster));
+    if (differ(departures.clusters)) {
+        charts.push_back(caterpillar(choice, departures.clusters, choice.cluster));
     }
-    if (differ(run.secondEffects)) {
-        charts.push_back(caterpillar(run, run.secondEffects, run.choice.secondLabel()));
+    if (differ(departures.second)) {
+        charts.push_back(caterpillar(choice, departures.second, choice.secondLabel()));
     }
     return charts;
-}
-
-std::string figureCaption(const MultilevelRun& run) {
-    if (hasLines(run)) {
-        return "Fitted lines of " + run.choice.outcome + " over " + run.choice.slope +
-               " by cluster (" + run.choice.cluster + "), with that of the fixed effects.";
-    }
-    return "Departures of the intercept of " + run.choice.outcome + " by " +
-           (differ(run.effects) ? run.choice.cluster : run.choice.secondLabel()) +
-           ", with 95% intervals.";
 }
 
 }  // namespace sorvane::MultilevelCharts

@@ -30,15 +30,13 @@ int varianceDecimals(const MultilevelResult& result) {
 }
 
 /// "3 to 20 cases each"
-std::string sizeWords(const std::vector<MultilevelClusterEffect>& effects) {
-    if (effects.empty()) {
+std::string sizeWords(const MultilevelRun::Sizes& sizes) {
+    if (sizes.most == 0) {
         return "";
     }
-    const auto [least, most] =
-        std::ranges::minmax_element(effects, {}, &MultilevelClusterEffect::n);
-    return least->n == most->n ? DatasetText::counted(least->n, "case") + " each"
-                               : ResultText::count(least->n) + " to " +
-                                     DatasetText::counted(most->n, "case") + " each";
+    return sizes.least == sizes.most ? DatasetText::counted(sizes.least, "case") + " each"
+                                     : ResultText::count(sizes.least) + " to " +
+                                           DatasetText::counted(sizes.most, "case") + " each";
 }
 
 Tile caseTile(const MultilevelResult& result) {
@@ -146,11 +144,11 @@ std::vector<Tile> tiles(const MultilevelRun& run) {
     const bool hasLevels = run.choice.hasTwoFactors();
     std::vector<Tile> tiles = {caseTile(result),
                                {(hasLevels ? "Levels of " : "Clusters of ") + run.choice.cluster,
-                                ResultText::count(result.nClusters), sizeWords(run.effects)}};
+                                ResultText::count(result.nClusters), sizeWords(run.sizes)}};
     if (result.nClustersSecondary) {
         tiles.push_back({"Levels of " + run.choice.secondLabel(),
                          ResultText::count(*result.nClustersSecondary),
-                         sizeWords(run.secondEffects)});
+                         sizeWords(run.secondSizes)});
     } else {
         tiles.push_back(betweenTile(run));
     }

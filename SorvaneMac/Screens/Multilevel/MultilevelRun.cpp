@@ -9,10 +9,14 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 
 namespace sorvane {
 
 namespace {
+
+using MultilevelCharts::Departures;
+using MultilevelCharts::Lines;
 
 constexpr double confidenceLevel = 0.95;
 
@@ -70,19 +74,19 @@ std::vector<MultilevelClusterEffect> secondEffectsOf(const MultilevelChoice& cho
     return effectsOf(choice, data, options, result);
 }
 
-std::optional<ClusterLines> linesOf(const MultilevelData& data,
-                                    const MultilevelOptions& options,
-                                    const MultilevelResult& result) {
+std::optional<Lines> linesOf(const MultilevelData& data,
+                             const MultilevelOptions& options,
+                             const MultilevelResult& result) {
     const std::optional<MultilevelRows> rows = MultilevelRows::of(data, options);
     if (!rows || !rows->slope) {
         return std::nullopt;
     }
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    ClusterLines lines{.ranges = std::vector<ClusterLines::Range>(
-                           rows->cluster.count(), {.minimum = infinity, .maximum = -infinity})};
+    Lines lines{.ranges = std::vector<Lines::Range>(rows->cluster.count(),
+                                                    {.minimum = infinity, .maximum = -infinity})};
     const std::vector<double>& slope = rows->predictors[*rows->slope];
     for (std::size_t i = 0; i < slope.size(); ++i) {
-        ClusterLines::Range& range = lines.ranges[rows->cluster.codes[i]];
+        Lines::Range& range = lines.ranges[rows->cluster.codes[i]];
         range.minimum = std::min(range.minimum, slope[i]);
         range.maximum = std::max(range.maximum, slope[i]);
     }
@@ -99,6 +103,15 @@ std::optional<ClusterLines> linesOf(const MultilevelData& data,
     return lines;
 }
 
+MultilevelRun::Sizes sizesOf(const std::vector<MultilevelClusterEffect>& effects) {
+    if (effects.empty()) {
+        return {};
+    }
+    const auto [least, most] =
+        std::ranges::minmax_element(effects, {}, &MultilevelClusterEffect::n);
+    return {.least = least->n, .most = most->n};
+}
+
 }  // namespace
 
 MultilevelRun MultilevelColumns::fitted() const {
@@ -112,13 +125,16 @@ MultilevelRun MultilevelColumns::fitted() const {
     if (!run.result || run.result->varianceComponents.empty()) {
         return run;
     }
-    run.effects = effectsOf(choice, columns, options, *run.result);
+    Departures departures{.clusters = effectsOf(choice, columns, options, *run.result)};
     if (choice.hasTwoFactors()) {
-        run.secondEffects = secondEffectsOf(choice, columns, options, *run.result);
+        departures.second = secondEffectsOf(choice, columns, options, *run.result);
     }
     if (!choice.slope.empty()) {
-        run.lines = linesOf(columns, options, *run.result);
+        departures.lines = linesOf(columns, options, *run.result);
     }
+    run.sizes = sizesOf(departures.clusters);
+    run.secondSizes = sizesOf(departures.second);
+    run.charts = MultilevelCharts::of(choice, *run.result, departures);
     return run;
 }
 

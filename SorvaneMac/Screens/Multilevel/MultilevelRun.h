@@ -1,13 +1,14 @@
 #pragma once
 
 #include <boost/describe/class.hpp>
-#include <memory>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelData.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelResult.h"
+#include "SorvaneMac/Screens/Chart.h"
 
 namespace sorvane {
 
@@ -50,31 +51,22 @@ BOOST_DESCRIBE_STRUCT(MultilevelChoice,
                        correlated,
                        predictors))
 
-/// What the fitted lines of clusters stand on.
-struct ClusterLines {
-    struct Range {
-        double minimum = 0.0;
-        double maximum = 0.0;
-
-        bool operator==(const Range&) const = default;
-    };
-    /// Of the slope's predictor, one per cluster.
-    std::vector<Range> ranges;
-    /// What the other predictors add to the linear predictor at their means.
-    double others = 0.0;
-
-    bool operator==(const ClusterLines&) const = default;
-};
-
 /// A multilevel model as it was run.
 struct MultilevelRun {
+    /// Cases of the smallest and of the largest cluster; zeros without a fit.
+    struct Sizes {
+        std::int64_t least = 0;
+        std::int64_t most = 0;
+
+        bool operator==(const Sizes&) const = default;
+    };
     MultilevelChoice choice;
     std::optional<MultilevelResult> result;
-    /// The departures of the clusters, and of the second factor's levels; none without a fit.
-    std::vector<MultilevelClusterEffect> effects;
-    std::vector<MultilevelClusterEffect> secondEffects;
-    /// With a slope.
-    std::optional<ClusterLines> lines;
+    Sizes sizes;
+    /// Of the second factor's levels.
+    Sizes secondSizes;
+    /// What sets the clusters apart, drawn from the cases of the run; may be empty.
+    std::vector<Chart> charts;
 
     bool operator==(const MultilevelRun&) const = default;
 };

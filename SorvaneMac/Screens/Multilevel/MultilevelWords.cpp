@@ -1,6 +1,8 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelWords.h"
 
+#include <algorithm>
 #include <cmath>
+#include <variant>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
@@ -302,6 +304,19 @@ std::optional<std::string> onPValues(const MultilevelRun& run) {
                "small in the variances, it corrects less than it should.";
     }
     return std::nullopt;
+}
+
+std::string figureCaption(const MultilevelRun& run) {
+    if (run.charts.empty()) {
+        return "";
+    }
+    const Chart& chart = run.charts.front();
+    if (std::holds_alternative<LinePlot>(chart.plot)) {
+        return chart.title + " (" + run.choice.cluster + "): " + run.choice.outcome + " over " +
+               run.choice.slope + ", with the line of the fixed effects alone.";
+    }
+    return chart.title + ". Departures of the intercept of " + run.choice.outcome +
+           " with 95% intervals.";
 }
 
 Gate couldNotFit(const MultilevelRun& run) {

@@ -27,6 +27,9 @@ std::vector<std::string> warnings(const MultilevelRun& run);
 /// What the chosen p-values rest on where that deserves a word; absent otherwise.
 std::optional<std::string> onPValues(const MultilevelRun& run);
 
+/// Of the first chart; empty where there is none.
+std::string figureCaption(const MultilevelRun& run);
+
 /// What is shown where a run has no result, or a blocked one.
 Gate couldNotFit(const MultilevelRun& run);
 
