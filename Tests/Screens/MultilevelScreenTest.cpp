@@ -258,7 +258,8 @@ const std::vector<CautionCase> cautionCases = {
      "Confirm a numeric outcome, grouping factor(s) with enough levels, and complete cases. A "
      "Poisson model needs whole counts from 0."},
     {__LINE__, "g,x,y\na,7,1\na,7,2\nb,7,4\nb,7,3\nb,7,5\n", {},
-     "The multilevel model did not converge to a usable solution."},
+     "The multilevel model did not converge to a usable solution. Look for a predictor that does not "
+     "vary or that repeats another, and for an outcome that the predictors tell exactly."},
     {__LINE__, "g,x,y\na,,1\na,2,\nb,,4\n", {},
      "Confirm a numeric outcome, grouping factor(s) with enough levels, and complete cases."},
 };

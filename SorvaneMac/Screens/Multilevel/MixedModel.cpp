@@ -1,6 +1,8 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelAnalyses.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelGates.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelNotes.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelWords.h"
@@ -47,7 +49,7 @@ public:
     std::string runLabel() const override { return std::string(MultilevelGuide::runLabel); }
 
     std::optional<Gate> gate() const override {
-        return MultilevelSelection::gate(state_.dataset(), fields_);
+        return MultilevelGates::gate(state_.dataset(), fields_);
     }
 
     std::string selection() const override {
@@ -89,7 +91,7 @@ private:
                           .sentence = MultilevelWords::sentence(run),
                           .tiles = MultilevelReport::tiles(run),
                           .tables = MultilevelReport::tables(run),
-                          .note = MultilevelWords::fixedNote(run),
+                          .note = MultilevelNotes::fixed(run),
                           .charts = run.charts,
                           .figureCaption = MultilevelWords::figureCaption(run),
                           .caution = MultilevelWords::caution(run),

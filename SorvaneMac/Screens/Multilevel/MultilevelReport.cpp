@@ -7,16 +7,12 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
-#include "SorvaneMac/Screens/Multilevel/MultilevelWords.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelNotes.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelReport {
 
 namespace {
-
-bool isGaussian(const MultilevelRun& run) {
-    return run.choice.family == MultilevelFamily::gaussian;
-}
 
 /// As many decimals as the smallest standard deviation that is not zero needs.
 int varianceDecimals(const MultilevelResult& result) {
@@ -91,7 +87,7 @@ ReportTable coefficientTable(const MultilevelRun& run) {
 }
 
 ReportTable ratioTable(const MultilevelRun& run) {
-    const std::string ratio = run.choice.family == MultilevelFamily::binomial ? "OR" : "RR";
+    const std::string ratio = run.choice.isLogistic() ? "OR" : "RR";
     ReportTable table;
     table.title = "Fixed Effects for " + run.choice.outcome;
     table.headers = {"Predictor", "B", "SE", "z", "p", ratio, "LL", "UL"};
@@ -108,14 +104,15 @@ ReportTable ratioTable(const MultilevelRun& run) {
 
 ReportTable varianceTable(const MultilevelRun& run) {
     ReportTable table;
-    table.title = isGaussian(run) ? "Random Effects and Residual Variance" : "Random Effects";
+    table.title =
+        run.choice.isGaussian() ? "Random Effects and Residual Variance" : "Random Effects";
     table.headers = {"Component", "Variance", "SD"};
     const int decimals = varianceDecimals(*run.result);
     for (const MultilevelVarianceComponent& each : run.result->varianceComponents) {
         table.rows.push_back(
             {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
     }
-    table.note = MultilevelWords::randomNote(run);
+    table.note = MultilevelNotes::random(run);
     return table;
 }
 
@@ -131,8 +128,7 @@ Criteria criteria(const MultilevelResult& result) {
 }
 
 std::optional<double> latentICC(const MultilevelRun& run) {
-    if (run.choice.family != MultilevelFamily::binomial || !run.choice.slope.empty() ||
-        run.choice.hasTwoFactors()) {
+    if (!run.choice.isLogistic() || !run.choice.slope.empty() || run.choice.hasTwoFactors()) {
         return std::nullopt;
     }
     const double variance = run.result->varianceComponents[0].variance;
@@ -157,7 +153,7 @@ std::vector<Tile> tiles(const MultilevelRun& run) {
 }
 
 std::vector<ReportTable> tables(const MultilevelRun& run) {
-    return {isGaussian(run) ? coefficientTable(run) : ratioTable(run), varianceTable(run)};
+    return {run.choice.isGaussian() ? coefficientTable(run) : ratioTable(run), varianceTable(run)};
 }
 
 }  // namespace sorvane::MultilevelReport

@@ -38,8 +38,8 @@ MultilevelOptions optionsOf(const MultilevelChoice& choice) {
 std::optional<MultilevelResult> fit(const MultilevelChoice& choice,
                                     const MultilevelData& data,
                                     const MultilevelOptions& options) {
-    const bool isLogistic = choice.family == MultilevelFamily::binomial;
-    if (choice.family == MultilevelFamily::gaussian) {
+    const bool isLogistic = choice.isLogistic();
+    if (choice.isGaussian()) {
         return MultilevelModel::fit(data, options);
     }
     if (choice.hasTwoFactors()) {
@@ -58,7 +58,7 @@ std::vector<MultilevelClusterEffect> effectsOf(const MultilevelChoice& choice,
                                                const MultilevelData& data,
                                                const MultilevelOptions& options,
                                                const MultilevelResult& result) {
-    return choice.family == MultilevelFamily::gaussian
+    return choice.isGaussian()
                ? MultilevelModel::clusterEffects(data, options, result)
                : MultilevelGLMM::clusterEffects(choice.family, data, options, result);
 }

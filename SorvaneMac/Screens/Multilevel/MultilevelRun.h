@@ -29,6 +29,8 @@ struct MultilevelChoice {
     /// With the slope and the outcome of the row before.
     std::vector<std::string> predictors;
 
+    bool isGaussian() const { return family == MultilevelFamily::gaussian; }
+    bool isLogistic() const { return family == MultilevelFamily::binomial; }
     bool isCrossed() const { return structure == MultilevelStructureKind::crossed; }
     bool isThreeLevel() const { return structure == MultilevelStructureKind::threeLevel; }
     bool hasTwoFactors() const { return isCrossed() || isThreeLevel(); }

@@ -1,28 +1,17 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
-#include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Screens/SetupForm.h"
 #include "SorvaneMac/State/StudioState.h"
 
 /// The selections that multilevel models of all families share.
 namespace sorvane::MultilevelSelection {
 
-/// Whether the structure has two groupings.
-bool hasSecondGrouping(const MultilevelFields& fields);
-
 /// Blanks a random slope that the structure or the family forbids or that is no predictor.
 void dropForbiddenSlope(MultilevelFields& fields);
 
 /// The outcome, the groupings, the time, the predictors and the random slope.
 void addVariables(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields);
-
-/// What keeps the model from running.
-std::optional<Gate> gate(const ImportedDataset& dataset, const MultilevelFields& fields);
 
 /// The model as it is chosen.
 MultilevelChoice choice(const ImportedDataset& dataset, const MultilevelFields& fields);

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <variant>
 
+#include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
-#include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelWords {
@@ -15,14 +15,6 @@ namespace sorvane::MultilevelWords {
 namespace {
 
 using enum MultilevelStructureKind;
-
-bool isGaussian(const MultilevelRun& run) {
-    return run.choice.family == MultilevelFamily::gaussian;
-}
-
-bool isLogistic(const MultilevelRun& run) {
-    return run.choice.family == MultilevelFamily::binomial;
-}
 
 /// "two-level model of score"
 std::string modelPhrase(const MultilevelChoice& choice) {
@@ -62,10 +54,10 @@ std::string structureText(const MultilevelChoice& choice) {
 
 std::string opening(const MultilevelRun& run) {
     const std::string phrase = modelPhrase(run.choice);
-    if (isGaussian(run)) {
+    if (run.choice.isGaussian()) {
         return std::string(displayName(run.result->estimator)) + " estimates from a " + phrase;
     }
-    return (isLogistic(run) ? "Logistic multilevel " : "Poisson multilevel ") + phrase;
+    return (run.choice.isLogistic() ? "Logistic multilevel " : "Poisson multilevel ") + phrase;
 }
 
 /// "t(18.16) = 6.71" or "z = 6.77"
@@ -83,85 +75,17 @@ std::string testWords(const MultilevelFixedEffect& effect) {
 std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& effect) {
     std::string text = " The effect of " + effect.name + " was " +
                        std::string(ResultText::significanceWords(effect.pValue)) + ", ";
-    if (isGaussian(run)) {
+    if (run.choice.isGaussian()) {
         text += "B = " + svFmt(effect.estimate, 2) + ", SE = " + svFmt(effect.standardError, 2) +
                 ", 95% CI [" + svFmt(effect.lowerBound, 2) + ", " + svFmt(effect.upperBound, 2) +
                 "]";
     } else {
-        text += (isLogistic(run) ? "OR = " : "RR = ") +
+        text += (run.choice.isLogistic() ? "OR = " : "RR = ") +
                 ResultText::ratio(std::exp(effect.estimate), 2) + ", 95% CI [" +
                 ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
                 ResultText::ratio(std::exp(effect.upperBound), 2) + "]";
     }
     return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";
-}
-
-std::string dfSentence(MultilevelDFMethod method) {
-    switch (method) {
-        case MultilevelDFMethod::wald:
-            return "p values use a Wald (normal) approximation.";
-        case MultilevelDFMethod::containment:
-            return "p values and confidence intervals use a containment t reference with a shared "
-                   "residual-style df.";
-        case MultilevelDFMethod::satterthwaite:
-            return "p values and confidence intervals use a Satterthwaite t reference "
-                   "(lmerTest-style) with coefficient-specific df.";
-        case MultilevelDFMethod::kenwardRoger:
-            return "p values and confidence intervals use Kenward–Roger adjusted SEs with "
-                   "Satterthwaite-style df on nested Gaussian LMMs. Crossed models use "
-                   "Satterthwaite df without the covariance adjustment.";
-    }
-    return "";
-}
-
-/// "n = 180 in 18 clusters of Subject; log likelihood = -871.81, REML criterion = 1743.63"
-std::string fitWords(const MultilevelRun& run) {
-    const MultilevelResult& result = *run.result;
-    std::string text = "n = " + ResultText::count(result.n) + " in " + clusters(run) +
-                       "; log likelihood = " + svFmt(result.logLikelihood, 2);
-    if (result.remlCriterion) {
-        return text + ", REML criterion = " + svFmt(*result.remlCriterion, 2);
-    }
-    const MultilevelReport::Criteria criteria = MultilevelReport::criteria(result);
-    return text + ", AIC = " + svFmt(criteria.aic, 2) + ", BIC = " + svFmt(criteria.bic, 2);
-}
-
-std::string ratioNote(const MultilevelRun& run) {
-    const bool isOdds = isLogistic(run);
-    const std::string ratio = isOdds ? "OR" : "RR";
-    const bool usesQuadrature = run.choice.slope.empty() && !run.choice.hasTwoFactors();
-    return fitWords(run) + ". B = " + (isOdds ? "logit" : "log rate") + " coefficient; " + ratio +
-           " = exp(B); SE = standard error of B; CI = confidence interval for " + ratio +
-           "; LL = lower limit; UL = upper limit. Fit uses " +
-           (usesQuadrature ? "adaptive Gauss–Hermite maximum likelihood (15 quadrature points)"
-                           : "Laplace maximum likelihood") +
-           ". Standard errors take the variances of the random effects as known.";
-}
-
-/// Of the variances of outer groups, inner groups and cases.
-std::string varianceShares(const MultilevelResult& result) {
-    double total = 0.0;
-    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
-        total += component.variance;
-    }
-    std::vector<std::string> shares;
-    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
-        shares.push_back(component.name + " " + svFmtBounded(component.variance / total, 2));
-    }
-    return " Shares of the total variance: " + ResultText::listed(shares) + ".";
-}
-
-std::string slopeNote(const MultilevelRun& run) {
-    std::string text = !run.choice.correlated
-                           ? " Random intercept and slope are independent (uncorrelated)."
-                       : run.result->randomEffectCorrelation
-                           ? " Intercept–slope correlation = " +
-                                 svFmtBounded(*run.result->randomEffectCorrelation, 2) + "."
-                           : " Intercept–slope correlation could not be had.";
-    if (run.result->icc) {
-        text += " With a random slope the ICC holds where " + run.choice.slope + " is 0.";
-    }
-    return text;
 }
 
 bool isCorrelationAtBound(const MultilevelRun& run) {
@@ -178,6 +102,17 @@ std::string whatToConfirm(MultilevelFamily family) {
         text += " A Poisson model needs whole counts from 0.";
     }
     return text;
+}
+
+/// What blocks the model, and what to look for where the message alone does not tell.
+std::string obstacle(const MultilevelResult& result) {
+    const std::string text = ResultText::obstacle(result.readiness);
+    const bool isUnusable = text == MultilevelWording::notConverged() ||
+                            text == MultilevelWording::crossedNotConverged();
+    return isUnusable ? text +
+                            " Look for a predictor that does not vary or that repeats another, "
+                            "and for an outcome that the predictors tell exactly."
+                      : text;
 }
 
 }  // namespace
@@ -209,64 +144,30 @@ std::string sentence(const MultilevelRun& run) {
     if (result.icc) {
         text += " The intraclass correlation was " + svFmtBounded(*result.icc, 2) + ".";
     }
-    if (isLogistic(run)) {
+    if (run.choice.isLogistic()) {
         text +=
             " B is on the logit scale; OR = exp(B). p values use a normal (Wald) approximation.";
-    } else if (!isGaussian(run)) {
+    } else if (!run.choice.isGaussian()) {
         text += " B is on the log scale; RR = exp(B). p values use a normal (Wald) approximation.";
-    }
-    return text;
-}
-
-std::string fixedNote(const MultilevelRun& run) {
-    if (!isGaussian(run)) {
-        return ratioNote(run);
-    }
-    return fitWords(run) +
-           ". B = unstandardized coefficient; SE = standard error; CI = confidence interval; LL = "
-           "lower limit; UL = upper limit. Estimates use " +
-           std::string(displayName(run.result->estimator)) + "; " +
-           dfSentence(run.choice.dfMethod) +
-           " Coefficients describe association within a clustered design, not causation.";
-}
-
-std::string randomNote(const MultilevelRun& run) {
-    const MultilevelResult& result = *run.result;
-    std::string text = "Variance = random-effect variance; SD = standard deviation. Estimator: " +
-                       std::string(displayName(result.estimator)) + ".";
-    if (result.icc) {
-        text += " ICC = τ₀₀ / (τ₀₀ + σ²).";
-    } else if (run.choice.isCrossed()) {
-        text +=
-            " A nested ICC is not defined for crossed random intercepts; interpret the two "
-            "intercept variances separately.";
-    } else if (run.choice.isThreeLevel() && isGaussian(run)) {
-        text += varianceShares(result);
-    }
-    if (const std::optional<double> icc = MultilevelReport::latentICC(run)) {
-        text +=
-            " On the latent scale the ICC, τ₀₀ / (τ₀₀ + π²/3), is " + svFmtBounded(*icc, 2) + ".";
-    }
-    if (!run.choice.slope.empty()) {
-        text += slopeNote(run);
     }
     return text;
 }
 
 std::string caution(const MultilevelRun& run) {
     std::string text;
-    if (isGaussian(run)) {
+    if (run.choice.isGaussian()) {
         text =
             "A coefficient joins what a predictor does within clusters and between them unless "
             "it was centered; neither is causation.";
-    } else if (isLogistic(run)) {
+    } else if (run.choice.isLogistic()) {
         text =
             "Odds ratios hold within a cluster and are further from 1 than those of the whole "
             "population. This is association, not causation.";
     } else {
         text =
             "Rate ratios above 1 mean a higher expected count, below 1 mean a lower count. This "
-            "is association, not causation.";
+            "is association, not causation. Whether counts vary more than Poisson within "
+            "clusters is not checked; if they do, the standard errors are too small.";
     }
     if (run.choice.structure == autoregressive) {
         text +=
@@ -288,7 +189,7 @@ std::vector<std::string> warnings(const MultilevelRun& run) {
 
 std::optional<std::string> onPValues(const MultilevelRun& run) {
     constexpr std::int64_t manyClusters = 30;
-    if (!isGaussian(run)) {
+    if (!run.choice.isGaussian()) {
         return std::nullopt;
     }
     const MultilevelDFMethod method = run.choice.dfMethod;
@@ -328,7 +229,7 @@ Gate couldNotFit(const MultilevelRun& run) {
     }
     return {.title = "The multilevel model could not be fitted",
             .lead = lead,
-            .text = ResultText::obstacle(run.result->readiness)};
+            .text = obstacle(*run.result)};
 }
 
 }  // namespace sorvane::MultilevelWords

@@ -7,18 +7,13 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelRun.h"
 #include "SorvaneMac/Screens/ScreenContent.h"
 
-/// The sentences of a multilevel model. All take a run that was fitted, but for the gates.
+/// The sentences of a multilevel model beside its notes. All take a run that was fitted, but for the gates.
 namespace sorvane::MultilevelWords {
 
 /// "Estimates From a Multilevel Model of score"
 std::string title(const MultilevelChoice& choice);
 /// The finding's text: the model, its random part, its clusters and its effects.
 std::string sentence(const MultilevelRun& run);
-
-/// Under the table of fixed effects.
-std::string fixedNote(const MultilevelRun& run);
-/// Under the table of variances.
-std::string randomNote(const MultilevelRun& run);
 
 /// What not to claim from the model.
 std::string caution(const MultilevelRun& run);

@@ -1,4 +1,5 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelAnalyses.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelGates.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
 #include "SorvaneMac/Screens/PlannedAnalysis.h"
@@ -25,7 +26,7 @@ public:
 private:
     std::string_view name() const override { return "Ordinal multilevel modeling"; }
     std::optional<Gate> selectionGate() const override {
-        return MultilevelSelection::gate(state_.dataset(), fields_);
+        return MultilevelGates::gate(state_.dataset(), fields_);
     }
 };
 
