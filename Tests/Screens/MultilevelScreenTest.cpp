@@ -300,6 +300,17 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
     EXPECT_EQ(cardOf(boundary, "Cautions")->cautions.back(),
               "Cluster intercept variance is near zero (boundary).");
 
+    ReferenceStudy ticks("grouseticks.csv");
+    const ScreenContent counts = ticks.shown(multilevel, {{"mlStructure", R"("threeLevel")"},
+                                                          {"mlFamily", R"("poisson")"},
+                                                          {"mlOutcome", R"("TICKS")"},
+                                                          {"mlCluster", R"("LOCATION")"},
+                                                          {"mlCluster2", R"("BROOD")"},
+                                                          {"mlPredictors", R"(["cH"])"}});
+    EXPECT_EQ(chartTitles(counts), (Cells{"Cluster intercepts: LOCATION:BROOD"}));
+    EXPECT_EQ(cardOf(counts, "Cautions")->cautions.back(),
+              "The variance of LOCATION (Intercept) is near zero (boundary).");
+
     ReferenceStudy sleep("sleepstudy.csv");
     const ScreenContent clean = sleep.shown(multilevel, {{"mlOutcome", R"("Reaction")"},
                                                          {"mlCluster", R"("Subject")"},
@@ -313,6 +324,7 @@ TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {
         .outcome = "y", .cluster = "g", .slope = "x", .predictors = {"x"}};
     MultilevelResult result;
     result.fixedEffects = {{.name = "(Intercept)"}, {.name = "x", .estimate = 1.0}};
+    result.varianceComponents = {{.variance = 4.0}, {.variance = 1.0}, {.variance = 1.0}};
     MultilevelCharts::Departures departures{.lines = MultilevelCharts::Lines{}};
     for (int c = 0; c < 1000; ++c) {
         departures.clusters.push_back({.cluster = std::to_string(c),

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelCharts {
@@ -32,11 +33,6 @@ std::string partWords(std::size_t count, std::size_t most) {
                          : " " + ResultText::count(static_cast<std::int64_t>(most)) + " of " +
                                ResultText::count(static_cast<std::int64_t>(count)) +
                                " are drawn, evenly spaced in order.";
-}
-
-bool differ(const Effects& effects) {
-    return std::ranges::any_of(
-        effects, [](const MultilevelClusterEffect& effect) { return effect.interceptError > 0.0; });
 }
 
 std::string scaleOf(MultilevelFamily family) {
@@ -196,10 +192,10 @@ std::vector<Chart> of(const MultilevelChoice& choice,
             charts.push_back(lineChart(model, clusters));
         }
     }
-    if (differ(departures.clusters)) {
+    if (!departures.clusters.empty() && !MultilevelReport::isNearZero(choice, result, 0)) {
         charts.push_back(caterpillar(choice, departures.clusters, choice.cluster));
     }
-    if (differ(departures.second)) {
+    if (!departures.second.empty() && !MultilevelReport::isNearZero(choice, result, 1)) {
         charts.push_back(caterpillar(choice, departures.second, choice.secondLabel()));
     }
     return charts;

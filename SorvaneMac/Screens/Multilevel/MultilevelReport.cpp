@@ -135,6 +135,17 @@ std::optional<double> latentICC(const MultilevelRun& run) {
     return variance / (variance + std::numbers::pi * std::numbers::pi / 3.0);
 }
 
+bool isNearZero(const MultilevelChoice& choice,
+                const MultilevelResult& result,
+                std::size_t component) {
+    // As the cautions of linear models have it; the scale of the others is that of their link.
+    const double bound = choice.isGaussian()
+                             ? 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
+                             : 1e-6;
+    return component < result.varianceComponents.size() &&
+           result.varianceComponents[component].variance < bound;
+}
+
 std::vector<Tile> tiles(const MultilevelRun& run) {
     const MultilevelResult& result = *run.result;
     const bool hasLevels = run.choice.hasTwoFactors();

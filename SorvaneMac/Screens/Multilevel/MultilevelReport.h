@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -20,6 +21,11 @@ Criteria criteria(const MultilevelResult& result);
 /// The share of the intercept's variance on the scale on which a logistic model's cases have the
 /// variance pi^2/3; absent for other models.
 std::optional<double> latentICC(const MultilevelRun& run);
+
+/// Whether the variance of a random effect is at its bound, by its place among the components.
+bool isNearZero(const MultilevelChoice& choice,
+                const MultilevelResult& result,
+                std::size_t component);
 
 std::vector<Tile> tiles(const MultilevelRun& run);
 /// The fixed effects, and the variances with their note.

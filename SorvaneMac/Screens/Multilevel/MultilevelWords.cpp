@@ -8,6 +8,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelWords {
@@ -179,6 +180,13 @@ std::string caution(const MultilevelRun& run) {
 
 std::vector<std::string> warnings(const MultilevelRun& run) {
     std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
+    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
+    for (std::size_t at = 0; at < components.size() && !run.choice.isGaussian(); ++at) {
+        if (MultilevelReport::isNearZero(run.choice, *run.result, at)) {
+            warnings.push_back("The variance of " + components[at].name +
+                               " is near zero (boundary).");
+        }
+    }
     if (isCorrelationAtBound(run)) {
         warnings.emplace_back(
             "The intercept–slope correlation is at its bound (singular fit); the data do not tell "
