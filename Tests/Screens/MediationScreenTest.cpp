@@ -152,7 +152,7 @@ TEST(MediationScreen, SaysWhatSpeaksAgainstAReading) {
 TEST(MediationScreen, EachAnalysisKeepsItsOwnRun) {
     ReferenceStudy study("talor.csv");
     study.shown(mediation, indirect);
-    study.set({{"medMode", R"("moderation")"}, {"medX", R"("age")"}});
+    study.set({{"medMode", R"("moderation")"}, {"medX", R"("age")"}, {"medW", R"("gender")"}});
     EXPECT_EQ(study.screens.at(mediation).content().gate->title, "Ready to run");
     study.set({{"medMode", R"("mediation")"}});
     const ScreenContent content = study.screens.at(mediation).content();

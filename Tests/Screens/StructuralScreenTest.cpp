@@ -83,7 +83,7 @@ TEST(StructuralScreen, AFactorModelGoesIntoTheReport) {
     const Card* fitCard = cardOf(content, "Model fit");
     ASSERT_NE(fitCard, nullptr);
     EXPECT_EQ(fitCard->passages.front().text,
-              "BF₁₀ < 0.0001: extreme evidence for the saturated model over the fitted model.");
+              "BF₁₀ > 10000: extreme evidence for the fitted model over the saturated model.");
     EXPECT_EQ(cardOf(content, "The model as it was fitted")->preformatted, threeFactors);
 }
 
