@@ -141,7 +141,7 @@ std::vector<Tile> tiles(const MediationResult& result) {
     return {
         {"Indirect effect", svFmt(result.indirect, decimalsOfIndirect(result)),
          "95% CI " + intervalText(result)},
-        {"Zero in the interval", excludesZero(result) ? "no" : "yes",
+        {"Interval excludes zero", excludesZero(result) ? "yes" : "no",
          excludesZero(result) ? "statistically significant" : "not statistically significant"},
         {"Direct effect (c′)", effect(result.cPrime), ResultText::pSentence(result.cPrime.pValue)},
         {"Total effect (c)", effect(result.cTotal), ResultText::pSentence(result.cTotal.pValue)},

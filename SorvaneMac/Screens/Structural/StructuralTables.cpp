@@ -113,6 +113,11 @@ ReportTable parameterTable(const SEMResult& result) {
     }
     table.note = "Maximum-likelihood estimates (marker-variable identification). Model fit: " +
                  fitText(result) + ".";
+    const std::int64_t rows = result.readiness->totalRows;
+    if (result.n < rows) {
+        *table.note += " Listwise deletion: " + ResultText::count(result.n) + " of " +
+                       ResultText::count(rows) + " rows are complete.";
+    }
     return table;
 }
 
