@@ -183,6 +183,14 @@ TEST(StructuralScreen, PreviewsAModelAndKeepsAFitInViewWhileItIsRewritten) {
     EXPECT_EQ(screen.result()["fit"]["degreesOfFreedom"], Json(24));
 }
 
+TEST(StructuralScreen, SmallCoefficientsKeepTheirDigits) {
+    ReferenceStudy study("mtcars.csv");
+    const ScreenContent content = study.shown(sem, modelOf("wt ~ disp\nmpg ~ disp + wt"));
+    const ReportTable& table = *content.findings.front().item.table;
+    EXPECT_EQ(rowOf(table, "wt ~ disp")[1], "0.00701");
+    EXPECT_EQ(rowOf(table, "wt ~ disp")[2], "0.00064");
+}
+
 TEST(StructuralScreen, IncompleteRowsAreToldOf) {
     ReferenceStudy study("airquality.csv");
     const ScreenContent content = study.shown(sem, modelOf("Ozone ~ Wind + Temp"));
