@@ -87,6 +87,14 @@ ReportTable pathTable(const MediationRun& run) {
     return table;
 }
 
+std::string noteOn(const MediationVariables& variables) {
+    if (variables.covariates.empty()) {
+        return std::string(note);
+    }
+    return std::string(note) +
+           " Covariates of all three models: " + ResultText::listed(variables.covariates) + ".";
+}
+
 /// Two digits of a standard error of the size that the interval has.
 int decimalsOfIndirect(const MediationResult& result) {
     constexpr double errorsWide = 4.0;
@@ -233,7 +241,7 @@ private:
              .sentence = sentence(run),
              .tiles = tiles(*run.result),
              .tables = {pathTable(run), indirectTable(run)},
-             .note = std::string(note),
+             .note = noteOn(run.variables),
              .charts = {pathFigure(run)},
              .figureCaption = "Mediation of the effect of " + x + " on " + y + " through " + m +
                               ": unstandardized coefficients, with the total effect in "
