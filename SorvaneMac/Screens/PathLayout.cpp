@@ -4,6 +4,8 @@
 #include <cmath>
 #include <functional>
 
+#include "SorvaneMac/Screens/PathFaults.h"
+
 namespace sorvane::PathLayout {
 
 namespace {
@@ -13,20 +15,12 @@ using Shape = PathDiagram::Shape;
 using Place = PathPlaces::Place;
 using Owners = std::vector<std::optional<std::size_t>>;
 
-/// What a node takes from its middle on, in columns and rows, with some air.
-constexpr double halfWidth = 0.3;
-constexpr double halfHeight = 0.6;
 /// How often the order of rows is gone through for a better one, and of how many nodes at most.
 constexpr int mostRounds = 5;
 constexpr std::size_t mostOrdered = 24;
 
-bool isWhole(const PathDiagram& diagram, const PathDiagram::Path& path) {
-    const std::size_t count = diagram.nodes.size();
-    return path.from < count && path.to < count && path.from != path.to;
-}
-
 bool isDirected(const PathDiagram& diagram, const PathDiagram::Path& path) {
-    return path.arrow == Arrow::directed && isWhole(diagram, path);
+    return path.arrow == Arrow::directed && PathFaults::joinsTwo(diagram, path);
 }
 
 /// The latent node beside which each node stands as an indicator; absent for all other nodes.
@@ -78,50 +72,6 @@ std::vector<int> columnsOf(const PathDiagram& diagram, const Owners& owners) {
     return depth;
 }
 
-/// Whether the line between two nodes runs through a third one, of a column that it passes.
-bool isClash(const Place& from, const Place& to, const Place& node) {
-    if (node.column <= from.column || node.column >= to.column) {
-        return false;
-    }
-    const double start = from.column + halfWidth;
-    const double slope = (to.row - from.row) / (to.column - halfWidth - start);
-    const double left = from.row + slope * (node.column - halfWidth - start);
-    const double right = from.row + slope * (node.column + halfWidth - start);
-    return std::max(left, right) > node.row - halfHeight &&
-           std::min(left, right) < node.row + halfHeight;
-}
-
-/// What speaks against a layout.
-struct Faults {
-    /// Lines through nodes.
-    int clashes = 0;
-    /// Of directed lines between columns, from row to row.
-    double length = 0.0;
-};
-
-/// Clashes count first; lengths that differ by rounding alone are the same.
-bool isLess(const Faults& a, const Faults& b) {
-    constexpr double rounding = 1e-6;
-    return a.clashes < b.clashes || (a.clashes == b.clashes && a.length < b.length - rounding);
-}
-
-Faults faultsOf(const PathDiagram& diagram, const std::vector<Place>& places) {
-    Faults faults;
-    for (const PathDiagram::Path& path : diagram.paths) {
-        if (!isWhole(diagram, path) || places[path.from].column == places[path.to].column) {
-            continue;
-        }
-        const bool isForward = places[path.from].column < places[path.to].column;
-        const Place& from = places[isForward ? path.from : path.to];
-        const Place& to = places[isForward ? path.to : path.from];
-        for (const Place& node : places) {
-            faults.clashes += isClash(from, to, node) ? 1 : 0;
-        }
-        faults.length += path.arrow == Arrow::directed ? std::abs(from.row - to.row) : 0.0;
-    }
-    return faults;
-}
-
 /// A layout with indicators in a last column.
 class Banded {
 public:
@@ -140,7 +90,7 @@ public:
 
     PathPlaces best() {
         PathPlaces best = placed();
-        Faults fewest = faultsOf(diagram_, best.nodes);
+        PathFaults fewest = PathFaults::of(diagram_, best.nodes);
         bool changed = last_ > 1 && order_.size() <= mostOrdered;
         for (int round = 0; changed && round < mostRounds; ++round) {
             changed = false;
@@ -148,8 +98,8 @@ public:
                 for (std::size_t b = a + 1; b < order_.size(); ++b) {
                     std::swap(order_[a], order_[b]);
                     PathPlaces next = placed();
-                    const Faults faults = faultsOf(diagram_, next.nodes);
-                    if (isLess(faults, fewest)) {
+                    const PathFaults faults = PathFaults::of(diagram_, next.nodes);
+                    if (faults.areLessThan(fewest)) {
                         fewest = faults;
                         best = std::move(next);
                         changed = true;
@@ -255,12 +205,12 @@ void clearColumn(const PathDiagram& diagram, std::vector<Place>& places, int col
         return next;
     };
     std::vector<Place> best = places;
-    int fewest = faultsOf(diagram, best).clashes;
+    int fewest = PathFaults::of(diagram, best).clashes;
     const double furthest = static_cast<double>(places.size());
     for (double away = 0.5; away <= furthest && fewest > 0; away += 0.5) {
         for (const double by : {-away, away}) {
             std::vector<Place> next = moved(by);
-            const int count = faultsOf(diagram, next).clashes;
+            const int count = PathFaults::of(diagram, next).clashes;
             if (count < fewest) {
                 fewest = count;
                 best = std::move(next);

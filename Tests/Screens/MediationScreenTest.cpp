@@ -24,7 +24,7 @@ TEST(MediationScreen, TheIndirectEffectStandsWithItsInterval) {
     EXPECT_EQ(paths.headers, (Cells{"Path", "B", "SE", "t", "df", "p", "LL", "UL"}));
     EXPECT_EQ(paths.rows[0],
               (Cells{"a: cond → pmi", "0.477", "0.236", "2.02", "121", ".045", "0.010", "0.943"}));
-    EXPECT_EQ(paths.rows[1][0], "b: pmi → reaction, controlling cond");
+    EXPECT_EQ(paths.rows[1][0], "b: pmi → reaction");
     EXPECT_EQ(paths.rows[1][4], "120");
     EXPECT_EQ(paths.rows[3][1], "0.496");
     EXPECT_TRUE(paths.note->starts_with(
@@ -51,6 +51,9 @@ TEST(MediationScreen, CovariatesTakeTheirDegreesOfFreedom) {
     const ReportItem& item = content.findings.front().item;
     EXPECT_EQ(item.table->rows[0][4], "119");
     EXPECT_EQ(item.table->rows[2][4], "118");
+    EXPECT_NE(item.table->note->find(" Covariates of all three models: gender and age."),
+              std::string::npos)
+        << *item.table->note;
     EXPECT_TRUE(item.apaSummary.ends_with(", with gender and age held constant."))
         << item.apaSummary;
 }

@@ -183,6 +183,23 @@ TEST(StructuralScreen, PreviewsAModelAndKeepsAFitInViewWhileItIsRewritten) {
     EXPECT_EQ(screen.result()["fit"]["degreesOfFreedom"], Json(24));
 }
 
+TEST(StructuralScreen, SmallCoefficientsKeepTheirDigits) {
+    ReferenceStudy study("mtcars.csv");
+    const ScreenContent content = study.shown(sem, modelOf("wt ~ disp\nmpg ~ disp + wt"));
+    const ReportTable& table = *content.findings.front().item.table;
+    EXPECT_EQ(rowOf(table, "wt ~ disp")[1], "0.00701");
+    EXPECT_EQ(rowOf(table, "wt ~ disp")[2], "0.00064");
+}
+
+TEST(StructuralScreen, IncompleteRowsAreToldOf) {
+    ReferenceStudy study("airquality.csv");
+    const ScreenContent content = study.shown(sem, modelOf("Ozone ~ Wind + Temp"));
+    EXPECT_EQ(content.tiles.back().value, "116");
+    EXPECT_EQ(content.tiles.back().caption, "complete, of 153 rows");
+    EXPECT_TRUE(content.findings.front().item.table->note->find(
+                    " Listwise deletion: 116 of 153 rows are complete.") != std::string::npos);
+}
+
 TEST(StructuralScreen, ARenamedColumnIsRenamedInTheModel) {
     ReferenceStudy study("hs1939.csv");
     study.set(modelOf("x1 =~ x2 + x3 # x3\nvisual =~ x3 + x4 + x5"));

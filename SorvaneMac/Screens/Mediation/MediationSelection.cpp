@@ -1,10 +1,8 @@
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -126,19 +124,10 @@ Gate noResult(const MediationVariables& variables, MediationScreenMode mode) {
 }
 
 std::string pathText(const MediationPath& path, std::int64_t df) {
-    const int decimals = decimalsFor(path.standardError);
+    const int decimals = ErrorDecimals::of(path.standardError);
     return "B = " + svFmt(path.estimate, decimals) +
            ", SE = " + svFmt(path.standardError, decimals) + ", t(" + ResultText::count(df) +
            ") = " + svFmt(path.t, 2) + ", " + ResultText::pSentence(path.pValue);
-}
-
-int decimalsFor(double standardError) {
-    constexpr int fewest = 3;
-    constexpr int most = 9;
-    if (!std::isfinite(standardError) || standardError <= 0.0) {
-        return fewest;
-    }
-    return std::clamp(1 - static_cast<int>(std::floor(std::log10(standardError))), fewest, most);
 }
 
 }  // namespace sorvane::MediationSelection

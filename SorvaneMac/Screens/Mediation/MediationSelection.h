@@ -50,7 +50,4 @@ Gate noResult(const MediationVariables& variables, MediationScreenMode mode);
 /// Input      the residual degrees of freedom
 std::string pathText(const MediationPath& path, std::int64_t df);
 
-/// How many decimals leave two digits of a standard error, three at least: 3 for 0.02, 5 for 0.0004.
-int decimalsFor(double standardError);
-
 }  // namespace sorvane::MediationSelection

@@ -6,6 +6,7 @@
 #include "SorvaneCore/Models/Mediation/MediationRows.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -51,7 +52,7 @@ std::int64_t residualDf(const ModerationResult& result) {
 
 /// A row of a coefficient or of a slope, from its estimate to the ends of its interval.
 std::vector<std::string> estimateCells(const MediationPath& path, std::int64_t df) {
-    const int decimals = MediationSelection::decimalsFor(path.standardError);
+    const int decimals = ErrorDecimals::of(path.standardError);
     const double half = path.standardError * MathDistributions::studentTCritical(
                                                  1.0 - confidenceLevel, static_cast<double>(df));
     return {svFmt(path.estimate, decimals),
@@ -113,8 +114,8 @@ std::string sentence(const ModerationRun& run) {
                        ", N = " + ResultText::count(result.n) + ").";
     std::vector<std::string> slopes;
     for (const SimpleSlope& each : result.simpleSlopes) {
-        slopes.push_back(svFmt(each.slope, MediationSelection::decimalsFor(each.standardError)) +
-                         " at " + each.label + " (" + ResultText::pSentence(each.pValue) + ")");
+        slopes.push_back(svFmt(each.slope, ErrorDecimals::of(each.standardError)) + " at " +
+                         each.label + " (" + ResultText::pSentence(each.pValue) + ")");
     }
     return text + " The simple slope of " + x + " was " + ResultText::listed(slopes) + "." +
            (covariates.empty()
@@ -125,8 +126,7 @@ std::string sentence(const ModerationRun& run) {
 
 std::vector<Tile> tiles(const ModerationResult& result) {
     const MediationPath& product = result.interaction;
-    return {{"Interaction",
-             svFmt(product.estimate, MediationSelection::decimalsFor(product.standardError)),
+    return {{"Interaction", svFmt(product.estimate, ErrorDecimals::of(product.standardError)),
              "t(" + ResultText::count(residualDf(result)) + ") = " + svFmt(product.t, 2)},
             ResultText::pValueTile(product.pValue),
             {"R²", svFmtBounded(result.rSquared, 3), "of the whole model"},

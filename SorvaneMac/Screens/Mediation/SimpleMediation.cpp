@@ -3,6 +3,7 @@
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -62,8 +63,8 @@ std::vector<ShownPath> pathsOf(const MediationRun& run) {
     const auto& [x, m, y, covariates] = run.variables;
     const std::int64_t df = result.n - static_cast<std::int64_t>(covariates.size()) - 2;
     return {{"a: " + x + " → " + m, result.a, df},
-            {"b: " + m + " → " + y + ", controlling " + x, result.b, df - 1},
-            {"c′: " + x + " → " + y + ", controlling " + m, result.cPrime, df - 1},
+            {"b: " + m + " → " + y, result.b, df - 1},
+            {"c′: " + x + " → " + y, result.cPrime, df - 1},
             {"c: " + x + " → " + y, result.cTotal, df}};
 }
 
@@ -76,7 +77,7 @@ ReportTable pathTable(const MediationRun& run) {
         const double error = each.path.standardError;
         const double half = error * MathDistributions::studentTCritical(
                                         1.0 - confidenceLevel, static_cast<double>(each.df));
-        const int decimals = MediationSelection::decimalsFor(error);
+        const int decimals = ErrorDecimals::of(error);
         table.rows.push_back({each.words, svFmt(each.path.estimate, decimals),
                               svFmt(error, decimals), svFmt(each.path.t, 2),
                               ResultText::count(each.df), ResultText::pCell(each.path.pValue),
@@ -86,10 +87,18 @@ ReportTable pathTable(const MediationRun& run) {
     return table;
 }
 
+std::string noteOn(const MediationVariables& variables) {
+    if (variables.covariates.empty()) {
+        return std::string(note);
+    }
+    return std::string(note) +
+           " Covariates of all three models: " + ResultText::listed(variables.covariates) + ".";
+}
+
 /// Two digits of a standard error of the size that the interval has.
 int decimalsOfIndirect(const MediationResult& result) {
     constexpr double errorsWide = 4.0;
-    return MediationSelection::decimalsFor((result.bootUpper - result.bootLower) / errorsWide);
+    return ErrorDecimals::of((result.bootUpper - result.bootLower) / errorsWide);
 }
 
 std::string intervalText(const MediationResult& result) {
@@ -136,12 +145,12 @@ bool excludesZero(const MediationResult& result) {
 
 std::vector<Tile> tiles(const MediationResult& result) {
     const auto effect = [](const MediationPath& path) {
-        return svFmt(path.estimate, MediationSelection::decimalsFor(path.standardError));
+        return svFmt(path.estimate, ErrorDecimals::of(path.standardError));
     };
     return {
         {"Indirect effect", svFmt(result.indirect, decimalsOfIndirect(result)),
          "95% CI " + intervalText(result)},
-        {"Zero in the interval", excludesZero(result) ? "no" : "yes",
+        {"Interval excludes zero", excludesZero(result) ? "yes" : "no",
          excludesZero(result) ? "statistically significant" : "not statistically significant"},
         {"Direct effect (c′)", effect(result.cPrime), ResultText::pSentence(result.cPrime.pValue)},
         {"Total effect (c)", effect(result.cTotal), ResultText::pSentence(result.cTotal.pValue)},
@@ -149,8 +158,7 @@ std::vector<Tile> tiles(const MediationResult& result) {
 }
 
 std::string label(std::string name, const MediationPath& path) {
-    return std::move(name) + " = " +
-           svFmt(path.estimate, MediationSelection::decimalsFor(path.standardError)) +
+    return std::move(name) + " = " + svFmt(path.estimate, ErrorDecimals::of(path.standardError)) +
            std::string(SignificanceFormatting::stars(path.pValue));
 }
 
@@ -233,7 +241,7 @@ private:
              .sentence = sentence(run),
              .tiles = tiles(*run.result),
              .tables = {pathTable(run), indirectTable(run)},
-             .note = std::string(note),
+             .note = noteOn(run.variables),
              .charts = {pathFigure(run)},
              .figureCaption = "Mediation of the effect of " + x + " on " + y + " through " + m +
                               ": unstandardized coefficients, with the total effect in "

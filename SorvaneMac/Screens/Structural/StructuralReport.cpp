@@ -13,6 +13,8 @@ namespace sorvane::StructuralReport {
 namespace {
 
 constexpr int decimals = 3;
+/// Two tables of so many columns stand side by side.
+constexpr std::size_t narrowTable = 4;
 constexpr std::string_view closing =
     "Fit indices are guidance, not proof; a fitting model is one of many that could fit. "
     "Indicators are treated as continuous.";
@@ -163,8 +165,9 @@ void show(const StructuralRun& run, ScreenContent& content) {
     std::vector<ReportTable> tables = furtherTables(run);
     tables.front() = parameterTable(result);
     for (ReportTable& table : tables) {
+        const bool isWide = table.headers.size() > narrowTable;
         content.cards.push_back(
-            {.title = *table.title, .tables = {std::move(table)}, .wide = true});
+            {.title = *table.title, .tables = {std::move(table)}, .wide = isWide});
     }
     const std::vector<std::string> warnings = cautions(result);
     if (!warnings.empty()) {

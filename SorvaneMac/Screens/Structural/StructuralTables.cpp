@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Structural/StructuralReport.h"
 
@@ -105,14 +106,20 @@ ReportTable parameterTable(const SEMResult& result) {
     table.title = "Parameter estimates";
     table.headers = {"Parameter", "Estimate", "SE", "z", "p", "Std."};
     for (const SEMParameter& each : result.parameters) {
-        table.rows.push_back({each.label, svFmt(each.estimate, decimals),
-                              each.isFixed ? "fixed" : svFmt(each.standardError, decimals),
+        const int places = ErrorDecimals::of(each.standardError.value_or(0.0));
+        table.rows.push_back({each.label, svFmt(each.estimate, places),
+                              each.isFixed ? "fixed" : svFmt(each.standardError, places),
                               svFmt(each.z, 2),
                               each.pValue ? ResultText::pCell(*each.pValue) : "--",
                               svFmt(each.standardized, decimals)});
     }
     table.note = "Maximum-likelihood estimates (marker-variable identification). Model fit: " +
-                 fitText(result) + ".";
+                 fitText(result) + ". Std. takes all variables at a variance of 1.";
+    const std::int64_t rows = result.readiness->totalRows;
+    if (result.n < rows) {
+        *table.note += " Listwise deletion: " + ResultText::count(result.n) + " of " +
+                       ResultText::count(rows) + " rows are complete.";
+    }
     return table;
 }
 
