@@ -33,6 +33,7 @@ std::vector<Workload> editingWorkloads();
 std::vector<Workload> preparationWorkloads();
 std::vector<Workload> projectWorkloads();
 std::vector<Workload> reportWorkloads();
+std::vector<Workload> surveyWorkloads();
 std::vector<Workload> windowWorkloads();
 
 }  // namespace sorvane

@@ -149,7 +149,7 @@ std::vector<Workload> allWorkloads() {
     std::vector<Workload> all;
     for (const auto& some : {importWorkloads, analysisWorkloads, latentClassWorkloads,
                              multilevelWorkloads, editingWorkloads, preparationWorkloads,
-                             projectWorkloads, reportWorkloads, windowWorkloads}) {
+                             projectWorkloads, reportWorkloads, surveyWorkloads, windowWorkloads}) {
         std::ranges::move(some(), std::back_inserter(all));
     }
     return all;

@@ -306,6 +306,24 @@ std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextCol
     return result;
 }
 
+/// The estimate of each group of a sample; `first` as it stands before anything is computed.
+std::vector<DomainEstimate> ofGroups(const WeightedEstimate& first,
+                                     const Sample& whole,
+                                     const TextColumn& groups,
+                                     const SurveyDesign& design) {
+    std::vector<DomainEstimate> result;
+    for (auto& [label, belongs] : rowsByLabel(groups)) {
+        const Sample part = restricted(whole, belongs);
+        WeightedEstimate estimate = first;
+        checkProportion(estimate, part);
+        if (!isBlocked(estimate)) {
+            fillEstimate(estimate, part, design);
+        }
+        result.push_back({.group = label, .estimate = std::move(estimate)});
+    }
+    return result;
+}
+
 }  // namespace
 
 WeightedEstimate mean(const NumericColumn& values,
@@ -347,21 +365,22 @@ std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
                                     const std::optional<std::string>& variableName) {
     const WeightedEstimate first =
         start(estimand, design, {values.size(), groups.size()}, variableName);
-    std::vector<DomainEstimate> result;
-    if (isBlocked(first)) {
-        return {{.group = {}, .estimate = first}};
-    }
-    const Sample whole = sampleOf(estimand, values, nullptr, design);
-    for (auto& [label, belongs] : rowsByLabel(groups)) {
-        const Sample part = restricted(whole, belongs);
-        WeightedEstimate estimate = first;
-        checkProportion(estimate, part);
-        if (!isBlocked(estimate)) {
-            fillEstimate(estimate, part, design);
-        }
-        result.push_back({.group = label, .estimate = std::move(estimate)});
-    }
-    return result;
+    return isBlocked(first)
+               ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+               : ofGroups(first, sampleOf(estimand, values, nullptr, design), groups, design);
+}
+
+std::vector<DomainEstimate> ratioByGroup(const NumericColumn& numerator,
+                                         const NumericColumn& denominator,
+                                         const TextColumn& groups,
+                                         const SurveyDesign& design,
+                                         const std::optional<std::string>& variableName) {
+    constexpr auto estimand = WeightedEstimand::ratio;
+    const WeightedEstimate first = start(
+        estimand, design, {numerator.size(), denominator.size(), groups.size()}, variableName);
+    return isBlocked(first) ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+                            : ofGroups(first, sampleOf(estimand, numerator, &denominator, design),
+                                       groups, design);
 }
 
 double linearizedTotalVariance(std::span<const double> scores,

@@ -119,6 +119,14 @@ std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
                                     const SurveyDesign& design,
                                     const std::optional<std::string>& variableName = std::nullopt);
 
+/// A ratio of totals of each subgroup, in the same way.
+std::vector<DomainEstimate> ratioByGroup(
+    const NumericColumn& numerator,
+    const NumericColumn& denominator,
+    const TextColumn& groups,
+    const SurveyDesign& design,
+    const std::optional<std::string>& variableName = std::nullopt);
+
 /// The linearized variance of the total of one score per row, over the active rows.
 double linearizedTotalVariance(std::span<const double> scores,
                                const SurveyDesign& design,

@@ -175,6 +175,13 @@ std::vector<Procedure> surveyProcedures() {
             },
             Setting<WeightedEstimand>{"estimand"}, Column{"variable"}, Categories{"group"},
             Design{}),
+        procedure(
+            "WeightedEstimators.ratioByGroup",
+            [](const NumericColumn& numerator, const NumericColumn& denominator,
+               const std::shared_ptr<const TextColumn>& groups, const SurveyDesign& design) {
+                return WeightedEstimators::ratioByGroup(numerator, denominator, *groups, design);
+            },
+            Column{"numerator"}, Column{"denominator"}, Categories{"group"}, Design{}),
     };
     for (const std::vector<Procedure>& more : {designProcedures(), linearizationProcedures()}) {
         all.insert(all.end(), more.begin(), more.end());

@@ -8,6 +8,7 @@
 #include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/ImmediateScreen.h"
+#include "SorvaneMac/Screens/Survey/SurveyFields.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -15,8 +16,8 @@ namespace sorvane {
 /// One numeric variable in figures, charts and normality evidence, and a table of all of them.
 class DescriptivesScreen final : public ImmediateScreen {
 public:
-    DescriptivesScreen(StudioState& state, DescriptivesFields& fields)
-        : state_(state), fields_(fields) {}
+    DescriptivesScreen(StudioState& state, DescriptivesFields& fields, SurveyFields& survey)
+        : state_(state), fields_(fields), survey_(survey) {}
 
     StudioScreen id() const override { return StudioScreen::descriptives; }
     SetupForm setup() override;
@@ -36,6 +37,10 @@ private:
     Card allFieldsCard() const;
     Finding finding(const DescriptiveSummary& summary) const;
 
+    bool isWeighted() const { return survey_.surveyWeightsActive.get(); }
+    /// Says on the figures of the sample that they are unweighted, and adds the weighted ones.
+    void addWeighted(ScreenContent& content) const;
+
     /// The characteristics chosen for the table of respondents.
     std::vector<std::string> characteristics() const;
     /// The columns chosen for it that are no longer offered.
@@ -45,6 +50,7 @@ private:
 
     StudioState& state_;
     DescriptivesFields& fields_;
+    SurveyFields& survey_;
 };
 
 }  // namespace sorvane

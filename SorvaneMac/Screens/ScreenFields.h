@@ -4,7 +4,7 @@
 #include "SorvaneMac/Screens/CorrelationFields.h"
 #include "SorvaneMac/Screens/DataReduction/DataReductionFields.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
-#include "SorvaneMac/Screens/ImputationFields.h"
+#include "SorvaneMac/Screens/Imputation/ImputationFields.h"
 #include "SorvaneMac/Screens/InvarianceFields.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/Mediation/MediationFields.h"
@@ -14,7 +14,7 @@
 #include "SorvaneMac/Screens/PrepareDataFields.h"
 #include "SorvaneMac/Screens/Regression/RegressionFields.h"
 #include "SorvaneMac/Screens/Structural/StructuralFields.h"
-#include "SorvaneMac/Screens/SurveyFields.h"
+#include "SorvaneMac/Screens/Survey/SurveyFields.h"
 #include "SorvaneMac/Screens/Survival/SurvivalFields.h"
 
 namespace sorvane {

@@ -183,6 +183,21 @@ public:
     std::optional<std::string> undoLoses() const;
     bool canUndoDataChange() const { return data.dataChangeUndo->has_value(); }
 
+    /// A column computed from others; the warning says how.
+    struct DerivedColumn {
+        std::string name;
+        TextTable::Column values;
+        VariableKind assignedType = VariableKind::outcome;
+        std::string warning;
+    };
+    /// Adds columns at the end of the table, in one change that can be undone.
+    ///
+    /// Input      `label`: what the undo takes back; a name that is taken gets a number
+    /// Returns    the names that they got
+    std::vector<std::string> addDerivedVariables(std::string label,
+                                                 std::vector<DerivedColumn> columns,
+                                                 std::string logEntry);
+
     // Derived variables. Each returns whether it was done; the message field of its form says what
     // was done or what is missing, and where nothing was done the table is unchanged.
 
@@ -353,12 +368,6 @@ private:
     void log(std::string entry);
     /// Adds what a settled log entry leaves out, so that the step can be repeated from the log.
     void logSettings(const std::string& name, const std::string& settings);
-    struct DerivedColumn {
-        std::string name;
-        TextTable::Column values;
-        VariableKind assignedType = VariableKind::outcome;
-        std::string warning;
-    };
     /// Adds a column under a name that is free, and stores undo first.
     void appendDerivedVariable(DerivedColumn column);
     void replaceColumnValues(const std::string& name,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -108,6 +109,45 @@ TEST(MultipleImputation, FallsBackWhereThereIsNobodyToDrawFrom) {
     EXPECT_EQ(MultipleImputation::impute(alone, {.variableNames = {"b"}})->imputedDatasets[4][0],
               (Cells{3.0, 3.0, 3.0, 3.0, 3.0}))
         << "predicted with no residual";
+}
+
+TEST(MultipleImputation, TracesWhatEachSweepFillsIn) {
+    const std::vector<NumericColumn> columns = someColumns();
+    ImputationOptions options{.variableNames = {"x", "y", "z"}, .m = 4, .maxIterations = 3};
+    std::vector<double> shares;
+    const auto caller = std::this_thread::get_id();
+    options.progress = [&](double share) {
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        shares.push_back(share);
+    };
+    const auto traced = MultipleImputation::imputeTraced(columns, options);
+    ASSERT_TRUE(traced);
+    EXPECT_EQ(traced->result,
+              MultipleImputation::impute(
+                  columns, {.variableNames = {"x", "y", "z"}, .m = 4, .maxIterations = 3}));
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_GE(shares.size(), 3U);
+    EXPECT_LE(shares.back(), 1.0);
+    ASSERT_EQ(traced->trace.moments.size(), 4U);
+    ASSERT_EQ(traced->trace.moments[3].size(), 3U);
+    double sum = 0.0;
+    double count = 0.0;
+    for (std::size_t row = 0; row < columns[0].size(); ++row) {
+        if (!columns[0][row]) {
+            sum += *traced->result.imputedDatasets[3][0][row];
+            count += 1.0;
+        }
+    }
+    EXPECT_NEAR(traced->trace.moments[3].back()[0].mean, sum / count, 1e-12);
+    EXPECT_EQ(traced->trace.stepsWithoutFit, (std::vector<std::int64_t>{0, 0, 0}));
+
+    const NumericColumn constant(Cells{1.0, 1.0, 1.0, 1.0, 1.0});
+    const NumericColumn gap(Cells{1.0, 2.0, {}, 4.0, 5.0});
+    const std::vector<NumericColumn> collinear = {constant, gap};
+    EXPECT_EQ(MultipleImputation::imputeTraced(
+                  collinear, {.variableNames = {"c", "g"}, .m = 2, .maxIterations = 3})
+                  ->trace.stepsWithoutFit,
+              (std::vector<std::int64_t>{0, 6}));
 }
 
 TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {

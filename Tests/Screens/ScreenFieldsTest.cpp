@@ -38,6 +38,9 @@ const std::vector<std::string> oneDraft = {
     R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
     R"("output":"9"})"};
 const std::string oneProcess = R"({"variables":{"x":"a","middle":"b","y":"c","covariates":[]}})";
+const std::string onePooledCoefficient =
+    R"([{"name":"x","estimate":1.5,"standardError":0.5,"t":3.0,"pValue":0.0625,"ciLower":0.5,)"
+    R"("ciUpper":2.5,"fractionMissingInfo":0.25,"degreesOfFreedom":12.5}])";
 const std::string oneSweepRow = R"([{"k":2,"logLik":-10.5,"aic":25.0,"bic":27.5,"entropy":0.75,)"
                                 R"("converged":true}])";
 
@@ -90,7 +93,15 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "svWeight", R"("")", R"("a")", withDataset},
     {__LINE__, "svStrata", R"("")", R"("a")", withDataset},
     {__LINE__, "svCluster", R"("")", R"("a")", withDataset},
+    {__LINE__, "svFpc", R"("")", R"("a")", withDataset},
+    {__LINE__, "svReplicates", "[]", R"(["a","b"])", withDataset},
+    {__LINE__, "svReplicateType", R"("jackknife")", R"("fayBRR")", withDataset},
+    {__LINE__, "svFayRho", "0.5", "0.25", withDataset},
+    {__LINE__, "svReplicateScale", R"("")", R"("0.9")", withDataset},
     {__LINE__, "svVar", R"("")", R"("a")", withDataset},
+    {__LINE__, "svDenominator", R"("")", R"("a")", withDataset},
+    {__LINE__, "svGroup", R"("")", R"("a")", withDataset},
+    {__LINE__, "svConfidence", "95", "90", kept},
     {__LINE__, "svEstimand", R"("mean")", R"("other")", kept},
     {__LINE__, "svHasRun", "false", "true", withDataset},
     {__LINE__, "surveyWeightsActive", "false", "true", withDataset},
@@ -137,6 +148,8 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "impRegPredictors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "impCorrX", R"("")", R"("a")", withDataset},
     {__LINE__, "impCorrY", R"("")", R"("a")", withDataset},
+    {__LINE__, "impChart", R"("")", R"("a")", withDataset},
+    {__LINE__, "impPooledCoefs", "[]", onePooledCoefficient, withDataset},
     {__LINE__, "semModel", R"("")", R"("other")", withDataset},
     {__LINE__, "semHasRun", "false", "true", withDataset},
     {__LINE__, "semResult", "null", R"({"text":"f =~ a"})", withDataset},
@@ -222,7 +235,12 @@ const std::vector<std::string> runFields = {"cmTTestRun",
                                             "drTreeRun",
                                             "lcSweepBasis",
                                             "lcResult",
-                                            "lcClassesResult"};
+                                            "lcClassesResult",
+                                            "svResult",
+                                            "impResult",
+                                            "impPooledBasis",
+                                            "impPooled",
+                                            "impPooledCorr"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:

@@ -180,6 +180,17 @@ TEST(WeightedEstimators, KeepTheWholeDesignForASubgroup) {
     EXPECT_DOUBLE_EQ(estimates[0].estimate.estimate, ratio.estimate);
     EXPECT_NEAR(estimates[0].estimate.standardError, ratio.standardError, 1e-14);
     EXPECT_EQ(estimates[0].estimate.validN, 4);
+
+    const std::vector<DomainEstimate> ratios =
+        WeightedEstimators::ratioByGroup(values, column({2, 1, 2, 1, 2, 1, 2, 1}), *groups, design);
+    const WeightedEstimate other = WeightedEstimators::ratio(
+        column({0, 2, 0, 0, 0, 13, 0, 34}), column({0, 1, 0, 0, 0, 1, 0, 1}), design);
+    EXPECT_DOUBLE_EQ(ratios[1].estimate.estimate, other.estimate);
+    EXPECT_NEAR(ratios[1].estimate.standardError, other.standardError, 1e-14);
+    EXPECT_EQ(WeightedEstimators::ratioByGroup(values, column({1}), *groups, design)
+                  .front()
+                  .estimate.readiness.status,
+              AnalysisReadinessStatus::blocked);
 }
 
 TEST(SurveyVariance, GivesVariancesOnItsDiagonal) {

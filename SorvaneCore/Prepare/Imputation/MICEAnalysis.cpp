@@ -55,6 +55,33 @@ PooledCoefficient pooledCoefficient(std::string name,
 
 }  // namespace
 
+std::optional<PooledEstimate> pooledMean(std::span<const CompletedColumns> imputedDatasets,
+                                         const std::vector<std::string>& variableNames,
+                                         const std::string& target,
+                                         double confidenceLevel) {
+    const auto positions = positionsOf(imputedDatasets, variableNames, {target});
+    if (!positions || imputedDatasets.front()[positions->front()].size() < 2) {
+        return std::nullopt;
+    }
+    std::vector<double> means;
+    std::vector<double> variances;
+    for (const CompletedColumns& copy : imputedDatasets) {
+        const std::vector<std::optional<double>>& values = copy[positions->front()];
+        const auto n = static_cast<double>(values.size());
+        double mean = 0.0;
+        for (const std::optional<double>& value : values) {
+            mean += value.value_or(std::nan("")) / n;
+        }
+        double squares = 0.0;
+        for (const std::optional<double>& value : values) {
+            squares += value ? (*value - mean) * (*value - mean) : 0.0;
+        }
+        means.push_back(mean);
+        variances.push_back(squares / (n - 1.0) / n);
+    }
+    return MultipleImputation::pool(means, variances, confidenceLevel);
+}
+
 std::optional<std::vector<PooledCoefficient>> pooledRegression(
     std::span<const CompletedColumns> imputedDatasets,
     const std::vector<std::string>& variableNames,

@@ -32,6 +32,32 @@ BOOST_DESCRIBE_STRUCT(MultipleImputationResult,
                       (),
                       (m, iterations, imputedDatasets, variableNames, seed, readiness))
 
+/// The filled-in cells of a column; NaN where there are none, or one only.
+struct ImputedMoments {
+    double mean = std::numeric_limits<double>::quiet_NaN();
+    double standardDeviation = std::numeric_limits<double>::quiet_NaN();
+
+    bool operator==(const ImputedMoments&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ImputedMoments, (), (mean, standardDeviation))
+
+/// How the chains went, to see whether they have settled.
+struct ImputationTrace {
+    /// By copy, sweep and column.
+    std::vector<std::vector<std::vector<ImputedMoments>>> moments{};
+    /// Of each column, in how many steps of all copies no prediction was possible, so that its
+    /// cells stayed as they were.
+    std::vector<std::int64_t> stepsWithoutFit{};
+
+    bool operator==(const ImputationTrace&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ImputationTrace, (), (moments, stepsWithoutFit))
+
+struct TracedImputation {
+    MultipleImputationResult result{};
+    ImputationTrace trace{};
+};
+
 /// An estimate over several completed copies of the data.
 struct PooledEstimate {
     double estimate = std::numeric_limits<double>::quiet_NaN();
@@ -72,7 +98,7 @@ struct ImputationOptions {
     std::int64_t donorCount = 5;
     /// Asked before each sweep, perhaps from several threads at once; false ends the run.
     std::function<bool()> shouldContinue{};
-    /// Told after each sweep of the share that is done, one call at a time.
+    /// Told of the share that is done, on the thread that imputes.
     std::function<void(double)> progress{};
 };
 
@@ -92,6 +118,10 @@ namespace MultipleImputation {
 /// Reference  van Buuren & Groothuis-Oudshoorn (2011); Little (1988), Missing-data adjustments
 std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> columns,
                                                const ImputationOptions& options);
+
+/// The same with the course of its chains.
+std::optional<TracedImputation> imputeTraced(std::span<const NumericColumn> columns,
+                                             const ImputationOptions& options);
 
 /// Rubin's rules over one estimate and its variance per copy.
 ///

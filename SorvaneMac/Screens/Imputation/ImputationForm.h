@@ -1,9 +1,8 @@
 #pragma once
 
-#include "SorvaneMac/Screens/ImputationFields.h"
+#include "SorvaneMac/Screens/Imputation/ImputationFields.h"
 #include "SorvaneMac/Screens/PrepareForm.h"
 #include "SorvaneMac/State/StudioState.h"
-#include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
 
@@ -15,13 +14,14 @@ public:
     void seed() override;
     void addTo(SetupForm& form) override;
     std::optional<Gate> gate() const override;
+    void run() override;
+    void showPreview(ScreenContent& content) const override;
+    Json result() const override;
     Guide guide() const override;
 
 private:
     bool isMultiple() const { return fields_.impMethod.get() == "mice"; }
-    /// Targets and predictors: what the copies hold.
-    VariableLists::List imputed() const;
-    void addPooled(SetupForm& form);
+    void addCopies(SetupForm& form);
 
     StudioState& state_;
     ImputationFields& fields_;

@@ -1,12 +1,14 @@
-#include "SorvaneMac/Screens/ImputationForm.h"
+#include "SorvaneMac/Screens/Imputation/ImputationForm.h"
 
-#include <algorithm>
-
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/Imputation/ImputationModel.h"
+#include "SorvaneMac/Screens/Imputation/ImputationReport.h"
+#include "SorvaneMac/Screens/Imputation/ImputationRuns.h"
+#include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
 #include "SorvaneMac/Screens/OptionControls.h"
-#include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Seeding.h"
-#include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/SuitedVariables.h"
 
 namespace sorvane {
@@ -20,27 +22,8 @@ using VariableLists::without;
 constexpr std::int64_t fewestCopies = 2;
 constexpr std::int64_t mostCopies = 100;
 constexpr std::size_t seededPredictors = 4;
-/// A variable that lacks more than this share of its values is not imputed.
-constexpr double mostMissing = 0.5;
-
-List among(const List& list, const NameSet& names) {
-    List result;
-    std::copy_if(list.begin(), list.end(), std::back_inserter(result),
-                 [&names](const DataVariable* variable) { return names.contains(variable->name); });
-    return result;
-}
-
-Gate notReady(std::string text) {
-    return {.title = "Nothing to impute yet", .lead = "", .text = std::move(text)};
-}
 
 }  // namespace
-
-List ImputationForm::imputed() const {
-    NameSet names = fields_.impTargets.get();
-    names.insert(fields_.impPredictors->begin(), fields_.impPredictors->end());
-    return among(numericVariables(state_.dataset()), names);
-}
 
 void ImputationForm::seed() {
     const List numeric = numericVariables(state_.dataset());
@@ -49,7 +32,9 @@ void ImputationForm::seed() {
     Seeding::fillFirst(fields_.impPredictors, without(numeric, fields_.impTargets.get()),
                        numeric.size());
     Seeding::fillFirst(fields_.impTarget, among(numeric, fields_.impTargets.get()));
-    const List copied = imputed();
+    NameSet names = fields_.impTargets.get();
+    names.insert(fields_.impPredictors->begin(), fields_.impPredictors->end());
+    const List copied = among(numeric, names);
     Seeding::fillFirst(fields_.impRegOutcome, copied);
     Seeding::fillFirst(fields_.impRegPredictors, without(copied, {fields_.impRegOutcome->name}),
                        seededPredictors);
@@ -82,67 +67,75 @@ void ImputationForm::addTo(SetupForm& form) {
         withUnavailable(variableCheckList("Predictors of the missing values", fields_.impPredictors,
                                           without(numeric, fields_.impTargets.get())),
                         fields_.impPredictors.get(), numeric));
-    OptionControls::addRun(form, "Run imputation", gate(), {});
+    DataPreparation::addRun(
+        form, state_,
+        {.label = "Run imputation", .gate = gate(), .message = &state_.impMessage, .run = [this] {
+             run();
+         }});
     if (isMultiple()) {
-        addPooled(form);
+        addCopies(form);
+        PooledAnalysis::addControls(form, state_, fields_);
     }
 }
 
-void ImputationForm::addPooled(SetupForm& form) {
-    using namespace FormControls;  // NOLINT(google-build-using-namespace)
-    const List copied = imputed();
-    const std::string& analysis = fields_.impAnalysis.get();
-    form.controls.emplace_back(HeadingControl{"POOLED ANALYSIS"});
-    form.controls.emplace_back(wordPicker(
-        "Analysis", fields_.impAnalysis,
-        {{"regression", "Linear regression"}, {"correlation", "Correlation"}, {"mean", "Mean"}}));
-    if (analysis == "regression") {
-        form.controls.emplace_back(variablePicker("Outcome", fields_.impRegOutcome, copied));
-        form.controls.emplace_back(
-            withUnavailable(variableCheckList("Predictors", fields_.impRegPredictors,
-                                              without(copied, {fields_.impRegOutcome->name})),
-                            fields_.impRegPredictors.get(), copied));
-    } else if (analysis == "correlation") {
-        form.controls.emplace_back(variablePicker("First variable", fields_.impCorrX, copied));
-        form.controls.emplace_back(variablePicker("Second variable", fields_.impCorrY, copied));
-    } else {
-        form.controls.emplace_back(
-            variablePicker("Variable", fields_.impTarget,
-                           among(numericVariables(state_.dataset()), fields_.impTargets.get())));
+void ImputationForm::addCopies(SetupForm& form) {
+    const std::optional<ImputationRun>& run = fields_.impResult.get();
+    if (!run) {
+        return;
     }
-    form.controls.emplace_back(
-        ButtonControl{.label = "Run pooled analysis", .isEnabled = false, .press = {}});
-    form.controls.emplace_back(
-        NoteControl{"It runs on every copy of a multiple imputation and pools the results by "
-                    "Rubin's rules.",
-                    false});
+    const NameSet targets(run->targets.begin(), run->targets.end());
+    form.controls.emplace_back(HeadingControl{"IMPUTED COPIES"});
+    form.controls.emplace_back(FormControls::optionalVariablePicker(
+        "Charts of", fields_.impChart, among(numericVariables(state_.dataset()), targets),
+        "The first variable"));
+    const bool isCurrent = ImputationRuns::fits(*run, state_.dataset());
+    form.controls.emplace_back(ButtonControl{
+        .label = "Add exploratory completed columns", .isEnabled = isCurrent, .press = [this] {
+            ImputationRuns::addExploratoryCompletedColumns(state_, fields_);
+        }});
+    form.controls.emplace_back(NoteControl{
+        isCurrent ? "One column a variable, with the mean of its copies. It understates standard "
+                    "error; do not use it for inference."
+                  : "The table is another one since the imputation. Run it again first.",
+        false});
 }
 
 std::optional<Gate> ImputationForm::gate() const {
-    const List numeric = numericVariables(state_.dataset());
-    if (numeric.empty()) {
-        return notReady("No numeric variables.");
+    return ImputationModel::gate(state_.dataset(), fields_);
+}
+
+void ImputationForm::run() {
+    ImputationRuns::run(state_, fields_);
+}
+
+void ImputationForm::showPreview(ScreenContent& content) const {
+    const std::optional<ImputationRun>& run = fields_.impResult.get();
+    if (!run || !isMultiple()) {
+        ImputationReport::showMissing(state_.dataset(), fields_, content);
+        return;
     }
-    if (const auto gone =
-            SelectionGates::goneColumn(fields_.impTargets, numeric, "numeric columns")) {
-        return *gone;
+    PooledAnalysis::show(fields_, content);
+    ImputationReport::show(*run, fields_.impChart->name, content);
+}
+
+Json ImputationForm::result() const {
+    const std::optional<ImputationRun>& run = fields_.impResult.get();
+    if (!run || !isMultiple()) {
+        return nullptr;
     }
-    List targets = among(numeric, fields_.impTargets.get());
-    if (targets.empty()) {
-        return notReady("Select at least one variable to impute.");
+    Json result = Json::object();
+    result["m"] = run->result.m;
+    result["iterations"] = run->result.iterations;
+    result["targets"] = run->targets;
+    result["excluded"] = run->excluded;
+    result["variables"] = toJson(run->variables);
+    result["readiness"] = toJson(run->result.readiness);
+    for (const AnyField* pooled :
+         std::initializer_list<const AnyField*>{&fields_.impPooledBasis, &fields_.impPooled,
+                                                &fields_.impPooledCoefs, &fields_.impPooledCorr}) {
+        result[pooled->name()] = pooled->json();
     }
-    const double limit = mostMissing * static_cast<double>(state_.dataset().rowCount());
-    std::erase_if(targets, [limit](const DataVariable* variable) {
-        return static_cast<double>(variable->missingCount) > limit;
-    });
-    if (targets.empty()) {
-        return notReady(
-            "Chosen targets have >50% missing; imputation excludes those. Pick others.");
-    }
-    if (SuitedVariables::withMissingValues(targets).empty()) {
-        return notReady("No missing values in the selected variables.");
-    }
-    return ResultText::notYetGate(isMultiple() ? "Multiple imputation" : "Single imputation");
+    return result;
 }
 
 Guide ImputationForm::guide() const {

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/ImputationFields.h"
+#include "SorvaneMac/Screens/Imputation/ImputationFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -14,6 +14,19 @@ ImputationFields::ImputationFields(FieldRegistry& fields)
       impRegOutcome(fields, "impRegOutcome"),
       impRegPredictors(fields, "impRegPredictors"),
       impCorrX(fields, "impCorrX"),
-      impCorrY(fields, "impCorrY") {}
+      impCorrY(fields, "impCorrY"),
+      impChart(fields, "impChart"),
+      impResult(fields, "impResult"),
+      impPooledBasis(fields, "impPooledBasis"),
+      impPooled(fields, "impPooled"),
+      impPooledCoefs(fields, "impPooledCoefs"),
+      impPooledCorr(fields, "impPooledCorr") {}
+
+void ImputationFields::forgetPooled() {
+    impPooledBasis.reset();
+    impPooled.reset();
+    impPooledCoefs.reset();
+    impPooledCorr.reset();
+}
 
 }  // namespace sorvane
