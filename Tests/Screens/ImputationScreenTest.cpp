@@ -11,15 +11,15 @@ namespace {
 using enum StudioScreen;
 using Cells = std::vector<std::string>;
 
-/// Air quality, in which Ozone and Solar.R have gaps.
+/// Air quality, in which Ozone and Solar_R have gaps.
 class AirQuality : public ScreenWorkplace {
 public:
     AirQuality() {
         state.importData(SORVANE_SOURCE_DIR "/Tests/Reference/data/airquality.csv");
         EXPECT_FALSE(state.data.importError.get());
-        assign({"Ozone", "Solar.R", "Wind", "Temp"}, VariableKind::outcome);
+        assign({"Ozone", "Solar_R", "Wind", "Temp"}, VariableKind::outcome);
         set({{"prepareSection", R"("imputation")"},
-             {"impTargets", R"(["Ozone","Solar.R"])"},
+             {"impTargets", R"(["Ozone","Solar_R"])"},
              {"impPredictors", R"(["Wind","Temp"])"}});
     }
     void impute(const Settings& settings = {}) {
@@ -64,7 +64,7 @@ TEST(ImputationScreen, ShowsObservedAgainstImputedAndTheChains) {
     EXPECT_EQ(air.state.computingLabel.get(), "Running multiple imputation…");
     EXPECT_TRUE(std::ranges::is_sorted(shares));
     EXPECT_GE(shares.size(), 10U);
-    EXPECT_EQ(air.message(), "Generated 5 MICE imputations for Ozone, Solar.R.");
+    EXPECT_EQ(air.message(), "Generated 5 MICE imputations for Ozone, Solar_R.");
     EXPECT_EQ(air.state.data.transformationLog->back(), air.message());
     EXPECT_EQ(air.state.dataset().columnCount(), 6) << "the table stays as it was";
 
@@ -84,8 +84,8 @@ TEST(ImputationScreen, ShowsObservedAgainstImputedAndTheChains) {
     EXPECT_EQ(lines.series.front().x.size(), 10U);
     EXPECT_NEAR(*lines.reference, 42.1293, 1e-4);
 
-    air.set({{"impChart", R"("Solar.R")"}});
-    EXPECT_EQ(air.content().findings.front().figure->title, "Observed and imputed values: Solar.R");
+    air.set({{"impChart", R"("Solar_R")"}});
+    EXPECT_EQ(air.content().findings.front().figure->title, "Observed and imputed values: Solar_R");
     EXPECT_EQ(air.screens.at(dataPrep).result()["m"], Json(5));
 }
 
@@ -135,8 +135,8 @@ const std::vector<PooledCase> pooledCases = {
     {__LINE__, {{"impAnalysis", R"("correlation")"}, {"impCorrX", R"("Ozone")"},
                 {"impCorrY", R"("Temp")"}},
      "Pooled Correlation: Ozone and Temp", 0, "Ozone and Temp", 6},
-    {__LINE__, {{"impAnalysis", R"("mean")"}, {"impTarget", R"("Solar.R")"}},
-     "Pooled Mean: Solar.R", 0, "Solar.R", 8},
+    {__LINE__, {{"impAnalysis", R"("mean")"}, {"impTarget", R"("Solar_R")"}},
+     "Pooled Mean: Solar_R", 0, "Solar_R", 8},
 };
 // clang-format on
 
@@ -190,7 +190,7 @@ TEST(ImputationScreen, ExploratoryColumnsHoldTheMeanOfTheCopies) {
               "standard error; do not use for inference.");
     EXPECT_EQ(air.message(),
               "2 exploratory completed column(s) (cell-mean of 5 imputations) added: Ozone (imp, "
-              "exploratory), Solar.R (imp, exploratory). These understate SE; use the pooled "
+              "exploratory), Solar_R (imp, exploratory). These understate SE; use the pooled "
               "analysis for inference.");
     const NumericColumn source = dataset.numericColumn("Ozone");
     const NumericColumn completed = dataset.numericColumn("Ozone (imp, exploratory)");

@@ -156,10 +156,12 @@ struct ColumnsCase {
 // clang-format off
 const std::vector<ColumnsCase> columnsCases = {
     {__LINE__, "w,s,y\n1,a,2\n1,a,4\n2,b,6\n2,,8\n", {{"svStrata", R"("s")"}},
-     "1 row without a stratum were taken"},
+     "1 row without a stratum was taken"},
     {__LINE__, "w,s,y\n1,a,2\n1,a,4\n2,b,6\n2,b,8\n", {{"svStrata", R"("s")"}, {"svFpc", R"("w")"}},
      "In 1 stratum/strata the population is said to have fewer PSUs"},
-    {__LINE__, "w,s,y\n1,a,2\n1,a,4\n2,b,NA\n2,b,8\n", {}, "1 case of 4 (25.0%) lack the value"},
+    {__LINE__, "w,s,y\n1,a,2\n1,a,4\n2,b,NA\n2,b,8\n", {}, "1 case of 4 (25.0%) lacks the value"},
+    {__LINE__, "w,s,y\n1,a,2\n1,a,4\n2,b,6\n2,,8\n", {{"svGroup", R"("s")"}},
+     "1 row without s belongs to no subgroup"},
     {__LINE__, "w,s,y\n1,a,-2\n1,a,2\n2,b,-3\n2,b,4\n", {}, "% of the estimate; it is too unsure"},
     {__LINE__, "w,s,y\n1,a,5\n1,a,5\n2,b,5\n2,b,5\n", {}, "The standard error is zero"},
     {__LINE__, "w,s,y\n1,a,0\n1,a,0\n2,a,1\n2,b,1\n",
@@ -192,6 +194,26 @@ TEST(SurveyScreen, RefusesInTheEnginesWords) {
                                                {"svReplicates", R"(["enroll","api99"])"},
                                                {"svReplicateScale", R"("1, 1, 1")"}});
     EXPECT_EQ(scales.gate->text, "Replicate scale count must match the number of replicates.");
+}
+
+TEST(SurveyScreen, TheProjectKeepsTheWholeDesign) {
+    const Settings design = {{"svFpc", R"("fpc")"},
+                             {"svReplicates", R"(["jk1","jk2"])"},
+                             {"svReplicateType", R"("fayBRR")"},
+                             {"svFayRho", "0.25"},
+                             {"svReplicateScale", R"("0.9")"}};
+    ScreenWorkplace first;
+    EXPECT_FALSE(first.state.projectSettings().contains("sv_fpc")) << "nothing was set";
+    first.set(design);
+    std::map<std::string, std::string> settings = first.state.projectSettings();
+    ScreenWorkplace second;
+    second.state.restoreProjectSettings(settings);
+    second.expectValues(design);
+    settings["sv_fay_rho"] = "{";
+    settings["sv_replicates"] = "7";
+    settings.erase("sv_fpc");
+    second.state.restoreProjectSettings(settings);
+    second.expectValues({{"svFayRho", "0.5"}, {"svReplicates", "[]"}, {"svFpc", R"("")"}});
 }
 
 TEST(SurveyWeights, AreUsedOnDescriptivesAndSaidOnEveryOtherResult) {

@@ -64,12 +64,14 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
 
 std::string leftOut(const WeightedEstimate& estimate) {
     const std::int64_t count = estimate.totalN - estimate.validN;
-    return count == 0
-               ? ""
-               : DatasetText::counted(count, "case") + " of " + ResultText::count(estimate.totalN) +
-                     " (" + DatasetText::share(count, estimate.totalN) +
-                     ") lack the value and are left out with their weights; the others "
-                     "are not weighted up for them.";
+    if (count == 0) {
+        return "";
+    }
+    return DatasetText::counted(count, "case") + " of " + ResultText::count(estimate.totalN) +
+           " (" + DatasetText::share(count, estimate.totalN) + ")" +
+           (count == 1 ? " lacks the value and is left out with its weight"
+                       : " lack the value and are left out with their weights") +
+           "; the others are not weighted up for that.";
 }
 
 std::vector<std::string> warnings(const SurveyRun& run) {

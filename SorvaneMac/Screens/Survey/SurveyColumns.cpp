@@ -47,10 +47,11 @@ void addBlankRows(std::vector<std::string>& cautions,
         blank += (*column)[row].empty() ? 1 : 0;
     }
     if (blank > 0) {
-        cautions.push_back(DatasetText::counted(blank, "row") + " without a " + std::string(what) +
-                           " were taken as a " + std::string(what) +
-                           " of their own; the design's documentation should say where they "
-                           "belong.");
+        const std::string unit(what);
+        cautions.push_back(DatasetText::counted(blank, "row") + " without a " + unit +
+                           (blank == 1 ? " was" : " were") + " taken as a " + unit +
+                           (blank == 1 ? " of its own" : " of their own") +
+                           "; the documentation of the design should say where they belong.");
     }
 }
 

@@ -103,6 +103,7 @@ public:
             NoteControl{"Descriptives & Explore then gives weighted figures under this design as "
                         "well. Other analyses stay unweighted and say so.",
                         false});
+        SurveySelection::addReplicates(form, state_.dataset(), fields_);
     }
 
     std::string runLabel() const override { return "Estimate"; }

@@ -19,25 +19,6 @@ using VariableLists::List;
 using VariableLists::numericVariables;
 using VariableLists::without;
 
-void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
-    const List weights = possibleWeights(dataset);
-    form.controls.emplace_back(FormControls::withUnavailable(
-        FormControls::variableCheckList("Replicate weights (none: linearization)",
-                                        fields.svReplicates,
-                                        without(weights, {fields.svWeight->name})),
-        fields.svReplicates.get(), weights));
-    if (fields.svReplicates->empty()) {
-        return;
-    }
-    form.controls.emplace_back(
-        FormControls::enumerationPicker("Replication", fields.svReplicateType));
-    if (fields.svReplicateType.get() == ReplicateType::fayBRR) {
-        form.controls.emplace_back(FormControls::shareSlider("Fay factor", fields.svFayRho));
-    }
-    form.controls.emplace_back(FormControls::textField(
-        "Scales of the replicates", "blank: those of the replication", fields.svReplicateScale));
-}
-
 std::optional<Gate> missingWeight(const ImportedDataset& dataset, const SurveyFields& fields) {
     if (fields.svWeight->isBlank()) {
         return Gate{.title = "Set the sampling weight",
@@ -172,7 +153,6 @@ void addDesign(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fi
     form.controls.emplace_back(optionalVariablePicker(
         "PSUs in the population (fpc)", fields.svFpc,
         without(possibleWeights(dataset), {fields.svWeight->name}), "No correction"));
-    addReplicates(form, dataset, fields);
     for (std::string& note : SurveyColumns::designNotes(dataset, fields)) {
         form.controls.emplace_back(NoteControl{std::move(note), false});
     }
@@ -195,6 +175,25 @@ void addEstimate(SetupForm& form, const ImportedDataset& dataset, SurveyFields& 
     form.controls.emplace_back(optionalVariablePicker(
         "By subgroup", fields.svGroup, possibleGroups(dataset), "The whole population"));
     form.controls.emplace_back(OptionControls::confidencePicker(fields.svConfidence));
+}
+
+void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
+    const List weights = possibleWeights(dataset);
+    form.controls.emplace_back(HeadingControl{"REPLICATE WEIGHTS"});
+    form.controls.emplace_back(FormControls::withUnavailable(
+        FormControls::variableCheckList("In place of strata and clusters", fields.svReplicates,
+                                        without(weights, {fields.svWeight->name})),
+        fields.svReplicates.get(), weights));
+    if (fields.svReplicates->empty()) {
+        return;
+    }
+    form.controls.emplace_back(
+        FormControls::enumerationPicker("Replication", fields.svReplicateType));
+    if (fields.svReplicateType.get() == ReplicateType::fayBRR) {
+        form.controls.emplace_back(FormControls::shareSlider("Fay factor", fields.svFayRho));
+    }
+    form.controls.emplace_back(FormControls::textField(
+        "Scales of the replicates", "blank: those of the replication", fields.svReplicateScale));
 }
 
 std::optional<Gate> designGate(const ImportedDataset& dataset, const SurveyFields& fields) {

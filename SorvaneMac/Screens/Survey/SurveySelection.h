@@ -14,6 +14,9 @@ namespace sorvane::SurveySelection {
 void addDesign(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 void addEstimate(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 
+/// The replicate weights, of which a survey may have hundreds.
+void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
+
 /// What keeps the weights, strata and clusters from being a design.
 std::optional<Gate> designGate(const ImportedDataset& dataset, const SurveyFields& fields);
 /// What keeps the estimate from running, the design aside.
