@@ -4,6 +4,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelOrdinal.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {
@@ -178,6 +179,24 @@ Procedure twoFactorFit(const std::string& name,
         FixedPart{}, first, second);
 }
 
+std::vector<MultilevelClusterEffect> ordinalClusterEffects(const MultilevelData& data,
+                                                           const MultilevelOptions& options) {
+    const auto result = MultilevelOrdinal::fit(data, options);
+    return result ? MultilevelOrdinal::clusterEffects(data, options, *result)
+                  : std::vector<MultilevelClusterEffect>{};
+}
+
+template <typename Use>
+Procedure ordinalProcedure(const std::string& name, Use use) {
+    return procedure(
+        "MultilevelOrdinal." + name,
+        [use](Inputs inputs, LabelledClusters clusters) {
+            setClusters(inputs, std::move(clusters));
+            return use(inputs.first, inputs.second);
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"});
+}
+
 }  // namespace
 
 std::vector<Procedure> multilevelProcedures() {
@@ -204,6 +223,8 @@ std::vector<Procedure> multilevelProcedures() {
         twoFactorFit("fitLogisticThreeLevel", MultilevelGLMM::fitLogisticThreeLevel, outer, inner),
         twoFactorFit("fitPoissonThreeLevel", MultilevelGLMM::fitPoissonThreeLevel, outer, inner),
         linkedClusterEffects(),
+        ordinalProcedure("fit", MultilevelOrdinal::fit),
+        ordinalProcedure("clusterEffects", ordinalClusterEffects),
     };
 }
 

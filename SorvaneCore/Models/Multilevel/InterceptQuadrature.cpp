@@ -1,30 +1,20 @@
 #include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
+#include "SorvaneCore/Models/Multilevel/GaussHermite.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 
 namespace {
 
-constexpr std::size_t pointCount = 15;
-using Points = std::array<double, pointCount>;
-
-/// Nodes and weights of the 15-point Gauss-Hermite rule.
-constexpr Points nodes = {
-    -4.499990707309392, -3.669950373404453, -2.967166927905603,  -2.325732486173858,
-    -1.719992575186489, -1.136115585210921, -0.5650695832555757, 0.0,
-    0.5650695832555757, 1.136115585210921,  1.719992575186489,   2.325732486173858,
-    2.967166927905603,  3.669950373404453,  4.499990707309392};
-constexpr Points weights = {1.522475804253517e-09, 1.059115547711067e-06, 1.000044412324999e-04,
-                            2.778068842912776e-03, 3.078003387254608e-02, 1.584889157959357e-01,
-                            4.120286874988986e-01, 5.641003087264175e-01, 4.120286874988986e-01,
-                            1.584889157959357e-01, 3.078003387254608e-02, 2.778068842912776e-03,
-                            1.000044412324999e-04, 1.059115547711067e-06, 1.522475804253517e-09};
+using GaussHermite::nodes;
+using GaussHermite::pointCount;
+using GaussHermite::Points;
+using GaussHermite::weights;
 
 /// One cluster at one setting.
 struct Rows {

@@ -16,12 +16,17 @@ namespace sorvane {
 class OrdinalLikelihood {
 public:
     /// `matrix` has rows of `stride` entries, of which the first is no predictor; `levels` counts
-    /// from 0. The data must outlive this.
+    /// from 0. One weight per row, or none for rows that count once. The data must outlive this.
     OrdinalLikelihood(std::span<const double> matrix,
                       std::size_t stride,
                       std::span<const std::uint32_t> levels,
-                      std::size_t levelCount)
-        : matrix_(matrix), stride_(stride), levels_(levels), thresholds_(levelCount - 1) {}
+                      std::size_t levelCount,
+                      std::span<const double> weights = {})
+        : matrix_(matrix),
+          stride_(stride),
+          levels_(levels),
+          weights_(weights),
+          thresholds_(levelCount - 1) {}
 
     std::size_t parameterCount() const { return thresholds_ + stride_ - 1; }
 
@@ -35,6 +40,7 @@ private:
     std::span<const double> matrix_;
     std::size_t stride_;
     std::span<const std::uint32_t> levels_;
+    std::span<const double> weights_;
     std::size_t thresholds_;
 };
 
