@@ -103,6 +103,18 @@ TEST_F(SurvivalScreenTest, AHazardRatioIsShownWithItsInterval) {
     EXPECT_EQ(study.screens.at(survival).result()["events"], Json(165));
 }
 
+TEST_F(SurvivalScreenTest, TimesWithDecimalsAreCountedExactly) {
+    study.state.importPastedData("t,e\n0.2,1\n0.4,1\n0.6,0\n0.6,1\n1.2,1\n1.4,0\n");
+    study.assign({"t"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent content =
+        study.shown(survival, {{"survTime", R"("t")"}, {"survEvent", R"("e")"}});
+    const ReportTable& atRisk = content.cards[1].tables.front();
+    EXPECT_EQ(atRisk.headers,
+              (Cells{"Stratum", "0", "0.2", "0.4", "0.6", "0.8", "1", "1.2", "1.4"}));
+    EXPECT_EQ(atRisk.rows.front(), (Cells{"Overall", "6", "6", "5", "4", "2", "2", "2", "1"}));
+}
+
 TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
     const Settings allEvents = {
         {"survTime", R"("time")"}, {"survEvent", R"("status")"}, {"survGroup", R"("")"}};
