@@ -115,6 +115,16 @@ TEST_F(SurvivalScreenTest, TimesWithDecimalsAreCountedExactly) {
     EXPECT_EQ(atRisk.rows.front(), (Cells{"Overall", "6", "6", "5", "4", "2", "2", "2", "1"}));
 }
 
+TEST_F(SurvivalScreenTest, TheCutOfALongTableIsSaidBesideTheNote) {
+    const ScreenContent content = study.shown(
+        survival, {{"survTime", R"("time")"}, {"survEvent", R"("dead")"}, {"survGroup", R"("")"}});
+    const std::string cut = "Showing first 40 of 139. Event coding: 0 = censored";
+    EXPECT_TRUE(content.findings.front().item.table->note->starts_with(cut));
+    EXPECT_TRUE(cardOf(content, "Kaplan–Meier Estimates of Survival")
+                    ->tables.front()
+                    .note->starts_with(cut));
+}
+
 TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
     const Settings allEvents = {
         {"survTime", R"("time")"}, {"survEvent", R"("status")"}, {"survGroup", R"("")"}};
