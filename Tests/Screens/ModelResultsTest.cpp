@@ -125,6 +125,24 @@ TEST_F(SurvivalScreenTest, TheCutOfALongTableIsSaidBesideTheNote) {
                     .note->starts_with(cut));
 }
 
+TEST_F(SurvivalScreenTest, HazardRatiosBeyondUseStayReadable) {
+    study.state.importPastedData(
+        "t,e,x,z\n1,1,9,1\n2,1,8,3\n3,1,7,2\n4,1,6,5\n5,0,1,4\n6,0,2,1\n7,0,1,3\n8,0,2,2\n");
+    study.assign({"t", "x", "z"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent content = study.shown(survival, {{"survMode", R"("cox")"},
+                                                         {"survTime", R"("t")"},
+                                                         {"survEvent", R"("e")"},
+                                                         {"survPredictors", R"(["x","z"])"}});
+    const ReportItem& item = content.findings.front().item;
+    const Cells& row = item.table->rows.front();
+    EXPECT_EQ(Cells(row.begin() + 5, row.end()), (Cells{"> 99999", "< 0.001", "> 99999"}));
+    EXPECT_NE(item.apaSummary.find("95% CI [< 0.01, > 99999]"), std::string::npos)
+        << item.apaSummary;
+    const auto& plot = std::get<IntervalPlot>(content.findings.front().figure->plot);
+    EXPECT_TRUE(std::isfinite(plot.rows.front().lower) && std::isfinite(plot.rows.front().upper));
+}
+
 TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {
     const Settings allEvents = {
         {"survTime", R"("time")"}, {"survEvent", R"("status")"}, {"survGroup", R"("")"}};
