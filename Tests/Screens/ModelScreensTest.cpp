@@ -140,6 +140,24 @@ TEST(ModelScreens, SeedFillsWhatIsBlankAndKeepsTheRest) {
     }
 }
 
+TEST(ModelScreens, StrataThatWereMadeBlankStayBlankUntilANewTable) {
+    for (const bool isSeenFirst : {true, false}) {
+        Workplace workplace;
+        if (isSeenFirst) {
+            workplace.screens.appear(survival);
+        }
+        workplace.set({{"survGroup", R"("")"}});
+        for (int time = 0; time < 2; ++time) {
+            workplace.screens.appear(survival);
+            workplace.expectValues({{"survTime", R"("days")"}, {"survGroup", R"("")"}});
+        }
+        workplace.state.importPastedData("days,dead,arm\n1,0,a\n2,1,b\n3,1,a\n4,0,b\n");
+        workplace.assign({"arm"}, VariableKind::grouping);
+        workplace.screens.appear(survival);
+        workplace.expectValues({{"survGroup", R"("arm")"}});
+    }
+}
+
 TEST(ModelScreens, SeedOfAnEmptyTableLeavesAllBlank) {
     StudioState state{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
     StudioScreens screens{state};
