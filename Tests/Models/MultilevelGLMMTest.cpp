@@ -147,6 +147,54 @@ TEST(MultilevelGLMM, SaysThatPredictorsSeparate) {
         ASSERT_TRUE(result);
         const Labels said = cautions(result->readiness);
         EXPECT_EQ(std::count(said.begin(), said.end(), separation), 1);
+        EXPECT_GT(result->fixedEffects[1].standardError, 20.0);
+    }
+}
+
+/// Counts about a mean in 20 clusters of 10 rows that differ by about e.
+struct ManyCounted {
+    MultilevelData data{};
+
+    explicit ManyCounted(double mean) {
+        SplitMix64 random(11);
+        const auto normal = [&random] {
+            double sum = -6.0;
+            for (int i = 0; i < 12; ++i) {
+                sum += random.nextUnitDouble();
+            }
+            return sum;
+        };
+        Cells counts;
+        Cells x;
+        Labels cluster;
+        for (int c = 0; c < 20; ++c) {
+            const double shift = normal();
+            for (int i = 0; i < 10; ++i) {
+                x.emplace_back(normal());
+                const double rate = mean * std::exp(0.3 * *x.back() + shift);
+                counts.emplace_back(std::floor(rate + std::sqrt(rate) * normal() + 0.5));
+                cluster.push_back("c" + std::to_string(c));
+            }
+        }
+        data = {.outcome = NumericColumn(counts),
+                .fixedPredictors = {NumericColumn(x)},
+                .cluster = TextColumn::of(cluster),
+                .cluster2 = TextColumn::of(cluster)};
+    }
+};
+
+/// The rows tell of each cluster's mean all that there is to know, so that the error of the
+/// intercept is that of a mean of twenty.
+TEST(MultilevelGLMM, KnowsItsErrorsWhereCountsAreLarge) {
+    for (const Fit fit : {MultilevelGLMM::fitPoissonRI, MultilevelGLMM::fitPoissonRS}) {
+        for (const double mean : {1e3, 1e4, 1e5}) {
+            SCOPED_TRACE(mean);
+            const auto result = fit(ManyCounted(mean).data, options);
+            ASSERT_TRUE(result && result->converged);
+            const double sigma = result->varianceComponents[0].standardDeviation;
+            EXPECT_TRUE(closeTo(result->fixedEffects[0].standardError, sigma / std::sqrt(20.0),
+                                {.relative = 1e-2}));
+        }
     }
 }
 

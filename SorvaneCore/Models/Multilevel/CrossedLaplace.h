@@ -10,6 +10,12 @@
 
 namespace sorvane {
 
+/// The standard deviations of the intercepts of two factors.
+struct CrossedSpread {
+    double first = 1.0;
+    double second = 1.0;
+};
+
 /// The marginal likelihood of counts or shares with the random intercepts of two factors, by
 /// Laplace's approximation of the integral over all of them.
 class CrossedLaplace {
@@ -22,6 +28,15 @@ public:
     /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
     ///            factor
     double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
+    double logLikelihood(std::span<const double> predictor, const CrossedSpread& spread) {
+        return logLikelihood(predictor, spread.first, spread.second);
+    }
+
+    /// See `LinkedInformation`, at the setting last asked for; empty where there is none.
+    ///
+    /// Cost       a step of the iteration for each fixed effect
+    std::vector<double> information(std::span<const double> predictor,
+                                    const CrossedSpread& spread) const;
 
 private:
     struct Spread {
@@ -29,6 +44,8 @@ private:
         double smaller = 0.0;
     };
     struct State;
+
+    Spread bySize(const CrossedSpread& spread) const;
 
     State at(const std::vector<double>& u, std::span<const double> predictor, Spread spread) const;
     /// The step to the mode of the parabola, in place of the gradient; false where there is none.

@@ -23,7 +23,7 @@ namespace sorvane::MultilevelGLMM {
 namespace {
 
 using LinkedMaximizer::Fit;
-using LinkedMaximizer::LogLikelihood;
+using LinkedMaximizer::Likelihood;
 
 /// How the variance parameters of a search are read: coordinates of about a standard error each.
 struct SpreadScale {
@@ -66,10 +66,10 @@ std::vector<std::vector<double>> startsAt(std::size_t fixed,
 MultilevelResult searched(const LinkedTask& task,
                           const LinkedDesign& design,
                           const Fit& fit,
-                          const LogLikelihood& logLikelihood) {
+                          const Likelihood& likelihood) {
     MultilevelResult result = task.started();
     const std::size_t p = design.fixedCount();
-    const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, p, logLikelihood);
+    const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, likelihood);
     const FixedEffectTable::Estimates estimates{
         .values = design.effects(std::span(fit.point).first(p)),
         .variances = covariance ? design.variances(*covariance)
@@ -88,15 +88,32 @@ void addComponent(MultilevelResult& result, std::string name, double sigma) {
         {.name = std::move(name), .variance = sigma * sigma, .standardDeviation = sigma});
 }
 
+/// A marginal likelihood by the fixed effects of its design and what it reads off the rest of a
+/// point.
+template <typename Marginal, typename SpreadOf>
+Likelihood likelihoodOf(const LinkedDesign& design, Marginal& marginal, SpreadOf spreadOf) {
+    const std::size_t p = design.fixedCount();
+    const auto log = [&design, &marginal, spreadOf, p](std::span<const double> point) {
+        return marginal.logLikelihood(design.predictor(point.first(p)), spreadOf(point.subspan(p)));
+    };
+    return {.fixed = p,
+            .log = log,
+            .information = [&design, &marginal, spreadOf, p, log](std::span<const double> point) {
+                // Moves the clusters to their modes at this point.
+                static_cast<void>(log(point));
+                return marginal.information(design.predictor(point.first(p)),
+                                            spreadOf(point.subspan(p)));
+            }};
+}
+
 MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     InterceptQuadrature quadrature(design, task.rows.cluster);
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return quadrature.logLikelihood(design.predictor(point.first(p)), scale.sigma(point[p]));
-    };
-    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    const Likelihood likelihood = likelihoodOf(
+        design, quadrature, [&](std::span<const double> point) { return scale.sigma(point[0]); });
+    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scale.sigma(fit.point[p]));
     return result;
 }
@@ -119,26 +136,24 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
         value /= slopeUnit;
     }
     SlopeLaplace laplace(design, task.rows.cluster, slope);
-    const auto spread = [&](std::span<const double> point) {
-        return SlopeSpread{.intercept = scale.sigma(point[p]),
-                           .slope = scale.sigma(point[p + 1]),
-                           .correlation = correlated ? scale.correlation(point[p + 2]) : 0.0};
+    const auto spread = [&](std::span<const double> t) {
+        return SlopeSpread::of(scale.sigma(t[0]), scale.sigma(t[1]),
+                               correlated ? scale.correlation(t[2]) : 0.0);
     };
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return laplace.logLikelihood(design.predictor(point.first(p)), spread(point));
-    };
+    const Likelihood likelihood = likelihoodOf(design, laplace, spread);
     std::vector<std::vector<double>> starts = startsAt(p, 2, scale);
     for (std::vector<double>& start : starts) {
         start.resize(p + (correlated ? 3 : 2), 0.0);
     }
-    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
-    const SlopeSpread found = spread(fit.point);
+    const Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
+    const SlopeSpread found = spread(std::span(fit.point).subspan(p));
+    const double slopeSigma = std::hypot(found.along, found.alone);
     addComponent(result, task.options.clusterLabel + " (Intercept)", found.intercept);
     addComponent(result, task.options.clusterLabel + " (" + *task.options.randomSlopeName + ")",
-                 found.slope / slopeUnit);
+                 slopeSigma / slopeUnit);
     if (correlated) {
-        result.randomEffectCorrelation = found.correlation;
+        result.randomEffectCorrelation = found.along / slopeSigma;
     }
     return result;
 }
@@ -148,16 +163,16 @@ MultilevelResult fitTwoFactors(const LinkedTask& task, const LinkedDesign& desig
     const SpreadScale scaleA(task.rows.cluster.count());
     const SpreadScale scaleB(task.rows.cluster2.count());
     CrossedLaplace laplace(design, task.rows);
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return laplace.logLikelihood(design.predictor(point.first(p)), scaleA.sigma(point[p]),
-                                     scaleB.sigma(point[p + 1]));
-    };
+    const Likelihood likelihood =
+        likelihoodOf(design, laplace, [&scaleA, &scaleB](std::span<const double> t) {
+            return CrossedSpread{.first = scaleA.sigma(t[0]), .second = scaleB.sigma(t[1])};
+        });
     std::vector<std::vector<double>> starts = startsAt(p, 2, scaleA);
     for (std::vector<double>& start : starts) {
         start[p + 1] *= scaleA.unit / scaleB.unit;
     }
-    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    const Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scaleA.sigma(fit.point[p]));
     addComponent(result, task.options.cluster2Label + " (Intercept)",
                  scaleB.sigma(fit.point[p + 1]));
