@@ -217,6 +217,46 @@ TEST(MultilevelModel, DoesNotDependOnUnitsOrOffsets) {
                         {.relative = 1e-5}));
 }
 
+Cells shifted(const Cells& x, double scale, double shift) {
+    Cells result;
+    for (const std::optional<double>& value : x) {
+        result.emplace_back(*value * scale + shift);
+    }
+    return result;
+}
+
+/// Rows whose slope differs between clusters.
+Simulated sloping() {
+    Simulated rows(10, 8, 3.0);
+    SplitMix64 random(9);
+    for (std::size_t i = 0; i < rows.x.size(); i += 8) {
+        const double slope = random.nextUnitDouble();
+        for (std::size_t j = i; j < i + 8; ++j) {
+            *rows.outcome[j] += slope * *rows.x[j];
+        }
+    }
+    return rows;
+}
+
+TEST(MultilevelModel, CountsDegreesWhereverTheSlopeHasItsZero) {
+    const Simulated rows = sloping();
+    MultilevelOptions options = namedOptions(1);
+    options.randomSlopeName = "x1";
+    for (const MultilevelDFMethod method :
+         {MultilevelDFMethod::satterthwaite, MultilevelDFMethod::kenwardRoger}) {
+        options.dfMethod = method;
+        const auto fit = MultilevelModel::fit(rows.data(), options);
+        EXPECT_TRUE(closeTo(*fit->fixedEffects[1].df, 9.0, {.relative = 0.05}));
+        for (const double shift : {-50.0, 500.0, 2000.0}) {
+            SCOPED_TRACE(shift);
+            const auto other = MultilevelModel::fit(
+                dataOf(rows.outcome, {shifted(rows.x, 1.0, shift)}, rows.cluster), options);
+            EXPECT_TRUE(
+                closeTo(*other->fixedEffects[1].df, *fit->fixedEffects[1].df, {.relative = 1e-2}));
+        }
+    }
+}
+
 TEST(MultilevelModel, CorrelatesOnlyWhereThereIsASlope) {
     const Simulated rows(12, 6, 4.0);
     MultilevelOptions options = namedOptions(1);

@@ -78,7 +78,7 @@ Point pointOf(const Parameters& parameters) {
     Point result{.phi = parameters.values, .maySwitchSign = parameters.maySwitchSign};
     result.phi.push_back(parameters.sigma);
     result.maySwitchSign.push_back(false);
-    std::vector<double> units = parameters.units;
+    std::vector<double> units(parameters.values.size(), 1.0);
     // A small residual variance must not vanish under the step.
     units.push_back(std::min(parameters.sigma, 1.0));
     for (std::size_t i = 0; i < units.size(); ++i) {
