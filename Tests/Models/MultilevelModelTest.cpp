@@ -257,6 +257,21 @@ TEST(MultilevelModel, CountsDegreesWhereverTheSlopeHasItsZero) {
     }
 }
 
+TEST(MultilevelModel, CountsDegreesInAnyUnit) {
+    const Simulated rows = sloping();
+    for (const MultilevelDFMethod method :
+         {MultilevelDFMethod::satterthwaite, MultilevelDFMethod::kenwardRoger}) {
+        MultilevelOptions options = namedOptions(1);
+        options.dfMethod = method;
+        const auto fit = MultilevelModel::fit(rows.data(), options);
+        const auto other = MultilevelModel::fit(
+            dataOf(rows.outcome, {shifted(rows.x, 1e12, 0.0)}, rows.cluster), options);
+        EXPECT_LT(*fit->fixedEffects[1].df, 100.0);
+        EXPECT_TRUE(
+            closeTo(*other->fixedEffects[1].df, *fit->fixedEffects[1].df, {.relative = 1e-3}));
+    }
+}
+
 TEST(MultilevelModel, CorrelatesOnlyWhereThereIsASlope) {
     const Simulated rows(12, 6, 4.0);
     MultilevelOptions options = namedOptions(1);
