@@ -1,6 +1,8 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -194,6 +196,33 @@ TEST(MultilevelGLMM, KnowsItsErrorsWhereCountsAreLarge) {
             const double sigma = result->varianceComponents[0].standardDeviation;
             EXPECT_TRUE(closeTo(result->fixedEffects[0].standardError, sigma / std::sqrt(20.0),
                                 {.relative = 1e-2}));
+        }
+    }
+}
+
+/// A shift of a slope that may correlate with the intercept is another way to write the same model.
+TEST(MultilevelGLMM, FindsCorrelatedSlopesFarFromZero) {
+    const Simulated rows;
+    const std::array<std::pair<Fit, const Cells*>, 2> cases = {
+        {{MultilevelGLMM::fitLogisticRS, &rows.shares},
+         {MultilevelGLMM::fitPoissonRS, &rows.counts}}};
+    for (const auto& [fit, outcome] : cases) {
+        const auto near = fit(rows.data(*outcome), options);
+        for (const double shift : {-3.0, 10.0, 100.0, 1000.0}) {
+            SCOPED_TRACE(shift);
+            MultilevelData data = rows.data(*outcome);
+            Cells far;
+            for (const std::optional<double>& x : rows.x) {
+                far.emplace_back(*x + shift);
+            }
+            data.fixedPredictors = {NumericColumn(far)};
+            const auto result = fit(data, options);
+            EXPECT_TRUE(closeTo(result->logLikelihood, near->logLikelihood,
+                                {.relative = 0, .absolute = 1e-5}));
+            EXPECT_TRUE(closeTo(result->fixedEffects[1].estimate, near->fixedEffects[1].estimate,
+                                {.relative = 1e-3}));
+            EXPECT_TRUE(closeTo(result->fixedEffects[1].standardError,
+                                near->fixedEffects[1].standardError, {.relative = 2e-3}));
         }
     }
 }

@@ -16,6 +16,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
 
 namespace sorvane::MultilevelGLMM {
@@ -37,7 +38,6 @@ struct SpreadScale {
         constexpr double longest = 15.0;
         return std::exp(std::clamp(unit * coordinate, -longest, longest));
     }
-    double correlation(double coordinate) const { return std::tanh(unit * coordinate); }
     double coordinateOf(double sigma) const { return std::log(sigma) / unit; }
 };
 
@@ -118,43 +118,65 @@ MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design
     return result;
 }
 
-double rootMeanSquare(const std::vector<double>& values) {
-    double sum = 0.0;
-    for (const double value : values) {
-        sum += value * value;
+/// An independent slope keeps its zero, and so its unit is its root mean square.
+SlopeUnits unitsOf(const std::vector<double>& slope, bool correlated) {
+    SlopeUnits units = SlopeUnits::of(slope);
+    if (!correlated) {
+        const double square = units.deviation * units.deviation + units.mean * units.mean;
+        units = {.mean = 0.0, .deviation = square > 0.0 ? std::sqrt(square) : 1.0};
     }
-    return sum > 0.0 ? std::sqrt(sum / static_cast<double>(values.size())) : 1.0;
+    return units;
+}
+
+/// The same with the entries of a factor for logarithms of standard deviations, as a correlation
+/// next to 1 lies infinitely far in its own coordinate.
+std::vector<std::vector<double>> correlatedStarts(std::size_t fixed, const SpreadScale& scale) {
+    std::vector<std::vector<double>> starts = startsAt(fixed, 2, scale);
+    for (std::vector<double>& start : starts) {
+        const double intercept = scale.sigma(start[fixed]) / scale.unit;
+        const double slope = scale.sigma(start[fixed + 1]) / scale.unit;
+        start.resize(fixed);
+        start.insert(start.end(), {intercept, 0.0, slope});
+    }
+    return starts;
+}
+
+void setSlopeVariances(MultilevelResult& result,
+                       const MultilevelOptions& options,
+                       const RandomCovariance& g) {
+    constexpr double smallestRoot = 1e-14;
+    const double intercept = std::sqrt(g[0]);
+    const double slope = std::sqrt(g[3]);
+    addComponent(result, options.clusterLabel + " (Intercept)", intercept);
+    addComponent(result, options.clusterLabel + " (" + *options.randomSlopeName + ")", slope);
+    if (options.correlateRandomEffects && intercept * slope > smallestRoot) {
+        result.randomEffectCorrelation = std::clamp(g[1] / (intercept * slope), -1.0, 1.0);
+    }
 }
 
 MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     const bool correlated = task.options.correlateRandomEffects;
-    std::vector<double> slope = task.rows.predictors[*task.rows.slope];
-    const double slopeUnit = rootMeanSquare(slope);
-    for (double& value : slope) {
-        value /= slopeUnit;
-    }
-    SlopeLaplace laplace(design, task.rows.cluster, slope);
-    const auto spread = [&](std::span<const double> t) {
-        return SlopeSpread::of(scale.sigma(t[0]), scale.sigma(t[1]),
-                               correlated ? scale.correlation(t[2]) : 0.0);
+    const std::vector<double>& slope = task.rows.predictors[*task.rows.slope];
+    const SlopeFactor factor(unitsOf(slope, correlated), correlated);
+    const std::vector<double> scaledSlope = factor.scaled(slope);
+    SlopeLaplace laplace(design, task.rows.cluster, scaledSlope);
+    const auto entries = [&](std::span<const double> t) {
+        return correlated ? std::vector{scale.unit * t[0], scale.unit * t[1], scale.unit * t[2]}
+                          : std::vector{scale.sigma(t[0]), scale.sigma(t[1])};
     };
-    const Likelihood likelihood = likelihoodOf(design, laplace, spread);
-    std::vector<std::vector<double>> starts = startsAt(p, 2, scale);
-    for (std::vector<double>& start : starts) {
-        start.resize(p + (correlated ? 3 : 2), 0.0);
-    }
-    const Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    const Likelihood likelihood = likelihoodOf(design, laplace, [&](std::span<const double> t) {
+        const std::vector<double> factored = entries(t);
+        return SlopeSpread{.intercept = factored.front(),
+                           .along = correlated ? factored[1] : 0.0,
+                           .alone = factored.back()};
+    });
+    const Fit fit = LinkedMaximizer::maximize(
+        correlated ? correlatedStarts(p, scale) : startsAt(p, 2, scale), likelihood);
     MultilevelResult result = searched(task, design, fit, likelihood);
-    const SlopeSpread found = spread(std::span(fit.point).subspan(p));
-    const double slopeSigma = std::hypot(found.along, found.alone);
-    addComponent(result, task.options.clusterLabel + " (Intercept)", found.intercept);
-    addComponent(result, task.options.clusterLabel + " (" + *task.options.randomSlopeName + ")",
-                 slopeSigma / slopeUnit);
-    if (correlated) {
-        result.randomEffectCorrelation = found.along / slopeSigma;
-    }
+    setSlopeVariances(result, task.options,
+                      factor.covariance(entries(std::span(fit.point).subspan(p))));
     return result;
 }
 
