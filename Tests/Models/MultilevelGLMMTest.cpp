@@ -59,26 +59,45 @@ struct Simulated {
 const MultilevelOptions options{
     .fixedNames = {"x"}, .clusterLabel = "c", .cluster2Label = "o", .randomSlopeName = "x"};
 
+const std::string slopeMethod =
+    "Random-slope GLMM uses Laplace approximation for the cluster integrals (matching multi-RE "
+    "glmer); adaptive Gauss\u2013Hermite is used only for scalar random intercepts.";
+const std::string factorMethod =
+    "Two-factor GLMM uses a dense Laplace approximation over both random-intercept vectors "
+    "(matching multi-RE glmer).";
+
 TEST(MultilevelGLMM, BlocksOutcomesThatDoNotVary) {
     struct Case {
         int line;
         Fit fit;
         double outcome;
         std::string message;
+        Labels cautions;
     };
     const std::vector<Case> cases = {
-        {__LINE__, MultilevelGLMM::fitLogisticRI, 0.0,
-         "Outcome has no variation (all 0 or all 1)."},
-        {__LINE__, MultilevelGLMM::fitLogisticRS, 1.0,
-         "Outcome has no variation (all 0 or all 1)."},
-        {__LINE__, MultilevelGLMM::fitPoissonRI, 0.0, "Outcome has no events (all zeros)."},
-        {__LINE__, MultilevelGLMM::fitPoissonCrossed, 4.0, "Outcome has no variation."}};
+        {__LINE__,
+         MultilevelGLMM::fitLogisticRI,
+         0.0,
+         "Outcome has no variation (all 0 or all 1).",
+         {}},
+        {__LINE__,
+         MultilevelGLMM::fitLogisticRS,
+         1.0,
+         "Outcome has no variation (all 0 or all 1).",
+         {slopeMethod}},
+        {__LINE__, MultilevelGLMM::fitPoissonRI, 0.0, "Outcome has no events (all zeros).", {}},
+        {__LINE__,
+         MultilevelGLMM::fitPoissonCrossed,
+         4.0,
+         "Outcome has no variation.",
+         {factorMethod}}};
     const Simulated rows;
     for (const Case& each : cases) {
         SCOPED_TRACE(each.line);
         const auto result = each.fit(rows.data(Cells(120, each.outcome), true), options);
         ASSERT_TRUE(result);
         EXPECT_EQ(obstacles(result->readiness), Labels{each.message});
+        EXPECT_EQ(cautions(result->readiness), each.cautions);
         EXPECT_TRUE(std::isnan(result->fixedEffects.at(1).standardError));
     }
 }
@@ -103,26 +122,24 @@ TEST(MultilevelGLMM, RepeatsItselfAndNamesItsMethod) {
         Labels components;
         Labels cautions;
     };
-    const std::string slope =
-        "Random-slope GLMM uses Laplace approximation for the cluster integrals (matching multi-RE "
-        "glmer); adaptive Gauss\u2013Hermite is used only for scalar random intercepts.";
-    const std::string factors =
-        "Two-factor GLMM uses a dense Laplace approximation over both random-intercept vectors "
-        "(matching multi-RE glmer).";
     const std::vector<Case> cases = {
         {__LINE__, MultilevelGLMM::fitLogisticRI, rows.shares, {"c (Intercept)"}, {}},
         {__LINE__, MultilevelGLMM::fitPoissonRI, rows.counts, {"c (Intercept)"}, {}},
-        {__LINE__, MultilevelGLMM::fitPoissonRS, rows.counts, {"c (Intercept)", "c (x)"}, {slope}},
+        {__LINE__,
+         MultilevelGLMM::fitPoissonRS,
+         rows.counts,
+         {"c (Intercept)", "c (x)"},
+         {slopeMethod}},
         {__LINE__,
          MultilevelGLMM::fitPoissonCrossed,
          rows.counts,
          {"c (Intercept)", "o (Intercept)"},
-         {factors}},
+         {factorMethod}},
         {__LINE__,
          MultilevelGLMM::fitLogisticThreeLevel,
          rows.shares,
          {"c (Intercept)", "c:o (Intercept)"},
-         {factors}}};
+         {factorMethod}}};
     for (const Case& each : cases) {
         SCOPED_TRACE(each.line);
         const auto result = each.fit(rows.data(each.outcome, true), options);
