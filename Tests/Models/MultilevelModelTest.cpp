@@ -69,6 +69,9 @@ TEST(MultilevelModel, RefusesWhatDoesNotFit) {
     MultilevelOptions unknownSlope = namedOptions(1);
     unknownSlope.randomSlopeName = "x9";
     EXPECT_FALSE(MultilevelModel::fit(rows.data(), unknownSlope));
+    MultilevelData crossed = rows.data();
+    crossed.cluster2 = crossed.cluster;
+    EXPECT_FALSE(MultilevelModel::fit(crossed, unknownSlope));
     unknownSlope.randomSlopeName = "";
     EXPECT_TRUE(MultilevelModel::fit(rows.data(), unknownSlope));
 }

@@ -251,8 +251,9 @@ std::optional<MultilevelResult> fitRS(MultilevelData data,
 }
 
 std::optional<MultilevelResult> fitCrossed(const MultilevelData& data,
-                                           const MultilevelOptions& options,
+                                           MultilevelOptions options,
                                            LinkedFamily family) {
+    options.randomSlopeName.reset();
     return data.cluster2 ? fit(data, options, family, LinkedStructure::twoFactors) : std::nullopt;
 }
 
