@@ -323,6 +323,25 @@ TEST(MultilevelModel, ShrinksTheDeparturesOfClusters) {
     EXPECT_FALSE(effects[3].slope);
 }
 
+/// A result does not tell the correlation where both variances are tiny.
+TEST(MultilevelModel, DepartsAlikeInAnyUnit) {
+    const Simulated rows = sloping();
+    MultilevelOptions options = namedOptions(1);
+    options.randomSlopeName = "x1";
+    const MultilevelData tiny = dataOf(shifted(rows.outcome, 1e-9, 0.0), {rows.x}, rows.cluster);
+    const auto fit = MultilevelModel::fit(rows.data(), options);
+    const auto tinyFit = MultilevelModel::fit(tiny, options);
+    ASSERT_TRUE(fit->randomEffectCorrelation && !tinyFit->randomEffectCorrelation);
+    const auto effects = MultilevelModel::clusterEffects(rows.data(), options, *fit);
+    const auto tinyEffects = MultilevelModel::clusterEffects(tiny, options, *tinyFit);
+    for (std::size_t c = 0; c < effects.size(); ++c) {
+        EXPECT_TRUE(closeTo(1e9 * tinyEffects[c].intercept, effects[c].intercept,
+                            {.relative = 1e-4, .absolute = 1e-4}));
+        EXPECT_TRUE(closeTo(1e9 * *tinyEffects[c].slope, *effects[c].slope,
+                            {.relative = 1e-4, .absolute = 1e-4}));
+    }
+}
+
 TEST(MultilevelInputs, LagsWithinClustersByTime) {
     const Labels clusters = {"a", "b", "a", " a", "", "b", "a"};
     const Cells time = {3.0, 1.0, 1.0, 7.0, 1.0, {}, 1.0};
