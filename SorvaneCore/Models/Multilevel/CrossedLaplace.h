@@ -10,6 +10,12 @@
 
 namespace sorvane {
 
+/// The standard deviations of the intercepts of two factors.
+struct CrossedSpread {
+    double first = 1.0;
+    double second = 1.0;
+};
+
 /// The marginal likelihood of counts or shares with the random intercepts of two factors, by
 /// Laplace's approximation of the integral over all of them.
 class CrossedLaplace {
@@ -22,6 +28,15 @@ public:
     /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
     ///            factor
     double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
+    double logLikelihood(std::span<const double> predictor, const CrossedSpread& spread) {
+        return logLikelihood(predictor, spread.first, spread.second);
+    }
+
+    /// See `LinkedInformation`, at the setting last asked for; empty where there is none.
+    ///
+    /// Cost       a step of the iteration for each fixed effect
+    std::vector<double> information(std::span<const double> predictor,
+                                    const CrossedSpread& spread) const;
 
     /// A level's most likely intercept, with the error that the curvature there stands for.
     struct Mode {
@@ -41,7 +56,7 @@ private:
     };
     struct State;
 
-    Spread spreadOf(double sigmaA, double sigmaB) const;
+    Spread bySize(const CrossedSpread& spread) const;
     /// The diagonal of the inverse of the negative Hessian, of the first factor's levels.
     std::vector<double> variances(const State& state) const;
 

@@ -48,9 +48,9 @@ std::vector<MultilevelClusterEffect> slopeEffects(const LinkedDesign& design,
                                                   const MultilevelRows& rows,
                                                   const MultilevelResult& result) {
     SlopeLaplace laplace(design, rows.cluster, rows.predictors[*rows.slope]);
-    const SlopeSpread spread{.intercept = result.varianceComponents[0].standardDeviation,
-                             .slope = result.varianceComponents[1].standardDeviation,
-                             .correlation = result.randomEffectCorrelation.value_or(0.0)};
+    const SlopeSpread spread = SlopeSpread::of(result.varianceComponents[0].standardDeviation,
+                                               result.varianceComponents[1].standardDeviation,
+                                               result.randomEffectCorrelation.value_or(0.0));
     static_cast<void>(laplace.logLikelihood(predictorOf(rows, result), spread));
     const std::vector<SlopeLaplace::Mode> modes = laplace.modes(spread);
     std::vector<MultilevelClusterEffect> effects = named(rows);
