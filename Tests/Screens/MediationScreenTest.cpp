@@ -82,7 +82,7 @@ TEST(MediationScreen, SimpleSlopesStandWithTheirLines) {
     EXPECT_EQ(
         APAFormat::normalize(slopes).rows[2],
         (Cells{"protest + 1 SD", "1.85", "0.414", "0.157", "2.63", ".010", "0.102", "0.725"}));
-    EXPECT_EQ(slopes.note, "Each row is the effect of sexism on liking at that level of protest.");
+    EXPECT_EQ(slopes.note, "Each row is the effect of sexism at that level of protest.");
 
     const auto& lines = std::get<LinePlot>(content.findings.front().figure->plot);
     ASSERT_EQ(lines.series.size(), 3U);

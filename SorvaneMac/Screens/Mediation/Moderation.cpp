@@ -100,7 +100,7 @@ ReportTable slopeTable(const ModerationRun& run) {
         const std::vector<std::string> cells = estimateCells(pathOf(each), residualDf(*run.result));
         table.rows.back().insert(table.rows.back().end(), cells.begin(), cells.end());
     }
-    table.note = "Each row is the effect of " + x + " on " + y + " at that level of " + w + ".";
+    table.note = "Each row is the effect of " + x + " at that level of " + w + ".";
     return table;
 }
 

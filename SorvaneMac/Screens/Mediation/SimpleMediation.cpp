@@ -112,7 +112,7 @@ ReportTable indirectTable(const MediationRun& run) {
     ReportTable table;
     table.title = "Indirect effect of " + run.variables.x + " on " + run.variables.y;
     table.groupHeaders = {{.label = "", .span = 2},
-                          {.label = "95% bootstrap CI", .span = 2},
+                          {.label = "95% CI", .span = 2},
                           {.label = "Sobel test", .span = 2},
                           {.label = "", .span = 2}};
     table.headers = {"Through", "a × b", "LL", "UL", "z", "p", "Proportion mediated", "Resamples"};

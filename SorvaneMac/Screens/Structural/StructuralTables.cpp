@@ -127,9 +127,8 @@ ReportTable fitTable(const SEMResult& result) {
     const SEMFitIndices& fit = result.fit;
     ReportTable table;
     table.title = "Fit indices";
-    table.groupHeaders = {{.label = "", .span = 6},
-                          {.label = "90% CI of RMSEA", .span = 2},
-                          {.label = "", .span = 1}};
+    table.groupHeaders = {
+        {.label = "", .span = 6}, {.label = "90% CI", .span = 2}, {.label = "", .span = 1}};
     table.headers = {"χ²", "df", "p", "CFI", "TLI", "RMSEA", "LL", "UL", "SRMR"};
     table.rows = {{svFmt(fit.chiSquare, 2), ResultText::count(fit.degreesOfFreedom),
                    ResultText::pCell(fit.pValue), svFmt(fit.cfi, decimals),
