@@ -271,6 +271,12 @@ TEST(ImputationScreen, HalfOfTheValuesIsEnoughAndExclusionsAreSaid) {
     EXPECT_FALSE(place.screens.at(dataPrep).run());
     EXPECT_TRUE(place.state.impMessage->value_or("").starts_with("MICE could not run. "));
     EXPECT_FALSE(place.screens.fields.imputation.impResult.get());
+
+    place.set({{"impPredictors", R"(["a"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    const ScreenContent content = place.screens.at(dataPrep).content();
+    EXPECT_NE(content.findings.front().item.table->note->find("There are no predictors"),
+              std::string::npos);
 }
 
 }  // namespace

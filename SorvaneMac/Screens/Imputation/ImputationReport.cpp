@@ -38,6 +38,11 @@ std::vector<std::string> warnings(const ImputationRun& run) {
     if (!run.excluded.empty()) {
         cautions.push_back(ImputationModel::exclusionNote(run.excluded).substr(1));
     }
+    if (run.result.variableNames.size() == 1) {
+        cautions.emplace_back(
+            "There are no predictors, so that the imputed values know nothing of their cases. "
+            "Check variables that go with the one to impute and run it again.");
+    }
     const std::vector<std::string> unfitted =
         names(run, [](const ImputedVariable& each) { return each.stepsWithoutFit > 0; });
     if (!unfitted.empty()) {

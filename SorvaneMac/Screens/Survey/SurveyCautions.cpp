@@ -27,6 +27,24 @@ bool leavesTheUnitInterval(const WeightedEstimate& estimate) {
            (estimate.confidenceIntervalLower < 0.0 || estimate.confidenceIntervalUpper > 1.0);
 }
 
+bool hasNoError(const WeightedEstimate& estimate) {
+    return !isBlocked(estimate) && estimate.standardError == 0.0;
+}
+
+/// The first of the names, and how many more there are.
+std::string someOf(const std::vector<std::string>& names) {
+    constexpr std::size_t shown = 6;
+    if (names.size() <= shown) {
+        return ResultText::listed(names) + ".";
+    }
+    std::string text;
+    for (std::size_t i = 0; i < shown; ++i) {
+        text += (i == 0 ? "" : ", ") + names[i];
+    }
+    return text + ", and " +
+           ResultText::count(std::ssize(names) - static_cast<std::int64_t>(shown)) + " more.";
+}
+
 template <typename Holds>
 std::vector<std::string> groupsWhere(const SurveyRun& run, Holds holds) {
     std::vector<std::string> names;
@@ -39,25 +57,21 @@ std::vector<std::string> groupsWhere(const SurveyRun& run, Holds holds) {
 }
 
 void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
-    const std::vector<std::string> blocked = groupsWhere(run, isBlocked);
-    if (!blocked.empty()) {
-        cautions.push_back(
-            "No estimate could be made for these subgroups: " + ResultText::listed(blocked) + ".");
-    }
-    const std::vector<std::string> small = groupsWhere(run, [](const WeightedEstimate& estimate) {
-        return !isBlocked(estimate) && estimate.validN < fewCases;
-    });
-    if (!small.empty()) {
-        cautions.push_back(
-            "Fewer than 30 cases stand behind these subgroups, whose intervals are "
-            "rough: " +
-            ResultText::listed(small) + ".");
-    }
-    const std::vector<std::string> unsure = groupsWhere(run, isUnsure);
-    if (!unsure.empty()) {
-        cautions.push_back("The standard error exceeds 30% of the estimate in these subgroups: " +
-                           ResultText::listed(unsure) + ".");
-    }
+    const auto add = [&cautions, &run](std::string_view what, auto holds) {
+        const std::vector<std::string> names = groupsWhere(run, holds);
+        if (!names.empty()) {
+            cautions.push_back(std::string(what) + someOf(names));
+        }
+    };
+    add("No estimate could be made for these subgroups: ", isBlocked);
+    add("Fewer than 30 cases stand behind these subgroups, whose intervals are rough: ",
+        [](const WeightedEstimate& estimate) {
+            return !isBlocked(estimate) && estimate.validN < fewCases;
+        });
+    add("All cases of these subgroups lie in one PSU, or have one value. Their standard error of "
+        "zero says nothing of how sure the estimate is: ",
+        hasNoError);
+    add("The standard error exceeds 30% of the estimate in these subgroups: ", isUnsure);
 }
 
 }  // namespace

@@ -20,6 +20,9 @@ std::string subject(const SurveyRun& run) {
 }
 
 std::string methodWords(const SurveyRun& run) {
+    if (run.estimate.varianceMethod == DesignVarianceMethod::naiveWeighted) {
+        return "naive variance from the weights alone";
+    }
     if (run.estimate.varianceMethod != DesignVarianceMethod::replicateWeights) {
         return std::string(methodName(run.estimate.varianceMethod));
     }
