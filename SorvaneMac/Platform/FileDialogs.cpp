@@ -58,8 +58,8 @@ void addMessage(QFileDialog& dialog, const QString& message) {
 }
 
 std::optional<std::filesystem::path> save(QWidget* parent, const SaveRequest& request) {
-    const QString suggested =
-        QDir(documentsDirectory()).filePath(QString::fromStdString(request.suggestedName));
+    const QString folder = request.folder ? fromPath(*request.folder) : documentsDirectory();
+    const QString suggested = QDir(folder).filePath(QString::fromStdString(request.suggestedName));
     QFileDialog dialog(parent, request.title, suggested, request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setLabelText(QFileDialog::Accept,

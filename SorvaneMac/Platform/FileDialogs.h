@@ -21,6 +21,8 @@ struct SaveRequest {
     QString message{};
     /// The button that saves; the title where empty.
     QString acceptLabel{};
+    /// Where the panel opens; with the documents where absent.
+    std::optional<std::filesystem::path> folder{};
 };
 
 /// The panels in which the user picks files; absent when the user cancels.
