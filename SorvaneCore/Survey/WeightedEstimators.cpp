@@ -112,38 +112,16 @@ double linearizedVariance(const Sample& sample,
 double replicateVariance(const Sample& sample,
                          const ReplicateWeights& replicates,
                          double estimate) {
-    std::vector<double> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(),
-                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
-    double count = 0.0;
-    double sum = 0.0;
-    double scaledSum = 0.0;
-    for (std::size_t r = 0; r < estimates.size(); ++r) {
-        if (std::isnan(estimates[r])) {
-            continue;
+    std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
+        const double each = sample.estimate(replicates.weights[r]);
+        if (!std::isnan(each)) {
+            estimates[r] = std::vector<double>{each};
         }
-        const double deviation = estimates[r] - estimate;
-        count += 1.0;
-        sum += deviation * deviation;
-        scaledSum += replicates.replicateScale
-                         ? (*replicates.replicateScale)[r] * deviation * deviation
-                         : 0.0;
-    }
-    if (count == 0.0) {
-        return std::nan("");
-    }
-    if (replicates.replicateScale) {
-        return scaledSum;
-    }
-    switch (replicates.type) {
-        case ReplicateType::jackknife:
-            return (count - 1.0) / count * sum;
-        case ReplicateType::fayBRR:
-            return sum / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
-        case ReplicateType::balancedRepeatedReplication:
-            break;
-    }
-    return sum / count;
+    });
+    const auto covariance =
+        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
+    return covariance ? covariance->front() : std::nan("");
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -158,14 +136,6 @@ double simpleRandomVariance(const std::vector<double>& scores) {
         squares += (score - mean) * (score - mean);
     }
     return n / (n - 1.0) * squares;
-}
-
-DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
-    if (design.replicateWeights) {
-        return DesignVarianceMethod::replicateWeights;
-    }
-    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
-                                            : DesignVarianceMethod::naiveWeighted;
 }
 
 AnalysisReadiness readiness(const WeightedEstimate& estimate, Issues issues) {
@@ -308,6 +278,14 @@ std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextCol
 }
 
 }  // namespace
+
+DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
+    if (design.replicateWeights) {
+        return DesignVarianceMethod::replicateWeights;
+    }
+    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
+                                            : DesignVarianceMethod::naiveWeighted;
+}
 
 WeightedEstimate mean(const NumericColumn& values,
                       const SurveyDesign& design,
