@@ -28,6 +28,7 @@ struct Workload {
 std::vector<Workload> importWorkloads();
 std::vector<Workload> analysisWorkloads();
 std::vector<Workload> latentClassWorkloads();
+std::vector<Workload> modelFamilyWorkloads();
 std::vector<Workload> multilevelWorkloads();
 std::vector<Workload> editingWorkloads();
 std::vector<Workload> preparationWorkloads();

@@ -59,6 +59,20 @@ std::vector<double> stratumFactors(const UnitSums& units) {
     return factors;
 }
 
+/// What the sum of squares over R replicates is multiplied by.
+double replicateFactor(const ReplicateWeights& replicates, double count) {
+    const double kept = 1.0 - replicates.fayRho;
+    switch (replicates.type) {
+        case ReplicateType::jackknife:
+            return (count - 1.0) / count;
+        case ReplicateType::fayBRR:
+            return 1.0 / (count * kept * kept);
+        case ReplicateType::balancedRepeatedReplication:
+            break;
+    }
+    return 1.0 / count;
+}
+
 }  // namespace
 
 std::vector<double> scoreCovariance(std::span<const double> u,
@@ -100,6 +114,36 @@ std::vector<double> scoreCovariance(std::span<const double> u,
         }
     }
     return covariance;
+}
+
+std::optional<std::vector<double>> replicateCovariance(
+    std::span<const std::optional<std::vector<double>>> estimates,
+    const ReplicateWeights& replicates,
+    std::span<const double> full) {
+    const std::size_t p = full.size();
+    std::vector<double> sums(p * p, 0.0);
+    bool hasEstimate = false;
+    for (std::size_t r = 0; r < estimates.size(); ++r) {
+        if (!estimates[r]) {
+            continue;
+        }
+        hasEstimate = true;
+        const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : 1.0;
+        for (std::size_t i = 0; i < p; ++i) {
+            for (std::size_t j = 0; j < p; ++j) {
+                sums[i * p + j] +=
+                    scale * ((*estimates[r])[i] - full[i]) * ((*estimates[r])[j] - full[j]);
+            }
+        }
+    }
+    if (!hasEstimate) {
+        return std::nullopt;
+    }
+    const auto count = static_cast<double>(estimates.size());
+    for (double& sum : sums) {
+        sum *= replicates.replicateScale ? 1.0 : replicateFactor(replicates, count);
+    }
+    return sums;
 }
 
 std::vector<double> sandwich(std::span<const double> bread,

@@ -108,37 +108,19 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// The factor of the sum of squared deviations over `count` replicates.
-double replicateFactor(const ReplicateWeights& replicates, double count) {
-    switch (replicates.type) {
-        case ReplicateType::jackknife:
-            return (count - 1.0) / count;
-        case ReplicateType::fayBRR:
-            return 1.0 / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
-        case ReplicateType::balancedRepeatedReplication:
-            break;
-    }
-    return 1.0 / count;
-}
-
-/// Over the replicates that give weight to the sample; absent where none does.
+/// Absent where no replicate gives weight to the sample.
 std::optional<double> replicateVariance(const Sample& sample,
                                         const ReplicateWeights& replicates,
                                         double estimate) {
-    std::vector<std::optional<double>> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(),
-                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
-    const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
-    std::optional<double> variance;
-    for (std::size_t r = 0; r < estimates.size(); ++r) {
-        if (estimates[r]) {
-            const double deviation = *estimates[r] - estimate;
-            const double scale =
-                replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
-            variance = variance.value_or(0.0) + scale * deviation * deviation;
+    std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
+        if (const std::optional<double> each = sample.estimate(replicates.weights[r])) {
+            estimates[r] = std::vector<double>{*each};
         }
-    }
-    return variance;
+    });
+    const auto covariance =
+        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
+    return covariance ? std::optional(covariance->front()) : std::nullopt;
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -153,14 +135,6 @@ double simpleRandomVariance(const std::vector<double>& scores) {
         squares += (score - mean) * (score - mean);
     }
     return n / (n - 1.0) * squares;
-}
-
-DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
-    if (design.replicateWeights) {
-        return DesignVarianceMethod::replicateWeights;
-    }
-    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
-                                            : DesignVarianceMethod::naiveWeighted;
 }
 
 AnalysisReadiness readiness(const WeightedEstimate& estimate, Issues issues) {
@@ -325,6 +299,14 @@ std::vector<DomainEstimate> ofGroups(const WeightedEstimate& first,
 }
 
 }  // namespace
+
+DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
+    if (design.replicateWeights) {
+        return DesignVarianceMethod::replicateWeights;
+    }
+    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
+                                            : DesignVarianceMethod::naiveWeighted;
+}
 
 WeightedEstimate mean(const NumericColumn& values,
                       const SurveyDesign& design,

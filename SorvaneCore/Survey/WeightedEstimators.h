@@ -87,6 +87,9 @@ BOOST_DESCRIBE_STRUCT(DomainEstimate, (), (group, estimate))
 /// Reference  Lumley (2010), Complex Surveys; Binder (1983)
 namespace WeightedEstimators {
 
+/// How the errors of an estimate under the design are found.
+DesignVarianceMethod varianceMethod(const SurveyDesign& design);
+
 WeightedEstimate mean(const NumericColumn& values,
                       const SurveyDesign& design,
                       std::optional<std::string> variableName = std::nullopt);
