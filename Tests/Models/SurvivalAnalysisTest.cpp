@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Numerics/SplitMix64.h"
 #include "Tests/Support/Closeness.h"
 
 namespace sorvane {
@@ -172,6 +173,24 @@ TEST(CoxRegression, TellsOfAFitThatDoesNotSettle) {
     EXPECT_FALSE(result->converged);
     EXPECT_GT(result->coefficients[0].hazardRatio, 1e6);
     EXPECT_EQ(messages(result->readiness), (Texts{notConverged, fewEvents}));
+}
+
+TEST(CoxRegression, IsNotHeldUpByTheRoundingOfALargeSample) {
+    SplitMix64 draws(3);
+    Values time;
+    Values event;
+    std::vector<Values> predictors(2);
+    for (int i = 0; i < 20000; ++i) {
+        time.emplace_back(draws.nextUnitDouble());
+        event.emplace_back(draws.nextUnitDouble() < 0.7 ? 1.0 : 0.0);
+        for (Values& predictor : predictors) {
+            predictor.emplace_back(draws.nextUnitDouble());
+        }
+    }
+    const auto result = cox(time, event, predictors);
+    EXPECT_TRUE(result->converged);
+    EXPECT_TRUE(closeTo(result->coefficients[0].estimate, 0.02274983286219, {.relative = 1e-9}));
+    EXPECT_TRUE(closeTo(result->coefficients[1].estimate, -0.012033272208242, {.relative = 1e-9}));
 }
 
 TEST(CoxRegression, TriesAStepEightTimes) {
