@@ -23,11 +23,6 @@ public:
     /// All must outlive this.
     CrossedLaplace(const LinkedDesign& design, const MultilevelRows& rows);
 
-    /// Method     Newton's iteration to the joint mode, from that of the setting before; the larger
-    ///            factor is eliminated from each step
-    /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
-    ///            factor
-    double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
     double logLikelihood(std::span<const double> predictor, const CrossedSpread& spread) {
         return logLikelihood(predictor, spread.first, spread.second);
     }
@@ -38,6 +33,12 @@ public:
     std::vector<double> information(std::span<const double> predictor,
                                     const CrossedSpread& spread) const;
 
+    /// Method     Newton's iteration to the joint mode, from that of the setting before; the larger
+    ///            factor is eliminated from each step
+    /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
+    ///            factor
+    double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
+
 private:
     struct Spread {
         double larger = 0.0;
@@ -45,7 +46,7 @@ private:
     };
     struct State;
 
-    Spread bySize(const CrossedSpread& spread) const;
+    Spread spreadOf(double sigmaA, double sigmaB) const;
 
     State at(const std::vector<double>& u, std::span<const double> predictor, Spread spread) const;
     /// The step to the mode of the parabola, in place of the gradient; false where there is none.
