@@ -70,6 +70,44 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
     return state;
 }
 
+std::vector<double> CrossedLaplace::information(std::span<const double> predictor,
+                                                const CrossedSpread& spreads) const {
+    const std::size_t a = larger_.count();
+    const std::size_t p = design_.fixedCount();
+    const std::size_t n = predictor.size();
+    const Spread spread = spreadOf(spreads.first, spreads.second);
+    const auto added = [&](std::size_t row, const std::vector<double>& u) {
+        return spread.larger * u[larger_.codes[row]] + spread.smaller * u[a + smaller_.codes[row]];
+    };
+    std::vector<double> weights(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        weights[i] = LinkedMass::of(design_.family(), design_.outcome()[i], design_.peaks()[i],
+                                    predictor[i] + added(i, mode_))
+                         .weight;
+    }
+    const State modal = at(mode_, predictor, spread);
+    std::vector<double> result(p * p, 0.0);
+    for (std::size_t j = 0; j < p; ++j) {
+        const std::span<const double> column = design_.columns().subspan(j * n, n);
+        State state = modal;
+        std::ranges::fill(state.gradient, 0.0);
+        for (std::size_t i = 0; i < n; ++i) {
+            state.gradient[larger_.codes[i]] += spread.larger * weights[i] * column[i];
+            state.gradient[a + smaller_.codes[i]] += spread.smaller * weights[i] * column[i];
+        }
+        if (!solve(state)) {
+            return {};
+        }
+        for (std::size_t i = 0; i < n; ++i) {
+            const double left = weights[i] * (column[i] - added(i, state.gradient));
+            for (std::size_t k = 0; k < p; ++k) {
+                result[j * p + k] += left * design_.columns()[k * n + i];
+            }
+        }
+    }
+    return result;
+}
+
 bool CrossedLaplace::solve(State& state) const {
     const std::size_t a = larger_.count();
     double* smallerStep = &state.gradient[a];
@@ -102,9 +140,9 @@ bool CrossedLaplace::solve(State& state) const {
     return true;
 }
 
-CrossedLaplace::Spread CrossedLaplace::bySize(const CrossedSpread& spread) const {
-    return firstIsLarger_ ? Spread{.larger = spread.first, .smaller = spread.second}
-                          : Spread{.larger = spread.second, .smaller = spread.first};
+CrossedLaplace::Spread CrossedLaplace::spreadOf(double sigmaA, double sigmaB) const {
+    return firstIsLarger_ ? Spread{.larger = sigmaA, .smaller = sigmaB}
+                          : Spread{.larger = sigmaB, .smaller = sigmaA};
 }
 
 double CrossedLaplace::logLikelihood(std::span<const double> predictor,
@@ -114,7 +152,7 @@ double CrossedLaplace::logLikelihood(std::span<const double> predictor,
     constexpr int halvingLimit = 30;
     constexpr double smallestStep = 1e-11;
     constexpr double shortStep = 1e-6;
-    const Spread spread = bySize({.first = sigmaA, .second = sigmaB});
+    const Spread spread = spreadOf(sigmaA, sigmaB);
     State now = at(mode_, predictor, spread);
     bool isSolved = solve(now);
     for (int i = 0; isSolved && i < stepLimit; ++i) {
@@ -183,7 +221,7 @@ std::vector<CrossedLaplace::Mode> CrossedLaplace::modes(std::span<const double> 
     if (!std::isfinite(logLikelihood(predictor, sigmaA, sigmaB))) {
         return {};
     }
-    State state = at(mode_, predictor, bySize({.first = sigmaA, .second = sigmaB}));
+    State state = at(mode_, predictor, spreadOf(sigmaA, sigmaB));
     if (!solve(state)) {
         return {};
     }
@@ -192,44 +230,6 @@ std::vector<CrossedLaplace::Mode> CrossedLaplace::modes(std::span<const double> 
     for (const double variance : variances(state)) {
         result.push_back({.intercept = sigmaA * state.u[first + result.size()],
                           .error = sigmaA * std::sqrt(variance)});
-    }
-    return result;
-}
-
-std::vector<double> CrossedLaplace::information(std::span<const double> predictor,
-                                                const CrossedSpread& spreads) const {
-    const std::size_t a = larger_.count();
-    const std::size_t p = design_.fixedCount();
-    const std::size_t n = predictor.size();
-    const Spread spread = bySize(spreads);
-    const auto added = [&](std::size_t row, const std::vector<double>& u) {
-        return spread.larger * u[larger_.codes[row]] + spread.smaller * u[a + smaller_.codes[row]];
-    };
-    std::vector<double> weights(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        weights[i] = LinkedMass::of(design_.family(), design_.outcome()[i], design_.peaks()[i],
-                                    predictor[i] + added(i, mode_))
-                         .weight;
-    }
-    const State modal = at(mode_, predictor, spread);
-    std::vector<double> result(p * p, 0.0);
-    for (std::size_t j = 0; j < p; ++j) {
-        const std::span<const double> column = design_.columns().subspan(j * n, n);
-        State state = modal;
-        std::ranges::fill(state.gradient, 0.0);
-        for (std::size_t i = 0; i < n; ++i) {
-            state.gradient[larger_.codes[i]] += spread.larger * weights[i] * column[i];
-            state.gradient[a + smaller_.codes[i]] += spread.smaller * weights[i] * column[i];
-        }
-        if (!solve(state)) {
-            return {};
-        }
-        for (std::size_t i = 0; i < n; ++i) {
-            const double left = weights[i] * (column[i] - added(i, state.gradient));
-            for (std::size_t k = 0; k < p; ++k) {
-                result[j * p + k] += left * design_.columns()[k * n + i];
-            }
-        }
     }
     return result;
 }

@@ -23,11 +23,6 @@ public:
     /// All must outlive this.
     CrossedLaplace(const LinkedDesign& design, const MultilevelRows& rows);
 
-    /// Method     Newton's iteration to the joint mode, from that of the setting before; the larger
-    ///            factor is eliminated from each step
-    /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
-    ///            factor
-    double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
     double logLikelihood(std::span<const double> predictor, const CrossedSpread& spread) {
         return logLikelihood(predictor, spread.first, spread.second);
     }
@@ -37,6 +32,12 @@ public:
     /// Cost       a step of the iteration for each fixed effect
     std::vector<double> information(std::span<const double> predictor,
                                     const CrossedSpread& spread) const;
+
+    /// Method     Newton's iteration to the joint mode, from that of the setting before; the larger
+    ///            factor is eliminated from each step
+    /// Cost       per step O(n + meetings * rows per level + b^3 / 3), b the levels of the smaller
+    ///            factor
+    double logLikelihood(std::span<const double> predictor, double sigmaA, double sigmaB);
 
     /// A level's most likely intercept, with the error that the curvature there stands for.
     struct Mode {
@@ -56,7 +57,7 @@ private:
     };
     struct State;
 
-    Spread bySize(const CrossedSpread& spread) const;
+    Spread spreadOf(double sigmaA, double sigmaB) const;
     /// The diagonal of the inverse of the negative Hessian, of the first factor's levels.
     std::vector<double> variances(const State& state) const;
 

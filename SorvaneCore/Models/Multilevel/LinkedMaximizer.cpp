@@ -191,7 +191,8 @@ Fit maximize(const std::vector<std::vector<double>>& starts, const Likelihood& l
         steps.moveTo(steps.at(end.parameters));
         RoundSteps anew(steps.origin(), likelihood);
         const double growth = anew.stretchOver(steps);
-        if (growth > flat || std::max(growth, steps.stretchOver(anew)) < alike) {
+        const bool isSettled = std::max(growth, steps.stretchOver(anew)) < alike;
+        if (isSettled || (end.converged && growth > flat)) {
             break;
         }
         steps = std::move(anew);
