@@ -5,7 +5,7 @@
 #include "SorvaneMac/Screens/DataReduction/DataReductionFields.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/Imputation/ImputationFields.h"
-#include "SorvaneMac/Screens/InvarianceFields.h"
+#include "SorvaneMac/Screens/Invariance/InvarianceFields.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/Mediation/MediationFields.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"

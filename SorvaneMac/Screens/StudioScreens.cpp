@@ -14,7 +14,7 @@
 #include "SorvaneMac/Screens/GroupPatternsScreen.h"
 #include "SorvaneMac/Screens/ImportDataScreen.h"
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
-#include "SorvaneMac/Screens/InvarianceScreen.h"
+#include "SorvaneMac/Screens/Invariance/InvarianceScreen.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassScreen.h"
 #include "SorvaneMac/Screens/Mediation/MediationScreen.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelScreen.h"

@@ -272,7 +272,7 @@ const std::vector<FormCase> formCases = {
       {"Run latent profiles", ""}, {"Compare 2–6 classes", ""}}},
     {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}},
      {{"Kind of classes", "lcKind"}, {"Indicators", "lcItems"}, {"Classes", "lcClassCount"},
-      {"Run factor mixture", ""}}},
+      {"Run factor mixture", ""}, {"Compare 2–6 classes", ""}}},
     {__LINE__, survival, {},
      {{"Analysis", "survMode"}, {"Time to event or to end of observation", "survTime"},
       {"Event (0 = censored)", "survEvent"}, {"Strata", "survGroup"},
@@ -411,8 +411,6 @@ struct GateCase {
     std::string end;
 };
 
-constexpr auto kept = "The analysis comes with a later version.";
-
 // clang-format off
 const std::vector<GateCase> gateCases = {
     {__LINE__, dataPrep, {{"rcSource", R"("gone")"}}, "Nothing to recode yet",
@@ -494,8 +492,6 @@ const std::vector<GateCase> gateCases = {
      "Ordinal models take one random intercept", ""},
     {__LINE__, multilevel, {{"mlPredictors", R"(["gone"])"}}, "A chosen column is missing", ""},
     {__LINE__, multilevel, {{"mlRandomSlope", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, multilevel, {{"mlTime", R"("gone")"}, {"mlFamily", R"("ordinal")"}},
-     "Ordinal multilevel modeling is not in this version", kept},
     {__LINE__, latentClass, {{"lcItems", R"(["q1"])"}}, "Select at least two indicators", ""},
     {__LINE__, latentClass, {{"lcClassCount", "4"}}, "There are too few complete cases",
      "Need at least 12 complete cases for a 4-class profile model."},
@@ -505,8 +501,8 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, latentClass, {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"},
                              {"lcItems", R"(["q1","score"])"}},
      "Select at least two indicators", ""},
-    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}},
-     "Factor mixture analysis is not in this version", kept},
+    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}, {"lcItems", R"(["q1"])"}},
+     "Select at least two indicators", ""},
     {__LINE__, survival, {{"survEvent", R"("")"}}, "Set an event indicator", ""},
     {__LINE__, survival, {{"survEvent", R"("days")"}}, "Time and event are the same column",
      "Confirm nonnegative times, a 0/1 (or nonzero) event indicator, and complete cases. Cox needs "
@@ -525,8 +521,6 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, invariance, {{"invItems", R"(["q1","q2"])"}}, "Select at least three items", ""},
     {__LINE__, invariance, {{"invGroup", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, invariance, {}, "A chosen column is missing", ""},
-    {__LINE__, invariance, {{"invItems", R"(["q1","q2","q3"])"}, {"invGroup", R"("school")"}},
-     "Invariance testing is not in this version", kept},
 };
 // clang-format on
 

@@ -36,9 +36,16 @@ std::string partWords(std::size_t count, std::size_t most) {
 }
 
 std::string scaleOf(MultilevelFamily family) {
-    return family == MultilevelFamily::binomial  ? " (log odds)"
-           : family == MultilevelFamily::poisson ? " (log rate)"
-                                                 : "";
+    switch (family) {
+        case MultilevelFamily::binomial:
+        case MultilevelFamily::ordinal:
+            return " (log odds)";
+        case MultilevelFamily::poisson:
+            return " (log rate)";
+        case MultilevelFamily::gaussian:
+            break;
+    }
+    return "";
 }
 
 Chart caterpillar(const MultilevelChoice& choice, Effects effects, const std::string& factor) {

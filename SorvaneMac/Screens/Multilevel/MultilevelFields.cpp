@@ -71,6 +71,7 @@ MultilevelFields::MultilevelFields(FieldRegistry& fields)
       mlRandomSlope(fields, "mlRandomSlope"),
       mlCorrelateRandom(fields, "mlCorrelateRandom", true),
       mlHasRun(fields, "mlHasRun"),
-      mlResult(fields, "mlResult") {}
+      mlResult(fields, "mlResult"),
+      mlOrdinalResult(fields, "mlOrdinalResult") {}
 
 }  // namespace sorvane

@@ -32,6 +32,7 @@ struct MultilevelFields {
     Field<bool> mlCorrelateRandom;
     Field<bool> mlHasRun;
     Field<std::optional<MultilevelRun>> mlResult;
+    Field<std::optional<MultilevelOrdinalRun>> mlOrdinalResult;
 };
 
 }  // namespace sorvane

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelData.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelOrdinal.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelResult.h"
 #include "SorvaneMac/Screens/Chart.h"
 
@@ -73,6 +74,16 @@ struct MultilevelRun {
     bool operator==(const MultilevelRun&) const = default;
 };
 BOOST_DESCRIBE_STRUCT(MultilevelRun, (), (choice, result))
+
+/// A model of an ordered outcome as it was run.
+struct MultilevelOrdinalRun {
+    MultilevelChoice choice;
+    std::optional<MultilevelOrdinalResult> result;
+    std::vector<Chart> charts;
+
+    bool operator==(const MultilevelOrdinalRun&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(MultilevelOrdinalRun, (), (choice, result))
 
 /// The columns of a model, which can be fitted away from the table.
 struct MultilevelColumns {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include "SorvaneCore/Models/Structural/MeasurementInvariance.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -11,6 +14,8 @@ struct InvarianceFields {
     Field<NameSet> invItems;
     Field<VariableName> invGroup;
     Field<bool> invHasRun;
+    /// As it was last run.
+    Field<std::optional<InvarianceResult>> invResult;
 };
 
 }  // namespace sorvane
