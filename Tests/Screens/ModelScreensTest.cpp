@@ -344,8 +344,10 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
             change(controlOf(workplace.controls(each.screen), label));
             EXPECT_NE(workplace.value(field), before.at(field));
             for (const auto& [name, now] : workplace.values()) {
-                // What the structure forbids goes with it, and the kind brings its mode.
-                const bool isFollower = name == "mlRandomSlope" || name == "lcMode";
+                // What the structure forbids goes with it, a slope becomes a predictor, and the
+                // kind brings its mode.
+                const bool isFollower = name == "mlRandomSlope" || name == "lcMode" ||
+                                        (field == "mlRandomSlope" && name == "mlPredictors");
                 EXPECT_TRUE(name == field || isFollower || now == before.at(name)) << name;
             }
         }

@@ -95,7 +95,7 @@ const std::vector<ModelCase> modelCases = {
      "REML estimates from a three-level nested model of Thickness. Random structure: (1 | Lot) + (1 "
      "| Lot:LotWafer). ",
      {"Predictor", "B", "SE", "df", "Satterthwaite t", "p", "LL", "UL"},
-     {"Source", "10.083", "8.162", "6.00", "1.24", ".263", "-9.889", "30.055"},
+     {"Source", "10.083", "8.162", "6.00", "1.24", "0.263", "-9.889", "30.056"},
      {{"Lot (Intercept)", "119.89", "10.95"}, {"Lot:LotWafer (Intercept)", "35.87", "5.99"},
       {"Residual", "12.57", "3.55"}},
      "",
@@ -225,7 +225,8 @@ TEST_F(SleepTest, AResultStandsUnderItsOwnNamesUntilTheNextRun) {
 
 TEST_F(SleepTest, SaysWhatTheChosenPValuesRestOn) {
     const auto passage = [this](const Settings& settings) -> std::string {
-        const Card* card = cardOf(shown(settings), "Random Effects and Residual Variance");
+        const ScreenContent content = shown(settings);
+        const Card* card = cardOf(content, "Random Effects and Residual Variance");
         return card->passages.empty() ? "" : card->passages.front().text;
     };
     EXPECT_TRUE(passage({}).starts_with("The normal reference takes the variances as known"));
@@ -246,7 +247,7 @@ struct CautionCase {
 const std::vector<CautionCase> cautionCases = {
     {__LINE__, "g,x,y\na,1,3\na,2,4\na,3,6\nb,1,5\nb,2,7\nb,4,9\nc,1,1\nc,3,2\nd,2,4\n", {},
      "1 cluster(s) have only one case; variance components are less stable."},
-    {__LINE__, "g,x,y\na,1,3\na,2,4\na,3,6\na,1,5\n", {}, "Multilevel models need at least two clusters."},
+    {__LINE__, "g,x,y\na,1,3\na,2,4\na,3,6\na,1,5\nb,1,\nb,2,\n", {}, "Multilevel models need at least two clusters."},
     {__LINE__, "g,x,y\na,1,0\na,2,0\nb,3,0\nb,1,0\nb,5,0\n", {{"mlFamily", R"("binomial")"}},
      "Outcome has no variation (all 0 or all 1)."},
     {__LINE__, "g,x,y\na,1,0\na,2,0\nb,3,0\nb,1,0\nb,5,0\n", {{"mlFamily", R"("poisson")"}},
