@@ -122,6 +122,8 @@ TEST(MediationScreen, SaysWhatSpeaksAgainstAReading) {
     const std::string twoValued = "x,m,y\n1,0,1\n2,1,2\n3,0,4\n4,1,3\n5,0,6\n6,1,5\n7,1,9\n8,0,7\n";
     const std::string skewed =
         "x,m,y\n1,0,1\n2,0,2\n3,0,4\n4,0,3\n5,0,6\n6,0,5\n7,1,9\n8,30,7\n9,2,8\n";
+    const std::string binary =
+        "x,m,y\n1,3,1\n2,1,0\n3,4,1\n4,2,0\n5,7,0\n6,5,1\n7,6,1\n8,9,1\n9,8,0\n";
     const std::string opposed =
         "x,m,y\n1,1,-2\n2,3,-3\n3,2,2\n4,5,-4\n5,4,3\n6,7,-2\n7,6,3\n8,8,1\n9,10,-3\n10,9,5\n";
     const std::vector<ProcessCase> cases = {
@@ -129,6 +131,8 @@ TEST(MediationScreen, SaysWhatSpeaksAgainstAReading) {
         {__LINE__, constant, "moderation", "Moderation could not be estimated", true},
         {__LINE__, twoValued, "moderation", "The moderator has only two values"},
         {__LINE__, skewed, "moderation", "m − 1 SD lies beyond all observed values"},
+        {__LINE__, binary, "mediation", "y has only two values, which a linear model treats as"},
+        {__LINE__, binary, "moderation", "y has only two values"},
         {__LINE__, opposed, "mediation", "The proportion mediated lies outside 0 to 1"},
     };
     for (const ProcessCase& each : cases) {

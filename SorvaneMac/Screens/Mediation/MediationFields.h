@@ -35,6 +35,8 @@ struct MediationRun {
     MediationVariables variables;
     /// Absent where the models could not be fitted.
     std::optional<MediationResult> result;
+    /// From the cases of the run: what speaks against linear models.
+    std::vector<std::string> remarks;
 
     bool operator==(const MediationRun&) const = default;
 };
@@ -45,7 +47,7 @@ struct ModerationRun {
     MediationVariables variables;
     std::optional<ModerationResult> result;
     /// From the cases of the run: the lines of the simple slopes, and what must be said of their
-    /// levels.
+    /// levels and of the model.
     Chart slopes;
     std::vector<std::string> remarks;
 

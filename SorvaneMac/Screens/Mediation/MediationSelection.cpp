@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 
+#include <algorithm>
+
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/ErrorDecimals.h"
@@ -121,6 +123,23 @@ Gate noResult(const MediationVariables& variables, MediationScreenMode mode) {
             .lead = words(variables, mode),
             .text = std::string(blocked) +
                     " Nor may one of the columns be constant, or follow exactly from others."};
+}
+
+bool areTwoValued(const std::vector<double>& values) {
+    const auto [low, high] = std::ranges::minmax(values);
+    return low < high && std::ranges::all_of(values, [low = low, high = high](double value) {
+               return value == low || value == high;
+           });
+}
+
+void addTwoValued(std::vector<std::string>& remarks,
+                  const std::string& name,
+                  const std::vector<double>& values) {
+    if (areTwoValued(values)) {
+        remarks.push_back(name +
+                          " has only two values, which a linear model treats as a scale. A "
+                          "logistic model would suit it better.");
+    }
 }
 
 std::string pathText(const MediationPath& path, std::int64_t df) {

@@ -45,6 +45,14 @@ Columns columns(const ImportedDataset& dataset, const MediationVariables& variab
 /// Input      `mode`: what could not be estimated
 Gate noResult(const MediationVariables& variables, MediationScreenMode mode);
 
+/// Whether there are just two different values.
+bool areTwoValued(const std::vector<double>& values);
+
+/// Adds what must be said of a column with two values that a linear model explains.
+void addTwoValued(std::vector<std::string>& remarks,
+                  const std::string& name,
+                  const std::vector<double>& values);
+
 /// "B = 0.412, SE = 0.052, t(96) = 7.92, p < .001"
 ///
 /// Input      the residual degrees of freedom

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <set>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Models/Mediation/MediationRows.h"
@@ -163,7 +162,7 @@ Chart slopeLines(const ModerationRun& run, const MediationRows& rows) {
 
 /// What must be said of the levels at which the slopes are taken.
 std::vector<std::string> remarksOn(const ModerationRun& run, const std::vector<double>& moderator) {
-    if (std::set<double>(moderator.begin(), moderator.end()).size() == 2) {
+    if (MediationSelection::areTwoValued(moderator)) {
         return {std::string(twoValues)};
     }
     const auto [low, high] = std::ranges::minmax(moderator);
@@ -216,6 +215,7 @@ private:
             if (run.result && rows) {
                 run.slopes = slopeLines(run, *rows);
                 run.remarks = remarksOn(run, rows->middle());
+                MediationSelection::addTwoValued(run.remarks, chosen.y, rows->outcome());
             }
             return run;
         };

@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "SorvaneCore/Models/Mediation/MediationRows.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
@@ -178,7 +179,8 @@ Chart pathFigure(const MediationRun& run) {
     return chart;
 }
 
-std::vector<std::string> warnings(const MediationResult& result) {
+std::vector<std::string> warnings(const MediationRun& run) {
+    const MediationResult& result = *run.result;
     std::vector<std::string> messages = ResultText::messages(result.readiness);
     if (result.bootstrapSamples < resamples) {
         messages.push_back("In " + ResultText::count(resamples - result.bootstrapSamples) + " of " +
@@ -189,6 +191,7 @@ std::vector<std::string> warnings(const MediationResult& result) {
     if (share < 0.0 || share > 1.0) {
         messages.emplace_back(noShare);
     }
+    messages.insert(messages.end(), run.remarks.begin(), run.remarks.end());
     return messages;
 }
 
@@ -221,12 +224,17 @@ private:
         const MediationVariables chosen = variables();
         return [chosen, columns = MediationSelection::columns(state_.dataset(), chosen)](
                    const TaskRunner::Progress&) {
-            return MediationRun{.variables = chosen,
-                                .result = MediationAnalysis::simpleMediation(
-                                    columns.x, columns.middle, columns.y, columns.covariates,
-                                    {.bootstrapSamples = resamples,
-                                     .confidenceLevel = confidenceLevel,
-                                     .seed = seed})};
+            MediationRun run{.variables = chosen};
+            run.result = MediationAnalysis::simpleMediation(
+                columns.x, columns.middle, columns.y, columns.covariates,
+                {.bootstrapSamples = resamples, .confidenceLevel = confidenceLevel, .seed = seed});
+            const auto rows =
+                MediationRows::of(columns.x, columns.middle, columns.y, columns.covariates);
+            if (run.result && rows) {
+                MediationSelection::addTwoValued(run.remarks, chosen.middle, rows->middle());
+                MediationSelection::addTwoValued(run.remarks, chosen.y, rows->outcome());
+            }
+            return run;
         };
     }
 
@@ -248,7 +256,7 @@ private:
                               "parentheses. " +
                               std::string(ResultText::starLegend),
              .caution = std::string(caution),
-             .warnings = warnings(*run.result)},
+             .warnings = warnings(run)},
             content);
     }
 };
