@@ -81,7 +81,8 @@ ReportTable table(const ImputationRun& run) {
 }
 
 std::string modelNote(const ImputationRun& run) {
-    return "Chained equations with predictive mean matching (5 donors), " +
+    return "Chained equations with predictive mean matching (" +
+           ResultText::count(ImputationOptions().donorCount) + " donors), " +
            ResultText::count(run.result.m) + " copies of " + ResultText::count(run.rows) +
            " cases, " + ResultText::count(run.result.iterations) +
            " sweeps each, with these variables: " + commaList(run.result.variableNames) +

@@ -15,8 +15,6 @@ namespace sorvane::ImputationRuns {
 
 namespace {
 
-constexpr std::int64_t sweeps = 10;
-constexpr std::int64_t donors = 5;
 constexpr std::string_view couldNotRun =
     "MICE could not run. Common causes: a target with fewer than two observed values, predictors "
     "with no variation, or too few overlapping rows between targets and predictors. Adjust the "
@@ -111,10 +109,7 @@ void keep(StudioState& state, ImputationFields& fields, std::optional<Imputation
 
 void runMultiple(StudioState& state, ImputationFields& fields) {
     const ImputationModel model = ImputationModel::of(state.dataset(), fields);
-    ImputationOptions options{.variableNames = model.names,
-                              .m = fields.impM.get(),
-                              .maxIterations = sweeps,
-                              .donorCount = donors};
+    const ImputationOptions options{.variableNames = model.names, .m = fields.impM.get()};
     state.compute({.label = "Running multiple imputation…",
                    .work =
                        [&state, &fields, model, options, columns = model.columns(state.dataset())](
