@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QEventLoop>
 
 #include "SorvaneMac/Headless/Commands.h"
 #include "SorvaneMac/Platform/ResourceDirectory.h"
@@ -16,6 +17,7 @@
 #include "SorvaneMac/Platform/ThreadTaskRunner.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/Shell/ChartImages.h"
+#include "SorvaneMac/Shell/ReviewDesk.h"
 #include "SorvaneMac/Shell/Window.h"
 
 namespace {
@@ -95,6 +97,22 @@ void passOnFailuresAlone(QtMsgType type, const QMessageLogContext&, const QStrin
     }
 }
 
+std::unique_ptr<TextGenerator> generatorOf(StudioState& state) {
+    return std::make_unique<LoopbackTextGenerator>([&state] { return generatorSettings(state); });
+}
+
+void letEventsPass(const std::function<bool()>& holds) {
+    while (!holds()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+ProgramParts programParts() {
+    return {.resources = resourceDirectory(),
+            .drawFigure = &chartPng,
+            .drafting = {.makeGenerator = &generatorOf, .waitUntil = &letEventsPass}};
+}
+
 int runCommandLine(const std::vector<std::string>& words, int& count, char** arguments) {
     // A script may draw figures and print pages, which takes the toolkit but no display.
     std::optional<QApplication> application;
@@ -103,9 +121,8 @@ int runCommandLine(const std::vector<std::string>& words, int& count, char** arg
         qputenv("QT_QPA_PLATFORM", "offscreen");
         application.emplace(count, arguments);
     }
-    const ProgramParts program{.resources = resourceDirectory(), .drawFigure = &chartPng};
-    return static_cast<int>(
-        Commands::run(words, program, {.in = std::cin, .out = std::cout, .error = std::cerr}));
+    return static_cast<int>(Commands::run(words, programParts(),
+                                          {.in = std::cin, .out = std::cout, .error = std::cerr}));
 }
 
 int takePictures(QApplication& application,
@@ -115,8 +132,8 @@ int takePictures(QApplication& application,
     StudioScreens screens(state);
     if (const std::optional<std::string> script = valueAfter(words, "--script")) {
         const ExitStatus status =
-            performScript(state, screens, {.script = *script, .output = request.folder}, &chartPng,
-                          {.in = std::cin, .out = std::cout, .error = std::cerr});
+            performScript(state, screens, {.script = *script, .output = request.folder},
+                          programParts(), {.in = std::cin, .out = std::cout, .error = std::cerr});
         if (status != ExitStatus::success) {
             return static_cast<int>(status);
         }

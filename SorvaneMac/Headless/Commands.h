@@ -31,6 +31,7 @@ struct ProgramParts {
     std::filesystem::path resources;
     /// Absent where nothing can draw.
     FigureDrawing drawFigure;
+    DraftingHost drafting{};
 };
 
 /// The commands that need no window, by their words after the program's name.
@@ -57,7 +58,7 @@ struct ScriptRun {
 ExitStatus performScript(StudioState& state,
                          StudioScreens& screens,
                          const ScriptRun& run,
-                         const FigureDrawing& drawFigure,
+                         const ProgramParts& program,
                          CommandStreams streams);
 
 ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams streams);

@@ -13,7 +13,7 @@ const std::vector<Procedure>& all() {
               generalizedRegressionProcedures(), dataReductionProcedures(), latentClassProcedures(),
               survivalProcedures(), surveyProcedures(), structuralProcedures(),
               mediationProcedures(), multilevelProcedures(), prepareProcedures(),
-              imputationProcedures(), projectProcedures()}) {
+              imputationProcedures(), projectProcedures(), reviewProcedures()}) {
             procedures.insert(procedures.end(), std::make_move_iterator(room.begin()),
                               std::make_move_iterator(room.end()));
         }

@@ -45,6 +45,7 @@ std::vector<Procedure> multilevelProcedures();
 std::vector<Procedure> prepareProcedures();
 std::vector<Procedure> imputationProcedures();
 std::vector<Procedure> projectProcedures();
+std::vector<Procedure> reviewProcedures();
 
 /// Binds a function to a name: each declared argument is read from the call and passed on in order.
 template <typename Function, typename... Arguments>

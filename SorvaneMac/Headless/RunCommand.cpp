@@ -49,7 +49,7 @@ std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& 
 ExitStatus performScript(StudioState& state,
                          StudioScreens& screens,
                          const ScriptRun& run,
-                         const FigureDrawing& drawFigure,
+                         const ProgramParts& program,
                          CommandStreams streams) {
     const std::optional<Json> script = readScript(run.script, streams.error);
     if (!script) {
@@ -62,9 +62,11 @@ ExitStatus performScript(StudioState& state,
                       << " cannot be made: " << failure.message() << ".\n";
         return ExitStatus::refused;
     }
-    StudioScript runner(
-        state, screens,
-        {.folder = run.script.parent_path(), .output = run.output, .drawFigure = drawFigure});
+    StudioScript runner(state, screens,
+                        {.folder = run.script.parent_path(),
+                         .output = run.output,
+                         .drawFigure = program.drawFigure,
+                         .drafting = program.drafting});
     for (const Json& step : (*script)["steps"]) {
         const StepOutcome outcome = runner.perform(step);
         streams.out << outcome.report.dump(-1, ' ', false, Json::error_handler_t::replace)
@@ -87,7 +89,7 @@ ExitStatus runCommand(const std::vector<std::string>& words,
     }
     StudioState state(program.resources);
     StudioScreens screens(state);
-    return performScript(state, screens, *options, program.drawFigure, streams);
+    return performScript(state, screens, *options, program, streams);
 }
 
 }  // namespace sorvane

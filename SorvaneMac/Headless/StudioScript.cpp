@@ -5,6 +5,7 @@
 #include <new>
 
 #include "SorvaneMac/Headless/OperationTable.h"
+#include "SorvaneMac/Headless/StepRefused.h"
 #include "SorvaneMac/Report/ReportFiles.h"
 #include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -12,12 +13,6 @@
 namespace sorvane {
 
 namespace {
-
-/// A step that the workspace refuses; the text is its message.
-class StepRefused : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// A step that is not one.
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
@@ -45,15 +40,6 @@ Json messages(const StudioState& state) {
         }
     }
     return said;
-}
-
-template <typename T>
-T argumentOf(const Json& json) {
-    try {
-        return fromJson<T>(json);
-    } catch (const RecordJsonError& error) {
-        throw StepRefused(std::string("The step's argument ") + error.what() + ".");
-    }
 }
 
 }  // namespace
@@ -102,7 +88,8 @@ Json StudioScript::performNamed(const std::string& name, const Json& argument) {
         {"press", &StudioScript::pressButton}, {"stage", &StudioScript::stageScreen},
         {"assemble", &StudioScript::assemble}, {"export", &StudioScript::exportReport},
         {"csv", &StudioScript::exportCSV},     {"open", &StudioScript::openProject},
-        {"save", &StudioScript::saveProject}};
+        {"save", &StudioScript::saveProject},  {"packet", &StudioScript::exportPacket},
+        {"draft", &StudioScript::draft}};
     const auto step = steps.find(name);
     if (step == steps.end()) {
         throw StepRefused("There is no step \"" + name + "\" in this version.");

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Drafting/TextGenerator.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -24,6 +25,14 @@ struct StepOutcome {
 /// Draws a chart as the figure of a finding, a PNG image.
 using FigureDrawing = std::function<std::vector<std::uint8_t>(const Chart&)>;
 
+/// How a script reaches a language model: what makes the way to it, and what waits for its answer.
+/// Both or neither.
+struct DraftingHost {
+    std::function<std::unique_ptr<TextGenerator>(StudioState&)> makeGenerator;
+    /// Lets events pass until the condition holds.
+    std::function<void(const std::function<bool()>& holds)> waitUntil;
+};
+
 /// Where a script reads and writes, and how it draws.
 struct ScriptFiles {
     /// The script's own folder: a file that a step names is looked up here first.
@@ -32,6 +41,7 @@ struct ScriptFiles {
     std::filesystem::path output;
     /// Absent where nothing can draw; findings then have no figure.
     FigureDrawing drawFigure;
+    DraftingHost drafting{};
 };
 
 /// Drives the workspace through the operations that the window calls.
@@ -39,7 +49,7 @@ struct ScriptFiles {
 /// A step is an object with one key: `import` (file), `paste` (text), `blank`, `set` (field names
 /// to values), `do` (an operation by name, or an object of one operation and its arguments), `run`
 /// and `stage` (a screen's raw value), `press` (screen to the label of a button), `assemble`, `export` (format to file name), `csv` (file name),
-/// `open` and `save` (project).
+/// `packet` (file name), `draft` (what to put into words), `open` and `save` (project).
 class StudioScript {
 public:
     StudioScript(StudioState& state, StudioScreens& screens, ScriptFiles files);
@@ -61,6 +71,8 @@ private:
     Json exportCSV(const Json& argument);
     Json openProject(const Json& argument);
     Json saveProject(const Json& argument);
+    Json exportPacket(const Json& argument);
+    Json draft(const Json& argument);
     /// The file of that name beside the script, else among what its steps wrote, else as named.
     std::filesystem::path existing(const std::filesystem::path& named) const;
 

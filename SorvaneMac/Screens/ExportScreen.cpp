@@ -15,14 +15,17 @@ SetupForm ExportScreen::setup() {
         NoteControl{"The report is exported as the editor on Findings shows it. Where nothing was "
                     "assembled yet, the staged findings are assembled for the file.",
                     false},
-        NoteControl{"Nothing is sent anywhere: a file is written where you say.", false}};
+        NoteControl{"A file is written where you say, and nothing is sent anywhere. Findings leave "
+                    "this machine only where you present them on an iPad, over the local network, "
+                    "to whoever types the code that is shown.",
+                    false}};
     return form;
 }
 
 ScreenContent ExportScreen::content() const {
     ScreenContent content;
     content.title = "Share & export";
-    content.subtitle = "The report as a file";
+    content.subtitle = "The report as a file, the findings on an iPad";
     const std::int64_t staged = std::ssize(state_.reportItems.get());
     if (!hasDocument() && staged == 0) {
         content.gate = {.title = std::string(stageFirst),

@@ -4,11 +4,15 @@
 
 #include "SorvaneMac/Shell/ContentPage.h"
 
+class QCheckBox;
 class QPushButton;
 
 namespace sorvane {
 
-/// Share & export: a button for each format of the report.
+class IntelligenceCard;
+
+/// Share & export: a button for each format of the report, the packet and the live review for the
+/// tablet viewer, and drafting.
 class ExportPage final : public ContentPage {
 public:
     explicit ExportPage(Workspace& workspace);
@@ -17,7 +21,12 @@ public:
     void refresh() override;
 
 private:
+    QWidget* reportCard();
+    QWidget* reviewCard();
+
     std::vector<QPushButton*> buttons_;
+    QCheckBox* preview_ = nullptr;
+    IntelligenceCard* intelligence_ = nullptr;
 };
 
 }  // namespace sorvane

@@ -12,6 +12,7 @@
 #include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/ReportExporting.h"
+#include "SorvaneMac/Shell/ReviewSharing.h"
 
 namespace sorvane {
 
@@ -95,6 +96,8 @@ void MainMenus::buildFile() {
                 format == ReportFormat::pdf ? QKeySequence("Ctrl+E") : QKeySequence(),
                 [this, format] { exportReport(&window_, window_.workspace(), format); }));
     }
+    add(menu, "Export to iPa&d…", {}, [this] { exportToIPad(&window_, window_.workspace()); });
+    add(menu, "Prese&nt on iPad…", {}, [this] { presentOnIPad(&window_, window_.workspace()); });
     menu.addSeparator();
     add(menu, "&Close Window", QKeySequence::Close, [this] { window_.close(); });
     add(menu, "&Quit", QKeySequence("Ctrl+Q"), [this] { window_.close(); });

@@ -22,6 +22,7 @@
 #include "SorvaneMac/Shell/NavigationPane.h"
 #include "SorvaneMac/Shell/ProjectActions.h"
 #include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/ReviewDesk.h"
 #include "SorvaneMac/Shell/StartPage.h"
 
 namespace sorvane {
@@ -36,7 +37,8 @@ constexpr auto noDatasetHint = "Import a file or create a blank grid";
 }  // namespace
 
 MainWindow::MainWindow(StudioState& state, StudioScreens& screens, WindowForm form)
-    : workspace_{.state = state, .screens = screens}, form_(form) {
+    : workspace_{.state = state, .screens = screens, .desk = std::make_shared<ReviewDesk>(state)},
+      form_(form) {
     setAcceptDrops(true);
     resize(1280, 800);
     build();

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "SorvaneMac/Platform/FileDialogs.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
+
+struct ReviewDesk;
 
 /// Whether agreeing loses something, so that it must not happen by a stray key.
 enum class QuestionRisk { losesWork, none };
@@ -39,6 +42,8 @@ struct Workspace {
     /// Brings what is still being typed, in the report or a cell, into the state.
     std::function<void()> commitEdits = [] {
     };
+    /// By which findings leave the window.
+    std::shared_ptr<ReviewDesk> desk{};
 };
 
 /// Asks for a file and imports it. This and the others below go through the guard of an assembled
