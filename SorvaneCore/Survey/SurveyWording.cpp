@@ -68,6 +68,11 @@ std::string noUsableReplicate() {
            "estimated. Check the replicate weights.";
 }
 
+std::string beyondNumbers() {
+    return "The values or weights are too large, or a replicate weight is missing, so the sums "
+           "cannot be formed. Check the weights, or divide the variable by a power of ten.";
+}
+
 std::string notZeroOrOne(std::int64_t count) {
     return "A proportion needs a variable coded 0 and 1; " + NumberText::integer(count) +
            " row(s) hold another value. Recode the variable, or estimate its mean.";
@@ -125,6 +130,12 @@ std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF) {
     return "The design has " + NumberText::integer(designDF) + " degree(s) of freedom for " +
            NumberText::integer(predictors) +
            " predictor(s), so nothing can be tested. Use fewer predictors.";
+}
+
+std::string replicatesWithoutEstimates(std::int64_t replicates) {
+    return NumberText::integer(replicates) +
+           " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
+           "too small.";
 }
 
 std::string tooFewPairs(std::int64_t validN) {

@@ -19,6 +19,7 @@ std::string otherLength(std::size_t values, std::int64_t rows);
 std::string tooFewRows(std::int64_t validN);
 std::string noWeight();
 std::string noUsableReplicate();
+std::string beyondNumbers();
 std::string notZeroOrOne(std::int64_t count);
 std::string fewDegreesOfFreedom(std::int64_t df);
 
@@ -39,6 +40,7 @@ std::string constantOutcome(SurveyModelKind kind);
 std::string tooFewLevels(std::int64_t levels);
 std::string fewTestDegreesOfFreedom(std::int64_t df);
 std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF);
+std::string replicatesWithoutEstimates(std::int64_t replicates);
 std::string tooFewPairs(std::int64_t validN);
 std::string noVariance();
 std::string tooFewCategories(std::int64_t validN);

@@ -40,14 +40,14 @@ struct Sample {
         }
         return sum;
     }
-    /// NaN where the denominator adds up to 0.
-    double estimate(std::span<const double> weights) const {
+    /// Absent where the denominator adds up to 0.
+    std::optional<double> estimate(std::span<const double> weights) const {
         const double sum = weightedSum(weights, y);
         if (isTotal()) {
             return sum;
         }
         const double denominator = weightedSum(weights, x);
-        return denominator == 0.0 ? std::nan("") : sum / denominator;
+        return denominator == 0.0 ? std::nullopt : std::optional(sum / denominator);
     }
 };
 
@@ -108,20 +108,19 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// NaN where no replicate gives an estimate.
-double replicateVariance(const Sample& sample,
-                         const ReplicateWeights& replicates,
-                         double estimate) {
+/// Over the replicates that give weight to the sample; absent where none does.
+std::optional<double> replicateVariance(const Sample& sample,
+                                        const ReplicateWeights& replicates,
+                                        double estimate) {
     std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
-        const double each = sample.estimate(replicates.weights[r]);
-        if (!std::isnan(each)) {
-            estimates[r] = std::vector<double>{each};
+        if (const std::optional<double> each = sample.estimate(replicates.weights[r])) {
+            estimates[r] = std::vector<double>{*each};
         }
     });
     const auto covariance =
         SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
-    return covariance ? covariance->front() : std::nan("");
+    return covariance ? std::optional(covariance->front()) : std::nullopt;
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -203,25 +202,29 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         block(result, wording::tooFewRows(result.validN));
         return;
     }
-    const double estimate = sample.estimate(design.weights);
-    if (std::isnan(estimate)) {
+    const std::optional<double> estimate = sample.estimate(design.weights);
+    if (!estimate) {
         block(result, wording::noWeight());
         return;
     }
-    const std::vector<double> scores = linearizedScores(sample, design.weights, estimate);
-    const double variance = design.replicateWeights
-                                ? replicateVariance(sample, *design.replicateWeights, estimate)
+    const std::vector<double> scores = linearizedScores(sample, design.weights, *estimate);
+    const std::optional<double> variance =
+        design.replicateWeights ? replicateVariance(sample, *design.replicateWeights, *estimate)
                                 : linearizedVariance(sample, scores, design);
-    if (std::isnan(variance)) {
+    if (!variance) {
         block(result, wording::noUsableReplicate());
         return;
     }
-    result.estimate = estimate;
+    if (!std::isfinite(*estimate) || !std::isfinite(*variance)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
+    result.estimate = *estimate;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    fillInterval(result, variance);
+    fillInterval(result, *variance);
     const double simple = simpleRandomVariance(scores);
     if (simple > 0.0) {
-        result.designEffect = variance / simple;
+        result.designEffect = *variance / simple;
     }
     Issues issues = design.readinessIssues();
     if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {

@@ -378,17 +378,7 @@ Guide DescriptivesScreen::guide() const {
                            "saying so."}};
 }
 
-std::optional<std::string> DescriptivesScreen::run() {
-    if (const std::optional<Gate> missing = gate()) {
-        return ResultText::sentence(*missing);
-    }
-    return std::nullopt;
-}
-
-Json DescriptivesScreen::result() const {
-    if (gate()) {
-        return nullptr;
-    }
+Json DescriptivesScreen::record() const {
     Json result = toJson(summary());
     result["normality"] =
         toJson(NormalityTests::report(state_.dataset().numericColumn(variable())));

@@ -7,13 +7,13 @@
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// One numeric variable in figures, charts and normality evidence, and a table of all of them.
-class DescriptivesScreen final : public Screen {
+class DescriptivesScreen final : public ImmediateScreen {
 public:
     DescriptivesScreen(StudioState& state, DescriptivesFields& fields)
         : state_(state), fields_(fields) {}
@@ -22,13 +22,12 @@ public:
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
     const std::string& variable() const { return state_.selectedDescriptiveVariableName->name; }
     const std::string& group() const { return state_.selectedDescriptiveGroupName->name; }
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     DescriptiveSummary summary() const;
     std::optional<Chart> histogram() const;
     std::optional<Chart> boxPlot() const;

@@ -5,37 +5,13 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
-#include "Tests/Screens/ScreenWorkplace.h"
+#include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
 using Cells = std::vector<std::string>;
-
-/// A workspace with one of the reference tables, whose named columns have roles of their own.
-class ReferenceStudy : public ScreenWorkplace {
-public:
-    explicit ReferenceStudy(const std::string& table) {
-        state.importData(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Reference/data") / table);
-        EXPECT_FALSE(state.data.importError.get());
-    }
-    /// Fills the screen, runs it, and gives what it then shows.
-    ScreenContent shown(StudioScreen screen, const Settings& settings) {
-        screens.appear(screen);
-        set(settings);
-        const std::optional<std::string> refusal = screens.at(screen).run();
-        EXPECT_FALSE(refusal) << *refusal;
-        return screens.at(screen).content();
-    }
-    /// Stages what the screen shows first.
-    void stage(const ScreenContent& content) { state.addToReport(content.findings.front().item); }
-};
-
-const Card* cardOf(const ScreenContent& content, const std::string& title) {
-    const auto found = std::ranges::find(content.cards, title, &Card::title);
-    return found == content.cards.end() ? nullptr : &*found;
-}
 
 const LinePlot& linesOf(const Card& card) {
     return std::get<LinePlot>(card.charts.at(0).plot);

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneMac/Screens/StructuralModelText.h"
+#include "SorvaneMac/Screens/Structural/StructuralModelText.h"
 #include "SorvaneMac/State/RecodeDrafts.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
@@ -406,7 +406,14 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, sem, {{"semModel", R"(" \n")"}}, "Write a model on the right",
      "Start from a template or tap fields to insert them. The parsed model previews here, then "
      "press Fit model."},
-    {__LINE__, sem, {}, "Structural equation modeling is not in this version", kept},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + b c")"}}, "Model did not parse",
+     "Invalid right-hand side name \"b c\". Check the syntax and that every name matches a numeric "
+     "field. Use =~ for factors, ~ for regressions, ~~ for (co)variances."},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + q2 + school + q8")"}}, "Unknown field(s)",
+     "Not in the dataset: q9, q8. Fix before fitting."},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q2 + school")"}},
+     "Field(s) without numbers to analyze",
+     "Not numeric, or set aside in Variable Types: school. Fix before fitting."},
     {__LINE__, survey, {{"svWeight", R"("")"}}, "Set the sampling weight", ""},
     {__LINE__, survey, {{"svWeight", R"("sick")"}, {"svVar", R"("dead")"}},
      "The weight has values that are no weights",
@@ -450,8 +457,9 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, survival, {{"survGroup", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, mediation, {{"medM", R"("sick")"}}, "Set X, M and Y",
      "X, M/W, and Y must be distinct numeric variables with enough complete cases."},
-    {__LINE__, mediation, {{"medM", R"("sick")"}, {"medMode", R"("moderation")"}},
-     "Moderation analysis is not in this version", kept},
+    {__LINE__, mediation, {{"medW", R"("dead")"}, {"medMode", R"("moderation")"}},
+     "Set X, W and Y", "must be distinct numeric variables with enough complete cases."},
+    {__LINE__, mediation, {{"medM", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, mediation, {{"medCovariates", R"(["late","q1","q2","q3","score","visit"])"}},
      "There are too few complete cases", ""},
     {__LINE__, invariance, {{"invItems", R"(["q1","q2"])"}}, "Select at least three items", ""},
@@ -576,6 +584,21 @@ TEST(StructuralModelText, InsertsANameWhereOneIsAwaited) {
     for (const auto& [before, after] : cases) {
         EXPECT_EQ(StructuralModelText::withName(before, "x"), after);
     }
+}
+
+TEST(StructuralModelText, FollowsAColumnThatIsRenamed) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"f =~ x + x1 + 0.5*x", "f =~ `a b` + x1 + 0.5*`a b`"},
+        {"x~`x` # x; y ~~ x\nx.y ~ `x y`", "`a b`~`a b` # x; y ~~ `a b`\nx.y ~ `x y`"},
+        {"f =~ x +", "f =~ `a b` +"},
+        {"f =~ `x", "f =~ `x"},
+        {"x =~ a + b\ny ~ x", "x =~ a + b\ny ~ x"},
+        {"`a b` =~ x + y", "`a b` =~ x + y"},
+        {"größe ~ x # `x", "größe ~ `a b` # `x"}};
+    for (const auto& [before, after] : cases) {
+        EXPECT_EQ(StructuralModelText::withRenamed(before, "x", "a b"), after);
+    }
+    EXPECT_EQ(StructuralModelText::withRenamed("f =~ `a b` + c", "a b", "x"), "f =~ x + c");
 }
 
 }  // namespace

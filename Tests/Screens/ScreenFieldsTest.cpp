@@ -37,6 +37,7 @@ const std::vector<std::string> oneDraft = {
     R"("output":""})",
     R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
     R"("output":"9"})"};
+const std::string oneProcess = R"({"variables":{"x":"a","middle":"b","y":"c","covariates":[]}})";
 const std::string oneSweepRow = R"([{"k":2,"logLik":-10.5,"aic":25.0,"bic":27.5,"entropy":0.75,)"
                                 R"("converged":true}])";
 
@@ -138,6 +139,7 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "impCorrY", R"("")", R"("a")", withDataset},
     {__LINE__, "semModel", R"("")", R"("other")", withDataset},
     {__LINE__, "semHasRun", "false", "true", withDataset},
+    {__LINE__, "semResult", "null", R"({"text":"f =~ a"})", withDataset},
     {__LINE__, "mlStructure", R"("nested")", R"("autoregressive")", withDataset},
     {__LINE__, "mlFamily", R"("gaussian")", R"("ordinal")", withDataset},
     {__LINE__, "mlDFMethod", R"("wald")", R"("kenwardRoger")", withDataset},
@@ -165,6 +167,8 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "medY", R"("")", R"("a")", withDataset},
     {__LINE__, "medCovariates", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "medHasRun", "false", "true", withDataset},
+    {__LINE__, "medResult", "null", oneProcess, withDataset},
+    {__LINE__, "modResult", "null", oneProcess, withDataset},
     {__LINE__, "invItems", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "invGroup", R"("")", R"("a")", withDataset},
     {__LINE__, "invHasRun", "false", "true", withDataset},
@@ -266,7 +270,7 @@ TEST_F(ScreenFieldsTest, NamesOfColumnsFollowARenameAndCategoriesDoNot) {
     fields.compareMeans.cmGroup1.set("north");
     editor.cvSources.set({"north", "west"});
     editor.dvNewName.set("north");
-    fields.structural.semModel.set("north");
+    fields.structural.semModel.set({"f =~ north + northern"});
 
     registry.renameVariable("north", "south");
 
@@ -274,7 +278,7 @@ TEST_F(ScreenFieldsTest, NamesOfColumnsFollowARenameAndCategoriesDoNot) {
     EXPECT_EQ(fields.compareMeans.cmGroup1.get(), "north");
     EXPECT_EQ(editor.cvSources.get(), (NameSet{"south", "west"}));
     EXPECT_EQ(editor.dvNewName.get(), "north");
-    EXPECT_EQ(fields.structural.semModel.get(), "north");
+    EXPECT_EQ(fields.structural.semModel->text, "f =~ south + northern");
 }
 
 }  // namespace

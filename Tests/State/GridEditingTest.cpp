@@ -83,6 +83,32 @@ TEST_F(GridEditing, OneChangeOfSizeIsOneStepBack) {
     EXPECT_EQ(state_.dataset().rowCount(), 12000);
 }
 
+TEST_F(GridEditing, AStepBackWarnsOfAllThatGoesWithIt) {
+    const std::string before =
+        "The table goes back to what it was before the removal of 1 row(s), so ";
+    const std::string edited = "rows and columns added and roles changed since then";
+    const auto shrink = [this] {
+        state_.setDatasetRowCount(state_.dataset().rowCount() - 1);
+    };
+
+    shrink();
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+    state_.addDatasetRow();
+    EXPECT_EQ(state_.undoLoses(), before + edited + " go too.");
+    state_.updateDatasetCell(0, 0, "typed");
+    EXPECT_EQ(state_.undoLoses(),
+              before + "what was typed since then (1 cell(s)) and " + edited + " go too.");
+    shrink();
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+    state_.addDatasetColumn("Var3");
+    EXPECT_EQ(state_.undoLoses(), before + edited + " go too.");
+    shrink();
+    state_.assignVariable(state_.dataset().variable("Var1")->id, VariableKind::outcome);
+    EXPECT_EQ(state_.undoLoses(), before + edited + " go too.");
+    ASSERT_TRUE(state_.undoLastDataChange());
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+}
+
 TEST_F(GridEditing, HeadersStayUniqueAndSelectionsFollow) {
     state_.updateDatasetCell(0, 0, "4");
     state_.updateDatasetCell(1, 0, "5");

@@ -18,12 +18,6 @@ constexpr double manyMissing = 0.4;
 constexpr std::size_t fewRows = 30;
 constexpr std::int64_t fewImputations = 5;
 
-bool haveOneLength(std::span<const NumericColumn> columns) {
-    return std::ranges::all_of(columns, [&columns](const NumericColumn& column) {
-        return column.size() == columns.front().size();
-    });
-}
-
 /// Counts the sweeps of all chains, and asks whether to go on.
 class Sweeps {
 public:
@@ -60,13 +54,22 @@ void run(ChainedImputation& chain, const ImputationOptions& options, Sweeps& swe
     }
 }
 
-/// One draw for every missing cell of every sweep: what a chain takes unless a fit fails.
+/// What a chain draws unless its columns are collinear: one number for every missing cell of every
+/// sweep, two where a residual is drawn, none where there are too few rows for a fit.
 std::uint64_t usualDraws(const ImputationTable& table, const ImputationOptions& options) {
-    std::uint64_t cells = 0;
+    std::size_t coefficients = 0;
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
-        cells += table.isExcluded(column) ? 0 : table.missingRows[column].size();
+        coefficients += table.isExcluded(column) ? 0 : 1;
     }
-    return cells * static_cast<std::uint64_t>(options.maxIterations);
+    std::uint64_t draws = 0;
+    for (std::size_t column = 0; column < table.columns.size(); ++column) {
+        const std::size_t observed = table.observedRows[column].size();
+        if (table.isIncomplete(column) && observed >= coefficients) {
+            const bool drawsDonors = options.donorCount >= 1 && observed > 1;
+            draws += table.missingRows[column].size() * (drawsDonors ? 1 : 2);
+        }
+    }
+    return draws * static_cast<std::uint64_t>(options.maxIterations);
 }
 
 /// The chains at once, each from where the one before usually ends. A chain that would have begun
@@ -113,7 +116,7 @@ AnalysisReadiness readiness(const ImputationTable& table, const ImputationOption
     std::vector<std::string> excluded;
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
         missing += table.missingRows[column].size();
-        if (table.isExcluded(column) && column < options.variableNames.size()) {
+        if (table.isExcluded(column)) {
             excluded.push_back(options.variableNames[column]);
         }
     }
@@ -142,12 +145,13 @@ AnalysisReadiness readiness(const ImputationTable& table, const ImputationOption
 
 std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> columns,
                                                const ImputationOptions& options) {
-    if (options.m < 1 || options.maxIterations < 1 || !haveOneLength(columns)) {
+    const std::optional<ImputationTable> start = ImputationTable::filledWithMeans(columns);
+    if (!start || options.m < 1 || options.maxIterations < 1 ||
+        options.variableNames.size() != columns.size()) {
         return std::nullopt;
     }
-    const ImputationTable start = ImputationTable::filledWithMeans(columns);
     Sweeps sweeps(options, static_cast<double>(options.m * options.maxIterations));
-    std::vector<CompletedColumns> copies = completedCopies(start, options, sweeps);
+    std::vector<CompletedColumns> copies = completedCopies(*start, options, sweeps);
     if (sweeps.isEnded()) {
         return std::nullopt;
     }
@@ -156,7 +160,7 @@ std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> co
                                     .imputedDatasets = std::move(copies),
                                     .variableNames = options.variableNames,
                                     .seed = options.seed,
-                                    .readiness = readiness(start, options)};
+                                    .readiness = readiness(*start, options)};
 }
 
 std::optional<PooledEstimate> pooledMean(std::span<const NumericColumn> columns,

@@ -39,13 +39,14 @@ struct PooledEstimate {
     double withinVariance = std::numeric_limits<double>::quiet_NaN();
     double betweenVariance = std::numeric_limits<double>::quiet_NaN();
     double totalVariance = std::numeric_limits<double>::quiet_NaN();
-    double standardError = 0.0;
+    /// 0 where there is no variance at all.
+    double standardError = std::numeric_limits<double>::quiet_NaN();
     /// Infinite where the copies agree.
     double degreesOfFreedom = std::numeric_limits<double>::infinity();
     double confidenceIntervalLower = std::numeric_limits<double>::quiet_NaN();
     double confidenceIntervalUpper = std::numeric_limits<double>::quiet_NaN();
     /// The share of the total variance that missing values add.
-    double fractionMissingInfo = 0.0;
+    double fractionMissingInfo = std::numeric_limits<double>::quiet_NaN();
     std::int64_t m = 0;
 
     bool operator==(const PooledEstimate&) const = default;
@@ -85,7 +86,8 @@ namespace MultipleImputation {
 ///            others by least squares and gives a missing cell the value of one of the nearest
 ///            donors, drawn at random. One generator runs through all copies
 /// Returns    the same for the same seed, whatever the number of threads
-/// Failure    columns of other lengths, no copy or sweep asked for, a run that was ended -> absent
+/// Failure    columns of other lengths, not one name for each, no copy or sweep asked for, a run that
+///            was ended -> absent
 /// Cost       a least-squares fit and a sort per sweep and incomplete column
 /// Reference  van Buuren & Groothuis-Oudshoorn (2011); Little (1988), Missing-data adjustments
 std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> columns,
@@ -93,7 +95,8 @@ std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> co
 
 /// Rubin's rules over one estimate and its variance per copy.
 ///
-/// Failure    no estimates, or lists of other lengths -> NaN
+/// Failure    no estimates, or lists of other lengths -> NaN. NaN among the estimates or variances
+///            -> NaN figures
 /// Reference  Rubin (1987), Multiple Imputation for Nonresponse in Surveys
 PooledEstimate pool(std::span<const double> estimates,
                     std::span<const double> variances,
@@ -109,9 +112,11 @@ std::optional<PooledEstimate> pooledMean(std::span<const NumericColumn> columns,
 
 /// One completed copy: every missing cell gets its column's mean, its median, or what least squares
 /// predict from the other columns filled with their means. It understates every standard error.
-CompletedColumns meanImpute(std::span<const NumericColumn> columns);
-CompletedColumns medianImpute(std::span<const NumericColumn> columns);
-CompletedColumns regressionImpute(std::span<const NumericColumn> columns);
+///
+/// Failure    columns of other lengths -> absent
+std::optional<CompletedColumns> meanImpute(std::span<const NumericColumn> columns);
+std::optional<CompletedColumns> medianImpute(std::span<const NumericColumn> columns);
+std::optional<CompletedColumns> regressionImpute(std::span<const NumericColumn> columns);
 
 }  // namespace MultipleImputation
 

@@ -1,4 +1,4 @@
-#include "SorvaneMac/Screens/MediationFields.h"
+#include "SorvaneMac/Screens/Mediation/MediationFields.h"
 
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -21,6 +21,8 @@ MediationFields::MediationFields(FieldRegistry& fields)
       medW(fields, "medW"),
       medY(fields, "medY"),
       medCovariates(fields, "medCovariates"),
-      medHasRun(fields, "medHasRun") {}
+      medHasRun(fields, "medHasRun"),
+      medResult(fields, "medResult"),
+      modResult(fields, "modResult") {}
 
 }  // namespace sorvane

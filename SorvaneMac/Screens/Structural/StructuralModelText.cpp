@@ -1,4 +1,6 @@
-#include "SorvaneMac/Screens/StructuralModelText.h"
+#include "SorvaneMac/Screens/Structural/StructuralModelText.h"
+
+#include <algorithm>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 
@@ -50,6 +52,59 @@ bool endsInComment(std::string_view text) {
     return isComment;
 }
 
+/// A stretch of a model's text: a name, with its back-ticks where it has some, or what stands between.
+struct Piece {
+    std::string_view text;
+    bool isName = false;
+
+    /// Without back-ticks.
+    std::string_view name() const {
+        const bool isQuoted = text.size() > 1 && text.front() == '`' && text.back() == '`';
+        return isQuoted ? text.substr(1, text.size() - 2) : text;
+    }
+};
+
+/// The length of the piece that a text begins with.
+std::size_t pieceLength(std::string_view text) {
+    constexpr std::string_view between = "+*~=;#` \t\r\n";
+    if (text.front() == '#') {
+        return std::min(text.find_first_of("\n;"), text.size());
+    }
+    if (text.front() == '`') {
+        const std::size_t end = text.find('`', 1);
+        return end == std::string_view::npos ? text.size() : end + 1;
+    }
+    return std::max<std::size_t>(std::min(text.find_first_of(between), text.size()), 1);
+}
+
+std::vector<Piece> piecesOf(std::string_view text) {
+    std::vector<Piece> pieces;
+    while (!text.empty()) {
+        const std::string_view piece = text.substr(0, pieceLength(text));
+        const bool isDigit = piece.front() >= '0' && piece.front() <= '9';
+        pieces.push_back({piece, !isDigit && piece.find_first_of("+*~=;# \t\r\n") != 0});
+        text.remove_prefix(piece.size());
+    }
+    return pieces;
+}
+
+/// The names left of "=~".
+bool isLatent(const std::vector<Piece>& pieces, std::string_view name) {
+    const auto isBlank = [](const Piece& piece) {
+        return piece.text.find_first_not_of(" \t") == std::string_view::npos;
+    };
+    for (auto piece = pieces.begin(); piece != pieces.end(); ++piece) {
+        if (piece->isName && piece->name() == name) {
+            const auto next = std::find_if_not(piece + 1, pieces.end(), isBlank);
+            if (next != pieces.end() && next + 1 != pieces.end() && next->text == "=" &&
+                (next + 1)->text == "~") {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 std::string mediationModel(const std::vector<std::string>& numeric) {
     const bool isEnough = numeric.size() >= 3;
     const std::string x = isEnough ? quotedName(numeric[0]) : "X";
@@ -95,6 +150,17 @@ std::string withName(std::string_view text, std::string_view name) {
     }
     const bool awaitsName = before.ends_with('~') || before.ends_with('+');
     return before + (awaitsName ? " " : " + ") + quotedName(name);
+}
+
+std::string withRenamed(std::string_view text, std::string_view from, std::string_view to) {
+    const std::vector<Piece> pieces = piecesOf(text);
+    const bool isAmbiguous = isLatent(pieces, from) || isLatent(pieces, to);
+    std::string renamed;
+    for (const Piece& piece : pieces) {
+        const bool isMeant = !isAmbiguous && piece.isName && piece.name() == from;
+        renamed += isMeant ? quotedName(to) : std::string(piece.text);
+    }
+    return renamed;
 }
 
 }  // namespace sorvane::StructuralModelText

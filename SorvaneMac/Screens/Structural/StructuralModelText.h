@@ -24,4 +24,10 @@ std::string filled(Template wanted, const std::vector<std::string>& numeric);
 /// on a line of its own after a comment.
 std::string withName(std::string_view text, std::string_view name);
 
+/// The text with another name in place of a column's.
+///
+/// Method     whole names only, in back-ticks or bare, and none in comments; a text need not parse
+/// Returns    the text as it stands where the old or the new name is that of a latent variable in it
+std::string withRenamed(std::string_view text, std::string_view from, std::string_view to);
+
 }  // namespace sorvane::StructuralModelText
