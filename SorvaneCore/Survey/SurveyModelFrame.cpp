@@ -69,9 +69,9 @@ Numbers linearizedCovariance(const SurveyModelFrame& frame,
         fit.bread, SurveyVariance::scoreCovariance(scores, frame.design, p, frame.activeRows), p);
 }
 
-std::optional<Numbers> replicateCovariance(const SurveyModelFrame& frame,
-                                           const SurveyModelMethod& method,
-                                           const Numbers& parameters) {
+/// The estimates under each replicate weight; absent where a fit has none.
+std::vector<std::optional<Numbers>> replicateEstimates(const SurveyModelFrame& frame,
+                                                       const SurveyModelMethod& method) {
     const ReplicateWeights& replicates = *frame.design.replicateWeights;
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
@@ -79,7 +79,11 @@ std::optional<Numbers> replicateCovariance(const SurveyModelFrame& frame,
             estimates[r] = std::move(fit->parameters);
         }
     });
-    return SurveyVariance::replicateCovariance(estimates, replicates, parameters);
+    return estimates;
+}
+
+bool areFinite(const Numbers& values) {
+    return std::ranges::all_of(values, [](double each) { return std::isfinite(each); });
 }
 
 SurveyCoefficient coefficientOf(const SurveyModelResult& result,
@@ -295,21 +299,37 @@ void finish(SurveyModelResult& result,
         block(result, wording::noEstimates(method.kind));
         return;
     }
-    const std::optional<Numbers> covariance =
-        design.replicateWeights ? replicateCovariance(frame, method, fit->parameters)
-                                : linearizedCovariance(frame, method, *fit);
+    std::int64_t withoutEstimates = 0;
+    std::optional<Numbers> covariance;
+    if (design.replicateWeights) {
+        const auto estimates = replicateEstimates(frame, method);
+        withoutEstimates = std::ranges::count(estimates, false, &std::optional<Numbers>::has_value);
+        covariance = SurveyVariance::replicateCovariance(estimates, *design.replicateWeights,
+                                                         fit->parameters);
+    } else {
+        covariance = linearizedCovariance(frame, method, *fit);
+    }
     if (!covariance) {
         block(result, wording::noUsableReplicate());
         return;
     }
     const Estimated all =
         inOwnUnits({.parameters = fit->parameters, .covariance = *covariance}, frame, method);
+    if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
     result.iterations = fit->iterations;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
     addCoefficients(result, all, method, options);
     addWaldTest(result, all, method.leading);
-    result.readiness = readiness(result, cautions(result, design));
+    Issues issues = cautions(result, design);
+    if (withoutEstimates > 0) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::replicatesWithoutEstimates(withoutEstimates)));
+    }
+    result.readiness = readiness(result, std::move(issues));
 }
 
 }  // namespace SurveyModels

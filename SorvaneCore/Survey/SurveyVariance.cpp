@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 
@@ -121,14 +122,15 @@ std::optional<std::vector<double>> replicateCovariance(
     const ReplicateWeights& replicates,
     std::span<const double> full) {
     const std::size_t p = full.size();
+    const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
     std::vector<double> sums(p * p, 0.0);
-    bool hasEstimate = false;
+    bool isAny = false;
     for (std::size_t r = 0; r < estimates.size(); ++r) {
         if (!estimates[r]) {
             continue;
         }
-        hasEstimate = true;
-        const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : 1.0;
+        isAny = true;
+        const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
         for (std::size_t i = 0; i < p; ++i) {
             for (std::size_t j = 0; j < p; ++j) {
                 sums[i * p + j] +=
@@ -136,14 +138,7 @@ std::optional<std::vector<double>> replicateCovariance(
             }
         }
     }
-    if (!hasEstimate) {
-        return std::nullopt;
-    }
-    const auto count = static_cast<double>(estimates.size());
-    for (double& sum : sums) {
-        sum *= replicates.replicateScale ? 1.0 : replicateFactor(replicates, count);
-    }
-    return sums;
+    return isAny ? std::optional(std::move(sums)) : std::nullopt;
 }
 
 std::vector<double> sandwich(std::span<const double> bread,

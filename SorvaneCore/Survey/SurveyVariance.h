@@ -35,8 +35,7 @@ std::vector<double> scoreCovariance(std::span<const double> u,
 ///
 /// Input      one list per replicate, absent where it has no estimate; the full sample's estimates
 /// Method     squares and products of deviations from the full sample's, times the replicate's
-///            scale, or as the type says: (R - 1) / R, 1 / R, 1 / (R (1 - rho)^2), with R all
-///            replicates; one without an estimate adds nothing
+///            scale, or as the type says: (R - 1) / R, 1 / R, 1 / (R (1 - rho)^2), R all replicates
 /// Failure    no replicate has an estimate -> absent
 std::optional<std::vector<double>> replicateCovariance(
     std::span<const std::optional<std::vector<double>>> estimates,

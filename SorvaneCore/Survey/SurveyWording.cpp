@@ -132,6 +132,12 @@ std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF) {
            " predictor(s), so nothing can be tested. Use fewer predictors.";
 }
 
+std::string replicatesWithoutEstimates(std::int64_t replicates) {
+    return NumberText::integer(replicates) +
+           " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
+           "too small.";
+}
+
 std::string tooFewPairs(std::int64_t validN) {
     return "Only " + NumberText::integer(validN) +
            " row(s) hold both values and a weight; at least 3 are needed. Choose variables with "

@@ -29,7 +29,8 @@ std::string_view displayName(DiscriminantPriors priors);
 struct DiscriminantFunction {
     /// Between over within groups.
     double eigenvalue = std::numeric_limits<double>::quiet_NaN();
-    /// Of the sum of the eigenvalues, from 0 to 1; with those of the functions before it.
+    /// Of the sum of the eigenvalues, from 0 to 1, NaN where that is 0; with those of the functions
+    /// before it.
     double shareOfVariance = std::numeric_limits<double>::quiet_NaN();
     double cumulativeShare = std::numeric_limits<double>::quiet_NaN();
     double canonicalCorrelation = std::numeric_limits<double>::quiet_NaN();
@@ -141,8 +142,8 @@ namespace DiscriminantAnalysis {
 /// Returns    cautions for groups below 5 cases or with no more cases than variables, and for a
 ///            rule that places no more cases than the largest group has
 /// Failure    blocked: fewer than two groups, no more cases than groups plus variables, variables
-///            that are collinear within groups, no difference within any group, eigenvalues that
-///            cannot be had. Absent: lengths or names that do not match, fewer than two predictors
+///            that are collinear within groups or do not vary there, eigenvalues that cannot be
+///            had. Absent: lengths or names that do not match, fewer than two predictors
 /// Accuracy   rounding times the condition number of E
 /// Cost       O(n p (p + g)), leaving one out included
 /// Reference  Fisher (1936), The use of multiple measurements in taxonomic problems; Lachenbruch

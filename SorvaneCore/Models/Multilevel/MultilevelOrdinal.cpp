@@ -90,6 +90,13 @@ Design designOf(const MultilevelRows& rows) {
     return design;
 }
 
+/// The rows of a model with one factor and no slope.
+std::optional<MultilevelRows> nestedRows(MultilevelData data, MultilevelOptions options) {
+    data.cluster2.reset();
+    options.randomSlopeName.reset();
+    return MultilevelRows::of(data, options);
+}
+
 IRLS::Limits limits() {
     return {.maxIterations = 100, .tolerance = 1e-8};
 }
@@ -267,15 +274,27 @@ std::vector<AnalysisReadinessIssue> cautions(const MultilevelOrdinalResult& resu
     return issues;
 }
 
+/// Thresholds and slopes as the design's standardized predictors have them.
+Numbers standardizedParameters(const Design& design, const MultilevelOrdinalResult& result) {
+    Numbers parameters;
+    for (const MultilevelOrdinalThreshold& threshold : result.thresholds) {
+        parameters.push_back(threshold.estimate);
+    }
+    for (std::size_t j = 0; j < design.width(); ++j) {
+        const double slope = result.fixedEffects[j].estimate;
+        for (std::size_t k = 0; k < result.thresholds.size(); ++k) {
+            parameters[k] -= slope * design.means[j];
+        }
+        parameters.push_back(slope * design.deviations[j]);
+    }
+    return parameters;
+}
+
 }  // namespace
 
 std::optional<MultilevelOrdinalResult> fit(const MultilevelData& data,
                                            const MultilevelOptions& options) {
-    MultilevelData nested = data;
-    nested.cluster2.reset();
-    MultilevelOptions plain = options;
-    plain.randomSlopeName.reset();
-    const std::optional<MultilevelRows> rows = MultilevelRows::of(nested, plain);
+    const std::optional<MultilevelRows> rows = nestedRows(data, options);
     if (!rows) {
         return std::nullopt;
     }
@@ -310,11 +329,7 @@ std::optional<MultilevelOrdinalResult> fit(const MultilevelData& data,
 std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
                                                     const MultilevelOptions& options,
                                                     const MultilevelOrdinalResult& result) {
-    MultilevelData nested = data;
-    nested.cluster2.reset();
-    MultilevelOptions plain = options;
-    plain.randomSlopeName.reset();
-    const std::optional<MultilevelRows> rows = MultilevelRows::of(nested, plain);
+    const std::optional<MultilevelRows> rows = nestedRows(data, options);
     if (!rows || result.varianceComponents.empty() ||
         result.fixedEffects.size() != rows->predictors.size()) {
         return {};
@@ -323,17 +338,7 @@ std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
     if (design.levelCounts != result.levelCounts) {
         return {};
     }
-    Numbers parameters;
-    for (const MultilevelOrdinalThreshold& threshold : result.thresholds) {
-        parameters.push_back(threshold.estimate);
-    }
-    for (std::size_t j = 0; j < design.width(); ++j) {
-        const double slope = result.fixedEffects[j].estimate;
-        for (std::size_t k = 0; k < result.thresholds.size(); ++k) {
-            parameters[k] -= slope * design.means[j];
-        }
-        parameters.push_back(slope * design.deviations[j]);
-    }
+    Numbers parameters = standardizedParameters(design, result);
     const double sigma = result.varianceComponents.front().standardDeviation;
     parameters.push_back(sigma);
     const OrdinalClusters clusters = design.clusters();

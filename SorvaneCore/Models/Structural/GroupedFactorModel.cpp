@@ -73,6 +73,39 @@ std::vector<Direction> directions(const GroupedFactorModel::Coefficients& all) {
     return result;
 }
 
+/// The slope of F by Sigma: W - W (S + d d') W.
+Numbers slopeBySigma(const Numbers& inverse, const Numbers& spread, std::size_t p) {
+    Numbers slope = LinearAlgebra::multiply(LinearAlgebra::multiply(inverse, p, p, spread, p), p, p,
+                                            inverse, p);
+    for (std::size_t i = 0; i < p * p; ++i) {
+        slope[i] = inverse[i] - slope[i];
+    }
+    return slope;
+}
+
+Numbers expectedInformation(const std::vector<Direction>& each, const Numbers& inverse, double n) {
+    const std::size_t p = each.front().mean.size();
+    const std::size_t count = each.size();
+    const auto turned = [&](const Numbers& v) {
+        return LinearAlgebra::multiply(inverse, p, p, v, 1);
+    };
+    Numbers information(count * count, 0.0);
+    for (std::size_t a = 0; a < count; ++a) {
+        const Numbers u = turned(each[a].u);
+        const Numbers v = turned(each[a].v);
+        const Numbers mean = turned(each[a].mean);
+        for (std::size_t b = 0; b <= a; ++b) {
+            const double covariances = each[a].share * each[b].share *
+                                       (inner(u, each[b].u) * inner(v, each[b].v) +
+                                        inner(u, each[b].v) * inner(v, each[b].u));
+            const double value = n * (covariances + inner(mean, each[b].mean));
+            information[a * count + b] = value;
+            information[b * count + a] = value;
+        }
+    }
+    return information;
+}
+
 }  // namespace
 
 GroupedFactorModel::GroupedFactorModel(std::span<const GroupMomentsOfItems> groups,
@@ -171,38 +204,15 @@ GroupedFactorModel::Part GroupedFactorModel::partOf(std::size_t group,
     for (std::size_t i = 0; i < p * p; ++i) {
         spread[i] += left[i / p] * left[i % p];
     }
-    // The slope of F by Sigma: W - W (S + d d') W.
-    Numbers slope = LinearAlgebra::multiply(LinearAlgebra::multiply(*inverse, p, p, spread, p), p,
-                                            p, *inverse, p);
-    for (std::size_t i = 0; i < p * p; ++i) {
-        slope[i] = (*inverse)[i] - slope[i];
-    }
-    part.discrepancy =
-        inner(spread, *inverse) + *logDeterminant - sample.logDeterminant - static_cast<double>(p);
+    const Numbers slope = slopeBySigma(*inverse, spread, p);
     const std::vector<Direction> each = directions(all);
-    std::vector<Numbers> turnedU;
-    std::vector<Numbers> turnedV;
-    std::vector<Numbers> turnedMean;
     for (const Direction& d : each) {
-        turnedU.push_back(LinearAlgebra::multiply(*inverse, p, p, d.u, 1));
-        turnedV.push_back(LinearAlgebra::multiply(*inverse, p, p, d.v, 1));
-        turnedMean.push_back(LinearAlgebra::multiply(*inverse, p, p, d.mean, 1));
         const Numbers along = LinearAlgebra::multiply(slope, p, p, d.u, 1);
         part.score.push_back(sample.n * (inner(weighted, d.mean) - d.share * inner(along, d.v)));
     }
-    const std::size_t count = each.size();
-    part.information.assign(count * count, 0.0);
-    for (std::size_t a = 0; a < count; ++a) {
-        for (std::size_t b = 0; b <= a; ++b) {
-            const double covariances =
-                each[a].share * each[b].share *
-                (inner(turnedU[a], each[b].u) * inner(turnedV[a], each[b].v) +
-                 inner(turnedU[a], each[b].v) * inner(turnedV[a], each[b].u));
-            const double value = sample.n * (covariances + inner(turnedMean[a], each[b].mean));
-            part.information[a * count + b] = value;
-            part.information[b * count + a] = value;
-        }
-    }
+    part.information = expectedInformation(each, *inverse, sample.n);
+    part.discrepancy =
+        inner(spread, *inverse) + *logDeterminant - sample.logDeterminant - static_cast<double>(p);
     part.isUsable = std::isfinite(part.discrepancy);
     return part;
 }
