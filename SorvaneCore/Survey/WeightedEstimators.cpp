@@ -108,7 +108,7 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// Over the replicates that give weight to the sample; absent where none does.
+/// Absent where no replicate gives weight to the sample.
 std::optional<double> replicateVariance(const Sample& sample,
                                         const ReplicateWeights& replicates,
                                         double estimate) {
@@ -280,6 +280,24 @@ std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextCol
     return result;
 }
 
+/// The estimate of each group of a sample; `first` as it stands before anything is computed.
+std::vector<DomainEstimate> ofGroups(const WeightedEstimate& first,
+                                     const Sample& whole,
+                                     const TextColumn& groups,
+                                     const SurveyDesign& design) {
+    std::vector<DomainEstimate> result;
+    for (auto& [label, belongs] : rowsByLabel(groups)) {
+        const Sample part = restricted(whole, belongs);
+        WeightedEstimate estimate = first;
+        checkProportion(estimate, part);
+        if (!isBlocked(estimate)) {
+            fillEstimate(estimate, part, design);
+        }
+        result.push_back({.group = label, .estimate = std::move(estimate)});
+    }
+    return result;
+}
+
 }  // namespace
 
 DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
@@ -329,21 +347,22 @@ std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
                                     const std::optional<std::string>& variableName) {
     const WeightedEstimate first =
         start(estimand, design, {values.size(), groups.size()}, variableName);
-    std::vector<DomainEstimate> result;
-    if (isBlocked(first)) {
-        return {{.group = {}, .estimate = first}};
-    }
-    const Sample whole = sampleOf(estimand, values, nullptr, design);
-    for (auto& [label, belongs] : rowsByLabel(groups)) {
-        const Sample part = restricted(whole, belongs);
-        WeightedEstimate estimate = first;
-        checkProportion(estimate, part);
-        if (!isBlocked(estimate)) {
-            fillEstimate(estimate, part, design);
-        }
-        result.push_back({.group = label, .estimate = std::move(estimate)});
-    }
-    return result;
+    return isBlocked(first)
+               ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+               : ofGroups(first, sampleOf(estimand, values, nullptr, design), groups, design);
+}
+
+std::vector<DomainEstimate> ratioByGroup(const NumericColumn& numerator,
+                                         const NumericColumn& denominator,
+                                         const TextColumn& groups,
+                                         const SurveyDesign& design,
+                                         const std::optional<std::string>& variableName) {
+    constexpr auto estimand = WeightedEstimand::ratio;
+    const WeightedEstimate first = start(
+        estimand, design, {numerator.size(), denominator.size(), groups.size()}, variableName);
+    return isBlocked(first) ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+                            : ofGroups(first, sampleOf(estimand, numerator, &denominator, design),
+                                       groups, design);
 }
 
 double linearizedTotalVariance(std::span<const double> scores,
