@@ -20,6 +20,8 @@ namespace wording = SurveyWording;
 using Issues = std::vector<AnalysisReadinessIssue>;
 
 constexpr std::int64_t fewDegreesOfFreedom = 15;
+/// A variance that is a smaller part of that of the scores comes of scores that cancel.
+constexpr double rounding = 1e-28;
 
 /// A total of y, or a ratio of the totals of y and x.
 struct Sample {
@@ -219,12 +221,13 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         block(result, wording::beyondNumbers());
         return;
     }
+    const double simple = simpleRandomVariance(scores);
+    const double sound = *variance > rounding * simple ? *variance : 0.0;
     result.estimate = *estimate;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    fillInterval(result, *variance);
-    const double simple = simpleRandomVariance(scores);
+    fillInterval(result, sound);
     if (simple > 0.0) {
-        result.designEffect = *variance / simple;
+        result.designEffect = sound / simple;
     }
     Issues issues = design.readinessIssues();
     if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {

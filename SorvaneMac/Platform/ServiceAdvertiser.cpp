@@ -3,6 +3,7 @@
 #include <QByteArrayList>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QUuid>
 
@@ -56,6 +57,8 @@ void ServiceAdvertiser::publish(const AdvertisedService& service) {
 }
 
 bool ServiceAdvertiser::connectToBus() {
+    // The form of the text records that belong to an announcement.
+    qDBusRegisterMetaType<QByteArrayList>();
     return (busAddress_.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SystemBus, bus_)
                                   : QDBusConnection::connectToBus(busAddress_, bus_))
         .isConnected();

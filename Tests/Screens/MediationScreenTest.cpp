@@ -78,7 +78,7 @@ TEST(MediationScreen, SimpleSlopesStandWithTheirLines) {
     EXPECT_TRUE(item.table->note->starts_with(
         "B = unstandardized coefficient; SE = standard error. R² = .089."));
     const ReportTable& slopes = item.extraTables->front();
-    EXPECT_EQ(slopes.title, "Simple slopes of sexism");
+    EXPECT_EQ(slopes.title, "Simple slopes of sexism at the moderator mean and ±1 SD.");
     EXPECT_EQ(
         APAFormat::normalize(slopes).rows[2],
         (Cells{"protest + 1 SD", "1.85", "0.414", "0.157", "2.63", ".010", "0.102", "0.725"}));

@@ -15,7 +15,7 @@ using VariableLists::numericVariables;
 constexpr double mostMissing = 0.5;
 
 bool lacksMost(const DataVariable& variable, const ImportedDataset& dataset) {
-    return static_cast<double>(variable.missingCount) >
+    return static_cast<double>(rowsWithoutNumber(dataset, variable.name)) >
            mostMissing * static_cast<double>(dataset.rowCount());
 }
 
@@ -25,11 +25,21 @@ Gate notReady(std::string text) {
 
 bool hasMissing(const ImportedDataset& dataset, const std::vector<std::string>& names) {
     return std::ranges::any_of(names, [&dataset](const std::string& name) {
-        return dataset.variable(name)->missingCount > 0;
+        return rowsWithoutNumber(dataset, name) > 0;
     });
 }
 
 }  // namespace
+
+std::int64_t rowsWithoutNumber(const ImportedDataset& dataset, const std::string& name) {
+    const NumericColumn column = dataset.numericColumn(name);
+    const std::vector<std::uint64_t> counts = column.levelCounts();
+    std::uint64_t without = 0;
+    for (std::size_t level = 0; level < counts.size(); ++level) {
+        without += column.levels()[level] ? 0 : counts[level];
+    }
+    return static_cast<std::int64_t>(without);
+}
 
 List among(const List& list, const NameSet& names) {
     List result;

@@ -30,6 +30,9 @@ struct ImputationModel {
     static std::string exclusionNote(const std::vector<std::string>& excluded);
 };
 
+/// The rows that imputation would have to fill: missing values, and texts that are no numbers.
+std::int64_t rowsWithoutNumber(const ImportedDataset& dataset, const std::string& name);
+
 /// Those of the list that the set names.
 VariableLists::List among(const VariableLists::List& list, const NameSet& names);
 

@@ -159,7 +159,7 @@ void showMissing(const ImportedDataset& dataset,
     table.headers = {"Variable", "Use", "Missing", "%"};
     for (const std::string& name : model.names) {
         const bool isTarget = std::ranges::find(model.targets, name) != model.targets.end();
-        const std::int64_t missing = dataset.variable(name)->missingCount;
+        const std::int64_t missing = rowsWithoutNumber(dataset, name);
         table.rows.push_back(
             {name, isTarget ? "imputed" : "predictor", ResultText::count(missing),
              svFmt(100.0 * static_cast<double>(missing) / static_cast<double>(dataset.rowCount()),

@@ -91,7 +91,7 @@ std::string coefficientNote(const ModerationRun& run) {
 ReportTable slopeTable(const ModerationRun& run) {
     const auto& [x, w, y, covariates] = run.variables;
     ReportTable table;
-    table.title = "Simple slopes of " + x;
+    table.title = "Simple slopes of " + x + " at the moderator mean and ±1 SD.";
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     table.headers = {"Level", w, "B", "SE", "t", "p", "LL", "UL"};
     for (const SimpleSlope& each : run.result->simpleSlopes) {

@@ -60,6 +60,7 @@ public:
                (choice.predictors.empty() ? "" : " on " + ResultText::listed(choice.predictors));
     }
 
+    std::string invitation() const override { return std::string(MultilevelGuide::hint); }
     Guide guide() const override { return MultilevelGuide::guide(); }
 
 private:

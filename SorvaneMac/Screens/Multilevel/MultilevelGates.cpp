@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelGates.h"
 
+#include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelStructure.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/SuitedVariables.h"
@@ -17,13 +18,11 @@ using MultilevelStructure::placed;
 using VariableLists::List;
 using VariableLists::numericVariables;
 
-constexpr std::string_view hint =
-    "Choose Nested, Crossed, Growth, or AR lag; set outcome and grouping; then Run.";
-
 std::optional<Gate> blankSelection(const MultilevelFields& fields) {
     if (fields.mlOutcome->isBlank() || fields.mlCluster->isBlank()) {
-        return Gate{
-            .title = "Set an outcome and a grouping", .lead = "", .text = std::string(hint)};
+        return Gate{.title = "Set an outcome and a grouping",
+                    .lead = "",
+                    .text = std::string(MultilevelGuide::hint)};
     }
     if (hasSecondGrouping(fields) &&
         (fields.mlCluster2->isBlank() || fields.mlCluster2.get() == fields.mlCluster.get())) {

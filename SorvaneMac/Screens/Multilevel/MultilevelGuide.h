@@ -10,6 +10,9 @@ namespace sorvane::MultilevelGuide {
 inline constexpr std::string_view heading = "Multilevel models";
 inline constexpr std::string_view runLabel = "Run multilevel model";
 
+inline constexpr std::string_view hint =
+    "Choose Nested, Crossed, Growth, or AR lag; set outcome and grouping; then Run.";
+
 Guide guide();
 
 }  // namespace sorvane::MultilevelGuide

@@ -37,7 +37,7 @@ std::string fitWords(const MultilevelRun& run) {
     if (result.remlCriterion) {
         return text + ", REML criterion = " + svFmt(*result.remlCriterion, 2);
     }
-    const MultilevelReport::Criteria criteria = MultilevelReport::criteria(result);
+    const MultilevelReport::Criteria criteria = MultilevelReport::criteria(run);
     return text + ", AIC = " + svFmt(criteria.aic, 2) + ", BIC = " + svFmt(criteria.bic, 2);
 }
 

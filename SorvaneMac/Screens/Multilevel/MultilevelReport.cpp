@@ -118,10 +118,12 @@ ReportTable varianceTable(const MultilevelRun& run) {
 
 }  // namespace
 
-Criteria criteria(const MultilevelResult& result) {
-    const double parameters =
-        static_cast<double>(result.fixedEffects.size() + result.varianceComponents.size() +
-                            (result.randomEffectCorrelation ? 1 : 0));
+Criteria criteria(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    // At a boundary the correlation cannot be told, but was a parameter all the same.
+    const bool hasCorrelation = !run.choice.slope.empty() && run.choice.correlated;
+    const double parameters = static_cast<double>(
+        result.fixedEffects.size() + result.varianceComponents.size() + (hasCorrelation ? 1 : 0));
     const double deviance = -2.0 * result.logLikelihood;
     return {.aic = deviance + 2.0 * parameters,
             .bic = deviance + std::log(static_cast<double>(result.n)) * parameters};

@@ -16,7 +16,7 @@ struct Criteria {
     double aic = 0.0;
     double bic = 0.0;
 };
-Criteria criteria(const MultilevelResult& result);
+Criteria criteria(const MultilevelRun& run);
 
 /// The share of the intercept's variance on the scale on which a logistic model's cases have the
 /// variance pi^2/3; absent for other models.

@@ -143,6 +143,7 @@ public:
     std::string selection() const override {
         return fields_.mlOutcome->name + " in " + fields_.mlCluster->name;
     }
+    std::string invitation() const override { return std::string(MultilevelGuide::hint); }
     Guide guide() const override { return MultilevelGuide::guide(); }
 
 private:
