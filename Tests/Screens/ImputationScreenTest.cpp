@@ -118,6 +118,25 @@ TEST(ImputationScreen, ACancelledRunLeavesEverythingAsItWas) {
     EXPECT_EQ(air.fields().impResult.get()->result.m, 3);
 }
 
+TEST(ImputationScreen, TooFewCopiesAreWarnedOfWhereTheFigureStands) {
+    AirQuality air;
+    air.impute({{"impM", "2"},
+                {"impRegOutcome", R"("Ozone")"},
+                {"impRegPredictors", R"(["Temp","Wind"])"}});
+    air.press("Run pooled analysis");
+    const ScreenContent content = air.content();
+    const std::string pooled = *content.findings.front().item.table->note;
+    EXPECT_NE(pooled.find("About as many copies as per cent are advised"), std::string::npos);
+    const std::string imputed = *content.findings.back().item.table->note;
+    EXPECT_NE(imputed.find("Fewer than 5 imputations (2)"), std::string::npos);
+    EXPECT_NE(imputed.find("(5 donors), 2 copies of 153 cases, 10 sweeps each"), std::string::npos);
+    EXPECT_EQ(air.screens.at(dataPrep).result()["impPooledBasis"]["variable"], Json("Ozone"));
+
+    air.set({{"impMethod", R"("median")"}});
+    EXPECT_TRUE(air.content().findings.empty()) << "the copies are of another method";
+    EXPECT_TRUE(air.screens.at(dataPrep).result().is_null());
+}
+
 struct PooledCase {
     int line;
     Settings settings;

@@ -27,8 +27,10 @@ bool leavesTheUnitInterval(const WeightedEstimate& estimate) {
            (estimate.confidenceIntervalLower < 0.0 || estimate.confidenceIntervalUpper > 1.0);
 }
 
+/// Whether all that is left of the standard error is rounding.
 bool hasNoError(const WeightedEstimate& estimate) {
-    return !isBlocked(estimate) && estimate.standardError == 0.0;
+    constexpr double rounding = 1e-10;
+    return !isBlocked(estimate) && estimate.standardError <= rounding * std::abs(estimate.estimate);
 }
 
 /// The first of the names, and how many more there are.
@@ -109,7 +111,7 @@ std::vector<std::string> warnings(const SurveyRun& run) {
             "An interval of a proportion reaches beyond 0 or 1, as it does near these ends with "
             "few cases; read it as reaching to the end.");
     }
-    if (run.estimate.standardError == 0.0) {
+    if (hasNoError(run.estimate)) {
         cautions.emplace_back(
             "The standard error is zero: the values do not vary, or the design leaves no PSUs to "
             "compare. It does not mean that the estimate is exact.");
