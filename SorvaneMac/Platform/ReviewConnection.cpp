@@ -31,12 +31,17 @@ void discardUnread(qintptr descriptor) {
 ReviewConnection::ReviewConnection(QTcpSocket* socket, Owner owner)
     : socket_(socket), owner_(std::move(owner)) {
     socket_->setParent(this);
-    // The handshake stays in this buffer, which keeps the socket from reading on: a client that
-    // closes its own side after it would otherwise count as gone.
-    socket_->setReadBufferSize(PairHandshake::length);
     connect(socket_, &QTcpSocket::readyRead, this, [this] { readHandshake(); });
     connect(socket_, &QTcpSocket::disconnected, this, [this] { noteClosed(); });
     connect(socket_, &QTcpSocket::bytesWritten, this, [this] { pump(); });
+}
+
+void ReviewConnection::begin() {
+    if (socket_->state() == QAbstractSocket::ConnectedState) {
+        readHandshake();
+    } else {
+        noteClosed();
+    }
 }
 
 void ReviewConnection::readHandshake() {

@@ -34,8 +34,11 @@ public:
         std::function<void(ReviewConnection&, const std::optional<QString>& sendError)> ended;
     };
 
-    /// Takes the socket over.
+    /// Takes the socket over, whose read buffer holds no more than a handshake.
     ReviewConnection(QTcpSocket* socket, Owner owner);
+
+    /// Looks at what came before the socket was taken over; from here on the owner is told.
+    void begin();
 
     void send(Payload payload);
     /// Closes at once and without a word. The owner is not told.

@@ -40,6 +40,18 @@ QString hostName() {
     return name;
 }
 
+/// Its sockets read no more than a handshake from the start. That stays in their buffers, which
+/// keeps them from reading on: a client that closes its own side after it would else count as gone.
+class HandshakeServer final : public QTcpServer {
+protected:
+    void incomingConnection(qintptr descriptor) override {
+        auto* socket = new QTcpSocket(this);
+        socket->setReadBufferSize(PairHandshake::length);
+        socket->setSocketDescriptor(descriptor);
+        addPendingConnection(socket);
+    }
+};
+
 std::string newPairCode() {
     return ReviewWire::pairCode(QRandomGenerator::system()->bounded(ReviewWire::pairCodes));
 }
@@ -83,7 +95,7 @@ struct BriselReviewLivePublisher::Inside {
     std::list<ReviewConnection*> waiting;
     /// The one longest without progress first.
     std::list<ReviewConnection*> served;
-    QTcpServer server;
+    HandshakeServer server;
     /// Last, so that connections and queued calls go before what they use.
     QObject owner;
 };
@@ -159,6 +171,7 @@ void BriselReviewLivePublisher::Inside::addWaiting(QTcpSocket* socket) {
         waiting.front()->drop();
         waiting.pop_front();
     }
+    connection->begin();
 }
 
 void BriselReviewLivePublisher::Inside::serve(ReviewConnection& connection) {

@@ -35,7 +35,10 @@ bool isError(const QDBusMessage& answer) {
 }  // namespace
 
 ServiceAdvertiser::ServiceAdvertiser(std::function<void()> changed, QString busAddress)
-    : changed_(std::move(changed)), busAddress_(std::move(busAddress)) {}
+    : changed_(std::move(changed)), busAddress_(std::move(busAddress)) {
+    // The form of a TXT record, which every announcement has, if without entries.
+    qDBusRegisterMetaType<QByteArrayList>();
+}
 
 ServiceAdvertiser::~ServiceAdvertiser() {
     changed_ = [] {

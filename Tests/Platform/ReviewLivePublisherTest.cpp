@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <memory>
+#include <sys/socket.h>
 #include <vector>
 
 #include <QEventLoop>
@@ -104,6 +105,16 @@ TEST_F(ReviewLivePublisherTest, WaitsForTheWholeHandshakeHoweverItComes) {
     EXPECT_EQ(slow->bytesAvailable(), 0);
     EXPECT_EQ(answer(slow, greeting().right(1) + "and more\n"), framed(packet_));
     EXPECT_EQ(publisher_.connectedClients(), 8);
+}
+
+TEST_F(ReviewLivePublisherTest, ServesAClientThatClosesItsOwnSideAfterTheHandshake) {
+    publisher_.startPublishing(std::string(3'000'000, 'x'));
+    Client client = connected();
+    client->write(greeting());
+    client->flush();
+    ASSERT_EQ(::shutdown(static_cast<int>(client->socketDescriptor()), SHUT_WR), 0);
+    awaitClosed(client);
+    EXPECT_EQ(client->readAll().size(), 3'000'004);
 }
 
 TEST_F(ReviewLivePublisherTest, AnotherStartHasAnotherCodeAndRefusesTheOld) {

@@ -114,7 +114,8 @@ TEST_F(ServiceAdvertiserTest, AnnouncesWhereADaemonRunsAndSaysWhereNone) {
                                                       "ResolveService");
     ask << -1 << -1 << QString("Desk") << QString("_brisel-review._tcp") << QString("local") << -1
         << 0U;
-    const QDBusMessage told = QDBusConnection::connectToBus(address_, "asking").call(ask);
+    const QDBusConnection asking = QDBusConnection::connectToBus(address_, "asking");
+    const QDBusMessage told = asking.call(ask);
     ASSERT_EQ(told.arguments().size(), 11) << told.errorMessage().toStdString();
     EXPECT_EQ(told.arguments()[8].toUInt(), 9847U);
 

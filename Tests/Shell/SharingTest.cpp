@@ -1,0 +1,126 @@
+#include <QCheckBox>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Shell/IntelligenceCard.h"
+#include "SorvaneMac/Shell/ReviewDesk.h"
+#include "Tests/Shell/WindowFixture.h"
+
+namespace sorvane {
+namespace {
+
+/// Share & export, publishing on a port that is free.
+class SharingTest : public WindowFixture {
+protected:
+    SharingTest() {
+        window_.workspace().desk =
+            std::make_shared<ReviewDesk>(state_, BriselReviewLivePublisher::Options{.port = 0});
+        state_.importPastedData("site,score\nnorth,1\nsouth,2\nnorth,4\n");
+        ReportItem item;
+        item.id = Uuid::fresh();
+        item.title = "t-test";
+        item.apaSummary = "t(38) = 2.1, p = .04";
+        state_.addToReport(item);
+        show(StudioScreen::export_);
+    }
+    void click(const QString& label) {
+        QPushButton* pressed = button(label);
+        ASSERT_TRUE(pressed) << utf8(label);
+        QTest::mouseClick(pressed, Qt::LeftButton);
+        settle();
+    }
+    std::string status() const { return state_.saveStatusMessage->value_or(""); }
+    ReviewDesk& desk() { return *window_.workspace().desk; }
+    bool sheetSays(const QString& text) {
+        const QList<QLabel*> labels = desk().sheet->findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const QLabel* each) {
+            return each->isVisibleTo(desk().sheet) && each->text() == text;
+        });
+    }
+};
+
+TEST_F(SharingTest, WritesAPacketWhereTheUserSays) {
+    QCheckBox* preview = nullptr;
+    for (QCheckBox* each : window_.page().findChildren<QCheckBox*>()) {
+        preview = each->text().contains("25 rows") ? each : preview;
+    }
+    ASSERT_TRUE(preview);
+    click("Export to iPad…");
+    EXPECT_FALSE(Json::parse(read("Pasted data.bsk").toStdString()).contains("previewRows"));
+    preview->click();
+    click("Export to iPad…");
+    EXPECT_TRUE(Json::parse(read("Pasted data.bsk").toStdString()).contains("previewRows"));
+    EXPECT_EQ(status(), "Exported to " + (folder_ / "Pasted data.bsk").string() +
+                            ". Open in Kestrin Deck on iPad.");
+    EXPECT_EQ(state_.defaults().value("sv.review.packetHasPreview"), true);
+}
+
+TEST_F(SharingTest, TheSheetShowsTheCodeCountsClientsAndEndsThePublishing) {
+    click("Present on iPad…");
+    ASSERT_TRUE(desk().sheet);
+    BriselReviewLivePublisher& publisher = desk().publisher;
+    ASSERT_TRUE(publisher.isPublishing());
+    const std::string code = *publisher.pairCode();
+    EXPECT_TRUE(
+        sheetSays(QString("%1 %2 %3 %4").arg(code[0]).arg(code[1]).arg(code[2]).arg(code[3])));
+    EXPECT_TRUE(sheetSays("Waiting for iPad…"));
+    QTcpSocket client;
+    client.connectToHost(QHostAddress::LocalHost, publisher.port());
+    client.write(QByteArray::fromStdString("PAIR" + code));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return client.state() == QAbstractSocket::UnconnectedState; },
+                                30'000));
+    const Json packet = Json::parse(client.readAll().mid(4).toStdString());
+    EXPECT_EQ(packet["previewRows"].size(), 3U);
+    EXPECT_TRUE(sheetSays("1 iPad has connected."));
+    for (QPushButton* each : desk().sheet->findChildren<QPushButton*>()) {
+        if (each->text() == "Stop broadcasting") {
+            each->click();
+            break;
+        }
+    }
+    EXPECT_FALSE(publisher.isPublishing());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return desk().sheet.isNull(); }, 30'000));
+}
+
+TEST_F(SharingTest, DraftsWithALocalServerFlagsItsNumbersAndTakesARating) {
+    EXPECT_TRUE(says("Turn on Apple Intelligence in System Settings to use Sorvane Intelligence."));
+    EXPECT_FALSE(button("Draft")->isEnabled());
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    QObject::connect(&server, &QTcpServer::newConnection, [&server] {
+        QTcpSocket* socket = server.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, [socket] {
+            if (socket->peek(1 << 20).endsWith("}")) {
+                socket->readAll();
+                socket->write(
+                    "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n\r\n"
+                    "data: {\"choices\":[{\"delta\":{\"content\":\"They differ by "
+                    "3.\"}}]}\n\ndata: [DONE]\n\n");
+            }
+        });
+    });
+    SharingFields& fields = state_.sharing;
+    fields.intelligenceIsOn.set(true);
+    fields.intelligenceAddress.set("http://127.0.0.1:" + std::to_string(server.serverPort()));
+    fields.intelligenceModel.set("small");
+    settle();
+    click("Draft");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return button("Shorter") != nullptr; }, 30'000));
+    EXPECT_TRUE(says("They differ by 3."));
+    EXPECT_TRUE(says("This number is not in the findings: 3. Check it before you use the text."));
+    EXPECT_TRUE(says("Helpful?"));
+    click("Yes");
+    EXPECT_TRUE(says("Thanks for the feedback."));
+    EXPECT_FALSE(says("Helpful?"));
+    EXPECT_EQ(state_.defaults().value("sv.intelligence.feedback.up"), 1);
+    server.close();
+    click("Shorter");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return button("Draft") != nullptr; }, 30'000));
+    EXPECT_TRUE(says("Apple Intelligence is unavailable (nothing answers at 127.0.0.1:" +
+                     qtText(fields.intelligenceAddress->substr(17)) + ")"));
+}
+
+}  // namespace
+}  // namespace sorvane
