@@ -110,6 +110,21 @@ TEST(SurveyModels, JackknifeOfOneStratumIsNearLinearization) {
     }
 }
 
+TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
+    Sample sample;
+    for (std::size_t i = 0; i < 40; ++i) {
+        sample.level[i] = i < 2 ? 3.0 : std::min(*sample.level[i], 2.0);
+    }
+    const std::vector predictors = {test::plainColumn(sample.x)};
+    const auto result = SurveyOrdinal::fit(test::plainColumn(sample.level), predictors,
+                                           sample.jackknife(), {.predictorNames = {"x"}});
+    ASSERT_TRUE(result);
+    ASSERT_EQ(result->thresholds.size(), 2U);
+    EXPECT_EQ(cautions(result->readiness).back(),
+              "1 replicate(s) gave no estimates and add nothing to the standard errors, which may "
+              "be too small.");
+}
+
 TEST(SurveyModels, OrdinalThresholdsFollowTheUnitsOfPredictors) {
     const Sample sample;
     Values moved;
