@@ -60,8 +60,6 @@ void ServiceAdvertiser::publish(const AdvertisedService& service) {
 }
 
 bool ServiceAdvertiser::connectToBus() {
-    // The form of the text records that belong to an announcement.
-    qDBusRegisterMetaType<QByteArrayList>();
     return (busAddress_.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SystemBus, bus_)
                                   : QDBusConnection::connectToBus(busAddress_, bus_))
         .isConnected();

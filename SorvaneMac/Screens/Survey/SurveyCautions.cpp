@@ -27,10 +27,8 @@ bool leavesTheUnitInterval(const WeightedEstimate& estimate) {
            (estimate.confidenceIntervalLower < 0.0 || estimate.confidenceIntervalUpper > 1.0);
 }
 
-/// Whether all that is left of the standard error is rounding.
 bool hasNoError(const WeightedEstimate& estimate) {
-    constexpr double rounding = 1e-10;
-    return !isBlocked(estimate) && estimate.standardError <= rounding * std::abs(estimate.estimate);
+    return !isBlocked(estimate) && estimate.standardError == 0.0;
 }
 
 /// The first of the names, and how many more there are.
