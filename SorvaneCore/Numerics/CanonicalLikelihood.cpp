@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <optional>
+#include <utility>
 
 #include "SorvaneCore/Numerics/ColumnKernels.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -183,6 +185,38 @@ void mirrorUpperTriangle(std::vector<double>& matrix, std::size_t n) {
     }
 }
 
+void takeOut(const std::vector<double>& normal, std::vector<double>& vector) {
+    const double length = std::inner_product(normal.begin(), normal.end(), vector.begin(), 0.0);
+    for (std::size_t j = 0; j < vector.size(); ++j) {
+        vector[j] -= length * normal[j];
+    }
+}
+
+/// The part of the vector that is perpendicular to the others, of length 1; absent where rounding
+/// is all that is left of it.
+std::optional<std::vector<double>> normalBeyond(const std::vector<std::vector<double>>& others,
+                                                std::span<const double> vector) {
+    constexpr double smallestPart = 1e-9;
+    const auto lengthOf = [](std::span<const double> v) {
+        return std::sqrt(std::inner_product(v.begin(), v.end(), v.begin(), 0.0));
+    };
+    std::vector<double> rest(vector.begin(), vector.end());
+    // Twice, as the first pass leaves rounding behind where little is left.
+    for (int pass = 0; pass < 2; ++pass) {
+        for (const std::vector<double>& other : others) {
+            takeOut(other, rest);
+        }
+    }
+    const double length = lengthOf(rest);
+    if (!(length > smallestPart * lengthOf(vector))) {
+        return std::nullopt;
+    }
+    for (double& entry : rest) {
+        entry /= length;
+    }
+    return rest;
+}
+
 }  // namespace
 
 Pass CanonicalLikelihood::sum(const double* parameters) const {
@@ -211,36 +245,57 @@ Pass CanonicalLikelihood::start() const {
     return sum(nullptr);
 }
 
-bool CanonicalLikelihood::growsForever(std::span<const double> step) const {
-    // What cancellation and the last remnants of a finite part leave of a zero.
-    constexpr double relativeZero = 1e-10;
-    constexpr double leastMove = 0.5;
+CanonicalLikelihood::Moves CanonicalLikelihood::movesAlong(
+    std::span<const double> direction) const {
     double largestEntry = 0.0;
-    for (const double entry : step) {
+    for (const double entry : direction) {
         largestEntry = std::max(largestEntry, std::abs(entry));
     }
-    double farthestMove = 0.0;
+    Moves moves;
     for (std::size_t row = 0; row < data_.rows; ++row) {
         const double* x = &data_.designMatrix[row * data_.cols];
         double move = 0.0;
         double scale = 0.0;
         for (std::size_t j = 0; j < data_.cols; ++j) {
-            move += x[j] * step[j];
+            move += x[j] * direction[j];
             scale += std::abs(x[j]) * largestEntry;
-        }
-        if (std::abs(move) <= relativeZero * scale) {
-            continue;
         }
         // A rate above 0 has an optimum of its own, so that any move leads away from it in the end.
         const double y = data_.response[row];
-        const bool isTowards =
-            link_ == Link::logit ? (y > 0.5) == (move > 0.0) : y == 0.0 && move < 0.0;
-        if (!isTowards) {
+        const double towards = link_ == Link::logit ? (y > 0.5 ? move : -move)
+                               : y == 0.0           ? -move
+                                                    : -std::abs(move);
+        const double share = scale > 0.0 ? towards / scale : 0.0;
+        moves.farthest = std::max(moves.farthest, share);
+        if (share < moves.worst) {
+            moves.worst = share;
+            moves.worstRow = row;
+        }
+    }
+    return moves;
+}
+
+bool CanonicalLikelihood::growsForever(std::span<const double> step) const {
+    // What cancellation leaves of a zero, and what is surely more than that.
+    constexpr double relativeZero = 1e-10;
+    constexpr double relativeMove = 1e-6;
+    // Beside the endless part of a step is one that leads the other rows to their optimum. It is
+    // taken out by holding still, in turn, the row that moves away most.
+    std::vector<double> direction(step.begin(), step.end());
+    std::vector<std::vector<double>> held;
+    for (;;) {
+        const Moves moves = movesAlong(direction);
+        if (moves.worst >= -relativeZero) {
+            return moves.farthest > relativeMove;
+        }
+        const auto row = data_.designMatrix.subspan(moves.worstRow * data_.cols, data_.cols);
+        std::optional<std::vector<double>> normal = normalBeyond(held, row);
+        if (!normal) {
             return false;
         }
-        farthestMove = std::max(farthestMove, std::abs(move));
+        held.push_back(std::move(*normal));
+        takeOut(held.back(), direction);
     }
-    return farthestMove > leastMove;
 }
 
 }  // namespace sorvane::IRLS

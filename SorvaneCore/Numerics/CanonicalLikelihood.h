@@ -29,11 +29,22 @@ public:
     /// that the step from zero parameters leads to the first fit.
     Pass start() const;
 
-    /// Whether the likelihood never falls along the step, and some row's linear predictor moves by
-    /// more than half a unit: no row moves away from its response.
+    /// Whether the step has a part along which the likelihood grows without end: some rows move
+    /// towards their response, and none away from it.
+    ///
+    /// Cost       O(rows * cols) for each row that has to be held still, of which there are fewer
+    ///            than columns
     bool growsForever(std::span<const double> step) const;
 
 private:
+    /// How the rows' linear predictors move towards their response, in shares of their scale.
+    struct Moves {
+        double farthest = 0.0;
+        /// The largest move away, as a number below 0, and its row.
+        double worst = 0.0;
+        std::size_t worstRow = 0;
+    };
+    Moves movesAlong(std::span<const double> direction) const;
     Pass sum(const double* parameters) const;
 
     Observations data_;

@@ -116,7 +116,9 @@ OptimizerResult dampedNewton(std::span<const double> initial,
     while (current.isFinite()) {
         result.objective = current.objective;
         if (result.iterations >= limits.maxIterations) {
-            return stopped(std::move(result), OptimizerStop::iterationLimit);
+            return stopped(std::move(result), provesDivergence(step)
+                                                  ? OptimizerStop::diverged
+                                                  : OptimizerStop::iterationLimit);
         }
         std::optional<std::vector<double>> inverse =
             LinearAlgebra::invert(current.negativeHessian, count);

@@ -54,8 +54,8 @@ using ProvesDivergence = std::function<bool(std::span<const double> step)>;
 ///            halved up to 40 times, and the tolerance grows with a parameter above 1
 /// Returns    `objective` and the inverse are those of the last round, before a step below the
 ///            tolerance
-/// Failure    as `newton`; `provesDivergence`, asked after each step and when the negative Hessian
-///            has no inverse -> `diverged`; no finite value near -> `nonFinite`
+/// Failure    as `newton`; `provesDivergence`, asked after each step, when the negative Hessian has
+///            no inverse and at the last round -> `diverged`; no finite value near -> `nonFinite`
 OptimizerResult dampedNewton(std::span<const double> initial,
                              const Limits& limits,
                              const Evaluate& evaluate,
@@ -87,9 +87,8 @@ inline constexpr double smallestLogRate = -34.538776394910684;
 ///            log rates to at least ln(1e-15)
 /// Returns    `objective` is the log likelihood without the terms of the response alone
 /// Failure    no finite optimum -> `diverged`, on proof: parameters that set all ones apart from
-///            all zeros, or a step that moves some rows towards their response, none away from it
-///            and does not get shorter. Otherwise as
-///            `dampedNewton`
+///            all zeros, or a step with a part that moves some rows towards their response and none
+///            away from it. Otherwise as `dampedNewton`
 /// Accuracy   the test for singularity is absolute, so columns should have entries of order 1
 /// Cost       O(rows * cols^2) a round, on all threads; sums run over fixed row blocks in order, so
 ///            that the bits do not depend on the number of threads

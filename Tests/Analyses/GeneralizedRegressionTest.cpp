@@ -123,6 +123,38 @@ TEST(LogisticRegression, SaysWhyItCannotFit) {
     }
 }
 
+/// Values far apart, five at a cut in their middle, and one so near to it that a step beside it
+/// is lost in rounding.
+Cells aroundACut(double gap) {
+    Cells x;
+    for (int i = -100; i <= 100; ++i) {
+        if (i != 0) {
+            x.emplace_back(500.0 * i);
+        }
+    }
+    x.insert(x.end(), {0.0, 0.0, 0.0, 0.0, 0.0, gap});
+    return x;
+}
+
+TEST(LogisticRegression, SeesACutThatIsTiedUnevenly) {
+    for (const double gap : {100.0, 1.0, 0.3, 1e-2}) {
+        const Cells x = aroundACut(gap);
+        Cells y;
+        for (const std::optional<double>& value : x) {
+            y.emplace_back(*value > 0.0 ? 1.0 : 0.0);
+        }
+        y[200] = 1.0;
+        y[203] = 1.0;
+        expectBlocked({__LINE__, {x}, y, "The data are (quasi) perfectly separated"}, logistic);
+        // One answer on the wrong side, and there is an optimum.
+        y[150] = 0.0;
+        y[50] = 1.0;
+        const auto overlapping = logistic({x}, y);
+        ASSERT_TRUE(overlapping);
+        EXPECT_TRUE(overlapping->converged) << gap;
+    }
+}
+
 TEST(LogisticRegression, FitsDataThatBarelyOverlap) {
     // Two answers changed over, with the outcome otherwise cut at a value of the predictor.
     const Cells outcome = withCell(withCell(split(20), 19, 1.0), 20, 0.0);
@@ -241,6 +273,17 @@ TEST(PoissonRegression, SaysWhyItCannotFit) {
         {__LINE__, {wave}, counts, "The fit did not converge within", 2}};
     for (const Blocked& row : table) {
         expectBlocked(row, poisson);
+    }
+}
+
+TEST(PoissonRegression, SeesCountsThatStandAtOneValueOnly) {
+    for (const double gap : {100.0, 1.0, 1e-2}) {
+        Cells x = aroundACut(gap);
+        x.erase(x.begin(), x.begin() + 100);
+        Cells y(x.size(), 0.0);
+        y[100] = 1.0;
+        y[103] = 2.0;
+        expectBlocked({__LINE__, {x}, y, "The fit diverged"}, poisson);
     }
 }
 

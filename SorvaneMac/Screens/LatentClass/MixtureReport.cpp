@@ -85,14 +85,16 @@ ReportTable fitTable(const LatentClassResult& result) {
 /// both follow from the mixture.
 std::vector<double> standardScores(const LatentClassResult& result, std::size_t j) {
     double mean = 0.0;
-    double square = 0.0;
     for (const LatentClassProfile& profile : result.profiles) {
-        const double m = (*profile.means)[j];
-        const double s = (*profile.standardDeviations)[j];
-        mean += profile.proportion * m;
-        square += profile.proportion * (s * s + m * m);
+        mean += profile.proportion * (*profile.means)[j];
     }
-    const double deviation = std::sqrt(std::max(square - mean * mean, 0.0));
+    double variance = 0.0;
+    for (const LatentClassProfile& profile : result.profiles) {
+        const double apart = (*profile.means)[j] - mean;
+        const double s = (*profile.standardDeviations)[j];
+        variance += profile.proportion * (s * s + apart * apart);
+    }
+    const double deviation = std::sqrt(variance);
     std::vector<double> scores;
     for (const LatentClassProfile& profile : result.profiles) {
         scores.push_back(deviation > 0.0 ? ((*profile.means)[j] - mean) / deviation : 0.0);
