@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
 
 #include "SorvaneMac/Shell/RowTableModel.h"
@@ -75,6 +76,13 @@ void CellDelegate::paint(QPainter* painter,
         painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, words.width()));
     paintFocus(*painter, option);
     painter->restore();
+}
+
+void CellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    const auto* line = qobject_cast<QLineEdit*>(editor);
+    if (!line || !line->isModified()) {
+        QStyledItemDelegate::setEditorData(editor, index);
+    }
 }
 
 void RowDelegate::paint(QPainter* painter,

@@ -4,7 +4,8 @@
 
 namespace sorvane {
 
-/// Draws a cell as its text with air on both sides.
+/// Draws a cell as its text with air on both sides. What is being typed into one stands, though the
+/// table beneath it is brought up to date.
 class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -12,6 +13,7 @@ public:
     void paint(QPainter* painter,
                const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
 };
 
 /// Draws and edits the cells of a row table: a switch as a box in its middle, turned by a click or
