@@ -28,11 +28,13 @@ struct Workload {
 std::vector<Workload> importWorkloads();
 std::vector<Workload> analysisWorkloads();
 std::vector<Workload> latentClassWorkloads();
+std::vector<Workload> modelFamilyWorkloads();
 std::vector<Workload> multilevelWorkloads();
 std::vector<Workload> editingWorkloads();
 std::vector<Workload> preparationWorkloads();
 std::vector<Workload> projectWorkloads();
 std::vector<Workload> reportWorkloads();
+std::vector<Workload> surveyWorkloads();
 std::vector<Workload> windowWorkloads();
 
 }  // namespace sorvane

@@ -59,6 +59,7 @@ std::string rounded(double value, double scale) {
 
 constexpr double sixDecimals = 1e6;
 constexpr double fiveDecimals = 1e5;
+constexpr double fourDecimals = 1e4;
 constexpr double threeDecimals = 1e3;
 constexpr double twoDecimals = 100.0;
 constexpr double oneDecimal = 10.0;
@@ -324,6 +325,49 @@ void writeMediation(CsvWriter& csv, Draws& draws, std::size_t rows) {
     }
 }
 
+/// Ten numbers on one factor, of which the first six now and then have none.
+void writeIncomplete(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    constexpr std::size_t columns = 10;
+    constexpr std::size_t incomplete = 6;
+    constexpr double missingShare = 0.15;
+    csv.numberedHeaders("v", columns);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double factor = draws.normal();
+        for (std::size_t j = 0; j < columns; ++j) {
+            const std::string text = rounded(0.6 * factor + 0.8 * draws.normal(), fourDecimals);
+            const bool isMissing = j < incomplete && draws.share() < missingShare;
+            csv.cell(isMissing ? std::string_view() : std::string_view(text));
+        }
+        csv.endRow();
+    }
+}
+
+/// A sample of fifty strata with ten units each, and 200 half-sample weights.
+void writeSample(CsvWriter& csv, Draws& draws, std::size_t rows) {
+    constexpr std::size_t replicates = 200;
+    for (const std::string_view name : {"w", "stratum", "psu", "y1", "y2"}) {
+        csv.cell(name);
+    }
+    csv.numberedHeaders("rw", replicates);
+    csv.endRow();
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double weight = std::round((0.5 + 2.5 * draws.share()) * fourDecimals) / fourDecimals;
+        const std::size_t stratum = draws.below(50) + 1;
+        const std::string name = std::to_string(stratum);
+        csv.cell(NumberText::shortest(weight));
+        csv.cell("h" + name);
+        csv.cell(name + "_" + std::to_string(draws.below(10) + 1));
+        csv.cell(rounded(50.0 + 10.0 * draws.normal() + static_cast<double>(stratum) / 10.0,
+                         threeDecimals));
+        csv.cell(draws.share() < 0.4 ? "1" : "0");
+        for (std::size_t r = 0; r < replicates; ++r) {
+            csv.cell(rounded(weight * (draws.below(2) == 0 ? 0.5 : 1.5), threeDecimals));
+        }
+        csv.endRow();
+    }
+}
+
 /// A study of forty items, six scores and four groupings.
 void writeProject(CsvWriter& csv, Draws& draws, std::size_t rows) {
     static constexpr std::array<std::string_view, 4> places = {"urban", "rural", "suburb",
@@ -350,7 +394,7 @@ struct Recipe {
     void (*write)(CsvWriter&, Draws&, std::size_t size) = nullptr;
 };
 
-constexpr std::array<Recipe, 15> recipes = {{{"likert", 101, writeLikert},
+constexpr std::array<Recipe, 17> recipes = {{{"likert", 101, writeLikert},
                                              {"reg", 102, writeRegression},
                                              {"anova", 103, writeGroups},
                                              {"wide", 104, writeWide},
@@ -361,9 +405,11 @@ constexpr std::array<Recipe, 15> recipes = {{{"likert", 101, writeLikert},
                                              {"mix", 116, writeMixture},
                                              {"cfa", 115, writeFactorItems},
                                              {"med", 117, writeMediation},
+                                             {"mice", 118, writeIncomplete},
                                              {"hclust", 119, writeTreeCases},
                                              {"kmeans", 120, writeMeansCases},
                                              {"surv", 121, writeSurvival},
+                                             {"svy", 122, writeSample},
                                              {"proj", 123, writeProject}}};
 
 /// The recipe and the size that a name such as "likert_1e6.csv" asks for; "cfa_3x9.csv" has 3.

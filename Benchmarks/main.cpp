@@ -147,9 +147,10 @@ void print(const Workload& workload, const Measured& measured, Layout layout) {
 
 std::vector<Workload> allWorkloads() {
     std::vector<Workload> all;
-    for (const auto& some : {importWorkloads, analysisWorkloads, latentClassWorkloads,
-                             multilevelWorkloads, editingWorkloads, preparationWorkloads,
-                             projectWorkloads, reportWorkloads, windowWorkloads}) {
+    for (const auto& some :
+         {importWorkloads, analysisWorkloads, latentClassWorkloads, modelFamilyWorkloads,
+          multilevelWorkloads, editingWorkloads, preparationWorkloads, projectWorkloads,
+          reportWorkloads, surveyWorkloads, windowWorkloads}) {
         std::ranges::move(some(), std::back_inserter(all));
     }
     return all;

@@ -9,17 +9,19 @@
 #include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/DesignCautions.h"
+#include "SorvaneCore/Analyses/Basics/GroupedProducts.h"
 #include "SorvaneCore/Analyses/Basics/RowPartition.h"
-#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
+#include "SorvaneCore/Analyses/Basics/WilksTest.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Numerics/Whitening.h"
 
 namespace sorvane::MultivariateANOVA {
 
 namespace {
 
-using Matrix = std::vector<double>;
+using WilksTests::FApproximation;
 
 /// The numbers that the sentences are about.
 struct Facts {
@@ -104,90 +106,6 @@ AnalysisReadiness readiness(const Facts& facts, const std::optional<std::string>
         facts.totalRows, facts.n, std::move(issues), facts.groups);
 }
 
-/// The squares and products of the outcomes, p by p.
-struct SquaresAndProducts {
-    Matrix withinGroups{};
-    Matrix betweenGroups{};
-};
-
-/// An outcome, group after group.
-struct Outcome {
-    std::vector<double> values{};
-    std::vector<double> groupMeans{};
-    double grandMean = 0.0;
-};
-
-SquaresAndProducts squaresAndProducts(const std::vector<Outcome>& outcomes,
-                                      const RowPartition& partition) {
-    const std::size_t p = outcomes.size();
-    SquaresAndProducts sums{.withinGroups = Matrix(p * p, 0.0),
-                            .betweenGroups = Matrix(p * p, 0.0)};
-    for (std::size_t i = 0; i < p; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) {
-            const Outcome& a = outcomes[i];
-            const Outcome& b = outcomes[j];
-            for (std::size_t g = 0; g < partition.groupCount(); ++g) {
-                sums.withinGroups[i * p + j] += SampleMoments::sumOfProducts(
-                    partition.group(std::span(a.values), g), a.groupMeans[g],
-                    partition.group(std::span(b.values), g), b.groupMeans[g]);
-                sums.betweenGroups[i * p + j] += static_cast<double>(partition.groupSize(g)) *
-                                                 (a.groupMeans[g] - a.grandMean) *
-                                                 (b.groupMeans[g] - b.grandMean);
-            }
-            sums.withinGroups[j * p + i] = sums.withinGroups[i * p + j];
-            sums.betweenGroups[j * p + i] = sums.betweenGroups[i * p + j];
-        }
-    }
-    return sums;
-}
-
-/// inv(L) of E = LL'; absent when an outcome has nothing of its own beside those before it.
-std::optional<Matrix> invertedCholeskyLower(const Matrix& e, std::size_t p) {
-    constexpr double ownShare = 1e-12;
-    Matrix lower(p * p, 0.0);
-    for (std::size_t i = 0; i < p; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) {
-            double left = e[i * p + j];
-            for (std::size_t l = 0; l < j; ++l) {
-                left -= lower[i * p + l] * lower[j * p + l];
-            }
-            if (j < i) {
-                lower[i * p + j] = left / lower[j * p + j];
-            } else if (left > ownShare * e[i * p + i]) {
-                lower[i * p + i] = std::sqrt(left);
-            } else {
-                return std::nullopt;
-            }
-        }
-    }
-    Matrix inverse(p * p, 0.0);
-    for (std::size_t column = 0; column < p; ++column) {
-        for (std::size_t i = column; i < p; ++i) {
-            double left = i == column ? 1.0 : 0.0;
-            for (std::size_t l = column; l < i; ++l) {
-                left -= lower[i * p + l] * inverse[l * p + column];
-            }
-            inverse[i * p + column] = left / lower[i * p + i];
-        }
-    }
-    return inverse;
-}
-
-/// A B A', exactly symmetric.
-Matrix sandwich(const Matrix& a, const Matrix& b, std::size_t p) {
-    const Matrix left = LinearAlgebra::multiply(a, p, p, b, p);
-    Matrix result(p * p, 0.0);
-    for (std::size_t i = 0; i < p; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) {
-            for (std::size_t l = 0; l < p; ++l) {
-                result[i * p + j] += left[i * p + l] * a[j * p + l];
-            }
-            result[j * p + i] = result[i * p + j];
-        }
-    }
-    return result;
-}
-
 /// p outcomes, hypothesis df q and error df v, as the F approximations need them.
 struct Dimensions {
     double p = 0.0;
@@ -197,13 +115,6 @@ struct Dimensions {
     double s() const { return std::min(p, q); }
     double m() const { return (std::abs(p - q) - 1.0) / 2.0; }
     double n() const { return (v - p - 1.0) / 2.0; }
-};
-
-/// How a statistic is carried over to F.
-struct FApproximation {
-    double f = 0.0;
-    double df1 = 0.0;
-    double df2 = 0.0;
 };
 
 MANOVATestStatistic testOf(std::string name,
@@ -226,13 +137,8 @@ FApproximation pillaiF(double pillai, const Dimensions& size) {
 }
 
 FApproximation wilksF(double lambda, const Dimensions& size) {
-    const double pq = size.p * size.q;
-    const double denominator = size.p * size.p + size.q * size.q - 5.0;
-    const double t = denominator > 0.0 ? std::sqrt((pq * pq - 4.0) / denominator) : 1.0;
-    const double w = size.v + size.q - (size.p + size.q + 1.0) / 2.0;
-    const double df2 = w * t - (pq - 2.0) / 2.0;
-    const double root = std::pow(lambda, 1.0 / t);
-    return {.f = (1.0 - root) / root * df2 / pq, .df1 = pq, .df2 = df2};
+    return WilksTests::raoF(lambda, size.p, size.q,
+                            size.v + size.q - (size.p + size.q + 1.0) / 2.0);
 }
 
 FApproximation hotellingLawleyF(double trace, const Dimensions& size) {
@@ -273,15 +179,15 @@ void setStatistics(MANOVAResult& result, const std::vector<double>& eigenvalues)
 
 /// Fills in the statistics, or tells what stands in the way.
 std::optional<std::string> compared(MANOVAResult& result,
-                                    const std::vector<Outcome>& outcomes,
+                                    const std::vector<GroupedVariable>& outcomes,
                                     const RowPartition& partition) {
-    const SquaresAndProducts sums = squaresAndProducts(outcomes, partition);
-    const std::optional<Matrix> inverse = invertedCholeskyLower(sums.withinGroups, outcomes.size());
+    const GroupedProducts sums = GroupedProducts::of(outcomes, partition);
+    const auto inverse = Whitening::inverseOf(sums.withinGroups, outcomes.size());
     if (!inverse) {
         return singular();
     }
     const auto eigen = LinearAlgebra::symmetricEigen(
-        sandwich(*inverse, sums.betweenGroups, outcomes.size()), outcomes.size());
+        Whitening::sandwich(*inverse, sums.betweenGroups, outcomes.size()), outcomes.size());
     if (!eigen) {
         return noEigenvalues();
     }
@@ -316,19 +222,6 @@ MANOVAResult withoutStatistics(const Facts& facts,
             .errorDF = facts.errorDF()};
 }
 
-std::vector<Outcome> outcomesOf(std::span<const NumericColumn> columns,
-                                std::span<const std::uint32_t> rows,
-                                const RowPartition& partition) {
-    std::vector<Outcome> outcomes;
-    for (const NumericColumn& column : columns) {
-        Outcome& outcome = outcomes.emplace_back();
-        outcome.values = partition.arranged(CompleteCases::gathered(column, rows));
-        outcome.groupMeans = partition.means(outcome.values);
-        outcome.grandMean = SampleMoments::mean(outcome.values);
-    }
-    return outcomes;
-}
-
 }  // namespace
 
 std::optional<MANOVAResult> test(std::span<const NumericColumn> dependentColumns,
@@ -360,7 +253,8 @@ std::optional<MANOVAResult> test(std::span<const NumericColumn> dependentColumns
     } else if (facts.n <= facts.groups + facts.outcomes) {
         obstacle = tooFewCases(facts);
     } else {
-        obstacle = compared(result, outcomesOf(dependentColumns, rows, partition), partition);
+        obstacle =
+            compared(result, GroupedVariable::of(dependentColumns, rows, partition), partition);
     }
     result.readiness = readiness(facts, obstacle);
     return result;

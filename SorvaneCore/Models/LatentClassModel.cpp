@@ -5,8 +5,8 @@
 #include <numeric>
 #include <utility>
 
-#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Models/LatentClass/ClassMixture.h"
+#include "SorvaneCore/Models/LatentClass/MixtureCases.h"
 #include "SorvaneCore/Models/LatentClass/ProfileMixture.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
@@ -21,7 +21,6 @@ constexpr std::int64_t casesPerProfile = 3;
 constexpr std::int64_t casesPerClass = 5;
 constexpr std::int64_t comfortableCasesPerProfile = 10;
 constexpr double smallProportion = 0.05;
-constexpr double smallestPosterior = 1e-15;
 
 std::string_view minimumRequired(LatentMixtureMode mode) {
     return mode == LatentMixtureMode::profile ? "≥2 indicators; n ≥ 3×K complete cases"
@@ -93,20 +92,6 @@ Frame frame(LatentMixtureMode mode, const LatentClassOptions& options, std::size
             .totalRows = static_cast<std::int64_t>(totalRows)};
 }
 
-/// 1 minus the entropy of the posteriors relative to that of knowing nothing, within [0, 1].
-double relativeEntropy(const std::vector<std::vector<double>>& posteriors, std::int64_t classes) {
-    double sum = 0.0;
-    for (const std::vector<double>& row : posteriors) {
-        for (const double posterior : row) {
-            const double held = std::max(posterior, smallestPosterior);
-            sum += held * std::log(held);
-        }
-    }
-    const double scale =
-        static_cast<double>(posteriors.size()) * std::log(static_cast<double>(classes));
-    return std::clamp(1.0 + sum / scale, 0.0, 1.0);
-}
-
 /// The classes in the order in which they are told: `comesBefore` compares two of them.
 template <typename Compare>
 std::vector<std::size_t> classOrder(std::size_t classes, const Compare& comesBefore) {
@@ -128,7 +113,7 @@ void fillAssignments(LatentClassResult& result,
         result.assignments.push_back(std::ranges::max_element(row) - row.begin());
         result.assignmentPosterior.push_back(std::move(row));
     }
-    result.entropy = relativeEntropy(result.assignmentPosterior, result.classCount);
+    result.entropy = MixtureCases::relativeEntropy(result.assignmentPosterior, result.classCount);
 }
 
 /// How the run that stands ended, and the criteria that punish its parameters.
@@ -180,25 +165,6 @@ void finalizeClass(LatentClassResult& result,
     fillRun(result, run, result.classCount - 1 + result.classCount * mixture.freeResponses());
 }
 
-/// The columns in the rows in which all of them have a finite number.
-std::vector<std::vector<double>> finiteRows(std::span<const NumericColumn> indicators) {
-    std::vector<const NumericColumn*> columns;
-    for (const NumericColumn& indicator : indicators) {
-        columns.push_back(&indicator);
-    }
-    std::vector<std::uint32_t> rows = CompleteCases::rows(columns);
-    std::erase_if(rows, [&indicators](std::uint32_t row) {
-        return std::ranges::any_of(indicators, [row](const NumericColumn& indicator) {
-            return !std::isfinite(*indicator[row]);
-        });
-    });
-    std::vector<std::vector<double>> result;
-    for (const NumericColumn& indicator : indicators) {
-        result.push_back(CompleteCases::gathered(indicator, rows));
-    }
-    return result;
-}
-
 }  // namespace
 
 std::optional<LatentClassResult> fitProfile(std::span<const NumericColumn> indicators,
@@ -211,7 +177,7 @@ std::optional<LatentClassResult> fitProfile(std::span<const NumericColumn> indic
         return std::nullopt;
     }
     Frame fit = frame(LatentMixtureMode::profile, options, lengths.front());
-    std::vector<std::vector<double>> columns = finiteRows(indicators);
+    std::vector<std::vector<double>> columns = MixtureCases::finiteRows(indicators);
     fit.result.n = static_cast<std::int64_t>(columns.front().size());
     if (fit.result.n < casesPerProfile * options.classCount) {
         return fit.blocked(tooFewForProfiles(options.classCount));

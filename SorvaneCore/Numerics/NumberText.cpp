@@ -175,6 +175,12 @@ std::string integer(std::int64_t value) {
     return {buffer.data(), result.ptr};
 }
 
+std::string unsignedInteger(std::uint64_t value) {
+    std::array<char, 24> buffer;
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return {buffer.data(), result.ptr};
+}
+
 std::string derivedValue(double value) {
     if (!std::isfinite(value)) {
         return {};

@@ -33,6 +33,7 @@ std::string shortest(double value);
 
 /// A whole number in plain digits.
 std::string integer(std::int64_t value);
+std::string unsignedInteger(std::uint64_t value);
 
 /// A number as it is written into a text cell.
 ///

@@ -7,19 +7,14 @@
 #include <numbers>
 #include <vector>
 
+#include "SorvaneCore/Numerics/GaussLegendre.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 
 namespace sorvane::MathDistributions {
 
 namespace {
 
-// Nodes and weights of 8-point Gauss-Legendre on [-1, 1], from the left.
-constexpr std::array gaussNodes{-0.9602898564975363, -0.7966664774136267, -0.525532409916329,
-                                -0.1834346424956498, 0.1834346424956498,  0.525532409916329,
-                                0.7966664774136267,  0.9602898564975363};
-constexpr std::array gaussWeights{0.1012285362903763, 0.2223810344533745, 0.3137066458778873,
-                                  0.362683783378362,  0.362683783378362,  0.3137066458778873,
-                                  0.2223810344533745, 0.1012285362903763};
+using GaussLegendre::forEachNode;
 
 // Below this a node adds nothing that a probability could show.
 constexpr double negligibleShare = 1e-20;
@@ -33,18 +28,6 @@ double wholePower(double base, int exponent) {
         base *= base;
     }
     return power;
-}
-
-/// Calls `take(node, weight)` for the nodes of `panels` equal panels from `start`, ascending.
-template <typename Take>
-void forEachNode(double start, double panelWidth, int panels, const Take& take) {
-    const double half = panelWidth / 2.0;
-    for (int panel = 0; panel < panels; ++panel) {
-        const double centre = (panel + 0.5) * panelWidth + start;
-        for (std::size_t i = 0; i < gaussNodes.size(); ++i) {
-            take(centre + half * gaussNodes[i], half * gaussWeights[i]);
-        }
-    }
 }
 
 /// The distribution of the range of k standard normal values.

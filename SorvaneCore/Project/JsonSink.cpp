@@ -39,6 +39,10 @@ void JsonTextSink::integer(std::int64_t value) {
     add(NumberText::integer(value));
 }
 
+void JsonTextSink::unsignedInteger(std::uint64_t value) {
+    add(NumberText::unsignedInteger(value));
+}
+
 void JsonTextSink::number(double value) {
     std::string digits = NumberText::shortest(value);
     // A point keeps a whole number apart from an integer.

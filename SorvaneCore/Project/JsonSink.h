@@ -17,6 +17,7 @@ public:
     void null() { add(nullptr); }
     void boolean(bool value) { add(value); }
     void integer(std::int64_t value) { add(value); }
+    void unsignedInteger(std::uint64_t value) { add(value); }
     void number(double value) { add(value); }
     void text(std::string_view value) { add(std::string(value)); }
     void beginObject() { open(Json::object()); }
@@ -52,6 +53,7 @@ public:
     void null() { add("null"); }
     void boolean(bool value) { add(value ? "true" : "false"); }
     void integer(std::int64_t value);
+    void unsignedInteger(std::uint64_t value);
     void number(double value);
     void text(std::string_view value);
     void beginObject() { open('{'); }

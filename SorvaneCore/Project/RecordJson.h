@@ -236,6 +236,9 @@ T toMap(const Json& json) {
 
 template <typename T>
 T toInteger(const Json& json) {
+    if (std::is_same_v<T, std::uint64_t> && json.is_number_unsigned()) {
+        return json.get<T>();
+    }
     const std::optional<std::int64_t> whole = wholeNumberOf(json);
     if (!whole || !std::in_range<T>(*whole)) {
         failWanting("a whole number");
@@ -254,6 +257,8 @@ void writeJson(Sink& sink, const T& value) {
         value ? writeJson(sink, *value) : sink.null();
     } else if constexpr (std::is_same_v<T, bool>) {
         sink.boolean(value);
+    } else if constexpr (std::is_same_v<T, std::uint64_t>) {
+        sink.unsignedInteger(value);
     } else if constexpr (std::is_integral_v<T>) {
         sink.integer(static_cast<std::int64_t>(value));
     } else if constexpr (std::is_floating_point_v<T>) {

@@ -13,6 +13,11 @@ namespace {
 
 constexpr std::string_view onlyStratum = "__all__";
 
+/// Whether a column says something of each row; one of another length is a structural error.
+bool describes(const std::shared_ptr<const TextColumn>& column, std::size_t rows) {
+    return column && column->size() == rows;
+}
+
 /// The number of each row's text, in order of first appearance.
 std::vector<std::uint32_t> numbered(const TextColumn& column) {
     std::unordered_map<std::string_view, std::uint32_t> numbers;
@@ -79,11 +84,11 @@ std::string_view displayName(ReplicateType type) {
 SampledUnits SampledUnits::of(const SurveyDesign& design) {
     const std::size_t rows = design.weights.size();
     SampledUnits units;
-    units.stratumOfRow =
-        design.strata ? numbered(*design.strata) : std::vector<std::uint32_t>(rows, 0);
+    units.stratumOfRow = describes(design.strata, rows) ? numbered(*design.strata)
+                                                        : std::vector<std::uint32_t>(rows, 0);
     units.stratumCount =
         rows == 0 ? 0 : std::size_t{*std::ranges::max_element(units.stratumOfRow)} + 1;
-    if (!design.clusters) {
+    if (!describes(design.clusters, rows)) {
         units.unitOfRow.resize(rows);
         std::iota(units.unitOfRow.begin(), units.unitOfRow.end(), 0U);
         units.stratumOfUnit = units.stratumOfRow;
@@ -150,7 +155,7 @@ std::vector<std::string> SurveyDesign::singlePSUStrata() const {
         const std::uint32_t stratum = units.stratumOfRow[row];
         if (counts[stratum] == 1 && !isNamed[stratum]) {
             isNamed[stratum] = true;
-            names.emplace_back(strata ? (*strata)[row] : onlyStratum);
+            names.emplace_back(describes(strata, weights.size()) ? (*strata)[row] : onlyStratum);
         }
     }
     return names;

@@ -71,7 +71,8 @@ struct SampledUnits {
     std::vector<std::uint32_t> stratumOfUnit;
     std::size_t stratumCount = 0;
 
-    /// Input      a design without structural errors      Cost O(rows)
+    /// Input      strata or clusters of another length than the weights count as not given
+    /// Cost       O(rows)
     static SampledUnits of(const SurveyDesign& design);
 
     std::vector<std::int64_t> unitsPerStratum() const;

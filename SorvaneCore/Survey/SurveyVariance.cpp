@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 
@@ -59,6 +60,20 @@ std::vector<double> stratumFactors(const UnitSums& units) {
     return factors;
 }
 
+/// What the sum of squares over R replicates is multiplied by.
+double replicateFactor(const ReplicateWeights& replicates, double count) {
+    const double kept = 1.0 - replicates.fayRho;
+    switch (replicates.type) {
+        case ReplicateType::jackknife:
+            return (count - 1.0) / count;
+        case ReplicateType::fayBRR:
+            return 1.0 / (count * kept * kept);
+        case ReplicateType::balancedRepeatedReplication:
+            break;
+    }
+    return 1.0 / count;
+}
+
 }  // namespace
 
 std::vector<double> scoreCovariance(std::span<const double> u,
@@ -100,6 +115,30 @@ std::vector<double> scoreCovariance(std::span<const double> u,
         }
     }
     return covariance;
+}
+
+std::optional<std::vector<double>> replicateCovariance(
+    std::span<const std::optional<std::vector<double>>> estimates,
+    const ReplicateWeights& replicates,
+    std::span<const double> full) {
+    const std::size_t p = full.size();
+    const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
+    std::vector<double> sums(p * p, 0.0);
+    bool isAny = false;
+    for (std::size_t r = 0; r < estimates.size(); ++r) {
+        if (!estimates[r]) {
+            continue;
+        }
+        isAny = true;
+        const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
+        for (std::size_t i = 0; i < p; ++i) {
+            for (std::size_t j = 0; j < p; ++j) {
+                sums[i * p + j] +=
+                    scale * ((*estimates[r])[i] - full[i]) * ((*estimates[r])[j] - full[j]);
+            }
+        }
+    }
+    return isAny ? std::optional(std::move(sums)) : std::nullopt;
 }
 
 std::vector<double> sandwich(std::span<const double> bread,

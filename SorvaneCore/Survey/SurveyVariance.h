@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -29,6 +30,17 @@ std::vector<double> scoreCovariance(std::span<const double> u,
                                     const SurveyDesign& design,
                                     std::size_t p,
                                     std::span<const std::size_t> activeRows);
+
+/// The covariance of estimates that have been made again under replicate weights.
+///
+/// Input      one list per replicate, absent where it has no estimate; the full sample's estimates
+/// Method     squares and products of deviations from the full sample's, times the replicate's
+///            scale, or as the type says: (R - 1) / R, 1 / R, 1 / (R (1 - rho)^2), R all replicates
+/// Failure    no replicate has an estimate -> absent
+std::optional<std::vector<double>> replicateCovariance(
+    std::span<const std::optional<std::vector<double>>> estimates,
+    const ReplicateWeights& replicates,
+    std::span<const double> full);
 
 /// B M B of two p by p matrices.
 std::vector<double> sandwich(std::span<const double> bread,

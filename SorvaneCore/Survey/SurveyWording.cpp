@@ -1,8 +1,50 @@
 #include "SorvaneCore/Survey/SurveyWording.h"
 
+#include <cmath>
+
 #include "SorvaneCore/Numerics/NumberText.h"
 
+namespace sorvane {
+
+std::string_view displayName(SurveyModelKind kind) {
+    switch (kind) {
+        case SurveyModelKind::linear:
+            return "Linear regression";
+        case SurveyModelKind::logistic:
+            return "Logistic regression";
+        case SurveyModelKind::poisson:
+            return "Poisson regression";
+        case SurveyModelKind::ordinal:
+            return "Ordinal regression";
+    }
+    return {};
+}
+
+}  // namespace sorvane
+
 namespace sorvane::SurveyWording {
+
+namespace {
+
+std::string inWords(SurveyModelKind kind) {
+    switch (kind) {
+        case SurveyModelKind::linear:
+            return "linear";
+        case SurveyModelKind::logistic:
+            return "logistic";
+        case SurveyModelKind::poisson:
+            return "Poisson";
+        case SurveyModelKind::ordinal:
+            return "proportional-odds";
+    }
+    return {};
+}
+
+std::string pText(double p) {
+    return std::string("p ") + (p < 0.001 ? "" : "= ") + NumberText::pValue(p);
+}
+
+}  // namespace
 
 std::string otherLength(std::size_t values, std::int64_t rows) {
     return "The variable has " + NumberText::integer(static_cast<std::int64_t>(values)) +
@@ -26,6 +68,11 @@ std::string noUsableReplicate() {
            "estimated. Check the replicate weights.";
 }
 
+std::string beyondNumbers() {
+    return "The values or weights are too large, or a replicate weight is missing, so the sums "
+           "cannot be formed. Check the weights, or divide the variable by a power of ten.";
+}
+
 std::string notZeroOrOne(std::int64_t count) {
     return "A proportion needs a variable coded 0 and 1; " + NumberText::integer(count) +
            " row(s) hold another value. Recode the variable, or estimate its mean.";
@@ -34,6 +81,168 @@ std::string notZeroOrOne(std::int64_t count) {
 std::string fewDegreesOfFreedom(std::int64_t df) {
     return "Design degrees of freedom is " + NumberText::integer(df) +
            "; confidence intervals rely on a small-df t reference and are wide.";
+}
+
+std::string rowsDropped(std::int64_t rows) {
+    return NumberText::integer(rows) +
+           " row(s) were dropped because a value was missing; they are treated as if they had not "
+           "been sampled.";
+}
+
+std::string tooFewRowsForModel(std::int64_t validN, std::int64_t coefficients) {
+    return "There are not enough complete rows (" + NumberText::integer(validN) + ") to estimate " +
+           NumberText::integer(coefficients) + " coefficient(s).";
+}
+
+std::string collinearPredictors() {
+    return "A predictor does not vary or is a combination of others, so unique coefficients cannot "
+           "be estimated. Remove or combine redundant predictors.";
+}
+
+std::string noEstimates(SurveyModelKind kind) {
+    return kind == SurveyModelKind::linear
+               ? collinearPredictors()
+               : "The fit did not converge to finite estimates. This often happens when a "
+                 "predictor "
+                 "perfectly separates the outcome, or when predictors are nearly collinear.";
+}
+
+std::string constantOutcome(SurveyModelKind kind) {
+    return kind == SurveyModelKind::logistic ? "The outcome has only one level present. Both 0 and "
+                                               "1 must occur to fit a logistic "
+                                               "model."
+                                             : "The outcome has no events (all zeros).";
+}
+
+std::string tooFewLevels(std::int64_t levels) {
+    return "The outcome has only " + NumberText::integer(levels) +
+           " level(s) present. Three or more ordered levels must occur to fit a proportional-odds "
+           "model.";
+}
+
+std::string fewTestDegreesOfFreedom(std::int64_t df) {
+    return "The tests have only " + NumberText::integer(df) +
+           " degree(s) of freedom, those of the design less the predictors; they say little, and "
+           "intervals are wide.";
+}
+
+std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF) {
+    return "The design has " + NumberText::integer(designDF) + " degree(s) of freedom for " +
+           NumberText::integer(predictors) +
+           " predictor(s), so nothing can be tested. Use fewer predictors.";
+}
+
+std::string replicatesWithoutEstimates(std::int64_t replicates) {
+    return NumberText::integer(replicates) +
+           " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
+           "too small.";
+}
+
+std::string tooFewPairs(std::int64_t validN) {
+    return "Only " + NumberText::integer(validN) +
+           " row(s) hold both values and a weight; at least 3 are needed. Choose variables with "
+           "more answers.";
+}
+
+std::string noVariance() {
+    return "One of the variables does not vary, so no correlation can be formed. Choose another "
+           "variable.";
+}
+
+std::string tooFewCategories(std::int64_t validN) {
+    return "Both variables need two or more categories among the " + NumberText::integer(validN) +
+           " row(s) that hold both. Choose another variable.";
+}
+
+std::string emptyContrasts() {
+    return "Too many cells of the table are empty to test it. Combine categories.";
+}
+
+std::string noDesignVariance() {
+    return "The design gives the cells no variance, so nothing can be tested. Check strata and "
+           "clusters.";
+}
+
+std::string thinCells(std::int64_t cells) {
+    return NumberText::integer(cells) +
+           " cell(s) of the table hold fewer than 5 rows; the test is imprecise. Consider "
+           "combining "
+           "categories.";
+}
+
+std::string summary(const SurveyModelResult& result) {
+    if (result.coefficients.empty() && result.thresholds.empty()) {
+        return "";
+    }
+    std::string text = "A design-based " + inWords(result.model) + " regression of " +
+                       result.outcomeName + " on " + NumberText::integer(result.predictorCount) +
+                       " predictor(s) was fitted to " + NumberText::integer(result.validN) +
+                       " rows";
+    if (result.waldDFNumerator > 0.0) {
+        text += "; all predictors together, F(" + NumberText::clean(result.waldDFNumerator) + ", " +
+                NumberText::clean(result.waldDFDenominator) +
+                ") = " + NumberText::fixed(result.waldF, 2) + ", " + pText(result.waldPValue);
+    }
+    return text + ".";
+}
+
+std::string summary(const SurveyCorrelationResult& result) {
+    if (std::isnan(result.r)) {
+        return "";
+    }
+    return "In the population that the sample stands for, " + result.xName + " and " +
+           result.yName + " correlate by an estimated r = " + NumberText::fixed(result.r, 3) +
+           " (SE " + NumberText::fixed(result.standardError, 3) + "), t(" +
+           NumberText::integer(result.designDegreesOfFreedom) +
+           ") = " + NumberText::fixed(result.t, 2) + ", " + pText(result.pValue) + ".";
+}
+
+std::string summary(const SurveyCategoricalResult& result) {
+    if (std::isnan(result.fStatistic)) {
+        return "";
+    }
+    return "The association of " + result.rowName + " and " + result.columnName +
+           " was tested with the Rao-Scott second-order correction: F(" +
+           NumberText::fixed(result.dfNumerator, 2) + ", " +
+           NumberText::fixed(result.dfDenominator, 2) +
+           ") = " + NumberText::fixed(result.fStatistic, 2) + ", " + pText(result.pValue) +
+           "; Cramer's V = " + NumberText::fixed(result.cramersV, 3) + ".";
+}
+
+std::vector<std::string> cautions(SurveyModelKind kind) {
+    std::vector<std::string> all = {
+        "Standard errors hold for the design as given; wrong or missing strata and clusters make "
+        "them wrong.",
+        "Coefficients describe the population that the weights stand for; they are association, "
+        "not causation.",
+        "Rows that were dropped for missing values are treated as not sampled; that misleads where "
+        "answers are missing for a reason."};
+    if (kind == SurveyModelKind::ordinal) {
+        all.push_back(
+            "The predictor effects are taken as the same across every cut point; that "
+            "assumption is not tested here.");
+    }
+    if (kind != SurveyModelKind::linear) {
+        all.push_back(
+            "Likelihood-based comparisons (AIC, likelihood-ratio tests) do not hold under "
+            "a sampling design and are not given.");
+    }
+    return all;
+}
+
+std::vector<std::string> correlationCautions() {
+    return {
+        "Standard errors hold for the design as given; wrong or missing strata and clusters "
+        "make them wrong.",
+        "A correlation is association, not causation, and tells of straight-line relations "
+        "alone."};
+}
+
+std::vector<std::string> tableCautions() {
+    return {
+        "The plain chi-square of weighted counts must not be referred to its own distribution; "
+        "report the corrected F.",
+        "An association in the table is not causation."};
 }
 
 }  // namespace sorvane::SurveyWording

@@ -20,6 +20,8 @@ namespace wording = SurveyWording;
 using Issues = std::vector<AnalysisReadinessIssue>;
 
 constexpr std::int64_t fewDegreesOfFreedom = 15;
+/// A variance that is a smaller part of that of the scores comes of scores that cancel.
+constexpr double rounding = 1e-28;
 
 /// A total of y, or a ratio of the totals of y and x.
 struct Sample {
@@ -40,14 +42,14 @@ struct Sample {
         }
         return sum;
     }
-    /// NaN where the denominator adds up to 0.
-    double estimate(std::span<const double> weights) const {
+    /// Absent where the denominator adds up to 0.
+    std::optional<double> estimate(std::span<const double> weights) const {
         const double sum = weightedSum(weights, y);
         if (isTotal()) {
             return sum;
         }
         const double denominator = weightedSum(weights, x);
-        return denominator == 0.0 ? std::nan("") : sum / denominator;
+        return denominator == 0.0 ? std::nullopt : std::optional(sum / denominator);
     }
 };
 
@@ -108,42 +110,19 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// NaN where no replicate gives an estimate.
-double replicateVariance(const Sample& sample,
-                         const ReplicateWeights& replicates,
-                         double estimate) {
-    std::vector<double> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(),
-                [&](std::size_t r) { estimates[r] = sample.estimate(replicates.weights[r]); });
-    double count = 0.0;
-    double sum = 0.0;
-    double scaledSum = 0.0;
-    for (std::size_t r = 0; r < estimates.size(); ++r) {
-        if (std::isnan(estimates[r])) {
-            continue;
+/// Absent where no replicate gives weight to the sample.
+std::optional<double> replicateVariance(const Sample& sample,
+                                        const ReplicateWeights& replicates,
+                                        double estimate) {
+    std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
+        if (const std::optional<double> each = sample.estimate(replicates.weights[r])) {
+            estimates[r] = std::vector<double>{*each};
         }
-        const double deviation = estimates[r] - estimate;
-        count += 1.0;
-        sum += deviation * deviation;
-        scaledSum += replicates.replicateScale
-                         ? (*replicates.replicateScale)[r] * deviation * deviation
-                         : 0.0;
-    }
-    if (count == 0.0) {
-        return std::nan("");
-    }
-    if (replicates.replicateScale) {
-        return scaledSum;
-    }
-    switch (replicates.type) {
-        case ReplicateType::jackknife:
-            return (count - 1.0) / count * sum;
-        case ReplicateType::fayBRR:
-            return sum / (count * (1.0 - replicates.fayRho) * (1.0 - replicates.fayRho));
-        case ReplicateType::balancedRepeatedReplication:
-            break;
-    }
-    return sum / count;
+    });
+    const auto covariance =
+        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
+    return covariance ? std::optional(covariance->front()) : std::nullopt;
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -158,14 +137,6 @@ double simpleRandomVariance(const std::vector<double>& scores) {
         squares += (score - mean) * (score - mean);
     }
     return n / (n - 1.0) * squares;
-}
-
-DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
-    if (design.replicateWeights) {
-        return DesignVarianceMethod::replicateWeights;
-    }
-    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
-                                            : DesignVarianceMethod::naiveWeighted;
 }
 
 AnalysisReadiness readiness(const WeightedEstimate& estimate, Issues issues) {
@@ -233,25 +204,30 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         block(result, wording::tooFewRows(result.validN));
         return;
     }
-    const double estimate = sample.estimate(design.weights);
-    if (std::isnan(estimate)) {
+    const std::optional<double> estimate = sample.estimate(design.weights);
+    if (!estimate) {
         block(result, wording::noWeight());
         return;
     }
-    const std::vector<double> scores = linearizedScores(sample, design.weights, estimate);
-    const double variance = design.replicateWeights
-                                ? replicateVariance(sample, *design.replicateWeights, estimate)
+    const std::vector<double> scores = linearizedScores(sample, design.weights, *estimate);
+    const std::optional<double> variance =
+        design.replicateWeights ? replicateVariance(sample, *design.replicateWeights, *estimate)
                                 : linearizedVariance(sample, scores, design);
-    if (std::isnan(variance)) {
+    if (!variance) {
         block(result, wording::noUsableReplicate());
         return;
     }
-    result.estimate = estimate;
-    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    fillInterval(result, variance);
+    if (!std::isfinite(*estimate) || !std::isfinite(*variance)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
     const double simple = simpleRandomVariance(scores);
+    const double sound = *variance > rounding * simple ? *variance : 0.0;
+    result.estimate = *estimate;
+    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    fillInterval(result, sound);
     if (simple > 0.0) {
-        result.designEffect = variance / simple;
+        result.designEffect = sound / simple;
     }
     Issues issues = design.readinessIssues();
     if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
@@ -307,7 +283,33 @@ std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextCol
     return result;
 }
 
+/// The estimate of each group of a sample; `first` as it stands before anything is computed.
+std::vector<DomainEstimate> ofGroups(const WeightedEstimate& first,
+                                     const Sample& whole,
+                                     const TextColumn& groups,
+                                     const SurveyDesign& design) {
+    std::vector<DomainEstimate> result;
+    for (auto& [label, belongs] : rowsByLabel(groups)) {
+        const Sample part = restricted(whole, belongs);
+        WeightedEstimate estimate = first;
+        checkProportion(estimate, part);
+        if (!isBlocked(estimate)) {
+            fillEstimate(estimate, part, design);
+        }
+        result.push_back({.group = label, .estimate = std::move(estimate)});
+    }
+    return result;
+}
+
 }  // namespace
+
+DesignVarianceMethod varianceMethod(const SurveyDesign& design) {
+    if (design.replicateWeights) {
+        return DesignVarianceMethod::replicateWeights;
+    }
+    return design.strata || design.clusters ? DesignVarianceMethod::taylorLinearization
+                                            : DesignVarianceMethod::naiveWeighted;
+}
 
 WeightedEstimate mean(const NumericColumn& values,
                       const SurveyDesign& design,
@@ -348,21 +350,22 @@ std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
                                     const std::optional<std::string>& variableName) {
     const WeightedEstimate first =
         start(estimand, design, {values.size(), groups.size()}, variableName);
-    std::vector<DomainEstimate> result;
-    if (isBlocked(first)) {
-        return {{.group = {}, .estimate = first}};
-    }
-    const Sample whole = sampleOf(estimand, values, nullptr, design);
-    for (auto& [label, belongs] : rowsByLabel(groups)) {
-        const Sample part = restricted(whole, belongs);
-        WeightedEstimate estimate = first;
-        checkProportion(estimate, part);
-        if (!isBlocked(estimate)) {
-            fillEstimate(estimate, part, design);
-        }
-        result.push_back({.group = label, .estimate = std::move(estimate)});
-    }
-    return result;
+    return isBlocked(first)
+               ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+               : ofGroups(first, sampleOf(estimand, values, nullptr, design), groups, design);
+}
+
+std::vector<DomainEstimate> ratioByGroup(const NumericColumn& numerator,
+                                         const NumericColumn& denominator,
+                                         const TextColumn& groups,
+                                         const SurveyDesign& design,
+                                         const std::optional<std::string>& variableName) {
+    constexpr auto estimand = WeightedEstimand::ratio;
+    const WeightedEstimate first = start(
+        estimand, design, {numerator.size(), denominator.size(), groups.size()}, variableName);
+    return isBlocked(first) ? std::vector<DomainEstimate>{{.group = {}, .estimate = first}}
+                            : ofGroups(first, sampleOf(estimand, numerator, &denominator, design),
+                                       groups, design);
 }
 
 double linearizedTotalVariance(std::span<const double> scores,

@@ -77,12 +77,18 @@ BOOST_DESCRIBE_STRUCT(DomainEstimate, (), (group, estimate))
 /// Input      columns of one entry per row of the design; rows with an absent or infinite value do
 ///            not count
 /// Method     linearization (Taylor) over strata and primary sampling units, or the estimate made
-///            again under each replicate weight; t limits on the design's degrees of freedom
-/// Failure    a structural error of the design, a column of another length, or fewer than two rows
-///            that count -> blocked, with NaN for all numbers
+///            again under each replicate weight; t limits
+///            on the design's degrees of freedom; a replicate that gives the rows no weight adds
+///            nothing
+/// Failure    a structural error of the design, a column of another length, fewer than two rows
+///            that count, or sums beyond all numbers -> blocked, with NaN for the estimate, its
+///            error and its limits
 /// Cost       O(rows), and O(rows) a replicate, on all cores with the same result
 /// Reference  Lumley (2010), Complex Surveys; Binder (1983)
 namespace WeightedEstimators {
+
+/// How the errors of an estimate under the design are found.
+DesignVarianceMethod varianceMethod(const SurveyDesign& design);
 
 WeightedEstimate mean(const NumericColumn& values,
                       const SurveyDesign& design,
@@ -115,6 +121,14 @@ std::vector<DomainEstimate> byGroup(WeightedEstimand estimand,
                                     const TextColumn& groups,
                                     const SurveyDesign& design,
                                     const std::optional<std::string>& variableName = std::nullopt);
+
+/// A ratio of totals of each subgroup, in the same way.
+std::vector<DomainEstimate> ratioByGroup(
+    const NumericColumn& numerator,
+    const NumericColumn& denominator,
+    const TextColumn& groups,
+    const SurveyDesign& design,
+    const std::optional<std::string>& variableName = std::nullopt);
 
 /// The linearized variance of the total of one score per row, over the active rows.
 double linearizedTotalVariance(std::span<const double> scores,

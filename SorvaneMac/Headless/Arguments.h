@@ -207,7 +207,7 @@ struct Seed {
     std::uint64_t read(const CallArguments& call) const { return call.seed(name, fallback); }
     std::vector<ListedArgument> listed() const {
         return {{name, "whole number, or text of hexadecimal digits after 0x",
-                 NumberText::integer(static_cast<std::int64_t>(fallback))}};
+                 NumberText::unsignedInteger(fallback)}};
     }
 };
 

@@ -28,8 +28,8 @@ struct ImputationSettings {
     ImputationOptions start{};
 };
 
-Procedure singleImputation(std::string name,
-                           CompletedColumns (*impute)(std::span<const NumericColumn>)) {
+Procedure singleImputation(
+    std::string name, std::optional<CompletedColumns> (*impute)(std::span<const NumericColumn>)) {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         std::move(name), [impute](const ColumnList& columns) { return impute(columns); },

@@ -1,3 +1,4 @@
+#include "SorvaneCore/Models/FactorMixtureModel.h"
 #include "SorvaneCore/Models/LatentClassModel.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
@@ -8,11 +9,12 @@ namespace {
 using Texts = std::shared_ptr<const TextColumn>;
 using NameList = std::vector<std::string>;
 
-LatentClassOptions optionsOf(const NameList& names,
-                             std::int64_t classCount,
-                             std::int64_t maxIterations,
-                             std::int64_t randomStarts,
-                             std::uint64_t seed) {
+template <typename Options>
+Options optionsOf(const NameList& names,
+                  std::int64_t classCount,
+                  std::int64_t maxIterations,
+                  std::int64_t randomStarts,
+                  std::uint64_t seed) {
     return {.variableNames = names,
             .classCount = classCount,
             .maxIterations = maxIterations,
@@ -21,15 +23,16 @@ LatentClassOptions optionsOf(const NameList& names,
 }
 
 /// Binds a fit of indicators that `Declared` reads.
-template <typename Declared, typename Fit>
+template <typename Options, typename Declared, typename Fit>
 Procedure mixtureProcedure(const std::string& name, Declared indicators, Fit fit) {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
-    const LatentClassOptions start;
+    const Options start;
     return procedure(
         name,
         [fit](const auto& columns, const NameList& names, std::int64_t classCount,
               std::int64_t maxIterations, std::int64_t randomStarts, std::uint64_t seed) {
-            return fit(columns, optionsOf(names, classCount, maxIterations, randomStarts, seed));
+            return fit(columns,
+                       optionsOf<Options>(names, classCount, maxIterations, randomStarts, seed));
         },
         indicators, Names{"variableNames", "indicators"},
         Setting<std::int64_t>{"classCount", start.classCount},
@@ -43,20 +46,30 @@ Procedure mixtureProcedure(const std::string& name, Declared indicators, Fit fit
 std::vector<Procedure> latentClassProcedures() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return {
-        mixtureProcedure(
+        mixtureProcedure<LatentClassOptions>(
             "LatentClassModel.fitProfile", Columns{"indicators", "variableNames"},
             [](const std::vector<NumericColumn>& columns, const LatentClassOptions& options) {
                 return LatentClassModel::fitProfile(columns, options);
             }),
-        mixtureProcedure("LatentClassModel.fitClass",
-                         CategoryColumns{"indicators", "variableNames"},
-                         [](const std::vector<Texts>& columns, const LatentClassOptions& options) {
-                             std::vector<const TextColumn*> pointers;
-                             for (const Texts& column : columns) {
-                                 pointers.push_back(column.get());
-                             }
-                             return LatentClassModel::fitClass(pointers, options);
-                         }),
+        mixtureProcedure<LatentClassOptions>(
+            "LatentClassModel.fitClass", CategoryColumns{"indicators", "variableNames"},
+            [](const std::vector<Texts>& columns, const LatentClassOptions& options) {
+                std::vector<const TextColumn*> pointers;
+                for (const Texts& column : columns) {
+                    pointers.push_back(column.get());
+                }
+                return LatentClassModel::fitClass(pointers, options);
+            }),
+        mixtureProcedure<FactorMixtureOptions>(
+            "FactorMixtureModel.fit", Columns{"indicators", "variableNames"},
+            [](const std::vector<NumericColumn>& columns, const FactorMixtureOptions& options) {
+                return FactorMixtureModel::fit(columns, options);
+            }),
+        mixtureProcedure<FactorMixtureOptions>(
+            "FactorMixtureModel.sweep", Columns{"indicators", "variableNames"},
+            [](const std::vector<NumericColumn>& columns, const FactorMixtureOptions& options) {
+                return FactorMixtureModel::sweep(columns, options);
+            }),
     };
 }
 

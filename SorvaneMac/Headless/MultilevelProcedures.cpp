@@ -4,6 +4,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
+#include "SorvaneCore/Models/Multilevel/MultilevelOrdinal.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {
@@ -129,10 +130,14 @@ Procedure slopeFit(const std::string& name, Fit fit) {
         Setting<bool>{"correlateRandomEffects", MultilevelOptions{}.correlateRandomEffects});
 }
 
-std::optional<MultilevelResult> fitOneCluster(MultilevelFamily family,
-                                              const MultilevelData& data,
-                                              const MultilevelOptions& options) {
+std::optional<MultilevelResult> fitOneOrTwo(MultilevelFamily family,
+                                            const MultilevelData& data,
+                                            const MultilevelOptions& options) {
     const bool isBinomial = family == MultilevelFamily::binomial;
+    if (data.cluster2) {
+        return isBinomial ? MultilevelGLMM::fitLogisticCrossed(data, options)
+                          : MultilevelGLMM::fitPoissonCrossed(data, options);
+    }
     if (options.randomSlopeName) {
         return isBinomial ? MultilevelGLMM::fitLogisticRS(data, options)
                           : MultilevelGLMM::fitPoissonRS(data, options);
@@ -145,18 +150,19 @@ Procedure linkedClusterEffects() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         "MultilevelGLMM.clusterEffects",
-        [](Inputs inputs, LabelledClusters clusters, MultilevelFamily family,
+        [](Inputs inputs, LabelledClusters first, LabelledClusters second, MultilevelFamily family,
            std::optional<std::string> slope, bool correlated) {
-            setClusters(inputs, std::move(clusters));
+            setClusters(inputs, std::move(first), std::move(second));
             inputs.second.randomSlopeName = std::move(slope);
             inputs.second.correlateRandomEffects = correlated;
-            const auto result = fitOneCluster(family, inputs.first, inputs.second);
+            const auto result = fitOneOrTwo(family, inputs.first, inputs.second);
             return result ? MultilevelGLMM::clusterEffects(family, inputs.first, inputs.second,
                                                            *result)
                           : std::vector<MultilevelClusterEffect>{};
         },
-        FixedPart{}, Clusters{"cluster", "clusterLabel"}, Value<MultilevelFamily>{"family"},
-        Setting<std::optional<std::string>>{"randomSlopeName"},
+        FixedPart{}, Clusters{"cluster", "clusterLabel"},
+        Clusters{.name = "cluster2", .labelName = "cluster2Label", .isOptional = true},
+        Value<MultilevelFamily>{"family"}, Setting<std::optional<std::string>>{"randomSlopeName"},
         Setting<bool>{"correlateRandomEffects", MultilevelOptions{}.correlateRandomEffects});
 }
 
@@ -171,6 +177,24 @@ Procedure twoFactorFit(const std::string& name,
             return fit(inputs.first, inputs.second);
         },
         FixedPart{}, first, second);
+}
+
+std::vector<MultilevelClusterEffect> ordinalClusterEffects(const MultilevelData& data,
+                                                           const MultilevelOptions& options) {
+    const auto result = MultilevelOrdinal::fit(data, options);
+    return result ? MultilevelOrdinal::clusterEffects(data, options, *result)
+                  : std::vector<MultilevelClusterEffect>{};
+}
+
+template <typename Use>
+Procedure ordinalProcedure(const std::string& name, Use use) {
+    return procedure(
+        "MultilevelOrdinal." + name,
+        [use](Inputs inputs, LabelledClusters clusters) {
+            setClusters(inputs, std::move(clusters));
+            return use(inputs.first, inputs.second);
+        },
+        FixedPart{}, Clusters{"cluster", "clusterLabel"});
 }
 
 }  // namespace
@@ -199,6 +223,8 @@ std::vector<Procedure> multilevelProcedures() {
         twoFactorFit("fitLogisticThreeLevel", MultilevelGLMM::fitLogisticThreeLevel, outer, inner),
         twoFactorFit("fitPoissonThreeLevel", MultilevelGLMM::fitPoissonThreeLevel, outer, inner),
         linkedClusterEffects(),
+        ordinalProcedure("fit", MultilevelOrdinal::fit),
+        ordinalProcedure("clusterEffects", ordinalClusterEffects),
     };
 }
 

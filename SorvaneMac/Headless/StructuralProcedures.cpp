@@ -1,3 +1,4 @@
+#include "SorvaneCore/Models/Structural/MeasurementInvariance.h"
 #include "SorvaneCore/Models/Structural/SEMFitMeasures.h"
 #include "SorvaneCore/Models/Structural/StructuralEquationModel.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
@@ -167,6 +168,19 @@ std::vector<Procedure> estimationProcedures() {
     };
 }
 
+Procedure invarianceProcedure() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return procedure(
+        "MeasurementInvariance.test",
+        [](const ColumnList& items, const NameList& names,
+           const std::shared_ptr<const TextColumn>& groups, const std::string& factor) {
+            return MeasurementInvariance::test(items, *groups,
+                                               {.itemNames = names, .groupFactorName = factor});
+        },
+        Columns{"items", "itemNames"}, Names{"itemNames", "items"}, Categories{"groups"},
+        ColumnName{"groupFactorName", "groups"});
+}
+
 }  // namespace
 
 std::vector<Procedure> structuralProcedures() {
@@ -174,6 +188,7 @@ std::vector<Procedure> structuralProcedures() {
     for (Procedure& each : estimationProcedures()) {
         procedures.push_back(std::move(each));
     }
+    procedures.push_back(invarianceProcedure());
     return procedures;
 }
 

@@ -233,7 +233,7 @@ Json StudioScript::pressButton(const Json& argument) {
 Json StudioScript::stageScreen(const Json& argument) {
     const auto id = argumentOf<StudioScreen>(argument);
     screens_.appear(id);
-    const ScreenContent content = screens_.at(id).content();
+    const ScreenContent content = screens_.content(id);
     if (content.findings.empty()) {
         throw StepRefused(content.gate ? ResultText::sentence(*content.gate)
                                        : "The screen shows no finding to stage.");

@@ -2,6 +2,11 @@
 #include <cmath>
 #include <numeric>
 
+#include "SorvaneCore/Survey/SurveyCategorical.h"
+#include "SorvaneCore/Survey/SurveyCorrelation.h"
+#include "SorvaneCore/Survey/SurveyGLM.h"
+#include "SorvaneCore/Survey/SurveyOrdinal.h"
+#include "SorvaneCore/Survey/SurveyRegression.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/WeightedEstimators.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
@@ -151,6 +156,59 @@ std::vector<Procedure> linearizationProcedures() {
     };
 }
 
+using ModelFit = std::optional<SurveyModelResult> (*)(const NumericColumn&,
+                                                      std::span<const NumericColumn>,
+                                                      const SurveyDesign&,
+                                                      const SurveyModelOptions&);
+
+Procedure modelProcedure(std::string name, ModelFit fit) {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return procedure(
+        std::move(name),
+        [fit](const NumericColumn& outcome, const std::vector<NumericColumn>& predictors,
+              const std::vector<std::string>& names, const std::string& outcomeName,
+              const SurveyDesign& design) {
+            return fit(outcome, predictors, design,
+                       {.predictorNames = names, .outcomeName = outcomeName});
+        },
+        Column{"outcome"}, Columns{"predictors", "predictorNames"},
+        Names{"predictorNames", "predictors"}, ColumnName{"outcomeName", "outcome"}, Design{});
+}
+
+std::vector<Procedure> populationModelProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    using Texts = std::shared_ptr<const TextColumn>;
+    return {
+        modelProcedure("SurveyRegression.fit", &SurveyRegression::fit),
+        modelProcedure("SurveyGLM.fitLogistic", &SurveyGLM::fitLogistic),
+        modelProcedure("SurveyGLM.fitPoisson", &SurveyGLM::fitPoisson),
+        modelProcedure("SurveyOrdinal.fit", &SurveyOrdinal::fit),
+        procedure(
+            "SurveyCorrelation.pearson",
+            [](const NumericColumn& x, const NumericColumn& y, const std::string& xName,
+               const std::string& yName, const SurveyDesign& design) {
+                return SurveyCorrelation::pearson(x, y, design, xName, yName);
+            },
+            Column{"x"}, Column{"y"}, ColumnName{"xName", "x"}, ColumnName{"yName", "y"}, Design{}),
+        procedure(
+            "SurveyCorrelation.matrix",
+            [](const std::vector<NumericColumn>& variables, const std::vector<std::string>& names,
+               const SurveyDesign& design) {
+                return SurveyCorrelation::matrix(variables, design, names);
+            },
+            Columns{"variables", "variableNames"}, Names{"variableNames", "variables"}, Design{}),
+        procedure(
+            "SurveyCategorical.test",
+            [](const Texts& rows, const Texts& columns, const std::string& rowName,
+               const std::string& columnName, const SurveyDesign& design) {
+                return SurveyCategorical::test(*rows, *columns, design, rowName, columnName);
+            },
+            Categories{"rowVariable"}, Categories{"columnVariable"},
+            ColumnName{"rowName", "rowVariable"}, ColumnName{"columnName", "columnVariable"},
+            Design{}),
+    };
+}
+
 }  // namespace
 
 std::vector<Procedure> surveyProcedures() {
@@ -175,8 +233,16 @@ std::vector<Procedure> surveyProcedures() {
             },
             Setting<WeightedEstimand>{"estimand"}, Column{"variable"}, Categories{"group"},
             Design{}),
+        procedure(
+            "WeightedEstimators.ratioByGroup",
+            [](const NumericColumn& numerator, const NumericColumn& denominator,
+               const std::shared_ptr<const TextColumn>& groups, const SurveyDesign& design) {
+                return WeightedEstimators::ratioByGroup(numerator, denominator, *groups, design);
+            },
+            Column{"numerator"}, Column{"denominator"}, Categories{"group"}, Design{}),
     };
-    for (const std::vector<Procedure>& more : {designProcedures(), linearizationProcedures()}) {
+    for (const std::vector<Procedure>& more :
+         {designProcedures(), linearizationProcedures(), populationModelProcedures()}) {
         all.insert(all.end(), more.begin(), more.end());
     }
     return all;

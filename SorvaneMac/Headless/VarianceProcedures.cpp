@@ -1,6 +1,12 @@
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 #include "SorvaneCore/Analyses/Factorial/ANCOVATests.h"
 #include "SorvaneCore/Analyses/Factorial/FactorialANOVATests.h"
 #include "SorvaneCore/Analyses/Factorial/RepeatedMeasuresANOVA.h"
+#include "SorvaneCore/Analyses/Multivariate/CanonicalCorrelation.h"
+#include "SorvaneCore/Analyses/Multivariate/DiscriminantAnalysis.h"
 #include "SorvaneCore/Analyses/MultivariateANOVA.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
@@ -75,12 +81,37 @@ std::vector<Procedure> groupModelProcedures() {
     };
 }
 
+std::vector<Procedure> variateProcedures() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    return {
+        procedure(
+            "DiscriminantAnalysis.fit",
+            [](const ColumnList& predictors, const NameList& names, const Texts& by,
+               const std::string& factor, DiscriminantPriors priors) {
+                return DiscriminantAnalysis::fit(
+                    predictors, *by,
+                    {.predictorNames = names, .groupFactorName = factor, .priors = priors});
+            },
+            Columns{"predictors", "predictorNames"}, Names{"predictorNames", "predictors"},
+            Categories{"groups"}, ColumnName{"groupFactorName", "groups"},
+            Setting<DiscriminantPriors>{"priors", DiscriminantOptions{}.priors}),
+        procedure(
+            "CanonicalCorrelation.fit",
+            [](const ColumnList& x, const ColumnList& y, const NameList& xNames,
+               const NameList& yNames) {
+                return CanonicalCorrelation::fit(x, y, {.setXNames = xNames, .setYNames = yNames});
+            },
+            Columns{"setX", "setXNames"}, Columns{"setY", "setYNames"}, Names{"setXNames", "setX"},
+            Names{"setYNames", "setY"}),
+    };
+}
+
 }  // namespace
 
 std::vector<Procedure> varianceProcedures() {
     std::vector<Procedure> procedures = factorialProcedures();
-    for (Procedure& each : groupModelProcedures()) {
-        procedures.push_back(std::move(each));
+    for (std::vector<Procedure>& more : std::array{groupModelProcedures(), variateProcedures()}) {
+        std::ranges::move(more, std::back_inserter(procedures));
     }
     return procedures;
 }

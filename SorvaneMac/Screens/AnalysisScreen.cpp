@@ -9,8 +9,8 @@ namespace sorvane {
 SetupForm AnalysisScreen::setup() {
     SetupForm form;
     form.title = std::string(title(id()));
-    if (picker_) {
-        form.controls.emplace_back(picker_());
+    for (const std::function<ChoiceControl()>& picker : pickers_) {
+        form.controls.emplace_back(picker());
     }
     form.controls.emplace_back(HeadingControl{"VARIABLES"});
     chosen().addControls(form);

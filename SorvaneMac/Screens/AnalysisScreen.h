@@ -31,6 +31,8 @@ protected:
         : state_(state), id_(id), hasRun_(hasRun) {}
 
     void add(std::unique_ptr<Analysis> analysis) { analyses_.push_back(std::move(analysis)); }
+    /// Adds a choice above those that the analysis asks for, in the order of the calls.
+    void offer(std::function<ChoiceControl()> picker) { pickers_.push_back(std::move(picker)); }
     /// The field chooses among the analyses, which are added in the order of its enumerators;
     /// `then` is called after the user's choice.
     template <typename Choice>
@@ -38,10 +40,10 @@ protected:
         position_ = [&field] {
             return static_cast<std::size_t>(field.get());
         };
-        picker_ = [&field, label = std::move(label), then = std::move(then)] {
+        offer([&field, label = std::move(label), then = std::move(then)] {
             ChoiceControl picker = FormControls::enumerationPicker(label, field);
             return then ? OptionControls::followedBy(std::move(picker), then) : picker;
-        };
+        });
     }
 
     StudioState& state_;
@@ -54,7 +56,7 @@ private:
     Field<bool>& hasRun_;
     std::vector<std::unique_ptr<Analysis>> analyses_;
     std::function<std::size_t()> position_;
-    std::function<ChoiceControl()> picker_;
+    std::vector<std::function<ChoiceControl()>> pickers_;
 };
 
 }  // namespace sorvane

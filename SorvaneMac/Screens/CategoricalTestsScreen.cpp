@@ -148,13 +148,8 @@ ScreenContent CategoricalTestsScreen::content() const {
     return content;
 }
 
-std::optional<std::string> CategoricalTestsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
-}
-
-Json CategoricalTestsScreen::result() const {
-    return gate() ? Json(nullptr) : toJson(evidence());
+Json CategoricalTestsScreen::record() const {
+    return toJson(evidence());
 }
 
 Guide CategoricalTestsScreen::guide() const {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "SorvaneCore/Analyses/Categorical/CrossTabulation.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricFields.h"
-#include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -22,7 +22,7 @@ BOOST_DESCRIBE_STRUCT(CategoryEvidence, (), (table, chiSquare, fisher))
 
 /// The table of two categorical variables with its shares and tests, on the selections of
 /// Nonparametric & Categorical; shown at once, without a run.
-class CategoricalTestsScreen final : public Screen {
+class CategoricalTestsScreen final : public ImmediateScreen {
 public:
     CategoricalTestsScreen(StudioState& state, NonparametricFields& fields)
         : state_(state), fields_(fields) {}
@@ -32,12 +32,10 @@ public:
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
-    /// What is missing before the table can be shown.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     CategoryEvidence evidence() const;
 
     StudioState& state_;

@@ -252,13 +252,8 @@ Guide CorrelationScreen::guide() const {
                            "saying how many were looked at."}};
 }
 
-std::optional<std::string> CorrelationScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
-}
-
-Json CorrelationScreen::result() const {
-    return gate() ? Json(nullptr) : toJson(pairCorrelations());
+Json CorrelationScreen::record() const {
+    return toJson(pairCorrelations());
 }
 
 }  // namespace sorvane

@@ -6,7 +6,7 @@
 
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -25,7 +25,7 @@ BOOST_DESCRIBE_STRUCT(PairCorrelations, (), (pearson, spearman, kendallTauB, par
 void corrSeed(CorrelationFields& fields, const ImportedDataset& dataset);
 
 /// A pair of variables in three measures, and a matrix of study variables.
-class CorrelationScreen final : public Screen {
+class CorrelationScreen final : public ImmediateScreen {
 public:
     CorrelationScreen(StudioState& state, CorrelationFields& fields)
         : state_(state), fields_(fields) {}
@@ -35,11 +35,10 @@ public:
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     PairCorrelations pairCorrelations() const;
     Card pairCard(const PairCorrelations& pair) const;
     Chart scatter() const;

@@ -13,6 +13,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/RespondentProfile.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/SurveyWeights.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -225,7 +226,19 @@ ScreenContent DescriptivesScreen::content() const {
         content.findings.push_back(finding(figures));
     }
     addRespondents(content);
+    if (isWeighted()) {
+        addWeighted(content);
+    }
     return content;
+}
+
+void DescriptivesScreen::addWeighted(ScreenContent& content) const {
+    for (Finding& finding : content.findings) {
+        std::optional<std::string>& note = finding.item.table->note;
+        note = (note ? *note + " " : "") + "These figures are unweighted.";
+    }
+    SurveyWeights::add(SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group()),
+                       content);
 }
 
 void DescriptivesScreen::addRespondents(ScreenContent& content) const {
@@ -378,20 +391,19 @@ Guide DescriptivesScreen::guide() const {
                            "saying so."}};
 }
 
-std::optional<std::string> DescriptivesScreen::run() {
-    if (const std::optional<Gate> missing = gate()) {
-        return ResultText::sentence(*missing);
-    }
-    return std::nullopt;
-}
-
-Json DescriptivesScreen::result() const {
-    if (gate()) {
-        return nullptr;
-    }
+Json DescriptivesScreen::record() const {
     Json result = toJson(summary());
     result["normality"] =
         toJson(NormalityTests::report(state_.dataset().numericColumn(variable())));
+    if (isWeighted()) {
+        Json weighted = Json::object();
+        for (const auto& [label, estimate] :
+             SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group())
+                 .estimates) {
+            weighted[label] = toJson(estimate);
+        }
+        result["weighted"] = std::move(weighted);
+    }
     return result;
 }
 

@@ -7,28 +7,28 @@
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
+#include "SorvaneMac/Screens/Survey/SurveyFields.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// One numeric variable in figures, charts and normality evidence, and a table of all of them.
-class DescriptivesScreen final : public Screen {
+class DescriptivesScreen final : public ImmediateScreen {
 public:
-    DescriptivesScreen(StudioState& state, DescriptivesFields& fields)
-        : state_(state), fields_(fields) {}
+    DescriptivesScreen(StudioState& state, DescriptivesFields& fields, SurveyFields& survey)
+        : state_(state), fields_(fields), survey_(survey) {}
 
     StudioScreen id() const override { return StudioScreen::descriptives; }
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
     const std::string& variable() const { return state_.selectedDescriptiveVariableName->name; }
     const std::string& group() const { return state_.selectedDescriptiveGroupName->name; }
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     DescriptiveSummary summary() const;
     std::optional<Chart> histogram() const;
     std::optional<Chart> boxPlot() const;
@@ -36,6 +36,10 @@ private:
     std::optional<Card> stemAndLeafCard() const;
     Card allFieldsCard() const;
     Finding finding(const DescriptiveSummary& summary) const;
+
+    bool isWeighted() const { return survey_.surveyWeightsActive.get(); }
+    /// Says on the figures of the sample that they are unweighted, and adds the weighted ones.
+    void addWeighted(ScreenContent& content) const;
 
     /// The characteristics chosen for the table of respondents.
     std::vector<std::string> characteristics() const;
@@ -46,6 +50,7 @@ private:
 
     StudioState& state_;
     DescriptivesFields& fields_;
+    SurveyFields& survey_;
 };
 
 }  // namespace sorvane

@@ -92,13 +92,8 @@ ScreenContent GroupPatternsScreen::content() const {
     return content;
 }
 
-std::optional<std::string> GroupPatternsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
-}
-
-Json GroupPatternsScreen::result() const {
-    return gate() ? Json(nullptr) : toJson(comparison().result);
+Json GroupPatternsScreen::record() const {
+    return toJson(comparison().result);
 }
 
 Guide GroupPatternsScreen::guide() const {

@@ -4,14 +4,14 @@
 #include <string>
 
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansRuns.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
 /// How an outcome spreads within and between groups, on the outcome and the factor that the state
 /// keeps valid; shown at once, without a run.
-class GroupPatternsScreen final : public Screen {
+class GroupPatternsScreen final : public ImmediateScreen {
 public:
     explicit GroupPatternsScreen(StudioState& state) : state_(state) {}
 
@@ -19,12 +19,10 @@ public:
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
-    /// What is missing before the groups can be compared.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     OneWayRun comparison() const;
 
     StudioState& state_;

@@ -23,15 +23,16 @@ struct PathPlaces {
 
 namespace PathLayout {
 
-/// Places the nodes so that none lies on another.
+/// Places the nodes so that none lies on another, and that few lines run through one.
 ///
-/// Method     With indicators (observed nodes on which a latent one, and no observed one, has a
-///            directed path, and which have none of their own): all other nodes in the left
-///            column, each indicator in the right one, the latent beside the middle of those that
-///            it comes first for. Without: columns from left to right by the longest directed path
-///            that leads to a node, each column centred.
+/// Method     Columns from left to right by the longest directed path that leads to a node. Indicators
+///            (observed nodes on which a latent one, and no observed one, has a directed path, and
+///            which have none of their own) stand in a last column for themselves, each beside the
+///            latent that it comes first for; every other node then has rows of its own, in an order
+///            that sends few lines through nodes and keeps them short. A latent of latents stands beside their
+///            middle. Without indicators, each column is centred, and moved where lines run through it
 /// Failure    a path to a node that is not there is passed over
-/// Cost       O(nodes x paths)
+/// Cost       O(nodes^2 x paths)
 PathPlaces places(const PathDiagram& diagram);
 
 }  // namespace PathLayout

@@ -1,9 +1,11 @@
 #include "SorvaneMac/Screens/PrepareDataScreen.h"
 
+#include <nlohmann/json.hpp>
+
 #include "SorvaneMac/Screens/ComputeForms.h"
 #include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
-#include "SorvaneMac/Screens/ImputationForm.h"
+#include "SorvaneMac/Screens/Imputation/ImputationForm.h"
 #include "SorvaneMac/Screens/RecodeForm.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TableForms.h"
@@ -66,6 +68,10 @@ std::optional<std::string> PrepareDataScreen::run() {
     }
     open().run();
     return std::nullopt;
+}
+
+Json PrepareDataScreen::result() const {
+    return state_.hasData() ? open().result() : Json(nullptr);
 }
 
 }  // namespace sorvane

@@ -20,6 +20,7 @@ public:
     ScreenContent content() const override;
     Guide guide() const override { return open().guide(); }
     std::optional<std::string> run() override;
+    Json result() const override;
 
 private:
     PrepareForm& open() const { return *forms_.at(fields_.prepareSection.get()); }

@@ -18,8 +18,10 @@ public:
     virtual std::optional<Gate> gate() const = 0;
     /// Runs it; called only without a gate.
     virtual void run() {}
-    /// Shows what a run would give.
+    /// Shows what a run would give, or gave.
     virtual void showPreview(ScreenContent&) const {}
+    /// The record of what it shows; null where it adds columns and no more.
+    virtual Json result() const;
     virtual Guide guide() const = 0;
 };
 

@@ -170,13 +170,8 @@ void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenConten
          .wide = true});
 }
 
-std::optional<std::string> RelationshipsScreen::run() {
-    const std::optional<Gate> missing = gate();
-    return missing ? std::optional(ResultText::sentence(*missing)) : std::nullopt;
-}
-
-Json RelationshipsScreen::result() const {
-    return gate() ? Json(nullptr) : toJson(evidence());
+Json RelationshipsScreen::record() const {
+    return toJson(evidence());
 }
 
 Guide RelationshipsScreen::guide() const {

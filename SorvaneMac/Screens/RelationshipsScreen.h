@@ -9,7 +9,7 @@
 #include "SorvaneCore/Analyses/Basics/BayesFactors.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
-#include "SorvaneMac/Screens/Screen.h"
+#include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -24,7 +24,7 @@ BOOST_DESCRIBE_STRUCT(PairEvidence, (), (pearson, bayesFactor, assumptions))
 
 /// The assumptions behind the association of two variables, on the pair that Correlation shows;
 /// shown at once, without a run.
-class RelationshipsScreen final : public Screen {
+class RelationshipsScreen final : public ImmediateScreen {
 public:
     RelationshipsScreen(StudioState& state, CorrelationFields& fields)
         : state_(state), fields_(fields) {}
@@ -34,12 +34,10 @@ public:
     SetupForm setup() override;
     ScreenContent content() const override;
     Guide guide() const override;
-    std::optional<std::string> run() override;
-    Json result() const override;
 
 private:
-    /// What is missing before the pair can be checked.
-    std::optional<Gate> gate() const;
+    std::optional<Gate> gate() const override;
+    Json record() const override;
     PairEvidence evidence() const;
     void addEvidence(const PairEvidence& evidence, ScreenContent& content) const;
 

@@ -353,15 +353,8 @@ Guide ReliabilityScreen::guide() const {
                            "Do not delete items by their statistics alone: read them first."}};
 }
 
-std::optional<std::string> ReliabilityScreen::run() {
-    if (const std::optional<Gate> missing = gate()) {
-        return ResultText::sentence(*missing);
-    }
-    return std::nullopt;
-}
-
-Json ReliabilityScreen::result() const {
-    return gate() ? Json(nullptr) : toJson(analyze());
+Json ReliabilityScreen::record() const {
+    return toJson(analyze());
 }
 
 }  // namespace sorvane

@@ -111,10 +111,4 @@ Gate noDataGate() {
                 "a data file or a table that you copied, or to start a blank grid."};
 }
 
-Gate notYetGate(std::string_view analysis) {
-    return {.title = std::string(analysis) + " is not in this version",
-            .lead = "",
-            .text = "Your selections are kept. The analysis comes with a later version."};
-}
-
 }  // namespace sorvane::ResultText

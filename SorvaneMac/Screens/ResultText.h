@@ -51,7 +51,5 @@ std::string sentence(const Gate& gate);
 
 /// What a screen shows while there is no table.
 Gate noDataGate();
-/// What stands on a screen, and what its run answers, while its analysis is not in this version.
-Gate notYetGate(std::string_view analysis);
 
 }  // namespace sorvane::ResultText

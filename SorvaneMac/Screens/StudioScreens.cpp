@@ -14,10 +14,10 @@
 #include "SorvaneMac/Screens/GroupPatternsScreen.h"
 #include "SorvaneMac/Screens/ImportDataScreen.h"
 #include "SorvaneMac/Screens/InstrumentMapScreen.h"
-#include "SorvaneMac/Screens/InvarianceScreen.h"
+#include "SorvaneMac/Screens/Invariance/InvarianceScreen.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassScreen.h"
-#include "SorvaneMac/Screens/MediationScreen.h"
-#include "SorvaneMac/Screens/MultilevelScreen.h"
+#include "SorvaneMac/Screens/Mediation/MediationScreen.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelScreen.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateScreen.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricScreen.h"
 #include "SorvaneMac/Screens/OverviewScreen.h"
@@ -25,14 +25,24 @@
 #include "SorvaneMac/Screens/Regression/RegressionScreen.h"
 #include "SorvaneMac/Screens/RelationshipsScreen.h"
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
-#include "SorvaneMac/Screens/StructuralScreen.h"
-#include "SorvaneMac/Screens/SurveyScreen.h"
+#include "SorvaneMac/Screens/Structural/StructuralScreen.h"
+#include "SorvaneMac/Screens/Survey/SurveyScreen.h"
+#include "SorvaneMac/Screens/Survey/SurveyWeights.h"
 #include "SorvaneMac/Screens/Survival/SurvivalScreen.h"
 #include "SorvaneMac/Screens/TechnicalAppendixScreen.h"
 #include "SorvaneMac/Screens/UserGuideScreen.h"
 #include "SorvaneMac/Screens/VariableTypesScreen.h"
 
 namespace sorvane {
+
+namespace {
+
+/// Whether the screen gives weighted figures, and says itself which are not.
+bool takesWeights(StudioScreen id) {
+    return id == StudioScreen::survey || id == StudioScreen::descriptives;
+}
+
+}  // namespace
 
 StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(state) {
     const auto add = [this](std::unique_ptr<Screen> screen) {
@@ -45,7 +55,7 @@ StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(
     add(std::make_unique<InstrumentMapScreen>(state));
     add(std::make_unique<VariableTypesScreen>(state));
     add(std::make_unique<ReliabilityScreen>(state));
-    add(std::make_unique<DescriptivesScreen>(state, fields.descriptives));
+    add(std::make_unique<DescriptivesScreen>(state, fields.descriptives, fields.survey));
     add(std::make_unique<CompareMeansScreen>(state, fields.compareMeans));
     add(std::make_unique<CorrelationScreen>(state, fields.correlation));
     add(std::make_unique<RegressionScreen>(state, fields.regression));
@@ -76,7 +86,12 @@ const ScreenContent& StudioScreens::content(StudioScreen id) {
     const auto [entry, isNew] = kept_.try_emplace(id);
     KeptContent& kept = entry->second;
     if (isNew || !kept.reads.areCurrent()) {
-        kept.reads = state_.fields.recordReads([&] { kept.content = at(id).content(); });
+        kept.reads = state_.fields.recordReads([&] {
+            kept.content = at(id).content();
+            if (fields.survey.surveyWeightsActive.get() && !takesWeights(id)) {
+                SurveyWeights::sayUnweighted(kept.content);
+            }
+        });
     }
     return kept.content;
 }

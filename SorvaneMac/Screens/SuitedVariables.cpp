@@ -31,6 +31,12 @@ bool mayIdentify(VariableKind kind) {
            kind == VariableKind::status || kind == VariableKind::administrative;
 }
 
+/// Names rather than answers: each stands twice or more on average.
+bool namesRepeat(const DataVariable& variable) {
+    return variable.assignedType == VariableKind::textResponse && variable.uniqueCount >= 2 &&
+           2 * variable.uniqueCount <= variable.nonMissingCount;
+}
+
 }  // namespace
 
 List named(const List& list, std::initializer_list<std::string_view> words) {
@@ -65,7 +71,7 @@ List analyzed(const ImportedDataset& dataset) {
 List clusters(const ImportedDataset& dataset) {
     const std::int64_t rowCount = dataset.rowCount();
     return kept(all(dataset), [rowCount](const DataVariable* variable) {
-        return variable->isGroupingSelectionCandidate(rowCount) ||
+        return variable->isGroupingSelectionCandidate(rowCount) || namesRepeat(*variable) ||
                (mayIdentify(variable->assignedType) && variable->uniqueCount >= 2 &&
                 variable->uniqueCount < variable->nonMissingCount);
     });

@@ -19,8 +19,9 @@ List withFewCategories(const List& list);
 List withMissingValues(const List& list);
 /// Every variable that is not set aside, of whatever role.
 List analyzed(const ImportedDataset& dataset);
-/// What can say which cluster a case belongs to: grouping factors, and other variables that are
-/// neither items nor outcomes nor texts and repeat a value; identifiers among them.
+/// What can say which cluster a case belongs to: grouping factors, identifiers and other variables
+/// that are neither items nor outcomes and repeat a value, and texts that stand twice or more on
+/// average.
 List clusters(const ImportedDataset& dataset);
 
 }  // namespace sorvane::SuitedVariables

@@ -6,13 +6,19 @@ namespace sorvane {
 
 namespace {
 
+/// The table's own note, then that of the whole report.
+std::string mainNote(const TestReport& report) {
+    const std::optional<std::string>& own = report.tables.front().note;
+    return own && !own->empty() ? *own + " " + report.note : report.note;
+}
+
 Finding finding(const TestReport& report) {
     ReportItem item;
     item.id = Uuid::fresh();
     item.title = report.title;
     item.apaSummary = report.sentence;
     item.table = report.tables.front();
-    item.table->note = report.note;
+    item.table->note = mainNote(report);
     for (const std::string& warning : report.warnings) {
         *item.table->note += " " + warning;
     }
@@ -45,7 +51,7 @@ void addReport(TestReport report, ScreenContent& content) {
     for (const ReportTable& table : report.tables) {
         content.cards.push_back({.title = *table.title, .tables = {table}, .wide = true});
     }
-    content.cards[firstTable].tables.front().note = report.note;
+    content.cards[firstTable].tables.front().note = mainNote(report);
     if (report.passage) {
         content.cards.back().passages.push_back(*report.passage);
     }

@@ -19,7 +19,7 @@ struct TestReport {
     std::vector<ReportTable> tables;
     /// Under the last table, such as a Bayes factor.
     std::optional<Passage> passage;
-    /// Under the finding's main table.
+    /// Under the finding's main table, after what that says itself.
     std::string note;
     /// The first one becomes the finding's figure; may be empty.
     std::vector<Chart> charts;

@@ -156,9 +156,7 @@ ScreenContent UserGuideScreen::content() const {
          "It does not change the file that you imported. What is done to the table is done to a "
          "copy, and logged.",
          "It does not rewrite a report by itself. Figures in the report are text: they stay as "
-         "they "
-         "were when you staged them, until you stage them again.",
-         "It does not pretend. A screen whose analysis is not in this version says so."}));
+         "they were when you staged them, until you stage them again."}));
     content.cards.push_back(textCard(
         "What stays on this machine",
         {"Everything. Figures are computed here, and no data leave the computer unless you "

@@ -25,6 +25,10 @@ constexpr double widestDodge = 0.14;
 constexpr double strokeLength = 4.0;
 constexpr double bandOpacity = 0.16;
 constexpr double markRadius = 8.0;
+/// A series of more separate lines than this has thin ones, so that they do not hide each other.
+constexpr std::size_t fewLines = 8;
+constexpr double thinLine = 1.0;
+constexpr double thinOpacity = 0.6;
 
 double valueAt(const std::vector<double>& values, std::size_t at) {
     return at < values.size() ? values[at] : std::nan("");
@@ -179,6 +183,15 @@ void paintStrokes(QPainter& painter,
     }
 }
 
+QPen thinPen(const ChartMarks::SeriesLook& look) {
+    QPen pen = ChartMarks::linePen(look);
+    QColor color = look.color;
+    color.setAlphaF(static_cast<float>(thinOpacity));
+    pen.setColor(color);
+    pen.setWidthF(thinLine);
+    return pen;
+}
+
 void paintSeries(QPainter& painter,
                  const ChartPlaces& places,
                  const LinePlot& plot,
@@ -189,8 +202,9 @@ void paintSeries(QPainter& painter,
     } else {
         paintBars(painter, places, series, look.color);
     }
-    painter.setPen(ChartMarks::linePen(look));
-    for (const std::vector<QPointF>& run : runsOf(series.x, series.y, plot.join)) {
+    const Runs runs = runsOf(series.x, series.y, plot.join);
+    painter.setPen(runs.size() > fewLines ? thinPen(look) : ChartMarks::linePen(look));
+    for (const std::vector<QPointF>& run : runs) {
         if (plot.join != Join::none && run.size() > 1) {
             painter.drawPolyline(placed(run, places));
         }

@@ -16,6 +16,8 @@ constexpr int legendHeight = 24;
 constexpr int plotWidth = 312;
 constexpr int wideWidth = 460;
 constexpr int widestPlot = 900;
+/// A column of a path diagram, with the arrows that lead to it.
+constexpr int columnWidth = 230;
 /// What a plot with slots needs beside them, and each of its labels beside its letters.
 constexpr int slotFrame = 70;
 constexpr int labelAir = 14;
@@ -99,7 +101,9 @@ struct Width {
         return std::clamp(2 * slotFrame + 42 * columns, plotWidth, widestPlot);
     }
     int operator()(const Dendrogram&) const { return wideWidth; }
-    int operator()(const PathDiagram&) const { return wideWidth; }
+    int operator()(const PathDiagram& plot) const {
+        return std::clamp(columnWidth * PathLayout::places(plot).columns, wideWidth, widestPlot);
+    }
 };
 
 }  // namespace

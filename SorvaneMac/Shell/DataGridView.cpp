@@ -58,6 +58,12 @@ void DataGridView::goTo(CellPlace place) {
     scrollTo(index);
 }
 
+void DataGridView::commitOpenEditor() {
+    if (QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr) {
+        commitData(editor);
+    }
+}
+
 std::vector<CellBlock> DataGridView::selectedBlocks() const {
     std::vector<CellBlock> blocks;
     for (const QItemSelectionRange& range : selectionModel()->selection()) {

@@ -26,6 +26,9 @@ public:
     void goTo(CellPlace place);
     std::vector<CellBlock> selectedBlocks() const;
 
+    /// Writes what is being typed into a cell, which stays open.
+    void commitOpenEditor();
+
     /// Typing does not search: a column of a million rows would be read at each key.
     void keyboardSearch(const QString&) override {}
 

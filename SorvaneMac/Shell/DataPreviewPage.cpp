@@ -53,6 +53,10 @@ DataPreviewPage::DataPreviewPage(Workspace& workspace)
             [this] { rememberPlace(); });
 }
 
+void DataPreviewPage::commitEdits() {
+    grid_->commitOpenEditor();
+}
+
 QWidget* DataPreviewPage::toolBar() {
     auto* bar = new QWidget;
     auto* items = new WrapLayout(Theme::px(8));

@@ -22,6 +22,8 @@ public:
     /// Pastes a block of cells from the selected one on.
     bool pasteSelection() override;
 
+    void commitEdits() override;
+
     void openFindBar();
     /// Searches for what stands in the find bar and goes to the first match from the present cell.
     void search();

@@ -65,14 +65,10 @@ FindingsPage::FindingsPage(Workspace& workspace)
     row->setSpacing(Theme::px(16));
     row->addWidget(stagedColumn(), 1);
     row->addWidget(editorColumn(), 3);
-    workspace_.commitEdits = [this] {
-        editor_->commit();
-    };
 }
 
-FindingsPage::~FindingsPage() {
-    workspace_.commitEdits = [] {
-    };
+void FindingsPage::commitEdits() {
+    editor_->commit();
 }
 
 QWidget* FindingsPage::stagedColumn() {
@@ -210,7 +206,7 @@ void FindingsPage::assemble() {
     if (screen.mustConfirmAssembling() && !workspace_.confirm(this, question)) {
         return;
     }
-    workspace_.commitEdits();
+    commitEdits();
     screen.run();
 }
 

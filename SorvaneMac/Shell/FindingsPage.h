@@ -18,9 +18,9 @@ class ReportEditor;
 class FindingsPage final : public Page {
 public:
     explicit FindingsPage(Workspace& workspace);
-    ~FindingsPage() override;
 
     void refresh() override;
+    void commitEdits() override;
     void assemble();
 
 private:

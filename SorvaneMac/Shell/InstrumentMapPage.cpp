@@ -32,40 +32,15 @@ std::vector<RowColumn<Row>> columnsOf(InstrumentMapScreen& map) {
                  map.setIncluded(row.id, isOn);
              }},
         {.look = {.head = "Column", .width = 150, .ink = RowColumnLook::Ink::strong},
-         .text = [](const Row& row) { return row.name; },
-         .toolTip =
-             [](const Row& row) {
-                 return row.label;
-             }},
-        {.look = {.head = "Label", .width = 190},
-         .text =
-             [](const Row& row) {
-                 return row.label;
-             }},
-        {.look = {.head = "Seems to be", .width = 165},
-         .text =
-             [](const Row& row) {
-                 return row.category;
-             }},
-        {.look = {.head = "Scale", .width = 66, .isNumber = true},
-         .text =
-             [](const Row& row) {
-                 return row.probability;
-             }},
-        {.look = {.head = "Role found", .width = 172},
-         .text =
-             [](const Row& row) {
-                 return row.inferredRole;
-             }},
-        {.look = {.head = "Why", .width = 260},
-         .text =
-             [](const Row& row) {
-                 return row.reasons;
-             }},
+         .text = &Row::name,
+         .toolTip = &Row::label},
+        {.look = {.head = "Label", .width = 190}, .text = &Row::label},
+        {.look = {.head = "Seems to be", .width = 165}, .text = &Row::category},
+        {.look = {.head = "Scale", .width = 66, .isNumber = true}, .text = &Row::probability},
+        {.look = {.head = "Role found", .width = 172}, .text = &Row::inferredRole},
+        {.look = {.head = "Why", .width = 260}, .text = &Row::reasons},
         {.look = {.head = "Remarks", .width = 260, .ink = RowColumnLook::Ink::quiet},
-         .text = [](const Row& row) {
-             return row.remarks;
-         }}};
+         .text = &Row::remarks}};
 }
 
 }  // namespace

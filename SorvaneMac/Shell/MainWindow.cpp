@@ -42,6 +42,11 @@ MainWindow::MainWindow(StudioState& state, StudioScreens& screens, WindowForm fo
     setAcceptDrops(true);
     resize(1280, 800);
     build();
+    workspace_.commitEdits = [this] {
+        for (const auto& [screen, page] : pages_) {
+            page->commitEdits();
+        }
+    };
     changes_ = state.fields.observe([this](const AnyField& field) { noteChange(field); });
     actions_ = state.observeActions([this](std::string_view action) {
         if (action == "showInspector") {
@@ -139,6 +144,13 @@ MainWindow::Reach MainWindow::reachOf(const AnyField& field) {
 }
 
 void MainWindow::noteChange(const AnyField& field) {
+    const StudioState& state = workspace_.state;
+    for (const auto* message :
+         {&state.projectError, &state.saveStatusMessage, &state.projectMessage}) {
+        if (message == &field && message->get()) {
+            latestMessage_ = message;
+        }
+    }
     screenChanged_ = screenChanged_ || reachOf(field) == Reach::screen;
     datasetChanged_ = datasetChanged_ || field.name() == "dataset";
     if (!isScheduled_) {
@@ -213,11 +225,7 @@ void MainWindow::refreshStatus() {
                                     : noDatasetHint);
     weightStatus_->setText("Weights on");
     weightStatus_->setVisible(hasData && isWeighted);
-    const std::optional<std::string>& message = state.projectError.get() ? state.projectError.get()
-                                                : state.saveStatusMessage.get()
-                                                    ? state.saveStatusMessage.get()
-                                                    : state.projectMessage.get();
-    messageStatus_->setText(qtText(message.value_or("")));
+    messageStatus_->setText(latestMessage_ ? qtText(latestMessage_->get().value_or("")) : "");
 }
 
 bool MainWindow::prefersFullWidth(StudioScreen screen) {

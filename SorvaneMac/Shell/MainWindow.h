@@ -99,6 +99,8 @@ private:
     std::map<StudioScreen, Page*> pages_;
     std::optional<StudioScreen> shown_;
 
+    /// What was said last; nothing before the first word.
+    const Field<std::optional<std::string>>* latestMessage_ = nullptr;
     bool isScheduled_ = false;
     bool screenChanged_ = true;
     bool datasetChanged_ = false;

@@ -22,6 +22,9 @@ public:
     /// Pastes into what is selected; false where the page does not take it.
     virtual bool pasteSelection() { return false; }
 
+    /// Brings what is still being typed into the state.
+    virtual void commitEdits() {}
+
     static Page* make(StudioScreen screen, Workspace& workspace);
 };
 

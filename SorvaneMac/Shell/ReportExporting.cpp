@@ -54,6 +54,7 @@ void exportReport(QWidget* parent, Workspace& workspace, ReportFormat format) {
         return;
     }
     const std::optional<std::string> failure = writeReport(*document, format, *file);
+    workspace.state.projectError.set(std::nullopt);
     workspace.state.saveStatusMessage.set(
         failure ? *failure : "Exported " + utf8(fromPath(file->filename())) + ".");
 }

@@ -42,25 +42,15 @@ RowColumn<Row> roleColumn(VariableTypesScreen& types) {
 }
 
 RowColumn<Row> countColumn(std::string head, int width, std::string Row::*count) {
-    return {.look = {.head = std::move(head), .width = width, .isNumber = true},
-            .text = [count](const Row& row) {
-                return row.*count;
-            }};
+    return {.look = {.head = std::move(head), .width = width, .isNumber = true}, .text = count};
 }
 
 std::vector<RowColumn<Row>> columnsOf(VariableTypesScreen& types) {
     return {
         {.look = {.head = "Variable", .width = 150, .ink = RowColumnLook::Ink::strong},
-         .text = [](const Row& row) { return row.name; },
-         .toolTip =
-             [](const Row& row) {
-                 return row.label;
-             }},
-        {.look = {.head = "Label", .width = 190},
-         .text =
-             [](const Row& row) {
-                 return row.label;
-             }},
+         .text = &Row::name,
+         .toolTip = &Row::label},
+        {.look = {.head = "Label", .width = 190}, .text = &Row::label},
         roleColumn(types),
         {.look = {.head = "Item", .width = 52, .headTip = "In the item set of Scale & Reliability"},
          .switchName = [](const Row& row) { return row.name + ", Item"; },
@@ -80,15 +70,10 @@ std::vector<RowColumn<Row>> columnsOf(VariableTypesScreen& types) {
         countColumn("Missing", 70, &Row::missing),
         countColumn("Distinct", 72, &Row::distinct),
         {.look = {.head = "Values", .width = 190, .headTip = "What the values mean, or examples"},
-         .text = [](const Row& row) { return row.samples; },
-         .toolTip =
-             [](const Row& row) {
-                 return row.valueLabels;
-             }},
+         .text = &Row::samples,
+         .toolTip = &Row::valueLabels},
         {.look = {.head = "Remarks", .width = 240, .ink = RowColumnLook::Ink::quiet},
-         .text = [](const Row& row) {
-             return row.warnings;
-         }}};
+         .text = &Row::warnings}};
 }
 
 }  // namespace

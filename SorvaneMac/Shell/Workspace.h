@@ -39,7 +39,7 @@ struct Workspace {
     FileDialogs dialogs = FileDialogs::ofPlatform();
     std::function<bool(QWidget*, const Question&)> confirm = &askQuestion;
     std::function<SaveAnswer(QWidget*, const QString& name)> askToSave = &askToSaveChanges;
-    /// Brings edits of the report that are still in the editor into the state.
+    /// Brings what is still being typed, in the report or a cell, into the state.
     std::function<void()> commitEdits = [] {
     };
     /// By which findings leave the window.

@@ -32,6 +32,7 @@ void AutosaveWriter::write(ProjectSnapshot snapshot) {
     } catch (const std::system_error&) {
         // No thread is to be had; the next autosave may get one.
         waiting_.reset();
+        hasFailed_ = true;
     }
 }
 

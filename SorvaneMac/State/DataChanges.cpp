@@ -11,8 +11,7 @@ void StudioState::storeUndo(std::string label) {
                             .reverseCodedItemNames = scale.reverseCodedItemNames.get(),
                             .unreliableItemNames = scale.unreliableItemNames.get(),
                             .scaleClassifications = scale.scaleClassifications.get()};
-    cellsTypedSinceChange_ = 0;
-    tableEditsSinceChange_ = 0;
+    data.editsSinceChange = {};
     data.dataChangeUndoLabel.set(std::move(label));
 }
 
@@ -53,18 +52,45 @@ void StudioState::forgetChangeMessages() {
 }
 
 std::optional<std::string> StudioState::undoLoses() const {
-    if (!canUndoDataChange() || cellsTypedSinceChange_ + tableEditsSinceChange_ == 0) {
+    if (!canUndoDataChange()) {
         return std::nullopt;
     }
-    const std::string typed =
-        "what was typed since then (" + NumberText::integer(cellsTypedSinceChange_) + " cell(s))";
-    const std::string edited = "rows and columns added and roles changed since then";
-    const std::string before =
-        "The table goes back to what it was before the " + data.dataChangeUndoLabel.get() + ", so ";
-    if (tableEditsSinceChange_ == 0) {
-        return before + typed + " goes too.";
+    const EditsSinceChange& edits = data.editsSinceChange;
+    std::string lost;
+    const auto add = [&lost](bool isLost, const std::string& what) {
+        lost += isLost ? (lost.empty() ? "" : ", ") + what : "";
+    };
+    add(edits.typedCells > 0,
+        "what was typed (" + NumberText::integer(edits.typedCells) + " cell(s))");
+    add(edits.sizes, "rows and columns that were added");
+    add(edits.roles, "roles that were changed");
+    add(edits.name, "the name of the table");
+    add(haveMarksChanged(), "marks of items as reversed or unreliable");
+    return lost.empty() ? std::nullopt
+                        : std::optional("The table goes back to what it was before the " +
+                                        data.dataChangeUndoLabel.get() +
+                                        ". What came since then is lost: " + lost + ".");
+}
+
+bool StudioState::haveMarksChanged() const {
+    const std::optional<DataChangeUndoFlags>& flags = data.dataChangeUndoFlags;
+    if (!flags) {
+        return false;
     }
-    return before + (cellsTypedSinceChange_ > 0 ? typed + " and " : "") + edited + " go too.";
+    // The change itself takes the marks of a column along, or away with it.
+    const auto carried = [&](const NameSet& marks) {
+        NameSet names;
+        for (const std::string& name : marks) {
+            const bool isRenamed = flags->renamed && flags->renamed->first == name;
+            const std::string& present = isRenamed ? flags->renamed->second : name;
+            if (dataset().columnIndex(present)) {
+                names.insert(present);
+            }
+        }
+        return names;
+    };
+    return scale.reverseCodedItemNames.get() != carried(flags->reverseCodedItemNames) ||
+           scale.unreliableItemNames.get() != carried(flags->unreliableItemNames);
 }
 
 void StudioState::dropNamesGone(const std::vector<std::string>& names) {

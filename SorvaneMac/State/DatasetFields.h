@@ -23,6 +23,14 @@ struct DataChangeUndoFlags {
     std::optional<std::pair<std::string, std::string>> renamed{};
 };
 
+/// What was done to the table since the change that can be undone, and would go with it.
+struct EditsSinceChange {
+    std::int64_t typedCells = 0;
+    bool sizes = false;
+    bool roles = false;
+    bool name = false;
+};
+
 /// The working table and what belongs to editing it.
 struct DatasetFields {
     explicit DatasetFields(FieldRegistry& fields);
@@ -41,6 +49,7 @@ struct DatasetFields {
     Field<std::optional<ImportedDataset>> dataChangeUndo;
     Field<std::string> dataChangeUndoLabel;
     std::optional<DataChangeUndoFlags> dataChangeUndoFlags;
+    EditsSinceChange editsSinceChange;
 };
 
 /// The table before anything is loaded.

@@ -62,6 +62,24 @@ void StudioState::appendDerivedVariable(DerivedColumn column) {
     });
 }
 
+std::vector<std::string> StudioState::addDerivedVariables(std::string label,
+                                                          std::vector<DerivedColumn> columns,
+                                                          std::string logEntry) {
+    storeUndo(std::move(label));
+    std::vector<std::string> names;
+    for (DerivedColumn& column : columns) {
+        column.name = uniqueHeaderName(column.name);
+        data.dataset.edit([&column](ImportedDataset& table) {
+            DerivedColumns::append(table, column.name, column.values, column.assignedType,
+                                   column.warning);
+        });
+        names.push_back(column.name);
+    }
+    log(std::move(logEntry));
+    refreshAnalysisDefaults();
+    return names;
+}
+
 void StudioState::replaceColumnValues(const std::string& name,
                                       TextTable::Column values,
                                       std::string warning) {

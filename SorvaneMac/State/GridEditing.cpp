@@ -82,7 +82,7 @@ void StudioState::updateDatasetCell(std::int64_t row, std::int64_t column, std::
         DatasetGridEditor::setCell(table, static_cast<std::size_t>(row),
                                    static_cast<std::size_t>(column), value);
     });
-    ++cellsTypedSinceChange_;
+    ++data.editsSinceChange.typedCells;
     refreshAnalysisDefaults();
 }
 
@@ -124,6 +124,7 @@ void StudioState::updateDatasetName() {
     data.dataset.edit([name](ImportedDataset& table) {
         table.name = name.empty() ? "Untitled dataset" : std::string(name);
     });
+    data.editsSinceChange.name = true;
 }
 
 void StudioState::updateDatasetHeader(std::int64_t column, std::string_view name) {
@@ -186,7 +187,7 @@ void StudioState::addDatasetColumn(std::string_view named) {
     data.dataset.edit([&header](ImportedDataset& table) {
         DatasetGridEditor::appendColumns(table, {&header, 1});
     });
-    ++tableEditsSinceChange_;
+    data.editsSinceChange.sizes = true;
     log("Added column " + header + ".");
     refreshAnalysisDefaults();
 }
@@ -238,7 +239,7 @@ bool StudioState::setDatasetSize(std::int64_t rows, std::int64_t columns) {
     resizeRows(rows);
     resizeColumns(columns);
     if (fewerRows > 0 || fewerColumns > 0) {
-        tableEditsSinceChange_ = 0;
+        data.editsSinceChange.sizes = false;
     }
     projectError.set(std::nullopt);
     clearSelectionBeyondTable();
@@ -254,7 +255,7 @@ void StudioState::resizeRows(std::int64_t count) {
     data.dataset.edit([count](ImportedDataset& table) {
         DatasetGridEditor::resizeRows(table, static_cast<std::size_t>(count));
     });
-    ++tableEditsSinceChange_;
+    data.editsSinceChange.sizes = true;
     log(count < former ? "Removed " + rowsText(former - count) + " from the end."
                        : "Added " + rowsText(count - former) + ".");
 }
@@ -266,7 +267,7 @@ void StudioState::resizeColumns(std::int64_t count) {
         data.dataset.edit([&headers](ImportedDataset& table) {
             DatasetGridEditor::appendColumns(table, headers);
         });
-        ++tableEditsSinceChange_;
+        data.editsSinceChange.sizes = true;
         log("Added " + columnsText(count - former) + ".");
     }
     while (dataset().columnCount() > count) {

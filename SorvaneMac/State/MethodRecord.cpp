@@ -86,6 +86,7 @@ bool StudioState::saveMethodFile(const std::filesystem::path& file, const Method
     const std::filesystem::path target =
         std::filesystem::is_directory(file, unknown) ? file / record.defaultFilename() : file;
     const std::optional<std::string> failure = replaceFile(target, fileBytes(record));
+    projectError.set(std::nullopt);
     saveStatusMessage.set(failure ? "Save failed: " + *failure + "."
                                   : "Saved " + fileName(target) + ".");
     return !failure;

@@ -16,6 +16,14 @@ constexpr std::pair<const char*, const char*> surveySettings[] = {{"sv_weight", 
                                                                   {"sv_strata", "svStrata"},
                                                                   {"sv_cluster", "svCluster"},
                                                                   {"sv_estimand", "svEstimand"}};
+/// The rest of the design: settings that hold a field as JSON text, and stand only where the field
+/// is not at its start.
+constexpr std::pair<const char*, const char*> furtherSurveySettings[] = {
+    {"sv_fpc", "svFpc"},
+    {"sv_replicates", "svReplicates"},
+    {"sv_replicate_type", "svReplicateType"},
+    {"sv_fay_rho", "svFayRho"},
+    {"sv_replicate_scale", "svReplicateScale"}};
 constexpr auto weightsActiveField = "surveyWeightsActive";
 
 using Settings = std::map<std::string, std::string>;
@@ -27,6 +35,20 @@ std::string flag(bool isSet) {
 std::string valueOf(const Settings& settings, const char* key, std::string_view otherwise = "") {
     const auto setting = settings.find(key);
     return setting == settings.end() ? std::string(otherwise) : setting->second;
+}
+
+/// Takes a field's JSON text; anything else leaves the field at its start.
+void takeText(AnyField& field, const std::string& text) {
+    field.reset();
+    const Json value = Json::parse(text, nullptr, false);
+    if (value.is_discarded()) {
+        return;
+    }
+    try {
+        field.setJson(value);
+    } catch (const RecordJsonError&) {
+        field.reset();
+    }
 }
 
 std::optional<StudioScreen> screenOf(const std::string& raw) {
@@ -67,6 +89,12 @@ ProjectSnapshot StudioState::projectSnapshot() const {
         const AnyField* field = fields.find(name);
         settings[key] = field ? fromJson<std::string>(field->json()) : std::string();
     }
+    for (const auto& [key, name] : furtherSurveySettings) {
+        const AnyField* field = fields.find(name);
+        if (field && !field->isAtStart()) {
+            settings[key] = field->json().dump();
+        }
+    }
     const AnyField* active = fields.find(weightsActiveField);
     settings["sv_active"] = flag(active && fromJson<bool>(active->json()));
     settings["screen"] = rawValue(selection.get());
@@ -86,6 +114,11 @@ void StudioState::takeProjectSettings(const Settings& settings, FoldedSettings f
         if (AnyField* field = fields.find(name)) {
             const bool isEstimand = std::string_view(name) == "svEstimand";
             field->setJson(toJson(valueOf(settings, key, isEstimand ? "mean" : "")));
+        }
+    }
+    for (const auto& [key, name] : furtherSurveySettings) {
+        if (AnyField* field = fields.find(name)) {
+            takeText(*field, valueOf(settings, key));
         }
     }
     if (AnyField* active = fields.find(weightsActiveField)) {
@@ -116,6 +149,7 @@ bool StudioState::saveProject(const std::filesystem::path& file) {
     }
     currentProjectURL.set(wholePath(file));
     rememberRecentProject(file);
+    removeAbandonedReplacements(std::filesystem::path(*currentProjectURL.get()).parent_path());
     projectError.set(std::nullopt);
     sayOfProject("Saved " + fileName(file) + ".");
     savedChanges_ = projectChanges_;

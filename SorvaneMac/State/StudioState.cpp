@@ -22,7 +22,7 @@ constexpr std::string_view recentDataFilesKey = "sv.recentDataFiles";
 constexpr std::string_view sampleResource = "SampleEIStudy.csv";
 
 /// The fields that a project keeps, the screen aside: looking at something changes nothing.
-constexpr std::array<std::string_view, 13> projectFields = {"dataset",
+constexpr std::array<std::string_view, 18> projectFields = {"dataset",
                                                             "isDatasetEditable",
                                                             "transformationLog",
                                                             "reverseCodedItemNames",
@@ -34,6 +34,11 @@ constexpr std::array<std::string_view, 13> projectFields = {"dataset",
                                                             "svStrata",
                                                             "svCluster",
                                                             "svEstimand",
+                                                            "svFpc",
+                                                            "svReplicates",
+                                                            "svReplicateType",
+                                                            "svFayRho",
+                                                            "svReplicateScale",
                                                             "surveyWeightsActive"};
 
 std::string sizeText(const ImportedDataset& dataset) {
@@ -253,6 +258,10 @@ void StudioState::noteAdoption() {
 
 void StudioState::resetAnalysisState() {
     fields.resetWithDataset();
+    forgetChangeMessages();
+    editor.rcMessage.reset();
+    editor.dvMessage.reset();
+    saveStatusMessage.set(std::nullopt);
 }
 
 void StudioState::refreshAnalysisDefaults() {

@@ -185,6 +185,21 @@ public:
     std::optional<std::string> undoLoses() const;
     bool canUndoDataChange() const { return data.dataChangeUndo->has_value(); }
 
+    /// A column computed from others; the warning says how.
+    struct DerivedColumn {
+        std::string name;
+        TextTable::Column values;
+        VariableKind assignedType = VariableKind::outcome;
+        std::string warning;
+    };
+    /// Adds columns at the end of the table, in one change that can be undone.
+    ///
+    /// Input      `label`: what the undo takes back; a name that is taken gets a number
+    /// Returns    the names that they got
+    std::vector<std::string> addDerivedVariables(std::string label,
+                                                 std::vector<DerivedColumn> columns,
+                                                 std::string logEntry);
+
     // Derived variables. Each returns whether it was done; the message field of its form says what
     // was done or what is missing, and where nothing was done the table is unchanged.
 
@@ -355,12 +370,6 @@ private:
     void log(std::string entry);
     /// Adds what a settled log entry leaves out, so that the step can be repeated from the log.
     void logSettings(const std::string& name, const std::string& settings);
-    struct DerivedColumn {
-        std::string name;
-        TextTable::Column values;
-        VariableKind assignedType = VariableKind::outcome;
-        std::string warning;
-    };
     /// Adds a column under a name that is free, and stores undo first.
     void appendDerivedVariable(DerivedColumn column);
     void replaceColumnValues(const std::string& name,
@@ -398,6 +407,8 @@ private:
     /// Says something that takes the place of what was said of saving.
     void sayBesideSaving(const std::string& message);
     void editVariable(const Uuid& id, const std::function<void(DataVariable&)>& edit);
+    /// Whether items were marked otherwise since the change that can be undone.
+    bool haveMarksChanged() const;
     std::string trimmedNote(StudioScreen screen) const;
     std::map<std::string, std::string> methodOptions() const;
     void postAction(std::string_view action);
@@ -410,9 +421,6 @@ private:
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
-    std::int64_t cellsTypedSinceChange_ = 0;
-    /// Rows and columns added, and roles changed, since the change that can be undone.
-    std::int64_t tableEditsSinceChange_ = 0;
     std::unique_ptr<AutosaveWriter> autosaveWriter_;
     /// Where the table of an opened project had come from, so that saving it again keeps that.
     std::string projectSourceKind_ = "unknown";

@@ -76,7 +76,7 @@ void StudioState::editVariable(const Uuid& id, const std::function<void(DataVari
     }
     const auto index = static_cast<std::size_t>(found - variables.begin());
     data.dataset.edit([&edit, index](ImportedDataset& table) { edit(table.variables[index]); });
-    ++tableEditsSinceChange_;
+    data.editsSinceChange.roles = true;
     refreshAnalysisDefaults();
 }
 
@@ -129,6 +129,7 @@ void StudioState::classifyAndSeedScaleItems(bool seedSelection) {
             applyVerdict(variable, verdict == verdicts.end() ? nullptr : verdict->second);
         }
     });
+    data.editsSinceChange.roles = true;
 }
 
 const ScaleItemClassification* StudioState::classification(std::string_view columnName) const {
@@ -147,6 +148,7 @@ void StudioState::selectLikertCandidateItemsForReliability() {
             }
         }
     });
+    data.editsSinceChange.roles = true;
     refreshAnalysisDefaults();
 }
 

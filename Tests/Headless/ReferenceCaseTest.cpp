@@ -55,6 +55,11 @@ protected:
             ASSERT_TRUE(got.is_number()) << place << " is " << got;
             EXPECT_TRUE(test::closeTo(got.get<double>(), expected.get<double>(), tolerance(field)))
                 << place;
+        } else if (expected.is_object() &&
+                   (expected.contains("atLeast") || expected.contains("atMost"))) {
+            ASSERT_TRUE(got.is_number()) << place << " is " << got;
+            EXPECT_GE(got.get<double>(), expected.value("atLeast", got.get<double>())) << place;
+            EXPECT_LE(got.get<double>(), expected.value("atMost", got.get<double>())) << place;
         } else if (expected.is_object()) {
             for (const auto& [key, value] : expected.items()) {
                 expectAgreement(got.is_object() && got.contains(key) ? got[key] : Json(), value,

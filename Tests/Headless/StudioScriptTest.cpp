@@ -66,6 +66,22 @@ TEST_F(StudioScriptTest, DrawsTheFiguresOfWhatItStages) {
     EXPECT_EQ(std::string(figure->begin(), figure->end()), "Histogram");
 }
 
+TEST_F(StudioScriptTest, FitsAModelThatIsWrittenAsText) {
+    perform(R"({"import": "SampleEIStudy.csv"})");
+    ASSERT_EQ(perform(R"({"set": {"semModel": "awareness =~ sa1 + sa2 + sa3 +"}})").refusal,
+              std::nullopt);
+    EXPECT_TRUE(
+        perform(R"({"run": "sem"})").refusal->starts_with("Model did not parse. Empty term"));
+    EXPECT_TRUE(perform(R"({"stage": "sem"})").refusal);
+    perform(R"({"set": {"semModel": "awareness =~ sa1 + sa2 + sa3 + sa5"}})");
+    const StepOutcome fitted = perform(R"({"run": "sem"})");
+    EXPECT_EQ(fitted.report["result"]["fit"]["degreesOfFreedom"], 2);
+    EXPECT_EQ(fitted.report["result"]["parameters"].size(), 9U);
+    EXPECT_EQ(perform(R"({"stage": "sem"})").report["staged"], 1);
+    EXPECT_EQ(perform(R"({"run": "mediation"})").report["result"]["bootstrapSamples"], 5000);
+    EXPECT_EQ(perform(R"({"stage": "mediation"})").report["staged"], 2);
+}
+
 TEST_F(StudioScriptTest, SavesAndReopensAProjectWithItsReport) {
     for (const char* step :
          {R"({"import": "SampleEIStudy.csv"})", R"({"stage": "scalesReliability"})",

@@ -1,6 +1,8 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -57,26 +59,45 @@ struct Simulated {
 const MultilevelOptions options{
     .fixedNames = {"x"}, .clusterLabel = "c", .cluster2Label = "o", .randomSlopeName = "x"};
 
+const std::string slopeMethod =
+    "Random-slope GLMM uses Laplace approximation for the cluster integrals (matching multi-RE "
+    "glmer); adaptive Gauss\u2013Hermite is used only for scalar random intercepts.";
+const std::string factorMethod =
+    "Two-factor GLMM uses a dense Laplace approximation over both random-intercept vectors "
+    "(matching multi-RE glmer).";
+
 TEST(MultilevelGLMM, BlocksOutcomesThatDoNotVary) {
     struct Case {
         int line;
         Fit fit;
         double outcome;
         std::string message;
+        Labels cautions;
     };
     const std::vector<Case> cases = {
-        {__LINE__, MultilevelGLMM::fitLogisticRI, 0.0,
-         "Outcome has no variation (all 0 or all 1)."},
-        {__LINE__, MultilevelGLMM::fitLogisticRS, 1.0,
-         "Outcome has no variation (all 0 or all 1)."},
-        {__LINE__, MultilevelGLMM::fitPoissonRI, 0.0, "Outcome has no events (all zeros)."},
-        {__LINE__, MultilevelGLMM::fitPoissonCrossed, 4.0, "Outcome has no variation."}};
+        {__LINE__,
+         MultilevelGLMM::fitLogisticRI,
+         0.0,
+         "Outcome has no variation (all 0 or all 1).",
+         {}},
+        {__LINE__,
+         MultilevelGLMM::fitLogisticRS,
+         1.0,
+         "Outcome has no variation (all 0 or all 1).",
+         {slopeMethod}},
+        {__LINE__, MultilevelGLMM::fitPoissonRI, 0.0, "Outcome has no events (all zeros).", {}},
+        {__LINE__,
+         MultilevelGLMM::fitPoissonCrossed,
+         4.0,
+         "Outcome has no variation.",
+         {factorMethod}}};
     const Simulated rows;
     for (const Case& each : cases) {
         SCOPED_TRACE(each.line);
         const auto result = each.fit(rows.data(Cells(120, each.outcome), true), options);
         ASSERT_TRUE(result);
         EXPECT_EQ(obstacles(result->readiness), Labels{each.message});
+        EXPECT_EQ(cautions(result->readiness), each.cautions);
         EXPECT_TRUE(std::isnan(result->fixedEffects.at(1).standardError));
     }
 }
@@ -101,26 +122,24 @@ TEST(MultilevelGLMM, RepeatsItselfAndNamesItsMethod) {
         Labels components;
         Labels cautions;
     };
-    const std::string slope =
-        "Random-slope GLMM uses Laplace approximation for the cluster integrals (matching multi-RE "
-        "glmer); adaptive Gauss\u2013Hermite is used only for scalar random intercepts.";
-    const std::string factors =
-        "Two-factor GLMM uses a dense Laplace approximation over both random-intercept vectors "
-        "(matching multi-RE glmer).";
     const std::vector<Case> cases = {
         {__LINE__, MultilevelGLMM::fitLogisticRI, rows.shares, {"c (Intercept)"}, {}},
         {__LINE__, MultilevelGLMM::fitPoissonRI, rows.counts, {"c (Intercept)"}, {}},
-        {__LINE__, MultilevelGLMM::fitPoissonRS, rows.counts, {"c (Intercept)", "c (x)"}, {slope}},
+        {__LINE__,
+         MultilevelGLMM::fitPoissonRS,
+         rows.counts,
+         {"c (Intercept)", "c (x)"},
+         {slopeMethod}},
         {__LINE__,
          MultilevelGLMM::fitPoissonCrossed,
          rows.counts,
          {"c (Intercept)", "o (Intercept)"},
-         {factors}},
+         {factorMethod}},
         {__LINE__,
          MultilevelGLMM::fitLogisticThreeLevel,
          rows.shares,
          {"c (Intercept)", "c:o (Intercept)"},
-         {factors}}};
+         {factorMethod}}};
     for (const Case& each : cases) {
         SCOPED_TRACE(each.line);
         const auto result = each.fit(rows.data(each.outcome, true), options);
@@ -147,6 +166,81 @@ TEST(MultilevelGLMM, SaysThatPredictorsSeparate) {
         ASSERT_TRUE(result);
         const Labels said = cautions(result->readiness);
         EXPECT_EQ(std::count(said.begin(), said.end(), separation), 1);
+        EXPECT_GT(result->fixedEffects[1].standardError, 20.0);
+    }
+}
+
+/// Counts about a mean in 20 clusters of 10 rows that differ by about e.
+struct ManyCounted {
+    MultilevelData data{};
+
+    explicit ManyCounted(double mean) {
+        SplitMix64 random(11);
+        const auto normal = [&random] {
+            double sum = -6.0;
+            for (int i = 0; i < 12; ++i) {
+                sum += random.nextUnitDouble();
+            }
+            return sum;
+        };
+        Cells counts;
+        Cells x;
+        Labels cluster;
+        for (int c = 0; c < 20; ++c) {
+            const double shift = normal();
+            for (int i = 0; i < 10; ++i) {
+                x.emplace_back(normal());
+                const double rate = mean * std::exp(0.3 * *x.back() + shift);
+                counts.emplace_back(std::floor(rate + std::sqrt(rate) * normal() + 0.5));
+                cluster.push_back("c" + std::to_string(c));
+            }
+        }
+        data = {.outcome = NumericColumn(counts),
+                .fixedPredictors = {NumericColumn(x)},
+                .cluster = TextColumn::of(cluster),
+                .cluster2 = TextColumn::of(cluster)};
+    }
+};
+
+/// The rows tell of each cluster's mean all that there is to know, so that the error of the
+/// intercept is that of a mean of twenty.
+TEST(MultilevelGLMM, KnowsItsErrorsWhereCountsAreLarge) {
+    for (const Fit fit : {MultilevelGLMM::fitPoissonRI, MultilevelGLMM::fitPoissonRS}) {
+        for (const double mean : {1e3, 1e4, 1e5}) {
+            SCOPED_TRACE(mean);
+            const auto result = fit(ManyCounted(mean).data, options);
+            ASSERT_TRUE(result && result->converged);
+            const double sigma = result->varianceComponents[0].standardDeviation;
+            EXPECT_TRUE(closeTo(result->fixedEffects[0].standardError, sigma / std::sqrt(20.0),
+                                {.relative = 1e-2}));
+        }
+    }
+}
+
+/// A shift of a slope that may correlate with the intercept is another way to write the same model.
+TEST(MultilevelGLMM, FindsCorrelatedSlopesFarFromZero) {
+    const Simulated rows;
+    const std::array<std::pair<Fit, const Cells*>, 2> cases = {
+        {{MultilevelGLMM::fitLogisticRS, &rows.shares},
+         {MultilevelGLMM::fitPoissonRS, &rows.counts}}};
+    for (const auto& [fit, outcome] : cases) {
+        const auto near = fit(rows.data(*outcome), options);
+        for (const double shift : {-3.0, 10.0, 100.0, 1000.0}) {
+            SCOPED_TRACE(shift);
+            MultilevelData data = rows.data(*outcome);
+            Cells far;
+            for (const std::optional<double>& x : rows.x) {
+                far.emplace_back(*x + shift);
+            }
+            data.fixedPredictors = {NumericColumn(far)};
+            const auto result = fit(data, options);
+            EXPECT_TRUE(closeTo(result->logLikelihood, near->logLikelihood,
+                                {.relative = 0, .absolute = 1e-5}));
+            EXPECT_TRUE(closeTo(result->fixedEffects[1].estimate, near->fixedEffects[1].estimate,
+                                {.relative = 1e-3}));
+            EXPECT_TRUE(closeTo(result->fixedEffects[1].standardError,
+                                near->fixedEffects[1].standardError, {.relative = 2e-3}));
+        }
     }
 }
 

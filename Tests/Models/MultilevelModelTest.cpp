@@ -69,6 +69,9 @@ TEST(MultilevelModel, RefusesWhatDoesNotFit) {
     MultilevelOptions unknownSlope = namedOptions(1);
     unknownSlope.randomSlopeName = "x9";
     EXPECT_FALSE(MultilevelModel::fit(rows.data(), unknownSlope));
+    MultilevelData crossed = rows.data();
+    crossed.cluster2 = crossed.cluster;
+    EXPECT_FALSE(MultilevelModel::fit(crossed, unknownSlope));
     unknownSlope.randomSlopeName = "";
     EXPECT_TRUE(MultilevelModel::fit(rows.data(), unknownSlope));
 }
@@ -217,6 +220,61 @@ TEST(MultilevelModel, DoesNotDependOnUnitsOrOffsets) {
                         {.relative = 1e-5}));
 }
 
+Cells shifted(const Cells& x, double scale, double shift) {
+    Cells result;
+    for (const std::optional<double>& value : x) {
+        result.emplace_back(*value * scale + shift);
+    }
+    return result;
+}
+
+/// Rows whose slope differs between clusters.
+Simulated sloping() {
+    Simulated rows(10, 8, 3.0);
+    SplitMix64 random(9);
+    for (std::size_t i = 0; i < rows.x.size(); i += 8) {
+        const double slope = random.nextUnitDouble();
+        for (std::size_t j = i; j < i + 8; ++j) {
+            *rows.outcome[j] += slope * *rows.x[j];
+        }
+    }
+    return rows;
+}
+
+TEST(MultilevelModel, CountsDegreesWhereverTheSlopeHasItsZero) {
+    const Simulated rows = sloping();
+    MultilevelOptions options = namedOptions(1);
+    options.randomSlopeName = "x1";
+    for (const MultilevelDFMethod method :
+         {MultilevelDFMethod::satterthwaite, MultilevelDFMethod::kenwardRoger}) {
+        options.dfMethod = method;
+        const auto fit = MultilevelModel::fit(rows.data(), options);
+        EXPECT_TRUE(closeTo(*fit->fixedEffects[1].df, 9.0, {.relative = 0.05}));
+        for (const double shift : {-50.0, 500.0, 2000.0}) {
+            SCOPED_TRACE(shift);
+            const auto other = MultilevelModel::fit(
+                dataOf(rows.outcome, {shifted(rows.x, 1.0, shift)}, rows.cluster), options);
+            EXPECT_TRUE(
+                closeTo(*other->fixedEffects[1].df, *fit->fixedEffects[1].df, {.relative = 1e-2}));
+        }
+    }
+}
+
+TEST(MultilevelModel, CountsDegreesInAnyUnit) {
+    const Simulated rows = sloping();
+    for (const MultilevelDFMethod method :
+         {MultilevelDFMethod::satterthwaite, MultilevelDFMethod::kenwardRoger}) {
+        MultilevelOptions options = namedOptions(1);
+        options.dfMethod = method;
+        const auto fit = MultilevelModel::fit(rows.data(), options);
+        const auto other = MultilevelModel::fit(
+            dataOf(rows.outcome, {shifted(rows.x, 1e12, 0.0)}, rows.cluster), options);
+        EXPECT_LT(*fit->fixedEffects[1].df, 100.0);
+        EXPECT_TRUE(
+            closeTo(*other->fixedEffects[1].df, *fit->fixedEffects[1].df, {.relative = 1e-3}));
+    }
+}
+
 TEST(MultilevelModel, CorrelatesOnlyWhereThereIsASlope) {
     const Simulated rows(12, 6, 4.0);
     MultilevelOptions options = namedOptions(1);
@@ -263,6 +321,25 @@ TEST(MultilevelModel, ShrinksTheDeparturesOfClusters) {
     EXPECT_TRUE(closeTo(effects[3].interceptError, std::sqrt(between * (1.0 - reliability)),
                         {.relative = 1e-6}));
     EXPECT_FALSE(effects[3].slope);
+}
+
+/// A result does not tell the correlation where both variances are tiny.
+TEST(MultilevelModel, DepartsAlikeInAnyUnit) {
+    const Simulated rows = sloping();
+    MultilevelOptions options = namedOptions(1);
+    options.randomSlopeName = "x1";
+    const MultilevelData tiny = dataOf(shifted(rows.outcome, 1e-9, 0.0), {rows.x}, rows.cluster);
+    const auto fit = MultilevelModel::fit(rows.data(), options);
+    const auto tinyFit = MultilevelModel::fit(tiny, options);
+    ASSERT_TRUE(fit->randomEffectCorrelation && !tinyFit->randomEffectCorrelation);
+    const auto effects = MultilevelModel::clusterEffects(rows.data(), options, *fit);
+    const auto tinyEffects = MultilevelModel::clusterEffects(tiny, options, *tinyFit);
+    for (std::size_t c = 0; c < effects.size(); ++c) {
+        EXPECT_TRUE(closeTo(1e9 * tinyEffects[c].intercept, effects[c].intercept,
+                            {.relative = 1e-4, .absolute = 1e-4}));
+        EXPECT_TRUE(closeTo(1e9 * *tinyEffects[c].slope, *effects[c].slope,
+                            {.relative = 1e-4, .absolute = 1e-4}));
+    }
 }
 
 TEST(MultilevelInputs, LagsWithinClustersByTime) {

@@ -90,11 +90,18 @@ TEST(StructuralEquationModel, BlocksWhatCannotBeEstimated) {
     }
 }
 
-TEST(StructuralEquationModel, BlocksPathsThatCannotBeSolved) {
-    const auto result = Survey(50).fit("q1 ~ 1*q3\nq3 ~ 1*q1");
-    EXPECT_EQ(messages(*result), Texts{"Model-implied covariance could not be evaluated at the "
-                                       "solution."});
-    EXPECT_FALSE(result->converged);
+TEST(StructuralEquationModel, BlocksWhereNoStartImpliesACovariance) {
+    const Texts models = {"q1 ~ 1*q3\nq3 ~ 1*q1", "q1 ~~ 10*q2", "f =~ q1 + q3 + q5\nq1 ~~ -1*q1",
+                          "f =~ q1 + q3 + q5\ng =~ q2 + q4\nf ~~ 3*g", "q1 ~ 1000000*q2"};
+    for (const std::string& model : models) {
+        const auto result = Survey(50).fit(model);
+        EXPECT_EQ(messages(*result), Texts{"Model-implied covariance could not be evaluated at the "
+                                           "solution."})
+            << model;
+        EXPECT_FALSE(result->converged) << model;
+        EXPECT_TRUE(result->parameters.empty()) << model;
+        EXPECT_TRUE(std::isnan(result->discrepancy) && std::isnan(result->fit.chiSquare)) << model;
+    }
 }
 
 TEST(StructuralEquationModel, CautionsAboutSmallSamplesAndNegativeVariances) {
@@ -266,17 +273,24 @@ TEST(SEMFitMeasures, HasNoncentralProbabilities) {
         {__LINE__, 85.3, 24, 61.3, 0.522061613397734},
         {__LINE__, 3, 1, 0.5, 0.839944426939826},
         {__LINE__, 1e-3, 1, 1e-6, 0.0252271080206864},
-        {__LINE__, 5000, 1130, 3900, 0.413844547226875},
-        {__LINE__, 40000, 300, 39500, 0.692895933279624},
+        {__LINE__, 5000, 1130, 3900, 0.413844547226902},
+        {__LINE__, 40000, 300, 39500, 0.692895933283035},
         {__LINE__, 10, 50, 5, 2.10636730968761e-11},
         {__LINE__, 2, 500, 3, 0},
         {__LINE__, 0, 3, 1, 0},
+        {__LINE__, 1e5, 1e5, 10, 0.491675291536779},
+        {__LINE__, 942847, 24, 942000, 0.664362510644831},
+        {__LINE__, 942847, 24, 0, 1},
+        {__LINE__, 3e14, 24, 2.9999999e14, 0.613584750509291},
+        {__LINE__, 3e14, 24, 1e-9, 1},
+        {__LINE__, 24, 24, 3e14, 0},
         {__LINE__, 1, 0, 1, notANumber},
+        {__LINE__, 1, 1.5, 1, notANumber},
     };
     for (const Case& each : cases) {
         EXPECT_TRUE(
             closeTo(SEMFitMeasures::noncentralChiSquareCDF(each.x, each.df, each.noncentrality),
-                    each.probability, {.relative = 1e-8, .absolute = 1e-15}))
+                    each.probability, {.relative = 1e-10, .absolute = 1e-15}))
             << "line " << each.line;
     }
 }
@@ -287,11 +301,16 @@ TEST(SEMFitMeasures, BoundsTheRMSEAWhereThereAreDegreesOfFreedom) {
     EXPECT_FALSE(SEMFitMeasures::rmseaConfidenceInterval(notANumber, 3, 100));
     const auto perfect = SEMFitMeasures::rmseaConfidenceInterval(0.0, 3, 100);
     EXPECT_EQ(*perfect, (RMSEAInterval{.lower = 0.0, .upper = 0.0}));
-    const auto poor = SEMFitMeasures::rmseaConfidenceInterval(20000.0, 300, 1000);
-    for (const auto& [bound, tail] : {std::pair(poor->lower, 0.95), std::pair(poor->upper, 0.05)}) {
-        const double noncentrality = bound * bound * 300 * 1000;
-        EXPECT_TRUE(closeTo(SEMFitMeasures::noncentralChiSquareCDF(20000.0, 300, noncentrality),
-                            tail, {.relative = 1e-9}));
+    for (const double chiSquare : {400.0, 20000.0, 3e14}) {
+        const auto poor = SEMFitMeasures::rmseaConfidenceInterval(chiSquare, 300, 1000);
+        for (const auto& [bound, tail] :
+             {std::pair(poor->lower, 0.95), std::pair(poor->upper, 0.05)}) {
+            const double noncentrality = bound * bound * 300 * 1000;
+            EXPECT_TRUE(
+                closeTo(SEMFitMeasures::noncentralChiSquareCDF(chiSquare, 300, noncentrality), tail,
+                        {.relative = 1e-5}))
+                << chiSquare;
+        }
     }
 }
 

@@ -108,6 +108,9 @@ TEST(SEMModelSpecParser, SaysWhatItCannotRead) {
         {"f =~ 1*2x", rightName + "\"2x\""},
         {"f =~ 1*", rightName + "\"\""},
         {"f =~ a-b", rightName + "\"a-b\""},
+        {"f =~ inf*a + b", "The multiplier \"inf\" of \"a\" is not a finite number."},
+        {"a ~~ -NaN * `b c`", "The multiplier \"-NaN\" of \"`b c`\" is not a finite number."},
+        {"a ~ 1e999*b", "The multiplier \"1e999\" of \"b\" is not a finite number."},
     };
     for (const auto& [text, message] : cases) {
         EXPECT_EQ(messageOf([&text = text] { return SEMModelSpecParser::parse(text); }), message)
@@ -130,6 +133,23 @@ TEST(SEMModel, FixesTheFirstIndicatorUnlessItHasAValue) {
         }
         EXPECT_TRUE(slots[loadings.size()].ends_with("residualVariance")) << text;
     }
+}
+
+TEST(SEMModel, RefusesAPathOfTwoValues) {
+    const Texts columns = {"x1", "x2", "x3"};
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"f =~ x1 + x2\nf =~ 0.5*x1", "f =~ x1"},
+        {"f =~ x1 + 0.5*x2\nf =~ x2", "f =~ x2"},
+        {"x1 ~ 2*x2 + 3*x2", "x1 ~ x2"},
+        {"f =~ x1 + 0.5*x2\nx2 ~ f", "x2 ~ f"},
+    };
+    for (const auto& [text, path] : cases) {
+        EXPECT_EQ(messageOf([&text = text, &columns] { built(text, columns); }),
+                  "The model has the path \"" + path + "\" twice, with different values.")
+            << text;
+    }
+    EXPECT_EQ(built("x1 ~ 2*x2 + x3\nx1 ~ 2*x2", columns).freeCount,
+              built("x1 ~ 2*x2 + x3", columns).freeCount);
 }
 
 TEST(SEMModel, FreesWhatGoesWithoutSaying) {

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
 #include "SorvaneCore/Prepare/Imputation/NearestDonors.h"
+#include "SorvaneCore/Prepare/Imputation/PooledT.h"
 
 namespace sorvane {
 namespace {
@@ -109,6 +111,45 @@ TEST(MultipleImputation, FallsBackWhereThereIsNobodyToDrawFrom) {
         << "predicted with no residual";
 }
 
+TEST(MultipleImputation, TracesWhatEachSweepFillsIn) {
+    const std::vector<NumericColumn> columns = someColumns();
+    ImputationOptions options{.variableNames = {"x", "y", "z"}, .m = 4, .maxIterations = 3};
+    std::vector<double> shares;
+    const auto caller = std::this_thread::get_id();
+    options.progress = [&](double share) {
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        shares.push_back(share);
+    };
+    const auto traced = MultipleImputation::imputeTraced(columns, options);
+    ASSERT_TRUE(traced);
+    EXPECT_EQ(traced->result,
+              MultipleImputation::impute(
+                  columns, {.variableNames = {"x", "y", "z"}, .m = 4, .maxIterations = 3}));
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_GE(shares.size(), 3U);
+    EXPECT_LE(shares.back(), 1.0);
+    ASSERT_EQ(traced->trace.moments.size(), 4U);
+    ASSERT_EQ(traced->trace.moments[3].size(), 3U);
+    double sum = 0.0;
+    double count = 0.0;
+    for (std::size_t row = 0; row < columns[0].size(); ++row) {
+        if (!columns[0][row]) {
+            sum += *traced->result.imputedDatasets[3][0][row];
+            count += 1.0;
+        }
+    }
+    EXPECT_NEAR(traced->trace.moments[3].back()[0].mean, sum / count, 1e-12);
+    EXPECT_EQ(traced->trace.stepsWithoutFit, (std::vector<std::int64_t>{0, 0, 0}));
+
+    const NumericColumn constant(Cells{1.0, 1.0, 1.0, 1.0, 1.0});
+    const NumericColumn gap(Cells{1.0, 2.0, {}, 4.0, 5.0});
+    const std::vector<NumericColumn> collinear = {constant, gap};
+    EXPECT_EQ(MultipleImputation::imputeTraced(
+                  collinear, {.variableNames = {"c", "g"}, .m = 2, .maxIterations = 3})
+                  ->trace.stepsWithoutFit,
+              (std::vector<std::int64_t>{0, 6}));
+}
+
 TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {
     const std::vector<NumericColumn> columns = someColumns();
     int sweeps = 0;
@@ -118,20 +159,56 @@ TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {
     };
     EXPECT_FALSE(MultipleImputation::impute(columns, options));
     EXPECT_EQ(sweeps, 4);
-    EXPECT_FALSE(MultipleImputation::impute(columns, {.m = 0}));
-    EXPECT_FALSE(MultipleImputation::impute(columns, {.maxIterations = 0}));
+    const std::vector<std::string> names = {"x", "y", "z"};
+    EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = names, .m = 0}));
+    EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = names, .maxIterations = 0}));
+    EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = {"x"}}));
     const std::vector<NumericColumn> ragged = {columns[0], NumericColumn(Cells{1.0})};
-    EXPECT_FALSE(MultipleImputation::impute(ragged, {}));
+    EXPECT_FALSE(MultipleImputation::impute(ragged, {.variableNames = {"x", "y"}}));
+    EXPECT_FALSE(MultipleImputation::meanImpute(ragged));
+    EXPECT_FALSE(MultipleImputation::medianImpute(ragged));
+    EXPECT_FALSE(MultipleImputation::regressionImpute(ragged));
+}
+
+TEST(MultipleImputation, KeepsTheMeanWhereThePredictionIsBeyondAllNumbers) {
+    const std::vector<NumericColumn> columns = {
+        NumericColumn(Cells{1e300, 2e300, {}, 1e300, 5e300}),
+        NumericColumn(Cells{1.0, 2.0, 1e300, 8.0, 9.0})};
+    const auto result = MultipleImputation::impute(columns, {.variableNames = {"x", "y"}, .m = 1});
+    ASSERT_TRUE(result);
+    EXPECT_DOUBLE_EQ(result->imputedDatasets[0][0][2].value_or(0.0), 2.25e300);
 }
 
 TEST(MultipleImputation, PoolsCopiesThatAgreeOnTheNormalDistribution) {
-    const std::vector<double> same = {2.0, 2.0};
-    const std::vector<double> variances = {0.25, 0.25};
-    const PooledEstimate pooled = MultipleImputation::pool(same, variances);
-    EXPECT_EQ(pooled.degreesOfFreedom, std::numeric_limits<double>::infinity());
-    EXPECT_EQ(pooled.fractionMissingInfo, 0.0);
-    EXPECT_NEAR(pooled.confidenceIntervalUpper, 2.0 + 0.5 * 1.959963984540054, 1e-12);
-    EXPECT_TRUE(std::isnan(MultipleImputation::pool({}, {}).estimate));
+    for (const std::size_t m : {2U, 3U, 7U, 20U, 40U}) {
+        for (const double estimate : {2.0, 0.1, 1.0 / 3.0, -1e-9}) {
+            const std::vector<double> same(m, estimate);
+            const std::vector<double> variances(m, 0.25);
+            const PooledEstimate pooled = MultipleImputation::pool(same, variances);
+            EXPECT_EQ(pooled.degreesOfFreedom, std::numeric_limits<double>::infinity()) << m;
+            EXPECT_EQ(pooled.fractionMissingInfo, 0.0);
+            EXPECT_NEAR(pooled.confidenceIntervalUpper, estimate + 0.5 * 1.959963984540054, 1e-12);
+        }
+    }
+    EXPECT_TRUE(std::isnan(MultipleImputation::pool({}, {}).standardError));
+    const std::vector<double> unknown = {1.0, std::nan("")};
+    const PooledEstimate pooled = MultipleImputation::pool(unknown, unknown);
+    EXPECT_TRUE(std::isnan(pooled.standardError));
+    EXPECT_TRUE(std::isnan(pooled.fractionMissingInfo));
+}
+
+TEST(PooledT, KeepsItsDigitsAsTheDegreesOfFreedomGrow) {
+    // R's qt(0.975, df) and 2 * pt(-2, df).
+    struct Case {
+        double df, critical, pValue;
+    };
+    for (const Case& each : {Case{1e5, 1.9599877075346088, 0.045502963457506464},
+                             Case{1e7, 1.9599642217672049, 0.045500290891842946},
+                             Case{1e10, 1.9599639847772807, 0.045500263923353795},
+                             Case{1e20, 1.9599639845400536, 0.045500263896358396}}) {
+        EXPECT_NEAR(PooledT::critical(0.05, each.df), each.critical, 1e-10) << each.df;
+        EXPECT_NEAR(PooledT::pValue(-2.0, each.df), each.pValue, 1e-9) << each.df;
+    }
 }
 
 TEST(MICEAnalysis, PoolsWhatTheCopiesGive) {

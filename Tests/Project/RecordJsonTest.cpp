@@ -37,6 +37,15 @@ TEST(RecordJson, KeepsNumbersThatAreNotFiniteApartFromAbsentOnes) {
     EXPECT_TRUE(std::isnan(fromJson<double>(toJson(std::numeric_limits<double>::quiet_NaN()))));
 }
 
+TEST(RecordJson, KeepsWholeNumbersOfSixtyFourBits) {
+    const std::uint64_t seed = 0x9e3779b97f4a7c15;
+    EXPECT_EQ(toJson(seed).dump(), "11400714819323198485");
+    EXPECT_EQ(fromJson<std::uint64_t>(toJson(seed)), seed);
+    EXPECT_EQ(fromJson<std::uint64_t>(Json::parse("7.0")), 7U);
+    EXPECT_THROW(fromJson<std::uint64_t>(Json(-1)), RecordJsonError);
+    EXPECT_THROW(fromJson<std::int64_t>(toJson(seed)), RecordJsonError);
+}
+
 TEST(RecordJson, RoundTripsBytesOfEveryLength) {
     std::vector<std::uint8_t> bytes;
     for (int length = 0; length < 7; ++length) {

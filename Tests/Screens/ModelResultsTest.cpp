@@ -5,37 +5,13 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
-#include "Tests/Screens/ScreenWorkplace.h"
+#include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
 using Cells = std::vector<std::string>;
-
-/// A workspace with one of the reference tables, whose named columns have roles of their own.
-class ReferenceStudy : public ScreenWorkplace {
-public:
-    explicit ReferenceStudy(const std::string& table) {
-        state.importData(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Reference/data") / table);
-        EXPECT_FALSE(state.data.importError.get());
-    }
-    /// Fills the screen, runs it, and gives what it then shows.
-    ScreenContent shown(StudioScreen screen, const Settings& settings) {
-        screens.appear(screen);
-        set(settings);
-        const std::optional<std::string> refusal = screens.at(screen).run();
-        EXPECT_FALSE(refusal) << *refusal;
-        return screens.at(screen).content();
-    }
-    /// Stages what the screen shows first.
-    void stage(const ScreenContent& content) { state.addToReport(content.findings.front().item); }
-};
-
-const Card* cardOf(const ScreenContent& content, const std::string& title) {
-    const auto found = std::ranges::find(content.cards, title, &Card::title);
-    return found == content.cards.end() ? nullptr : &*found;
-}
 
 const LinePlot& linesOf(const Card& card) {
     return std::get<LinePlot>(card.charts.at(0).plot);
@@ -101,6 +77,46 @@ TEST_F(SurvivalScreenTest, AHazardRatioIsShownWithItsInterval) {
         "cases, 165 events). The effect of age was not statistically significant, HR = 1.02, "))
         << item.apaSummary;
     EXPECT_EQ(study.screens.at(survival).result()["events"], Json(165));
+}
+
+TEST_F(SurvivalScreenTest, TimesWithDecimalsAreCountedExactly) {
+    study.state.importPastedData("t,e\n0.2,1\n0.4,1\n0.6,0\n0.6,1\n1.2,1\n1.4,0\n");
+    study.assign({"t"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent content =
+        study.shown(survival, {{"survTime", R"("t")"}, {"survEvent", R"("e")"}});
+    const ReportTable& atRisk = content.cards[1].tables.front();
+    EXPECT_EQ(atRisk.headers,
+              (Cells{"Stratum", "0", "0.2", "0.4", "0.6", "0.8", "1", "1.2", "1.4"}));
+    EXPECT_EQ(atRisk.rows.front(), (Cells{"Overall", "6", "6", "5", "4", "2", "2", "2", "1"}));
+}
+
+TEST_F(SurvivalScreenTest, TheCutOfALongTableIsSaidBesideTheNote) {
+    const ScreenContent content = study.shown(
+        survival, {{"survTime", R"("time")"}, {"survEvent", R"("dead")"}, {"survGroup", R"("")"}});
+    const std::string cut = "Showing first 40 of 139. Event coding: 0 = censored";
+    EXPECT_TRUE(content.findings.front().item.table->note->starts_with(cut));
+    EXPECT_TRUE(cardOf(content, "Kaplan–Meier Estimates of Survival")
+                    ->tables.front()
+                    .note->starts_with(cut));
+}
+
+TEST_F(SurvivalScreenTest, HazardRatiosBeyondUseStayReadable) {
+    study.state.importPastedData(
+        "t,e,x,z\n1,1,9,1\n2,1,8,3\n3,1,7,2\n4,1,6,5\n5,0,1,4\n6,0,2,1\n7,0,1,3\n8,0,2,2\n");
+    study.assign({"t", "x", "z"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent content = study.shown(survival, {{"survMode", R"("cox")"},
+                                                         {"survTime", R"("t")"},
+                                                         {"survEvent", R"("e")"},
+                                                         {"survPredictors", R"(["x","z"])"}});
+    const ReportItem& item = content.findings.front().item;
+    const Cells& row = item.table->rows.front();
+    EXPECT_EQ(Cells(row.begin() + 5, row.end()), (Cells{"> 99999", "< 0.001", "> 99999"}));
+    EXPECT_NE(item.apaSummary.find("95% CI [< 0.01, > 99999]"), std::string::npos)
+        << item.apaSummary;
+    const auto& plot = std::get<IntervalPlot>(content.findings.front().figure->plot);
+    EXPECT_TRUE(std::isfinite(plot.rows.front().lower) && std::isfinite(plot.rows.front().upper));
 }
 
 TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {

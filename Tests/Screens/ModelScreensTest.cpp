@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneMac/Screens/StructuralModelText.h"
+#include "SorvaneMac/Screens/Structural/StructuralModelText.h"
 #include "SorvaneMac/State/RecodeDrafts.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
@@ -140,6 +140,24 @@ TEST(ModelScreens, SeedFillsWhatIsBlankAndKeepsTheRest) {
     }
 }
 
+TEST(ModelScreens, StrataThatWereMadeBlankStayBlankUntilANewTable) {
+    for (const bool isSeenFirst : {true, false}) {
+        Workplace workplace;
+        if (isSeenFirst) {
+            workplace.screens.appear(survival);
+        }
+        workplace.set({{"survGroup", R"("")"}});
+        for (int time = 0; time < 2; ++time) {
+            workplace.screens.appear(survival);
+            workplace.expectValues({{"survTime", R"("days")"}, {"survGroup", R"("")"}});
+        }
+        workplace.state.importPastedData("days,dead,arm\n1,0,a\n2,1,b\n3,1,a\n4,0,b\n");
+        workplace.assign({"arm"}, VariableKind::grouping);
+        workplace.screens.appear(survival);
+        workplace.expectValues({{"survGroup", R"("arm")"}});
+    }
+}
+
 TEST(ModelScreens, SeedOfAnEmptyTableLeavesAllBlank) {
     StudioState state{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
     StudioScreens screens{state};
@@ -220,7 +238,20 @@ const std::vector<FormCase> formCases = {
       {"One-factor CFA", ""}, {"Multi-factor CFA", ""}, {"Mediation path model", ""}}},
     {__LINE__, survey, {},
      {{"Weight", "svWeight"}, {"Strata", "svStrata"}, {"Clusters (PSUs)", "svCluster"},
-      {"Variable", "svVar"}, {"Estimand", "svEstimand"}, {"Estimate", ""}}},
+      {"PSUs in the population (fpc)", "svFpc"}, {"Variable", "svVar"}, {"Estimand", "svEstimand"},
+      {"By subgroup", "svGroup"}, {"Confidence level", "svConfidence"}, {"Estimate", ""},
+      {"Use these weights elsewhere", "surveyWeightsActive"},
+      {"In place of strata and clusters", "svReplicates"}}},
+    {__LINE__, survey,
+     {{"svEstimand", R"("ratio")"}, {"svReplicates", R"(["x1"])"},
+      {"svReplicateType", R"("fayBRR")"}},
+     {{"Weight", "svWeight"}, {"Strata", "svStrata"}, {"Clusters (PSUs)", "svCluster"},
+      {"PSUs in the population (fpc)", "svFpc"}, {"Variable", "svVar"}, {"Estimand", "svEstimand"},
+      {"Denominator", "svDenominator"}, {"By subgroup", "svGroup"},
+      {"Confidence level", "svConfidence"}, {"Estimate", ""},
+      {"Use these weights elsewhere", "surveyWeightsActive"},
+      {"In place of strata and clusters", "svReplicates"}, {"Replication", "svReplicateType"},
+      {"Fay factor", "svFayRho"}, {"Scales of the replicates", "svReplicateScale"}}},
     {__LINE__, multilevel, {{"mlPredictors", R"(["x1","q1"])"}, {"mlRandomSlope", R"("x1")"}},
      {{"Structure", "mlStructure"}, {"Outcome family", "mlFamily"}, {"Outcome", "mlOutcome"},
       {"Grouping (cluster)", "mlCluster"}, {"Predictors", "mlPredictors"},
@@ -241,7 +272,7 @@ const std::vector<FormCase> formCases = {
       {"Run latent profiles", ""}, {"Compare 2–6 classes", ""}}},
     {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}},
      {{"Kind of classes", "lcKind"}, {"Indicators", "lcItems"}, {"Classes", "lcClassCount"},
-      {"Run factor mixture", ""}}},
+      {"Run factor mixture", ""}, {"Compare 2–6 classes", ""}}},
     {__LINE__, survival, {},
      {{"Analysis", "survMode"}, {"Time to event or to end of observation", "survTime"},
       {"Event (0 = censored)", "survEvent"}, {"Strata", "survGroup"},
@@ -313,8 +344,10 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
             change(controlOf(workplace.controls(each.screen), label));
             EXPECT_NE(workplace.value(field), before.at(field));
             for (const auto& [name, now] : workplace.values()) {
-                // What the structure forbids goes with it, and the kind brings its mode.
-                const bool isFollower = name == "mlRandomSlope" || name == "lcMode";
+                // What the structure forbids goes with it, a slope becomes a predictor, and the
+                // kind brings its mode.
+                const bool isFollower = name == "mlRandomSlope" || name == "lcMode" ||
+                                        (field == "mlRandomSlope" && name == "mlPredictors");
                 EXPECT_TRUE(name == field || isFollower || now == before.at(name)) << name;
             }
         }
@@ -356,6 +389,19 @@ TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
                   "Outcome family",
                   [&](auto& c) { choose(c, std::string(displayName(MultilevelFamily::poisson))); }),
               kept);
+    EXPECT_EQ(slopeAfter("Structure", [&](auto& c) { choose(c, "Crossed"); }), none);
+}
+
+TEST(ModelScreens, AChosenSlopeBecomesAPredictor) {
+    Workplace workplace;
+    workplace.set({{"mlPredictors", R"(["q1"])"}});
+    workplace.screens.appear(multilevel);
+    const Control control = controlOf(workplace.controls(multilevel), "Random slope");
+    const auto& choice = std::get<ChoiceControl>(control);
+    const auto at = std::ranges::find(choice.choices, "x1");
+    ASSERT_NE(at, choice.choices.end());
+    choice.set(static_cast<std::size_t>(at - choice.choices.begin()));
+    workplace.expectValues({{"mlRandomSlope", R"("x1")"}, {"mlPredictors", R"(["q1","x1"])"}});
 }
 
 struct GateCase {
@@ -366,8 +412,6 @@ struct GateCase {
     std::string title;
     std::string end;
 };
-
-constexpr auto kept = "The analysis comes with a later version.";
 
 // clang-format off
 const std::vector<GateCase> gateCases = {
@@ -401,19 +445,41 @@ const std::vector<GateCase> gateCases = {
      "Nothing to impute yet", "Select at least one variable to impute."},
     {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impTargets", R"(["x1"])"}},
      "Nothing to impute yet", "No missing values in the selected variables."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impMethod", R"("mean")"}},
-     "Single imputation is not in this version", kept},
+    {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impPredictors", R"(["gone"])"}},
+     "A chosen column is missing", ""},
     {__LINE__, sem, {{"semModel", R"(" \n")"}}, "Write a model on the right",
      "Start from a template or tap fields to insert them. The parsed model previews here, then "
      "press Fit model."},
-    {__LINE__, sem, {}, "Structural equation modeling is not in this version", kept},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + b c")"}}, "Model did not parse",
+     "Invalid right-hand side name \"b c\". Check the syntax and that every name matches a numeric "
+     "field. Use =~ for factors, ~ for regressions, ~~ for (co)variances."},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + q2 + school + q8")"}}, "Unknown field(s)",
+     "Not in the dataset: q9, q8. Fix before fitting."},
+    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q2 + school")"}},
+     "Field(s) without numbers to analyze",
+     "Not numeric, or set aside in Variable Types: school. Fix before fitting."},
     {__LINE__, survey, {{"svWeight", R"("")"}}, "Set the sampling weight", ""},
     {__LINE__, survey, {{"svWeight", R"("sick")"}, {"svVar", R"("dead")"}},
      "The weight has values that are no weights",
      "Sampling weights must all be finite and positive."},
     {__LINE__, survey, {{"svStrata", R"("psu")"}}, "Strata and clusters are the same column", ""},
     {__LINE__, survey, {{"svCluster", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, survey, {}, "Survey estimation is not in this version", kept},
+    {__LINE__, survey, {{"svReplicates", R"(["gone"])"}}, "A chosen column is missing", ""},
+    {__LINE__, survey, {{"svReplicates", R"(["weight"])"}}, "The weight is among its own replicates",
+     ""},
+    {__LINE__, survey, {{"svReplicateScale", R"("one")"}},
+     "The scales of the replicates are no numbers", ""},
+    {__LINE__, survey, {{"svWeight", R"("late")"}}, "The weight has values that are no weights",
+     "2 cases have none."},
+    {__LINE__, survey, {{"svFpc", R"("late")"}},
+     "The finite population correction has values that are no counts",
+     "Finite population correction values must be finite and positive."},
+    {__LINE__, survey, {{"svVar", R"("weight")"}}, "A chosen column is missing", ""},
+    {__LINE__, survey, {{"svEstimand", R"("other")"}}, "Choose what to estimate", ""},
+    {__LINE__, survey, {{"svEstimand", R"("ratio")"}}, "Set the denominator of the ratio", ""},
+    {__LINE__, survey, {{"svEstimand", R"("ratio")"}, {"svDenominator", R"("sick")"}},
+     "Numerator and denominator are the same column", ""},
+    {__LINE__, survey, {{"svGroup", R"("sick")"}}, "The subgroups are the variable itself", ""},
     {__LINE__, multilevel, {{"mlOutcome", R"("")"}}, "Set an outcome and a grouping",
      "Choose Nested, Crossed, Growth, or AR lag; set outcome and grouping; then Run."},
     {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlCluster2", R"("school")"}},
@@ -427,8 +493,7 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlFamily", R"("ordinal")"}},
      "Ordinal models take one random intercept", ""},
     {__LINE__, multilevel, {{"mlPredictors", R"(["gone"])"}}, "A chosen column is missing", ""},
-    {__LINE__, multilevel, {{"mlTime", R"("gone")"}}, "Multilevel modeling is not in this version",
-     kept},
+    {__LINE__, multilevel, {{"mlRandomSlope", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, latentClass, {{"lcItems", R"(["q1"])"}}, "Select at least two indicators", ""},
     {__LINE__, latentClass, {{"lcClassCount", "4"}}, "There are too few complete cases",
      "Need at least 12 complete cases for a 4-class profile model."},
@@ -438,8 +503,8 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, latentClass, {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"},
                              {"lcItems", R"(["q1","score"])"}},
      "Select at least two indicators", ""},
-    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}},
-     "Factor mixture analysis is not in this version", kept},
+    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}, {"lcItems", R"(["q1"])"}},
+     "Select at least two indicators", ""},
     {__LINE__, survival, {{"survEvent", R"("")"}}, "Set an event indicator", ""},
     {__LINE__, survival, {{"survEvent", R"("days")"}}, "Time and event are the same column",
      "Confirm nonnegative times, a 0/1 (or nonzero) event indicator, and complete cases. Cox needs "
@@ -450,15 +515,14 @@ const std::vector<GateCase> gateCases = {
     {__LINE__, survival, {{"survGroup", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, mediation, {{"medM", R"("sick")"}}, "Set X, M and Y",
      "X, M/W, and Y must be distinct numeric variables with enough complete cases."},
-    {__LINE__, mediation, {{"medM", R"("sick")"}, {"medMode", R"("moderation")"}},
-     "Moderation analysis is not in this version", kept},
+    {__LINE__, mediation, {{"medW", R"("dead")"}, {"medMode", R"("moderation")"}},
+     "Set X, W and Y", "must be distinct numeric variables with enough complete cases."},
+    {__LINE__, mediation, {{"medM", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, mediation, {{"medCovariates", R"(["late","q1","q2","q3","score","visit"])"}},
      "There are too few complete cases", ""},
     {__LINE__, invariance, {{"invItems", R"(["q1","q2"])"}}, "Select at least three items", ""},
     {__LINE__, invariance, {{"invGroup", R"("gone")"}}, "A chosen column is missing", ""},
     {__LINE__, invariance, {}, "A chosen column is missing", ""},
-    {__LINE__, invariance, {{"invItems", R"(["q1","q2","q3"])"}, {"invGroup", R"("school")"}},
-     "Invariance testing is not in this version", kept},
 };
 // clang-format on
 
@@ -576,6 +640,21 @@ TEST(StructuralModelText, InsertsANameWhereOneIsAwaited) {
     for (const auto& [before, after] : cases) {
         EXPECT_EQ(StructuralModelText::withName(before, "x"), after);
     }
+}
+
+TEST(StructuralModelText, FollowsAColumnThatIsRenamed) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"f =~ x + x1 + 0.5*x", "f =~ `a b` + x1 + 0.5*`a b`"},
+        {"x~`x` # x; y ~~ x\nx.y ~ `x y`", "`a b`~`a b` # x; y ~~ `a b`\nx.y ~ `x y`"},
+        {"f =~ x +", "f =~ `a b` +"},
+        {"f =~ `x", "f =~ `x"},
+        {"x =~ a + b\ny ~ x", "x =~ a + b\ny ~ x"},
+        {"`a b` =~ x + y", "`a b` =~ x + y"},
+        {"größe ~ x # `x", "größe ~ `a b` # `x"}};
+    for (const auto& [before, after] : cases) {
+        EXPECT_EQ(StructuralModelText::withRenamed(before, "x", "a b"), after);
+    }
+    EXPECT_EQ(StructuralModelText::withRenamed("f =~ `a b` + c", "a b", "x"), "f =~ x + c");
 }
 
 }  // namespace

@@ -37,6 +37,10 @@ const std::vector<std::string> oneDraft = {
     R"("output":""})",
     R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
     R"("output":"9"})"};
+const std::string oneProcess = R"({"variables":{"x":"a","middle":"b","y":"c","covariates":[]}})";
+const std::string onePooledCoefficient =
+    R"([{"name":"x","estimate":1.5,"standardError":0.5,"t":3.0,"pValue":0.0625,"ciLower":0.5,)"
+    R"("ciUpper":2.5,"fractionMissingInfo":0.25,"degreesOfFreedom":12.5}])";
 const std::string oneSweepRow = R"([{"k":2,"logLik":-10.5,"aic":25.0,"bic":27.5,"entropy":0.75,)"
                                 R"("converged":true}])";
 
@@ -86,10 +90,19 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "mvSetX", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "mvSetY", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "mvHasRun", "false", "true", withDataset},
+    {__LINE__, "mvPriors", R"("proportional")", R"("equal")", kept},
     {__LINE__, "svWeight", R"("")", R"("a")", withDataset},
     {__LINE__, "svStrata", R"("")", R"("a")", withDataset},
     {__LINE__, "svCluster", R"("")", R"("a")", withDataset},
+    {__LINE__, "svFpc", R"("")", R"("a")", withDataset},
+    {__LINE__, "svReplicates", "[]", R"(["a","b"])", withDataset},
+    {__LINE__, "svReplicateType", R"("jackknife")", R"("fayBRR")", withDataset},
+    {__LINE__, "svFayRho", "0.5", "0.25", withDataset},
+    {__LINE__, "svReplicateScale", R"("")", R"("0.9")", withDataset},
     {__LINE__, "svVar", R"("")", R"("a")", withDataset},
+    {__LINE__, "svDenominator", R"("")", R"("a")", withDataset},
+    {__LINE__, "svGroup", R"("")", R"("a")", withDataset},
+    {__LINE__, "svConfidence", "95", "90", kept},
     {__LINE__, "svEstimand", R"("mean")", R"("other")", kept},
     {__LINE__, "svHasRun", "false", "true", withDataset},
     {__LINE__, "surveyWeightsActive", "false", "true", withDataset},
@@ -136,8 +149,11 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "impRegPredictors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "impCorrX", R"("")", R"("a")", withDataset},
     {__LINE__, "impCorrY", R"("")", R"("a")", withDataset},
+    {__LINE__, "impChart", R"("")", R"("a")", withDataset},
+    {__LINE__, "impPooledCoefs", "[]", onePooledCoefficient, withDataset},
     {__LINE__, "semModel", R"("")", R"("other")", withDataset},
     {__LINE__, "semHasRun", "false", "true", withDataset},
+    {__LINE__, "semResult", "null", R"({"text":"f =~ a"})", withDataset},
     {__LINE__, "mlStructure", R"("nested")", R"("autoregressive")", withDataset},
     {__LINE__, "mlFamily", R"("gaussian")", R"("ordinal")", withDataset},
     {__LINE__, "mlDFMethod", R"("wald")", R"("kenwardRoger")", withDataset},
@@ -165,6 +181,8 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "medY", R"("")", R"("a")", withDataset},
     {__LINE__, "medCovariates", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "medHasRun", "false", "true", withDataset},
+    {__LINE__, "medResult", "null", oneProcess, withDataset},
+    {__LINE__, "modResult", "null", oneProcess, withDataset},
     {__LINE__, "invItems", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "invGroup", R"("")", R"("a")", withDataset},
     {__LINE__, "invHasRun", "false", "true", withDataset},
@@ -198,6 +216,8 @@ const std::vector<std::string> runFields = {"cmTTestRun",
                                             "cmRepeatedMeasuresRun",
                                             "cmAncovaRun",
                                             "mvManovaStored",
+                                            "mvDiscriminantStored",
+                                            "mvCanonicalStored",
                                             "npMannWhitneyRun",
                                             "npWilcoxonRun",
                                             "npKruskalWallisRun",
@@ -218,7 +238,16 @@ const std::vector<std::string> runFields = {"cmTTestRun",
                                             "drTreeRun",
                                             "lcSweepBasis",
                                             "lcResult",
-                                            "lcClassesResult"};
+                                            "lcClassesResult",
+                                            "fmResult",
+                                            "invResult",
+                                            "mlOrdinalResult",
+                                            "mlResult",
+                                            "svResult",
+                                            "impResult",
+                                            "impPooledBasis",
+                                            "impPooled",
+                                            "impPooledCorr"};
 
 class ScreenFieldsTest : public testing::Test {
 protected:
@@ -266,7 +295,7 @@ TEST_F(ScreenFieldsTest, NamesOfColumnsFollowARenameAndCategoriesDoNot) {
     fields.compareMeans.cmGroup1.set("north");
     editor.cvSources.set({"north", "west"});
     editor.dvNewName.set("north");
-    fields.structural.semModel.set("north");
+    fields.structural.semModel.set({"f =~ north + northern"});
 
     registry.renameVariable("north", "south");
 
@@ -274,7 +303,7 @@ TEST_F(ScreenFieldsTest, NamesOfColumnsFollowARenameAndCategoriesDoNot) {
     EXPECT_EQ(fields.compareMeans.cmGroup1.get(), "north");
     EXPECT_EQ(editor.cvSources.get(), (NameSet{"south", "west"}));
     EXPECT_EQ(editor.dvNewName.get(), "north");
-    EXPECT_EQ(fields.structural.semModel.get(), "north");
+    EXPECT_EQ(fields.structural.semModel->text, "f =~ south + northern");
 }
 
 }  // namespace

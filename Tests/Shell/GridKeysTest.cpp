@@ -57,6 +57,25 @@ protected:
     using Place = std::pair<int, int>;
 };
 
+TEST_F(GridKeys, WhatIsStillBeingTypedIsSavedAndAskedAbout) {
+    openBlank();
+    ASSERT_TRUE(state_.saveProject(folder_ / "typed.svp"));
+    settle();
+    ASSERT_FALSE(window_.isWindowModified());
+    type("42");
+    EXPECT_EQ(cell(0, 0), "") << "still in the editor";
+    saveAnswer_ = SaveAnswer::cancel;
+    EXPECT_FALSE(window_.close());
+    EXPECT_EQ(asked_.back().substr(0, 4), "save");
+
+    type("7");
+    EXPECT_EQ(cell(0, 0), "42") << "the editor is still open";
+    ASSERT_TRUE(state_.saveProject());
+    EXPECT_EQ(cell(0, 0), "427");
+    EXPECT_FALSE(state_.hasUnsavedWork());
+    EXPECT_TRUE(read("typed.svp").contains("427"));
+}
+
 TEST_F(GridKeys, FindForwardAndBackwardAndReturnToTheTable) {
     openTowns();
     press(Qt::Key_F, Qt::ControlModifier);

@@ -117,6 +117,21 @@ TEST_F(WindowWork, SaysWhyItCannotRun) {
     EXPECT_TRUE(anyButton("Run t-test")->isEnabled());
 }
 
+TEST_F(WindowWork, SaysLastWhatHappenedLast) {
+    paste();
+    EXPECT_FALSE(state_.saveProject(folder_ / "nowhere" / "study.svp"));
+    settle();
+    EXPECT_TRUE(says("Save failed: No such file or directory."));
+    ASSERT_TRUE(state_.saveMethodFile(folder_));
+    settle();
+    EXPECT_FALSE(says("Save failed: No such file or directory."));
+    EXPECT_EQ(state_.projectError.get(), std::nullopt);
+    EXPECT_TRUE(says(qtText(*state_.saveStatusMessage.get())));
+    state_.exportDatasetCSV(folder_ / "table.csv");
+    settle();
+    EXPECT_TRUE(says(qtText(*state_.projectMessage.get())));
+}
+
 TEST_F(WindowWork, RemovesAFindingAndClearsTheRest) {
     stageTwo();
     EXPECT_TRUE(says("t-test: score by site"));

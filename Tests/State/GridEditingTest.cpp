@@ -83,6 +83,39 @@ TEST_F(GridEditing, OneChangeOfSizeIsOneStepBack) {
     EXPECT_EQ(state_.dataset().rowCount(), 12000);
 }
 
+TEST_F(GridEditing, AStepBackWarnsOfAllThatGoesWithIt) {
+    const auto losing = [](const std::string& what) {
+        return "The table goes back to what it was before the removal of 1 row(s). What came since "
+               "then is lost: " +
+               what + ".";
+    };
+    const auto shrink = [this] {
+        state_.setDatasetRowCount(state_.dataset().rowCount() - 1);
+    };
+
+    shrink();
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+    state_.addDatasetRow();
+    EXPECT_EQ(state_.undoLoses(), losing("rows and columns that were added"));
+    state_.updateDatasetCell(0, 0, "typed");
+    EXPECT_EQ(state_.undoLoses(),
+              losing("what was typed (1 cell(s)), rows and columns that were added"));
+    shrink();
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+    state_.assignVariable(state_.dataset().variable("Var1")->id, VariableKind::outcome);
+    EXPECT_EQ(state_.undoLoses(), losing("roles that were changed"));
+    shrink();
+    state_.data.datasetDraftName.set("Other");
+    state_.updateDatasetName();
+    state_.scale.reverseCodedItemNames.set({"Var1"});
+    EXPECT_EQ(state_.undoLoses(),
+              losing("the name of the table, marks of items as reversed or unreliable"));
+    ASSERT_TRUE(state_.deleteDatasetColumn(0));
+    EXPECT_EQ(state_.undoLoses(), std::nullopt) << "the mark goes and comes with its column";
+    ASSERT_TRUE(state_.undoLastDataChange());
+    EXPECT_EQ(state_.undoLoses(), std::nullopt);
+}
+
 TEST_F(GridEditing, HeadersStayUniqueAndSelectionsFollow) {
     state_.updateDatasetCell(0, 0, "4");
     state_.updateDatasetCell(1, 0, "5");

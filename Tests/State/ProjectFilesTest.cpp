@@ -208,12 +208,39 @@ TEST_F(ProjectFiles, AreAutosavedInTheBackground) {
     EXPECT_TRUE(next_.recentProjects().empty());
     next_.discardAutosave();
     EXPECT_FALSE(state_.hasAutosave());
+}
 
-    std::ofstream(folder_ / "file");
-    next_.keepAutosaveIn(folder_ / "file");
-    next_.autosave();
-    next_.finishAutosave();
-    EXPECT_EQ(next_.projectError.get(), std::nullopt);
+TEST_F(ProjectFiles, ThatCannotBeAutosavedAreTriedAgainInSilence) {
+    work(state_);
+    std::ofstream(folder_ / "support");
+    state_.keepAutosaveIn(folder_ / "support");
+    const std::optional<std::string> message = state_.projectMessage.get();
+    state_.autosave();
+    state_.finishAutosave();
+    EXPECT_TRUE(state_.hasAutosaveFailed());
+    EXPECT_FALSE(state_.hasAutosave());
+    EXPECT_EQ(state_.projectError.get(), std::nullopt);
+    EXPECT_EQ(state_.projectMessage.get(), message);
+
+    std::filesystem::remove(folder_ / "support");
+    state_.autosave();
+    state_.finishAutosave();
+    EXPECT_FALSE(state_.hasAutosaveFailed());
+    EXPECT_TRUE(state_.hasAutosave());
+}
+
+TEST_F(ProjectFiles, AreTheLatestWordOfTheStatusLineUntilAnotherIsSaid) {
+    work(state_);
+    ASSERT_TRUE(state_.saveProject(folder_ / "study.svp"));
+    ASSERT_TRUE(state_.saveStatusMessage->has_value());
+    EXPECT_TRUE(state_.exportDatasetCSV(folder_ / "table.csv"));
+    EXPECT_EQ(state_.saveStatusMessage.get(), std::nullopt) << "it would hide the newer message";
+    EXPECT_EQ(state_.projectMessage.get(),
+              "Exported dataset to " + (folder_ / "table.csv").string() + ".");
+    EXPECT_FALSE(state_.exportDatasetCSV(std::nullopt));
+    EXPECT_EQ(state_.projectMessage.get(), "Export cancelled.");
+    ASSERT_TRUE(state_.saveProject());
+    EXPECT_EQ(state_.saveStatusMessage.get(), "Saved study.svp.");
 }
 
 }  // namespace

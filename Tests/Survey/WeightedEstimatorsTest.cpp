@@ -143,12 +143,27 @@ TEST(WeightedEstimators, SkipReplicatesThatGiveNoWeight) {
         ReplicateWeights{.weights = {{2, 0, 1, 1}, {0, 2, 1, 1}, {0, 0, 0, 0}},
                          .type = ReplicateType::balancedRepeatedReplication};
     const NumericColumn values = column({0, 4, 2, 2});
-    EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, 1.0);
+    EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, std::sqrt(2.0 / 3.0))
+        << "of three replicates";
     design.replicateWeights->type = ReplicateType::fayBRR;
     design.replicateWeights->fayRho = 0.5;
-    EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, 2.0);
+    EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, std::sqrt(8.0 / 3.0));
     design.replicateWeights->replicateScale = {{3.0, 1.0, 9.0}};
     EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, 2.0);
+    design.replicateWeights->weights[0][1] = std::nan("");
+    EXPECT_EQ(WeightedEstimators::mean(values, design).readiness.status,
+              AnalysisReadinessStatus::blocked)
+        << "a missing replicate weight is not passed over";
+}
+
+TEST(SurveyDesign, AsksNothingOfColumnsOfAnotherLength) {
+    SurveyDesign design{.weights = {1, 1, 1}};
+    design.strata = TextColumn::of(Texts{"a"});
+    design.clusters = TextColumn::of(Texts{"a", "b", "c", "d"});
+    EXPECT_EQ(design.structuralErrors().size(), 2U);
+    EXPECT_EQ(design.designDegreesOfFreedom(), 2);
+    EXPECT_TRUE(design.singlePSUStrata().empty());
+    EXPECT_TRUE(design.readinessIssues().empty());
 }
 
 TEST(WeightedEstimators, KeepTheWholeDesignForASubgroup) {
@@ -165,6 +180,17 @@ TEST(WeightedEstimators, KeepTheWholeDesignForASubgroup) {
     EXPECT_DOUBLE_EQ(estimates[0].estimate.estimate, ratio.estimate);
     EXPECT_NEAR(estimates[0].estimate.standardError, ratio.standardError, 1e-14);
     EXPECT_EQ(estimates[0].estimate.validN, 4);
+
+    const std::vector<DomainEstimate> ratios =
+        WeightedEstimators::ratioByGroup(values, column({2, 1, 2, 1, 2, 1, 2, 1}), *groups, design);
+    const WeightedEstimate other = WeightedEstimators::ratio(
+        column({0, 2, 0, 0, 0, 13, 0, 34}), column({0, 1, 0, 0, 0, 1, 0, 1}), design);
+    EXPECT_DOUBLE_EQ(ratios[1].estimate.estimate, other.estimate);
+    EXPECT_NEAR(ratios[1].estimate.standardError, other.standardError, 1e-14);
+    EXPECT_EQ(WeightedEstimators::ratioByGroup(values, column({1}), *groups, design)
+                  .front()
+                  .estimate.readiness.status,
+              AnalysisReadinessStatus::blocked);
 }
 
 TEST(SurveyVariance, GivesVariancesOnItsDiagonal) {

@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "SorvaneCore/Analyses/GeneralizedRegression/GeneralizedRegressionWording.h"
-#include "SorvaneCore/Analyses/GeneralizedRegression/OrdinalLikelihood.h"
 #include "SorvaneCore/Analyses/GeneralizedRegression/StandardizedDesign.h"
 #include "SorvaneCore/Analyses/GeneralizedRegression/WaldTest.h"
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Numerics/OrdinalLikelihood.h"
 
 namespace sorvane::OrdinalRegressionTests {
 

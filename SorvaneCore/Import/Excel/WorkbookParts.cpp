@@ -13,15 +13,15 @@ constexpr std::size_t mostSheets = std::size_t{1} << 16;
 
 }  // namespace
 
-void WorkbookSheetParser::startElement(std::string_view name, const XmlAttributes& attributes) {
+void WorkbookSheetParser::startElement(XmlName name, const XmlAttributes& attributes) {
     if (name != "sheet") {
         return;
     }
     const auto sheetName = attributes.value("name");
     auto relationshipID = attributes.value("r:id");
     if (!relationshipID) {
-        relationshipID = attributes.valueWhere([](std::string_view attribute) {
-            return attribute == "id" || attribute.ends_with(":id");
+        relationshipID = attributes.valueWhere([](XmlName attribute) {
+            return attribute == "id" || attribute.text().ends_with(":id");
         });
     }
     if (sheetName && relationshipID) {
@@ -33,8 +33,7 @@ void WorkbookSheetParser::startElement(std::string_view name, const XmlAttribute
     }
 }
 
-void WorkbookRelationshipsParser::startElement(std::string_view name,
-                                               const XmlAttributes& attributes) {
+void WorkbookRelationshipsParser::startElement(XmlName name, const XmlAttributes& attributes) {
     const auto id = attributes.value("Id");
     const auto target = attributes.value("Target");
     if (name == "Relationship" && id && target) {
@@ -45,7 +44,7 @@ void WorkbookRelationshipsParser::startElement(std::string_view name,
     }
 }
 
-void SharedStringsParser::startElement(std::string_view name, const XmlAttributes&) {
+void SharedStringsParser::startElement(XmlName name, const XmlAttributes&) {
     if (name == "si") {
         isInsideSharedString_ = true;
         currentString_.clear();
@@ -60,7 +59,7 @@ void SharedStringsParser::characters(std::string_view text) {
     }
 }
 
-void SharedStringsParser::endElement(std::string_view name) {
+void SharedStringsParser::endElement(XmlName name) {
     if (name == "t") {
         isInsideText_ = false;
     } else if (name == "si") {

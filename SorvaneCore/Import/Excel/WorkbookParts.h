@@ -22,7 +22,7 @@ class WorkbookSheetParser : public XmlEvents {
 public:
     std::vector<WorkbookSheet> sheets;
 
-    void startElement(std::string_view name, const XmlAttributes& attributes) override;
+    void startElement(XmlName name, const XmlAttributes& attributes) override;
 };
 
 /// Gathers what relationship IDs point to.
@@ -30,7 +30,7 @@ class WorkbookRelationshipsParser : public XmlEvents {
 public:
     std::map<std::string, std::string, std::less<>> relationships;
 
-    void startElement(std::string_view name, const XmlAttributes& attributes) override;
+    void startElement(XmlName name, const XmlAttributes& attributes) override;
 };
 
 /// Gathers the shared strings, the runs of each joined, phonetic runs too.
@@ -38,9 +38,9 @@ class SharedStringsParser : public XmlEvents {
 public:
     TextList strings;
 
-    void startElement(std::string_view name, const XmlAttributes& attributes) override;
+    void startElement(XmlName name, const XmlAttributes& attributes) override;
     void characters(std::string_view text) override;
-    void endElement(std::string_view name) override;
+    void endElement(XmlName name) override;
 
 private:
     std::string currentString_;

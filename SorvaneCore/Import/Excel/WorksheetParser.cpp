@@ -29,7 +29,7 @@ bool isBefore(const WorksheetCell& left, const WorksheetCell& right) {
 
 }  // namespace
 
-void WorksheetParser::startElement(std::string_view name, const XmlAttributes& attributes) {
+void WorksheetParser::startElement(XmlName name, const XmlAttributes& attributes) {
     if (name == "c") {
         startCell(attributes);
     } else if (name == "v") {
@@ -50,7 +50,7 @@ void WorksheetParser::characters(std::string_view text) {
     }
 }
 
-void WorksheetParser::endElement(std::string_view name) {
+void WorksheetParser::endElement(XmlName name) {
     if (name == "c") {
         endCell();
     } else if (name == "v") {

@@ -19,9 +19,9 @@ public:
     WorksheetParser(const TextList& sharedStrings, WorksheetTable& table)
         : sharedStrings_(sharedStrings), table_(table) {}
 
-    void startElement(std::string_view name, const XmlAttributes& attributes) override;
+    void startElement(XmlName name, const XmlAttributes& attributes) override;
     void characters(std::string_view text) override;
-    void endElement(std::string_view name) override;
+    void endElement(XmlName name) override;
 
     /// The column that a cell reference names, counted from 0: 27 for "AB3".
     ///

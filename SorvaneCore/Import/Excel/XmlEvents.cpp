@@ -46,7 +46,7 @@ void startElement(void* opaque, const XML_Char* name, const XML_Char** attribute
         reading.stop("A part of it has elements nested far too deeply.");
         return;
     }
-    reading.events.startElement(name, XmlAttributes(attributes));
+    reading.events.startElement(XmlName(name), XmlAttributes(attributes));
     reading.stopIfRefused();
 }
 
@@ -57,7 +57,7 @@ void endElement(void* opaque, const XML_Char* name) {
         return;
     }
     --reading.depth;
-    reading.events.endElement(name);
+    reading.events.endElement(XmlName(name));
     reading.stopIfRefused();
 }
 

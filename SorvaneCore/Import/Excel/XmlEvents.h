@@ -8,6 +8,27 @@
 
 namespace sorvane {
 
+/// The name of an element or attribute, prefix included, as the parser holds it.
+class XmlName {
+public:
+    explicit XmlName(const char* text) : text_(text) {}
+
+    std::string_view text() const { return text_; }
+    /// Reads no further than the first difference; a sheet has millions of names.
+    bool operator==(std::string_view other) const {
+        const char* at = text_;
+        for (const char c : other) {
+            if (*at++ != c) {
+                return false;
+            }
+        }
+        return *at == '\0';
+    }
+
+private:
+    const char* text_;
+};
+
 /// The attributes of one element, names as they stand in the file.
 class XmlAttributes {
 public:
@@ -15,13 +36,13 @@ public:
     explicit XmlAttributes(const char** entries) : entries_(entries) {}
 
     std::optional<std::string_view> value(std::string_view name) const {
-        return valueWhere([name](std::string_view other) { return other == name; });
+        return valueWhere([name](XmlName other) { return other == name; });
     }
     /// The value of the first attribute whose name fits.
     template <typename Fits>
     std::optional<std::string_view> valueWhere(const Fits& fits) const {
         for (const char** entry = entries_; *entry != nullptr; entry += 2) {
-            if (fits(std::string_view(entry[0]))) {
+            if (fits(XmlName(entry[0]))) {
                 return entry[1];
             }
         }
@@ -34,13 +55,13 @@ private:
 
 /// What a document's elements are handed to, in the order of the file.
 ///
-/// Names are those of the file, prefixes included. Text may come in several stretches.
+/// Text may come in several stretches.
 class XmlEvents {
 public:
     virtual ~XmlEvents() = default;
-    virtual void startElement(std::string_view name, const XmlAttributes& attributes) = 0;
+    virtual void startElement(XmlName name, const XmlAttributes& attributes) = 0;
     virtual void characters(std::string_view) {}
-    virtual void endElement(std::string_view) {}
+    virtual void endElement(XmlName) {}
 
     /// Why the document is not read on; empty while it is.
     const std::string& refusal() const { return refusal_; }

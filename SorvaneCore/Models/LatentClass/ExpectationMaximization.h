@@ -36,12 +36,12 @@ struct Run {
     bool converged = false;
 };
 
-/// Rounds until the log likelihood moves by less than 1e-8 of itself.
+/// Rounds until the log likelihood moves by less than the tolerance times itself.
 template <typename Mixture>
 Run<typename Mixture::Parameters> fromStart(const Mixture& mixture,
                                             typename Mixture::Parameters start,
-                                            std::int64_t maxIterations) {
-    constexpr double tolerance = 1e-8;
+                                            std::int64_t maxIterations,
+                                            double tolerance = 1e-8) {
     Run<typename Mixture::Parameters> run{.parameters = std::move(start)};
     while (!run.converged && run.iterations < maxIterations) {
         auto step = mixture.step(run.parameters);

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
+#include "SorvaneCore/Models/LatentClass/MixtureCases.h"
 #include "SorvaneCore/Numerics/ColumnKernels.h"
 #include "SorvaneCore/Numerics/SplitMix64.h"
 
@@ -18,7 +19,6 @@ constexpr double smallestVarianceShare = 1e-6;
 constexpr double smallestClassSize = 1e-8;
 /// Half of ln(2 pi).
 constexpr double logNormalConstant = 0.9189385332046727;
-constexpr int mostRedraws = 20;
 
 double overallVariance(const std::vector<double>& values) {
     const double mean = SampleMoments::mean(values);
@@ -27,20 +27,6 @@ double overallVariance(const std::vector<double>& values) {
         squares += (value - mean) * (value - mean);
     }
     return std::max(squares / static_cast<double>(values.size()), smallestVariance);
-}
-
-/// Rows for the classes of one start; a row is drawn again where it has been chosen already.
-std::vector<std::size_t> drawRows(SplitMix64& random, std::size_t classes, std::size_t rows) {
-    std::vector<std::size_t> chosen;
-    while (chosen.size() < classes) {
-        std::size_t row = random.next() % rows;
-        for (int redraw = 0; redraw < mostRedraws && std::ranges::count(chosen, row) > 0;
-             ++redraw) {
-            row = random.next() % rows;
-        }
-        chosen.push_back(row);
-    }
-    return chosen;
 }
 
 }  // namespace
@@ -59,7 +45,7 @@ std::vector<ProfileMixture::Parameters> ProfileMixture::starts(std::int64_t coun
     for (std::int64_t s = 0; s < count; ++s) {
         Parameters start{.proportions =
                              std::vector<double>(classes_, 1.0 / static_cast<double>(classes_))};
-        const std::vector<std::size_t> chosen = drawRows(random, classes_, rows());
+        const std::vector<std::size_t> chosen = MixtureCases::drawRows(random, classes_, rows());
         const double shift = static_cast<double>(s % 5 - 2) * 0.01;
         for (std::size_t c = 0; c < classes_; ++c) {
             const auto width = static_cast<double>((s + static_cast<std::int64_t>(c)) % 3);

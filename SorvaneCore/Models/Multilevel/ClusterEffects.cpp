@@ -6,11 +6,17 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
+#include "SorvaneCore/Models/Multilevel/VarianceMinimizers.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::MultilevelModel {
 
 namespace {
+
+RandomCovariance withCorrelation(const RandomCovariance& g, double correlation) {
+    const double cross = correlation * std::sqrt(g[0] * g[3]);
+    return {g[0], cross, cross, g[3]};
+}
 
 /// The covariance of a fit relative to its residual variance; absent where the components are not
 /// those of nested clusters.
@@ -22,9 +28,18 @@ std::optional<RandomCovariance> relativeCovariance(const MultilevelResult& resul
     const double sigma2 = components.back().variance;
     const double intercept = components[0].variance / sigma2;
     const double slope = hasSlope ? components[1].variance / sigma2 : 0.0;
-    const double cross =
-        result.randomEffectCorrelation.value_or(0.0) * std::sqrt(intercept * slope);
-    return RandomCovariance{intercept, cross, cross, slope};
+    return withCorrelation({intercept, 0.0, 0.0, slope},
+                           result.randomEffectCorrelation.value_or(0.0));
+}
+
+/// The likeliest covariance with these variances: a result does not tell the correlation of
+/// variances that are small in the unit of the outcome.
+RandomCovariance likeliest(const RandomCovariance& g, const NestedLikelihood& likelihood) {
+    const double correlation = VarianceMinimizers::brent(-1.0, 1.0, [&](double r) {
+        const auto profile = likelihood.at(withCorrelation(g, r));
+        return profile ? profile->criterion : VarianceMinimizers::failedValue;
+    });
+    return withCorrelation(g, correlation);
 }
 
 MultilevelCriterion criterionOf(const MultilevelRows& rows, const MultilevelResult& result) {
@@ -64,8 +79,9 @@ std::array<double, 4> loadings(const ClusterSums& sums,
 }
 
 std::vector<MultilevelClusterEffect> nestedEffects(const MultilevelRows& rows,
+                                                   const MultilevelOptions& options,
                                                    const MultilevelResult& result) {
-    const auto g = relativeCovariance(result, rows.slope.has_value());
+    auto g = relativeCovariance(result, rows.slope.has_value());
     if (!g) {
         return {};
     }
@@ -74,7 +90,12 @@ std::vector<MultilevelClusterEffect> nestedEffects(const MultilevelRows& rows,
         rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
                    : std::span<const double>();
     const ClusterSums sums(design, rows.cluster, slope);
-    const auto profile = NestedLikelihood(sums, design, criterionOf(rows, result)).at(*g);
+    const NestedLikelihood likelihood(sums, design, criterionOf(rows, result));
+    if (options.correlateRandomEffects && !result.randomEffectCorrelation &&
+        (*g)[0] * (*g)[3] > 0) {
+        g = likeliest(*g, likelihood);
+    }
+    const auto profile = likelihood.at(*g);
     if (!profile) {
         return {};
     }
@@ -134,7 +155,7 @@ std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
     if (!rows) {
         return {};
     }
-    return data.cluster2 ? crossedEffects(*rows, result) : nestedEffects(*rows, result);
+    return data.cluster2 ? crossedEffects(*rows, result) : nestedEffects(*rows, options, result);
 }
 
 }  // namespace sorvane::MultilevelModel

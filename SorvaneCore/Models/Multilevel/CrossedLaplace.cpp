@@ -58,7 +58,7 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
         const std::size_t second = smaller_.codes[i];
         const double outcome = design_.outcome()[i];
         const LinkedMass mass = LinkedMass::of(
-            design_.family(), outcome,
+            design_.family(), outcome, design_.peaks()[i],
             predictor[i] + spread.larger * u[first] + spread.smaller * u[a + second]);
         state.value += mass.logMass;
         state.gradient[first] += spread.larger * (outcome - mass.mean);
@@ -68,6 +68,44 @@ CrossedLaplace::State CrossedLaplace::at(const std::vector<double>& u,
         state.block.row(second)[second] += spread.smaller * spread.smaller * mass.weight;
     }
     return state;
+}
+
+std::vector<double> CrossedLaplace::information(std::span<const double> predictor,
+                                                const CrossedSpread& spreads) const {
+    const std::size_t a = larger_.count();
+    const std::size_t p = design_.fixedCount();
+    const std::size_t n = predictor.size();
+    const Spread spread = spreadOf(spreads.first, spreads.second);
+    const auto added = [&](std::size_t row, const std::vector<double>& u) {
+        return spread.larger * u[larger_.codes[row]] + spread.smaller * u[a + smaller_.codes[row]];
+    };
+    std::vector<double> weights(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        weights[i] = LinkedMass::of(design_.family(), design_.outcome()[i], design_.peaks()[i],
+                                    predictor[i] + added(i, mode_))
+                         .weight;
+    }
+    const State modal = at(mode_, predictor, spread);
+    std::vector<double> result(p * p, 0.0);
+    for (std::size_t j = 0; j < p; ++j) {
+        const std::span<const double> column = design_.columns().subspan(j * n, n);
+        State state = modal;
+        std::ranges::fill(state.gradient, 0.0);
+        for (std::size_t i = 0; i < n; ++i) {
+            state.gradient[larger_.codes[i]] += spread.larger * weights[i] * column[i];
+            state.gradient[a + smaller_.codes[i]] += spread.smaller * weights[i] * column[i];
+        }
+        if (!solve(state)) {
+            return {};
+        }
+        for (std::size_t i = 0; i < n; ++i) {
+            const double left = weights[i] * (column[i] - added(i, state.gradient));
+            for (std::size_t k = 0; k < p; ++k) {
+                result[j * p + k] += left * design_.columns()[k * n + i];
+            }
+        }
+    }
+    return result;
 }
 
 bool CrossedLaplace::solve(State& state) const {
@@ -102,6 +140,11 @@ bool CrossedLaplace::solve(State& state) const {
     return true;
 }
 
+CrossedLaplace::Spread CrossedLaplace::spreadOf(double sigmaA, double sigmaB) const {
+    return firstIsLarger_ ? Spread{.larger = sigmaA, .smaller = sigmaB}
+                          : Spread{.larger = sigmaB, .smaller = sigmaA};
+}
+
 double CrossedLaplace::logLikelihood(std::span<const double> predictor,
                                      double sigmaA,
                                      double sigmaB) {
@@ -109,8 +152,7 @@ double CrossedLaplace::logLikelihood(std::span<const double> predictor,
     constexpr int halvingLimit = 30;
     constexpr double smallestStep = 1e-11;
     constexpr double shortStep = 1e-6;
-    const Spread spread = firstIsLarger_ ? Spread{.larger = sigmaA, .smaller = sigmaB}
-                                         : Spread{.larger = sigmaB, .smaller = sigmaA};
+    const Spread spread = spreadOf(sigmaA, sigmaB);
     State now = at(mode_, predictor, spread);
     bool isSolved = solve(now);
     for (int i = 0; isSolved && i < stepLimit; ++i) {
@@ -145,6 +187,51 @@ double CrossedLaplace::logLikelihood(std::span<const double> predictor,
     mode_ = now.u;
     // The constants of the effects' density and of the integral cancel.
     return design_.constant() + now.value - 0.5 * now.logDeterminant;
+}
+
+std::vector<double> CrossedLaplace::variances(const State& state) const {
+    const std::size_t a = larger_.count();
+    const std::size_t b = smaller_.count();
+    const std::size_t count = firstIsLarger_ ? a : b;
+    std::vector<double> result(count, 0.0);
+    // With L the factor of what elimination leaves, the squares of L^-1 times these columns add up
+    // to what is missing of the inverse's diagonal.
+    std::vector<double> columns(b * count, 0.0);
+    for (std::size_t level = 0; level < count; ++level) {
+        if (!firstIsLarger_) {
+            columns[level * count + level] = 1.0;
+            continue;
+        }
+        result[level] = 1.0 / state.diagonal[level];
+        for (std::size_t s = meetings_.starts[level]; s < meetings_.starts[level + 1]; ++s) {
+            columns[meetings_.meetings[s].level * count + level] =
+                state.mixed[s] / state.diagonal[level];
+        }
+    }
+    state.block.solveLower(columns, count);
+    for (std::size_t at = 0; at < columns.size(); ++at) {
+        result[at % count] += columns[at] * columns[at];
+    }
+    return result;
+}
+
+std::vector<CrossedLaplace::Mode> CrossedLaplace::modes(std::span<const double> predictor,
+                                                        double sigmaA,
+                                                        double sigmaB) {
+    if (!std::isfinite(logLikelihood(predictor, sigmaA, sigmaB))) {
+        return {};
+    }
+    State state = at(mode_, predictor, spreadOf(sigmaA, sigmaB));
+    if (!solve(state)) {
+        return {};
+    }
+    const std::size_t first = firstIsLarger_ ? 0 : larger_.count();
+    std::vector<Mode> result;
+    for (const double variance : variances(state)) {
+        result.push_back({.intercept = sigmaA * state.u[first + result.size()],
+                          .error = sigmaA * std::sqrt(variance)});
+    }
+    return result;
 }
 
 }  // namespace sorvane

@@ -1,57 +1,57 @@
 #include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
+#include "SorvaneCore/Models/Multilevel/GaussHermite.h"
+#include "SorvaneCore/Models/Multilevel/LinkedInformation.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
 
 namespace {
 
-constexpr std::size_t pointCount = 15;
-using Points = std::array<double, pointCount>;
-
-/// Nodes and weights of the 15-point Gauss-Hermite rule.
-constexpr Points nodes = {
-    -4.499990707309392, -3.669950373404453, -2.967166927905603,  -2.325732486173858,
-    -1.719992575186489, -1.136115585210921, -0.5650695832555757, 0.0,
-    0.5650695832555757, 1.136115585210921,  1.719992575186489,   2.325732486173858,
-    2.967166927905603,  3.669950373404453,  4.499990707309392};
-constexpr Points weights = {1.522475804253517e-09, 1.059115547711067e-06, 1.000044412324999e-04,
-                            2.778068842912776e-03, 3.078003387254608e-02, 1.584889157959357e-01,
-                            4.120286874988986e-01, 5.641003087264175e-01, 4.120286874988986e-01,
-                            1.584889157959357e-01, 3.078003387254608e-02, 2.778068842912776e-03,
-                            1.000044412324999e-04, 1.059115547711067e-06, 1.522475804253517e-09};
+using GaussHermite::nodes;
+using GaussHermite::pointCount;
+using GaussHermite::Points;
+using GaussHermite::weights;
 
 /// One cluster at one setting.
 struct Rows {
     LinkedFamily family;
     std::span<const double> outcome;
+    std::span<const double> peak;
     std::span<const double> predictor;
     /// Of the predictor.
     std::vector<double> exponentials{};
     double outcomeSum = 0.0;
+    /// Of the predictors less their peaks.
     double weightedSum = 0.0;
     double farthest = 0.0;
     double exponentialSum = 0.0;
 
-    Rows(LinkedFamily ofFamily, std::span<const double> y, std::span<const double> eta)
-        : family(ofFamily), outcome(y), predictor(eta), exponentials(eta.size()) {
+    Rows(const LinkedDesign& design, std::size_t first, std::span<const double> eta)
+        : family(design.family()),
+          outcome(design.outcome().subspan(first, eta.size())),
+          peak(design.peaks().subspan(first, eta.size())),
+          predictor(eta),
+          exponentials(eta.size()) {
         // Beyond this the exponential of a sum would not be the product of exponentials.
         constexpr double largest = 300.0;
         for (std::size_t i = 0; i < eta.size(); ++i) {
             exponentials[i] = std::exp(std::clamp(eta[i], -largest, largest));
-            outcomeSum += y[i];
-            weightedSum += y[i] * eta[i];
+            outcomeSum += outcome[i];
+            weightedSum += outcome[i] * (eta[i] - peak[i]);
             farthest = std::max(farthest, std::abs(eta[i]));
             exponentialSum += exponentials[i];
         }
     }
 
     bool isUnfelt(double shift) const { return farthest + std::abs(shift) < linked_bounds::unfelt; }
+    LinkedMass massAt(std::size_t row, double shift) const {
+        return LinkedMass::of(family, outcome[row], peak[row], predictor[row] + shift);
+    }
 };
 
 /// Sums over the rows, their predictors shifted by b.
@@ -64,8 +64,7 @@ Derivatives derivativesAt(const Rows& rows, double b) {
     Derivatives sums;
     if (!rows.isUnfelt(b)) {
         for (std::size_t i = 0; i < rows.outcome.size(); ++i) {
-            const LinkedMass mass =
-                LinkedMass::of(rows.family, rows.outcome[i], rows.predictor[i] + b);
+            const LinkedMass mass = rows.massAt(i, b);
             sums.residual += rows.outcome[i] - mass.mean;
             sums.weight += mass.weight;
         }
@@ -97,7 +96,7 @@ void addUnboundedMasses(const Rows& rows, const Points& shifts, Points& values) 
     }
     if (rows.family == LinkedFamily::poisson) {
         for (std::size_t k = 0; k < pointCount; ++k) {
-            values[k] -= factors[k] * rows.exponentialSum;
+            values[k] -= factors[k] * rows.exponentialSum - rows.outcomeSum;
         }
         return;
     }
@@ -126,8 +125,7 @@ void addMasses(const Rows& rows, const Points& shifts, Points& values) {
     }
     for (std::size_t k = 0; k < pointCount; ++k) {
         for (std::size_t i = 0; i < rows.outcome.size(); ++i) {
-            values[k] +=
-                LinkedMass::of(rows.family, rows.outcome[i], rows.predictor[i] + shifts[k]).logMass;
+            values[k] += rows.massAt(i, shifts[k]).logMass;
         }
     }
 }
@@ -154,11 +152,26 @@ double InterceptQuadrature::logLikelihood(std::span<const double> predictor, dou
                 integrate(clusters_[c], predictor, sigma);
             }
         });
-    double sum = design_.constant();
+    double sum = 0.0;
     for (const Cluster& cluster : clusters_) {
         sum += cluster.logLikelihood;
     }
-    return sum;
+    return design_.constant() + sum;
+}
+
+std::vector<double> InterceptQuadrature::information(std::span<const double> predictor,
+                                                     double sigma) const {
+    LinkedInformation sums(design_);
+    for (const Cluster& cluster : clusters_) {
+        const Rows rows(design_, cluster.first, predictor.subspan(cluster.first, cluster.size));
+        LinkedInformation::Cluster each{.first = cluster.first};
+        for (std::size_t i = 0; i < cluster.size; ++i) {
+            each.weights.push_back(rows.massAt(i, sigma * cluster.mode).weight);
+            each.loadings.push_back({sigma, 0.0});
+        }
+        sums.add(each);
+    }
+    return sums.take();
 }
 
 std::vector<InterceptQuadrature::Mode> InterceptQuadrature::modes(double sigma) const {
@@ -177,8 +190,7 @@ void InterceptQuadrature::integrate(Cluster& cluster,
     constexpr double smallestStep = 1e-11;
     // A longer one overshoots where rates grow by e with each unit.
     constexpr double longestShift = 4.0;
-    const Rows rows(design_.family(), design_.outcome().subspan(cluster.first, cluster.size),
-                    predictor.subspan(cluster.first, cluster.size));
+    const Rows rows(design_, cluster.first, predictor.subspan(cluster.first, cluster.size));
     // In standard deviations u of the intercept the curvature is at least 1, whatever sigma.
     double u = std::isfinite(cluster.mode) ? cluster.mode : 0.0;
     double curvature = 1.0;

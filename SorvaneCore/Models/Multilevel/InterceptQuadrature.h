@@ -21,6 +21,9 @@ public:
     /// Cost       an exponential a row, a division a row and Newton step; clusters on all threads
     double logLikelihood(std::span<const double> predictor, double sigma);
 
+    /// See `LinkedInformation`, at the setting last asked for.
+    std::vector<double> information(std::span<const double> predictor, double sigma) const;
+
     /// A cluster's most likely intercept at the setting last asked for, with the error that the
     /// curvature there stands for.
     struct Mode {

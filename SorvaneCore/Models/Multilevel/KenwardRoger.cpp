@@ -238,7 +238,6 @@ std::optional<Adjustment> adjust(const ClusterSums& sums,
                                  const MultilevelProfile& profile,
                                  const RandomCovariance& g,
                                  bool correlated) {
-    constexpr double noVariance = 1e-18;
     constexpr double degreesWithout = 1e6;
     const Sums at = sumsAt(sums, g, correlated);
     const std::optional<Matrix> phi = LinearAlgebra::invert(profile.xtwx, at.p);
@@ -251,7 +250,7 @@ std::optional<Adjustment> adjust(const ClusterSums& sums,
     for (std::size_t j = 0; j < at.p; ++j) {
         const std::span<const double> l = design.weights(j);
         result.variances.push_back(std::max(profile.sigma2 * quadraticForm(adjustedPhi, l), 0.0));
-        const bool hasVariance = profile.sigma2 * quadraticForm(*phi, l) > noVariance;
+        const bool hasVariance = profile.sigma2 * quadraticForm(*phi, l) > 0.0;
         result.degrees.push_back(hasVariance ? degreesOf(l, at, *phi, *w) : degreesWithout);
     }
     return result;

@@ -1,3 +1,4 @@
+#include "SorvaneCore/Models/Multilevel/CrossedLaplace.h"
 #include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
 #include "SorvaneCore/Models/Multilevel/LinkedTask.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
@@ -47,9 +48,9 @@ std::vector<MultilevelClusterEffect> slopeEffects(const LinkedDesign& design,
                                                   const MultilevelRows& rows,
                                                   const MultilevelResult& result) {
     SlopeLaplace laplace(design, rows.cluster, rows.predictors[*rows.slope]);
-    const SlopeSpread spread{.intercept = result.varianceComponents[0].standardDeviation,
-                             .slope = result.varianceComponents[1].standardDeviation,
-                             .correlation = result.randomEffectCorrelation.value_or(0.0)};
+    const SlopeSpread spread = SlopeSpread::of(result.varianceComponents[0].standardDeviation,
+                                               result.varianceComponents[1].standardDeviation,
+                                               result.randomEffectCorrelation.value_or(0.0));
     static_cast<void>(laplace.logLikelihood(predictorOf(rows, result), spread));
     const std::vector<SlopeLaplace::Mode> modes = laplace.modes(spread);
     std::vector<MultilevelClusterEffect> effects = named(rows);
@@ -59,6 +60,21 @@ std::vector<MultilevelClusterEffect> slopeEffects(const LinkedDesign& design,
         effects[c].slope = modes[c].slope;
     }
     return effects;
+}
+
+std::vector<MultilevelClusterEffect> levelEffects(const LinkedDesign& design,
+                                                  const MultilevelRows& rows,
+                                                  const MultilevelResult& result) {
+    CrossedLaplace laplace(design, rows);
+    const auto modes =
+        laplace.modes(predictorOf(rows, result), result.varianceComponents[0].standardDeviation,
+                      result.varianceComponents[1].standardDeviation);
+    std::vector<MultilevelClusterEffect> effects = named(rows);
+    for (std::size_t level = 0; level < modes.size(); ++level) {
+        effects[level].intercept = modes[level].intercept;
+        effects[level].interceptError = modes[level].error;
+    }
+    return modes.empty() ? std::vector<MultilevelClusterEffect>{} : effects;
 }
 
 }  // namespace
@@ -71,9 +87,8 @@ std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
         family == MultilevelFamily::binomial ? LinkedFamily::logistic : LinkedFamily::poisson;
     MultilevelOptions fitted = options;
     fitted.randomSlopeName = result.randomSlopeName;
-    const std::optional<MultilevelRows> found =
-        data.cluster2 ? std::nullopt : MultilevelRows::of(data, fitted);
-    const std::size_t components = result.randomSlopeName ? 2 : 1;
+    const std::optional<MultilevelRows> found = MultilevelRows::of(data, fitted);
+    const std::size_t components = data.cluster2 || result.randomSlopeName ? 2 : 1;
     if (!found || !LinkedTask::isCoded(*found, linked) ||
         result.varianceComponents.size() != components ||
         result.fixedEffects.size() != found->fixedCount()) {
@@ -83,6 +98,9 @@ std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
     const std::optional<LinkedDesign> design = LinkedDesign::of(rows, linked);
     if (!design) {
         return {};
+    }
+    if (data.cluster2) {
+        return levelEffects(*design, rows, result);
     }
     return rows.slope ? slopeEffects(*design, rows, result)
                       : interceptEffects(*design, rows, result);

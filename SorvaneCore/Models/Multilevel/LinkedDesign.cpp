@@ -77,9 +77,11 @@ std::optional<LinkedDesign> LinkedDesign::of(const MultilevelRows& rows, LinkedF
     LinkedDesign result;
     result.family_ = family;
     result.outcome_ = rows.outcome;
-    if (family == LinkedFamily::poisson) {
-        for (const double count : rows.outcome) {
-            result.constant_ -= std::lgamma(count + 1.0);
+    for (const double outcome : rows.outcome) {
+        const double peak = LinkedMass::peakOf(family, outcome);
+        result.peaks_.push_back(peak);
+        if (family == LinkedFamily::poisson) {
+            result.constant_ += outcome * peak - outcome - std::lgamma(outcome + 1.0);
         }
     }
     result.origin_ = design.unscaled(fit->effects);

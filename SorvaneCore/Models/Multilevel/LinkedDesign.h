@@ -22,8 +22,12 @@ public:
     std::size_t rowCount() const { return outcome_.size(); }
     std::size_t fixedCount() const { return origin_.size(); }
     std::span<const double> outcome() const { return outcome_; }
-    /// The terms of the log likelihood that depend on the outcome alone.
+    /// Of each outcome, see `LinkedMass`.
+    std::span<const double> peaks() const { return peaks_; }
+    /// The sum of the most that the log masses may be.
     double constant() const { return constant_; }
+    /// Of the fixed coordinates, one after another.
+    std::span<const double> columns() const { return columns_; }
 
     /// One per row, without random effects.
     std::vector<double> predictor(std::span<const double> coordinates) const;
@@ -35,6 +39,7 @@ public:
 private:
     LinkedFamily family_ = LinkedFamily::logistic;
     std::vector<double> outcome_;
+    std::vector<double> peaks_;
     double constant_ = 0.0;
     /// Column after column.
     std::vector<double> columns_;

@@ -7,11 +7,17 @@
 #include <span>
 #include <vector>
 
-/// The maximum of a marginal likelihood in round coordinates.
+/// The maximum of a marginal likelihood, and how sure its fixed effects are.
 namespace sorvane::LinkedMaximizer {
 
-/// The first `fixed` coordinates are fixed effects, the rest variance parameters.
-using LogLikelihood = std::function<double(std::span<const double> point)>;
+/// What is maximised, over coordinates of which the first `fixed` are fixed effects, the rest
+/// variance parameters in units of about a standard error.
+struct Likelihood {
+    std::size_t fixed = 0;
+    std::function<double(std::span<const double> point)> log{};
+    /// Next to the negative Hessian in the fixed effects; empty where there is none.
+    std::function<std::vector<double>(std::span<const double> point)> information{};
+};
 
 /// Where the search ended.
 struct Fit {
@@ -25,16 +31,18 @@ struct Fit {
 
 /// The maximum from the best of several starts.
 ///
-/// Method     quasi-Newton steps with numerical derivatives, then a small simplex about their end,
-///            which must not move far to have converged; at most 2,000 rounds
-Fit maximize(const std::vector<std::vector<double>>& starts, const LogLikelihood& f);
+/// Method     quasi-Newton steps with numerical derivatives, in fixed effects in which the
+///            information is the identity, as strong clusters make that of some a millionth of that
+///            of others; once more where it no longer is at their end. Then a small simplex about
+///            it, which must not move far to have converged; at most 2,000 rounds
+Fit maximize(const std::vector<std::vector<double>>& starts, const Likelihood& likelihood);
 
-/// The inverse of the negative Hessian in the first `fixed` coordinates, the others held.
+/// The inverse of the negative Hessian in the fixed coordinates, the others held.
 ///
-/// Method     central differences
-/// Failure    no positive definite Hessian -> absent
+/// Method     central differences in steps in which the information is the identity; the inverse of
+///            the information where they show no parabola, as where predictors separate outcomes
+/// Failure    neither -> absent
 std::optional<std::vector<double>> fixedCovariance(std::span<const double> point,
-                                                   std::size_t fixed,
-                                                   const LogLikelihood& f);
+                                                   const Likelihood& likelihood);
 
 }  // namespace sorvane::LinkedMaximizer

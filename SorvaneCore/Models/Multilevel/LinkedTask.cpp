@@ -64,10 +64,16 @@ std::vector<AnalysisReadinessIssue> issuesOf(const LinkedTask& task,
     if (task.family == LinkedFamily::logistic && isSeparated(result.fixedEffects)) {
         caution(MultilevelWording::separation());
     }
+    return issues;
+}
+
+/// The issues of a result, with what is said of the way it was or would have been found.
+std::vector<AnalysisReadinessIssue> withMethod(const LinkedTask& task,
+                                               std::vector<AnalysisReadinessIssue> issues) {
     if (task.structure == LinkedStructure::slope) {
-        caution(MultilevelWording::slopeUsesLaplace());
+        issues.push_back(AnalysisReadinessIssue::caution(MultilevelWording::slopeUsesLaplace()));
     } else if (task.structure == LinkedStructure::twoFactors) {
-        caution(MultilevelWording::factorsUseLaplace());
+        issues.push_back(AnalysisReadinessIssue::caution(MultilevelWording::factorsUseLaplace()));
     }
     return issues;
 }
@@ -77,7 +83,7 @@ AnalysisReadiness readinessOf(const LinkedTask& task,
                               std::vector<AnalysisReadinessIssue> issues) {
     return AnalysisReadiness::of(minimumOf(task.family, task.structure),
                                  static_cast<std::int64_t>(task.totalRows), result.n,
-                                 std::move(issues), result.nClusters);
+                                 withMethod(task, std::move(issues)), result.nClusters);
 }
 
 }  // namespace

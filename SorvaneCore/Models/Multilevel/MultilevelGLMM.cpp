@@ -16,6 +16,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
 
 namespace sorvane::MultilevelGLMM {
@@ -23,7 +24,7 @@ namespace sorvane::MultilevelGLMM {
 namespace {
 
 using LinkedMaximizer::Fit;
-using LinkedMaximizer::LogLikelihood;
+using LinkedMaximizer::Likelihood;
 
 /// How the variance parameters of a search are read: coordinates of about a standard error each.
 struct SpreadScale {
@@ -37,7 +38,6 @@ struct SpreadScale {
         constexpr double longest = 15.0;
         return std::exp(std::clamp(unit * coordinate, -longest, longest));
     }
-    double correlation(double coordinate) const { return std::tanh(unit * coordinate); }
     double coordinateOf(double sigma) const { return std::log(sigma) / unit; }
 };
 
@@ -66,10 +66,10 @@ std::vector<std::vector<double>> startsAt(std::size_t fixed,
 MultilevelResult searched(const LinkedTask& task,
                           const LinkedDesign& design,
                           const Fit& fit,
-                          const LogLikelihood& logLikelihood) {
+                          const Likelihood& likelihood) {
     MultilevelResult result = task.started();
     const std::size_t p = design.fixedCount();
-    const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, p, logLikelihood);
+    const auto covariance = LinkedMaximizer::fixedCovariance(fit.point, likelihood);
     const FixedEffectTable::Estimates estimates{
         .values = design.effects(std::span(fit.point).first(p)),
         .variances = covariance ? design.variances(*covariance)
@@ -88,58 +88,95 @@ void addComponent(MultilevelResult& result, std::string name, double sigma) {
         {.name = std::move(name), .variance = sigma * sigma, .standardDeviation = sigma});
 }
 
+/// A marginal likelihood by the fixed effects of its design and what it reads off the rest of a
+/// point.
+template <typename Marginal, typename SpreadOf>
+Likelihood likelihoodOf(const LinkedDesign& design, Marginal& marginal, SpreadOf spreadOf) {
+    const std::size_t p = design.fixedCount();
+    const auto log = [&design, &marginal, spreadOf, p](std::span<const double> point) {
+        return marginal.logLikelihood(design.predictor(point.first(p)), spreadOf(point.subspan(p)));
+    };
+    return {.fixed = p,
+            .log = log,
+            .information = [&design, &marginal, spreadOf, p, log](std::span<const double> point) {
+                // Moves the clusters to their modes at this point.
+                static_cast<void>(log(point));
+                return marginal.information(design.predictor(point.first(p)),
+                                            spreadOf(point.subspan(p)));
+            }};
+}
+
 MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     InterceptQuadrature quadrature(design, task.rows.cluster);
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return quadrature.logLikelihood(design.predictor(point.first(p)), scale.sigma(point[p]));
-    };
-    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    const Likelihood likelihood = likelihoodOf(
+        design, quadrature, [&](std::span<const double> point) { return scale.sigma(point[0]); });
+    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scale.sigma(fit.point[p]));
     return result;
 }
 
-double rootMeanSquare(const std::vector<double>& values) {
-    double sum = 0.0;
-    for (const double value : values) {
-        sum += value * value;
+/// An independent slope keeps its zero, and so its unit is its root mean square.
+SlopeUnits unitsOf(const std::vector<double>& slope, bool correlated) {
+    SlopeUnits units = SlopeUnits::of(slope);
+    if (!correlated) {
+        const double square = units.deviation * units.deviation + units.mean * units.mean;
+        units = {.mean = 0.0, .deviation = square > 0.0 ? std::sqrt(square) : 1.0};
     }
-    return sum > 0.0 ? std::sqrt(sum / static_cast<double>(values.size())) : 1.0;
+    return units;
+}
+
+/// The same with the entries of a factor for logarithms of standard deviations, as a correlation
+/// next to 1 lies infinitely far in its own coordinate.
+std::vector<std::vector<double>> correlatedStarts(std::size_t fixed, const SpreadScale& scale) {
+    std::vector<std::vector<double>> starts = startsAt(fixed, 2, scale);
+    for (std::vector<double>& start : starts) {
+        const double intercept = scale.sigma(start[fixed]) / scale.unit;
+        const double slope = scale.sigma(start[fixed + 1]) / scale.unit;
+        start.resize(fixed);
+        start.insert(start.end(), {intercept, 0.0, slope});
+    }
+    return starts;
+}
+
+void setSlopeVariances(MultilevelResult& result,
+                       const MultilevelOptions& options,
+                       const RandomCovariance& g) {
+    constexpr double smallestRoot = 1e-14;
+    const double intercept = std::sqrt(g[0]);
+    const double slope = std::sqrt(g[3]);
+    addComponent(result, options.clusterLabel + " (Intercept)", intercept);
+    addComponent(result, options.clusterLabel + " (" + *options.randomSlopeName + ")", slope);
+    if (options.correlateRandomEffects && intercept * slope > smallestRoot) {
+        result.randomEffectCorrelation = std::clamp(g[1] / (intercept * slope), -1.0, 1.0);
+    }
 }
 
 MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
     const bool correlated = task.options.correlateRandomEffects;
-    std::vector<double> slope = task.rows.predictors[*task.rows.slope];
-    const double slopeUnit = rootMeanSquare(slope);
-    for (double& value : slope) {
-        value /= slopeUnit;
-    }
-    SlopeLaplace laplace(design, task.rows.cluster, slope);
-    const auto spread = [&](std::span<const double> point) {
-        return SlopeSpread{.intercept = scale.sigma(point[p]),
-                           .slope = scale.sigma(point[p + 1]),
-                           .correlation = correlated ? scale.correlation(point[p + 2]) : 0.0};
+    const std::vector<double>& slope = task.rows.predictors[*task.rows.slope];
+    const SlopeFactor factor(unitsOf(slope, correlated), correlated);
+    const std::vector<double> scaledSlope = factor.scaled(slope);
+    SlopeLaplace laplace(design, task.rows.cluster, scaledSlope);
+    const auto entries = [&](std::span<const double> t) {
+        return correlated ? std::vector{scale.unit * t[0], scale.unit * t[1], scale.unit * t[2]}
+                          : std::vector{scale.sigma(t[0]), scale.sigma(t[1])};
     };
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return laplace.logLikelihood(design.predictor(point.first(p)), spread(point));
-    };
-    std::vector<std::vector<double>> starts = startsAt(p, 2, scale);
-    for (std::vector<double>& start : starts) {
-        start.resize(p + (correlated ? 3 : 2), 0.0);
-    }
-    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
-    const SlopeSpread found = spread(fit.point);
-    addComponent(result, task.options.clusterLabel + " (Intercept)", found.intercept);
-    addComponent(result, task.options.clusterLabel + " (" + *task.options.randomSlopeName + ")",
-                 found.slope / slopeUnit);
-    if (correlated) {
-        result.randomEffectCorrelation = found.correlation;
-    }
+    const Likelihood likelihood = likelihoodOf(design, laplace, [&](std::span<const double> t) {
+        const std::vector<double> factored = entries(t);
+        return SlopeSpread{.intercept = factored.front(),
+                           .along = correlated ? factored[1] : 0.0,
+                           .alone = factored.back()};
+    });
+    const Fit fit = LinkedMaximizer::maximize(
+        correlated ? correlatedStarts(p, scale) : startsAt(p, 2, scale), likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
+    setSlopeVariances(result, task.options,
+                      factor.covariance(entries(std::span(fit.point).subspan(p))));
     return result;
 }
 
@@ -148,16 +185,16 @@ MultilevelResult fitTwoFactors(const LinkedTask& task, const LinkedDesign& desig
     const SpreadScale scaleA(task.rows.cluster.count());
     const SpreadScale scaleB(task.rows.cluster2.count());
     CrossedLaplace laplace(design, task.rows);
-    const LogLikelihood logLikelihood = [&](std::span<const double> point) {
-        return laplace.logLikelihood(design.predictor(point.first(p)), scaleA.sigma(point[p]),
-                                     scaleB.sigma(point[p + 1]));
-    };
+    const Likelihood likelihood =
+        likelihoodOf(design, laplace, [&scaleA, &scaleB](std::span<const double> t) {
+            return CrossedSpread{.first = scaleA.sigma(t[0]), .second = scaleB.sigma(t[1])};
+        });
     std::vector<std::vector<double>> starts = startsAt(p, 2, scaleA);
     for (std::vector<double>& start : starts) {
         start[p + 1] *= scaleA.unit / scaleB.unit;
     }
-    const Fit fit = LinkedMaximizer::maximize(starts, logLikelihood);
-    MultilevelResult result = searched(task, design, fit, logLikelihood);
+    const Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scaleA.sigma(fit.point[p]));
     addComponent(result, task.options.cluster2Label + " (Intercept)",
                  scaleB.sigma(fit.point[p + 1]));
@@ -214,8 +251,9 @@ std::optional<MultilevelResult> fitRS(MultilevelData data,
 }
 
 std::optional<MultilevelResult> fitCrossed(const MultilevelData& data,
-                                           const MultilevelOptions& options,
+                                           MultilevelOptions options,
                                            LinkedFamily family) {
+    options.randomSlopeName.reset();
     return data.cluster2 ? fit(data, options, family, LinkedStructure::twoFactors) : std::nullopt;
 }
 

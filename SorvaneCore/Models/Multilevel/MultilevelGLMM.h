@@ -9,8 +9,8 @@
 /// Mixed models of outcomes that are 0 or 1 (logit link) or counts (log link).
 ///
 /// Input      as for `MultilevelModel::fit`; the estimator and the method for df are not read
-/// Method     the marginal likelihood is maximised over fixed effects, log standard deviations and
-///            the correlation: quasi-Newton steps, then a simplex. A random intercept is
+/// Method     the marginal likelihood is maximised over fixed effects and log standard deviations,
+///            or the factor of a covariance in the slope's own units: quasi-Newton steps in units of the information, then a simplex. A random intercept is
 ///            integrated by 15-point adaptive Gauss-Hermite quadrature, anything more by Laplace's
 ///            approximation, as the usual package does. Linear predictors are held to [-30, 30] and
 ///            shares to [1e-12, 1 - 1e-12]. Errors come from the Hessian in the fixed effects with
@@ -49,12 +49,13 @@ std::optional<MultilevelResult> fitLogisticThreeLevel(const MultilevelData& data
 std::optional<MultilevelResult> fitPoissonThreeLevel(const MultilevelData& data,
                                                      const MultilevelOptions& options);
 
-/// The departures of the clusters under a random intercept, with a slope or without, fitted to the
-/// same data, in order of first appearance.
+/// The departures of the clusters under a model fitted to the same data, in order of first
+/// appearance; those of the first factor where there are two.
 ///
-/// Input      `binomial` or `poisson`
+/// Input      `binomial` or `poisson`; three levels as the outer grouping and the inner one within
+///            it
 /// Method     the most likely values given the estimates; the errors are those of the curvature
-/// Failure    two factors, a result that is blocked or of another model -> none
+/// Failure    a result that is blocked or of another model -> none
 /// Cost       as a few evaluations of the fit
 std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
                                                     const MultilevelData& data,

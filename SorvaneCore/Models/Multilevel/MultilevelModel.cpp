@@ -6,7 +6,6 @@
 #include <span>
 #include <utility>
 
-#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 #include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/FixedEffectTable.h"
@@ -15,6 +14,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/Satterthwaite.h"
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneCore/Models/Multilevel/VarianceSearch.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -115,45 +115,35 @@ std::span<const double> slopeOf(const MultilevelRows& rows) {
                       : std::span<const double>();
 }
 
-VarianceSearch::SlopeUnits slopeUnits(std::span<const double> slope) {
-    const double mean = SampleMoments::mean(slope);
-    const double deviation =
-        std::sqrt(SampleMoments::sumOfSquares(slope, mean) / static_cast<double>(slope.size()));
-    return {.mean = mean, .deviation = deviation > 0.0 ? deviation : 1.0};
+SlopeFactor slopeFactor(const MultilevelRows& rows, bool correlated) {
+    return SlopeFactor(rows.slope ? SlopeUnits::of(slopeOf(rows)) : SlopeUnits{}, correlated);
 }
 
-/// The relative standard deviations of an intercept and of an independent slope, or the factor of
-/// their covariance.
-Satterthwaite::Parameters nestedParameters(const Fitted& fit, bool correlated) {
-    constexpr double smallestRoot = 1e-14;
-    const RandomCovariance& g = fit.found.g;
-    const double first = std::sqrt(std::max(g[0], 0.0));
-    Satterthwaite::Parameters result{.values = {first},
+/// What a nested fit varies with: the relative standard deviation of an intercept, or the factor of
+/// its covariance with a slope in the slope's own units. A correlated fit is the same wherever the
+/// slope's zero lies, and so it stays.
+Satterthwaite::Parameters nestedParameters(const Fitted& fit,
+                                           const SlopeFactor& scale,
+                                           bool correlated) {
+    Satterthwaite::Parameters result{.values = {std::sqrt(std::max(fit.found.g[0], 0.0))},
                                      .maySwitchSign = {false},
-                                     .units = {1.0},
                                      .sigma = std::sqrt(fit.profile().sigma2)};
-    if (fit.rows.slope && correlated) {
-        const double cross = first > smallestRoot ? g[1] / first : 0.0;
-        result.values = {first, cross, std::sqrt(std::max(g[3] - cross * cross, 0.0))};
-        result.maySwitchSign = {false, true, false};
-        const double unit = 1.0 / slopeUnits(slopeOf(fit.rows)).deviation;
-        result.units = {1.0, unit, unit};
-    } else if (fit.rows.slope) {
-        result.values.push_back(std::sqrt(std::max(g[3], 0.0)));
-        result.maySwitchSign.push_back(false);
-        result.units.push_back(1.0 / slopeUnits(slopeOf(fit.rows)).deviation);
+    if (fit.rows.slope) {
+        result.values = scale.entries(fit.found.g);
+        result.maySwitchSign =
+            correlated ? std::vector{false, true, false} : std::vector{false, false};
     }
     return result;
 }
 
-RandomCovariance covarianceOf(std::span<const double> theta) {
-    const double first = std::max(theta[0], 0.0);
-    if (theta.size() == 1) {
-        return {first * first, 0.0, 0.0, 0.0};
+/// The inverse, with standard deviations below 0 read as 0.
+RandomCovariance covarianceOf(std::vector<double> parameters, const SlopeFactor& scale) {
+    parameters.front() = std::max(parameters.front(), 0.0);
+    if (parameters.size() == 1) {
+        return {parameters[0] * parameters[0], 0.0, 0.0, 0.0};
     }
-    const double last = std::max(theta.back(), 0.0);
-    const double cross = theta.size() == 3 ? theta[1] : 0.0;
-    return {first * first, first * cross, first * cross, cross * cross + last * last};
+    parameters.back() = std::max(parameters.back(), 0.0);
+    return scale.covariance(parameters);
 }
 
 FixedEffectTable::Estimates nestedEstimates(const Fitted& fit,
@@ -172,10 +162,11 @@ FixedEffectTable::Estimates nestedEstimates(const Fitted& fit,
         }
     }
     if (options.dfMethod != MultilevelDFMethod::containment && !estimates.degrees) {
+        const SlopeFactor scale = slopeFactor(fit.rows, options.correlateRandomEffects);
         estimates.degrees = Satterthwaite::degrees(
-            nestedParameters(fit, options.correlateRandomEffects),
-            [&likelihood](std::span<const double> theta) {
-                return likelihood.at(covarianceOf(theta));
+            nestedParameters(fit, scale, options.correlateRandomEffects),
+            [&likelihood, &scale](std::span<const double> theta) {
+                return likelihood.at(covarianceOf({theta.begin(), theta.end()}, scale));
             },
             fit.design, fit.criterion);
     }
@@ -247,7 +238,8 @@ Found searchNested(const NestedLikelihood& likelihood,
         return likelihood.at(g);
     };
     if (rows.slope) {
-        return VarianceSearch::interceptAndSlope(profile, correlated, slopeUnits(slopeOf(rows)));
+        return VarianceSearch::interceptAndSlope(profile, correlated,
+                                                 slopeFactor(rows, correlated));
     }
     return VarianceSearch::intercept(profile,
                                      VarianceSearch::momentLambda(rows.outcome, rows.cluster));
@@ -302,7 +294,6 @@ FixedEffectTable::Estimates crossedEstimates(const Fitted& fit,
         estimates.degrees = Satterthwaite::degrees(
             {.values = {fit.found.g[0], fit.found.g[3]},
              .maySwitchSign = {false, false},
-             .units = {1.0, 1.0},
              .sigma = std::sqrt(fit.profile().sigma2)},
             [&likelihood](std::span<const double> lambda) {
                 return likelihood.at(lambda[0], lambda[1], hardwareThreads());

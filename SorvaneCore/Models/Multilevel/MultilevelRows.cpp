@@ -115,12 +115,15 @@ std::optional<MultilevelRows> MultilevelRows::of(const MultilevelData& data,
         return std::nullopt;
     }
     MultilevelRows result;
-    if (!data.cluster2 && options.randomSlopeName && !options.randomSlopeName->empty()) {
+    if (options.randomSlopeName && !options.randomSlopeName->empty()) {
         const auto found = std::ranges::find(options.fixedNames, *options.randomSlopeName);
         if (found == options.fixedNames.end()) {
             return std::nullopt;
         }
-        result.slope = static_cast<std::size_t>(found - options.fixedNames.begin());
+        // Two factors have intercepts alone.
+        if (!data.cluster2) {
+            result.slope = static_cast<std::size_t>(found - options.fixedNames.begin());
+        }
     }
     const std::vector<std::uint32_t> rows = usedRows(data);
     if (rows.size() <= data.fixedPredictors.size() + 1) {

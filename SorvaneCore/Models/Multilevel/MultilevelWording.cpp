@@ -148,4 +148,41 @@ std::string factorsMinimum() {
     return "\u22652 levels per factor; complete cases; n > fixed parameters";
 }
 
+std::string tooFewLevels(std::int64_t levels) {
+    return "The outcome has only " + NumberText::integer(levels) +
+           " level(s) present. Three or more ordered levels must occur to fit an ordinal "
+           "multilevel model.";
+}
+
+std::string tooFewCases(std::int64_t n, std::int64_t parameters) {
+    return "There are not enough complete cases (" + NumberText::integer(n) + ") to estimate " +
+           NumberText::integer(parameters) + " parameter(s).";
+}
+
+std::string levelsSeparated() {
+    return "Unique estimates cannot be found. Remove or combine redundant predictors, or check for "
+           "outcome levels that a predictor separates perfectly.";
+}
+
+std::string rowsDropped(std::int64_t rows) {
+    return NumberText::integer(rows) +
+           " row(s) were dropped because the outcome, a predictor or the cluster was missing.";
+}
+
+std::string sparseLevel(std::int64_t cases) {
+    return "The smallest outcome level has only " + NumberText::integer(cases) +
+           " cases. Threshold and slope estimates are unstable with sparse categories; treat this "
+           "as exploratory.";
+}
+
+std::string proportionalOddsAssumed() {
+    return "This model assumes proportional odds: the predictor effect is the same across every "
+           "cut point, and so is the cluster's. That assumption is not tested here. Odds ratios "
+           "compare cases of one cluster, not the population average.";
+}
+
+std::string ordinalMinimum() {
+    return "Ordered outcome of \u22653 levels; \u22652 clusters; n > fixed parameters";
+}
+
 }  // namespace sorvane::MultilevelWording

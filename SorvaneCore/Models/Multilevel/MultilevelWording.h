@@ -42,4 +42,13 @@ std::string shareSlopeMinimum();
 std::string countSlopeMinimum();
 std::string factorsMinimum();
 
+// Ordered levels.
+std::string tooFewLevels(std::int64_t levels);
+std::string tooFewCases(std::int64_t n, std::int64_t parameters);
+std::string levelsSeparated();
+std::string rowsDropped(std::int64_t rows);
+std::string sparseLevel(std::int64_t cases);
+std::string proportionalOddsAssumed();
+std::string ordinalMinimum();
+
 }  // namespace sorvane::MultilevelWording

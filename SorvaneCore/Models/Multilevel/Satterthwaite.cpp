@@ -78,7 +78,7 @@ Point pointOf(const Parameters& parameters) {
     Point result{.phi = parameters.values, .maySwitchSign = parameters.maySwitchSign};
     result.phi.push_back(parameters.sigma);
     result.maySwitchSign.push_back(false);
-    std::vector<double> units = parameters.units;
+    std::vector<double> units(parameters.values.size(), 1.0);
     // A small residual variance must not vanish under the step.
     units.push_back(std::min(parameters.sigma, 1.0));
     for (std::size_t i = 0; i < units.size(); ++i) {
@@ -198,8 +198,9 @@ std::optional<std::vector<double>> degrees(const Parameters& parameters,
         const double variance = std::max(variances[j], 0.0);
         const double variation = quadraticForm(*covariance, g);
         const double df = 2.0 * variance * variance / variation;
-        result[j] = variation > noVariation && std::isfinite(variation) ? std::max(df, 1.0)
-                                                                        : degreesWithout;
+        // Relative to the variance, which is as small as the unit of a predictor is large.
+        const bool varies = variation > noVariation * variance * variance;
+        result[j] = varies && std::isfinite(variation) ? std::max(df, 1.0) : degreesWithout;
     }
     return result;
 }

@@ -19,8 +19,6 @@ struct Parameters {
     std::vector<double> values{};
     /// Whether each may be negative.
     std::vector<bool> maySwitchSign{};
-    /// What counts as 1 for each.
-    std::vector<double> units{};
     /// The residual standard deviation at the fit.
     double sigma = 1.0;
 };

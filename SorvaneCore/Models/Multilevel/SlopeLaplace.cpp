@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "SorvaneCore/Models/Multilevel/LinkedInformation.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane {
@@ -29,21 +30,19 @@ struct JointDensity {
 struct ClusterRows {
     LinkedFamily family;
     std::span<const double> outcome;
+    std::span<const double> peak;
     std::span<const double> predictor;
     std::span<const double> slope;
     SlopeSpread spread;
 
     JointDensity at(const std::array<double, 2>& u) const {
-        const double alongIntercept = spread.slope * spread.correlation;
-        const double alone = spread.slopeAlone();
         JointDensity result{.value = -0.5 * (u[0] * u[0] + u[1] * u[1]),
                             .gradient = {-u[0], -u[1]},
                             .curvature = {1.0, 0.0, 1.0}};
         for (std::size_t i = 0; i < outcome.size(); ++i) {
-            const double first = spread.intercept + slope[i] * alongIntercept;
-            const double second = slope[i] * alone;
-            const LinkedMass mass =
-                LinkedMass::of(family, outcome[i], predictor[i] + first * u[0] + second * u[1]);
+            const auto& [first, second] = spread.loadings(slope[i]);
+            const LinkedMass mass = LinkedMass::of(family, outcome[i], peak[i],
+                                                   predictor[i] + first * u[0] + second * u[1]);
             result.value += mass.logMass;
             result.gradient[0] += first * (outcome[i] - mass.mean);
             result.gradient[1] += second * (outcome[i] - mass.mean);
@@ -79,21 +78,38 @@ double SlopeLaplace::logLikelihood(std::span<const double> predictor, const Slop
                 approximate(clusters_[c], predictor, spread);
             }
         });
-    double sum = design_.constant();
+    double sum = 0.0;
     for (const Cluster& cluster : clusters_) {
         sum += cluster.logLikelihood;
     }
-    return sum;
+    return design_.constant() + sum;
+}
+
+std::vector<double> SlopeLaplace::information(std::span<const double> predictor,
+                                              const SlopeSpread& spread) const {
+    LinkedInformation sums(design_);
+    for (const Cluster& cluster : clusters_) {
+        LinkedInformation::Cluster each{.first = cluster.first};
+        for (std::size_t i = cluster.first; i < cluster.first + cluster.size; ++i) {
+            const std::array<double, 2> loadings = spread.loadings(slope_[i]);
+            const double shift = loadings[0] * cluster.mode[0] + loadings[1] * cluster.mode[1];
+            each.weights.push_back(LinkedMass::of(design_.family(), design_.outcome()[i],
+                                                  design_.peaks()[i], predictor[i] + shift)
+                                       .weight);
+            each.loadings.push_back(loadings);
+        }
+        sums.add(each);
+    }
+    return sums.take();
 }
 
 std::vector<SlopeLaplace::Mode> SlopeLaplace::modes(const SlopeSpread& spread) const {
     std::vector<Mode> result;
     for (const Cluster& cluster : clusters_) {
         const auto& [first, second] = cluster.mode;
-        result.push_back(
-            {.intercept = spread.intercept * first,
-             .interceptError = spread.intercept * std::sqrt(cluster.variance),
-             .slope = spread.slope * spread.correlation * first + spread.slopeAlone() * second});
+        result.push_back({.intercept = spread.intercept * first,
+                          .interceptError = spread.intercept * std::sqrt(cluster.variance),
+                          .slope = spread.along * first + spread.alone * second});
     }
     return result;
 }
@@ -103,6 +119,7 @@ void SlopeLaplace::approximate(Cluster& cluster,
                                const SlopeSpread& spread) const {
     const ClusterRows rows{.family = design_.family(),
                            .outcome = design_.outcome().subspan(cluster.first, cluster.size),
+                           .peak = design_.peaks().subspan(cluster.first, cluster.size),
                            .predictor = predictor.subspan(cluster.first, cluster.size),
                            .slope = slope_.subspan(cluster.first, cluster.size),
                            .spread = spread};

@@ -10,15 +10,21 @@
 
 namespace sorvane {
 
-/// The standard deviations of an intercept and a slope, and their correlation.
+/// The factor (intercept, 0; along, alone) of the covariance of an intercept and a slope: part of
+/// the slope goes along with the intercept.
 struct SlopeSpread {
     double intercept = 1.0;
-    double slope = 1.0;
-    double correlation = 0.0;
+    double along = 0.0;
+    double alone = 1.0;
 
-    /// The part of the slope that the intercept does not tell.
-    double slopeAlone() const {
-        return slope * std::sqrt(std::max(1.0 - correlation * correlation, 0.0));
+    /// Of standard deviations and their correlation.
+    static SlopeSpread of(double intercept, double slope, double correlation) {
+        const double rest = std::sqrt(std::max(1.0 - correlation * correlation, 0.0));
+        return {.intercept = intercept, .along = slope * correlation, .alone = slope * rest};
+    }
+    /// What each of two independent effects of variance 1 adds to a predictor.
+    std::array<double, 2> loadings(double slope) const {
+        return {intercept + slope * along, slope * alone};
     }
 };
 
@@ -34,6 +40,10 @@ public:
     /// Method     Newton's iteration to each mode, from that of the setting before
     /// Cost       an exponential a row and step; clusters on all threads
     double logLikelihood(std::span<const double> predictor, const SlopeSpread& spread);
+
+    /// See `LinkedInformation`, at the setting last asked for.
+    std::vector<double> information(std::span<const double> predictor,
+                                    const SlopeSpread& spread) const;
 
     /// A cluster's most likely intercept and slope at the setting last asked for, with the error of
     /// the intercept that the curvature there stands for.

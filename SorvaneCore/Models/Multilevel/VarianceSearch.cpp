@@ -115,69 +115,35 @@ void searchCorrelated(Best& best) {
     best.offer(covariance(end));
 }
 
-/// Covariances by the entries of their factor (a, 0; b, c), of slopes in their own units.
-class FactorScale {
-public:
-    FactorScale(const SlopeUnits& units, bool correlated)
-        // Without correlation the slope's zero has a meaning and must stay.
-        : shift_(correlated ? units.mean / units.deviation : 0.0),
-          unit_(units.deviation),
-          correlated_(correlated) {}
-
-    RandomCovariance covariance(std::span<const double> t) const {
-        const double b = correlated_ ? t[1] : 0.0;
-        const double c = t.back();
-        // (1, -shift; 0, 1 / unit) times the factor.
-        const std::array<double, 4> l = {t[0] - shift_ * b, -shift_ * c, b / unit_, c / unit_};
-        const double cross = l[0] * l[2] + l[1] * l[3];
-        return {l[0] * l[0] + l[1] * l[1], cross, cross, l[2] * l[2] + l[3] * l[3]};
-    }
-    std::vector<double> entries(const RandomCovariance& g) const {
-        const double slope = unit_ * unit_ * g[3];
-        const double cross = unit_ * g[1] + shift_ * slope;
-        const double intercept = g[0] + 2.0 * shift_ * unit_ * g[1] + shift_ * shift_ * slope;
-        const double a = std::sqrt(std::max(intercept, 0.0));
-        if (!correlated_) {
-            return {a, std::sqrt(slope)};
+/// The best entries of a grid.
+std::vector<double> bestOfGrid(Best& best, const SlopeFactor& scale, bool correlated) {
+    constexpr std::array<double, 4> deviations = {0.03, 0.2, 1.0, 5.0};
+    constexpr std::array<double, 3> correlations = {-0.8, 0.0, 0.8};
+    std::vector<double> lowest;
+    double value = VarianceMinimizers::failedValue;
+    const auto consider = [&](std::vector<double> entries) {
+        const double here = best.value(scale.covariance(entries));
+        if (lowest.empty() || here < value) {
+            value = here;
+            lowest = std::move(entries);
         }
-        const double b = a > 0.0 ? cross / a : 0.0;
-        return {a, b, std::sqrt(std::max(slope - b * b, 0.0))};
-    }
-    /// The best entries of a grid.
-    std::vector<double> bestOfGrid(Best& best) const {
-        constexpr std::array<double, 4> deviations = {0.03, 0.2, 1.0, 5.0};
-        constexpr std::array<double, 3> correlations = {-0.8, 0.0, 0.8};
-        std::vector<double> lowest;
-        double value = VarianceMinimizers::failedValue;
-        const auto consider = [&](std::vector<double> entries) {
-            const double here = best.value(covariance(entries));
-            if (lowest.empty() || here < value) {
-                value = here;
-                lowest = std::move(entries);
+    };
+    for (const double first : deviations) {
+        for (const double second : deviations) {
+            if (!correlated) {
+                consider({first, second});
+                continue;
             }
-        };
-        for (const double first : deviations) {
-            for (const double second : deviations) {
-                if (!correlated_) {
-                    consider({first, second});
-                    continue;
-                }
-                for (const double r : correlations) {
-                    consider({first, r * second, second * std::sqrt(1.0 - r * r)});
-                }
+            for (const double r : correlations) {
+                consider({first, r * second, second * std::sqrt(1.0 - r * r)});
             }
         }
-        return lowest;
     }
-
-private:
-    double shift_;
-    double unit_;
-    bool correlated_;
-};
+    return lowest;
+}
 
 /// A simplex that starts anew where it ended, as long as that helps.
-void searchFactor(Best& best, const FactorScale& scale, std::vector<double> start) {
+void searchFactor(Best& best, const SlopeFactor& scale, std::vector<double> start) {
     constexpr int restarts = 5;
     constexpr double smallestGain = 1e-9;
     double former = best.value(scale.covariance(start));
@@ -216,15 +182,14 @@ Found intercept(const NestedProfile& profile, std::optional<double> start) {
     return best.take();
 }
 
-Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeUnits& units) {
+Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeFactor& scale) {
     Best best(profile);
     best.offer({});
     offerGrid(best, correlated);
     if (best.isFound()) {
         correlated ? searchCorrelated(best) : searchDiagonal(best);
-        const FactorScale scale(units, correlated);
         searchFactor(best, scale, scale.entries(best.g()));
-        searchFactor(best, scale, scale.bestOfGrid(best));
+        searchFactor(best, scale, bestOfGrid(best, scale, correlated));
     }
     return best.take();
 }

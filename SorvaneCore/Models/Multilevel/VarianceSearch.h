@@ -9,6 +9,7 @@
 
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelProfile.h"
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 
 /// The searches for the relative variances of a linear mixed model, none of which needs a start.
 namespace sorvane::VarianceSearch {
@@ -29,17 +30,11 @@ using CrossedProfile = std::function<std::optional<MultilevelProfile>(
 /// search for the logarithm within 4 of the best.
 Found intercept(const NestedProfile& profile, std::optional<double> start);
 
-/// Where the values of a slope lie.
-struct SlopeUnits {
-    double mean = 0.0;
-    double deviation = 1.0;
-};
-
 /// Of an intercept and a slope: 0 and a grid of standard deviations from 0.1 to 10, with
 /// correlations about 0 where they correlate, then a simplex from the best, in the logarithms. As
 /// that depends on the slope's unit and cannot leave a boundary, a second look follows: from there
-/// and from the best of a grid, by the factor of the covariance, in the units given.
-Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeUnits& units);
+/// and from the best of a grid, by the factor of the covariance on the scale given.
+Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeFactor& scale);
 
 /// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to
 /// 100, whose points are shared out among the threads, then a simplex likewise.

@@ -1,6 +1,9 @@
 #include "SorvaneCore/Models/Structural/SEMEstimation.h"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <numeric>
 #include <utility>
 
 #include "SorvaneCore/Models/Structural/SEMDiscrepancy.h"
@@ -33,6 +36,17 @@ std::optional<SEMUnitSample> SEMUnitSample::of(std::span<const double> covarianc
     }
     sample.logDeterminant = *logDeterminant;
     return sample;
+}
+
+std::vector<double> SEMUnitSample::covariance() const {
+    const std::size_t p = standardDeviations.size();
+    std::vector<double> result = correlations;
+    for (std::size_t i = 0; i < p; ++i) {
+        for (std::size_t j = 0; j < p; ++j) {
+            result[i * p + j] *= standardDeviations[i] * standardDeviations[j];
+        }
+    }
+    return result;
 }
 
 namespace SEMEstimation {
@@ -100,24 +114,76 @@ bool isMinimum(const BFGSMinimizer::Result& found) {
     return found.converged && found.gradientNorm < flat;
 }
 
+/// Each of a list times that of another.
+std::vector<double> product(std::span<const double> a, std::span<const double> b) {
+    std::vector<double> result(a.size());
+    std::ranges::transform(a, b, result.begin(), std::multiplies<>());
+    return result;
+}
+
+std::vector<double> quotient(std::span<const double> a, std::span<const double> b) {
+    std::vector<double> result(a.size());
+    std::ranges::transform(a, b, result.begin(), std::divides<>());
+    return result;
+}
+
+/// A search whose steps are taken in other units; the start and what is found are in those of the
+/// sample.
+BFGSMinimizer::Result searchIn(std::span<const double> units,
+                               std::span<const double> start,
+                               SEMDiscrepancy& discrepancy) {
+    constexpr BFGSMinimizer::Limits limits{.maxIterations = 300, .gradientTolerance = 1e-7};
+    const auto value = [&](std::span<const double> point) {
+        return discrepancy.value(quotient(point, units));
+    };
+    const auto gradient = [&](std::span<const double> point) {
+        return quotient(discrepancy.gradient(quotient(point, units)), units);
+    };
+    BFGSMinimizer::Result found =
+        BFGSMinimizer::minimize(product(start, units), value, gradient, limits);
+    found.parameters = quotient(found.parameters, units);
+    const std::vector<double> slope = discrepancy.gradient(found.parameters);
+    found.gradientNorm =
+        std::sqrt(std::inner_product(slope.begin(), slope.end(), slope.begin(), 0.0));
+    return found;
+}
+
+/// Of the free coefficients.
+std::vector<double> freeUnits(const SEMModel& model, std::span<const double> units) {
+    std::vector<double> result;
+    for (std::size_t slot = 0; slot < units.size(); ++slot) {
+        if (model.parameters[slot].isFree) {
+            result.push_back(units[slot]);
+        }
+    }
+    return result;
+}
+
 BFGSMinimizer::Result minimum(const SEMModel& model,
                               const ReticularModel& form,
-                              std::span<const double> correlations,
+                              const SEMUnitSample& sample,
+                              std::span<const double> units,
                               SEMDiscrepancy& discrepancy) {
-    const auto searchFrom = [&](const std::vector<double>& start) {
-        constexpr BFGSMinimizer::Limits limits{.maxIterations = 300, .gradientTolerance = 1e-7};
-        return BFGSMinimizer::minimize(
-            start, [&](std::span<const double> point) { return discrepancy.value(point); },
-            [&](std::span<const double> point) { return discrepancy.gradient(point); }, limits);
+    const std::vector<double> start = initialParameters(model, form, sample.correlations);
+    const std::vector<double> same(start.size(), 1.0);
+    BFGSMinimizer::Result best = searchIn(same, start, discrepancy);
+    const auto searchFurther = [&](std::span<const double> ofSteps,
+                                   std::span<const double> otherStart) {
+        BFGSMinimizer::Result found = searchIn(ofSteps, otherStart, discrepancy);
+        if (isMinimum(found) && found.objective < best.objective) {
+            best = std::move(found);
+        }
     };
-    const std::vector<double> start = initialParameters(model, form, correlations);
-    BFGSMinimizer::Result first = searchFrom(start);
-    const std::vector<double> turned = turnedStart(model, form, correlations, start);
-    if (isMinimum(first) || turned == start) {
-        return first;
+    const std::vector<double> turned = turnedStart(model, form, sample.correlations, start);
+    if (!isMinimum(best) && turned != start) {
+        searchFurther(same, turned);
     }
-    BFGSMinimizer::Result second = searchFrom(turned);
-    return isMinimum(second) && second.objective < first.objective ? second : first;
+    if (!isMinimum(best)) {
+        const std::vector<double> inData = freeUnits(model, units);
+        searchFurther(inData,
+                      quotient(initialParameters(model, form, sample.covariance()), inData));
+    }
+    return best;
 }
 
 /// In units of the data.
@@ -168,7 +234,7 @@ SEMEstimates estimate(const SEMModel& model,
     const std::vector<double> units = form.units(model, sample.standardDeviations);
     SEMDiscrepancy discrepancy(form, fixedValues(model, units), freeSlots(model),
                                sample.correlations, sample.logDeterminant);
-    const BFGSMinimizer::Result found = minimum(model, form, sample.correlations, discrepancy);
+    const BFGSMinimizer::Result found = minimum(model, form, sample, units, discrepancy);
     SEMEstimates result{.coefficients = discrepancy.coefficientsAt(found.parameters),
                         .discrepancy = found.objective,
                         .converged = found.converged && found.objective >= leastDiscrepancy &&
@@ -183,7 +249,8 @@ SEMEstimates estimate(const SEMModel& model,
             LinearAlgebra::invert(*information, static_cast<std::size_t>(model.freeCount));
     }
     result.standardErrors = standardErrors(model, units, information, n);
-    if (auto moments = form.moments(result.coefficients)) {
+    auto moments = form.moments(result.coefficients);
+    if (moments && found.objective < SEMDiscrepancy::unusable) {
         result.covariance = std::move(moments->covariance);
     }
     return result;

@@ -18,6 +18,8 @@ struct SEMUnitSample {
 
     /// Failure    not positive definite, of which next to collinear is a case -> absent
     static std::optional<SEMUnitSample> of(std::span<const double> covariance, std::size_t p);
+    /// In the units of the data.
+    std::vector<double> covariance() const;
 };
 
 /// The coefficients of a model that agree best with a sample.
@@ -26,7 +28,8 @@ struct SEMEstimates {
     std::vector<double> coefficients{};
     /// Absent for fixed ones and where the information leaves none.
     std::vector<std::optional<double>> standardErrors{};
-    /// Of all variables, in the units of the data; absent where it cannot be had.
+    /// Of all variables, in the units of the data; absent where it cannot be had, or where that of
+    /// the observed ones is not positive definite.
     std::optional<std::vector<double>> covariance{};
     double discrepancy = std::numeric_limits<double>::quiet_NaN();
     bool converged = false;
@@ -45,7 +48,8 @@ std::vector<double> initialParameters(const SEMModel& model,
 
 /// Method     quasi-Newton in the units of the sample, from `initialParameters`. Where that does not
 ///            end in a minimum, as with indicators that are keyed against their factor, once more
-///            with loadings of the signs that correlations with the markers have; that search
+///            with loadings of the signs that correlations with the markers have, and then in the
+///            units of the data, from the `initialParameters` of its covariance; a further search
 ///            stands if it ends in a minimum, and lower. Errors by the expected information
 SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <numeric>
 
+#include "SorvaneCore/Numerics/GaussLegendre.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 
 namespace sorvane::SEMFitMeasures {
@@ -26,30 +28,27 @@ double tuckerLewis(double chiSquare, double df, double baseline, double baseline
     return ratio == 1.0 ? 1.0 : (ratio - chiSquare / df) / (ratio - 1.0);
 }
 
-/// Terms beyond ten standard deviations and a little more do not count.
-double farAbove(double mean) {
-    return std::ceil(mean + 10.0 * std::sqrt(mean) + 20.0);
-}
-
-double farBelow(double mean) {
-    return std::max(0.0, std::floor(mean - 10.0 * std::sqrt(mean) - 20.0));
-}
-
 /// Unlike that of the standard library it writes no global.
 double logGamma(double x) {
     int sign = 0;
     return ::lgamma_r(x, &sign);
 }
 
-/// x^a e^-x / Gamma(a + 1).
-double poissonTerm(double a, double x) {
-    return x > 0.0 ? std::exp(a * std::log(x) - x - logGamma(a + 1.0)) : (a == 0.0 ? 1.0 : 0.0);
+/// The probability of values of the noncentral distribution of one degree of freedom up to x = root
+/// squared.
+///
+/// Input      `excess`: x less the noncentrality, which keeps what is left of two large numbers
+double withOneDegree(double root, double excess, double noncentrality) {
+    const double sum = root + std::sqrt(noncentrality);
+    return 0.5 *
+           (std::erf(excess / sum / std::numbers::sqrt2) + std::erf(sum / std::numbers::sqrt2));
 }
 
 /// The noncentrality at which the chi-square leaves `target` below it.
 double noncentralityAt(double chiSquare, double df, double target) {
     constexpr int mostDoublings = 59;
     constexpr int halvings = 120;
+    constexpr double narrow = 1e-13;
     const auto below = [&](double noncentrality) {
         return noncentralChiSquareCDF(chiSquare, df, noncentrality);
     };
@@ -57,16 +56,13 @@ double noncentralityAt(double chiSquare, double df, double target) {
         return 0.0;
     }
     double low = 0.0;
-    double high = 1.0;
+    double high = std::max(1.0, chiSquare);
     for (int i = 0; i < mostDoublings && below(high) >= target; ++i) {
         low = high;
         high *= 2.0;
     }
-    for (int i = 0; i < halvings; ++i) {
+    for (int i = 0; i < halvings && high - low > narrow * high; ++i) {
         const double middle = std::midpoint(low, high);
-        if (middle == low || middle == high) {
-            break;
-        }
         (below(middle) >= target ? low : high) = middle;
     }
     return std::midpoint(low, high);
@@ -75,32 +71,41 @@ double noncentralityAt(double chiSquare, double df, double target) {
 }  // namespace
 
 double noncentralChiSquareCDF(double x, double df, double noncentrality) {
-    constexpr double nextToCentral = 1e-12;
-    if (!(df > 0.0) || !(noncentrality >= 0.0) || !std::isfinite(x) ||
-        !std::isfinite(noncentrality)) {
+    constexpr double largestDf = 1e9;
+    // A chi density is below 1e-16 this far beside its mode.
+    constexpr double reachBelow = 7.0;
+    constexpr double reachAbove = 9.0;
+    if (!(df == 1.0 || (df >= 2.0 && df <= largestDf)) || !(noncentrality >= 0.0) ||
+        !std::isfinite(x) || !std::isfinite(noncentrality)) {
         return std::numeric_limits<double>::quiet_NaN();
     }
     if (!(x > 0.0)) {
         return 0.0;
     }
-    const double half = 0.5 * x;
-    const double mean = 0.5 * noncentrality;
-    const double lastWeighted = mean > nextToCentral ? farAbove(mean) : 0.0;
-    const double lastWithin = std::max(0.0, std::ceil(farAbove(half) - 0.5 * df));
-    double j = std::max(lastWithin, 0.0);
-    double density = poissonTerm(0.5 * df + j, half);
-    double weight = poissonTerm(std::min(j, lastWeighted), mean);
-    double central = 0.0;
-    double sum = 0.0;
-    // From the far end down, because P(a, x) = P(a + 1, x) + x^a e^-x / Gamma(a + 1) only adds.
-    for (const double first = farBelow(mean); j >= first; --j) {
-        central += density;
-        density *= (0.5 * df + j) / half;
-        if (j <= lastWeighted) {
-            sum += weight * central;
-            weight = j > 0.0 ? weight * (j / mean) : 0.0;
-        }
+    const double radius = std::sqrt(x);
+    if (df == 1.0) {
+        return withOneDegree(radius, x - noncentrality, noncentrality);
     }
+    const double power = df - 2.0;
+    const double mode = std::sqrt(power);
+    const double nearest = std::max(mode - reachBelow, 0.0);
+    if (nearest >= radius) {
+        return 0.0;
+    }
+    const double logScale = 0.5 * (power - 1.0) * std::numbers::ln2 + logGamma(0.5 * (df - 1.0));
+    const double start = radius * std::asin(nearest / radius);
+    const double end = radius * std::asin(std::min((mode + reachAbove) / radius, 1.0));
+    const double panels = std::ceil(end - start);
+    double sum = 0.0;
+    const auto add = [&](double arc, double weight) {
+        const double others = radius * std::sin(arc / radius);
+        const double share = std::cos(arc / radius);
+        const double density =
+            std::exp(power * std::log(others) - 0.5 * others * others - logScale);
+        sum += weight * share * density *
+               withOneDegree(radius * share, x - noncentrality - others * others, noncentrality);
+    };
+    GaussLegendre::forEachNode(start, (end - start) / panels, static_cast<int>(panels), add);
     return std::min(sum, 1.0);
 }
 

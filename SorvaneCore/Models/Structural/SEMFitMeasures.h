@@ -44,11 +44,13 @@ double computeSRMR(std::span<const double> implied, std::span<const double> samp
 
 /// P(X <= x) of the noncentral chi-square distribution.
 ///
-/// Input      df > 0, noncentrality >= 0
-/// Method     central probabilities under Poisson weights, summed from the far terms on, each from
-///            the one of two more degrees of freedom
+/// Input      df of 1, or of 2 to 1e9; noncentrality >= 0
+/// Method     The chi-square of 1 df that is off centre, given the others, over their chi density.
+///            The two roots lie on an arc, along which neither changes faster than the arc: panels
+///            of 8-point Gauss-Legendre of length 1, as far as the density reaches
 /// Failure    arguments outside the domain -> NaN
-/// Accuracy   1e-12 absolute      Cost O(x + noncentrality) at most
+/// Accuracy   1e-12 absolute up to 1000 df, 1e-10 up to 1e5
+/// Cost       about 16 panels, O(df^(1/4)) at most, whatever x and the noncentrality
 double noncentralChiSquareCDF(double x, double df, double noncentrality);
 
 /// The 90% interval of the RMSEA.

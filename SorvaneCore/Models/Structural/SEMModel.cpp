@@ -1,6 +1,7 @@
 #include "SorvaneCore/Models/Structural/SEMModel.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -14,6 +15,12 @@ using Pair = std::pair<std::string, std::string>;
 SEMSyntaxError notInDataset(const std::string& name) {
     return SEMSyntaxError("Variable \"" + name +
                           "\" is referenced in the model but is not in the dataset.");
+}
+
+SEMSyntaxError twoValues(const SEMSyntaxTerm& term) {
+    return SEMSyntaxError("The model has the path \"" + term.lhs + " " +
+                          std::string(rawValue(term.op)) + " " + term.rhs +
+                          "\" twice, with different values.");
 }
 
 /// What acts on what in a model.
@@ -72,7 +79,8 @@ private:
     const Roles& roles_;
     /// Latent variables that have their first indicator.
     NameSet marked_{};
-    std::set<Pair> paths_{};
+    /// From one variable to another, with the value that the first writing gave.
+    std::map<Pair, std::optional<double>> paths_{};
     /// Variances and covariances, the lesser name first.
     std::set<Pair> spreads_{};
 };
@@ -89,7 +97,11 @@ void SlotList::addPath(SEMParameterKind kind,
                        std::optional<double> fixed) {
     const bool isMeasurement = kind == SEMParameterKind::loading;
     const Pair path = isMeasurement ? Pair{term.lhs, term.rhs} : Pair{term.rhs, term.lhs};
-    if (paths_.insert(path).second) {
+    const auto [written, isNew] = paths_.emplace(path, term.fixedValue);
+    if (!isNew && written->second != term.fixedValue) {
+        throw twoValues(term);
+    }
+    if (isNew) {
         add({.kind = kind, .lhs = term.lhs, .op = std::string(rawValue(term.op)), .rhs = term.rhs},
             fixed);
     }

@@ -67,7 +67,8 @@ struct SEMModel {
     ///            acts; those of the residuals of outcomes that neither predict nor indicate
     ///            anything. A path or covariance that is written twice counts once, as written
     ///            first
-    /// Failure    throws SEMSyntaxError for the first name that is neither latent nor a column
+    /// Failure    throws SEMSyntaxError for the first name that is neither latent nor a column, and
+    ///            for a path that is written again with another value, or with one of the two free
     /// Cost       O(terms + variables^2) comparisons of names at most
     static SEMModel build(SEMParsedSpec parsed, std::span<const std::string> datasetVariables);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
@@ -34,6 +35,11 @@ SEMSyntaxError invalidLeftName(std::string_view name) {
 
 SEMSyntaxError invalidRightName(std::string_view name) {
     return SEMSyntaxError("Invalid right-hand side name \"" + std::string(name) + "\"");
+}
+
+SEMSyntaxError notFinite(std::string_view multiplier, std::string_view name) {
+    return SEMSyntaxError("The multiplier \"" + std::string(multiplier) + "\" of \"" +
+                          std::string(name) + "\" is not a finite number.");
 }
 
 SEMSyntaxError emptyModel() {
@@ -122,9 +128,13 @@ void readRightTerm(SEMSyntaxTerm& term, std::string_view piece) {
     std::string_view name = piece;
     const std::size_t star = indexOutsideBackticks(piece, "*");
     if (star != std::string_view::npos) {
-        term.fixedValue = NumberText::parse(UnicodeText::trimmed(piece.substr(0, star)));
+        const std::string_view multiplier = UnicodeText::trimmed(piece.substr(0, star));
+        term.fixedValue = NumberText::parse(multiplier);
         if (term.fixedValue) {
             name = UnicodeText::trimmed(piece.substr(star + 1));
+            if (!std::isfinite(*term.fixedValue)) {
+                throw notFinite(multiplier, name);
+            }
         }
     }
     std::optional<std::string> read = nameOf(name);

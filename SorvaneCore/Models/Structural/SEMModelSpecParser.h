@@ -54,6 +54,7 @@ namespace SEMModelSpecParser {
 /// Input      statements on lines of their own or parted by ";"; "#" begins a comment that ends
 ///            with the line or the next ";". A name is a letter or "_" with letters, numbers or "_"
 ///            after it, or anything in back-ticks; "0.5*x" fixes the coefficient of x
+///            at a finite number
 /// Failure    throws SEMSyntaxError for the first statement that cannot be read, or when there is
 ///            none
 /// Cost       O(length of the text)

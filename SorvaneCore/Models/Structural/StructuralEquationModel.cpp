@@ -113,12 +113,12 @@ SEMResult fitted(const SEMModel& model,
     const ReticularModel form(model);
     const SEMEstimates estimates = SEMEstimation::estimate(model, form, sample, covariance.n);
     SEMResult result = outlineOf(model, covariance.n);
-    result.discrepancy = estimates.discrepancy;
-    result.converged = estimates.converged;
-    result.iterations = estimates.iterations;
     if (!estimates.covariance) {
         return blocked(std::move(result), covariance.totalRows, SEMWording::noImpliedCovariance());
     }
+    result.discrepancy = estimates.discrepancy;
+    result.converged = estimates.converged;
+    result.iterations = estimates.iterations;
     setParameters(
         result, model, estimates,
         SEMEstimation::standardizedSolution(form, estimates.coefficients, *estimates.covariance));

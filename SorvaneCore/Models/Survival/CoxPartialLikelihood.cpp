@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace sorvane {
 
 /// Sums over the cases whose time has not yet come, and over the events of the present time.
 struct CoxPartialLikelihood::RiskSet {
+    /// What the exponents are taken from, near their largest, so that no sum can overflow or vanish.
+    double offset = -std::numeric_limits<double>::infinity();
     double weights = 0.0;
     std::vector<double> first{};
     /// Upper triangle.
@@ -16,7 +19,20 @@ struct CoxPartialLikelihood::RiskSet {
     double events = 0.0;
     double eventPredictors = 0.0;
     std::vector<double> eventSums{};
+
+    void takeFrom(double eta);
 };
+
+void CoxPartialLikelihood::RiskSet::takeFrom(double eta) {
+    const double factor = std::exp(offset - eta);
+    offset = eta;
+    weights *= factor;
+    for (std::vector<double>* sums : {&first, &second}) {
+        for (double& sum : *sums) {
+            sum *= factor;
+        }
+    }
+}
 
 CoxPartialLikelihood::CoxPartialLikelihood(std::span<const double> times,
                                            std::span<const std::uint8_t> hasEvent,
@@ -25,18 +41,29 @@ CoxPartialLikelihood::CoxPartialLikelihood(std::span<const double> times,
       hasEvent_(hasEvent),
       width_(predictors.size() / times.size()),
       predictors_(std::move(predictors)) {
-    centrePredictors();
+    standardizePredictors();
 }
 
-void CoxPartialLikelihood::centrePredictors() {
+void CoxPartialLikelihood::standardizePredictors() {
+    // A spread that rounding explains is none.
+    constexpr double roundingShare = 1e-13;
+    const auto count = static_cast<double>(times_.size());
     for (std::size_t j = 0; j < width_; ++j) {
         double sum = 0.0;
         for (std::size_t i = 0; i < times_.size(); ++i) {
             sum += predictors_[i * width_ + j];
         }
-        const double mean = sum / static_cast<double>(times_.size());
+        const double mean = sum / count;
+        double squares = 0.0;
         for (std::size_t i = 0; i < times_.size(); ++i) {
-            predictors_[i * width_ + j] -= mean;
+            double& value = predictors_[i * width_ + j];
+            value -= mean;
+            squares += value * value;
+        }
+        const double deviation = std::sqrt(squares / count);
+        units_.push_back(deviation > roundingShare * std::abs(mean) ? deviation : 1.0);
+        for (std::size_t i = 0; i < times_.size(); ++i) {
+            predictors_[i * width_ + j] /= units_[j];
         }
     }
 }
@@ -44,13 +71,16 @@ void CoxPartialLikelihood::centrePredictors() {
 void CoxPartialLikelihood::addCase(RiskSet& risk,
                                    std::size_t i,
                                    std::span<const double> beta) const {
-    constexpr double largestExponent = 600.0;
+    constexpr double largestExponent = 100.0;
     const double* x = &predictors_[i * width_];
     double eta = 0.0;
     for (std::size_t j = 0; j < width_; ++j) {
         eta += x[j] * beta[j];
     }
-    const double weight = std::exp(std::min(eta, largestExponent));
+    if (eta - risk.offset > largestExponent) {
+        risk.takeFrom(eta);
+    }
+    const double weight = std::exp(eta - risk.offset);
     risk.weights += weight;
     for (std::size_t j = 0; j < width_; ++j) {
         const double weighted = weight * x[j];
@@ -69,16 +99,15 @@ void CoxPartialLikelihood::addCase(RiskSet& risk,
 }
 
 void CoxPartialLikelihood::addEventTime(Evaluation& sums, const RiskSet& risk) const {
-    constexpr double smallestSum = 1e-300;
-    const double weights = std::max(risk.weights, smallestSum);
-    sums.logLikelihood += risk.eventPredictors - risk.events * std::log(weights);
+    sums.logLikelihood +=
+        risk.eventPredictors - risk.events * (risk.offset + std::log(risk.weights));
     for (std::size_t j = 0; j < width_; ++j) {
-        const double mean = risk.first[j] / weights;
+        const double mean = risk.first[j] / risk.weights;
         sums.score[j] += risk.eventSums[j] - risk.events * mean;
         for (std::size_t l = j; l < width_; ++l) {
             sums.information[j * width_ + l] +=
-                risk.events *
-                (risk.second[j * width_ + l] / weights - mean * (risk.first[l] / weights));
+                risk.events * (risk.second[j * width_ + l] / risk.weights -
+                               mean * (risk.first[l] / risk.weights));
         }
     }
 }

@@ -7,7 +7,8 @@
 
 namespace sorvane {
 
-/// The log partial likelihood of proportional hazards with ties after Breslow.
+/// The log partial likelihood of proportional hazards with ties after Breslow, over the effects of
+/// predictors in standard units, whatever their offsets and spreads.
 class CoxPartialLikelihood {
 public:
     /// What one sweep over the cases gives.
@@ -25,17 +26,18 @@ public:
                          std::vector<double> predictors);
 
     std::size_t predictorCount() const { return width_; }
+    /// The standard deviation of each predictor, 1 for a constant one: a standard unit in its own.
+    std::span<const double> units() const { return units_; }
 
-    /// Method     one sweep from the last time to the first, in which the risk set grows.
-    ///            Predictors are taken about their means, which changes only the exponents
-    /// Returns    exponents held to 600, sums of exponentials to at least 1e-300
+    /// Method     one sweep from the last time to the first, in which the risk set grows
+    /// Accuracy   no exponent overflows: each is taken from one near the largest of the risk set
     /// Cost       O(n p^2)
     Evaluation at(std::span<const double> beta) const;
 
 private:
     struct RiskSet;
 
-    void centrePredictors();
+    void standardizePredictors();
     void addCase(RiskSet& risk, std::size_t i, std::span<const double> beta) const;
     void addEventTime(Evaluation& sums, const RiskSet& risk) const;
 
@@ -43,6 +45,7 @@ private:
     std::span<const std::uint8_t> hasEvent_;
     std::size_t width_;
     std::vector<double> predictors_;
+    std::vector<double> units_{};
 };
 
 }  // namespace sorvane

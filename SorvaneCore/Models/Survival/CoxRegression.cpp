@@ -19,8 +19,7 @@ namespace {
 using Evaluation = CoxPartialLikelihood::Evaluation;
 
 constexpr double coefficientTolerance = 1e-8;
-constexpr double likelihoodSlack = 1e-12;
-constexpr int halvingLimit = 8;
+constexpr int mostTries = 8;
 constexpr std::size_t fewestEvents = 2;
 constexpr std::size_t fewEventsBelow = 10;
 
@@ -55,7 +54,14 @@ double largestEntry(const std::vector<double>& step) {
     return largest;
 }
 
-/// Where the iteration stands.
+/// Whether the likelihood does not fall. The slack grows with it, as its rounding does; otherwise that
+/// would refuse the last steps of an ordinary fit.
+bool isNoLess(double now, double before) {
+    constexpr double slack = 1e-12;
+    return std::isfinite(now) && now >= before - slack * std::max(1.0, std::abs(before));
+}
+
+/// Where the iteration stands, in standard units.
 struct State {
     std::vector<double> beta{};
     Evaluation now{};
@@ -70,14 +76,13 @@ double advance(State& state,
                const CoxPartialLikelihood& likelihood,
                const std::vector<double>& step) {
     double factor = 1.0;
-    for (int halving = 0; halving <= halvingLimit; ++halving, factor *= 0.5) {
+    for (int tried = 0; tried < mostTries; ++tried, factor *= 0.5) {
         std::vector<double> beta = state.beta;
         for (std::size_t j = 0; j < beta.size(); ++j) {
             beta[j] += factor * step[j];
         }
         Evaluation next = likelihood.at(beta);
-        if (!(std::isfinite(next.logLikelihood) &&
-              next.logLikelihood >= state.now.logLikelihood - likelihoodSlack)) {
+        if (!isNoLess(next.logLikelihood, state.now.logLikelihood)) {
             continue;
         }
         if (auto covariance = LinearAlgebra::invert(next.information, beta.size())) {
@@ -103,26 +108,27 @@ State iterated(const CoxPartialLikelihood& likelihood,
         ++result.iterations;
         const std::vector<double> step =
             LinearAlgebra::multiply(*state.covariance, p, p, state.now.score, 1);
-        const double largest = largestEntry(step);
         const double factor = advance(state, likelihood, step);
-        // Where not even the full step would move a coefficient, rounding has refused it.
-        result.converged = (factor > 0.0 ? factor : 1.0) * largest < coefficientTolerance;
         if (factor == 0.0) {
             break;
         }
+        result.converged = factor * largestEntry(step) < coefficientTolerance;
     }
     return state;
 }
 
-void setCoefficients(CoxResult& result, const State& state, const CoxOptions& options) {
+void setCoefficients(CoxResult& result,
+                     const State& state,
+                     std::span<const double> units,
+                     const CoxOptions& options) {
     constexpr double smallestAlpha = 0.001;
     constexpr double largestAlpha = 0.999;
     const double alpha = std::clamp(1.0 - options.confidenceLevel, smallestAlpha, largestAlpha);
     const double critical = normalCritical(alpha, NormalCriticalSetting::narrow);
     const std::size_t p = state.beta.size();
     for (std::size_t j = 0; j < p; ++j) {
-        const double estimate = state.beta[j];
-        const double error = std::sqrt((*state.covariance)[j * p + j]);
+        const double estimate = state.beta[j] / units[j];
+        const double error = std::sqrt((*state.covariance)[j * p + j]) / units[j];
         const double z = estimate / error;
         result.coefficients.push_back(
             {.name = options.predictorNames[j],
@@ -187,13 +193,14 @@ std::optional<CoxResult> coxPH(const NumericColumn& time,
         block(result, rows, time.size(), SurvivalWording::tooFewForCox());
         return result;
     }
-    const State state = iterated(likelihoodOf(rows, predictors), options.maxIterations, result);
+    const CoxPartialLikelihood likelihood = likelihoodOf(rows, predictors);
+    const State state = iterated(likelihood, options.maxIterations, result);
     if (!state.covariance) {
         block(result, rows, time.size(), SurvivalWording::singularInformation());
         return result;
     }
     result.logLikelihood = state.now.logLikelihood;
-    setCoefficients(result, state, options);
+    setCoefficients(result, state, likelihood.units(), options);
     result.readiness = readinessOf(rows, time.size(), cautions(result, rows));
     return result;
 }

@@ -110,11 +110,14 @@ std::optional<KaplanMeierResult> kaplanMeier(const NumericColumn& time,
 
 /// Proportional hazards: the log hazard as a sum of effects of predictors.
 ///
-/// Input      rows that lack a predictor do not count; predictors as they are, unscaled
-/// Method     Newton steps on the partial likelihood with ties after Breslow, from no effects,
-///            halved at most 8 times until the likelihood does not fall, until no estimate moves
-///            by 1e-8. A step that leaves the information singular counts as too far. Normal
-///            p-values and bounds; the level is held to 0.001 to 0.999
+/// Input      rows that lack a predictor do not count; effects are those of
+///            predictors as they are
+/// Method     Newton steps on the partial likelihood with ties after Breslow, from no effects, over
+///            predictors in standard units, until no effect moves by 1e-8. Of a step the whole, its
+///            half, a quarter and so on are tried, 8 at most, until the likelihood does not fall; one
+///            that leaves the information singular counts as too far, and one of which no part is
+///            taken ends the fit without convergence. Normal p-values and bounds; the level is held
+///            to 0.001 to 0.999
 /// Failure    absent: lengths or names that do not match. Blocked: no predictor, no more cases than
 ///            predictors, fewer than two events, information that is singular from the start
 /// Accuracy   1e-9 relative for coefficients of a fit that converged

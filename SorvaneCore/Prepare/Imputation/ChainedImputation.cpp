@@ -27,6 +27,20 @@ double residualDeviation(const ImputationTable& table,
     return std::sqrt(squares / std::max(df, 1.0));
 }
 
+ImputedMoments momentsOf(const std::vector<double>& values, const std::vector<std::size_t>& rows) {
+    const auto n = static_cast<double>(rows.size());
+    double mean = 0.0;
+    for (const std::size_t row : rows) {
+        mean += values[row] / n;
+    }
+    double squares = 0.0;
+    for (const std::size_t row : rows) {
+        squares += (values[row] - mean) * (values[row] - mean);
+    }
+    return {.mean = mean,
+            .standardDeviation = rows.size() < 2 ? std::nan("") : std::sqrt(squares / (n - 1.0))};
+}
+
 }  // namespace
 
 void ChainedImputation::sweep(std::size_t donorCount) {
@@ -37,9 +51,20 @@ void ChainedImputation::sweep(std::size_t donorCount) {
     }
 }
 
+std::vector<ImputedMoments> ChainedImputation::moments() const {
+    std::vector<ImputedMoments> result(table.columns.size());
+    for (std::size_t column = 0; column < result.size(); ++column) {
+        if (table.isIncomplete(column)) {
+            result[column] = momentsOf(table.columns[column], table.missingRows[column]);
+        }
+    }
+    return result;
+}
+
 void ChainedImputation::imputeVariableStep(std::size_t target, std::size_t donorCount) {
     const std::optional<ColumnPrediction> fit = predictColumn(table, target);
     if (!fit) {
+        ++stepsWithoutFit[target];
         return;
     }
     if (donorCount >= 1 && table.observedRows[target].size() > 1) {

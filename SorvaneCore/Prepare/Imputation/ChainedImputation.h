@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <vector>
 
 #include "SorvaneCore/Numerics/SplitMix64.h"
 #include "SorvaneCore/Prepare/Imputation/ImputationTable.h"
@@ -14,9 +14,13 @@ struct ChainedImputation {
     SplitMix64 random;
     /// How many draws the steps have taken.
     std::uint64_t draws = 0;
+    /// Of each column, how many steps found no fit and left its cells as they were.
+    std::vector<std::int64_t> stepsWithoutFit;
 
     /// Fills each incomplete column once, from what the others hold by now.
     void sweep(std::size_t donorCount);
+    /// What each column's filled-in cells hold by now.
+    std::vector<ImputedMoments> moments() const;
 
 private:
     void imputeVariableStep(std::size_t target, std::size_t donorCount);

@@ -1,15 +1,21 @@
 #include "SorvaneCore/Prepare/Imputation/ImputationTable.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 
 namespace sorvane {
 
-ImputationTable ImputationTable::filledWithMeans(std::span<const NumericColumn> columns) {
+std::optional<ImputationTable> ImputationTable::filledWithMeans(
+    std::span<const NumericColumn> columns) {
     ImputationTable table;
     table.rowCount = columns.empty() ? 0 : columns.front().size();
     for (const NumericColumn& column : columns) {
+        if (column.size() != table.rowCount) {
+            return std::nullopt;
+        }
         std::vector<double> values(table.rowCount);
         std::vector<std::size_t> observed;
         std::vector<std::size_t> missing;
@@ -78,7 +84,9 @@ std::optional<ColumnPrediction> predictColumn(const ImputationTable& table, std:
             prediction.predicted[row] += slope * (*predictors[j])[row];
         }
     }
-    return prediction;
+    const bool isFinite = std::ranges::all_of(prediction.predicted,
+                                              [](double value) { return std::isfinite(value); });
+    return isFinite ? std::optional(std::move(prediction)) : std::nullopt;
 }
 
 }  // namespace sorvane

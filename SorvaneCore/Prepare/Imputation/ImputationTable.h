@@ -20,7 +20,9 @@ struct ImputationTable {
     std::vector<std::vector<std::size_t>> missingRows;
 
     /// Missing cells filled with their column's mean.
-    static ImputationTable filledWithMeans(std::span<const NumericColumn> columns);
+    ///
+    /// Failure    columns of other lengths -> absent
+    static std::optional<ImputationTable> filledWithMeans(std::span<const NumericColumn> columns);
 
     bool isExcluded(std::size_t column) const { return observedRows[column].empty(); }
     /// Whether there is something to fill, and something to learn from.
@@ -40,7 +42,8 @@ struct ColumnPrediction {
 /// Least squares on the rows where the target was observed, by an intercept and all other columns
 /// that are not excluded.
 ///
-/// Failure    collinear columns, or fewer rows than coefficients -> absent
+/// Failure    collinear columns, fewer rows than coefficients, or a prediction beyond all numbers
+///            -> absent
 std::optional<ColumnPrediction> predictColumn(const ImputationTable& table, std::size_t target);
 
 }  // namespace sorvane

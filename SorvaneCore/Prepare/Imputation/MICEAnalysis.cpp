@@ -5,7 +5,7 @@
 
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
-#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneCore/Prepare/Imputation/PooledT.h"
 
 namespace sorvane::MICEAnalysis {
 
@@ -37,12 +37,6 @@ std::optional<std::vector<std::size_t>> positionsOf(std::span<const CompletedCol
     return copies.empty() ? std::nullopt : std::optional(std::move(positions));
 }
 
-double pValue(double t, double df) {
-    // 1 + erf: twice the normal distribution function at |t|.
-    return std::isinf(df) ? 2.0 - (1.0 + std::erf(std::abs(t) / std::sqrt(2.0)))
-                          : MathDistributions::studentTPValue(t, df);
-}
-
 PooledCoefficient pooledCoefficient(std::string name,
                                     std::span<const double> estimates,
                                     std::span<const double> variances) {
@@ -52,7 +46,7 @@ PooledCoefficient pooledCoefficient(std::string name,
             .estimate = pooled.estimate,
             .standardError = pooled.standardError,
             .t = t,
-            .pValue = pValue(t, pooled.degreesOfFreedom),
+            .pValue = PooledT::pValue(t, pooled.degreesOfFreedom),
             .ciLower = pooled.confidenceIntervalLower,
             .ciUpper = pooled.confidenceIntervalUpper,
             .fractionMissingInfo = pooled.fractionMissingInfo,
@@ -60,6 +54,33 @@ PooledCoefficient pooledCoefficient(std::string name,
 }
 
 }  // namespace
+
+std::optional<PooledEstimate> pooledMean(std::span<const CompletedColumns> imputedDatasets,
+                                         const std::vector<std::string>& variableNames,
+                                         const std::string& target,
+                                         double confidenceLevel) {
+    const auto positions = positionsOf(imputedDatasets, variableNames, {target});
+    if (!positions || imputedDatasets.front()[positions->front()].size() < 2) {
+        return std::nullopt;
+    }
+    std::vector<double> means;
+    std::vector<double> variances;
+    for (const CompletedColumns& copy : imputedDatasets) {
+        const std::vector<std::optional<double>>& values = copy[positions->front()];
+        const auto n = static_cast<double>(values.size());
+        double mean = 0.0;
+        for (const std::optional<double>& value : values) {
+            mean += value.value_or(std::nan("")) / n;
+        }
+        double squares = 0.0;
+        for (const std::optional<double>& value : values) {
+            squares += value ? (*value - mean) * (*value - mean) : 0.0;
+        }
+        means.push_back(mean);
+        variances.push_back(squares / (n - 1.0) / n);
+    }
+    return MultipleImputation::pool(means, variances, confidenceLevel);
+}
 
 std::optional<std::vector<PooledCoefficient>> pooledRegression(
     std::span<const CompletedColumns> imputedDatasets,

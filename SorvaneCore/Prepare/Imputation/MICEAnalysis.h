@@ -52,6 +52,14 @@ BOOST_DESCRIBE_STRUCT(PooledCorrelation, (), (r, ciLower, ciUpper, fractionMissi
 /// Failure    no copies, a name that is not there, a fit that fails in a copy -> absent
 namespace MICEAnalysis {
 
+/// The mean of a column.
+///
+/// Failure    fewer than two cases as well; a cell that stayed missing -> NaN
+std::optional<PooledEstimate> pooledMean(std::span<const CompletedColumns> imputedDatasets,
+                                         const std::vector<std::string>& variableNames,
+                                         const std::string& target,
+                                         double confidenceLevel = 0.95);
+
 /// Least squares of the outcome on "(Intercept)" and the predictors.
 std::optional<std::vector<PooledCoefficient>> pooledRegression(
     std::span<const CompletedColumns> imputedDatasets,

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
-#include <mutex>
+#include <thread>
+#include <utility>
 
 #include "SorvaneCore/Numerics/ParallelFor.h"
 #include "SorvaneCore/Prepare/Imputation/ChainedImputation.h"
 #include "SorvaneCore/Prepare/Imputation/ImputationWording.h"
+#include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
 
 namespace sorvane::MultipleImputation {
 
@@ -17,12 +19,6 @@ namespace wording = ImputationWording;
 constexpr double manyMissing = 0.4;
 constexpr std::size_t fewRows = 30;
 constexpr std::int64_t fewImputations = 5;
-
-bool haveOneLength(std::span<const NumericColumn> columns) {
-    return std::ranges::all_of(columns, [&columns](const NumericColumn& column) {
-        return column.size() == columns.front().size();
-    });
-}
 
 /// Counts the sweeps of all chains, and asks whether to go on.
 class Sweeps {
@@ -36,10 +32,9 @@ public:
         return !isEnded_;
     }
     void finishOne() {
-        const std::lock_guard lock(mutex_);
-        done_ += 1.0;
-        if (options_.progress) {
-            options_.progress(std::min(done_ / total_, 1.0));
+        const auto done = static_cast<double>(++done_);
+        if (options_.progress && std::this_thread::get_id() == caller_) {
+            options_.progress(std::min(done / total_, 1.0));
         }
     }
     bool isEnded() const { return isEnded_; }
@@ -47,61 +42,92 @@ public:
 private:
     const ImputationOptions& options_;
     double total_;
-    std::mutex mutex_;
-    double done_ = 0.0;
+    const std::thread::id caller_ = std::this_thread::get_id();
+    std::atomic<std::int64_t> done_ = 0;
     std::atomic<bool> isEnded_ = false;
 };
 
-void run(ChainedImputation& chain, const ImputationOptions& options, Sweeps& sweeps) {
+/// One copy when its chain has ended.
+struct Copy {
+    CompletedColumns columns;
+    std::uint64_t draws = 0;
+    std::vector<std::vector<ImputedMoments>> moments;
+    std::vector<std::int64_t> stepsWithoutFit;
+};
+
+Copy run(const ImputationTable& start,
+         SplitMix64 random,
+         const ImputationOptions& options,
+         Sweeps& sweeps) {
     const auto donors = static_cast<std::size_t>(std::max<std::int64_t>(options.donorCount, 0));
+    ChainedImputation chain{.table = start,
+                            .random = random,
+                            .stepsWithoutFit = std::vector<std::int64_t>(start.columns.size())};
+    Copy copy;
     for (std::int64_t sweep = 0; sweep < options.maxIterations && sweeps.mayBegin(); ++sweep) {
         chain.sweep(donors);
+        copy.moments.push_back(chain.moments());
         sweeps.finishOne();
     }
+    copy.columns = chain.table.completed();
+    copy.draws = chain.draws;
+    copy.stepsWithoutFit = std::move(chain.stepsWithoutFit);
+    return copy;
 }
 
-/// One draw for every missing cell of every sweep: what a chain takes unless a fit fails.
+/// What a chain draws unless its columns are collinear: one number for every missing cell of every
+/// sweep, two where a residual is drawn, none where there are too few rows for a fit.
 std::uint64_t usualDraws(const ImputationTable& table, const ImputationOptions& options) {
-    std::uint64_t cells = 0;
+    std::size_t coefficients = 0;
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
-        cells += table.isExcluded(column) ? 0 : table.missingRows[column].size();
+        coefficients += table.isExcluded(column) ? 0 : 1;
     }
-    return cells * static_cast<std::uint64_t>(options.maxIterations);
+    std::uint64_t draws = 0;
+    for (std::size_t column = 0; column < table.columns.size(); ++column) {
+        const std::size_t observed = table.observedRows[column].size();
+        if (table.isIncomplete(column) && observed >= coefficients) {
+            const bool drawsDonors = options.donorCount >= 1 && observed > 1;
+            draws += table.missingRows[column].size() * (drawsDonors ? 1 : 2);
+        }
+    }
+    return draws * static_cast<std::uint64_t>(options.maxIterations);
 }
 
 /// The chains at once, each from where the one before usually ends. A chain that would have begun
 /// elsewhere is run again from there, so that the result is that of one after the other.
-std::vector<CompletedColumns> completedCopies(const ImputationTable& start,
-                                              const ImputationOptions& options,
-                                              Sweeps& sweeps) {
-    const auto m = static_cast<std::size_t>(options.m);
+std::vector<Copy> completedCopies(const ImputationTable& start,
+                                  const ImputationOptions& options,
+                                  Sweeps& sweeps) {
     const std::uint64_t usual = usualDraws(start, options);
-    const auto chainFrom = [&start](SplitMix64 random) {
-        return ChainedImputation{.table = start, .random = random};
-    };
-    std::vector<CompletedColumns> copies(m);
-    std::vector<std::uint64_t> draws(m);
-    parallelFor(m, hardwareThreads(), [&](std::size_t i) {
+    std::vector<Copy> copies(static_cast<std::size_t>(options.m));
+    parallelFor(copies.size(), hardwareThreads(), [&](std::size_t i) {
         SplitMix64 random(options.seed);
         random.skip(i * usual);
-        ChainedImputation chain = chainFrom(random);
-        run(chain, options, sweeps);
-        copies[i] = chain.table.completed();
-        draws[i] = chain.draws;
+        copies[i] = run(start, random, options, sweeps);
     });
     SplitMix64 random(options.seed);
     std::uint64_t taken = 0;
-    for (std::size_t i = 0; i < m && !sweeps.isEnded(); ++i) {
+    for (std::size_t i = 0; i < copies.size() && !sweeps.isEnded(); ++i) {
         if (taken != i * usual) {
-            ChainedImputation chain = chainFrom(random);
-            run(chain, options, sweeps);
-            copies[i] = chain.table.completed();
-            draws[i] = chain.draws;
+            copies[i] = run(start, random, options, sweeps);
         }
-        random.skip(draws[i]);
-        taken += draws[i];
+        random.skip(copies[i].draws);
+        taken += copies[i].draws;
     }
     return copies;
+}
+
+TracedImputation traced(std::vector<Copy> copies, std::size_t columnCount) {
+    TracedImputation result;
+    result.trace.stepsWithoutFit.resize(columnCount);
+    for (Copy& copy : copies) {
+        result.result.imputedDatasets.push_back(std::move(copy.columns));
+        result.trace.moments.push_back(std::move(copy.moments));
+        for (std::size_t column = 0; column < columnCount; ++column) {
+            result.trace.stepsWithoutFit[column] += copy.stepsWithoutFit[column];
+        }
+    }
+    return result;
 }
 
 AnalysisReadiness readiness(const ImputationTable& table, const ImputationOptions& options) {
@@ -113,7 +139,7 @@ AnalysisReadiness readiness(const ImputationTable& table, const ImputationOption
     std::vector<std::string> excluded;
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
         missing += table.missingRows[column].size();
-        if (table.isExcluded(column) && column < options.variableNames.size()) {
+        if (table.isExcluded(column)) {
             excluded.push_back(options.variableNames[column]);
         }
     }
@@ -142,52 +168,43 @@ AnalysisReadiness readiness(const ImputationTable& table, const ImputationOption
 
 std::optional<MultipleImputationResult> impute(std::span<const NumericColumn> columns,
                                                const ImputationOptions& options) {
-    if (options.m < 1 || options.maxIterations < 1 || !haveOneLength(columns)) {
+    std::optional<TracedImputation> imputation = imputeTraced(columns, options);
+    return imputation ? std::optional(std::move(imputation->result)) : std::nullopt;
+}
+
+std::optional<TracedImputation> imputeTraced(std::span<const NumericColumn> columns,
+                                             const ImputationOptions& options) {
+    const std::optional<ImputationTable> start = ImputationTable::filledWithMeans(columns);
+    if (!start || options.m < 1 || options.maxIterations < 1 ||
+        options.variableNames.size() != columns.size()) {
         return std::nullopt;
     }
-    const ImputationTable start = ImputationTable::filledWithMeans(columns);
     Sweeps sweeps(options, static_cast<double>(options.m * options.maxIterations));
-    std::vector<CompletedColumns> copies = completedCopies(start, options, sweeps);
+    std::vector<Copy> copies = completedCopies(*start, options, sweeps);
     if (sweeps.isEnded()) {
         return std::nullopt;
     }
-    return MultipleImputationResult{.m = options.m,
-                                    .iterations = options.maxIterations,
-                                    .imputedDatasets = std::move(copies),
-                                    .variableNames = options.variableNames,
-                                    .seed = options.seed,
-                                    .readiness = readiness(start, options)};
+    TracedImputation imputation = traced(std::move(copies), columns.size());
+    MultipleImputationResult& result = imputation.result;
+    result.m = options.m;
+    result.iterations = options.maxIterations;
+    result.variableNames = options.variableNames;
+    result.seed = options.seed;
+    result.readiness = readiness(*start, options);
+    return imputation;
 }
 
 std::optional<PooledEstimate> pooledMean(std::span<const NumericColumn> columns,
                                          const ImputationOptions& options,
                                          const std::string& target,
                                          double confidenceLevel) {
-    const auto found = std::ranges::find(options.variableNames, target);
-    const auto index = static_cast<std::size_t>(found - options.variableNames.begin());
-    if (index >= columns.size()) {
+    if (std::ranges::find(options.variableNames, target) == options.variableNames.end()) {
         return std::nullopt;
     }
     const std::optional<MultipleImputationResult> imputed = impute(columns, options);
-    if (!imputed) {
-        return std::nullopt;
-    }
-    std::vector<double> means;
-    std::vector<double> variances;
-    for (const CompletedColumns& copy : imputed->imputedDatasets) {
-        const auto n = static_cast<double>(copy[index].size());
-        double mean = 0.0;
-        for (const std::optional<double>& value : copy[index]) {
-            mean += value.value_or(std::numeric_limits<double>::quiet_NaN()) / n;
-        }
-        double squares = 0.0;
-        for (const std::optional<double>& value : copy[index]) {
-            squares += value ? (*value - mean) * (*value - mean) : 0.0;
-        }
-        means.push_back(mean);
-        variances.push_back(squares / (n - 1.0) / n);
-    }
-    return pool(means, variances, confidenceLevel);
+    return imputed ? MICEAnalysis::pooledMean(imputed->imputedDatasets, imputed->variableNames,
+                                              target, confidenceLevel)
+                   : std::nullopt;
 }
 
 }  // namespace sorvane::MultipleImputation

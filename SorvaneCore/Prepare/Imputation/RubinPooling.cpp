@@ -1,9 +1,9 @@
 #include <cmath>
 #include <limits>
+#include <vector>
 
-#include "SorvaneCore/Numerics/MathDistributions.h"
-#include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneCore/Prepare/Imputation/MultipleImputation.h"
+#include "SorvaneCore/Prepare/Imputation/PooledT.h"
 
 namespace sorvane::MultipleImputation {
 
@@ -17,12 +17,22 @@ double mean(std::span<const double> values) {
     return sum / static_cast<double>(values.size());
 }
 
-double betweenVariance(std::span<const double> estimates, double center) {
-    double squares = 0.0;
-    for (const double estimate : estimates) {
-        squares += (estimate - center) * (estimate - center);
+/// The estimates as departures from the first, so that equal ones have no variance to the last bit.
+std::vector<double> departures(std::span<const double> estimates) {
+    std::vector<double> found(estimates.begin(), estimates.end());
+    for (double& each : found) {
+        each -= estimates.front();
     }
-    return estimates.size() < 2 ? 0.0 : squares / static_cast<double>(estimates.size() - 1);
+    return found;
+}
+
+double variance(std::span<const double> values) {
+    const double center = mean(values);
+    double squares = 0.0;
+    for (const double value : values) {
+        squares += (value - center) * (value - center);
+    }
+    return values.size() < 2 ? 0.0 : squares / static_cast<double>(values.size() - 1);
 }
 
 }  // namespace
@@ -35,24 +45,19 @@ PooledEstimate pool(std::span<const double> estimates,
         return pooled;
     }
     const auto m = static_cast<double>(estimates.size());
-    pooled.estimate = mean(estimates);
+    const std::vector<double> apart = departures(estimates);
+    pooled.estimate = estimates.front() + mean(apart);
     pooled.withinVariance = mean(variances);
-    pooled.betweenVariance = betweenVariance(estimates, pooled.estimate);
+    pooled.betweenVariance = variance(apart);
     const double added = (1.0 + 1.0 / m) * pooled.betweenVariance;
     pooled.totalVariance = pooled.withinVariance + added;
-    if (pooled.totalVariance > 0.0) {
-        pooled.standardError = std::sqrt(pooled.totalVariance);
-        pooled.fractionMissingInfo = added / pooled.totalVariance;
-    }
-    const double alpha = 1.0 - confidenceLevel;
-    double critical = 0.0;
-    if (added == 0.0) {
-        critical = normalCritical(alpha, NormalCriticalSetting::wide);
-    } else {
+    pooled.standardError = std::sqrt(pooled.totalVariance);
+    pooled.fractionMissingInfo = pooled.totalVariance == 0.0 ? 0.0 : added / pooled.totalVariance;
+    if (added != 0.0) {
         const double ratio = 1.0 + pooled.withinVariance / added;
         pooled.degreesOfFreedom = (m - 1.0) * ratio * ratio;
-        critical = MathDistributions::studentTCritical(alpha, pooled.degreesOfFreedom);
     }
+    const double critical = PooledT::critical(1.0 - confidenceLevel, pooled.degreesOfFreedom);
     const double margin = std::isfinite(critical) ? critical * pooled.standardError
                                                   : std::numeric_limits<double>::quiet_NaN();
     pooled.confidenceIntervalLower = pooled.estimate - margin;

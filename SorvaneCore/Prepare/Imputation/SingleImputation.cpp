@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 
 #include "SorvaneCore/Prepare/Imputation/ImputationTable.h"
 
@@ -14,12 +15,17 @@ double median(std::vector<double> values) {
 
 }  // namespace
 
-CompletedColumns meanImpute(std::span<const NumericColumn> columns) {
-    return ImputationTable::filledWithMeans(columns).completed();
+std::optional<CompletedColumns> meanImpute(std::span<const NumericColumn> columns) {
+    const std::optional<ImputationTable> filled = ImputationTable::filledWithMeans(columns);
+    return filled ? std::optional(filled->completed()) : std::nullopt;
 }
 
-CompletedColumns medianImpute(std::span<const NumericColumn> columns) {
-    ImputationTable table = ImputationTable::filledWithMeans(columns);
+std::optional<CompletedColumns> medianImpute(std::span<const NumericColumn> columns) {
+    std::optional<ImputationTable> filled = ImputationTable::filledWithMeans(columns);
+    if (!filled) {
+        return std::nullopt;
+    }
+    ImputationTable& table = *filled;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         if (table.isIncomplete(column)) {
             const double middle = median(columns[column].present());
@@ -31,11 +37,14 @@ CompletedColumns medianImpute(std::span<const NumericColumn> columns) {
     return table.completed();
 }
 
-CompletedColumns regressionImpute(std::span<const NumericColumn> columns) {
-    const ImputationTable filled = ImputationTable::filledWithMeans(columns);
-    ImputationTable table = filled;
+std::optional<CompletedColumns> regressionImpute(std::span<const NumericColumn> columns) {
+    const std::optional<ImputationTable> filled = ImputationTable::filledWithMeans(columns);
+    if (!filled) {
+        return std::nullopt;
+    }
+    ImputationTable table = *filled;
     for (std::size_t column = 0; column < columns.size(); ++column) {
-        const auto fit = table.isIncomplete(column) ? predictColumn(filled, column) : std::nullopt;
+        const auto fit = table.isIncomplete(column) ? predictColumn(*filled, column) : std::nullopt;
         if (!fit) {
             continue;
         }

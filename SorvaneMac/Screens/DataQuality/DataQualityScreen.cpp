@@ -124,12 +124,18 @@ void DataQualityScreen::addComposition(SetupForm& form) {
     if (fields_.clCompositionVar->isBlank()) {
         return;
     }
-    form.controls.emplace_back(
-        NoteControl{"Enter the share of each category in the population, in percent.", false});
     const std::vector<std::string> categories =
         Categories::of(state_.dataset(), fields_.clCompositionVar->name);
-    for (std::size_t i = 0; i < std::min(mostCategories, categories.size()); ++i) {
-        const std::string& category = categories[i];
+    if (categories.size() > mostCategories) {
+        form.controls.emplace_back(NoteControl{
+            "There are more than " + ResultText::count(mostCategories) +
+                " categories. Combine them with Recode in Prepare Data, then compare those.",
+            true});
+        return;
+    }
+    form.controls.emplace_back(
+        NoteControl{"Enter the share of each category in the population, in percent.", false});
+    for (const std::string& category : categories) {
         const auto entered = fields_.clBenchmarks->find(category);
         form.controls.emplace_back(TextControl{
             .label = category,
@@ -193,9 +199,14 @@ std::optional<CompositionResult> DataQualityScreen::composition() const {
     if (!column) {
         return std::nullopt;
     }
+    const std::vector<std::string> categories =
+        Categories::of(dataset, fields_.clCompositionVar->name);
+    if (categories.size() > mostCategories) {
+        return std::nullopt;
+    }
     // What was typed for the categories of another variable stays in the field.
     std::map<std::string, double> benchmarks;
-    for (const std::string& category : Categories::of(dataset, fields_.clCompositionVar->name)) {
+    for (const std::string& category : categories) {
         const auto entered = fields_.clBenchmarks->find(category);
         if (entered != fields_.clBenchmarks->end()) {
             benchmarks[category] =

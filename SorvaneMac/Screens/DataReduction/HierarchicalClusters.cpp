@@ -4,6 +4,8 @@
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DataReduction/ClusterReport.h"
+#include "SorvaneMac/Screens/DataReduction/ClusterTree.h"
+#include "SorvaneMac/Screens/DataReduction/ClusteringAnalysis.h"
 #include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
 #include "SorvaneMac/Screens/DataReduction/ReducedVariables.h"
 #include "SorvaneMac/Screens/DatasetText.h"
@@ -15,93 +17,14 @@ namespace sorvane {
 
 namespace {
 
-constexpr std::string_view caution =
+constexpr std::string_view cautionText =
     "Clusters are groupings the algorithm found, not pre-existing types. Linkage and scaling "
     "choices change the solution.";
-/// More than these cannot be read; a larger tree is drawn from its last so many clusters on.
-constexpr std::int64_t mostLeaves = 40;
 
 /// "ward" as a name, the others as words.
 std::string linkageWord(HierarchicalLinkage linkage) {
     const std::string shown(displayName(linkage));
     return linkage == HierarchicalLinkage::ward ? shown : UnicodeText::lowerCased(shown);
-}
-
-/// The middle between the last merge within the clusters and the first one between them.
-std::optional<double> cutHeight(const HierarchicalResult& result, std::int64_t k) {
-    const auto within = static_cast<std::size_t>(result.caseCount - k);
-    if (k < 2) {
-        return std::nullopt;
-    }
-    const double below = within > 0 ? result.merges[within - 1].height : 0.0;
-    const double above = result.merges[within].height;
-    // Merges at one height leave no place to cut between them.
-    return below < above ? std::optional((below + above) / 2.0) : std::nullopt;
-}
-
-/// The clusters that are left when `leaves` of them are, each with its number in the tree, and the
-/// merges from there on.
-struct TreeTop {
-    std::vector<std::int64_t> leaves;
-    Dendrogram plot;
-};
-
-TreeTop topOf(const HierarchicalResult& result, std::int64_t leaves) {
-    const auto made = static_cast<std::size_t>(result.caseCount - leaves);
-    const auto cases = static_cast<std::size_t>(result.caseCount);
-    std::vector<bool> isPart(cases + result.merges.size(), false);
-    for (std::size_t i = 0; i < made; ++i) {
-        isPart[static_cast<std::size_t>(result.merges[i].clusterA)] = true;
-        isPart[static_cast<std::size_t>(result.merges[i].clusterB)] = true;
-    }
-    TreeTop top;
-    std::vector<std::int64_t> place(isPart.size(), -1);
-    for (std::size_t node = 0; node < cases + made; ++node) {
-        if (!isPart[node]) {
-            place[node] = static_cast<std::int64_t>(top.leaves.size());
-            top.leaves.push_back(static_cast<std::int64_t>(node));
-        }
-    }
-    for (std::size_t i = made; i < result.merges.size(); ++i) {
-        const HierarchicalMerge& merge = result.merges[i];
-        place[cases + i] = leaves + static_cast<std::int64_t>(i - made);
-        top.plot.merges.push_back({.first = place[static_cast<std::size_t>(merge.clusterA)],
-                                   .second = place[static_cast<std::size_t>(merge.clusterB)],
-                                   .height = merge.height});
-    }
-    return top;
-}
-
-/// Input      `rows`: where each case stands in the table
-Chart treeChart(const HierarchicalResult& result,
-                const std::vector<std::uint32_t>& rows,
-                std::int64_t k) {
-    const std::int64_t leaves = std::min(result.caseCount, std::max(mostLeaves, k));
-    TreeTop top = topOf(result, leaves);
-    for (const std::int64_t node : top.leaves) {
-        const auto at = static_cast<std::size_t>(node);
-        top.plot.leaves.push_back(
-            node < result.caseCount
-                ? "Row " + ResultText::count(static_cast<std::int64_t>(rows[at]) + 1)
-                : ResultText::count(
-                      result.merges[at - static_cast<std::size_t>(result.caseCount)].size) +
-                      " cases");
-    }
-    top.plot.cut = cutHeight(result, k);
-    Chart chart;
-    chart.title = "Dendrogram";
-    if (top.plot.cut) {
-        chart.subtitle =
-            "The dashed line cuts the tree into " + DatasetText::counted(k, "cluster") + ".";
-    }
-    if (leaves < result.caseCount) {
-        chart.subtitle += chart.subtitle.empty() ? "" : " ";
-        chart.subtitle +=
-            "The tree is drawn from its last " + ResultText::count(leaves) + " clusters on.";
-    }
-    chart.xLabel = "Height";
-    chart.plot = std::move(top.plot);
-    return chart;
 }
 
 ReportTable sizeTable(const TreeRun& run) {
@@ -153,9 +76,9 @@ std::vector<Tile> tiles(const TreeRun& run) {
             {"Cases used", ResultText::count(result.caseCount), "complete on all variables"}};
 }
 
-class HierarchicalClusters final : public StoredAnalysis<DataReductionFields, TreeRun> {
+class HierarchicalClusters final : public ClusteringAnalysis<TreeRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
+    using ClusteringAnalysis::ClusteringAnalysis;
 
     std::string subtitle() const override {
         return std::string(displayName(DataReductionMethod::hierarchical));
@@ -168,36 +91,18 @@ public:
         ReducedVariables::addClusterControls(form, fields_, "Clusters at the cut (k)");
     }
 
-    std::string runLabel() const override { return "Run clustering"; }
-
-    std::optional<Gate> gate() const override {
-        if (std::optional<Gate> gone = ReducedVariables::gone(state_.dataset(), fields_)) {
-            return gone;
-        }
-        return ReducedVariables::canCluster(state_.dataset(), fields_)
-                   ? std::nullopt
-                   : std::optional(ReducedVariables::cannotCluster());
-    }
-
     std::string selection() const override {
         return "A tree by " +
                ResultText::listed(ReducedVariables::names(state_.dataset(), fields_));
     }
 
-    Guide guide() const override {
-        return {.answers =
-                    "Which cases resemble one another, as a tree that merges the most similar "
-                    "ones first and can be cut into any number of clusters.",
-                .needs =
-                    "Numeric variables that matter for likeness, standardized where their units "
-                    "differ, and at least as many complete cases as clusters; five or more in "
-                    "each cluster.",
-                .doNotClaim = {std::string(caution),
-                               "Do not test whether clusters differ on the variables that made "
-                               "them; they do by construction."}};
-    }
-
 private:
+    std::string answers() const override {
+        return "Which cases resemble one another, as a tree that merges the most similar "
+               "ones first and can be cut into any number of clusters.";
+    }
+    std::string caution() const override { return std::string(cautionText); }
+
     std::optional<TreeRun> compute() override {
         TreeRun run{.variables = ReducedVariables::names(state_.dataset(), fields_),
                     .k = fields_.drK.get()};
@@ -228,7 +133,7 @@ private:
         for (const NumericColumn& column : columns) {
             pointers.push_back(&column);
         }
-        run.tree = treeChart(*run.result, CompleteCases::rows(pointers), run.k);
+        run.tree = ClusterTree::chart(*run.result, CompleteCases::rows(pointers), run.k);
     }
 
     void present(const TreeRun& run, ScreenContent& content) const override {
@@ -247,7 +152,7 @@ private:
                    .note = caption(run),
                    .charts = {run.tree},
                    .figureCaption = "Dendrogram. " + caption(run),
-                   .caution = std::string(caution),
+                   .caution = caution(),
                    .warnings = ResultText::messages(run.result->readiness)},
                   content);
     }

@@ -3,6 +3,7 @@
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DataReduction/ClusterReport.h"
+#include "SorvaneMac/Screens/DataReduction/ClusteringAnalysis.h"
 #include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
 #include "SorvaneMac/Screens/DataReduction/ReducedVariables.h"
 #include "SorvaneMac/Screens/DatasetText.h"
@@ -13,7 +14,7 @@ namespace sorvane {
 
 namespace {
 
-constexpr std::string_view caution =
+constexpr std::string_view cautionText =
     "Clusters are groupings the algorithm found, not pre-existing types. Different k or scaling "
     "choices give different groupings.";
 /// How far the elbow curve goes, where the chosen k does not go further.
@@ -94,9 +95,9 @@ std::vector<Tile> tiles(const KMeansResult& result) {
              "complete on all variables"}};
 }
 
-class KMeansClusters final : public StoredAnalysis<DataReductionFields, KMeansRun> {
+class KMeansClusters final : public ClusteringAnalysis<KMeansRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
+    using ClusteringAnalysis::ClusteringAnalysis;
 
     std::string subtitle() const override {
         return std::string(displayName(DataReductionMethod::kmeans));
@@ -108,36 +109,18 @@ public:
         ReducedVariables::addClusterControls(form, fields_, "Number of clusters (k)");
     }
 
-    std::string runLabel() const override { return "Run clustering"; }
-
-    std::optional<Gate> gate() const override {
-        if (std::optional<Gate> gone = ReducedVariables::gone(state_.dataset(), fields_)) {
-            return gone;
-        }
-        return ReducedVariables::canCluster(state_.dataset(), fields_)
-                   ? std::nullopt
-                   : std::optional(ReducedVariables::cannotCluster());
-    }
-
     std::string selection() const override {
         return ResultText::count(fields_.drK.get()) + " clusters by " +
                ResultText::listed(ReducedVariables::names(state_.dataset(), fields_));
     }
 
-    Guide guide() const override {
-        return {.answers =
-                    "How the cases can be parted into a given number of clusters so that each "
-                    "case is near the centre of its own.",
-                .needs =
-                    "Numeric variables that matter for likeness, standardized where their units "
-                    "differ, and at least as many complete cases as clusters; five or more in "
-                    "each cluster.",
-                .doNotClaim = {std::string(caution),
-                               "Do not test whether clusters differ on the variables that made "
-                               "them; they do by construction."}};
-    }
-
 private:
+    std::string answers() const override {
+        return "How the cases can be parted into a given number of clusters so that each "
+               "case is near the centre of its own.";
+    }
+    std::string caution() const override { return std::string(cautionText); }
+
     std::optional<KMeansRun> compute() override {
         KMeansRun run{.variables = ReducedVariables::names(state_.dataset(), fields_),
                       .k = fields_.drK.get()};
@@ -170,7 +153,7 @@ private:
                            (run.result->standardized ? ", in standard scores." : "."),
                    .charts = charts(run),
                    .figureCaption = "Total within-cluster sum of squares by number of clusters.",
-                   .caution = std::string(caution),
+                   .caution = caution(),
                    .warnings = ResultText::messages(run.result->readiness)},
                   content);
     }

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/LatentClass/MixtureReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::ClassSweep {
@@ -23,6 +22,22 @@ constexpr std::string_view caution =
     "exist.";
 
 using Rows = std::vector<LatentSweepRow>;
+
+Rows rowsOfFactorMixtures(const LatentIndicators& indicators,
+                          const TaskRunner::Progress& progress) {
+    Rows rows;
+    for (const FactorMixtureSweepRow& row : FactorMixtureModel::sweep(
+             indicators.numbers, {.variableNames = indicators.names, .progress = progress},
+             LatentClassModel::fewestClasses, LatentClassModel::mostClasses)) {
+        rows.push_back({.k = row.k,
+                        .logLik = row.logLik,
+                        .aic = row.aic,
+                        .bic = row.bic,
+                        .entropy = row.entropy,
+                        .converged = row.converged});
+    }
+    return rows;
+}
 
 Rows rowsOf(const LatentIndicators& indicators, const TaskRunner::Progress& progress) {
     constexpr auto counts =
@@ -99,8 +114,7 @@ std::string leftOut(const Rows& converged) {
 }
 
 std::string sentence(const SweepBasis& basis, const LatentSweepRow& best) {
-    return std::string(MixtureReport::title(basis.mode)) + " of " +
-           ResultText::listed(basis.items) +
+    return std::string(analysisName(basis.kind)) + " of " + ResultText::listed(basis.items) +
            " was repeated with 2 to 6 classes. Among the fits that converged, the BIC was lowest "
            "with " +
            ResultText::count(best.k) + " classes (BIC = " + svFmt(best.bic, 2) +
@@ -113,7 +127,7 @@ ReportItem item(const SweepBasis& basis,
                 const std::string& omitted) {
     ReportItem item;
     item.id = Uuid::fresh();
-    item.title = std::string(MixtureReport::title(basis.mode)) + ": number of classes";
+    item.title = std::string(analysisName(basis.kind)) + ": number of classes";
     item.apaSummary = sentence(basis, best);
     if (!omitted.empty()) {
         item.apaSummary += " " + omitted;
@@ -128,32 +142,35 @@ ReportItem item(const SweepBasis& basis,
 void addControls(SetupForm& form,
                  StudioState& state,
                  LatentClassFields& fields,
-                 LatentMixtureMode mode) {
-    const bool isReady = state.hasData() && !LatentIndicators::gate(state.dataset(), fields, mode);
+                 LatentScreenKind kind) {
+    const bool isReady =
+        state.hasData() && !LatentIndicators::gate(state.dataset(), fields, modeOf(kind));
     form.controls.emplace_back(HeadingControl{std::string(heading)});
     form.controls.emplace_back(NoteControl{std::string(advice), false});
     form.controls.emplace_back(ButtonControl{
-        .label = "Compare 2–6 classes", .isEnabled = isReady, .press = [&state, &fields, mode] {
-            run(state, fields, mode);
+        .label = "Compare 2–6 classes", .isEnabled = isReady, .press = [&state, &fields, kind] {
+            run(state, fields, kind);
         }});
 }
 
-void run(StudioState& state, LatentClassFields& fields, LatentMixtureMode mode) {
-    const LatentIndicators indicators = LatentIndicators::of(state.dataset(), fields, mode);
-    state.compute(
-        {.label = "Comparing 2–6 classes…",
-         .work = [&fields, indicators](std::stop_token, const TaskRunner::Progress& progress) {
-             return [&fields, indicators, rows = rowsOf(indicators, progress)] {
-                 fields.lcSweepBasis.set(
-                     SweepBasis{.mode = indicators.mode, .items = indicators.names});
-                 fields.lcSweepRows.set(rows);
-             };
-         }});
+void run(StudioState& state, LatentClassFields& fields, LatentScreenKind kind) {
+    const LatentIndicators indicators = LatentIndicators::of(state.dataset(), fields, modeOf(kind));
+    state.compute({.label = "Comparing 2–6 classes…",
+                   .work = [&fields, indicators, kind](std::stop_token,
+                                                       const TaskRunner::Progress& progress) {
+                       const Rows rows = kind == LatentScreenKind::factorMixture
+                                             ? rowsOfFactorMixtures(indicators, progress)
+                                             : rowsOf(indicators, progress);
+                       return [&fields, names = indicators.names, kind, rows] {
+                           fields.lcSweepBasis.set(SweepBasis{.kind = kind, .items = names});
+                           fields.lcSweepRows.set(rows);
+                       };
+                   }});
 }
 
-void show(const LatentClassFields& fields, LatentMixtureMode mode, ScreenContent& content) {
+void show(const LatentClassFields& fields, LatentScreenKind kind, ScreenContent& content) {
     if (!fields.lcSweepRows.get() || !fields.lcSweepBasis.get() ||
-        fields.lcSweepBasis.get()->mode != mode) {
+        fields.lcSweepBasis.get()->kind != kind) {
         return;
     }
     const SweepBasis& basis = *fields.lcSweepBasis.get();

@@ -16,12 +16,12 @@ namespace sorvane::ClassSweep {
 void addControls(SetupForm& form,
                  StudioState& state,
                  LatentClassFields& fields,
-                 LatentMixtureMode mode);
+                 LatentScreenKind kind);
 
 /// Fits each count in turn in the background and keeps a row for each that is usable.
-void run(StudioState& state, LatentClassFields& fields, LatentMixtureMode mode);
+void run(StudioState& state, LatentClassFields& fields, LatentScreenKind kind);
 
-/// Adds the comparison as a card and a finding, where the last one was of this mode.
-void show(const LatentClassFields& fields, LatentMixtureMode mode, ScreenContent& content);
+/// Adds the comparison as a card and a finding, where the last one was of this kind.
+void show(const LatentClassFields& fields, LatentScreenKind kind, ScreenContent& content);
 
 }  // namespace sorvane::ClassSweep

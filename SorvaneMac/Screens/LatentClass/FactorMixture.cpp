@@ -1,35 +1,97 @@
+#include "SorvaneCore/Models/FactorMixtureWording.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/LatentClass/ClassSweep.h"
+#include "SorvaneMac/Screens/LatentClass/FactorMixtureReport.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassAnalyses.h"
 #include "SorvaneMac/Screens/LatentClass/LatentIndicators.h"
 #include "SorvaneMac/Screens/LatentClass/MixtureControls.h"
-#include "SorvaneMac/Screens/PlannedAnalysis.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
 
 namespace sorvane {
 
 namespace {
 
-class FactorMixture final : public PlannedAnalysis<LatentClassFields> {
-public:
-    using PlannedAnalysis::PlannedAnalysis;
+constexpr LatentScreenKind kind = LatentScreenKind::factorMixture;
+constexpr std::string_view note =
+    "Listwise deletion. Loadings and residual variances are the same in all classes; the factor "
+    "has variance 1 within a class.";
 
-    std::string heading() const override { return std::string(name()); }
+class FactorMixture final : public BackgroundAnalysis<LatentClassFields, FactorMixtureResult> {
+public:
+    using BackgroundAnalysis::BackgroundAnalysis;
+
+    std::string heading() const override { return std::string(analysisName(kind)); }
 
     std::string subtitle() const override {
-        return "Groups of cases that differ in the level of one common factor.";
+        return "Groups of cases that differ in their level on numeric indicators, which one common "
+               "factor relates within every group.";
     }
 
     void addControls(SetupForm& form) override {
-        MixtureControls::add(form, state_.dataset(), fields_, LatentMixtureMode::profile);
+        MixtureControls::add(form, state_.dataset(), fields_, modeOf(kind));
+    }
+
+    void addFurtherControls(SetupForm& form) override {
+        ClassSweep::addControls(form, state_, fields_, kind);
     }
 
     std::string runLabel() const override { return "Run factor mixture"; }
 
-    Guide guide() const override { return MixtureControls::guide(); }
+    std::optional<Gate> gate() const override {
+        return LatentIndicators::gate(state_.dataset(), fields_, modeOf(kind));
+    }
+
+    std::string selection() const override {
+        return ResultText::count(fields_.lcClassCount.get()) + " classes of " +
+               ResultText::listed(
+                   LatentIndicators::chosen(state_.dataset(), fields_, modeOf(kind)));
+    }
+
+    void showFurther(ScreenContent& content) const override {
+        ClassSweep::show(fields_, kind, content);
+    }
+
+    Guide guide() const override {
+        Guide guide = MixtureControls::guide();
+        guide.doNotClaim = FactorMixtureWording::cautions();
+        return guide;
+    }
 
 private:
-    std::string_view name() const override { return "Factor mixture analysis"; }
+    std::string computingLabel() const override { return "Fitting factor mixture…"; }
+    std::string statusLine() const override { return "The classes are being fitted."; }
 
-    std::optional<Gate> selectionGate() const override {
-        return LatentIndicators::gate(state_.dataset(), fields_, LatentMixtureMode::profile);
+    Compute computation() const override {
+        return [indicators = LatentIndicators::of(state_.dataset(), fields_, modeOf(kind)),
+                count = fields_.lcClassCount.get()](const TaskRunner::Progress& progress) {
+            return FactorMixtureModel::fit(indicators.numbers, {.variableNames = indicators.names,
+                                                                .classCount = count,
+                                                                .progress = progress})
+                .value_or(
+                    FactorMixtureResult{.classCount = count, .variableNames = indicators.names});
+        };
+    }
+
+    void present(const FactorMixtureResult& result, ScreenContent& content) const override {
+        if (result.classes.empty()) {
+            content.gate = {.title = "Factor mixture analysis could not be estimated",
+                            .lead = ResultText::count(result.classCount) + " classes of " +
+                                    ResultText::listed(result.variableNames),
+                            .text = ResultText::obstacle(result.readiness)};
+            return;
+        }
+        addReport({.title = std::string(analysisName(kind)),
+                   .sentence = FactorMixtureReport::sentence(result),
+                   .tiles = FactorMixtureReport::tiles(result),
+                   .tables = FactorMixtureReport::tables(result),
+                   .note = std::string(note),
+                   .charts = {FactorMixtureReport::interceptPlot(result)},
+                   .figureCaption = "Means of " + ResultText::count(result.classCount) +
+                                    " classes on " + ResultText::listed(result.variableNames) + ".",
+                   .caution = FactorMixtureWording::cautions().front(),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
     }
 };
 
@@ -37,7 +99,7 @@ private:
 
 std::unique_ptr<Analysis> LatentClassAnalyses::factorMixture(StudioState& state,
                                                              LatentClassFields& fields) {
-    return std::make_unique<FactorMixture>(state, fields);
+    return std::make_unique<FactorMixture>(state, fields, fields.fmResult);
 }
 
 }  // namespace sorvane

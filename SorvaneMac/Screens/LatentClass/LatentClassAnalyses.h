@@ -11,9 +11,9 @@ namespace sorvane::LatentClassAnalyses {
 /// Latent profiles of numbers, or latent classes of categories.
 std::unique_ptr<Analysis> latentMixture(StudioState& state,
                                         LatentClassFields& fields,
-                                        LatentMixtureMode mode);
+                                        LatentScreenKind kind);
 
-/// Factor mixtures, which are not in this version.
+/// Classes within each of which one factor relates the indicators.
 std::unique_ptr<Analysis> factorMixture(StudioState& state, LatentClassFields& fields);
 
 }  // namespace sorvane::LatentClassAnalyses

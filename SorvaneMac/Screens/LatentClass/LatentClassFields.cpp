@@ -16,6 +16,23 @@ std::string_view displayName(LatentScreenKind value) {
     return "";
 }
 
+std::string_view analysisName(LatentScreenKind kind) {
+    switch (kind) {
+        case LatentScreenKind::profile:
+            return "Latent profile analysis";
+        case LatentScreenKind::classes:
+            return "Latent class analysis";
+        case LatentScreenKind::factorMixture:
+            return "Factor mixture analysis";
+    }
+    return "";
+}
+
+LatentMixtureMode modeOf(LatentScreenKind kind) {
+    return kind == LatentScreenKind::classes ? LatentMixtureMode::classAnalysis
+                                             : LatentMixtureMode::profile;
+}
+
 LatentClassFields::LatentClassFields(FieldRegistry& fields)
     : lcMode(fields, "lcMode", LatentMixtureMode::profile),
       lcItems(fields, "lcItems"),
@@ -26,6 +43,7 @@ LatentClassFields::LatentClassFields(FieldRegistry& fields)
       lcSweepBasis(fields, "lcSweepBasis"),
       lcResult(fields, "lcResult"),
       lcClassesResult(fields, "lcClassesResult"),
+      fmResult(fields, "fmResult"),
       fmHasRun(fields, "fmHasRun"),
       fmDisplayNames(fields, "fmDisplayNames") {}
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "SorvaneCore/Models/FactorMixtureModel.h"
 #include "SorvaneCore/Models/LatentClassModel.h"
 #include "SorvaneMac/State/Field.h"
 
@@ -17,6 +18,10 @@ enum class LatentScreenKind { profile, classes, factorMixture };
 BOOST_DESCRIBE_ENUM(LatentScreenKind, profile, classes, factorMixture)
 /// As the user reads it.
 std::string_view displayName(LatentScreenKind value);
+/// "Latent profile analysis", "Latent class analysis" or "Factor mixture analysis".
+std::string_view analysisName(LatentScreenKind kind);
+/// What the kind takes for indicators.
+LatentMixtureMode modeOf(LatentScreenKind kind);
 
 /// One fit of the comparison of class counts.
 struct LatentSweepRow {
@@ -33,12 +38,12 @@ BOOST_DESCRIBE_STRUCT(LatentSweepRow, (), (k, logLik, aic, bic, entropy, converg
 
 /// What a comparison of class counts was made of.
 struct SweepBasis {
-    LatentMixtureMode mode = LatentMixtureMode::profile;
+    LatentScreenKind kind = LatentScreenKind::profile;
     std::vector<std::string> items;
 
     bool operator==(const SweepBasis&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(SweepBasis, (), (mode, items))
+BOOST_DESCRIBE_STRUCT(SweepBasis, (), (kind, items))
 
 /// A mixture as it was run.
 struct MixtureRun {
@@ -67,6 +72,7 @@ struct LatentClassFields {
     /// Of profiles; of classes the next one.
     Field<std::optional<MixtureRun>> lcResult;
     Field<std::optional<MixtureRun>> lcClassesResult;
+    Field<std::optional<FactorMixtureResult>> fmResult;
     Field<bool> fmHasRun;
     Field<std::vector<std::string>> fmDisplayNames;
 };

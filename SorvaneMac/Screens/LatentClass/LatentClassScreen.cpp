@@ -11,13 +11,10 @@ namespace sorvane {
 
 LatentClassScreen::LatentClassScreen(StudioState& state, LatentClassFields& fields)
     : AnalysisScreen(StudioScreen::latentClass, state, fields.lcHasRun), fields_(fields) {
-    chooseBy("Kind of classes", fields.lcKind, [&fields] {
-        fields.lcMode.set(fields.lcKind.get() == LatentScreenKind::classes
-                              ? LatentMixtureMode::classAnalysis
-                              : LatentMixtureMode::profile);
-    });
-    add(LatentClassAnalyses::latentMixture(state, fields, LatentMixtureMode::profile));
-    add(LatentClassAnalyses::latentMixture(state, fields, LatentMixtureMode::classAnalysis));
+    chooseBy("Kind of classes", fields.lcKind,
+             [&fields] { fields.lcMode.set(modeOf(fields.lcKind.get())); });
+    add(LatentClassAnalyses::latentMixture(state, fields, LatentScreenKind::profile));
+    add(LatentClassAnalyses::latentMixture(state, fields, LatentScreenKind::classes));
     add(LatentClassAnalyses::factorMixture(state, fields));
 }
 

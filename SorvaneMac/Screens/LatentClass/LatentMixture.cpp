@@ -43,10 +43,10 @@ public:
     LatentMixture(StudioState& state,
                   LatentClassFields& fields,
                   Field<std::optional<MixtureRun>>& stored,
-                  LatentMixtureMode mode)
-        : BackgroundAnalysis(state, fields, stored), mode_(mode) {}
+                  LatentScreenKind kind)
+        : BackgroundAnalysis(state, fields, stored), kind_(kind), mode_(modeOf(kind)) {}
 
-    std::string heading() const override { return std::string(MixtureReport::title(mode_)); }
+    std::string heading() const override { return std::string(analysisName(kind_)); }
 
     std::string subtitle() const override {
         return isProfile() ? "Groups of cases with different means on numeric indicators. " +
@@ -60,7 +60,7 @@ public:
     }
 
     void addFurtherControls(SetupForm& form) override {
-        ClassSweep::addControls(form, state_, fields_, mode_);
+        ClassSweep::addControls(form, state_, fields_, kind_);
     }
 
     std::string runLabel() const override {
@@ -80,7 +80,7 @@ public:
     }
 
     void showFurther(ScreenContent& content) const override {
-        ClassSweep::show(fields_, mode_, content);
+        ClassSweep::show(fields_, kind_, content);
     }
 
     Guide guide() const override { return MixtureControls::guide(); }
@@ -120,6 +120,7 @@ private:
                   content);
     }
 
+    LatentScreenKind kind_;
     LatentMixtureMode mode_;
 };
 
@@ -127,10 +128,10 @@ private:
 
 std::unique_ptr<Analysis> LatentClassAnalyses::latentMixture(StudioState& state,
                                                              LatentClassFields& fields,
-                                                             LatentMixtureMode mode) {
+                                                             LatentScreenKind kind) {
     return std::make_unique<LatentMixture>(
-        state, fields,
-        mode == LatentMixtureMode::profile ? fields.lcResult : fields.lcClassesResult, mode);
+        state, fields, kind == LatentScreenKind::profile ? fields.lcResult : fields.lcClassesResult,
+        kind);
 }
 
 }  // namespace sorvane

@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MixtureReport {
@@ -174,7 +175,8 @@ Chart probabilityMap(const LatentClassResult& result) {
 }  // namespace
 
 std::string_view title(LatentMixtureMode mode) {
-    return mode == LatentMixtureMode::profile ? "Latent profile analysis" : "Latent class analysis";
+    return analysisName(mode == LatentMixtureMode::profile ? LatentScreenKind::profile
+                                                           : LatentScreenKind::classes);
 }
 
 std::vector<ReportTable> tables(const LatentClassResult& result) {

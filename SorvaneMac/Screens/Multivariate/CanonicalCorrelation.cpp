@@ -1,8 +1,12 @@
+#include "SorvaneCore/Analyses/Multivariate/CanonicalWording.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/Multivariate/CanonicalReport.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
-#include "SorvaneMac/Screens/PlannedAnalysis.h"
+#include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/Screens/TestReport.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -38,9 +42,19 @@ CheckListControl setList(std::string label,
         FormControls::variableCheckList(std::move(label), own, candidates), own.get(), numeric);
 }
 
-class CanonicalCorrelation final : public PlannedAnalysis<MultivariateFields> {
+std::vector<Tile> tiles(const CanonicalCorrelationResult& result) {
+    const CanonicalFunction& first = result.functions.front();
+    return {{"First correlation", svFmtBounded(first.correlation, 3), "of the variates"},
+            {"Wilks' lambda", svFmtBounded(result.tests.front().wilksLambda, 3),
+             ResultText::pSentence(result.tests.front().pValue)},
+            {"Redundancy", svFmt(100.0 * result.totalRedundancyY, 1) + "%",
+             "of set Y by set X; of X by Y " + svFmt(100.0 * result.totalRedundancyX, 1) + "%"},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+}
+
+class CanonicalSets final : public StoredAnalysis<MultivariateFields, CanonicalCorrelationResult> {
 public:
-    using PlannedAnalysis::PlannedAnalysis;
+    using StoredAnalysis::StoredAnalysis;
 
     std::string subtitle() const override {
         return "Relate one set of numeric variables to another.";
@@ -53,24 +67,7 @@ public:
 
     std::string runLabel() const override { return "Run canonical correlation"; }
 
-    Guide guide() const override {
-        return {
-            .answers =
-                "How strongly a weighted combination of one set of variables goes together with "
-                "a combination of a second set.",
-            .needs =
-                "Two sets without a variable in common, chosen by theory, and many more cases "
-                "than variables: 10 or more for each variable is a common rule.",
-            .doNotClaim = {"Do not read a canonical correlation as variance that one set explains "
-                           "in the other; it concerns the combinations only.",
-                           "Do not interpret weights that a handful of cases could turn around.",
-                           "Do not claim that one set influences the other."}};
-    }
-
-private:
-    std::string_view name() const override { return displayName(MVTest::canonical); }
-
-    std::optional<Gate> selectionGate() const override {
+    std::optional<Gate> gate() const override {
         const VariableLists::List numeric = numericVariables(state_.dataset());
         for (const Field<NameSet>* set : {&fields_.mvSetX, &fields_.mvSetY}) {
             if (std::optional<Gate> gone =
@@ -94,13 +91,69 @@ private:
         }
         return std::nullopt;
     }
+
+    std::string selection() const override {
+        return ResultText::listed(chosen(fields_.mvSetX)) + " with " +
+               ResultText::listed(chosen(fields_.mvSetY));
+    }
+
+    Guide guide() const override {
+        return {
+            .answers =
+                "How strongly a weighted combination of one set of variables goes together with "
+                "a combination of a second set.",
+            .needs =
+                "Two sets without a variable in common, chosen by theory, and many more cases "
+                "than variables: 10 or more for each variable is a common rule.",
+            .doNotClaim = CanonicalWording::cautions()};
+    }
+
+private:
+    /// The variables of a set, in column order.
+    std::vector<std::string> chosen(const Field<NameSet>& set) const {
+        return FormControls::chosen(set.get(), numericVariables(state_.dataset()));
+    }
+    std::vector<NumericColumn> columns(const std::vector<std::string>& names) const {
+        std::vector<NumericColumn> all;
+        for (const std::string& name : names) {
+            all.push_back(state_.dataset().numericColumn(name));
+        }
+        return all;
+    }
+
+    std::optional<CanonicalCorrelationResult> compute() override {
+        const std::vector<std::string> x = chosen(fields_.mvSetX);
+        const std::vector<std::string> y = chosen(fields_.mvSetY);
+        return CanonicalCorrelation::fit(columns(x), columns(y), {.setXNames = x, .setYNames = y});
+    }
+
+    void present(const CanonicalCorrelationResult& result, ScreenContent& content) const override {
+        if (result.functions.empty()) {
+            content.gate = {.title = "Canonical correlation could not be computed",
+                            .lead = ResultText::listed(result.setXNames) + " with " +
+                                    ResultText::listed(result.setYNames),
+                            .text = ResultText::obstacle(result.readiness)};
+            return;
+        }
+        addReport({.title = "Canonical correlation of two sets",
+                   .sentence = CanonicalWording::summary(result),
+                   .tiles = tiles(result),
+                   .tables = CanonicalReport::tables(result),
+                   .note = "Set X: " + ResultText::listed(result.setXNames) +
+                           ". Set Y: " + ResultText::listed(result.setYNames) + ".",
+                   .charts = {CanonicalReport::scores(result)},
+                   .figureCaption = "Scores of the cases on the first pair of canonical variates.",
+                   .caution = CanonicalWording::cautions().front(),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
+    }
 };
 
 }  // namespace
 
 std::unique_ptr<Analysis> MultivariateAnalyses::canonicalCorrelation(StudioState& state,
                                                                      MultivariateFields& fields) {
-    return std::make_unique<CanonicalCorrelation>(state, fields);
+    return std::make_unique<CanonicalSets>(state, fields, fields.mvCanonicalStored);
 }
 
 }  // namespace sorvane

@@ -1,6 +1,11 @@
+#include "SorvaneCore/Analyses/Multivariate/DiscriminantWording.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/Multivariate/DiscriminantReport.h"
 #include "SorvaneMac/Screens/Multivariate/GroupedOutcomes.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
-#include "SorvaneMac/Screens/PlannedAnalysis.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
 
 namespace sorvane {
 
@@ -14,18 +19,41 @@ Gate cannotRunDiscriminant() {
                 "groups, and enough complete cases."};
 }
 
-class Discriminant final : public PlannedAnalysis<MultivariateFields> {
+std::vector<Tile> tiles(const DiscriminantResult& result) {
+    const DiscriminantFunction& first = result.functions.front();
+    return {{"Wilks' lambda", svFmtBounded(result.tests.front().wilksLambda, 3),
+             ResultText::pSentence(result.tests.front().pValue)},
+            {"Canonical correlation", svFmtBounded(first.canonicalCorrelation, 3),
+             "of the first function"},
+            {"Placed correctly", svFmt(100.0 * result.leaveOneOut.accuracy, 1) + "%",
+             "leaving one out; largest group " + svFmt(100.0 * result.largestGroupShare, 1) + "%"},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+}
+
+class Discriminant final : public StoredAnalysis<MultivariateFields, DiscriminantResult> {
 public:
-    using PlannedAnalysis::PlannedAnalysis;
+    using StoredAnalysis::StoredAnalysis;
 
     std::string subtitle() const override {
         return "Tell groups apart by several numeric variables at once.";
     }
     void addControls(SetupForm& form) override {
         GroupedOutcomes::addControls(form, state_.dataset(), fields_, "Variables");
+        form.controls.emplace_back(HeadingControl{"OPTIONS"});
+        form.controls.emplace_back(
+            FormControls::enumerationPicker("Prior probabilities", fields_.mvPriors));
     }
 
     std::string runLabel() const override { return "Run discriminant analysis"; }
+
+    std::optional<Gate> gate() const override {
+        return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunDiscriminant());
+    }
+
+    std::string selection() const override {
+        return fields_.mvGroup->name + " by " +
+               ResultText::listed(GroupedOutcomes::chosen(state_.dataset(), fields_));
+    }
 
     Guide guide() const override {
         return {
@@ -35,18 +63,41 @@ public:
             .needs =
                 "Groups that are known beforehand, two or more numeric variables, and more cases "
                 "than groups plus variables. Spreads should be alike in all groups.",
-            .doNotClaim = {"Do not report the share of cases classified correctly as if it held "
-                           "for new cases: the rule was fitted to the same ones.",
-                           "Do not compare that share with zero; compare it with the share of the "
-                           "largest group.",
-                           "Do not read weights of correlated variables as their importance."}};
+            .doNotClaim = DiscriminantWording::cautions()};
     }
 
 private:
-    std::string_view name() const override { return displayName(MVTest::discriminant); }
+    std::optional<DiscriminantResult> compute() override {
+        const ImportedDataset& dataset = state_.dataset();
+        const std::vector<std::string> names = GroupedOutcomes::chosen(dataset, fields_);
+        std::vector<NumericColumn> columns;
+        for (const std::string& name : names) {
+            columns.push_back(dataset.numericColumn(name));
+        }
+        const std::string group = fields_.mvGroup->name;
+        return DiscriminantAnalysis::fit(
+            columns, dataset.rows.column(*dataset.columnIndex(group)),
+            {.predictorNames = names, .groupFactorName = group, .priors = fields_.mvPriors.get()});
+    }
 
-    std::optional<Gate> selectionGate() const override {
-        return GroupedOutcomes::gate(state_.dataset(), fields_, cannotRunDiscriminant());
+    void present(const DiscriminantResult& result, ScreenContent& content) const override {
+        if (result.functions.empty()) {
+            content.gate = {.title = "Discriminant analysis could not be computed",
+                            .lead = result.groupFactorName,
+                            .text = ResultText::obstacle(result.readiness)};
+            return;
+        }
+        addReport({.title = "Discriminant analysis: " + result.groupFactorName,
+                   .sentence = DiscriminantWording::summary(result),
+                   .tiles = tiles(result),
+                   .tables = DiscriminantReport::tables(result),
+                   .note = "Variables: " + ResultText::listed(result.predictorNames) + ".",
+                   .charts = {DiscriminantReport::scores(result)},
+                   .figureCaption = "Scores of the cases on the discriminant functions, by " +
+                                    result.groupFactorName + ".",
+                   .caution = DiscriminantWording::cautions().front(),
+                   .warnings = ResultText::messages(result.readiness)},
+                  content);
     }
 };
 
@@ -54,7 +105,7 @@ private:
 
 std::unique_ptr<Analysis> MultivariateAnalyses::discriminant(StudioState& state,
                                                              MultivariateFields& fields) {
-    return std::make_unique<Discriminant>(state, fields);
+    return std::make_unique<Discriminant>(state, fields, fields.mvDiscriminantStored);
 }
 
 }  // namespace sorvane

@@ -11,10 +11,10 @@ namespace sorvane::MultivariateAnalyses {
 /// The comparison of groups on several outcomes at once.
 std::unique_ptr<Analysis> manova(StudioState& state, MultivariateFields& fields);
 
-/// Discriminant analysis, which is not in this version.
+/// Linear functions of several variables that tell known groups apart.
 std::unique_ptr<Analysis> discriminant(StudioState& state, MultivariateFields& fields);
 
-/// Canonical correlation, which is not in this version.
+/// How two sets of variables hang together.
 std::unique_ptr<Analysis> canonicalCorrelation(StudioState& state, MultivariateFields& fields);
 
 }  // namespace sorvane::MultivariateAnalyses

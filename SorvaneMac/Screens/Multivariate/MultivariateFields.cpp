@@ -23,6 +23,9 @@ MultivariateFields::MultivariateFields(FieldRegistry& fields)
       mvSetX(fields, "mvSetX"),
       mvSetY(fields, "mvSetY"),
       mvHasRun(fields, "mvHasRun"),
-      mvManovaStored(fields, "mvManovaStored") {}
+      mvPriors(fields, "mvPriors", DiscriminantPriors::proportional, ResetRule::kept),
+      mvManovaStored(fields, "mvManovaStored"),
+      mvDiscriminantStored(fields, "mvDiscriminantStored"),
+      mvCanonicalStored(fields, "mvCanonicalStored") {}
 
 }  // namespace sorvane

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "SorvaneCore/Analyses/Multivariate/CanonicalCorrelation.h"
+#include "SorvaneCore/Analyses/Multivariate/DiscriminantAnalysis.h"
 #include "SorvaneCore/Analyses/MultivariateANOVA.h"
 #include "SorvaneMac/State/Field.h"
 
@@ -26,8 +28,11 @@ struct MultivariateFields {
     Field<NameSet> mvSetX;
     Field<NameSet> mvSetY;
     Field<bool> mvHasRun;
-    /// As it was last run.
+    Field<DiscriminantPriors> mvPriors;
+    /// As they were last run.
     Field<std::optional<MANOVAResult>> mvManovaStored;
+    Field<std::optional<DiscriminantResult>> mvDiscriminantStored;
+    Field<std::optional<CanonicalCorrelationResult>> mvCanonicalStored;
 };
 
 }  // namespace sorvane

@@ -1,7 +1,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RatioEffects.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
-#include "SorvaneMac/Screens/Regression/RegressionCharts.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -10,6 +10,7 @@ namespace sorvane {
 
 namespace {
 
+const std::string symbol = "OR";
 constexpr std::string_view caution =
     "Odds ratios describe association after adjusting for the predictors, not causation, and are "
     "not ratios of probabilities.";
@@ -20,18 +21,21 @@ constexpr std::string_view note =
 constexpr std::string_view unsuitable =
     "The outcome needs exactly two values. Pick another one in the Setup panel.";
 
-ReportTable coefficientTable(const LogisticRegressionResult& result) {
-    ReportTable table;
-    table.title = "Coefficients";
-    table.headers = {"Predictor", "B", "SE", "z", "p", "OR", "95% CI Lower", "95% CI Upper"};
+std::vector<RatioEffect> effects(const LogisticRegressionResult& result) {
+    std::vector<RatioEffect> all;
     for (const LogisticCoefficient& each : result.coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(each.oddsRatio, 3),
-                              ResultText::ratio(each.oddsRatioLowerBound, 3),
-                              ResultText::ratio(each.oddsRatioUpperBound, 3)});
+        all.push_back({.name = each.name,
+                       .estimate = each.estimate,
+                       .standardError = each.standardError,
+                       .z = each.z,
+                       .pValue = each.pValue,
+                       .lowerBound = each.lowerBound,
+                       .upperBound = each.upperBound,
+                       .ratio = each.oddsRatio,
+                       .ratioLowerBound = each.oddsRatioLowerBound,
+                       .ratioUpperBound = each.oddsRatioUpperBound});
     }
-    return table;
+    return all;
 }
 
 ReportTable modelTable(const LogisticModelRun& run) {
@@ -51,21 +55,12 @@ ReportTable modelTable(const LogisticModelRun& run) {
 
 std::string sentence(const LogisticModelRun& run) {
     const LogisticRegressionResult& result = *run.result;
-    std::string text = "Binary logistic regression of " + run.outcome + " (" + run.event + ") on " +
-                       ResultText::listed(run.predictors) +
-                       ": McFadden R² = " + svFmtBounded(result.mcFaddenR2, 2) +
-                       ", n = " + ResultText::count(result.n) + ", " +
-                       ResultText::count(result.events) + " events.";
-    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
-        const LogisticCoefficient& each = result.coefficients[at];
-        text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + ResultText::ratio(each.oddsRatio, 2) + ", 95% CI [" +
-                ResultText::ratio(each.oddsRatioLowerBound, 2) + ", " +
-                ResultText::ratio(each.oddsRatioUpperBound, 2) + "], " +
-                ResultText::pSentence(each.pValue) + ".";
-    }
-    return text;
+    const std::string text = "Binary logistic regression of " + run.outcome + " (" + run.event +
+                             ") on " + ResultText::listed(run.predictors) +
+                             ": McFadden R² = " + svFmtBounded(result.mcFaddenR2, 2) +
+                             ", n = " + ResultText::count(result.n) + ", " +
+                             ResultText::count(result.events) + " events.";
+    return text + RatioEffects::sentences(effects(result), symbol);
 }
 
 std::vector<Tile> tiles(const LogisticModelRun& run) {
@@ -75,15 +70,6 @@ std::vector<Tile> tiles(const LogisticModelRun& run) {
              "null deviance " + svFmt(result.nullDeviance, 2)},
             {"Events", ResultText::count(result.events), run.outcome + " = " + run.event},
             {"Cases used", ResultText::count(result.n), "complete on all variables"}};
-}
-
-std::vector<Chart> charts(const LogisticRegressionResult& result) {
-    std::vector<IntervalPlot::Row> rows;
-    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
-        const LogisticCoefficient& each = result.coefficients[at];
-        rows.push_back({each.name, each.estimate, each.lowerBound, each.upperBound});
-    }
-    return {RegressionCharts::coefficients(std::move(rows), "Change of the log odds")};
 }
 
 class LogisticRegression final
@@ -112,9 +98,10 @@ private:
         addReport({.title = "Logistic Regression: " + run.outcome,
                    .sentence = sentence(run),
                    .tiles = tiles(run),
-                   .tables = {coefficientTable(*run.result), modelTable(run)},
+                   .tables = {RatioEffects::coefficientTable(effects(*run.result), symbol),
+                              modelTable(run)},
                    .note = std::string(note),
-                   .charts = charts(*run.result),
+                   .charts = {RatioEffects::chart(effects(*run.result), "Change of the log odds")},
                    .figureCaption = figureCaption(run),
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(run.result->readiness)},

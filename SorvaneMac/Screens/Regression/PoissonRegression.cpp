@@ -1,7 +1,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RatioEffects.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
-#include "SorvaneMac/Screens/Regression/RegressionCharts.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -10,6 +10,7 @@ namespace sorvane {
 
 namespace {
 
+const std::string symbol = "RR";
 constexpr std::string_view caution =
     "Rate ratios describe association after adjusting for the predictors, not causation.";
 constexpr std::string_view note =
@@ -19,18 +20,21 @@ constexpr std::string_view note =
 constexpr std::string_view unsuitable =
     "The outcome must hold whole counts from 0. Pick another one in the Setup panel.";
 
-ReportTable coefficientTable(const PoissonRegressionResult& result) {
-    ReportTable table;
-    table.title = "Coefficients";
-    table.headers = {"Predictor", "B", "SE", "z", "p", "RR", "95% CI Lower", "95% CI Upper"};
+std::vector<RatioEffect> effects(const PoissonRegressionResult& result) {
+    std::vector<RatioEffect> all;
     for (const PoissonCoefficient& each : result.coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(each.rateRatio, 3),
-                              ResultText::ratio(each.rateRatioLowerBound, 3),
-                              ResultText::ratio(each.rateRatioUpperBound, 3)});
+        all.push_back({.name = each.name,
+                       .estimate = each.estimate,
+                       .standardError = each.standardError,
+                       .z = each.z,
+                       .pValue = each.pValue,
+                       .lowerBound = each.lowerBound,
+                       .upperBound = each.upperBound,
+                       .ratio = each.rateRatio,
+                       .ratioLowerBound = each.rateRatioLowerBound,
+                       .ratioUpperBound = each.rateRatioUpperBound});
     }
-    return table;
+    return all;
 }
 
 ReportTable modelTable(const PoissonRegressionResult& result) {
@@ -47,21 +51,12 @@ ReportTable modelTable(const PoissonRegressionResult& result) {
 
 std::string sentence(const PoissonModelRun& run) {
     const PoissonRegressionResult& result = *run.result;
-    std::string text =
+    const std::string text =
         "Poisson regression of " + run.outcome + " on " + ResultText::listed(run.predictors) +
         ": residual deviance = " + svFmt(result.residualDeviance, 2) + " on " +
         ResultText::count(result.residualDegreesOfFreedom) + " degrees of freedom (dispersion " +
         svFmt(result.dispersion, 2) + "), n = " + ResultText::count(result.n) + ".";
-    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
-        const PoissonCoefficient& each = result.coefficients[at];
-        text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) +
-                ", RR = " + ResultText::ratio(each.rateRatio, 2) + ", 95% CI [" +
-                ResultText::ratio(each.rateRatioLowerBound, 2) + ", " +
-                ResultText::ratio(each.rateRatioUpperBound, 2) + "], " +
-                ResultText::pSentence(each.pValue) + ".";
-    }
-    return text;
+    return text + RatioEffects::sentences(effects(result), symbol);
 }
 
 std::vector<Tile> tiles(const PoissonRegressionResult& result) {
@@ -70,15 +65,6 @@ std::vector<Tile> tiles(const PoissonRegressionResult& result) {
              "on " + ResultText::count(result.residualDegreesOfFreedom) + " degrees of freedom"},
             {"Log likelihood", svFmt(result.logLikelihood, 2), ""},
             {"Cases used", ResultText::count(result.n), "complete on all variables"}};
-}
-
-std::vector<Chart> charts(const PoissonRegressionResult& result) {
-    std::vector<IntervalPlot::Row> rows;
-    for (std::size_t at = 1; at < result.coefficients.size(); ++at) {
-        const PoissonCoefficient& each = result.coefficients[at];
-        rows.push_back({each.name, each.estimate, each.lowerBound, each.upperBound});
-    }
-    return {RegressionCharts::coefficients(std::move(rows), "Change of the log rate")};
 }
 
 class PoissonRegression final
@@ -104,9 +90,10 @@ private:
         addReport({.title = "Poisson Regression: " + run.outcome,
                    .sentence = sentence(run),
                    .tiles = tiles(*run.result),
-                   .tables = {coefficientTable(*run.result), modelTable(*run.result)},
+                   .tables = {RatioEffects::coefficientTable(effects(*run.result), symbol),
+                              modelTable(*run.result)},
                    .note = std::string(note),
-                   .charts = charts(*run.result),
+                   .charts = {RatioEffects::chart(effects(*run.result), "Change of the log rate")},
                    .figureCaption = figureCaption(run),
                    .caution = std::string(caution),
                    .warnings = ResultText::messages(run.result->readiness)},

@@ -1,5 +1,4 @@
-#include <cmath>
-
+#include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
@@ -66,10 +65,10 @@ ReportTable coefficientTable(const CoxResult& result) {
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     table.headers = {"Predictor", "B", "SE", "z", "p", "HR", "LL", "UL"};
     for (const CoxCoefficient& each : result.coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              svFmt(each.hazardRatio, 3), svFmt(each.lowerHR, 3),
-                              svFmt(each.upperHR, 3)});
+        table.rows.push_back(
+            {each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3), svFmt(each.z, 2),
+             ResultText::pCell(each.pValue), ResultText::ratio(each.hazardRatio, 3),
+             ResultText::ratio(each.lowerHR, 3), ResultText::ratio(each.upperHR, 3)});
     }
     return table;
 }
@@ -91,8 +90,9 @@ std::string sentence(const CoxRun& run) {
     for (const CoxCoefficient& each : run.result->coefficients) {
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", HR = " + svFmt(each.hazardRatio, 2) + ", 95% CI [" + svFmt(each.lowerHR, 2) +
-                ", " + svFmt(each.upperHR, 2) + "], " + ResultText::pSentence(each.pValue) + ".";
+                ", HR = " + ResultText::ratio(each.hazardRatio, 2) + ", 95% CI [" +
+                ResultText::ratio(each.lowerHR, 2) + ", " + ResultText::ratio(each.upperHR, 2) +
+                "], " + ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }
@@ -108,9 +108,12 @@ std::vector<Tile> tiles(const CoxRun& run) {
 }
 
 Chart coefficientChart(const CoxResult& result) {
+    const double critical = normalCritical(1.0 - confidenceLevel, NormalCriticalSetting::narrow);
     std::vector<IntervalPlot::Row> rows;
     for (const CoxCoefficient& each : result.coefficients) {
-        rows.push_back({each.name, each.estimate, std::log(each.lowerHR), std::log(each.upperHR)});
+        // Not from the bounds of the ratio, which may be beyond what a number holds.
+        const double half = critical * each.standardError;
+        rows.push_back({each.name, each.estimate, each.estimate - half, each.estimate + half});
     }
     return RegressionCharts::coefficients(std::move(rows), "Change of the log hazard");
 }

@@ -14,15 +14,28 @@ namespace {
 
 constexpr double mostColumns = 7.0;
 
-/// A step of 1, 2 or 5 times a power of ten that divides the range into at most so many.
-double roundStep(double range) {
-    const double power = std::pow(10.0, std::floor(std::log10(range / mostColumns)));
+/// A step of 1, 2, 5 or 10 times a power of ten.
+struct RoundStep {
+    double factor = 1.0;
+    double exponent = 0.0;
+
+    /// The nearest number to so many steps: powers below 1 divide, as they are none themselves.
+    double times(double count) const {
+        return exponent < 0.0 ? count * factor / std::pow(10.0, -exponent)
+                              : count * factor * std::pow(10.0, exponent);
+    }
+};
+
+/// The one that divides the range into at most so many.
+RoundStep roundStep(double range) {
+    const double exponent = std::floor(std::log10(range / mostColumns));
     for (const double factor : {1.0, 2.0, 5.0}) {
-        if (range / (factor * power) <= mostColumns) {
-            return factor * power;
+        const RoundStep step{factor, exponent};
+        if (range / step.times(1.0) <= mostColumns) {
+            return step;
         }
     }
-    return 10.0 * power;
+    return {10.0, exponent};
 }
 
 /// From 0 to the last time.
@@ -31,9 +44,9 @@ std::vector<double> roundTimes(double last) {
     if (!(last > 0.0) || !std::isfinite(last)) {
         return times;
     }
-    const double step = roundStep(last);
-    for (double count = 1.0; count * step <= last; count += 1.0) {
-        times.push_back(count * step);
+    const RoundStep step = roundStep(last);
+    for (double count = 1.0; step.times(count) <= last; count += 1.0) {
+        times.push_back(step.times(count));
     }
     return times;
 }

@@ -14,6 +14,10 @@ public:
 
 private:
     SurvivalFields& fields_;
+    /// Whether the strata were seeded or chosen since the table came in; blank ones are a choice as
+    /// well, of one curve for all cases.
+    bool strataStand_ = false;
+    Subscription watch_;
 };
 
 }  // namespace sorvane

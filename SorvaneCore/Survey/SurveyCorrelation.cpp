@@ -1,0 +1,210 @@
+#include "SorvaneCore/Survey/SurveyCorrelation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Survey/SurveyVariance.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
+
+namespace sorvane::SurveyCorrelation {
+
+namespace {
+
+namespace wording = SurveyWording;
+using Numbers = std::vector<double>;
+using Issues = std::vector<AnalysisReadinessIssue>;
+
+/// The rows that hold both numbers.
+struct Pairs {
+    std::vector<std::size_t> rows{};
+    Numbers x{};
+    Numbers y{};
+};
+
+Pairs pairsOf(const NumericColumn& x, const NumericColumn& y, const SurveyDesign& design) {
+    Pairs pairs;
+    for (std::size_t row = 0; row < x.size(); ++row) {
+        const std::optional<double> a = x[row];
+        const std::optional<double> b = y[row];
+        if (a && b && std::isfinite(*a) && std::isfinite(*b) && design.weights[row] > 0.0) {
+            pairs.rows.push_back(row);
+            pairs.x.push_back(*a);
+            pairs.y.push_back(*b);
+        }
+    }
+    return pairs;
+}
+
+/// Moments with the sum of the weights in the denominator.
+struct Moments {
+    double sum = 0.0;
+    double meanX = 0.0;
+    double meanY = 0.0;
+    double xx = 0.0;
+    double yy = 0.0;
+    double xy = 0.0;
+
+    static Moments of(const Pairs& pairs, std::span<const double> weights) {
+        Moments m;
+        for (std::size_t i = 0; i < pairs.rows.size(); ++i) {
+            const double w = weights[pairs.rows[i]];
+            m.sum += w;
+            m.meanX += w * pairs.x[i];
+            m.meanY += w * pairs.y[i];
+        }
+        m.meanX /= m.sum;
+        m.meanY /= m.sum;
+        for (std::size_t i = 0; i < pairs.rows.size(); ++i) {
+            const double w = weights[pairs.rows[i]] / m.sum;
+            const double dx = pairs.x[i] - m.meanX;
+            const double dy = pairs.y[i] - m.meanY;
+            m.xx += w * dx * dx;
+            m.yy += w * dy * dy;
+            m.xy += w * dx * dy;
+        }
+        return m;
+    }
+
+    bool vary() const {
+        // Equal values leave some rounding about their mean.
+        constexpr double rounding = 1e-28;
+        return xx > rounding * meanX * meanX && yy > rounding * meanY * meanY;
+    }
+    double r() const { return std::clamp(xy / std::sqrt(xx * yy), -1.0, 1.0); }
+};
+
+double linearizedVariance(const Pairs& pairs, const Moments& m, const SurveyDesign& design) {
+    Numbers scores(design.weights.size(), 0.0);
+    for (std::size_t i = 0; i < pairs.rows.size(); ++i) {
+        const double zx = (pairs.x[i] - m.meanX) / std::sqrt(m.xx);
+        const double zy = (pairs.y[i] - m.meanY) / std::sqrt(m.yy);
+        scores[pairs.rows[i]] =
+            design.weights[pairs.rows[i]] / m.sum * (zx * zy - 0.5 * m.r() * (zx * zx + zy * zy));
+    }
+    return SurveyVariance::scoreCovariance(scores, design, 1, pairs.rows).front();
+}
+
+std::optional<double> variance(const Pairs& pairs, const Moments& m, const SurveyDesign& design) {
+    if (!design.replicateWeights) {
+        return linearizedVariance(pairs, m, design);
+    }
+    const auto& replicates = *design.replicateWeights;
+    std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
+        const Moments each = Moments::of(pairs, replicates.weights[r]);
+        if (each.sum > 0.0 && each.vary()) {
+            estimates[r] = Numbers{each.r()};
+        }
+    });
+    const double full = m.r();
+    const auto covariance =
+        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&full, 1));
+    return covariance ? std::optional(covariance->front()) : std::nullopt;
+}
+
+void addInference(SurveyCorrelationResult& result, double variance) {
+    const auto df = static_cast<double>(result.designDegreesOfFreedom);
+    result.standardError = std::sqrt(std::max(variance, 0.0));
+    result.t = result.r / result.standardError;
+    result.pValue = MathDistributions::studentTPValue(result.t, df);
+    const double reach = MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
+                         result.standardError / (1.0 - result.r * result.r);
+    result.confidenceIntervalLower = std::tanh(std::atanh(result.r) - reach);
+    result.confidenceIntervalUpper = std::tanh(std::atanh(result.r) + reach);
+}
+
+/// Fills in the correlation, or tells what stands in the way.
+std::optional<std::string> fill(SurveyCorrelationResult& result,
+                                const Pairs& pairs,
+                                const SurveyDesign& design) {
+    constexpr std::int64_t fewestRows = 3;
+    result.validN = static_cast<std::int64_t>(pairs.rows.size());
+    if (result.validN < fewestRows) {
+        return wording::tooFewPairs(result.validN);
+    }
+    const Moments m = Moments::of(pairs, design.weights);
+    result.sumOfWeights = m.sum;
+    if (!m.vary()) {
+        return wording::noVariance();
+    }
+    const std::optional<double> found = variance(pairs, m, design);
+    if (!found) {
+        return wording::noUsableReplicate();
+    }
+    const auto n = static_cast<double>(result.validN);
+    result.r = m.r();
+    result.covariance = m.xy * n / (n - 1.0);
+    result.xVariance = m.xx * n / (n - 1.0);
+    result.yVariance = m.yy * n / (n - 1.0);
+    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    addInference(result, *found);
+    return std::nullopt;
+}
+
+Issues structuralIssues(const SurveyDesign& design, std::initializer_list<std::size_t> lengths) {
+    Issues issues;
+    for (std::string& error : design.structuralErrors()) {
+        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
+    }
+    for (const std::size_t length : lengths) {
+        if (length != design.weights.size()) {
+            issues.push_back(AnalysisReadinessIssue::blocked(
+                wording::otherLength(length, design.observationCount())));
+        }
+    }
+    return issues;
+}
+
+}  // namespace
+
+SurveyCorrelationResult pearson(const NumericColumn& x,
+                                const NumericColumn& y,
+                                const SurveyDesign& design,
+                                const std::string& xName,
+                                const std::string& yName) {
+    constexpr std::int64_t fewDegreesOfFreedom = 15;
+    SurveyCorrelationResult result{.xName = xName,
+                                   .yName = yName,
+                                   .confidenceLevel = design.confidenceLevel,
+                                   .varianceMethod = WeightedEstimators::varianceMethod(design),
+                                   .totalN = design.observationCount()};
+    Issues issues = structuralIssues(design, {x.size(), y.size()});
+    if (issues.empty()) {
+        if (auto obstacle = fill(result, pairsOf(x, y, design), design)) {
+            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*obstacle)));
+        } else {
+            issues = design.readinessIssues();
+            if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
+                issues.push_back(AnalysisReadinessIssue::caution(
+                    wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
+            }
+            if (result.totalN > result.validN) {
+                issues.push_back(AnalysisReadinessIssue::caution(
+                    wording::rowsDropped(result.totalN - result.validN)));
+            }
+        }
+    }
+    result.readiness = AnalysisReadiness::of(std::string(wording::pairMinimumRequired),
+                                             result.totalN, result.validN, std::move(issues));
+    return result;
+}
+
+std::optional<std::vector<SurveyCorrelationResult>> matrix(std::span<const NumericColumn> variables,
+                                                           const SurveyDesign& design,
+                                                           std::span<const std::string> names) {
+    if (names.size() != variables.size()) {
+        return std::nullopt;
+    }
+    std::vector<SurveyCorrelationResult> result;
+    for (std::size_t i = 0; i < variables.size(); ++i) {
+        for (std::size_t j = i + 1; j < variables.size(); ++j) {
+            result.push_back(pearson(variables[i], variables[j], design, names[i], names[j]));
+        }
+    }
+    return result;
+}
+
+}  // namespace sorvane::SurveyCorrelation

@@ -1,0 +1,337 @@
+#include "SorvaneCore/Survey/SurveyModelFrame.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
+#include "SorvaneCore/Numerics/LinearAlgebra.h"
+#include "SorvaneCore/Numerics/MathDistributions.h"
+#include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Numerics/TallLeastSquares.h"
+#include "SorvaneCore/Survey/SurveyVariance.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
+
+namespace sorvane {
+
+namespace {
+
+namespace wording = SurveyWording;
+using Numbers = std::vector<double>;
+using Issues = std::vector<AnalysisReadinessIssue>;
+
+bool isUsable(std::optional<double> value) {
+    return value && std::isfinite(*value);
+}
+
+/// Estimates and their covariance.
+struct Estimated {
+    Numbers parameters{};
+    Numbers covariance{};
+};
+
+/// In the units of the predictors: T b and T V T'.
+Estimated inOwnUnits(const Estimated& fitted,
+                     const SurveyModelFrame& frame,
+                     const SurveyModelMethod& method) {
+    const std::size_t p = fitted.parameters.size();
+    Numbers turn(p * p, 0.0);
+    for (std::size_t k = 0; k < p; ++k) {
+        turn[k * p + k] = k < method.leading ? 1.0 : 1.0 / frame.deviations[k - method.leading];
+        for (std::size_t j = 0; k < method.leading && j < frame.means.size(); ++j) {
+            turn[k * p + method.leading + j] =
+                method.meanSign * frame.means[j] / frame.deviations[j];
+        }
+    }
+    Numbers transposed(p * p);
+    for (std::size_t i = 0; i < p * p; ++i) {
+        transposed[i % p * p + i / p] = turn[i];
+    }
+    return {.parameters = LinearAlgebra::multiply(turn, p, p, fitted.parameters, 1),
+            .covariance = LinearAlgebra::multiply(
+                LinearAlgebra::multiply(turn, p, p, fitted.covariance, p), p, p, transposed, p)};
+}
+
+Numbers linearizedCovariance(const SurveyModelFrame& frame,
+                             const SurveyModelMethod& method,
+                             const SurveyModelEstimates& fit) {
+    const std::size_t p = fit.parameters.size();
+    const Numbers weights = frame.scaledWeights(frame.design.weights);
+    Numbers scores(frame.design.weights.size() * p, 0.0);
+    for (std::size_t i = 0; i < frame.rows(); ++i) {
+        const std::span<double> row = std::span(scores).subspan(frame.activeRows[i] * p, p);
+        method.scores(i, fit.parameters, row);
+        for (double& score : row) {
+            score *= weights[i];
+        }
+    }
+    return SurveyVariance::sandwich(
+        fit.bread, SurveyVariance::scoreCovariance(scores, frame.design, p, frame.activeRows), p);
+}
+
+/// The estimates under each replicate weight; absent where a fit has none.
+std::vector<std::optional<Numbers>> replicateEstimates(const SurveyModelFrame& frame,
+                                                       const SurveyModelMethod& method) {
+    const ReplicateWeights& replicates = *frame.design.replicateWeights;
+    std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
+    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
+        if (auto fit = method.fit(frame.scaledWeights(replicates.weights[r]))) {
+            estimates[r] = std::move(fit->parameters);
+        }
+    });
+    return estimates;
+}
+
+bool areFinite(const Numbers& values) {
+    return std::ranges::all_of(values, [](double each) { return std::isfinite(each); });
+}
+
+SurveyCoefficient coefficientOf(const SurveyModelResult& result,
+                                std::string name,
+                                double estimate,
+                                double variance) {
+    SurveyCoefficient row{.name = std::move(name),
+                          .estimate = estimate,
+                          .standardError = std::sqrt(std::max(variance, 0.0))};
+    const auto df = static_cast<double>(result.degreesOfFreedom);
+    row.t = row.estimate / row.standardError;
+    row.pValue = df >= 1.0 ? MathDistributions::studentTPValue(row.t, df) : std::nan("");
+    const double reach =
+        df >= 1.0 ? MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
+                        row.standardError
+                  : std::nan("");
+    row.lowerBound = row.estimate - reach;
+    row.upperBound = row.estimate + reach;
+    return row;
+}
+
+void addWaldTest(SurveyModelResult& result, const Estimated& all, std::size_t leading) {
+    const std::size_t p = all.parameters.size();
+    const std::size_t slopes = p - leading;
+    if (slopes == 0 || result.degreesOfFreedom < 1) {
+        return;
+    }
+    // In standard errors, as the test of the inverse is absolute.
+    Numbers correlations(slopes * slopes);
+    Numbers ratios(slopes);
+    const auto error = [&](std::size_t j) {
+        return std::sqrt(all.covariance[(leading + j) * p + leading + j]);
+    };
+    for (std::size_t i = 0; i < slopes; ++i) {
+        ratios[i] = all.parameters[leading + i] / error(i);
+        for (std::size_t j = 0; j < slopes; ++j) {
+            correlations[i * slopes + j] =
+                all.covariance[(leading + i) * p + leading + j] / (error(i) * error(j));
+        }
+    }
+    const auto inverse = LinearAlgebra::invert(correlations, slopes);
+    if (!inverse) {
+        return;
+    }
+    const Numbers turned = LinearAlgebra::multiply(*inverse, slopes, slopes, ratios, 1);
+    double sum = 0.0;
+    for (std::size_t j = 0; j < slopes; ++j) {
+        sum += turned[j] * ratios[j];
+    }
+    result.waldDFNumerator = static_cast<double>(slopes);
+    result.waldDFDenominator = static_cast<double>(result.degreesOfFreedom);
+    result.waldF = sum / result.waldDFNumerator;
+    result.waldPValue = MathDistributions::fRightTailPValue(result.waldF, result.waldDFNumerator,
+                                                            result.waldDFDenominator);
+}
+
+void addCoefficients(SurveyModelResult& result,
+                     const Estimated& all,
+                     const SurveyModelMethod& method,
+                     const SurveyModelOptions& options) {
+    const std::size_t p = all.parameters.size();
+    for (std::size_t k = 0; k < p; ++k) {
+        const bool isLeading = k < method.leading;
+        SurveyCoefficient row = coefficientOf(
+            result, isLeading ? method.leadingNames[k] : options.predictorNames[k - method.leading],
+            all.parameters[k], all.covariance[k * p + k]);
+        const bool isThreshold = isLeading && method.kind == SurveyModelKind::ordinal;
+        if (method.kind != SurveyModelKind::linear && !isThreshold) {
+            row.ratio = std::exp(row.estimate);
+            row.ratioLowerBound = std::exp(row.lowerBound);
+            row.ratioUpperBound = std::exp(row.upperBound);
+        }
+        (isThreshold ? result.thresholds : result.coefficients).push_back(std::move(row));
+    }
+}
+
+Issues cautions(const SurveyModelResult& result, const SurveyDesign& design) {
+    constexpr std::int64_t fewDegreesOfFreedom = 15;
+    Issues issues = design.readinessIssues();
+    if (result.degreesOfFreedom < 1) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::noDegreesOfFreedom(result.predictorCount, result.designDegreesOfFreedom)));
+    } else if (result.degreesOfFreedom < fewDegreesOfFreedom) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::fewTestDegreesOfFreedom(result.degreesOfFreedom)));
+    }
+    if (result.totalN > result.validN) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::rowsDropped(result.totalN - result.validN)));
+    }
+    return issues;
+}
+
+AnalysisReadiness readiness(const SurveyModelResult& result, Issues issues) {
+    return AnalysisReadiness::of(std::string(wording::modelMinimumRequired), result.totalN,
+                                 result.validN, std::move(issues));
+}
+
+}  // namespace
+
+std::vector<double> SurveyModelFrame::scaledWeights(std::span<const double> ofDesign) const {
+    Numbers result;
+    double sum = 0.0;
+    for (const std::size_t row : activeRows) {
+        result.push_back(ofDesign[row]);
+        sum += ofDesign[row];
+    }
+    for (double& weight : result) {
+        weight *= static_cast<double>(result.size()) / sum;
+    }
+    return result;
+}
+
+SurveyModelFrame SurveyModelFrame::of(const NumericColumn& outcome,
+                                      std::span<const NumericColumn> predictors,
+                                      const SurveyDesign& design) {
+    SurveyModelFrame frame{.design = design, .cols = predictors.size() + 1};
+    for (std::size_t row = 0; row < outcome.size(); ++row) {
+        const auto hasValue = [row](const NumericColumn& column) {
+            return isUsable(column[row]);
+        };
+        if (hasValue(outcome) && std::ranges::all_of(predictors, hasValue) &&
+            design.weights[row] > 0.0) {
+            frame.activeRows.push_back(row);
+            frame.outcome.push_back(*outcome[row]);
+            frame.weights.push_back(design.weights[row]);
+        }
+    }
+    const std::size_t n = frame.rows();
+    frame.matrix.assign(n * frame.cols, 1.0);
+    for (std::size_t j = 0; j < predictors.size() && n > 0; ++j) {
+        Numbers values;
+        for (const std::size_t row : frame.activeRows) {
+            values.push_back(*predictors[j][row]);
+        }
+        const double mean = SampleMoments::mean(values);
+        const double deviation =
+            std::sqrt(SampleMoments::sumOfSquares(values, mean) / static_cast<double>(n));
+        frame.means.push_back(mean);
+        frame.deviations.push_back(deviation > 0.0 ? deviation : 1.0);
+        for (std::size_t i = 0; i < n; ++i) {
+            frame.matrix[i * frame.cols + j + 1] = (values[i] - mean) / frame.deviations[j];
+        }
+    }
+    frame.hasFullRank =
+        TallLeastSquares::reduceRows(frame.matrix, n, frame.cols, frame.outcome).has_value();
+    return frame;
+}
+
+namespace SurveyModels {
+
+std::optional<SurveyModelResult> start(SurveyModelKind kind,
+                                       const NumericColumn& outcome,
+                                       std::span<const NumericColumn> predictors,
+                                       const SurveyDesign& design,
+                                       const SurveyModelOptions& options) {
+    if (options.predictorNames.size() != predictors.size()) {
+        return std::nullopt;
+    }
+    SurveyModelResult result{.model = kind,
+                             .outcomeName = options.outcomeName,
+                             .confidenceLevel = design.confidenceLevel,
+                             .varianceMethod = WeightedEstimators::varianceMethod(design),
+                             .totalN = design.observationCount(),
+                             .predictorCount = static_cast<std::int64_t>(predictors.size())};
+    Issues issues;
+    for (std::string& error : design.structuralErrors()) {
+        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
+    }
+    std::vector<std::size_t> lengths = {outcome.size()};
+    for (const NumericColumn& predictor : predictors) {
+        lengths.push_back(predictor.size());
+    }
+    for (const std::size_t length : lengths) {
+        if (length != design.weights.size()) {
+            issues.push_back(
+                AnalysisReadinessIssue::blocked(wording::otherLength(length, result.totalN)));
+        }
+    }
+    result.readiness = readiness(result, std::move(issues));
+    return result;
+}
+
+bool isBlocked(const SurveyModelResult& result) {
+    return result.readiness.status == AnalysisReadinessStatus::blocked;
+}
+
+void block(SurveyModelResult& result, std::string message) {
+    result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
+}
+
+bool passes(SurveyModelResult& result, const SurveyModelFrame& frame, std::size_t parameters) {
+    result.validN = static_cast<std::int64_t>(frame.rows());
+    for (const double weight : frame.weights) {
+        result.sumOfWeights += weight;
+    }
+    if (frame.rows() <= parameters) {
+        block(result,
+              wording::tooFewRowsForModel(result.validN, static_cast<std::int64_t>(parameters)));
+    } else if (!frame.hasFullRank) {
+        block(result, wording::collinearPredictors());
+    }
+    return !isBlocked(result);
+}
+
+void finish(SurveyModelResult& result,
+            const SurveyModelFrame& frame,
+            const SurveyModelMethod& method,
+            const SurveyModelOptions& options) {
+    const SurveyDesign& design = frame.design;
+    const auto fit = method.fit(frame.scaledWeights(design.weights));
+    if (!fit) {
+        block(result, wording::noEstimates(method.kind));
+        return;
+    }
+    std::int64_t withoutEstimates = 0;
+    std::optional<Numbers> covariance;
+    if (design.replicateWeights) {
+        const auto estimates = replicateEstimates(frame, method);
+        withoutEstimates = std::ranges::count(estimates, false, &std::optional<Numbers>::has_value);
+        covariance = SurveyVariance::replicateCovariance(estimates, *design.replicateWeights,
+                                                         fit->parameters);
+    } else {
+        covariance = linearizedCovariance(frame, method, *fit);
+    }
+    if (!covariance) {
+        block(result, wording::noUsableReplicate());
+        return;
+    }
+    const Estimated all =
+        inOwnUnits({.parameters = fit->parameters, .covariance = *covariance}, frame, method);
+    if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
+    result.iterations = fit->iterations;
+    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
+    addCoefficients(result, all, method, options);
+    addWaldTest(result, all, method.leading);
+    Issues issues = cautions(result, design);
+    if (withoutEstimates > 0) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::replicatesWithoutEstimates(withoutEstimates)));
+    }
+    result.readiness = readiness(result, std::move(issues));
+}
+
+}  // namespace SurveyModels
+
+}  // namespace sorvane

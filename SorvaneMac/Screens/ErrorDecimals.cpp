@@ -1,0 +1,18 @@
+#include "SorvaneMac/Screens/ErrorDecimals.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sorvane::ErrorDecimals {
+
+int of(double standardError) {
+    constexpr int fewest = 3;
+    constexpr int most = 9;
+    if (!std::isfinite(standardError) || standardError <= 0.0) {
+        return fewest;
+    }
+    const double leading = std::clamp(std::floor(std::log10(standardError)), -20.0, 20.0);
+    return std::clamp(1 - static_cast<int>(leading), fewest, most);
+}
+
+}  // namespace sorvane::ErrorDecimals

@@ -1,0 +1,10 @@
+#pragma once
+
+/// How exactly an estimate is written.
+namespace sorvane::ErrorDecimals {
+
+/// The decimals that leave two digits of a standard error, three at least and nine at most: 3 for
+/// 0.02, 5 for 0.0004.
+int of(double standardError);
+
+}  // namespace sorvane::ErrorDecimals

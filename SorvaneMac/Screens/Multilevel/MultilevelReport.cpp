@@ -1,0 +1,172 @@
+#include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelNotes.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::MultilevelReport {
+
+namespace {
+
+/// As many decimals as the smallest standard deviation that is not zero needs.
+int varianceDecimals(const MultilevelResult& result) {
+    double smallest = 1.0;
+    for (const MultilevelVarianceComponent& component : result.varianceComponents) {
+        if (component.standardDeviation > 0.0) {
+            smallest = std::min({smallest, component.standardDeviation, component.variance});
+        }
+    }
+    return smallest >= 1.0 ? 2 : smallest >= 0.1 ? 3 : 4;
+}
+
+/// "3 to 20 cases each"
+std::string sizeWords(const MultilevelRun::Sizes& sizes) {
+    if (sizes.most == 0) {
+        return "";
+    }
+    return sizes.least == sizes.most ? DatasetText::counted(sizes.least, "case") + " each"
+                                     : ResultText::count(sizes.least) + " to " +
+                                           DatasetText::counted(sizes.most, "case") + " each";
+}
+
+Tile caseTile(const MultilevelResult& result) {
+    const std::int64_t total = result.readiness.totalRows;
+    return {"Cases used", ResultText::count(result.n),
+            total > result.n
+                ? DatasetText::counted(total - result.n, "row") + " left out as incomplete"
+                : "complete on all variables"};
+}
+
+Tile betweenTile(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    if (result.icc) {
+        return {"ICC", svFmtBounded(*result.icc, 2), "share of variance between clusters"};
+    }
+    if (const std::optional<double> icc = latentICC(run)) {
+        return {"ICC (latent scale)", svFmtBounded(*icc, 2), "share of variance between clusters"};
+    }
+    return {"Intercept SD",
+            svFmt(result.varianceComponents[0].standardDeviation, varianceDecimals(result)),
+            "between levels of " + run.choice.cluster};
+}
+
+Tile fitTile(const MultilevelResult& result) {
+    const std::string signal = result.converged ? "converged" : "not converged";
+    return result.remlCriterion ? Tile{"REML criterion", svFmt(*result.remlCriterion, 2), signal}
+                                : Tile{"Log likelihood", svFmt(result.logLikelihood, 2), signal};
+}
+
+ReportTable coefficientTable(const MultilevelRun& run) {
+    const bool hasDf = run.choice.dfMethod != MultilevelDFMethod::wald;
+    ReportTable table;
+    table.title = "Fixed Effects for " + run.choice.outcome;
+    table.headers = {"Predictor", "B", "SE"};
+    if (hasDf) {
+        table.headers.emplace_back("df");
+    }
+    table.headers.emplace_back(hasDf ? displayName(run.choice.dfMethod) : "z");
+    table.headers.insert(table.headers.end(), {"p", "LL", "UL"});
+    table.groupHeaders = {{.label = "", .span = hasDf ? 6 : 5}, {.label = "95% CI", .span = 2}};
+    for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
+        std::vector<std::string> row = {each.name, svFmt(each.estimate, 3),
+                                        svFmt(each.standardError, 3)};
+        if (hasDf) {
+            row.push_back(svFmt(each.df, 2));
+        }
+        row.insert(row.end(), {svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                               svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+        table.rows.push_back(std::move(row));
+    }
+    return table;
+}
+
+ReportTable ratioTable(const MultilevelRun& run) {
+    const std::string ratio = run.choice.isLogistic() ? "OR" : "RR";
+    ReportTable table;
+    table.title = "Fixed Effects for " + run.choice.outcome;
+    table.headers = {"Predictor", "B", "SE", "z", "p", ratio, "LL", "UL"};
+    table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
+    for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                              ResultText::ratio(std::exp(each.estimate), 3),
+                              ResultText::ratio(std::exp(each.lowerBound), 3),
+                              ResultText::ratio(std::exp(each.upperBound), 3)});
+    }
+    return table;
+}
+
+ReportTable varianceTable(const MultilevelRun& run) {
+    ReportTable table;
+    table.title =
+        run.choice.isGaussian() ? "Random Effects and Residual Variance" : "Random Effects";
+    table.headers = {"Component", "Variance", "SD"};
+    const int decimals = varianceDecimals(*run.result);
+    for (const MultilevelVarianceComponent& each : run.result->varianceComponents) {
+        table.rows.push_back(
+            {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
+    }
+    table.note = MultilevelNotes::random(run);
+    return table;
+}
+
+}  // namespace
+
+Criteria criteria(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    // At a boundary the correlation cannot be told, but was a parameter all the same.
+    const bool hasCorrelation = !run.choice.slope.empty() && run.choice.correlated;
+    const double parameters = static_cast<double>(
+        result.fixedEffects.size() + result.varianceComponents.size() + (hasCorrelation ? 1 : 0));
+    const double deviance = -2.0 * result.logLikelihood;
+    return {.aic = deviance + 2.0 * parameters,
+            .bic = deviance + std::log(static_cast<double>(result.n)) * parameters};
+}
+
+std::optional<double> latentICC(const MultilevelRun& run) {
+    if (!run.choice.isLogistic() || !run.choice.slope.empty() || run.choice.hasTwoFactors()) {
+        return std::nullopt;
+    }
+    const double variance = run.result->varianceComponents[0].variance;
+    return variance / (variance + std::numbers::pi * std::numbers::pi / 3.0);
+}
+
+bool isNearZero(const MultilevelChoice& choice,
+                const MultilevelResult& result,
+                std::size_t component) {
+    // As the cautions of linear models have it; the scale of the others is that of their link.
+    const double bound = choice.isGaussian()
+                             ? 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
+                             : 1e-6;
+    return component < result.varianceComponents.size() &&
+           result.varianceComponents[component].variance < bound;
+}
+
+std::vector<Tile> tiles(const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    const bool hasLevels = run.choice.hasTwoFactors();
+    std::vector<Tile> tiles = {caseTile(result),
+                               {(hasLevels ? "Levels of " : "Clusters of ") + run.choice.cluster,
+                                ResultText::count(result.nClusters), sizeWords(run.sizes)}};
+    if (result.nClustersSecondary) {
+        tiles.push_back({"Levels of " + run.choice.secondLabel(),
+                         ResultText::count(*result.nClustersSecondary),
+                         sizeWords(run.secondSizes)});
+    } else {
+        tiles.push_back(betweenTile(run));
+    }
+    tiles.push_back(fitTile(result));
+    return tiles;
+}
+
+std::vector<ReportTable> tables(const MultilevelRun& run) {
+    return {run.choice.isGaussian() ? coefficientTable(run) : ratioTable(run), varianceTable(run)};
+}
+
+}  // namespace sorvane::MultilevelReport

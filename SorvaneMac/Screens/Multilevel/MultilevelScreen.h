@@ -1,0 +1,19 @@
+#pragma once
+
+#include "SorvaneMac/Screens/AnalysisScreen.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+
+namespace sorvane {
+
+/// Mixed models of an outcome whose cases stand in clusters.
+class MultilevelScreen final : public AnalysisScreen {
+public:
+    MultilevelScreen(StudioState& state, MultilevelFields& fields);
+
+    void seed() override;
+
+private:
+    MultilevelFields& fields_;
+};
+
+}  // namespace sorvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+#include "SorvaneMac/Screens/SetupForm.h"
+#include "SorvaneMac/State/StudioState.h"
+
+/// The selections that multilevel models of all families share.
+namespace sorvane::MultilevelSelection {
+
+/// Blanks a random slope that the structure or the family forbids or that is no predictor.
+void dropForbiddenSlope(MultilevelFields& fields);
+
+/// The outcome, the groupings, the time, the predictors and the random slope.
+void addVariables(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields);
+
+/// The model as it is chosen.
+MultilevelChoice choice(const ImportedDataset& dataset, const MultilevelFields& fields);
+
+/// The columns of the model; the lagged outcome among them.
+MultilevelColumns columns(const ImportedDataset& dataset, const MultilevelFields& fields);
+
+}  // namespace sorvane::MultilevelSelection

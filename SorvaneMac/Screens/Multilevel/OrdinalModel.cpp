@@ -1,0 +1,190 @@
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelAnalyses.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelGates.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/TestReport.h"
+
+namespace sorvane {
+
+namespace {
+
+constexpr std::string_view note =
+    "Marginal maximum likelihood by adaptive quadrature with 15 points. B is the change of the log "
+    "odds of a higher level within a cluster for a step of one; OR is the odds ratio with its 95% "
+    "confidence interval; z and p are Wald tests.";
+constexpr std::string_view caution =
+    "Odds ratios hold within clusters and only as far as they are the same at every cut point; "
+    "they describe association, not causation.";
+
+ReportTable effectTable(const MultilevelOrdinalRun& run) {
+    const MultilevelOrdinalResult& result = *run.result;
+    ReportTable table;
+    table.title = "Fixed Effects for " + run.choice.outcome;
+    table.headers = {"Predictor", "B", "SE", "z", "p", "OR", "LL", "UL"};
+    table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
+    for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
+        const MultilevelFixedEffect& each = result.fixedEffects[j];
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                              ResultText::ratio(result.oddsRatios[j], 3),
+                              ResultText::ratio(result.oddsRatioLowerBounds[j], 3),
+                              ResultText::ratio(result.oddsRatioUpperBounds[j], 3)});
+    }
+    return table;
+}
+
+ReportTable thresholdTable(const MultilevelOrdinalResult& result) {
+    ReportTable table;
+    table.title = "Thresholds";
+    table.headers = {"Between levels", "Estimate", "SE"};
+    for (const MultilevelOrdinalThreshold& each : result.thresholds) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3)});
+    }
+    table.note =
+        "A threshold is the log odds of a level up to the cut point in an average cluster where "
+        "all predictors are 0.";
+    return table;
+}
+
+ReportTable varianceTable(const MultilevelOrdinalResult& result) {
+    ReportTable table;
+    table.title = "Random Effects";
+    table.headers = {"Component", "Variance", "SD"};
+    for (const MultilevelVarianceComponent& each : result.varianceComponents) {
+        table.rows.push_back(
+            {each.name, svFmt(each.variance, 3), svFmt(each.standardDeviation, 3)});
+    }
+    return table;
+}
+
+ReportTable levelTable(const MultilevelOrdinalResult& result) {
+    ReportTable table;
+    table.title = "Levels of the outcome";
+    table.headers = {"Level", "n", "%"};
+    for (std::size_t level = 0; level < result.levels.size(); ++level) {
+        table.rows.push_back({result.levels[level], ResultText::count(result.levelCounts[level]),
+                              svFmt(100.0 * static_cast<double>(result.levelCounts[level]) /
+                                        static_cast<double>(result.n),
+                                    1)});
+    }
+    return table;
+}
+
+std::vector<ReportTable> tables(const MultilevelOrdinalRun& run) {
+    std::vector<ReportTable> all;
+    if (!run.result->fixedEffects.empty()) {
+        all.push_back(effectTable(run));
+    }
+    all.push_back(thresholdTable(*run.result));
+    all.push_back(varianceTable(*run.result));
+    all.push_back(levelTable(*run.result));
+    return all;
+}
+
+std::string sentence(const MultilevelOrdinalRun& run) {
+    const MultilevelOrdinalResult& result = *run.result;
+    std::string text = MultilevelOrdinal::summary(result);
+    for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
+        const MultilevelFixedEffect& each = result.fixedEffects[j];
+        text += " The effect of " + each.name + " was " +
+                std::string(ResultText::significanceWords(each.pValue)) +
+                ", OR = " + ResultText::ratio(result.oddsRatios[j], 2) + ", 95% CI [" +
+                ResultText::ratio(result.oddsRatioLowerBounds[j], 2) + ", " +
+                ResultText::ratio(result.oddsRatioUpperBounds[j], 2) + "], " +
+                ResultText::pSentence(each.pValue) + ".";
+    }
+    return text;
+}
+
+std::vector<Tile> tiles(const MultilevelOrdinalRun& run) {
+    const MultilevelOrdinalResult& result = *run.result;
+    return {{"ICC (latent scale)",
+             result.latentICC ? svFmtBounded(*result.latentICC, 2) : std::string("--"),
+             "share of variance between clusters"},
+            {"Log likelihood", svFmt(result.logLikelihood, 2),
+             result.converged ? "converged" : "not converged"},
+            {"Clusters", ResultText::count(result.nClusters), run.choice.cluster},
+            {"Cases used", ResultText::count(result.n), "complete on all variables"}};
+}
+
+/// The model of these columns, and what sets their clusters apart.
+MultilevelOrdinalRun fitted(const MultilevelColumns& columns) {
+    const MultilevelOptions options{.fixedNames = columns.choice.predictors,
+                                    .clusterLabel = columns.choice.cluster};
+    MultilevelOrdinalRun run{.choice = columns.choice,
+                             .result = MultilevelOrdinal::fit(columns.data, options)};
+    if (run.result && !run.result->thresholds.empty()) {
+        run.charts = MultilevelCharts::of(
+            run.choice, {.varianceComponents = run.result->varianceComponents},
+            {.clusters = MultilevelOrdinal::clusterEffects(columns.data, options, *run.result)});
+    }
+    return run;
+}
+
+class OrdinalModel final : public BackgroundAnalysis<MultilevelFields, MultilevelOrdinalRun> {
+public:
+    using BackgroundAnalysis::BackgroundAnalysis;
+
+    std::string heading() const override { return std::string(MultilevelGuide::heading); }
+    std::string subtitle() const override {
+        return "Ordered categories of cases in clusters, by a cumulative logit with a random "
+               "intercept.";
+    }
+    void addControls(SetupForm& form) override {
+        MultilevelSelection::addVariables(form, state_.dataset(), fields_);
+    }
+    std::string runLabel() const override { return std::string(MultilevelGuide::runLabel); }
+    std::optional<Gate> gate() const override {
+        return MultilevelGates::gate(state_.dataset(), fields_);
+    }
+    std::string selection() const override {
+        return fields_.mlOutcome->name + " in " + fields_.mlCluster->name;
+    }
+    std::string invitation() const override { return std::string(MultilevelGuide::hint); }
+    Guide guide() const override { return MultilevelGuide::guide(); }
+
+private:
+    std::string computingLabel() const override { return "Fitting ordinal multilevel…"; }
+    std::string statusLine() const override { return "Estimating the model…"; }
+
+    Compute computation() const override {
+        return [columns = MultilevelSelection::columns(state_.dataset(), fields_)](
+                   const TaskRunner::Progress&) {
+            return fitted(columns);
+        };
+    }
+
+    void present(const MultilevelOrdinalRun& run, ScreenContent& content) const override {
+        if (!run.result || run.result->thresholds.empty()) {
+            content.gate = {.title = "The model could not be estimated",
+                            .lead = run.choice.outcome + " in " + run.choice.cluster,
+                            .text = run.result ? ResultText::obstacle(run.result->readiness)
+                                               : "The outcome must hold ordered numbers. Pick "
+                                                 "another one in the Setup panel."};
+            return;
+        }
+        addReport({.title = "Ordinal multilevel model: " + run.choice.outcome,
+                   .sentence = sentence(run),
+                   .tiles = tiles(run),
+                   .tables = tables(run),
+                   .note = std::string(note),
+                   .charts = run.charts,
+                   .figureCaption =
+                       "Intercepts of the levels of " + run.choice.cluster + " with 95% intervals.",
+                   .caution = std::string(caution),
+                   .warnings = ResultText::messages(run.result->readiness)},
+                  content);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Analysis> MultilevelAnalyses::ordinalModel(StudioState& state,
+                                                           MultilevelFields& fields) {
+    return std::make_unique<OrdinalModel>(state, fields, fields.mlOrdinalResult);
+}
+
+}  // namespace sorvane

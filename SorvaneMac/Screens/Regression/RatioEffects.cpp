@@ -1,0 +1,49 @@
+#include "SorvaneMac/Screens/Regression/RatioEffects.h"
+
+#include <utility>
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/Regression/RegressionCharts.h"
+#include "SorvaneMac/Screens/ResultText.h"
+
+namespace sorvane::RatioEffects {
+
+ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
+                             const std::string& symbol) {
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "z", "p", symbol, "95% CI Lower", "95% CI Upper"};
+    for (const RatioEffect& each : coefficients) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                              ResultText::ratio(each.ratio, 3),
+                              ResultText::ratio(each.ratioLowerBound, 3),
+                              ResultText::ratio(each.ratioUpperBound, 3)});
+    }
+    return table;
+}
+
+std::string sentences(const std::vector<RatioEffect>& coefficients, const std::string& symbol) {
+    std::string text;
+    for (std::size_t at = 1; at < coefficients.size(); ++at) {
+        const RatioEffect& each = coefficients[at];
+        text += " The effect of " + each.name + " was " +
+                std::string(ResultText::significanceWords(each.pValue)) + ", " + symbol + " = " +
+                ResultText::ratio(each.ratio, 2) + ", 95% CI [" +
+                ResultText::ratio(each.ratioLowerBound, 2) + ", " +
+                ResultText::ratio(each.ratioUpperBound, 2) + "], " +
+                ResultText::pSentence(each.pValue) + ".";
+    }
+    return text;
+}
+
+Chart chart(const std::vector<RatioEffect>& coefficients, const std::string& scale) {
+    std::vector<IntervalPlot::Row> rows;
+    for (std::size_t at = 1; at < coefficients.size(); ++at) {
+        const RatioEffect& each = coefficients[at];
+        rows.push_back({each.name, each.estimate, each.lowerBound, each.upperBound});
+    }
+    return RegressionCharts::coefficients(std::move(rows), scale);
+}
+
+}  // namespace sorvane::RatioEffects

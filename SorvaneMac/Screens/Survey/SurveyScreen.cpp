@@ -1,0 +1,39 @@
+#include "SorvaneMac/Screens/Survey/SurveyScreen.h"
+
+#include "SorvaneMac/Screens/Seeding.h"
+#include "SorvaneMac/Screens/SuitedVariables.h"
+#include "SorvaneMac/Screens/Survey/SurveyColumns.h"
+#include "SorvaneMac/Screens/Survey/SurveyEstimation.h"
+
+namespace sorvane {
+
+using VariableLists::List;
+using VariableLists::numericVariables;
+using VariableLists::without;
+
+SurveyScreen::SurveyScreen(StudioState& state, SurveyFields& fields)
+    : AnalysisScreen(StudioScreen::survey, state, fields.svHasRun), fields_(fields) {
+    add(surveyEstimation(state, fields));
+}
+
+void SurveyScreen::seed() {
+    const ImportedDataset& dataset = state_.dataset();
+    List weights = SuitedVariables::named(
+        SurveyColumns::possibleWeights(dataset),
+        {"weight", "weights", "wt", "wgt", "pweight", "pw", "sampweight", "svyweight"});
+    std::erase_if(weights, [](const DataVariable* variable) {
+        return !SurveyColumns::isPositive(*variable);
+    });
+    Seeding::fillFirst(fields_.svWeight, weights);
+    NameSet taken = {fields_.svWeight->name};
+    Seeding::fillFirst(fields_.svVar, without(numericVariables(dataset), taken));
+    taken.insert(fields_.svVar->name);
+    const List labels = SurveyColumns::possibleLabels(dataset);
+    Seeding::fillFirst(fields_.svStrata,
+                       SuitedVariables::named(without(labels, taken), {"stratum", "strata"}));
+    taken.insert(fields_.svStrata->name);
+    Seeding::fillFirst(fields_.svCluster,
+                       SuitedVariables::named(without(labels, taken), {"psu", "cluster"}));
+}
+
+}  // namespace sorvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Tests/Screens/ScreenWorkplace.h"
+
+namespace sorvane {
+
+/// A workspace with one of the reference tables.
+class ReferenceStudy : public ScreenWorkplace {
+public:
+    explicit ReferenceStudy(const std::string& table) {
+        state.importData(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Reference/data") / table);
+        EXPECT_FALSE(state.data.importError.get());
+    }
+    /// Fills the screen, runs it, and gives what it then shows.
+    ScreenContent shown(StudioScreen screen, const Settings& settings) {
+        screens.appear(screen);
+        set(settings);
+        const std::optional<std::string> refusal = screens.at(screen).run();
+        EXPECT_FALSE(refusal) << *refusal;
+        return screens.at(screen).content();
+    }
+    /// Stages what the screen shows first.
+    void stage(const ScreenContent& content) { state.addToReport(content.findings.front().item); }
+};
+
+/// Null where there is no such card.
+inline const Card* cardOf(const ScreenContent& content, const std::string& title) {
+    const auto found = std::ranges::find(content.cards, title, &Card::title);
+    return found == content.cards.end() ? nullptr : &*found;
+}
+
+}  // namespace sorvane

@@ -1,0 +1,244 @@
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "SorvaneCore/Survey/SurveyCategorical.h"
+#include "SorvaneCore/Survey/SurveyCorrelation.h"
+#include "SorvaneCore/Survey/SurveyGLM.h"
+#include "SorvaneCore/Survey/SurveyOrdinal.h"
+#include "SorvaneCore/Survey/SurveyRegression.h"
+#include "Tests/Analyses/CodedColumns.h"
+#include "Tests/Analyses/ReadinessIssues.h"
+#include "Tests/Support/Closeness.h"
+
+namespace sorvane {
+
+namespace {
+
+using test::cautions;
+using test::closeTo;
+using test::obstacles;
+using Texts = std::vector<std::string>;
+using Values = test::OptionalValues;
+
+/// Forty rows in ten units of two strata.
+struct Sample {
+    SurveyDesign design{};
+    Values x{};
+    Values y{};
+    Values yes{};
+    Values level{};
+    Texts yesTexts{};
+    Texts levelTexts{};
+
+    Sample() {
+        std::mt19937_64 random(2);
+        Texts strata;
+        Texts clusters;
+        for (std::size_t i = 0; i < 40; ++i) {
+            const double value = static_cast<double>(random() % 50) / 10.0;
+            const double answer = value + static_cast<double>(random() % 40) / 10.0;
+            x.emplace_back(value);
+            y.emplace_back(answer);
+            yes.emplace_back(answer > 4.5 ? 1.0 : 0.0);
+            level.emplace_back(answer < 3.0 ? 1.0 : answer < 5.5 ? 2.0 : 3.0);
+            yesTexts.emplace_back(*yes.back() > 0.0 ? "yes" : "no");
+            levelTexts.push_back("l" + std::to_string(random() % 3));
+            strata.emplace_back(i < 20 ? "n" : "s");
+            clusters.push_back("u" + std::to_string(i / 4));
+            design.weights.push_back(1.0 + static_cast<double>(random() % 30) / 10.0);
+        }
+        design.strata = TextColumn::of(strata);
+        design.clusters = TextColumn::of(clusters);
+    }
+
+    /// Leaves each unit out in turn.
+    SurveyDesign jackknife() const {
+        SurveyDesign result{.weights = design.weights};
+        ReplicateWeights replicates;
+        for (std::size_t unit = 0; unit < 10; ++unit) {
+            std::vector<double>& weights = replicates.weights.emplace_back(design.weights);
+            for (std::size_t i = 0; i < 40; ++i) {
+                weights[i] *= i / 4 == unit ? 0.0 : 10.0 / 9.0;
+            }
+        }
+        result.replicateWeights = replicates;
+        return result;
+    }
+
+    std::optional<SurveyModelResult> regression(const SurveyDesign& under) const {
+        const std::vector predictors = {test::plainColumn(x)};
+        return SurveyRegression::fit(test::plainColumn(y), predictors, under,
+                                     {.predictorNames = {"x"}, .outcomeName = "y"});
+    }
+};
+
+TEST(SurveyModels, DoNotDependOnTheScaleOfWeights) {
+    const Sample sample;
+    SurveyDesign scaled = sample.design;
+    for (double& weight : scaled.weights) {
+        weight *= 1e6;
+    }
+    const auto plain = sample.regression(sample.design);
+    const auto other = sample.regression(scaled);
+    ASSERT_EQ(plain->coefficients.size(), 2U);
+    for (std::size_t k = 0; k < 2; ++k) {
+        EXPECT_TRUE(closeTo(other->coefficients[k].estimate, plain->coefficients[k].estimate));
+        EXPECT_TRUE(
+            closeTo(other->coefficients[k].standardError, plain->coefficients[k].standardError));
+    }
+    EXPECT_EQ(plain->designDegreesOfFreedom, 8);
+    EXPECT_EQ(plain->degreesOfFreedom, 7);
+}
+
+TEST(SurveyModels, JackknifeOfOneStratumIsNearLinearization) {
+    const Sample sample;
+    SurveyDesign unstratified = sample.design;
+    unstratified.strata = nullptr;
+    const std::vector predictors = {test::plainColumn(sample.x)};
+    const SurveyModelOptions options{.predictorNames = {"x"}, .outcomeName = "level"};
+    for (const auto fit : {&SurveyRegression::fit, &SurveyOrdinal::fit, &SurveyGLM::fitPoisson}) {
+        const NumericColumn outcome = test::plainColumn(sample.level);
+        const auto taylor = fit(outcome, predictors, unstratified, options);
+        const auto replicated = fit(outcome, predictors, sample.jackknife(), options);
+        ASSERT_TRUE(taylor && replicated);
+        EXPECT_EQ(replicated->varianceMethod, DesignVarianceMethod::replicateWeights);
+        EXPECT_TRUE(closeTo(replicated->coefficients.back().standardError,
+                            taylor->coefficients.back().standardError, {.relative = 0.4}));
+        EXPECT_EQ(replicated->coefficients.back().estimate, taylor->coefficients.back().estimate);
+    }
+}
+
+TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
+    Sample sample;
+    for (std::size_t i = 0; i < 40; ++i) {
+        sample.level[i] = i < 2 ? 3.0 : std::min(*sample.level[i], 2.0);
+    }
+    const std::vector predictors = {test::plainColumn(sample.x)};
+    const auto result = SurveyOrdinal::fit(test::plainColumn(sample.level), predictors,
+                                           sample.jackknife(), {.predictorNames = {"x"}});
+    ASSERT_TRUE(result);
+    ASSERT_EQ(result->thresholds.size(), 2U);
+    EXPECT_EQ(cautions(result->readiness).back(),
+              "1 replicate(s) gave no estimates and add nothing to the standard errors, which may "
+              "be too small.");
+}
+
+TEST(SurveyModels, OrdinalThresholdsFollowTheUnitsOfPredictors) {
+    const Sample sample;
+    Values moved;
+    for (const auto& value : sample.x) {
+        moved.emplace_back(100.0 + 10.0 * *value);
+    }
+    const SurveyModelOptions options{.predictorNames = {"x"}};
+    const auto fitted = [&](const Values& x) {
+        const std::vector predictors = {test::plainColumn(x)};
+        return SurveyOrdinal::fit(test::plainColumn(sample.level), predictors, sample.design,
+                                  options);
+    };
+    const auto plain = fitted(sample.x);
+    const auto other = fitted(moved);
+    ASSERT_EQ(plain->thresholds.size(), 2U);
+    EXPECT_EQ(plain->thresholds[1].name, "2|3");
+    EXPECT_TRUE(closeTo(10.0 * other->coefficients[0].estimate, plain->coefficients[0].estimate,
+                        {.relative = 1e-7}));
+    EXPECT_TRUE(closeTo(other->thresholds[0].estimate,
+                        plain->thresholds[0].estimate + 10.0 * plain->coefficients[0].estimate,
+                        {.relative = 1e-7}));
+}
+
+TEST(SurveyModels, SayWhatStandsInTheirWay) {
+    const Sample sample;
+    const NumericColumn y = test::plainColumn(sample.y);
+    const NumericColumn x = test::plainColumn(sample.x);
+    const NumericColumn yes = test::plainColumn(sample.yes);
+    const NumericColumn ones = test::plainColumn(Values(40, 1.0));
+    const SurveyModelOptions one{.predictorNames = {"x"}};
+    SurveyDesign noWeights = sample.design;
+    noWeights.weights[3] = 0.0;
+    struct Case {
+        int line;
+        std::optional<SurveyModelResult> result;
+        std::string obstacle;
+    };
+    const std::vector just = {x};
+    const std::vector constant = {ones};
+    const std::vector separating = {y};
+    const std::vector<Case> cases = {
+        {__LINE__, SurveyRegression::fit(y, just, noWeights, one),
+         "Sampling weights must all be finite and positive."},
+        {__LINE__, SurveyRegression::fit(y, constant, sample.design, one),
+         "A predictor does not vary or is a combination of others, so unique coefficients cannot "
+         "be "
+         "estimated. Remove or combine redundant predictors."},
+        {__LINE__, SurveyRegression::fit(test::plainColumn({1.0, 2.0}), just, sample.design, one),
+         "The variable has 2 rows, but the survey design has 40. Set up the design for the table "
+         "that holds the variable."},
+        {__LINE__, SurveyGLM::fitLogistic(ones, just, sample.design, one),
+         "The outcome has only one level present. Both 0 and 1 must occur to fit a logistic "
+         "model."},
+        {__LINE__, SurveyGLM::fitLogistic(yes, separating, sample.design, one),
+         "The fit did not converge to finite estimates. This often happens when a predictor "
+         "perfectly separates the outcome, or when predictors are nearly collinear."},
+        {__LINE__, SurveyOrdinal::fit(yes, just, sample.design, one),
+         "The outcome has only 2 level(s) present. Three or more ordered levels must occur to fit "
+         "a proportional-odds model."},
+        {__LINE__, SurveyRegression::fit(test::plainColumn(Values(40)), just, sample.design, one),
+         "There are not enough complete rows (0) to estimate 2 coefficient(s)."},
+    };
+    for (const Case& each : cases) {
+        ASSERT_TRUE(each.result) << each.line;
+        EXPECT_EQ(obstacles(each.result->readiness), Texts{each.obstacle}) << each.line;
+        EXPECT_TRUE(each.result->coefficients.empty()) << each.line;
+    }
+    EXPECT_FALSE(SurveyGLM::fitLogistic(y, just, sample.design, one));
+    EXPECT_FALSE(SurveyGLM::fitPoisson(y, just, sample.design, one));
+    EXPECT_FALSE(SurveyRegression::fit(y, just, sample.design, {}));
+}
+
+TEST(SurveyCorrelation, IsThatOfTheWeightedRows) {
+    const Sample sample;
+    SurveyDesign equal = sample.design;
+    equal.weights.assign(40, 3.0);
+    const auto result =
+        SurveyCorrelation::pearson(test::plainColumn(sample.x), test::plainColumn(sample.x), equal);
+    EXPECT_TRUE(closeTo(result.r, 1.0));
+    EXPECT_EQ(obstacles(SurveyCorrelation::pearson(test::plainColumn(sample.x),
+                                                   test::plainColumn(Values(40, 0.1)), equal)
+                            .readiness),
+              Texts{"One of the variables does not vary, so no correlation can be formed. Choose "
+                    "another variable."});
+    const std::vector columns = {test::plainColumn(sample.x), test::plainColumn(sample.y),
+                                 test::plainColumn(sample.level)};
+    const Texts names = {"x", "y", "l"};
+    const auto pairs = SurveyCorrelation::matrix(columns, equal, names);
+    ASSERT_TRUE(pairs);
+    ASSERT_EQ(pairs->size(), 3U);
+    EXPECT_EQ((*pairs)[1].yName, "l");
+}
+
+TEST(SurveyCategorical, IsPearsonsTestWhereTheDesignIsSimple) {
+    const Sample sample;
+    const SurveyDesign simple{.weights = std::vector<double>(40, 2.0)};
+    const auto result = SurveyCategorical::test(*TextColumn::of(sample.yesTexts),
+                                                *TextColumn::of(sample.levelTexts), simple);
+    // Each generalized effect is n / (n - 1) about 1 of a table near independence.
+    EXPECT_TRUE(closeTo(result.meanDesignEffect, 1.0, {.absolute = 0.2}));
+    EXPECT_EQ(result.cells.size(), 6U);
+    double sum = 0.0;
+    for (const SurveyCell& cell : result.cells) {
+        sum += cell.proportion;
+        EXPECT_TRUE(closeTo(cell.weightedCount, 2.0 * static_cast<double>(cell.count)));
+    }
+    EXPECT_TRUE(closeTo(sum, 1.0));
+    EXPECT_EQ(obstacles(SurveyCategorical::test(*TextColumn::of(Texts(40, "a")),
+                                                *TextColumn::of(sample.levelTexts), simple)
+                            .readiness),
+              Texts{"Both variables need two or more categories among the 40 row(s) that hold "
+                    "both. Choose another variable."});
+}
+
+}  // namespace
+
+}  // namespace sorvane
