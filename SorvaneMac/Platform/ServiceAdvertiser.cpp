@@ -110,7 +110,7 @@ void ServiceAdvertiser::addService() {
     QDBusMessage message =
         QDBusMessage::createMethodCall(avahi, group_, groupInterface, "AddService");
     message << anyInterface << anyProtocol << 0U << service_.name << service_.type
-            << QString("local") << QString() << service_.port
+            << QString("local") << QString() << QVariant::fromValue(service_.port)
             << QVariant::fromValue(QByteArrayList());
     call(message, [this](const QDBusMessage& answer) {
         if (answer.errorName() == collisionError) {

@@ -22,7 +22,8 @@ QByteArray busConfiguration(const QByteArray& address) {
            "<type>system</type><listen>" +
            address +
            "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow "
-           "send_destination=\"*\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/></policy>"
+           "send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/><allow "
+           "own=\"*\"/></policy>"
            "</busconfig>";
 }
 
@@ -108,7 +109,7 @@ TEST_F(ServiceAdvertiserTest, AnnouncesWhereADaemonRunsAndSaysWhereNone) {
     advertiser.publish({.name = "Desk", .type = "_brisel-review._tcp", .port = 9847});
     await([&] { return advertiser.publishedName().has_value(); });
     EXPECT_EQ(advertiser.publishedName(), QString("Desk"));
-    EXPECT_FALSE(advertiser.problem());
+    EXPECT_FALSE(advertiser.problem()) << advertiser.problem()->toStdString();
 
     QDBusMessage ask = QDBusMessage::createMethodCall(avahi, "/", "org.freedesktop.Avahi.Server",
                                                       "ResolveService");
