@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
@@ -10,6 +11,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
 #include "SorvaneCore/Models/Multilevel/OrdinalQuadrature.h"
+#include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Numerics/OrdinalLikelihood.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
@@ -123,6 +125,31 @@ std::optional<Numbers> withoutClusters(const Design& design) {
     return fit.converged ? std::optional(std::move(fit.parameters)) : std::nullopt;
 }
 
+/// Turns the curvature in the spread about where the likelihood bends upward in it, as it does near
+/// a spread of zero below the likeliest one, so that Newton's step leads uphill.
+void bendDown(IRLS::Evaluation& evaluation) {
+    const std::size_t count = evaluation.gradient.size();
+    const std::size_t others = count - 1;
+    Numbers block;
+    Numbers mixed;
+    for (std::size_t i = 0; i < others; ++i) {
+        const double* row = &evaluation.negativeHessian[i * count];
+        block.insert(block.end(), row, row + others);
+        mixed.push_back(row[others]);
+    }
+    const auto inverse = LinearAlgebra::invert(block, others);
+    if (!inverse) {
+        return;
+    }
+    const Numbers solved = LinearAlgebra::multiply(*inverse, others, others, mixed, 1);
+    double& curvature = evaluation.negativeHessian.back();
+    const double own =
+        curvature - std::inner_product(mixed.begin(), mixed.end(), solved.begin(), 0.0);
+    if (own < 0.0) {
+        curvature -= 2.0 * own;
+    }
+}
+
 bool isMaximum(const OptimizerResult& fit) {
     const std::size_t count = fit.parameters.size();
     for (std::size_t i = 0; i < count; ++i) {
@@ -138,7 +165,11 @@ std::optional<OptimizerResult> maximize(const Design& design, const Numbers& fix
     const OrdinalClusters clusters = design.clusters();
     OrdinalQuadrature quadrature(clusters);
     const auto evaluate = [&](std::span<const double> at) {
-        return quadrature.at(at);
+        IRLS::Evaluation evaluation = quadrature.at(at);
+        if (evaluation.isFinite()) {
+            bendDown(evaluation);
+        }
+        return evaluation;
     };
     std::vector<std::pair<double, Numbers>> starts;
     for (const double sigma : {0.25, 0.5, 1.0, 2.0}) {
