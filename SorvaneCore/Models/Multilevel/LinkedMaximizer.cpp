@@ -23,8 +23,6 @@ constexpr int quasiNewtonStarts = 4;
 /// grown so long that the likelihood is flat: there is no end that way.
 constexpr double alike = 2.0;
 constexpr double flat = 30.0;
-/// What the sum over the rows is rounded to.
-constexpr double roundingShare = 16.0 * std::numeric_limits<double>::epsilon();
 constexpr int simplexRounds = 2000;
 /// The simplex starts with vertices a tenth of this away.
 constexpr double simplexUnit = 0.02;
@@ -206,12 +204,8 @@ Fit maximize(const std::vector<std::vector<double>>& starts, const Likelihood& l
         }
         return steps.at(scaled);
     };
-    // Values that differ by rounding alone would keep the simplex from its end.
-    const double grain = roundingShare * std::max(std::abs(objective(steps.origin())), 1.0);
-    const NelderMeadOptimizer::Fit simplex =
-        NelderMeadOptimizer::minimize(zero, simplexRounds, [&](std::span<const double> t) {
-            return std::round(objective(around(t)) / grain) * grain;
-        });
+    const NelderMeadOptimizer::Fit simplex = NelderMeadOptimizer::minimize(
+        zero, simplexRounds, [&](std::span<const double> t) { return objective(around(t)); });
     fit.point = around(simplex.parameters);
     fit.value = -simplex.objective;
     fit.converged = simplex.converged && std::isfinite(simplex.objective);
