@@ -1,8 +1,10 @@
 #include "SorvaneMac/Headless/OperationTable.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <tuple>
 
+#include "SorvaneMac/Screens/Structural/StructuralModelText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane::OperationTable {
@@ -239,6 +241,45 @@ std::vector<Operation> variableOperations() {
     };
 }
 
+std::vector<std::string> numericNames(const State& state) {
+    return VariableLists::names(VariableLists::numericVariables(state.dataset()));
+}
+
+/// A template of a structural model by its identifier.
+StructuralModelText::Template modelTemplate(const std::string& id) {
+    if (id == "cfa1") {
+        return StructuralModelText::Template::oneFactor;
+    }
+    if (id == "cfa2") {
+        return StructuralModelText::Template::twoFactors;
+    }
+    if (id == "mediation") {
+        return StructuralModelText::Template::mediation;
+    }
+    throw CallError("The argument \"template\" needs one of cfa1, cfa2, mediation.");
+}
+
+std::vector<Operation> structuralOperations() {
+    using namespace arguments;  // NOLINT(google-build-using-namespace)
+    constexpr std::string_view model = "semModel";
+    return {
+        operation(
+            "semApplyTemplate",
+            [model](State& state, const std::string& id) {
+                state.fields.find(model)->setJson(
+                    StructuralModelText::filled(modelTemplate(id), numericNames(state)));
+            },
+            Value<std::string>{"template"}),
+        operation(
+            "semInsert",
+            [model](State& state, const std::string& name) {
+                AnyField& field = *state.fields.find(model);
+                field.setJson(StructuralModelText::withName(field.json().get<std::string>(), name));
+            },
+            Value<std::string>{"name"}),
+    };
+}
+
 std::vector<Operation> reportOperations() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return {
@@ -265,7 +306,7 @@ const std::vector<Operation>& all() {
     static const std::vector<Operation> table = [] {
         std::vector<Operation> operations;
         for (auto* const group : {&datasetOperations, &gridOperations, &variableOperations,
-                                  &preparingOperations, &reportOperations}) {
+                                  &preparingOperations, &structuralOperations, &reportOperations}) {
             for (Operation& each : group()) {
                 operations.push_back(std::move(each));
             }

@@ -82,6 +82,19 @@ TEST_F(StudioScriptTest, FitsAModelThatIsWrittenAsText) {
     EXPECT_EQ(perform(R"({"stage": "mediation"})").report["staged"], 2);
 }
 
+TEST_F(StudioScriptTest, WritesAModelFromATemplate) {
+    perform(R"({"import": "SampleEIStudy.csv"})");
+    EXPECT_TRUE(perform(R"({"do": {"semApplyTemplate": {"template": "cfa3"}}})").refusal);
+    EXPECT_FALSE(perform(R"({"do": {"semApplyTemplate": {"template": "cfa1"}}})").refusal);
+    const auto text = [this] {
+        return state_.fields.find("semModel")->json().get<std::string>();
+    };
+    const std::string filled = text();
+    EXPECT_NE(filled.find("=~"), std::string::npos);
+    EXPECT_FALSE(perform(R"({"do": {"semInsert": {"name": "two words"}}})").refusal);
+    EXPECT_EQ(text(), filled + " + `two words`");
+}
+
 TEST_F(StudioScriptTest, SavesAndReopensAProjectWithItsReport) {
     for (const char* step :
          {R"({"import": "SampleEIStudy.csv"})", R"({"stage": "scalesReliability"})",

@@ -128,7 +128,12 @@ SetupForm StructuralScreen::setup() {
                     "comment; names with blanks or signs stand in `back-ticks`."},
         std::move(insert),
     };
-    OptionControls::addRun(form, "Fit model", gate(), [this] { run(); });
+    std::optional<Gate> missing = gate();
+    if (missing) {
+        // While a fit stays in view, the form alone says what is wrong with the text.
+        missing->text = ResultText::sentence(*missing);
+    }
+    OptionControls::addRun(form, "Fit model", missing, [this] { run(); });
     addTemplates(form);
     return form;
 }

@@ -12,7 +12,10 @@ using VariableLists::numericVariables;
 using VariableLists::without;
 
 SurveyScreen::SurveyScreen(StudioState& state, SurveyFields& fields)
-    : AnalysisScreen(StudioScreen::survey, state, fields.svHasRun), fields_(fields) {
+    : AnalysisScreen(StudioScreen::survey, state, fields.svHasRun),
+      fields_(fields),
+      strataSeed_(state.fields, fields.svStrata, fields.svHasRun),
+      clusterSeed_(state.fields, fields.svCluster, fields.svHasRun) {
     add(surveyEstimation(state, fields));
 }
 
@@ -29,11 +32,15 @@ void SurveyScreen::seed() {
     Seeding::fillFirst(fields_.svVar, without(numericVariables(dataset), taken));
     taken.insert(fields_.svVar->name);
     const List labels = SurveyColumns::possibleLabels(dataset);
-    Seeding::fillFirst(fields_.svStrata,
-                       SuitedVariables::named(without(labels, taken), {"stratum", "strata"}));
+    if (strataSeed_.isOpen()) {
+        Seeding::fillFirst(fields_.svStrata,
+                           SuitedVariables::named(without(labels, taken), {"stratum", "strata"}));
+    }
     taken.insert(fields_.svStrata->name);
-    Seeding::fillFirst(fields_.svCluster,
-                       SuitedVariables::named(without(labels, taken), {"psu", "cluster"}));
+    if (clusterSeed_.isOpen()) {
+        Seeding::fillFirst(fields_.svCluster,
+                           SuitedVariables::named(without(labels, taken), {"psu", "cluster"}));
+    }
 }
 
 }  // namespace sorvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SorvaneMac/Screens/AnalysisScreen.h"
+#include "SorvaneMac/Screens/OptionalSeed.h"
 #include "SorvaneMac/Screens/Survey/SurveyFields.h"
 
 namespace sorvane {
@@ -14,6 +15,9 @@ public:
 
 private:
     SurveyFields& fields_;
+    /// Without strata or clusters is a choice as well.
+    OptionalSeed strataSeed_;
+    OptionalSeed clusterSeed_;
 };
 
 }  // namespace sorvane

@@ -70,7 +70,7 @@ std::optional<Gate> unsoundCorrection(const ImportedDataset& dataset, const Surv
                     .lead = fpc.name,
                     .text = "Finite population correction values must be finite and positive."};
     }
-    if (fpc.numericSummary->maximum <= 1.0) {
+    if (fpc.numericSummary->maximum < 1.0) {
         return Gate{.title = "The finite population correction is a share",
                     .lead = fpc.name,
                     .text =

@@ -28,15 +28,9 @@ List eventCandidates(const List& numeric) {
 }  // namespace
 
 SurvivalScreen::SurvivalScreen(StudioState& state, SurvivalFields& fields)
-    : AnalysisScreen(StudioScreen::survival, state, fields.survHasRun), fields_(fields) {
-    watch_ = state.fields.observe([this](const AnyField& changed) {
-        if (&changed == &fields_.survGroup) {
-            strataStand_ = true;
-        } else if (&changed == &fields_.survHasRun && !fields_.survHasRun.get()) {
-            // A new table resets all fields, and this one after the strata.
-            strataStand_ = false;
-        }
-    });
+    : AnalysisScreen(StudioScreen::survival, state, fields.survHasRun),
+      fields_(fields),
+      strataSeed_(state.fields, fields.survGroup, fields.survHasRun) {
     chooseBy("Analysis", fields.survMode);
     add(SurvivalAnalyses::kaplanMeier(state, fields));
     add(SurvivalAnalyses::coxRegression(state, fields));
@@ -52,7 +46,7 @@ void SurvivalScreen::seed() {
     Seeding::fillFirst(fields_.survEvent, eventCandidates(without(numeric, taken)));
     taken.insert(fields_.survEvent->name);
     Seeding::fillFirst(fields_.survPredictors, without(numeric, taken), numeric.size());
-    if (!strataStand_) {
+    if (strataSeed_.isOpen()) {
         const List groups = without(anovaGroupingVariables(state_.dataset()), taken);
         Seeding::fillFirst(fields_.survGroup, without(groups, fields_.survPredictors.get()));
     }

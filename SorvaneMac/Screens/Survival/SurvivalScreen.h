@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SorvaneMac/Screens/AnalysisScreen.h"
+#include "SorvaneMac/Screens/OptionalSeed.h"
 #include "SorvaneMac/Screens/Survival/SurvivalFields.h"
 
 namespace sorvane {
@@ -14,10 +15,8 @@ public:
 
 private:
     SurvivalFields& fields_;
-    /// Whether the strata were seeded or chosen since the table came in; blank ones are a choice as
-    /// well, of one curve for all cases.
-    bool strataStand_ = false;
-    Subscription watch_;
+    /// Blank strata are a choice as well, of one curve for all cases.
+    OptionalSeed strataSeed_;
 };
 
 }  // namespace sorvane
