@@ -24,8 +24,7 @@ struct Levels {
 
     explicit Levels(const Numbers& outcome) : values(outcome) {
         std::ranges::sort(values);
-        const auto rest = std::ranges::unique(values);
-        values.erase(rest.begin(), rest.end());
+        values.erase(std::unique(values.begin(), values.end()), values.end());
         for (const double each : outcome) {
             codes.push_back(static_cast<std::uint32_t>(std::ranges::lower_bound(values, each) -
                                                        values.begin()));

@@ -52,8 +52,8 @@ struct Design {
 void setLevels(Design& design) {
     design.levels = design.rows.outcome;
     std::ranges::sort(design.levels);
-    const auto rest = std::ranges::unique(design.levels);
-    design.levels.erase(rest.begin(), rest.end());
+    design.levels.erase(std::unique(design.levels.begin(), design.levels.end()),
+                        design.levels.end());
     design.levelCounts.assign(design.levels.size(), 0);
     for (const double outcome : design.rows.outcome) {
         const auto place = std::ranges::lower_bound(design.levels, outcome);

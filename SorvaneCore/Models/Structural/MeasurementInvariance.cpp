@@ -272,7 +272,7 @@ bool hasNegativeVariance(const InvarianceFit& fit) {
 
 std::size_t distinctValues(Numbers values) {
     std::ranges::sort(values);
-    return static_cast<std::size_t>(std::ranges::unique(values).begin() - values.begin());
+    return static_cast<std::size_t>(std::unique(values.begin(), values.end()) - values.begin());
 }
 
 std::vector<AnalysisReadinessIssue> cautions(const InvarianceResult& result,

@@ -93,8 +93,8 @@ std::vector<FollowUp> followUps(const NumericColumn& time,
     for (FollowUp& each : cases) {
         std::ranges::sort(each.times);
         std::ranges::sort(each.censored);
-        const auto repeated = std::ranges::unique(each.censored);
-        each.censored.erase(repeated.begin(), repeated.end());
+        each.censored.erase(std::unique(each.censored.begin(), each.censored.end()),
+                            each.censored.end());
     }
     return cases;
 }
