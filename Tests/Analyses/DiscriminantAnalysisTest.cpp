@@ -1,6 +1,7 @@
 #include "SorvaneCore/Analyses/Multivariate/DiscriminantAnalysis.h"
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -55,7 +56,7 @@ TEST(DiscriminantAnalysis, LeavesEachCaseOutAsARefitWould) {
         }
         const auto rule = fitted(others, groups, DiscriminantPriors::equal);
         // In the space of all functions the nearest centroid has the highest posterior.
-        double nearest = INFINITY;
+        double nearest = std::numeric_limits<double>::infinity();
         std::string place;
         for (const DiscriminantGroup& group : rule->groups) {
             double distance = 0.0;

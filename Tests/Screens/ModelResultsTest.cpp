@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -307,7 +308,7 @@ TEST(LatentClassScreen, TheSweepKeepsARowForEachCountAndMarksTheLowestBIC) {
     ASSERT_EQ(content.findings.size(), 1U);
     const ReportItem& item = content.findings.front().item;
     EXPECT_EQ(item.title, "Latent profile analysis: number of classes");
-    double lowest = INFINITY;
+    double lowest = std::numeric_limits<double>::infinity();
     std::string lowestCount;
     for (const LatentSweepRow& row : rows) {
         if (row.converged && row.bic < lowest) {
