@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Import/Excel/WorkbookParts.h"
 #include "SorvaneCore/Import/Excel/WorksheetParser.h"
 #include "SorvaneCore/Import/Excel/XLSXImportError.h"
 #include "Tests/Import/ZipBuilder.h"
@@ -152,6 +153,18 @@ TEST(XLSXImporter, TakesPartsOfCodePages) {
     EXPECT_EQ(rowsOf(imported(bytes))[0][0], "€ é");
     bytes.replace(bytes.find("windows-1252"), 15, "shift_jis\"   ?>");
     EXPECT_TRUE(sentence(bytes).starts_with(notParsed));
+}
+
+TEST(SharedStringsParser, EndsALineOfEmptyStrings) {
+    SharedStringsParser parser;
+    const char* none = nullptr;
+    std::size_t read = 0;
+    for (; read < (std::size_t{1} << 25) && parser.refusal().empty(); ++read) {
+        parser.startElement(XmlName("si"), XmlAttributes(&none));
+        parser.endElement(XmlName("si"));
+    }
+    EXPECT_EQ(parser.refusal(), "It has far more shared strings than worksheets can show.");
+    EXPECT_GT(read, std::size_t{1} << 20) << "as many as there are rows must pass";
 }
 
 TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {

@@ -10,6 +10,8 @@ namespace {
 
 /// Many more than any workbook has.
 constexpr std::size_t mostSheets = std::size_t{1} << 16;
+/// Sixteen for every row that a sheet can have; programs that write more cannot open it again.
+constexpr std::size_t mostSharedStrings = std::size_t{1} << 24;
 
 }  // namespace
 
@@ -65,6 +67,9 @@ void SharedStringsParser::endElement(XmlName name) {
     } else if (name == "si") {
         strings.append(currentString_);
         isInsideSharedString_ = false;
+        if (strings.size() > mostSharedStrings) {
+            refuse("It has far more shared strings than worksheets can show.");
+        }
     }
 }
 
