@@ -39,8 +39,14 @@ QWidget* tileCard(const Tile& tile) {
 }
 
 /// Rows as even as they can be: six tiles stand three and three, not five and one.
-int columnsFor(int count, int width) {
-    const int fitting = std::clamp(width / Theme::px(narrowestTile), 1, tilesInRow);
+int columnsFor(const std::vector<QWidget*>& cards, int width) {
+    const int count = static_cast<int>(cards.size());
+    int narrowest = Theme::px(narrowestTile);
+    for (const QWidget* card : cards) {
+        // A long number does not break.
+        narrowest = std::max(narrowest, card->minimumSizeHint().width());
+    }
+    const int fitting = std::clamp(width / narrowest, 1, tilesInRow);
     const int rows = (count + fitting - 1) / fitting;
     return rows == 0 ? 1 : (count + rows - 1) / rows;
 }
@@ -72,7 +78,7 @@ void TileStrip::resizeEvent(QResizeEvent* event) {
 }
 
 void TileStrip::arrange() {
-    const int columns = columnsFor(static_cast<int>(cards_.size()), width());
+    const int columns = columnsFor(cards_, width());
     if (columns == columns_ && grid_->count() == static_cast<int>(cards_.size())) {
         return;
     }

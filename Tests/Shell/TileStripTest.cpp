@@ -71,6 +71,19 @@ TEST_F(TileStripTest, StandsInRowsAsEvenAsTheyCanBe) {
     }
 }
 
+TEST_F(TileStripTest, GivesALongNumberTheRoomItNeeds) {
+    std::vector<Tile> tiles(5, Tile{"Figure", "1.23", ""});
+    strip_.show(tiles);
+    const int width = Theme::px(700);
+    EXPECT_EQ(rows(width), std::vector<std::size_t>{5});
+    tiles[2].value = "28756012371110.9500000";
+    strip_.show(tiles);
+    EXPECT_GT(rows(width).size(), 1U);
+    for (const QFrame* card : cards()) {
+        EXPECT_GE(card->width(), card->minimumSizeHint().width());
+    }
+}
+
 TEST_F(TileStripTest, AreOfOneWidthAndSpokenWhole) {
     showTiles(4);
     rows(900);
