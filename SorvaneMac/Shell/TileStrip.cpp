@@ -30,7 +30,11 @@ QWidget* tileCard(const Tile& tile) {
     lines->setSpacing(Theme::px(2));
     lines->addWidget(Labels::text(qtText(tile.label), "small"));
     const QString value = qtText(tile.value);
-    lines->addWidget(Labels::text(value, value.size() > shortValue ? "cardTitle" : "tileValue"));
+    QLabel* figure = Labels::text(value, value.size() > shortValue ? "cardTitle" : "tileValue");
+    // A long number does not break.
+    figure->ensurePolished();
+    figure->setMinimumWidth(figure->minimumSizeHint().width());
+    lines->addWidget(figure);
     if (!tile.caption.empty()) {
         lines->addWidget(Labels::text(qtText(tile.caption), "small"));
     }
@@ -43,7 +47,6 @@ int columnsFor(const std::vector<QWidget*>& cards, int width) {
     const int count = static_cast<int>(cards.size());
     int narrowest = Theme::px(narrowestTile);
     for (const QWidget* card : cards) {
-        // A long number does not break.
         narrowest = std::max(narrowest, card->minimumSizeHint().width());
     }
     const int fitting = std::clamp(width / narrowest, 1, tilesInRow);
