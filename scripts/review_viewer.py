@@ -141,10 +141,18 @@ def main():
         except ValueError as failure:
             raise NoPacket(f"What came is no packet: {failure}") from None
         if options.json:
-            print(json.dumps(packet, ensure_ascii=False, indent=2))
+            print(json.dumps(packet, indent=2))
         else:
-            for line in shown(packet):
-                print(line)
+            try:
+                lines = list(shown(packet))
+            except (AttributeError, KeyError, TypeError) as failure:
+                raise NoPacket(f"What came is no packet: {failure!r}") from None
+            for line in lines:
+                # What a terminal would obey is shown as what it is.
+                print("".join(c if c.isprintable() else ascii(c)[1:-1] for c in line))
+    except BrokenPipeError:
+        sys.stderr.close()
+        return 1
     except NoPacket as failure:
         print(failure, file=sys.stderr)
         return 1
@@ -152,5 +160,5 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.stdout.reconfigure(encoding="utf-8")
+    sys.stdout.reconfigure(encoding="utf-8", errors="backslashreplace")
     sys.exit(main())

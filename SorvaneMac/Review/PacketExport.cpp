@@ -30,15 +30,21 @@ bool PacketExport::exportToIPad(const std::filesystem::path& file,
     }
     rememberFolder(file);
     if (service_) {
+        const auto isOver = std::make_shared<bool>(false);
         pass_ = PlainLanguagePass::enrichPlainLanguage(
             *service_, packet.findings, *packet.reviewFindings,
-            [this, file, packet](std::vector<ReviewFindingHintPayload> hints) mutable {
+            [this, file, packet, isOver](std::vector<ReviewFindingHintPayload> hints) mutable {
+                *isOver = true;
                 packet.reviewFindings = std::move(hints);
                 if (write(file, packet)) {
                     state_.saveStatusMessage.set(ReviewWording::exported(file.string()));
                 }
                 pass_.reset();
             });
+        // A service that refuses at once ends the pass before it is here.
+        if (*isOver) {
+            pass_.reset();
+        }
     }
     state_.saveStatusMessage.set(pass_ ? ReviewWording::finishing(file.string())
                                        : ReviewWording::exported(file.string()));

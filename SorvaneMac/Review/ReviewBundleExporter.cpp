@@ -1,6 +1,7 @@
 #include "SorvaneMac/Review/ReviewBundleExporter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <sstream>
 
@@ -15,6 +16,15 @@
 namespace sorvane::ReviewBundleExporter {
 
 namespace {
+
+/// A packet has no form for what is not finite.
+void leaveOutWhatIsNoNumber(SEMDiagramPayload& diagram) {
+    for (SEMDiagramPayload::Param& each : diagram.parameters) {
+        if (each.std && !std::isfinite(*each.std)) {
+            each.std.reset();
+        }
+    }
+}
 
 constexpr std::size_t mostPreviewRows = 25;
 constexpr std::size_t fewestItems = 2;
@@ -53,6 +63,9 @@ std::vector<ReportItem> findings(const StudioState& state) {
     for (ReportItem& item : items) {
         if (!item.semDiagram && item.table) {
             item.semDiagram = SEMDiagramBackfill::payload(*item.table);
+        }
+        if (item.semDiagram) {
+            leaveOutWhatIsNoNumber(*item.semDiagram);
         }
     }
     return items;

@@ -29,6 +29,12 @@ TEST(SanitizedText, DropsWhatIsNoProse) {
         {__LINE__, "", "", ""},
         {__LINE__, "```", "", ""},
         {__LINE__, "tool_call(", "", ""},
+        {__LINE__, "```json {\"a\": 1}```\nB.", "B.", "B."},
+        {__LINE__, "TOOL_CALL: x\n\n\n", "", ""},
+        {__LINE__, "<tool_call>\n{\"f\": 1}\n</tool_call>\nB.", "B.", "B."},
+        {__LINE__, "<think>hm\n```\n42</think> A.\n\nB.", "A.\n\nB.", "A.\n\nB."},
+        {__LINE__, "A.\n<thi", "A.\n<thi", "A."},
+        {__LINE__, "A < think > B.", "A < think > B.", "A < think > B."},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(SanitizedText::sanitized(each.text), each.whole) << "line " << each.line;
