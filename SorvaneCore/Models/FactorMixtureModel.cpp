@@ -215,11 +215,11 @@ std::optional<FactorMixtureResult> fit(std::span<const NumericColumn> indicators
     return conclude(cautions(result, mixture, *run, bicOfOneClass(columns, options)));
 }
 
-std::vector<FactorMixtureSweepRow> sweep(std::span<const NumericColumn> indicators,
-                                         const FactorMixtureOptions& options,
-                                         std::int64_t fewest,
-                                         std::int64_t most) {
-    std::vector<FactorMixtureSweepRow> rows;
+std::vector<LatentSweepRow> sweep(std::span<const NumericColumn> indicators,
+                                  const FactorMixtureOptions& options,
+                                  std::int64_t fewest,
+                                  std::int64_t most) {
+    std::vector<LatentSweepRow> rows;
     const auto counts = static_cast<double>(most - fewest + 1);
     for (std::int64_t k = fewest; k <= most; ++k) {
         FactorMixtureOptions each = options;

@@ -11,6 +11,7 @@
 
 #include "SorvaneCore/Analyses/Basics/AnalysisReadiness.h"
 #include "SorvaneCore/Dataset/NumericColumn.h"
+#include "SorvaneCore/Models/LatentSweepRow.h"
 
 namespace sorvane {
 
@@ -80,19 +81,6 @@ BOOST_DESCRIBE_STRUCT(FactorMixtureResult,
                        iterations,
                        readiness))
 
-/// One number of classes among several that are compared.
-struct FactorMixtureSweepRow {
-    std::int64_t k = 0;
-    double logLik = 0.0;
-    double aic = 0.0;
-    double bic = 0.0;
-    double entropy = 0.0;
-    bool converged = false;
-
-    bool operator==(const FactorMixtureSweepRow&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(FactorMixtureSweepRow, (), (k, logLik, aic, bic, entropy, converged))
-
 struct FactorMixtureOptions {
     /// One name per indicator.
     std::vector<std::string> variableNames{};
@@ -140,10 +128,10 @@ inline constexpr std::int64_t mostClasses = 6;
 
 /// Fits each count of classes from `fewest` to `most`, and keeps a row for each fit that is usable;
 /// the options' own count is not read, and the progress is that of the whole.
-[[nodiscard]] std::vector<FactorMixtureSweepRow> sweep(std::span<const NumericColumn> indicators,
-                                                       const FactorMixtureOptions& options,
-                                                       std::int64_t fewest = fewestClasses,
-                                                       std::int64_t most = mostClasses);
+[[nodiscard]] std::vector<LatentSweepRow> sweep(std::span<const NumericColumn> indicators,
+                                                const FactorMixtureOptions& options,
+                                                std::int64_t fewest = fewestClasses,
+                                                std::int64_t most = mostClasses);
 
 }  // namespace FactorMixtureModel
 

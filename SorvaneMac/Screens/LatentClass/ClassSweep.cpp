@@ -25,18 +25,9 @@ using Rows = std::vector<LatentSweepRow>;
 
 Rows rowsOfFactorMixtures(const LatentIndicators& indicators,
                           const TaskRunner::Progress& progress) {
-    Rows rows;
-    for (const FactorMixtureSweepRow& row : FactorMixtureModel::sweep(
-             indicators.numbers, {.variableNames = indicators.names, .progress = progress},
-             LatentClassModel::fewestClasses, LatentClassModel::mostClasses)) {
-        rows.push_back({.k = row.k,
-                        .logLik = row.logLik,
-                        .aic = row.aic,
-                        .bic = row.bic,
-                        .entropy = row.entropy,
-                        .converged = row.converged});
-    }
-    return rows;
+    return FactorMixtureModel::sweep(
+        indicators.numbers, {.variableNames = indicators.names, .progress = progress},
+        LatentClassModel::fewestClasses, LatentClassModel::mostClasses);
 }
 
 Rows rowsOf(const LatentIndicators& indicators, const TaskRunner::Progress& progress) {

@@ -10,6 +10,7 @@
 
 #include "SorvaneCore/Models/FactorMixtureModel.h"
 #include "SorvaneCore/Models/LatentClassModel.h"
+#include "SorvaneCore/Models/LatentSweepRow.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
@@ -22,19 +23,6 @@ std::string_view displayName(LatentScreenKind value);
 std::string_view analysisName(LatentScreenKind kind);
 /// What the kind takes for indicators.
 LatentMixtureMode modeOf(LatentScreenKind kind);
-
-/// One fit of the comparison of class counts.
-struct LatentSweepRow {
-    std::int64_t k = 0;
-    double logLik = 0.0;
-    double aic = 0.0;
-    double bic = 0.0;
-    double entropy = 0.0;
-    bool converged = false;
-
-    bool operator==(const LatentSweepRow&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(LatentSweepRow, (), (k, logLik, aic, bic, entropy, converged))
 
 /// What a comparison of class counts was made of.
 struct SweepBasis {

@@ -8,6 +8,7 @@
 #include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
+#include "SorvaneMac/Screens/Mediation/ProcessAnalysis.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -179,26 +180,18 @@ std::vector<std::string> remarksOn(const ModerationRun& run, const std::vector<d
             " beyond all observed values, so that the slope there is an extrapolation."};
 }
 
-class Moderation final : public BackgroundAnalysis<MediationFields, ModerationRun> {
+class Moderation final : public ProcessAnalysis<mode, ModerationRun> {
 public:
-    using BackgroundAnalysis::BackgroundAnalysis;
+    using ProcessAnalysis::ProcessAnalysis;
 
-    std::string heading() const override { return std::string(displayName(mode)); }
     std::string subtitle() const override { return std::string(panelText); }
     void addControls(SetupForm& form) override {
         MediationSelection::addControls(form, state_.dataset(), fields_, method);
     }
     std::string runLabel() const override { return "Run moderation"; }
-    std::optional<Gate> gate() const override {
-        return MediationSelection::gate(state_.dataset(), fields_);
-    }
-    std::string selection() const override { return MediationSelection::words(variables(), mode); }
     Guide guide() const override { return guideOfModeration(); }
 
 private:
-    MediationVariables variables() const {
-        return MediationSelection::variables(state_.dataset(), fields_);
-    }
     std::string computingLabel() const override { return "Estimating the interaction…"; }
     std::string statusLine() const override { return "The model is being fitted."; }
 

@@ -7,6 +7,7 @@
 #include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
+#include "SorvaneMac/Screens/Mediation/ProcessAnalysis.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -195,26 +196,18 @@ std::vector<std::string> warnings(const MediationRun& run) {
     return messages;
 }
 
-class SimpleMediation final : public BackgroundAnalysis<MediationFields, MediationRun> {
+class SimpleMediation final : public ProcessAnalysis<mode, MediationRun> {
 public:
-    using BackgroundAnalysis::BackgroundAnalysis;
+    using ProcessAnalysis::ProcessAnalysis;
 
-    std::string heading() const override { return std::string(displayName(mode)); }
     std::string subtitle() const override { return std::string(panelText); }
     void addControls(SetupForm& form) override {
         MediationSelection::addControls(form, state_.dataset(), fields_, method);
     }
     std::string runLabel() const override { return "Run mediation"; }
-    std::optional<Gate> gate() const override {
-        return MediationSelection::gate(state_.dataset(), fields_);
-    }
-    std::string selection() const override { return MediationSelection::words(variables(), mode); }
     Guide guide() const override { return guideOfMediation(); }
 
 private:
-    MediationVariables variables() const {
-        return MediationSelection::variables(state_.dataset(), fields_);
-    }
     std::string computingLabel() const override { return "Bootstrapping the indirect effect…"; }
     std::string statusLine() const override {
         return "Bootstrap resampling runs off the main thread.";

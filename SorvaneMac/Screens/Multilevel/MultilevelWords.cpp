@@ -48,6 +48,10 @@ std::string structureText(const MultilevelChoice& choice) {
     if (choice.slope.empty()) {
         return start + "(1 | cluster).";
     }
+    if (choice.structure == growth) {
+        return start + "(1 | cluster) + (0 + " + choice.slope + " | cluster)" +
+               (choice.correlated ? ", which may correlate." : ".");
+    }
     return choice.correlated ? start + "(1 | cluster) with a correlated slope, (1 + " +
                                    choice.slope + " | cluster)."
                              : start + "(1 | cluster) + (0 + " + choice.slope + " | cluster).";
