@@ -84,11 +84,12 @@ bool isText(std::size_t column) {
     return column >= studyWidths.items + studyWidths.scores;
 }
 
-std::string systemFileHead(bool compressed) {
-    std::string head = "$FL2@(#) " + std::string(55, ' ') + bytesOf(2) + bytesOf(-1) +
-                       bytesOf(compressed ? 1 : 0) + bytesOf(0) + bytesOf(-1) + bytesOf(100.0) +
-                       std::string(84, ' ');
+std::string systemFileHead(std::size_t rows, bool compressed) {
     const std::vector<std::string> variables = names(studyWidths);
+    std::string head = "$FL2" + filled("@(#) SPSS DATA FILE", 60, ' ') + bytesOf(2) +
+                       bytesOf(static_cast<int>(variables.size())) + bytesOf(compressed ? 1 : 0) +
+                       bytesOf(0) + bytesOf(static_cast<int>(rows)) + bytesOf(100.0) + "01 Jan 24" +
+                       "12:00:00" + std::string(67, ' ');
     for (std::size_t column = 0; column < variables.size(); ++column) {
         const int format = isText(column) ? 1 << 16 | 8 << 8 : 5 << 16 | 8 << 8 | 2;
         head += bytesOf(2) + bytesOf(isText(column) ? 8 : 0) + bytesOf(1) + bytesOf(0) +
@@ -145,7 +146,7 @@ void writeCompressedNumber(CommandWriter& writer, double number) {
 }
 
 void writeCompressed(std::ostream& stream, Draws& draws, std::size_t rows) {
-    stream << systemFileHead(true);
+    stream << systemFileHead(rows, true);
     CommandWriter writer(stream);
     for (std::size_t row = 0; row < rows; ++row) {
         const Respondent each = respondent(draws, studyWidths);
@@ -161,7 +162,7 @@ void writeCompressed(std::ostream& stream, Draws& draws, std::size_t rows) {
 }
 
 void writePlain(std::ostream& stream, Draws& draws, std::size_t rows) {
-    stream << systemFileHead(false);
+    stream << systemFileHead(rows, false);
     for (std::size_t row = 0; row < rows; ++row) {
         const Respondent each = respondent(draws, studyWidths);
         for (const double number : each.numbers) {
@@ -194,10 +195,13 @@ void writeDataFile(std::ostream& stream, Draws& draws, std::size_t rows) {
     const std::vector<std::string> variables = names(studyWidths);
     std::string types;
     std::string fields;
+    std::string formats;
     for (std::size_t column = 0; column < variables.size(); ++column) {
         types += bytesOf(isText(column) ? static_cast<std::uint16_t>(textWidth) : doubleCode);
         fields += filled(variables[column], 129, '\0');
+        formats += filled(isText(column) ? "%8s" : "%9.0g", 57, '\0');
     }
+    const std::string sortOrder(2 * (variables.size() + 1), '\0');
     const std::string labelNames(variables.size() * 129, '\0');
     const std::string labels(variables.size() * 321, '\0');
     const std::string data = dataFileRows(draws, rows);
@@ -209,8 +213,8 @@ void writeDataFile(std::ostream& stream, Draws& draws, std::size_t rows) {
     const std::array<std::pair<std::string, const std::string*>, 10> sections = {
         {{"variable_types", &types},
          {"varnames", &fields},
-         {"sortlist", nullptr},
-         {"formats", nullptr},
+         {"sortlist", &sortOrder},
+         {"formats", &formats},
          {"value_label_names", &labelNames},
          {"variable_labels", &labels},
          {"characteristics", nullptr},
@@ -232,6 +236,32 @@ void writeDataFile(std::ostream& stream, Draws& draws, std::size_t rows) {
     stream << "</stata_dta>";
 }
 
+constexpr std::string_view contentTypes =
+    R"(<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">)"
+    R"(<Default Extension="xml" ContentType="application/xml"/>)"
+    R"(<Default Extension="rels" )"
+    R"(ContentType="application/vnd.openxmlformats-package.relationships+xml"/>)"
+    R"(<Override PartName="/xl/workbook.xml" ContentType=)"
+    R"("application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml"/></Types>)";
+constexpr std::string_view packageParts =
+    R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">)"
+    R"(<Relationship Id="r1" Target="xl/workbook.xml" Type=)"
+    R"("http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument"/>)"
+    R"(</Relationships>)";
+constexpr std::string_view workbook =
+    R"(<workbook xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main" )"
+    R"(xmlns:r="http://schemas.openxmlformats.org/officeDocument/2006/relationships">)"
+    R"(<sheets><sheet name="Data" sheetId="1" r:id="r1"/></sheets></workbook>)";
+constexpr std::string_view workbookParts =
+    R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">)"
+    R"(<Relationship Id="r1" Target="worksheets/sheet1.xml" Type=)"
+    R"("http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet"/>)"
+    R"(<Relationship Id="r2" Target="sharedStrings.xml" Type=)"
+    R"("http://schemas.openxmlformats.org/officeDocument/2006/relationships/sharedStrings"/>)"
+    R"(</Relationships>)";
+constexpr std::string_view sheetSpace =
+    R"( xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main")";
+
 /// The worksheet's XML; texts go into `strings`, in the order of their numbers.
 std::string worksheet(Draws& draws, std::size_t rows, std::vector<std::string>& strings) {
     std::map<std::string, std::string, std::less<>> numberOf;
@@ -244,7 +274,7 @@ std::string worksheet(Draws& draws, std::size_t rows, std::vector<std::string>& 
         const auto index = static_cast<std::int64_t>(strings.size() - 1);
         return numberOf[std::string(text)] = NumberText::integer(index);
     };
-    std::string xml = "<worksheet><sheetData>";
+    std::string xml = "<worksheet" + std::string(sheetSpace) + "><sheetData>";
     std::string row;
     const auto cell = [&](std::size_t column, std::string_view type, const std::string& value) {
         const char letter = static_cast<char>('A' + static_cast<char>(column));
@@ -310,16 +340,17 @@ void writeArchive(std::ostream& stream,
 void writeWorkbook(std::ostream& stream, Draws& draws, std::size_t rows) {
     std::vector<std::string> strings;
     const std::string sheet = worksheet(draws, rows, strings);
-    std::string shared = "<sst>";
+    std::string shared = "<sst" + std::string(sheetSpace) + ">";
     for (const std::string& text : strings) {
         shared += "<si><t>" + text + "</t></si>";
     }
-    writeArchive(stream,
-                 {{"xl/workbook.xml", "<workbook><sheet name=\"Data\" r:id=\"r1\"/></workbook>"},
-                  {"xl/_rels/workbook.xml.rels",
-                   "<Relationships><Relationship Id=\"r1\" Target=\"sheet.xml\"/></Relationships>"},
-                  {"xl/sheet.xml", sheet},
-                  {"xl/sharedStrings.xml", shared + "</sst>"}});
+    const std::string start = R"(<?xml version="1.0" encoding="UTF-8"?>)";
+    writeArchive(stream, {{"[Content_Types].xml", start + std::string(contentTypes)},
+                          {"_rels/.rels", start + std::string(packageParts)},
+                          {"xl/workbook.xml", start + std::string(workbook)},
+                          {"xl/_rels/workbook.xml.rels", start + std::string(workbookParts)},
+                          {"xl/worksheets/sheet1.xml", start + sheet},
+                          {"xl/sharedStrings.xml", start + shared + "</sst>"}});
 }
 
 struct Recipe {

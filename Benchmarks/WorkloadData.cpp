@@ -5,12 +5,13 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Benchmarks/ClusteredFiles.h"
+#include "Benchmarks/CsvWriter.h"
 #include "Benchmarks/Draws.h"
 #include "Benchmarks/StudyFiles.h"
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -19,45 +20,6 @@ namespace sorvane::WorkloadData {
 
 namespace {
 
-/// Writes cells and ends rows; holds back little.
-class CsvWriter {
-public:
-    explicit CsvWriter(const std::filesystem::path& file) : stream_(file, std::ios::binary) {}
-
-    void cell(std::string_view text) {
-        if (!atRowStart_) {
-            stream_ << ',';
-        }
-        atRowStart_ = false;
-        stream_ << text;
-    }
-    void quotedCell(std::string_view text) {
-        std::string quoted = "\"";
-        for (const char c : text) {
-            quoted += c == '"' ? "\"\"" : std::string(1, c);
-        }
-        cell(quoted + '"');
-    }
-    void endRow() {
-        stream_ << '\n';
-        atRowStart_ = true;
-    }
-    void numberedHeaders(std::string_view stem, std::size_t count) {
-        for (std::size_t i = 1; i <= count; ++i) {
-            cell(std::string(stem) + std::to_string(i));
-        }
-    }
-
-private:
-    std::ofstream stream_;
-    bool atRowStart_ = true;
-};
-
-std::string rounded(double value, double scale) {
-    return NumberText::shortest(std::round(value * scale) / scale);
-}
-
-constexpr double sixDecimals = 1e6;
 constexpr double fiveDecimals = 1e5;
 constexpr double fourDecimals = 1e4;
 constexpr double threeDecimals = 1e3;
@@ -431,7 +393,7 @@ void make(std::string_view name, const std::filesystem::path& target) {
     // Written under another name first, so that a broken run leaves no half a file.
     std::filesystem::path unfinished = target;
     unfinished += ".part";
-    if (!StudyFiles::write(name, unfinished)) {
+    if (!StudyFiles::write(name, unfinished) && !ClusteredFiles::write(name, unfinished)) {
         const auto [recipe, size] = recipeFor(name);
         CsvWriter csv(unfinished);
         Draws draws(recipe->seed);
