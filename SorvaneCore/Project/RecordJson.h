@@ -4,6 +4,7 @@
 #include <boost/describe/enumerators.hpp>
 #include <boost/describe/members.hpp>
 #include <boost/mp11/algorithm.hpp>
+#include <chrono>
 #include <cmath>
 #include <concepts>
 #include <cstdint>
@@ -19,13 +20,14 @@
 
 #include "SorvaneCore/Dataset/Uuid.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneCore/Project/JsonSink.h"
 
 /// The JSON form of every record: an object with the field names as keys in the order of the
 /// fields, absent optional fields left out.
 ///
 /// A number that is not finite is the text "nan", "inf" or "-inf"; an enumeration is its raw value;
-/// bytes are base64; an identifier is its text.
+/// bytes are base64; an identifier is its text, and so is a moment.
 namespace sorvane {
 
 /// JSON that does not have the form of the record asked for; the text says where.
@@ -272,6 +274,8 @@ void writeJson(Sink& sink, const T& value) {
         sink.text(value);
     } else if constexpr (std::is_same_v<T, Uuid>) {
         sink.text(value.text());
+    } else if constexpr (std::is_same_v<T, std::chrono::sys_seconds>) {
+        sink.text(ISODate::text(value));
     } else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>) {
         sink.text(base64(value));
     } else if constexpr (IsMap<T>) {
@@ -313,6 +317,13 @@ T fromJson(const Json& json) {
             failWanting("an identifier");
         }
         return *id;
+    } else if constexpr (std::is_same_v<T, std::chrono::sys_seconds>) {
+        const auto moment =
+            json.is_string() ? ISODate::parse(json.get_ref<const std::string&>()) : std::nullopt;
+        if (!moment) {
+            failWanting("a date such as 2026-03-01T09:30:05Z");
+        }
+        return *moment;
     } else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>) {
         if (!json.is_string()) {
             failWanting("a base64 text");

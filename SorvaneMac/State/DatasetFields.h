@@ -8,7 +8,6 @@
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 #include "SorvaneCore/Import/ScaleItemClassifier.h"
-#include "SorvaneCore/Project/DatasetJson.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {

@@ -209,7 +209,7 @@ public:
     bool createBinnedVariable();
     bool createScaleScoreVariable();
     bool renameVariable(const std::string& from, std::string_view to);
-    bool deleteVariable(const std::string& named);
+    bool deleteVariable(std::string name);
     /// The name, or the name with the first free number from 2 on; blank becomes "Score".
     ///
     /// Input      `own`: a column that gives up its name, if any

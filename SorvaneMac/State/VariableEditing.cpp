@@ -51,12 +51,11 @@ std::optional<std::string> StudioState::deletionLacks(const std::string& named) 
     return std::nullopt;
 }
 
-bool StudioState::deleteVariable(const std::string& named) {
-    if (const std::optional<std::string> lacking = deletionLacks(named)) {
+bool StudioState::deleteVariable(std::string name) {
+    if (const std::optional<std::string> lacking = deletionLacks(name)) {
         editor.dvMessage.set(*lacking);
         return false;
     }
-    const std::string name = named;
     storeUndo("deletion of " + name);
     removeEverywhere(*dataset().columnIndex(name));
     log("Deleted variable " + name);
