@@ -125,6 +125,7 @@ TEST(SEMModel, FixesTheFirstIndicatorUnlessItHasAValue) {
         {"f =~ x2 + 1*x1", {"f =~ 1*x2", "f =~ 1*x1"}},
         {"f =~ 0.5*x1 + x2", {"f =~ 0.5*x1", "f =~ x2"}},
         {"f =~ x1 + x1 + x2", {"f =~ 1*x1", "f =~ x2"}},
+        {"f =~ x1 + x2 + 1*x1", {"f =~ 1*x1", "f =~ x2"}},
     };
     for (const auto& [text, loadings] : cases) {
         Texts slots = slotsOf(built(text, columns));
