@@ -93,6 +93,13 @@ TEST_F(SurvivalScreenTest, TimesWithDecimalsAreCountedExactly) {
     EXPECT_EQ(atRisk.headers,
               (Cells{"Stratum", "0", "0.2", "0.4", "0.6", "0.8", "1", "1.2", "1.4"}));
     EXPECT_EQ(atRisk.rows.front(), (Cells{"Overall", "6", "6", "5", "4", "2", "2", "2", "1"}));
+
+    study.state.importPastedData("t,e\n1e-320,1\n2e-320,0\n3e-320,1\n");
+    study.assign({"t"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent tiny =
+        study.shown(survival, {{"survTime", R"("t")"}, {"survEvent", R"("e")"}});
+    EXPECT_EQ(tiny.cards[1].tables.front().headers, (Cells{"Stratum", "0"}));
 }
 
 TEST_F(SurvivalScreenTest, TheCutOfALongTableIsSaidBesideTheNote) {
