@@ -124,8 +124,8 @@ SEMParameterKind SlotList::varianceKind(const std::string& name) const {
     if (!roles_.latent.contains(name)) {
         return SEMParameterKind::residualVariance;
     }
-    return roles_.isActedOn(name) ? SEMParameterKind::structuralResidualVariance
-                                  : SEMParameterKind::latentVariance;
+    return roles_.outcomes.contains(name) ? SEMParameterKind::structuralResidualVariance
+                                          : SEMParameterKind::latentVariance;
 }
 
 SEMParameterKind SlotList::covarianceKind(const std::string& lhs, const std::string& rhs) const {
