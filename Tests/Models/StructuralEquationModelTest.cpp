@@ -156,6 +156,26 @@ TEST(StructuralEquationModel, FitsAlikeInAnyUnits) {
     }
 }
 
+TEST(StructuralEquationModel, FitsPathsBetweenUnitsThatAreFarApart) {
+    const std::string model = "q1 ~ q3\nq5 ~ q1 + q3";
+    Survey survey(150);
+    const auto plain = survey.fit(model);
+    for (std::optional<double>& cell : survey.cells[4]) {
+        *cell = 1e13 * *cell;
+    }
+    const auto scaled = survey.fit(model);
+    ASSERT_EQ(scaled->parameters.size(), plain->parameters.size());
+    for (std::size_t i = 0; i < plain->parameters.size(); ++i) {
+        EXPECT_TRUE(closeTo(*scaled->parameters[i].standardized, *plain->parameters[i].standardized,
+                            {1e-6, 1e-6}))
+            << plain->parameters[i].label;
+    }
+    const auto implied = StructuralEquationModel::impliedCovariance(model, *scaled, survey.names);
+    const auto expected = StructuralEquationModel::impliedCovariance(model, *plain, survey.names);
+    ASSERT_TRUE(implied && expected);
+    EXPECT_TRUE(closeTo(implied->back(), 1e26 * expected->back(), {.relative = 1e-6}));
+}
+
 TEST(StructuralEquationModel, LeavesErrorsOutWhereNothingSettlesACoefficient) {
     const auto result = Survey(150).fit("f =~ q1 + q2\ng =~ q1 + q3 + q4");
     EXPECT_EQ(result->fit.degreesOfFreedom, 0);

@@ -125,6 +125,7 @@ TEST(SEMModel, FixesTheFirstIndicatorUnlessItHasAValue) {
         {"f =~ x2 + 1*x1", {"f =~ 1*x2", "f =~ 1*x1"}},
         {"f =~ 0.5*x1 + x2", {"f =~ 0.5*x1", "f =~ x2"}},
         {"f =~ x1 + x1 + x2", {"f =~ 1*x1", "f =~ x2"}},
+        {"f =~ x1 + x2 + 1*x1", {"f =~ 1*x1", "f =~ x2"}},
     };
     for (const auto& [text, loadings] : cases) {
         Texts slots = slotsOf(built(text, columns));
@@ -174,8 +175,8 @@ TEST(SEMModel, FreesWhatGoesWithoutSaying) {
         {__LINE__,
          "f =~ a\ng =~ b\nh =~ f + g",
          4,
-         {"a ~~ a residualVariance", "b ~~ b residualVariance", "f ~~ f structuralResidualVariance",
-          "g ~~ g structuralResidualVariance", "h ~~ h latentVariance"}},
+         {"a ~~ a residualVariance", "b ~~ b residualVariance", "f ~~ f latentVariance",
+          "g ~~ g latentVariance", "h ~~ h latentVariance"}},
         // Predictors covary, and outcomes beyond what predicts them.
         {__LINE__,
          "a ~ b + c\nd ~ a + b\ne ~ b",
@@ -183,6 +184,11 @@ TEST(SEMModel, FreesWhatGoesWithoutSaying) {
          {"a ~~ a residualVariance", "d ~~ d residualVariance", "e ~~ e residualVariance",
           "b ~~ b residualVariance", "c ~~ c residualVariance", "b ~~ c residualCovariance",
           "d ~~ e residualCovariance"}},
+        {__LINE__,
+         "f =~ a + b\ng =~ c\ng ~ f",
+         4,
+         {"a ~~ a residualVariance", "b ~~ b residualVariance", "c ~~ c residualVariance",
+          "f ~~ f latentVariance", "g ~~ g structuralResidualVariance"}},
         {__LINE__,
          "f =~ a + b\nc ~ f + d\ne ~~ 0*e",
          5,

@@ -191,6 +191,14 @@ TEST(CoxRegression, IsNotHeldUpByTheRoundingOfALargeSample) {
     EXPECT_TRUE(result->converged);
     EXPECT_TRUE(closeTo(result->coefficients[0].estimate, 0.02274983286219, {.relative = 1e-9}));
     EXPECT_TRUE(closeTo(result->coefficients[1].estimate, -0.012033272208242, {.relative = 1e-9}));
+
+    Values sum;
+    for (std::size_t i = 0; i < time.size(); ++i) {
+        sum.emplace_back(*predictors[0][i] + *predictors[1][i]);
+    }
+    predictors.push_back(sum);
+    EXPECT_EQ(messages(cox(time, event, predictors)->readiness),
+              Texts{"Cox information matrix was singular."});
 }
 
 TEST(CoxRegression, TriesAStepEightTimes) {

@@ -71,11 +71,14 @@ TEST_F(SurvivalScreenTest, AHazardRatioIsShownWithItsInterval) {
                                                          {"survPredictors", R"(["age","sex"])"}});
     const ReportItem& item = content.findings.front().item;
     EXPECT_EQ(item.title, "Cox Proportional Hazards Regression");
+    EXPECT_EQ(APAFormat::normalize(*item.table).rows[0],
+              (Cells{"age", "0.0170", "0.0092", "1.84", ".065", "1.0172", "0.9989", "1.0357"}));
     EXPECT_EQ(APAFormat::normalize(*item.table).rows[1],
               (Cells{"sex", "-0.513", "0.167", "-3.06", ".002", "0.599", "0.431", "0.832"}));
     EXPECT_TRUE(item.apaSummary.starts_with(
         "Cox proportional hazards model for time, with dead as the event, on age and sex (228 "
-        "cases, 165 events). The effect of age was not statistically significant, HR = 1.02, "))
+        "cases, 165 events). The effect of age was not statistically significant, HR = 1.017, "
+        "95% CI [0.999, 1.036], "))
         << item.apaSummary;
     EXPECT_EQ(study.screens.at(survival).result()["events"], Json(165));
 }
@@ -90,6 +93,13 @@ TEST_F(SurvivalScreenTest, TimesWithDecimalsAreCountedExactly) {
     EXPECT_EQ(atRisk.headers,
               (Cells{"Stratum", "0", "0.2", "0.4", "0.6", "0.8", "1", "1.2", "1.4"}));
     EXPECT_EQ(atRisk.rows.front(), (Cells{"Overall", "6", "6", "5", "4", "2", "2", "2", "1"}));
+
+    study.state.importPastedData("t,e\n1e-320,1\n2e-320,0\n3e-320,1\n");
+    study.assign({"t"}, VariableKind::outcome);
+    study.assign({"e"}, VariableKind::status);
+    const ScreenContent tiny =
+        study.shown(survival, {{"survTime", R"("t")"}, {"survEvent", R"("e")"}});
+    EXPECT_EQ(tiny.cards[1].tables.front().headers, (Cells{"Stratum", "0"}));
 }
 
 TEST_F(SurvivalScreenTest, TheCutOfALongTableIsSaidBesideTheNote) {

@@ -114,17 +114,16 @@ struct FitCase {
     /// One of the cautions begins so; empty where there is a gate with the obstacle.
     std::string caution;
     std::string obstacle;
-    bool isStaged;
 };
 
 TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
     const std::vector<FitCase> cases = {
-        {__LINE__, "f =~ x1 + x2 + x3", 0, "The model has no degrees of freedom", "", true},
+        {__LINE__, "f =~ x1 + x2 + x3", 0, "The model has no degrees of freedom", ""},
         {__LINE__, "visual =~ x1 + x2 + x3\nspeed =~ x7 + x8 + x9\nvisual ~~ speed", 40,
-         "A negative estimated variance (Heywood case) was found for x3", "", true},
-        {__LINE__, threeFactors, 20, "The ML estimator did not converge", "", false},
-        {__LINE__, "f =~ x1 + x2", 0, "", "Model is not identified: free parameters exceed", false},
-        {__LINE__, threeFactors, 2, "", "The sample covariance matrix is not positive", false},
+         "A negative estimated variance (Heywood case) was found for x3", ""},
+        {__LINE__, threeFactors, 20, "The ML estimator did not converge", ""},
+        {__LINE__, "f =~ x1 + x2", 0, "", "Model is not identified: free parameters exceed"},
+        {__LINE__, threeFactors, 2, "", "The sample covariance matrix is not positive"},
     };
     for (const FitCase& each : cases) {
         SCOPED_TRACE(each.line);
@@ -143,7 +142,7 @@ TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
                          VariableKind::outcome);
         }
         const ScreenContent content = study.shown(sem, modelOf(each.model));
-        EXPECT_EQ(!content.findings.empty(), each.isStaged);
+        EXPECT_EQ(content.findings.empty(), !each.obstacle.empty());
         if (!each.obstacle.empty()) {
             EXPECT_EQ(content.gate->title, "Estimation blocked");
             EXPECT_TRUE(content.gate->lead.starts_with(each.obstacle)) << content.gate->lead;
@@ -154,7 +153,12 @@ TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
         EXPECT_TRUE(std::ranges::any_of(cautions->cautions, [&each](const std::string& text) {
             return text.starts_with(each.caution);
         }));
-        EXPECT_EQ(content.tiles.front().value == "Did not converge", !each.isStaged);
+        const bool converged = each.caution != "The ML estimator did not converge";
+        const ReportItem& item = content.findings.front().item;
+        EXPECT_EQ(content.tiles.front().value != "Did not converge", converged);
+        EXPECT_NE(item.apaSummary.ends_with("estimates are not trustworthy."), converged);
+        EXPECT_NE(item.caution->starts_with("The ML estimator did not converge"), converged);
+        EXPECT_NE(item.semDiagram->fit->starts_with("Did not converge: "), converged);
     }
 }
 
@@ -189,6 +193,19 @@ TEST(StructuralScreen, SmallCoefficientsKeepTheirDigits) {
     const ReportTable& table = *content.findings.front().item.table;
     EXPECT_EQ(rowOf(table, "wt ~ disp")[1], "0.00701");
     EXPECT_EQ(rowOf(table, "wt ~ disp")[2], "0.00064");
+}
+
+TEST(StructuralScreen, TellsOfTheBaselineWherePredictorsAreObserved) {
+    ReferenceStudy study("hs1939.csv");
+    const auto tells = [&study](const std::string& model) {
+        const ScreenContent content = study.shown(sem, modelOf(model));
+        return content.findings.front().item.extraTables->front().note->find(
+                   " CFI and TLI compare with variables that are all uncorrelated") !=
+               std::string::npos;
+    };
+    EXPECT_TRUE(tells("f =~ x1 + x2 + x3\nf ~ ageyr + sex"));
+    EXPECT_FALSE(tells("f =~ x1 + x2 + x3\nf ~ sex"));
+    EXPECT_FALSE(tells("x1 ~ ageyr + sex")) << "no degrees of freedom";
 }
 
 TEST(StructuralScreen, IncompleteRowsAreToldOf) {

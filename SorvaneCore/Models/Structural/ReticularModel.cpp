@@ -106,18 +106,33 @@ std::vector<std::optional<std::size_t>> ReticularModel::markers(const SEMModel& 
     return marker;
 }
 
-std::vector<double> ReticularModel::units(const SEMModel& model,
-                                          std::span<const double> observedUnits) const {
-    std::vector<double> unit;
-    for (const std::optional<std::size_t>& marker : markers(model)) {
-        unit.push_back(marker ? observedUnits[*marker] : 1.0);
-    }
+std::vector<double> ReticularModel::variableUnits(const SEMModel& model,
+                                                  std::span<const double> observedUnits) const {
     std::vector<double> result;
-    for (const Entry& entry : entries_) {
-        result.push_back(entry.isDirected ? unit[entry.row] / unit[entry.column]
-                                          : unit[entry.row] * unit[entry.column]);
+    for (const std::optional<std::size_t>& marker : markers(model)) {
+        result.push_back(marker ? observedUnits[*marker] : 1.0);
     }
     return result;
+}
+
+std::vector<double> ReticularModel::units(std::span<const double> variableUnits) const {
+    std::vector<double> result;
+    for (const Entry& entry : entries_) {
+        result.push_back(entry.isDirected ? variableUnits[entry.row] / variableUnits[entry.column]
+                                          : variableUnits[entry.row] * variableUnits[entry.column]);
+    }
+    return result;
+}
+
+std::vector<double> ReticularModel::inUnits(std::vector<double> covariance,
+                                            std::span<const double> variableUnits) {
+    const std::size_t size = variableUnits.size();
+    for (std::size_t i = 0; i < size; ++i) {
+        for (std::size_t j = 0; j < size; ++j) {
+            covariance[i * size + j] *= variableUnits[i] * variableUnits[j];
+        }
+    }
+    return covariance;
 }
 
 }  // namespace sorvane

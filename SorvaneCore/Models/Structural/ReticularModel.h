@@ -46,9 +46,16 @@ public:
     /// For each variable the observed one that stands for it: of a latent one its first indicator,
     /// or that of its first indicator; absent where that goes in a circle.
     std::vector<std::optional<std::size_t>> markers(const SEMModel& model) const;
-    /// What a coefficient is multiplied with to have it in the units of the data when observed
-    /// variables have the given ones. A latent variable has the unit of its marker.
-    std::vector<double> units(const SEMModel& model, std::span<const double> observedUnits) const;
+    /// The units of all variables when the observed ones have the given: that of its marker for a
+    /// latent one, 1 where it has none.
+    std::vector<double> variableUnits(const SEMModel& model,
+                                      std::span<const double> observedUnits) const;
+    /// What each coefficient is multiplied with to have it in the given units of all variables.
+    std::vector<double> units(std::span<const double> variableUnits) const;
+    /// A covariance of all variables in the given units, from that in standard units. I - A is
+    /// inverted in standard ones, where units far apart do not make it look singular.
+    static std::vector<double> inUnits(std::vector<double> covariance,
+                                       std::span<const double> variableUnits);
 
 private:
     std::size_t observedCount_;

@@ -231,7 +231,8 @@ SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,
                       const SEMUnitSample& sample,
                       std::int64_t n) {
-    const std::vector<double> units = form.units(model, sample.standardDeviations);
+    const std::vector<double> variableUnits = form.variableUnits(model, sample.standardDeviations);
+    const std::vector<double> units = form.units(variableUnits);
     SEMDiscrepancy discrepancy(form, fixedValues(model, units), freeSlots(model),
                                sample.correlations, sample.logDeterminant);
     const BFGSMinimizer::Result found = minimum(model, form, sample, units, discrepancy);
@@ -249,9 +250,9 @@ SEMEstimates estimate(const SEMModel& model,
             LinearAlgebra::invert(*information, static_cast<std::size_t>(model.freeCount));
     }
     result.standardErrors = standardErrors(model, units, information, n);
-    auto moments = form.moments(result.coefficients);
+    const auto moments = form.moments(discrepancy.coefficientsAt(found.parameters));
     if (moments && found.objective < SEMDiscrepancy::unusable) {
-        result.covariance = std::move(moments->covariance);
+        result.covariance = ReticularModel::inUnits(moments->covariance, variableUnits);
     }
     return result;
 }

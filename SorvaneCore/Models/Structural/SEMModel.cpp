@@ -79,8 +79,14 @@ private:
     const Roles& roles_;
     /// Latent variables that have their first indicator.
     NameSet marked_{};
-    /// From one variable to another, with the value that the first writing gave.
-    std::map<Pair, std::optional<double>> paths_{};
+    /// A value as it was written and as it stands, which differ where a marker goes without saying.
+    struct PathValue {
+        std::optional<double> written{};
+        std::optional<double> standing{};
+    };
+
+    /// From one variable to another, with the value of the first writing.
+    std::map<Pair, PathValue> paths_{};
     /// Variances and covariances, the lesser name first.
     std::set<Pair> spreads_{};
 };
@@ -97,8 +103,8 @@ void SlotList::addPath(SEMParameterKind kind,
                        std::optional<double> fixed) {
     const bool isMeasurement = kind == SEMParameterKind::loading;
     const Pair path = isMeasurement ? Pair{term.lhs, term.rhs} : Pair{term.rhs, term.lhs};
-    const auto [written, isNew] = paths_.emplace(path, term.fixedValue);
-    if (!isNew && written->second != term.fixedValue) {
+    const auto [first, isNew] = paths_.emplace(path, PathValue{term.fixedValue, fixed});
+    if (!isNew && first->second.written != term.fixedValue && first->second.standing != fixed) {
         throw twoValues(term);
     }
     if (isNew) {
@@ -118,8 +124,8 @@ SEMParameterKind SlotList::varianceKind(const std::string& name) const {
     if (!roles_.latent.contains(name)) {
         return SEMParameterKind::residualVariance;
     }
-    return roles_.isActedOn(name) ? SEMParameterKind::structuralResidualVariance
-                                  : SEMParameterKind::latentVariance;
+    return roles_.outcomes.contains(name) ? SEMParameterKind::structuralResidualVariance
+                                          : SEMParameterKind::latentVariance;
 }
 
 SEMParameterKind SlotList::covarianceKind(const std::string& lhs, const std::string& rhs) const {

@@ -18,7 +18,7 @@ enum class SEMParameterKind {
     latentCovariance,
     residualVariance,
     residualCovariance,
-    /// Of a latent variable on which others act.
+    /// Of a latent variable that regressions explain.
     structuralResidualVariance,
 };
 BOOST_DESCRIBE_ENUM(SEMParameterKind,

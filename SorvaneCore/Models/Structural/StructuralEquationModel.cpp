@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <span>
 #include <utility>
 
@@ -134,6 +135,24 @@ SEMResult fitted(const SEMModel& model,
     return result;
 }
 
+/// The standard deviation that a fitted model gives each variable, from its variance in either unit;
+/// 1 where that does not say.
+std::vector<double> deviations(const ReticularModel& form, const SEMResult& result) {
+    std::vector<double> deviation(form.size(), 1.0);
+    for (std::size_t slot = 0; slot < result.parameters.size(); ++slot) {
+        const ReticularModel::Entry& entry = form.entries()[slot];
+        const SEMParameter& parameter = result.parameters[slot];
+        if (entry.isDirected || entry.row != entry.column || !parameter.standardized) {
+            continue;
+        }
+        const double variance = parameter.estimate / *parameter.standardized;
+        if (variance > 0.0 && std::isfinite(variance)) {
+            deviation[entry.row] = std::sqrt(variance);
+        }
+    }
+    return deviation;
+}
+
 }  // namespace
 
 std::optional<SEMResult> fit(std::string_view model,
@@ -175,8 +194,13 @@ std::optional<std::vector<double>> impliedCovariance(std::string_view model,
         coefficients.push_back(parameter.estimate);
     }
     const ReticularModel form(built);
+    const std::vector<double> variableUnits = deviations(form, result);
+    const std::vector<double> units = form.units(variableUnits);
+    std::ranges::transform(coefficients, units, coefficients.begin(), std::divides<>());
     const auto moments = form.moments(coefficients);
-    return moments ? std::optional(form.observedPart(moments->covariance)) : std::nullopt;
+    return moments ? std::optional(form.observedPart(
+                         ReticularModel::inUnits(moments->covariance, variableUnits)))
+                   : std::nullopt;
 }
 
 std::optional<double> logDeterminantSPD(std::span<const double> covariance, std::size_t p) {

@@ -109,9 +109,10 @@ namespace StructuralEquationModel {
 /// Input      one name per column; columns that the model does not name do not matter
 /// Method     F = tr(S/Sigma) + ln|Sigma| - ln|S| - p over the free coefficients, S with n - 1, by
 ///            quasi-Newton with exact gradients, in units in which every observed variable has a
-///            variance of 1; chi-square n F, expected information with n. A search that does not end
-///            in a minimum is tried again with loadings signed as the data are, then in the units of
-///            the data
+///            variance of 1; chi-square n F, expected information with n; CFI and TLI beside
+///            variables that are all uncorrelated, predictors among themselves too. A search that
+///            does not end in a minimum is tried again with loadings signed as the data are, then in
+///            the units of the data
 /// Returns    a fit that did not converge keeps its numbers and is blocked
 /// Failure    throws SEMSyntaxError for the text; names or lengths that differ -> absent; blocked:
 ///            fewer than 3 complete rows, a covariance that is not positive definite, more free

@@ -95,6 +95,25 @@ double advance(State& state,
     return 0.0;
 }
 
+/// The inverse of the information without effects; absent where predictors are collinear. That is
+/// tested in the mean of the events, as their sum, which is rounded the more the larger it is, would
+/// hide it.
+std::optional<std::vector<double>> covarianceAtStart(std::vector<double> information,
+                                                     std::size_t p,
+                                                     std::int64_t events) {
+    const auto count = static_cast<double>(events);
+    for (double& entry : information) {
+        entry /= count;
+    }
+    auto covariance = LinearAlgebra::invert(information, p);
+    if (covariance) {
+        for (double& entry : *covariance) {
+            entry /= count;
+        }
+    }
+    return covariance;
+}
+
 /// Newton's iteration; `covariance` is absent where the information is singular from the start.
 State iterated(const CoxPartialLikelihood& likelihood,
                std::int64_t maxIterations,
@@ -103,7 +122,7 @@ State iterated(const CoxPartialLikelihood& likelihood,
     State state{.beta = std::vector<double>(p, 0.0)};
     state.now = likelihood.at(state.beta);
     result.nullLogLikelihood = state.now.logLikelihood;
-    state.covariance = LinearAlgebra::invert(state.now.information, p);
+    state.covariance = covarianceAtStart(state.now.information, p, result.events);
     while (state.covariance && !result.converged && result.iterations < maxIterations) {
         ++result.iterations;
         const std::vector<double> step =

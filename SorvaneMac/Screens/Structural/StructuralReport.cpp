@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneCore/Models/Structural/SEMWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -50,7 +51,12 @@ std::string sentence(const SEMResult& result) {
     return std::string("A ") +
            (hasRegressions(result) ? "structural equation model" : "confirmatory factor analysis") +
            " was estimated by maximum likelihood (N = " + ResultText::count(result.n) +
-           "). Model fit: " + fitText(result) + ".";
+           "). Model fit: " + fitText(result) + "." +
+           (result.converged ? "" : " " + SEMWording::notConverged());
+}
+
+std::string whatNotToClaim(const SEMResult& result) {
+    return (result.converged ? "" : SEMWording::notConverged() + " ") + std::string(closing);
 }
 
 Tile sizeOfMisfit(const SEMFitIndices& fit) {
@@ -88,7 +94,7 @@ SEMDiagramPayload payload(const SEMResult& result) {
         diagram.parameters.push_back(
             {.lhs = each.lhs, .op = each.op, .rhs = each.rhs, .std = each.standardized});
     }
-    diagram.fit = fitText(result);
+    diagram.fit = (result.converged ? "" : std::string(didNotConverge) + ": ") + fitText(result);
     return diagram;
 }
 
@@ -116,7 +122,7 @@ Finding finding(const StructuralRun& run) {
         *item.table->note += " " + warning;
     }
     item.extraTables = furtherTables(run);
-    item.caution = std::string(closing);
+    item.caution = whatNotToClaim(result);
     item.figureCaption = std::string(figureCaption);
     item.semDiagram = payload(result);
     return {.item = std::move(item), .figure = StructuralDiagram::ofResult(result)};
@@ -124,6 +130,9 @@ Finding finding(const StructuralRun& run) {
 
 Card fitCard(const SEMResult& result) {
     Card card{.title = "Model fit", .tables = {fitTable(result)}, .wide = true};
+    if (!result.converged) {
+        return card;
+    }
     const auto factor =
         BayesFactors::semApproximateBF(result.fit.chiSquare, result.fit.degreesOfFreedom, result.n);
     if (const auto passage = BayesFactorLine::passage(factor, sides)) {
@@ -174,12 +183,10 @@ void show(const StructuralRun& run, ScreenContent& content) {
         content.cards.push_back({.title = "Cautions", .cautions = warnings, .wide = true});
     }
     content.cards.push_back(
-        {.title = "What not to claim", .cautions = {std::string(closing)}, .wide = true});
+        {.title = "What not to claim", .cautions = {whatNotToClaim(result)}, .wide = true});
     content.cards.push_back(
         {.title = "The model as it was fitted", .preformatted = run.text, .wide = true});
-    if (result.converged) {
-        content.findings.push_back(finding(run));
-    }
+    content.findings.push_back(finding(run));
 }
 
 }  // namespace sorvane::StructuralReport

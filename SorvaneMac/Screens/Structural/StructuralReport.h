@@ -10,8 +10,8 @@
 /// What a fitted structural model says, on its screen and as a finding.
 namespace sorvane::StructuralReport {
 
-/// Adds tiles, cards and the finding. A fit that did not converge keeps its numbers, but makes no
-/// finding.
+/// Adds tiles, cards and the finding. A fit that did not converge keeps its numbers; its finding says
+/// so in its sentence, its caution and its diagram.
 ///
 /// Input      a run whose result has estimates
 void show(const StructuralRun& run, ScreenContent& content);

@@ -19,6 +19,10 @@ constexpr std::string_view cutoffs =
     "Common cutoffs: CFI ≥ .95, RMSEA ≤ .06, SRMR ≤ .08 (good); CFI ≥ .90, RMSEA ≤ .08 "
     "(acceptable). Treat indices as guidance, not proof.";
 
+constexpr std::string_view baseline =
+    " CFI and TLI compare with variables that are all uncorrelated, predictors among themselves "
+    "too; programs that leave those correlations free there give other values.";
+
 bool isVariance(const SEMParameter& parameter) {
     return parameter.lhs == parameter.rhs;
 }
@@ -35,6 +39,17 @@ bool isActedOn(const SEMResult& result, const std::string& name) {
     return std::ranges::any_of(result.parameters, [&name](const SEMParameter& parameter) {
         return targetOf(parameter) == name;
     });
+}
+
+/// Whether two or more observed variables predict others and nothing predicts them.
+bool haveObservedPredictors(const SEMResult& result) {
+    return std::ranges::count_if(result.observed, [&result](const std::string& name) {
+               return !isActedOn(result, name) &&
+                      std::ranges::any_of(result.parameters, [&name](const SEMParameter& each) {
+                          return each.op == rawValue(SEMSyntaxOperator::regression) &&
+                                 each.rhs == name;
+                      });
+           }) > 1;
 }
 
 /// Absent where the residual variance is not between 0 and the whole.
@@ -136,6 +151,9 @@ ReportTable fitTable(const SEMResult& result) {
                    svFmtBounded(fit.rmseaLower, decimals), svFmtBounded(fit.rmseaUpper, decimals),
                    svFmt(fit.srmr, decimals)}};
     table.note = std::string(cutoffs);
+    if (fit.degreesOfFreedom > 0 && haveObservedPredictors(result)) {
+        *table.note += baseline;
+    }
     return table;
 }
 

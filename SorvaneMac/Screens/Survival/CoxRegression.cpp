@@ -1,5 +1,6 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -65,10 +66,12 @@ ReportTable coefficientTable(const CoxResult& result) {
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     table.headers = {"Predictor", "B", "SE", "z", "p", "HR", "LL", "UL"};
     for (const CoxCoefficient& each : result.coefficients) {
+        const int decimals = ErrorDecimals::of(each.standardError);
         table.rows.push_back(
-            {each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3), svFmt(each.z, 2),
-             ResultText::pCell(each.pValue), ResultText::ratio(each.hazardRatio, 3),
-             ResultText::ratio(each.lowerHR, 3), ResultText::ratio(each.upperHR, 3)});
+            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+             svFmt(each.z, 2), ResultText::pCell(each.pValue),
+             ResultText::ratio(each.hazardRatio, decimals),
+             ResultText::ratio(each.lowerHR, decimals), ResultText::ratio(each.upperHR, decimals)});
     }
     return table;
 }
@@ -88,11 +91,14 @@ std::string sentence(const CoxRun& run) {
                        " as the event, on " + ResultText::listed(run.predictors) + " (" +
                        SurvivalSelection::counts(run.result->n, run.result->events) + ").";
     for (const CoxCoefficient& each : run.result->coefficients) {
+        // Enough that a small effect of a small unit differs from 1; two as a rule.
+        const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", HR = " + ResultText::ratio(each.hazardRatio, 2) + ", 95% CI [" +
-                ResultText::ratio(each.lowerHR, 2) + ", " + ResultText::ratio(each.upperHR, 2) +
-                "], " + ResultText::pSentence(each.pValue) + ".";
+                ", HR = " + ResultText::ratio(each.hazardRatio, decimals) + ", 95% CI [" +
+                ResultText::ratio(each.lowerHR, decimals) + ", " +
+                ResultText::ratio(each.upperHR, decimals) + "], " +
+                ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }

@@ -45,6 +45,9 @@ std::vector<double> roundTimes(double last) {
         return times;
     }
     const RoundStep step = roundStep(last);
+    if (!(step.times(1.0) > 0.0)) {
+        return times;
+    }
     for (double count = 1.0; step.times(count) <= last; count += 1.0) {
         times.push_back(step.times(count));
     }
