@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/RecordJson.h"
+
 namespace sorvane {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 
 namespace sorvane {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Shell/AutosaveSchedule.h"
 #include "SorvaneMac/Shell/ProjectActions.h"
 #include "Tests/Shell/WindowFixture.h"

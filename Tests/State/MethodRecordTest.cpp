@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
