@@ -147,7 +147,7 @@ def main():
                 lines = list(shown(packet))
             except (AttributeError, KeyError, TypeError) as failure:
                 raise NoPacket(f"What came is no packet: {failure!r}") from None
-            for line in lines:
+            for line in "\n".join(lines).split("\n"):
                 # What a terminal would obey is shown as what it is.
                 print("".join(c if c.isprintable() else ascii(c)[1:-1] for c in line))
     except BrokenPipeError:

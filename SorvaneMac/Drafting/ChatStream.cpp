@@ -55,8 +55,48 @@ std::string_view contentOf(const Json& answer) {
     return {};
 }
 
+enum class Surrogate { none, leading, trailing };
+
+/// Which half of a pair an escape such as "\ud83d" is.
+Surrogate surrogate(std::string_view escape) {
+    constexpr std::size_t length = 6;
+    if (escape.size() < length || !escape.starts_with("\\u") ||
+        (escape[2] != 'd' && escape[2] != 'D')) {
+        return Surrogate::none;
+    }
+    constexpr std::string_view leading = "89abAB";
+    constexpr std::string_view trailing = "cdefCDEF";
+    return leading.find(escape[3]) != std::string_view::npos    ? Surrogate::leading
+           : trailing.find(escape[3]) != std::string_view::npos ? Surrogate::trailing
+                                                                : Surrogate::none;
+}
+
+/// Whether a choice gives a reason for its end. Some servers send an empty one with every piece.
+bool hasFinished(const Json& answer) {
+    const Json& choices = member(answer, "choices");
+    if (!choices.is_array() || choices.empty()) {
+        return false;
+    }
+    const Json& reason = member(choices.front(), "finish_reason");
+    return reason.is_string() && !reason.get_ref<const std::string&>().empty();
+}
+
+/// The first so many bytes, less a character that would be cut in two.
+std::string_view leading(std::string_view text, std::size_t most) {
+    if (text.size() <= most) {
+        return text;
+    }
+    const auto continues = [text](std::size_t at) {
+        return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+    };
+    while (most > 0 && continues(most)) {
+        --most;
+    }
+    return text.substr(0, most);
+}
+
 std::string oneLine(std::string_view text) {
-    std::string line(UnicodeText::trimmed(text).substr(0, longestMessage));
+    std::string line(leading(UnicodeText::trimmed(text), longestMessage));
     std::ranges::replace_if(
         line, [](char each) { return static_cast<unsigned char>(each) < 0x20; }, ' ');
     return UnicodeText::repaired(line);
@@ -110,8 +150,36 @@ void ChatStream::takeLine(std::string_view line) {
     }
 }
 
+std::string ChatStream::withWholePairs(std::string_view json) {
+    constexpr std::string_view replacement = "\\ufffd";
+    constexpr std::size_t escape = 6;
+    std::string whole;
+    whole.reserve(json.size());
+    for (std::size_t at = 0; at < json.size();) {
+        const std::string_view rest = json.substr(at);
+        const Surrogate half = surrogate(rest);
+        std::size_t length = rest.front() == '\\' ? 2 : 1;
+        if (half == Surrogate::none) {
+            whole += rest.substr(0, length);
+        } else if (half == Surrogate::trailing) {
+            length = escape;
+            whole += half_.empty() ? replacement : half_;
+            whole += half_.empty() ? std::string_view() : rest.substr(0, length);
+            half_.clear();
+        } else if (surrogate(rest.substr(escape)) == Surrogate::trailing) {
+            length = 2 * escape;
+            whole += rest.substr(0, length);
+        } else {
+            length = escape;
+            half_ = rest.substr(0, length);
+        }
+        at += length;
+    }
+    return whole;
+}
+
 void ChatStream::takeJson(std::string_view json) {
-    const std::optional<Json> answer = parsed(json);
+    const std::optional<Json> answer = parsed(withWholePairs(json));
     if (!answer) {
         fail(DraftingWording::unavailable(DraftingWording::notUnderstood()));
         return;
@@ -126,9 +194,7 @@ void ChatStream::takeJson(std::string_view json) {
         return;
     }
     text_ += content;
-    const Json& choices = member(*answer, "choices");
-    isDone_ = choices.is_array() && !choices.empty() &&
-              member(choices.front(), "finish_reason").is_string();
+    isDone_ = hasFinished(*answer);
 }
 
 std::string chatErrorMessage(std::string_view body) {

@@ -34,10 +34,15 @@ public:
 private:
     void takeLine(std::string_view line);
     void takeJson(std::string_view json);
+    /// The text of JSON in which no half of a character stands alone, as a server may cut it: what
+    /// is left over at its end is kept for the next.
+    std::string withWholePairs(std::string_view json);
     void fail(std::string why) { failure_ = std::move(why); }
 
     std::string line_;
     std::string text_;
+    /// The first half of a character, as its escape, until the other comes.
+    std::string half_;
     bool isDone_ = false;
     std::optional<std::string> failure_;
 };

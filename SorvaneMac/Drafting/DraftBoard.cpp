@@ -6,24 +6,24 @@
 namespace sorvane {
 
 void DraftBoard::interpret(const ReportItem& finding) {
-    kind_ = Kind::result;
-    source_ = DraftingInstructions::resultText(finding);
-    draft(std::nullopt);
+    draft({Kind::result, DraftingInstructions::resultText(finding)}, std::nullopt);
 }
 
 void DraftBoard::summarize(const std::vector<ReportItem>& findings) {
-    kind_ = Kind::summary;
-    source_ = DraftingInstructions::findingsText(findings);
-    draft(std::nullopt);
+    draft({Kind::summary, DraftingInstructions::findingsText(findings)}, std::nullopt);
 }
 
 void DraftBoard::refine(IntelligenceRefinement refinement) {
-    if (!source_.empty()) {
-        draft(refinement);
+    if (!asked_.source.empty()) {
+        draft(asked_, refinement);
     }
 }
 
-void DraftBoard::draft(IntelligenceService::Refinement refinement) {
+void DraftBoard::draft(const Asked& asked, IntelligenceService::Refinement refinement) {
+    if (unavailableReason()) {
+        return;
+    }
+    asked_ = asked;
     run_.reset();
     text_.clear();
     failure_.reset();
@@ -39,9 +39,9 @@ void DraftBoard::draft(IntelligenceService::Refinement refinement) {
                                    run_.reset();
                                    changed_();
                                }};
-    run_ = kind_ == Kind::result
-               ? service_.interpretStream(source_, refinement, std::move(listener))
-               : service_.draftSummaryStream(source_, refinement, std::move(listener));
+    run_ = asked_.kind == Kind::result
+               ? service_.interpretStream(asked_.source, refinement, std::move(listener))
+               : service_.draftSummaryStream(asked_.source, refinement, std::move(listener));
     changed_();
 }
 
@@ -59,7 +59,7 @@ void DraftBoard::rate(IntelligenceFeedback::Rating rating, double secondsSince19
 }
 
 std::optional<std::string> DraftBoard::flag() const {
-    const std::vector<std::string> strangers = NumbersInText::foreign(text_, source_);
+    const std::vector<std::string> strangers = NumbersInText::foreign(text_, asked_.source);
     return strangers.empty() ? std::nullopt
                              : std::optional(DraftingWording::foreignNumbers(strangers));
 }

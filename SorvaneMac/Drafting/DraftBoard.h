@@ -17,8 +17,8 @@ public:
     DraftBoard(IntelligenceService& service, UserDefaults& defaults, std::function<void()> changed)
         : service_(service), defaults_(defaults), changed_(std::move(changed)) {}
 
-    /// Explains one finding, or drafts a summary of several, in place of what stands. Does nothing
-    /// while the service is unavailable.
+    /// Explains one finding, or drafts a summary of several, in place of what stands. While the
+    /// service is unavailable nothing is asked and what stands stays; so it is with `refine`.
     void interpret(const ReportItem& finding);
     void summarize(const std::vector<ReportItem>& findings);
     /// Asks once more for what was asked last, with a revision request.
@@ -35,20 +35,26 @@ public:
     const std::optional<std::string>& failure() const { return failure_; }
     /// The flag under a text that holds numbers which its findings do not; absent otherwise.
     std::optional<std::string> flag() const;
-    /// Whether there is a whole draft to revise and to rate.
+    /// Whether a text stands to revise, copy and rate: a whole draft, or one as far as it was
+    /// when it was stopped.
     bool isFinished() const { return !isDrafting() && !text_.empty() && !failure_; }
     bool isRated() const { return isRated_; }
 
 private:
     enum class Kind { result, summary };
 
-    void draft(IntelligenceService::Refinement refinement);
+    /// What was asked last, for a revision and for the numbers that a text may hold.
+    struct Asked {
+        Kind kind = Kind::result;
+        std::string source{};
+    };
+
+    void draft(const Asked& asked, IntelligenceService::Refinement refinement);
 
     IntelligenceService& service_;
     UserDefaults& defaults_;
     std::function<void()> changed_;
-    Kind kind_ = Kind::result;
-    std::string source_;
+    Asked asked_;
     std::string text_;
     std::optional<std::string> failure_;
     bool isRated_ = false;

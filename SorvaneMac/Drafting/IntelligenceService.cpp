@@ -10,27 +10,42 @@ namespace sorvane {
 
 namespace {
 
-/// Cleans what the generator gives on its way to the listener.
-DraftListener sanitizing(DraftListener listener) {
-    const auto latest = std::make_shared<std::string>();
-    return {.grown =
-                [latest, grown = listener.grown](const std::string& text) {
-                    *latest = text;
+/// A draft that holds what its listener was last given: when it goes, nobody is told any more,
+/// whoever still holds the listener.
+struct SanitizedRun final : DraftRun {
+    SanitizedRun(std::shared_ptr<std::string> text, std::unique_ptr<DraftRun> generated)
+        : latest(std::move(text)), run(std::move(generated)) {}
+
+    std::shared_ptr<std::string> latest;
+    std::unique_ptr<DraftRun> run;
+};
+
+/// Cleans what the generator gives on its way to the listener, for as long as `latest` stands.
+DraftListener sanitizing(DraftListener listener, std::weak_ptr<std::string> latest) {
+    return {
+        .grown =
+            [latest, grown = listener.grown](const std::string& text) {
+                if (const auto held = latest.lock()) {
+                    *held = text;
                     grown(SanitizedText::sanitizedSoFar(text));
-                },
-            .ended =
-                [latest, listener](const std::optional<std::string>& failure) {
-                    const std::string text = SanitizedText::sanitized(*latest);
-                    // Kept apart, as the listener may destroy the run, and this with it.
-                    const std::weak_ptr<std::string> underWay = latest;
-                    const auto ended = listener.ended;
-                    const std::optional<std::string> said =
-                        !failure && text.empty() ? DraftingWording::noText() : failure;
-                    listener.grown(text);
-                    if (!underWay.expired()) {
-                        ended(said);
-                    }
-                }};
+                }
+            },
+        .ended =
+            [latest, listener = std::move(listener)](const std::optional<std::string>& failure) {
+                // Kept apart, as the listener may destroy the run, and this with it.
+                const std::weak_ptr<std::string> underWay = latest;
+                const DraftListener told = listener;
+                if (underWay.expired()) {
+                    return;
+                }
+                const std::string text = SanitizedText::sanitized(*underWay.lock());
+                const std::optional<std::string> said =
+                    !failure && text.empty() ? DraftingWording::noText() : failure;
+                told.grown(text);
+                if (!underWay.expired()) {
+                    told.ended(said);
+                }
+            }};
 }
 
 }  // namespace
@@ -52,8 +67,13 @@ std::unique_ptr<DraftRun> IntelligenceService::draftSummaryStream(const std::str
 
 std::unique_ptr<DraftRun> IntelligenceService::stream(const DraftRequest& request,
                                                       DraftListener listener) {
-    return unavailableReason() ? nullptr
-                               : generator_.start(request, sanitizing(std::move(listener)));
+    if (unavailableReason()) {
+        return nullptr;
+    }
+    auto latest = std::make_shared<std::string>();
+    std::unique_ptr<DraftRun> run =
+        generator_.start(request, sanitizing(std::move(listener), latest));
+    return run ? std::make_unique<SanitizedRun>(std::move(latest), std::move(run)) : nullptr;
 }
 
 namespace IntelligenceFeedback {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 
@@ -11,6 +12,10 @@ namespace {
 
 constexpr std::string_view fence = "```";
 constexpr std::array<std::string_view, 2> droppedStarts = {"tool_call", "i have called"};
+
+/// Everything that Unicode has a line end with.
+constexpr std::array<std::string_view, 7> lineBreaks = {"\r\n",   "\r",     "\v",    "\f",
+                                                        "\u0085", "\u2028", "\u2029"};
 
 /// What models put around calls of tools and around what they say to themselves.
 struct Block {
@@ -34,38 +39,67 @@ bool isDropped(std::string_view lower) {
         droppedStarts, [lower](std::string_view start) { return lower.starts_with(start); });
 }
 
+/// The text with a line feed for each of its line breaks.
+std::string withLineFeeds(std::string_view text) {
+    std::string plain;
+    plain.reserve(text.size());
+    while (!text.empty()) {
+        const auto* const found = std::ranges::find_if(
+            lineBreaks, [text](std::string_view each) { return text.starts_with(each); });
+        const bool isBreak = found != lineBreaks.end();
+        plain += isBreak ? '\n' : text.front();
+        text.remove_prefix(isBreak ? found->size() : 1);
+    }
+    return plain;
+}
+
+/// ASCII letters alone, so that every place in the text stays where it is.
+std::string lowerCased(std::string_view text) {
+    std::string lower(text);
+    std::ranges::for_each(lower, [](char& each) {
+        each = each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
+    });
+    return lower;
+}
+
 /// Takes the lines of a text one by one and keeps those that are prose.
 class Prose {
 public:
     void take(std::string_view line) {
-        const std::string lower = UnicodeText::lowerCased(line);
-        if (!awaited_.empty()) {
-            const std::size_t end = lower.find(awaited_);
-            if (end != std::string::npos) {
-                const std::size_t after = end + awaited_.size();
-                awaited_ = {};
-                takeRest(line, after);
-            }
-            return;
-        }
-        const auto block = std::ranges::find_if(
-            blocks, [&lower](const Block& each) { return lower.starts_with(each.opening); });
-        if (block != blocks.end()) {
-            awaited_ = block->closing;
-            take(line.substr(block->opening.size()));
-        } else if (!isDropped(lower)) {
+        const std::string lower = lowerCased(line);
+        const std::optional<std::size_t> start = afterBlocks(lower);
+        if (start && !isDropped(std::string_view(lower).substr(*start))) {
             kept_ += kept_.empty() ? "" : "\n";
-            kept_ += line;
+            kept_ += line.substr(*start);
         }
     }
     bool isInBlock() const { return !awaited_.empty(); }
     std::string text() const { return std::string(UnicodeText::trimmed(kept_)); }
 
 private:
-    void takeRest(std::string_view line, std::size_t from) {
-        const std::string_view rest = UnicodeText::trimmed(line.substr(from));
-        if (!rest.empty()) {
-            take(rest);
+    /// Where a line goes on behind the blocks that it begins with; absent where nothing is left.
+    std::optional<std::size_t> afterBlocks(std::string_view lower) {
+        std::size_t at = 0;
+        while (true) {
+            if (isInBlock()) {
+                const std::size_t end = lower.find(awaited_, at);
+                if (end == std::string_view::npos) {
+                    return std::nullopt;
+                }
+                at = lower.find_first_not_of(" \t", end + awaited_.size());
+                awaited_ = {};
+                if (at == std::string_view::npos) {
+                    return std::nullopt;
+                }
+            }
+            const auto block = std::ranges::find_if(blocks, [&](const Block& each) {
+                return lower.substr(at).starts_with(each.opening);
+            });
+            if (block == blocks.end()) {
+                return at;
+            }
+            awaited_ = block->closing;
+            at += block->opening.size();
         }
     }
 
@@ -76,7 +110,9 @@ private:
 
 }  // namespace
 
-std::string sanitized(std::string_view text) {
+std::string sanitized(std::string_view given) {
+    const std::string plain = withLineFeeds(given);
+    std::string_view text = plain;
     Prose prose;
     bool isFenced = false;
     while (!text.empty()) {
@@ -94,9 +130,11 @@ std::string sanitized(std::string_view text) {
     return prose.text();
 }
 
-std::string sanitizedSoFar(std::string_view text) {
+std::string sanitizedSoFar(std::string_view given) {
+    const std::string plain = withLineFeeds(given);
+    const std::string_view text = plain;
     const std::size_t lineStart = text.rfind('\n') + 1;
-    const std::string last = UnicodeText::lowerCased(UnicodeText::trimmed(text.substr(lineStart)));
+    const std::string last = lowerCased(UnicodeText::trimmed(text.substr(lineStart)));
     return sanitized(mayBecomeDropped(last) ? text.substr(0, lineStart) : text);
 }
 

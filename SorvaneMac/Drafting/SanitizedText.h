@@ -6,11 +6,13 @@
 /// What a model wrote, less what is no prose.
 namespace sorvane::SanitizedText {
 
-/// The lines of the text, trimmed, without fenced blocks and without lines that call tools or tell
-/// of it.
+/// The lines of the text, trimmed and parted by line feeds, without fenced blocks, without lines
+/// that call tools or tell of it, and without blank ends.
 ///
-/// Method     a line that begins with "```" opens or closes a fence; a fence left open takes all
-///            that follows. Lines that begin with "tool_call" or "i have called", in any case, go
+/// Method     every line break of Unicode ends a line. A line that begins with "```" opens or closes
+///            a fence; a fence left open takes all that follows, and one that is closed on its own
+///            line takes that line. Lines that begin with "tool_call" or "i have called", in any
+///            case, go, and so does what stands between the tags tool_call or think
 std::string sanitized(std::string_view text);
 
 /// The same for text that is still growing: a last line that may yet become one of those is held

@@ -126,21 +126,28 @@ std::optional<std::string> fitSummary(const std::optional<std::string>& note) {
     if (!note) {
         return std::nullopt;
     }
-    std::string_view fit = *note;
-    const std::size_t lead = fit.find(fitLead);
+    std::string_view rest = *note;
+    const std::size_t lead = rest.find(fitLead);
     if (lead != std::string_view::npos) {
-        fit.remove_prefix(lead + fitLead.size());
+        rest.remove_prefix(lead + fitLead.size());
     }
-    if (fit.find('=') == std::string_view::npos) {
-        return std::nullopt;
+    // The first sentences in a row that give values; those behind them speak of other things.
+    std::string fit;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(sentenceEnd), rest.size());
+        const std::string_view each = UnicodeText::trimmed(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + sentenceEnd.size(), rest.size()));
+        if (each.find('=') != std::string_view::npos) {
+            fit += (fit.empty() ? "" : sentenceEnd);
+            fit += each;
+        } else if (!fit.empty() || lead != std::string_view::npos) {
+            break;
+        }
     }
-    // The sentences that still give a value; what stands behind them is advice.
-    const std::size_t end = fit.find(sentenceEnd, fit.rfind('='));
-    fit = UnicodeText::trimmed(fit.substr(0, end));
     if (fit.ends_with('.')) {
-        fit.remove_suffix(1);
+        fit.pop_back();
     }
-    return std::string(fit);
+    return fit.empty() ? std::nullopt : std::optional(std::move(fit));
 }
 
 }  // namespace sorvane::SEMDiagramBackfill

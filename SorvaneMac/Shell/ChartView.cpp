@@ -40,7 +40,7 @@ QByteArray qtBytes(const std::vector<std::uint8_t>& bytes) {
 /// The chart's title without what file systems refuse.
 std::string fileName(const Chart& chart) {
     static const QRegularExpression refused(R"([\\/:*?"<>|\s]+)");
-    const QString title = qtText(chart.title).replace(refused, " ").trimmed().left(longestName);
+    const QString title = leading(qtText(chart.title).replace(refused, " ").trimmed(), longestName);
     return utf8(title.isEmpty() ? QString("Chart") : title) + ".png";
 }
 

@@ -27,7 +27,7 @@ FindingsScreen& screenOf(Workspace& workspace) {
 }
 
 QString shortened(const QString& text) {
-    return text.size() <= summaryLength ? text : text.left(summaryLength - 1).trimmed() + "…";
+    return text.size() <= summaryLength ? text : leading(text, summaryLength - 1).trimmed() + "…";
 }
 
 /// A small button that stays pressed while its style stands at the cursor. Its keys belong to the

@@ -15,4 +15,10 @@ inline std::string utf8(const QString& text) {
     return text.toStdString();
 }
 
+/// The first characters, at most so many units of UTF-16; none is cut in two.
+inline QString leading(const QString& text, qsizetype most) {
+    const bool isCut = text.size() > most;
+    return text.left(isCut && text[most].isLowSurrogate() ? most - 1 : most);
+}
+
 }  // namespace sorvane

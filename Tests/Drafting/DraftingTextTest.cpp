@@ -35,6 +35,12 @@ TEST(SanitizedText, DropsWhatIsNoProse) {
         {__LINE__, "<think>hm\n```\n42</think> A.\n\nB.", "A.\n\nB.", "A.\n\nB."},
         {__LINE__, "A.\n<thi", "A.\n<thi", "A."},
         {__LINE__, "A < think > B.", "A < think > B.", "A < think > B."},
+        {__LINE__, "A.\rtool_call: f\rB.", "A.\nB.", "A.\nB."},
+        {__LINE__, "A.\u2028```\u2028x\u2028```\u2029I have called\u0085B.", "A.\nB.", "A.\nB."},
+        {__LINE__, "A.\r\n\r\nB.\rI ha", "A.\n\nB.\nI ha", "A.\n\nB."},
+        {__LINE__, "<think>\u0130\u0130\u0130\u0130\u0130\u0130</THINK> <tool_call></tool_call>B.",
+         "B.", "B."},
+        {__LINE__, "<think>a</think> <think>", "", ""},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(SanitizedText::sanitized(each.text), each.whole) << "line " << each.line;
@@ -51,7 +57,13 @@ TEST(NumbersInText, FindsTheNumbersThatTheSourceLacks) {
         List foreign;
     } cases[] = {
         {__LINE__, "t was 2.10 with 38 df, p below 0.05.", "t(38) = 2.1, p < .05", {}},
-        {__LINE__, "An effect of -0.5 (0.50).", "d = .5", {}},
+        {__LINE__, "An effect of -0.45 (0.450).", "d = .45", {"-0.45"}},
+        {__LINE__, "An effect of 0.45, −.45 or –.450.", "r = -.45", {"0.45"}},
+        {__LINE__, "r\u00a0= −\u20090.45, [−0.10, ‑0.2]", "r = -0.45, [-0.1, -.2]", {}},
+        {__LINE__, "r = −.45", "r = 0.45", {"-.45"}},
+        {__LINE__, "3-5 items, M-2, (4)−1, 6% -7", "3 to 5 items, 2, 4, 1; 6% – 7", {"-7"}},
+        {__LINE__, "-1,200 and -0.00", "lost −1200 of 0", {}},
+        {__LINE__, "1,200", "-1,200", {"1,200"}},
         {__LINE__, "1,200 people; 1200; F(2, 40)", "N = 1200, F(2,40) = 3", {}},
         {__LINE__, "About 45% did, 45% of 300.", "p = .45", {"45", "300"}},
         {__LINE__, "It rose by 3.15.", "from 3.1 to 5", {"3.15"}},
@@ -148,6 +160,12 @@ TEST(ChatStream, ReadsAnAnswerHoweverItIsCut) {
         {__LINE__, event(std::string(40'000, 'x')), "", false, true},
         {__LINE__, "data: {\"choices\": 3}\ndata: {\"choices\": [7]}\ndata: [DONE]\n", "", true,
          false},
+        {__LINE__,
+         "data: {\"choices\":[{\"delta\":{\"content\":\"A\"},\"finish_reason\":\"\"}]}\n" +
+             event("b"),
+         "Ab", false, false},
+        {__LINE__, event("A\\ud83d") + event("\\uDE00\\\\ud83d") + event("\\ude00\\u00e9"),
+         "A😀\\ud83d\uFFFDé", false, false},
         {__LINE__, event("\\u00e9\\ud83d\\ude00") + "data: [DONE]\n", "é😀", true, false},
         {__LINE__, "", "", false, false},
     };
@@ -163,6 +181,11 @@ TEST(ChatStream, ReadsAnAnswerHoweverItIsCut) {
             EXPECT_EQ(stream.failure().has_value(), each.fails) << "line " << each.line;
         }
     }
+}
+
+TEST(ChatStream, CutsALongMessageBetweenCharacters) {
+    std::string message(199, 'x');
+    EXPECT_EQ(chatErrorMessage("{\"error\": \"" + message + "\u00e9\"}"), message);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
-#include "SorvaneMac/Drafting/IntelligenceService.h"
-
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Drafting/DraftBoard.h"
 #include "Tests/Drafting/FakeGenerator.h"
 
 namespace sorvane {
@@ -68,11 +67,47 @@ TEST_F(IntelligenceServiceTest, KeepsTheTextOfADraftThatBreaksOffAndTellsOfAnEmp
     EXPECT_FALSE(generator_.isAsked());
 }
 
+TEST_F(IntelligenceServiceTest, IsSilentOnceItsRunIsGone) {
+    std::unique_ptr<DraftRun> run;
+    run = service_.interpretStream("x", std::nullopt,
+                                   {.grown =
+                                        [&](const std::string& text) {
+                                            shown_.push_back(text);
+                                            run.reset();
+                                        },
+                                    .ended = listener().ended});
+    generator_.end("The server broke the draft off.");
+    EXPECT_EQ(shown_, std::vector<std::string>{""});
+    EXPECT_EQ(ends_, 0);
+    generator_.grow("late");
+    EXPECT_EQ(shown_.size(), 1U);
+}
+
 TEST_F(IntelligenceServiceTest, AsksNothingWhileItIsUnavailable) {
     generator_.reason = "This Mac does not support Apple Intelligence.";
     EXPECT_EQ(service_.unavailableReason(), generator_.reason);
     EXPECT_FALSE(service_.interpretStream("x", std::nullopt, listener()));
     EXPECT_TRUE(generator_.requests.empty());
+}
+
+TEST_F(IntelligenceServiceTest, TheBoardKeepsItsTextWhileNothingCanBeAsked) {
+    SessionDefaults defaults;
+    int changes = 0;
+    DraftBoard board(service_, defaults, [&changes] { ++changes; });
+    ReportItem finding;
+    finding.apaSummary = "r = -.45";
+    board.interpret(finding);
+    generator_.answer("They rise together, r = .45.");
+    EXPECT_EQ(board.flag(),
+              "This number is not in the findings: .45. Check it before you use the text.");
+    generator_.reason = "off";
+    changes = 0;
+    board.refine(IntelligenceRefinement::shorter);
+    board.summarize({});
+    EXPECT_EQ(board.text(), "They rise together, r = .45.");
+    EXPECT_TRUE(board.flag());
+    EXPECT_TRUE(board.isFinished());
+    EXPECT_EQ(changes, 0);
 }
 
 TEST(IntelligenceFeedback, CountsRatings) {

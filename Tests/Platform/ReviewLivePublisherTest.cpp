@@ -294,7 +294,7 @@ TEST_F(ReviewLivePublisherTest, TheViewerScriptPairsAndReadsTheStudy) {
     EXPECT_EQ(right->exitCode(), 0) << right->readAllStandardError().toStdString();
     const QByteArray shown = right->readAllStandardOutput();
     EXPECT_TRUE(shown.startsWith("SampleEIStudy.csv: 300 rows, ")) << shown.left(60).toStdString();
-    EXPECT_TRUE(shown.contains("Leading rows"));
+    EXPECT_TRUE(shown.contains("\n\nLeading rows\n------------\n"));
     const auto wrong = view(QString::fromLatin1(wrongGreeting().right(4)));
     EXPECT_EQ(wrong->exitCode(), 1);
     EXPECT_EQ(wrong->readAllStandardError(),

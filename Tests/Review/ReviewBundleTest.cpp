@@ -67,7 +67,7 @@ ReportTable structuralTable() {
                   {"ab := a*b", "0.2"}};
     table.note =
         "Maximum-likelihood estimates. Model fit: chi-square(24) = 85.31, p < .001, CFI = "
-        "0.93. Treat indices as guidance.";
+        "0.93. Treat indices as guidance. With N = 9 it is of no use.";
     return table;
 }
 
@@ -149,6 +149,24 @@ TEST_F(ReviewBundleTest, ReadsThePathDiagramBackFromItsTable) {
     other.headers[2] = "Std. error";
     EXPECT_FALSE(SEMDiagramBackfill::payload(other));
     EXPECT_TRUE(state_.reportItems->front().semDiagram == std::nullopt) << "as it was staged";
+}
+
+TEST_F(ReviewBundleTest, TakesTheFitFromANote) {
+    const struct {
+        int line;
+        const char* note;
+        std::optional<std::string> fit;
+    } cases[] = {
+        {__LINE__, "ML. Model fit: CFI = .9. RMSEA = .05. Advice. N = 3.", "CFI = .9. RMSEA = .05"},
+        {__LINE__, "Standardized. CFI = .93, SRMR = .04. Advice.", "CFI = .93, SRMR = .04"},
+        {__LINE__, "Model fit: not estimated. N = 3.", std::nullopt},
+        {__LINE__, "No values here.", std::nullopt},
+        {__LINE__, "", std::nullopt},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(SEMDiagramBackfill::fitSummary(each.note), each.fit) << "line " << each.line;
+    }
+    EXPECT_EQ(SEMDiagramBackfill::fitSummary(std::nullopt), std::nullopt);
 }
 
 TEST_F(ReviewBundleTest, WritesAFileThatTheSchemaTakes) {
