@@ -30,15 +30,16 @@ ReportTable classTable(const FactorMixtureResult& result) {
     return table;
 }
 
-ReportTable interceptTable(const FactorMixtureResult& result) {
+ReportTable interceptTable(const FactorMixtureResult& result,
+                           const std::vector<std::string>& names) {
     ReportTable table;
     table.title = "Means of the classes";
     table.headers = {"Indicator"};
     for (std::size_t c = 0; c < result.classes.size(); ++c) {
         table.headers.push_back(className(c));
     }
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
-        std::vector<std::string> row = {result.variableNames[j]};
+    for (std::size_t j = 0; j < names.size(); ++j) {
+        std::vector<std::string> row = {names[j]};
         for (const FactorMixtureClass& each : result.classes) {
             row.push_back(svFmt(each.intercepts[j], 2));
         }
@@ -47,12 +48,12 @@ ReportTable interceptTable(const FactorMixtureResult& result) {
     return table;
 }
 
-ReportTable factorTable(const FactorMixtureResult& result) {
+ReportTable factorTable(const FactorMixtureResult& result, const std::vector<std::string>& names) {
     ReportTable table;
     table.title = "The factor within classes";
     table.headers = {"Indicator", "Loading", "Standardized", "Residual variance"};
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
-        table.rows.push_back({result.variableNames[j], svFmt(result.loadings[j], 3),
+    for (std::size_t j = 0; j < names.size(); ++j) {
+        table.rows.push_back({names[j], svFmt(result.loadings[j], 3),
                               svFmtBounded(result.standardizedLoadings[j], 3),
                               svFmt(result.residualVariances[j], 3)});
     }
@@ -90,17 +91,18 @@ std::vector<Tile> tiles(const FactorMixtureResult& result) {
             {"Cases used", ResultText::count(result.n), "complete on all indicators"}};
 }
 
-std::vector<ReportTable> tables(const FactorMixtureResult& result) {
-    return {classTable(result), interceptTable(result), factorTable(result), fitTable(result)};
+std::vector<ReportTable> tables(const FactorMixtureResult& result,
+                                const std::vector<std::string>& names) {
+    return {classTable(result), interceptTable(result, names), factorTable(result, names),
+            fitTable(result)};
 }
 
-Chart interceptPlot(const FactorMixtureResult& result) {
-    LinePlot plot{
-        .categories = result.variableNames, .reference = 0.0, .referenceName = "all classes"};
+Chart interceptPlot(const FactorMixtureResult& result, const std::vector<std::string>& names) {
+    LinePlot plot{.categories = names, .reference = 0.0, .referenceName = "all classes"};
     for (std::size_t c = 0; c < result.classes.size(); ++c) {
         plot.series.push_back({.name = className(c)});
     }
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
+    for (std::size_t j = 0; j < names.size(); ++j) {
         double mean = 0.0;
         for (const FactorMixtureClass& each : result.classes) {
             mean += each.proportion * each.intercepts[j];
