@@ -72,7 +72,7 @@ std::vector<std::string> cautions() {
         "not tested.",
         "Because intercepts differ freely between classes, factor scores say how a case stands "
         "within its class and must not be compared across classes.",
-        "The best of several starts is reported; confirm it with another seed."};
+        "The best of several starts is reported; a better solution may have been missed."};
 }
 
 }  // namespace sorvane::FactorMixtureWording

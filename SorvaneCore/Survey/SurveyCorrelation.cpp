@@ -108,6 +108,9 @@ std::optional<double> variance(const Pairs& pairs, const Moments& m, const Surve
 void addInference(SurveyCorrelationResult& result, double variance) {
     const auto df = static_cast<double>(result.designDegreesOfFreedom);
     result.standardError = std::sqrt(std::max(variance, 0.0));
+    if (result.standardError == 0.0) {
+        return;
+    }
     result.t = result.r / result.standardError;
     result.pValue = MathDistributions::studentTPValue(result.t, df);
     const double reach = MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
@@ -180,6 +183,9 @@ SurveyCorrelationResult pearson(const NumericColumn& x,
             if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
                 issues.push_back(AnalysisReadinessIssue::caution(
                     wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
+            }
+            if (result.standardError == 0.0) {
+                issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
             }
             if (result.totalN > result.validN) {
                 issues.push_back(AnalysisReadinessIssue::caution(

@@ -94,12 +94,13 @@ SurveyCoefficient coefficientOf(const SurveyModelResult& result,
                           .estimate = estimate,
                           .standardError = std::sqrt(std::max(variance, 0.0))};
     const auto df = static_cast<double>(result.degreesOfFreedom);
-    row.t = row.estimate / row.standardError;
-    row.pValue = df >= 1.0 ? MathDistributions::studentTPValue(row.t, df) : std::nan("");
+    const bool isTestable = df >= 1.0 && row.standardError > 0.0;
+    row.t = row.standardError > 0.0 ? row.estimate / row.standardError : std::nan("");
+    row.pValue = isTestable ? MathDistributions::studentTPValue(row.t, df) : std::nan("");
     const double reach =
-        df >= 1.0 ? MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
-                        row.standardError
-                  : std::nan("");
+        isTestable ? MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
+                         row.standardError
+                   : std::nan("");
     row.lowerBound = row.estimate - reach;
     row.upperBound = row.estimate + reach;
     return row;
@@ -169,6 +170,12 @@ Issues cautions(const SurveyModelResult& result, const SurveyDesign& design) {
     } else if (result.degreesOfFreedom < fewDegreesOfFreedom) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::fewTestDegreesOfFreedom(result.degreesOfFreedom)));
+    }
+    const bool hasNoVariance = std::ranges::any_of(
+        result.coefficients,
+        [](const SurveyCoefficient& each) { return each.standardError == 0.0; });
+    if (hasNoVariance) {
+        issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
     }
     if (result.totalN > result.validN) {
         issues.push_back(

@@ -132,6 +132,12 @@ std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF) {
            " predictor(s), so nothing can be tested. Use fewer predictors.";
 }
 
+std::string zeroErrors() {
+    return "A standard error is zero, as the design compares no PSUs, holds all those of the "
+           "population, or the values fit without scatter. It cannot be tested; it does not make "
+           "the estimate certain.";
+}
+
 std::string replicatesWithoutEstimates(std::int64_t replicates) {
     return NumberText::integer(replicates) +
            " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
@@ -217,6 +223,14 @@ std::vector<std::string> cautions(SurveyModelKind kind) {
         "not causation.",
         "Rows that were dropped for missing values are treated as not sampled; that misleads where "
         "answers are missing for a reason."};
+    if (kind == SurveyModelKind::logistic || kind == SurveyModelKind::ordinal) {
+        all.emplace_back("An odds ratio is not a ratio of probabilities.");
+    }
+    if (kind == SurveyModelKind::poisson) {
+        all.emplace_back(
+            "Rate ratios compare counts gathered over equal times or sizes; the model does not "
+            "allow for unequal ones.");
+    }
     if (kind == SurveyModelKind::ordinal) {
         all.push_back(
             "The predictor effects are taken as the same across every cut point; that "
@@ -242,6 +256,8 @@ std::vector<std::string> tableCautions() {
     return {
         "The plain chi-square of weighted counts must not be referred to its own distribution; "
         "report the corrected F.",
+        "A significant test says that the two variables hang together somewhere in the table, not "
+        "in which cells, and not how strongly.",
         "An association in the table is not causation."};
 }
 

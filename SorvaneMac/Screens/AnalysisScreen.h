@@ -37,13 +37,18 @@ protected:
     /// `then` is called after the user's choice.
     template <typename Choice>
     void chooseBy(std::string label, Field<Choice>& field, std::function<void()> then = nullptr) {
-        position_ = [&field] {
-            return static_cast<std::size_t>(field.get());
-        };
+        followChoice(field);
         offer([&field, label = std::move(label), then = std::move(then)] {
             ChoiceControl picker = FormControls::enumerationPicker(label, field);
             return then ? OptionControls::followedBy(std::move(picker), then) : picker;
         });
+    }
+    /// The same where the analyses offer the choice themselves, among their controls.
+    template <typename Choice>
+    void followChoice(Field<Choice>& field) {
+        position_ = [&field] {
+            return static_cast<std::size_t>(field.get());
+        };
     }
 
     StudioState& state_;

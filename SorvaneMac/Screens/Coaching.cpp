@@ -125,7 +125,7 @@ const AdviceOf relationAdvice = {
 const AdviceOf modelAdvice = {
     {survey,
      {"The design effect: how many of your cases the design and the weights leave in effect.",
-      "The estimate with its design-based interval, beside the unweighted figure.",
+      "Each figure with its design-based interval, beside the one without weights.",
       "A few very large weights can carry an estimate alone."}},
     {multilevel,
      {"The intraclass correlation: how much of the spread lies between clusters.",

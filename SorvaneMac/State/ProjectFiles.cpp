@@ -16,14 +16,20 @@ constexpr std::pair<const char*, const char*> surveySettings[] = {{"sv_weight", 
                                                                   {"sv_strata", "svStrata"},
                                                                   {"sv_cluster", "svCluster"},
                                                                   {"sv_estimand", "svEstimand"}};
-/// The rest of the design: settings that hold a field as JSON text, and stand only where the field
-/// is not at its start.
+/// The rest of the design, and what is analysed under it: settings that hold a field as JSON text,
+/// and stand only where the field is not at its start.
 constexpr std::pair<const char*, const char*> furtherSurveySettings[] = {
     {"sv_fpc", "svFpc"},
     {"sv_replicates", "svReplicates"},
     {"sv_replicate_type", "svReplicateType"},
     {"sv_fay_rho", "svFayRho"},
-    {"sv_replicate_scale", "svReplicateScale"}};
+    {"sv_replicate_scale", "svReplicateScale"},
+    {"sv_analysis", "svAnalysis"},
+    {"sv_outcome", "svOutcome"},
+    {"sv_predictors", "svPredictors"},
+    {"sv_corr_vars", "svCorrVars"},
+    {"sv_row_cat", "svRowCat"},
+    {"sv_col_cat", "svColCat"}};
 constexpr auto weightsActiveField = "surveyWeightsActive";
 
 using Settings = std::map<std::string, std::string>;

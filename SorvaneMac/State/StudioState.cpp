@@ -23,7 +23,7 @@ constexpr std::string_view recentDataFilesKey = "sv.recentDataFiles";
 constexpr std::string_view sampleResource = "SampleEIStudy.csv";
 
 /// The fields that a project keeps, the screen aside: looking at something changes nothing.
-constexpr std::array<std::string_view, 18> projectFields = {"dataset",
+constexpr std::array<std::string_view, 24> projectFields = {"dataset",
                                                             "isDatasetEditable",
                                                             "transformationLog",
                                                             "reverseCodedItemNames",
@@ -40,6 +40,12 @@ constexpr std::array<std::string_view, 18> projectFields = {"dataset",
                                                             "svReplicateType",
                                                             "svFayRho",
                                                             "svReplicateScale",
+                                                            "svAnalysis",
+                                                            "svOutcome",
+                                                            "svPredictors",
+                                                            "svCorrVars",
+                                                            "svRowCat",
+                                                            "svColCat",
                                                             "surveyWeightsActive"};
 
 std::string sizeText(const ImportedDataset& dataset) {

@@ -107,5 +107,22 @@ TEST(FactorMixtureScreen, ClassesAndTheirFactorAreShownAndCompared) {
     EXPECT_EQ(std::get<LinePlot>(content.findings.front().figure->plot).series.size(), 2U);
 }
 
+TEST(FactorMixtureScreen, ItsNamesGoWithItsResult) {
+    ReferenceStudy study("iris.csv");
+    study.assign({"Sepal_Length", "Sepal_Width", "Petal_Length"}, VariableKind::outcome);
+    const std::string items = R"(["Sepal_Length","Sepal_Width","Petal_Length"])";
+    study.shown(latentClass, {{"lcKind", R"("factorMixture")"}, {"lcItems", items}});
+    study.expectValues({{"fmHasRun", "true"}, {"fmDisplayNames", items}});
+    study.set(
+        {{"lcItems", R"(["Sepal_Length"])"}, {"fmDisplayNames", R"(["Sepal","Width","Petal"])"}});
+    study.set({{"lcItems", items}});
+    const ScreenContent content = study.screens.at(latentClass).content();
+    const ReportTable* means = tableOf(content.findings.front().item, "Means of the classes");
+    ASSERT_NE(means, nullptr);
+    EXPECT_EQ(means->rows[2][0], "Petal");
+    study.state.importPastedData("a,b\n1,2\n2,3\n");
+    study.expectValues({{"fmHasRun", "false"}, {"fmDisplayNames", "[]"}});
+}
+
 }  // namespace
 }  // namespace sorvane

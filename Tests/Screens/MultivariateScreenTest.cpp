@@ -34,7 +34,7 @@ TEST_F(MultivariateScreenTest, FunctionsTellTheSpeciesApart) {
     const ReportItem& item = content.findings.front().item;
     EXPECT_EQ(item.title, "Discriminant analysis: Species");
     EXPECT_TRUE(item.apaSummary.starts_with(
-        "A linear discriminant analysis separated 3 groups of Species by 4 variables (n = 150), "
+        "A linear discriminant analysis compared 3 groups of Species on 4 variables (n = 150), "
         "Wilks' lambda = 0.023, F(8, 288) = 199.15, p < .001."))
         << item.apaSummary;
     EXPECT_EQ(item.table->rows.front(), (Cells{"1", "32.192", "99.1", "99.1", ".985"}));

@@ -110,6 +110,21 @@ TEST(SurveyModels, JackknifeOfOneStratumIsNearLinearization) {
     }
 }
 
+TEST(SurveyModels, AnErrorOfZeroIsNotTested) {
+    Sample sample;
+    sample.design.fpc = std::vector<double>(40, 5.0);
+    const auto result = sample.regression(sample.design);
+    const SurveyCoefficient& slope = result->coefficients.back();
+    EXPECT_EQ(slope.standardError, 0.0);
+    EXPECT_TRUE(std::isnan(slope.t) && std::isnan(slope.pValue) && std::isnan(slope.lowerBound));
+    EXPECT_TRUE(cautions(result->readiness).front().starts_with("The tests have only 7 degree(s)"));
+    EXPECT_TRUE(cautions(result->readiness).back().starts_with("A standard error is zero"));
+    const SurveyCorrelationResult pair = SurveyCorrelation::pearson(
+        test::plainColumn(sample.x), test::plainColumn(sample.y), sample.design);
+    EXPECT_TRUE(std::isnan(pair.pValue) && std::isnan(pair.confidenceIntervalUpper));
+    EXPECT_TRUE(cautions(pair.readiness).back().starts_with("A standard error is zero"));
+}
+
 TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
     Sample sample;
     for (std::size_t i = 0; i < 40; ++i) {

@@ -71,9 +71,9 @@ std::string summary(const DiscriminantResult& result) {
         return "";
     }
     const WilksTest& test = result.tests.front();
-    return "A linear discriminant analysis separated " +
-           NumberText::integer(result.numberOfGroups) + " groups of " + result.groupFactorName +
-           " by " + NumberText::integer(result.numberOfPredictors) +
+    return "A linear discriminant analysis compared " + NumberText::integer(result.numberOfGroups) +
+           " groups of " + result.groupFactorName + " on " +
+           NumberText::integer(result.numberOfPredictors) +
            " variables (n = " + NumberText::integer(result.n) +
            "), Wilks' lambda = " + NumberText::fixed(test.wilksLambda, 3) + ", F(" +
            NumberText::clean(test.dfNumerator) + ", " + NumberText::clean(test.dfDenominator) +

@@ -130,6 +130,8 @@ std::vector<std::string> cautions() {
         "differences in its relations to other variables.",
         "Modification indices are hints found in these data. Freeing items by them is "
         "exploratory and has to be confirmed on new data.",
+        "Residual variances are free in all three models (strict invariance is not tested), so "
+        "that scores may be less reliable in one group than in another.",
         "A difference between items across groups says that they work differently, not why."};
 }
 

@@ -3,6 +3,7 @@
 #include "SorvaneCore/Models/Structural/InvarianceWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
+#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Invariance/InvarianceReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -136,7 +137,7 @@ private:
              .note = std::string(note) + " Items: " + ResultText::listed(result.itemNames) + ".",
              .charts = InvarianceReport::charts(result),
              .figureCaption = "Loadings of the items in each group, estimated freely.",
-             .caution = InvarianceWording::cautions().at(1),
+             .caution = ClaimText::joined(InvarianceWording::cautions()),
              .warnings = ResultText::messages(result.readiness)},
             content);
     }

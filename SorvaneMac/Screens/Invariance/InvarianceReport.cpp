@@ -66,7 +66,10 @@ ReportTable itemTable(const InvarianceResult& result,
         }
         table.rows.push_back(std::move(row));
     }
-    table.note = "Of the configural model, in which each group has estimates of its own.";
+    table.note =
+        "Of the configural model, in which each group has estimates of its own. The loading of the "
+        "first item is set to 1 in every group; if that item itself works differently, the others "
+        "seem to.";
     return table;
 }
 
@@ -83,7 +86,8 @@ ReportTable hintTable(const InvarianceResult& result) {
     }
     table.note =
         "By how much chi-square would about fall if the loading or intercept were free in the "
-        "group. Found in these data, so exploratory.";
+        "group; p is not corrected for the number of coefficients looked at. Found in these data, "
+        "so exploratory.";
     return table;
 }
 

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Models/FactorMixtureWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/LatentClass/ClassSweep.h"
 #include "SorvaneMac/Screens/LatentClass/FactorMixtureReport.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassAnalyses.h"
@@ -54,6 +55,10 @@ public:
 
     Guide guide() const override {
         Guide guide = MixtureControls::guide();
+        guide.needs =
+            "Three numeric indicators or more of one factor, and some hundreds of cases, so that "
+            "no class is left with a handful. Within a class one factor with the same loadings in "
+            "all classes is taken to relate the indicators.";
         guide.doNotClaim = FactorMixtureWording::cautions();
         return guide;
     }
@@ -73,23 +78,29 @@ private:
         };
     }
 
+    /// Those of the field, unless they were set to another number of names.
+    const std::vector<std::string>& names(const FactorMixtureResult& result) const {
+        const std::vector<std::string>& shown = fields_.fmDisplayNames.get();
+        return shown.size() == result.variableNames.size() ? shown : result.variableNames;
+    }
+
     void present(const FactorMixtureResult& result, ScreenContent& content) const override {
         if (result.classes.empty()) {
             content.gate = {.title = "Factor mixture analysis could not be estimated",
                             .lead = ResultText::count(result.classCount) + " classes of " +
-                                    ResultText::listed(result.variableNames),
+                                    ResultText::listed(names(result)),
                             .text = ResultText::obstacle(result.readiness)};
             return;
         }
         addReport({.title = std::string(analysisName(kind)),
                    .sentence = FactorMixtureReport::sentence(result),
                    .tiles = FactorMixtureReport::tiles(result),
-                   .tables = FactorMixtureReport::tables(result),
+                   .tables = FactorMixtureReport::tables(result, names(result)),
                    .note = std::string(note),
-                   .charts = {FactorMixtureReport::interceptPlot(result)},
+                   .charts = {FactorMixtureReport::interceptPlot(result, names(result))},
                    .figureCaption = "Means of " + ResultText::count(result.classCount) +
-                                    " classes on " + ResultText::listed(result.variableNames) + ".",
-                   .caution = FactorMixtureWording::cautions().front(),
+                                    " classes on " + ResultText::listed(names(result)) + ".",
+                   .caution = ClaimText::joined(FactorMixtureWording::cautions()),
                    .warnings = ResultText::messages(result.readiness)},
                   content);
     }

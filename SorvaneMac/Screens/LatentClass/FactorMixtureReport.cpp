@@ -31,15 +31,16 @@ ReportTable classTable(const FactorMixtureResult& result) {
     return table;
 }
 
-ReportTable interceptTable(const FactorMixtureResult& result) {
+ReportTable interceptTable(const FactorMixtureResult& result,
+                           const std::vector<std::string>& names) {
     ReportTable table;
     table.title = "Means of the classes";
     table.headers = {"Indicator"};
     for (std::size_t c = 0; c < result.classes.size(); ++c) {
         table.headers.push_back(className(c));
     }
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
-        std::vector<std::string> row = {result.variableNames[j]};
+    for (std::size_t j = 0; j < names.size(); ++j) {
+        std::vector<std::string> row = {names[j]};
         const int decimals = ErrorDecimals::of(std::sqrt(result.residualVariances[j]), 2);
         for (const FactorMixtureClass& each : result.classes) {
             row.push_back(svFmt(each.intercepts[j], decimals));
@@ -49,13 +50,13 @@ ReportTable interceptTable(const FactorMixtureResult& result) {
     return table;
 }
 
-ReportTable factorTable(const FactorMixtureResult& result) {
+ReportTable factorTable(const FactorMixtureResult& result, const std::vector<std::string>& names) {
     ReportTable table;
     table.title = "The factor within classes";
     table.headers = {"Indicator", "Loading", "Standardized", "Residual variance"};
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
+    for (std::size_t j = 0; j < names.size(); ++j) {
         const double residual = result.residualVariances[j];
-        table.rows.push_back({result.variableNames[j],
+        table.rows.push_back({names[j],
                               svFmt(result.loadings[j], ErrorDecimals::of(std::sqrt(residual))),
                               svFmtBounded(result.standardizedLoadings[j], 3),
                               svFmt(residual, ErrorDecimals::of(residual))});
@@ -94,17 +95,18 @@ std::vector<Tile> tiles(const FactorMixtureResult& result) {
             {"Cases used", ResultText::count(result.n), "complete on all indicators"}};
 }
 
-std::vector<ReportTable> tables(const FactorMixtureResult& result) {
-    return {classTable(result), interceptTable(result), factorTable(result), fitTable(result)};
+std::vector<ReportTable> tables(const FactorMixtureResult& result,
+                                const std::vector<std::string>& names) {
+    return {classTable(result), interceptTable(result, names), factorTable(result, names),
+            fitTable(result)};
 }
 
-Chart interceptPlot(const FactorMixtureResult& result) {
-    LinePlot plot{
-        .categories = result.variableNames, .reference = 0.0, .referenceName = "all classes"};
+Chart interceptPlot(const FactorMixtureResult& result, const std::vector<std::string>& names) {
+    LinePlot plot{.categories = names, .reference = 0.0, .referenceName = "all classes"};
     for (std::size_t c = 0; c < result.classes.size(); ++c) {
         plot.series.push_back({.name = className(c)});
     }
-    for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
+    for (std::size_t j = 0; j < names.size(); ++j) {
         double mean = 0.0;
         for (const FactorMixtureClass& each : result.classes) {
             mean += each.proportion * each.intercepts[j];

@@ -62,6 +62,7 @@ struct LatentClassFields {
     Field<std::optional<MixtureRun>> lcClassesResult;
     Field<std::optional<FactorMixtureResult>> fmResult;
     Field<bool> fmHasRun;
+    /// The names by which the indicators of `fmResult` are shown, in their order.
     Field<std::vector<std::string>> fmDisplayNames;
 };
 

@@ -10,7 +10,16 @@
 namespace sorvane {
 
 LatentClassScreen::LatentClassScreen(StudioState& state, LatentClassFields& fields)
-    : AnalysisScreen(StudioScreen::latentClass, state, fields.lcHasRun), fields_(fields) {
+    : AnalysisScreen(StudioScreen::latentClass, state, fields.lcHasRun),
+      fields_(fields),
+      mixtureWatch_(state.fields.observe([&fields](const AnyField& changed) {
+          if (&changed == &fields.fmResult) {
+              const std::optional<FactorMixtureResult>& result = fields.fmResult.get();
+              fields.fmHasRun.set(result.has_value());
+              fields.fmDisplayNames.set(result ? result->variableNames
+                                               : std::vector<std::string>());
+          }
+      })) {
     chooseBy("Kind of classes", fields.lcKind,
              [&fields] { fields.lcMode.set(modeOf(fields.lcKind.get())); });
     add(LatentClassAnalyses::latentMixture(state, fields, LatentScreenKind::profile));

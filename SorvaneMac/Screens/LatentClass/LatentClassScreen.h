@@ -14,6 +14,8 @@ public:
 
 private:
     LatentClassFields& fields_;
+    /// Whether a factor mixture has run, and its names, go with its result.
+    Subscription mixtureWatch_;
 };
 
 }  // namespace sorvane

@@ -16,8 +16,31 @@ constexpr std::string_view note =
     "odds of a higher level within a cluster for a step of one; OR is the odds ratio with its 95% "
     "confidence interval; z and p are Wald tests.";
 constexpr std::string_view caution =
-    "Odds ratios hold within clusters and only as far as they are the same at every cut point; "
-    "they describe association, not causation.";
+    "Odds ratios compare cases of one cluster; over the population as a whole they are closer to "
+    "1. "
+    "They are taken as the same at every cut point, which is not tested here, and describe "
+    "association, not causation.";
+
+Guide guideOfLevels() {
+    return {.answers =
+                "How the odds of a higher level of an ordered outcome change with predictors when "
+                "cases share a cluster (pupils in a school, answers of a person), and how much of "
+                "what the predictors leave lies between clusters.",
+            .needs =
+                "An outcome of three or more ordered levels, coded as numbers in their order, and "
+                "the variable that says which cluster a case belongs to. Ten clusters or more, "
+                "better thirty: with fewer, the variance between clusters is hardly known.",
+            .doNotClaim = {
+                "Do not read an odds ratio as that of the whole population; it compares cases of "
+                "one cluster.",
+                "Do not read the one odds ratio per predictor without care: it is assumed to be "
+                "the same at every cut point, and that is not tested.",
+                "Do not read one coefficient as both an effect within clusters and one between "
+                "them; center the predictor within clusters to tell them apart.",
+                "Do not claim that clusters do not matter because their variance is small.",
+                "Do not read coefficients as causal; they are associations in a clustered "
+                "design."}};
+}
 
 ReportTable effectTable(const MultilevelOrdinalRun& run) {
     const MultilevelOrdinalResult& result = *run.result;
@@ -103,7 +126,8 @@ std::vector<Tile> tiles(const MultilevelOrdinalRun& run) {
     const MultilevelOrdinalResult& result = *run.result;
     return {{"ICC (latent scale)",
              result.latentICC ? svFmtBounded(*result.latentICC, 2) : std::string("--"),
-             "share of variance between clusters"},
+             run.result->predictorCount > 0 ? "between clusters, after the predictors"
+                                            : "share of variance between clusters"},
             {"Log likelihood", svFmt(result.logLikelihood, 2),
              result.converged ? "converged" : "not converged"},
             {"Clusters", ResultText::count(result.nClusters), run.choice.cluster},
@@ -144,7 +168,7 @@ public:
         return fields_.mlOutcome->name + " in " + fields_.mlCluster->name;
     }
     std::string invitation() const override { return std::string(MultilevelGuide::hint); }
-    Guide guide() const override { return MultilevelGuide::guide(); }
+    Guide guide() const override { return guideOfLevels(); }
 
 private:
     std::string computingLabel() const override { return "Fitting ordinal multilevel…"; }

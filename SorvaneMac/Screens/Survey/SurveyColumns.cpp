@@ -190,6 +190,15 @@ SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields) {
     return used;
 }
 
+SurveyDesign weightsAlone(const SurveyDesign& design) {
+    return {.weights = design.weights, .confidenceLevel = design.confidenceLevel};
+}
+
+SurveyDesign unweighted(const SurveyDesign& design) {
+    return {.weights = std::vector<double>(design.weights.size(), 1.0),
+            .confidenceLevel = design.confidenceLevel};
+}
+
 std::vector<std::string> designNotes(const ImportedDataset& dataset, const SurveyFields& fields) {
     if (dataset.headers.empty()) {
         return {};

@@ -31,6 +31,10 @@ std::optional<std::vector<double>> replicateScales(std::string_view text);
 SurveyDesign design(const ImportedDataset& dataset, const SurveyFields& fields);
 /// The same in words and counts.
 SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields);
+/// The weights of a design without the rest of it.
+SurveyDesign weightsAlone(const SurveyDesign& design);
+/// Every row with the weight 1.
+SurveyDesign unweighted(const SurveyDesign& design);
 /// What strata and clusters as chosen leave out or lack, before anything is estimated.
 ///
 /// Cost       O(rows)

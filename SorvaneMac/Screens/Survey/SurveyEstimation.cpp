@@ -71,16 +71,6 @@ void addWithoutGroup(const TextColumn& groups, SurveyRun& run) {
     }
 }
 
-/// The weights of a design without the rest of it.
-SurveyDesign weightsAlone(const SurveyDesign& design) {
-    return {.weights = design.weights, .confidenceLevel = design.confidenceLevel};
-}
-
-SurveyDesign unweighted(const SurveyDesign& design) {
-    return {.weights = std::vector<double>(design.weights.size(), 1.0),
-            .confidenceLevel = design.confidenceLevel};
-}
-
 class SurveyEstimation final : public StoredAnalysis<SurveyFields, SurveyRun> {
 public:
     using StoredAnalysis::StoredAnalysis;
@@ -92,18 +82,12 @@ public:
 
     void addControls(SetupForm& form) override {
         SurveySelection::addDesign(form, state_.dataset(), fields_);
+        SurveySelection::addAnalysis(form, fields_);
         SurveySelection::addEstimate(form, state_.dataset(), fields_);
     }
 
     void addFurtherControls(SetupForm& form) override {
-        form.controls.emplace_back(HeadingControl{"OTHER SCREENS"});
-        form.controls.emplace_back(
-            OptionControls::toggle("Use these weights elsewhere", fields_.surveyWeightsActive));
-        form.controls.emplace_back(
-            NoteControl{"Descriptives & Explore then gives weighted figures under this design as "
-                        "well. Other analyses stay unweighted and say so.",
-                        false});
-        SurveySelection::addReplicates(form, state_.dataset(), fields_);
+        SurveySelection::addFurther(form, state_.dataset(), fields_);
     }
 
     std::string runLabel() const override { return "Estimate"; }
@@ -151,10 +135,10 @@ private:
             addWithoutGroup(*groups, run);
         }
         if (run.estimate.varianceMethod != DesignVarianceMethod::naiveWeighted) {
-            run.weightsOnly = estimand.under(weightsAlone(design));
+            run.weightsOnly = estimand.under(SurveyColumns::weightsAlone(design));
         }
         if (run.estimand != WeightedEstimand::total) {
-            run.unweighted = estimand.under(unweighted(design));
+            run.unweighted = estimand.under(SurveyColumns::unweighted(design));
         }
         return run;
     }

@@ -20,6 +20,7 @@ SurveyFields::SurveyFields(FieldRegistry& fields)
       svConfidence(fields, "svConfidence", 95, ResetRule::kept),
       svHasRun(fields, "svHasRun"),
       svResult(fields, "svResult"),
-      surveyWeightsActive(fields, "surveyWeightsActive") {}
+      surveyWeightsActive(fields, "surveyWeightsActive"),
+      models(fields) {}
 
 }  // namespace sorvane

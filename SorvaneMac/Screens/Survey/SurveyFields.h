@@ -7,29 +7,11 @@
 #include <vector>
 
 #include "SorvaneCore/Survey/WeightedEstimators.h"
+#include "SorvaneMac/Screens/Survey/SurveyDesignUsed.h"
+#include "SorvaneMac/Screens/Survey/SurveyModelFields.h"
 #include "SorvaneMac/State/Field.h"
 
 namespace sorvane {
-
-/// The columns that make up a sampling design, and what they came to.
-struct SurveyDesignUsed {
-    std::string weight;
-    /// Empty where the design has none.
-    std::string strata;
-    std::string clusters;
-    std::string fpc;
-    std::int64_t replicateCount = 0;
-    ReplicateType replicateType = ReplicateType::jackknife;
-    double fayRho = 0.0;
-    std::int64_t stratumCount = 0;
-    std::int64_t psuCount = 0;
-
-    bool operator==(const SurveyDesignUsed&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(
-    SurveyDesignUsed,
-    (),
-    (weight, strata, clusters, fpc, replicateCount, replicateType, fayRho, stratumCount, psuCount))
 
 /// An estimate as it was run.
 struct SurveyRun {
@@ -89,6 +71,7 @@ struct SurveyFields {
     Field<std::optional<SurveyRun>> svResult;
     /// Whether the other screens take the weights into account.
     Field<bool> surveyWeightsActive;
+    SurveyModelFields models;
 };
 
 }  // namespace sorvane

@@ -1,11 +1,11 @@
 #include "SorvaneMac/Screens/Survey/SurveyReport.h"
 
-#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
+#include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
 
 namespace sorvane::SurveyReport {
 
@@ -20,18 +20,7 @@ std::string subject(const SurveyRun& run) {
 }
 
 std::string methodWords(const SurveyRun& run) {
-    if (run.estimate.varianceMethod == DesignVarianceMethod::naiveWeighted) {
-        return "naive variance from the weights alone";
-    }
-    if (run.estimate.varianceMethod != DesignVarianceMethod::replicateWeights) {
-        return std::string(methodName(run.estimate.varianceMethod));
-    }
-    std::string words = ResultText::count(run.design.replicateCount) + " replicate weights, " +
-                        std::string(displayName(run.design.replicateType));
-    if (run.design.replicateType == ReplicateType::fayBRR) {
-        words += " with factor " + NumberText::clean(run.design.fayRho);
-    }
-    return words;
+    return SurveyDesignTable::methodWords(run.design, run.estimate.varianceMethod);
 }
 
 ReportTable estimateTable(const SurveyRun& run) {
@@ -68,25 +57,11 @@ ReportTable comparisonTable(const SurveyRun& run) {
 }
 
 ReportTable designTable(const SurveyRun& run) {
-    const SurveyDesignUsed& design = run.design;
-    const auto orNone = [](const std::string& name) {
-        return name.empty() ? "none" : name;
-    };
-    ReportTable table;
-    table.title = "Sampling design";
-    table.headers = {"Part", "As used"};
-    table.rows = {
-        {"Weight", design.weight + ", sum " + svFmt(run.estimate.sumOfWeights, 1)},
-        {"Strata", design.strata.empty()
-                       ? "none"
-                       : design.strata + " (" + ResultText::count(design.stratumCount) + ")"},
-        {"PSUs", (design.clusters.empty() ? "each case" : design.clusters) + " (" +
-                     ResultText::count(design.psuCount) + ")"},
-        {"Finite population correction", orNone(design.fpc)},
-        {"Variance", methodWords(run)},
-        {"Design df", ResultText::count(run.estimate.designDegreesOfFreedom)},
-        {"Effective n of the weights", svFmt(run.estimate.effectiveSampleSize, 1)}};
-    return table;
+    return SurveyDesignTable::table(run.design,
+                                    {.sumOfWeights = run.estimate.sumOfWeights,
+                                     .degreesOfFreedom = run.estimate.designDegreesOfFreedom,
+                                     .effectiveSampleSize = run.estimate.effectiveSampleSize,
+                                     .method = run.estimate.varianceMethod});
 }
 
 std::string groupSentence(const SurveyRun& run) {

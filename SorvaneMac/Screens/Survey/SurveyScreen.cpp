@@ -2,8 +2,10 @@
 
 #include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/Screens/SuitedVariables.h"
+#include "SorvaneMac/Screens/Survey/SurveyAnalyses.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
 #include "SorvaneMac/Screens/Survey/SurveyEstimation.h"
+#include "SorvaneMac/Screens/Survey/SurveyModelSelection.h"
 
 namespace sorvane {
 
@@ -16,7 +18,14 @@ SurveyScreen::SurveyScreen(StudioState& state, SurveyFields& fields)
       fields_(fields),
       strataSeed_(state.fields, fields.svStrata, fields.svHasRun),
       clusterSeed_(state.fields, fields.svCluster, fields.svHasRun) {
+    followChoice(fields.models.svAnalysis);
     add(surveyEstimation(state, fields));
+    for (const SurveyModelKind kind : {SurveyModelKind::linear, SurveyModelKind::logistic,
+                                       SurveyModelKind::poisson, SurveyModelKind::ordinal}) {
+        add(SurveyAnalyses::model(kind, state, fields));
+    }
+    add(SurveyAnalyses::correlation(state, fields));
+    add(SurveyAnalyses::crosstab(state, fields));
 }
 
 void SurveyScreen::seed() {
@@ -41,6 +50,7 @@ void SurveyScreen::seed() {
         Seeding::fillFirst(fields_.svCluster,
                            SuitedVariables::named(without(labels, taken), {"psu", "cluster"}));
     }
+    SurveyModelSelection::seed(dataset, fields_);
 }
 
 }  // namespace sorvane

@@ -6,7 +6,7 @@
 
 namespace sorvane {
 
-/// Estimates under a sampling design.
+/// Estimates, models and tables under a sampling design.
 class SurveyScreen final : public AnalysisScreen {
 public:
     SurveyScreen(StudioState& state, SurveyFields& fields);

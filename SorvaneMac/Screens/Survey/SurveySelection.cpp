@@ -161,7 +161,6 @@ void addDesign(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fi
 void addEstimate(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     const List values = without(numericVariables(dataset), {fields.svWeight->name});
-    form.controls.emplace_back(HeadingControl{"ESTIMATE"});
     form.controls.emplace_back(variablePicker("Variable", fields.svVar, values));
     form.controls.emplace_back(wordPicker("Estimand", fields.svEstimand,
                                           {{"mean", "Mean"},
@@ -175,6 +174,23 @@ void addEstimate(SetupForm& form, const ImportedDataset& dataset, SurveyFields& 
     form.controls.emplace_back(optionalVariablePicker(
         "By subgroup", fields.svGroup, possibleGroups(dataset), "The whole population"));
     form.controls.emplace_back(OptionControls::confidencePicker(fields.svConfidence));
+}
+
+void addAnalysis(SetupForm& form, SurveyFields& fields) {
+    form.controls.emplace_back(HeadingControl{"ANALYSIS"});
+    form.controls.emplace_back(
+        FormControls::enumerationPicker("Analysis", fields.models.svAnalysis));
+}
+
+void addFurther(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
+    form.controls.emplace_back(HeadingControl{"OTHER SCREENS"});
+    form.controls.emplace_back(
+        OptionControls::toggle("Use these weights elsewhere", fields.surveyWeightsActive));
+    form.controls.emplace_back(
+        NoteControl{"Descriptives & Explore then gives weighted figures under this design as "
+                    "well. Other analyses stay unweighted and say so.",
+                    false});
+    addReplicates(form, dataset, fields);
 }
 
 void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {

@@ -14,6 +14,12 @@ namespace sorvane::SurveySelection {
 void addDesign(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 void addEstimate(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 
+/// What is to be done under the design.
+void addAnalysis(SetupForm& form, SurveyFields& fields);
+
+/// Whether other screens take the weights, and the replicate weights.
+void addFurther(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
+
 /// The replicate weights, of which a survey may have hundreds.
 void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 

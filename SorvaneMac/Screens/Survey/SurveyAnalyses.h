@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+#include "SorvaneMac/Screens/Analysis.h"
+#include "SorvaneMac/Screens/Survey/SurveyFields.h"
+
+/// What can be asked under a sampling design beside plain estimates.
+namespace sorvane::SurveyAnalyses {
+
+/// A regression of the kind, for the population.
+std::unique_ptr<Analysis> model(SurveyModelKind kind, StudioState& state, SurveyFields& fields);
+std::unique_ptr<Analysis> correlation(StudioState& state, SurveyFields& fields);
+std::unique_ptr<Analysis> crosstab(StudioState& state, SurveyFields& fields);
+
+}  // namespace sorvane::SurveyAnalyses

@@ -1,0 +1,187 @@
+#include "SorvaneMac/Screens/Survey/SurveyModelTables.h"
+
+#include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/SurveyCells.h"
+#include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
+
+namespace sorvane::SurveyModelTables {
+
+namespace {
+
+using Cells = std::vector<std::string>;
+
+Cells cells(const SurveyCoefficient& each, bool hasRatios) {
+    Cells row = {each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3), svFmt(each.t, 2),
+                 ResultText::pCell(each.pValue)};
+    if (!hasRatios) {
+        row.push_back(svFmt(each.lowerBound, 3));
+        row.push_back(svFmt(each.upperBound, 3));
+    } else if (each.ratio) {
+        row.push_back(ResultText::ratio(*each.ratio, 3));
+        row.push_back(ResultText::ratio(*each.ratioLowerBound, 3));
+        row.push_back(ResultText::ratio(*each.ratioUpperBound, 3));
+    } else {
+        row.insert(row.end(), 3, "");
+    }
+    return row;
+}
+
+std::string meaningOfB(SurveyModelKind model) {
+    switch (model) {
+        case SurveyModelKind::linear:
+            return "B is the change of the outcome for a step of one.";
+        case SurveyModelKind::logistic:
+            return "B is the change of the log odds for a step of one; OR is the odds ratio.";
+        case SurveyModelKind::poisson:
+            return "B is the change of the log rate for a step of one; RR is the rate ratio.";
+        case SurveyModelKind::ordinal:
+            break;
+    }
+    return "B is the change of the log odds of a higher level for a step of one; OR is the odds "
+           "ratio.";
+}
+
+/// The result's row of the same position; null where that fit has none.
+const SurveyCoefficient* rowAt(const std::vector<SurveyCoefficient>& all, std::size_t at) {
+    return at < all.size() ? &all[at] : nullptr;
+}
+
+std::vector<SurveyCoefficient> slopesOf(const std::optional<SurveyModelResult>& result) {
+    return result ? slopes(*result) : std::vector<SurveyCoefficient>();
+}
+
+std::string designEffect(const SurveyCoefficient& designed, const SurveyCoefficient* alone) {
+    if (!alone || !(alone->standardError > 0.0)) {
+        return "--";
+    }
+    const double ratio = designed.standardError / alone->standardError;
+    return svFmt(ratio * ratio, 2);
+}
+
+}  // namespace
+
+std::string_view ratioSymbol(SurveyModelKind model) {
+    switch (model) {
+        case SurveyModelKind::linear:
+            return "";
+        case SurveyModelKind::poisson:
+            return "RR";
+        case SurveyModelKind::logistic:
+        case SurveyModelKind::ordinal:
+            break;
+    }
+    return "OR";
+}
+
+std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result) {
+    const bool hasIntercept = result.model != SurveyModelKind::ordinal;
+    return {result.coefficients.begin() + (hasIntercept && !result.coefficients.empty() ? 1 : 0),
+            result.coefficients.end()};
+}
+
+ReportTable coefficients(const SurveyModelRun& run) {
+    const SurveyModelResult& result = *run.result;
+    const bool hasRatios = run.model != SurveyModelKind::linear;
+    const std::string level = SurveyCells::levelText(result.confidenceLevel);
+    ReportTable table;
+    table.title = "Coefficients";
+    table.headers = {"Predictor", "B", "SE", "t", "p"};
+    if (hasRatios) {
+        table.headers.emplace_back(ratioSymbol(run.model));
+    }
+    table.headers.insert(table.headers.end(), {"LL", "UL"});
+    table.groupHeaders = {
+        {.label = "", .span = hasRatios ? 6 : 5},
+        {.label = hasRatios ? level + " of " + table.headers[5] : level, .span = 2}};
+    for (const SurveyCoefficient& each : result.coefficients) {
+        table.rows.push_back(cells(each, hasRatios));
+    }
+    table.note = meaningOfB(run.model) + " Standard errors: " +
+                 SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
+                 ". Tests and intervals by t on " + ResultText::count(result.degreesOfFreedom) +
+                 " df, those of the design less the predictors.";
+    return table;
+}
+
+ReportTable thresholds(const SurveyModelRun& run) {
+    ReportTable table;
+    table.title = "Thresholds";
+    table.headers = {"Between levels", "Estimate", "SE", "LL", "UL"};
+    table.groupHeaders = {
+        {.label = "", .span = 3},
+        {.label = SurveyCells::levelText(run.result->confidenceLevel), .span = 2}};
+    for (const SurveyCoefficient& each : run.result->thresholds) {
+        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
+                              svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+    }
+    table.note =
+        "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
+    return table;
+}
+
+ReportTable summary(const SurveyModelRun& run) {
+    const SurveyModelResult& result = *run.result;
+    ReportTable table;
+    table.title = "Model summary";
+    table.headers = {"n", "Sum of weights", "Wald F", "df1", "df2", "p"};
+    table.rows = {{ResultText::count(result.validN), svFmt(result.sumOfWeights, 1),
+                   svFmt(result.waldF, 2), ResultText::degreesOfFreedom(result.waldDFNumerator),
+                   ResultText::degreesOfFreedom(result.waldDFDenominator),
+                   ResultText::pCell(result.waldPValue)}};
+    table.note = "Wald F tests whether all predictors together have no effect.";
+    if (run.model == SurveyModelKind::linear) {
+        table.headers.insert(table.headers.end(), {"R²", "Residual SD"});
+        table.rows.front().push_back(svFmtBounded(result.rSquared, 3));
+        table.rows.front().push_back(svFmt(result.residualStandardDeviation, 3));
+        *table.note += " R² and the residual SD are estimates for the population.";
+    }
+    if (run.model == SurveyModelKind::logistic) {
+        table.headers.insert(table.headers.begin() + 1, "Events");
+        table.rows.front().insert(table.rows.front().begin() + 1, ResultText::count(run.events));
+        *table.note += " An event is " + run.outcome + " = " + run.event +
+                       "; events are counted in the sample, unweighted.";
+    }
+    return table;
+}
+
+ReportTable comparison(const SurveyModelRun& run) {
+    const std::vector<SurveyCoefficient> designed = slopes(*run.result);
+    const std::vector<SurveyCoefficient> alone = slopesOf(run.weightsOnly);
+    const std::vector<SurveyCoefficient> plain = slopesOf(run.unweighted);
+    ReportTable table;
+    table.title = "What the design changes";
+    table.headers = {"Predictor", "B", "SE"};
+    table.groupHeaders = {{.label = "", .span = 1}, {.label = "As designed", .span = 2}};
+    if (run.weightsOnly) {
+        table.headers.insert(table.headers.end(), {"SE", "Design effect"});
+        table.groupHeaders->push_back({.label = "Weights alone", .span = 1});
+        table.groupHeaders->push_back({.label = "", .span = 1});
+    }
+    table.headers.insert(table.headers.end(), {"B", "SE"});
+    table.groupHeaders->push_back({.label = "Unweighted", .span = 2});
+    for (std::size_t at = 0; at < designed.size(); ++at) {
+        const SurveyCoefficient& own = designed[at];
+        Cells row = {own.name, svFmt(own.estimate, 3), svFmt(own.standardError, 3)};
+        if (run.weightsOnly) {
+            const SurveyCoefficient* weighted = rowAt(alone, at);
+            row.push_back(weighted ? svFmt(weighted->standardError, 3) : "--");
+            row.push_back(designEffect(own, weighted));
+        }
+        const SurveyCoefficient* unweighted = rowAt(plain, at);
+        row.push_back(unweighted ? svFmt(unweighted->estimate, 3) : "--");
+        row.push_back(unweighted ? svFmt(unweighted->standardError, 3) : "--");
+        table.rows.push_back(std::move(row));
+    }
+    table.note =
+        "All standard errors allow for unequal variances. A B that changes much without the "
+        "weights hints that the model misses something by which the sample was drawn.";
+    if (run.weightsOnly) {
+        *table.note +=
+            " The design effect is the squared ratio of the SE under the design to that from the "
+            "weights alone.";
+    }
+    return table;
+}
+
+}  // namespace sorvane::SurveyModelTables
