@@ -276,8 +276,9 @@ CanonicalLikelihood::Moves CanonicalLikelihood::movesAlong(
 }
 
 bool CanonicalLikelihood::growsForever(std::span<const double> step) const {
-    // What cancellation leaves of a zero, and what is surely more than that.
-    constexpr double relativeZero = 1e-10;
+    // What cancellation leaves of a zero, which is less than the rows beside a huge outlier differ,
+    // and what is surely more than that.
+    constexpr double relativeZero = 1e-13;
     constexpr double relativeMove = 1e-6;
     // Beside the endless part of a step is one that leads the other rows to their optimum. It is
     // taken out by holding still, in turn, the row that moves away most.
@@ -294,7 +295,12 @@ bool CanonicalLikelihood::growsForever(std::span<const double> step) const {
             return false;
         }
         held.push_back(std::move(*normal));
-        takeOut(held.back(), direction);
+        // Of all, and twice, as a part that is left grows in proportion while the direction shrinks.
+        for (int pass = 0; pass < 2; ++pass) {
+            for (const std::vector<double>& each : held) {
+                takeOut(each, direction);
+            }
+        }
     }
 }
 

@@ -177,22 +177,48 @@ TEST(LogisticRegression, FitsDataThatBarelyOverlap) {
     EXPECT_NEAR(wide->coefficients[1].estimate, 1.3101, 1e-3);
 }
 
+/// A predictor around 0, and what its rows are scored by: a larger value means more.
+const Cells around =
+    cells(200, [](std::size_t i) { return (static_cast<double>(i * 37 % 101) - 50.0) / 25.0; });
+std::size_t score(std::size_t i) {
+    return i * 53 % 97 + i * 37 % 101;
+}
+const Cells highScore = cells(200, [](std::size_t i) { return score(i) > 100 ? 1.0 : 0.0; });
+
 TEST(GeneralizedRegressions, ConvergeBesideAnOutlierThatNobodyCoded) {
-    std::vector<std::optional<double>> x;
-    std::vector<std::optional<double>> y;
-    for (int i = 0; i < 200; ++i) {
-        x.emplace_back(static_cast<double>(i * 37 % 101 - 50) / 25.0);
-        y.emplace_back(i * 53 % 97 + i * 37 % 101 > 100 ? 1.0 : 0.0);
+    // At the end of the trend it says nothing of the slope: R 4.2.2 glm and clm without that row.
+    const Cells x = withCell(around, 0, 999999.0);
+    const auto binary = logistic({x}, withCell(highScore, 0, 1.0));
+    ASSERT_TRUE(binary && binary->converged);
+    EXPECT_NEAR(binary->coefficients[1].estimate, 1.491979139722148, 1e-9);
+    const Cells thirds =
+        cells(200, [](std::size_t i) { return static_cast<double>(i == 0 ? 2 : score(i) / 67); });
+    const auto ordered = ordinal({x}, thirds);
+    ASSERT_TRUE(ordered && ordered->converged);
+    EXPECT_NEAR(ordered->predictorEffects[0].estimate, 1.550197807309641, 1e-9);
+    EXPECT_NEAR(ordered->predictorEffects[0].standardError, 0.184796341837, 1e-8);
+    EXPECT_NEAR(ordered->thresholds[0].estimate, -1.981044460560939, 1e-9);
+    EXPECT_NEAR(ordered->thresholds[1].standardError, 0.255858774545, 1e-8);
+    const Cells counts =
+        cells(200, [](std::size_t i) { return static_cast<double>(i == 0 ? 0 : score(i) / 40); });
+    const auto counted = poisson({withCell(around, 0, -999999.0)}, counts);
+    ASSERT_TRUE(counted && counted->converged);
+    EXPECT_NEAR(counted->coefficients[1].estimate, 0.3339925802767948, 1e-9);
+}
+
+TEST(LogisticRegression, DoesNotCallOverlapBesideAHugeOutlierSeparation) {
+    // Against the trend and along it; whether the fit ends is left to rounding.
+    for (const double answer : {0.0, 1.0}) {
+        for (const double outlier : {1e10, 1e12}) {
+            const auto result =
+                logistic({withCell(around, 0, outlier)}, withCell(highScore, 0, answer));
+            ASSERT_TRUE(result);
+            for (const std::string& message : test::obstacles(result->readiness)) {
+                EXPECT_EQ(message.find("perfectly separated"), std::string::npos)
+                    << answer << " " << outlier << ": " << message;
+            }
+        }
     }
-    x[0] = 999999.0;
-    y[0] = 1.0;
-    const std::vector<NumericColumn> predictors = {NumericColumn(x)};
-    const auto logistic = LogisticRegressionTests::binaryLogistic(predictors, NumericColumn(y),
-                                                                  {.predictorNames = {"x"}});
-    ASSERT_TRUE(logistic);
-    EXPECT_TRUE(logistic->converged);
-    ASSERT_EQ(logistic->coefficients.size(), 2U);
-    EXPECT_NEAR(logistic->coefficients[1].estimate, 1.491979139722148, 1e-9);
 }
 
 TEST(LogisticRegression, CautionsInOrder) {
