@@ -104,6 +104,18 @@ TEST(KMeans, TakesTheMeanAsTheOnlyCentre) {
     EXPECT_EQ(centres, (Rows{{-1, 0}, {0, 0}, {1, 0}}));
 }
 
+TEST(KMeans, StandardizesInAnyUnitAndRefusesDistancesBeyondAllNumbers) {
+    const auto inUnits = [](double unit) {
+        return cases({{1 * unit, 7}, {2 * unit, 9}, {8 * unit, 1}, {9 * unit, 3}, {9 * unit, 2}});
+    };
+    const auto plain = kMeans(inUnits(1.0), {.k = 2});
+    for (const int exponent : {1000, 550, -550, -1000}) {
+        EXPECT_EQ(kMeans(inUnits(std::ldexp(1.0, exponent)), {.k = 2}), plain) << exponent;
+    }
+    EXPECT_FALSE(kMeans(inUnits(1e200), {.k = 2, .standardize = false}));
+    EXPECT_FALSE(hierarchical(inUnits(1e200), {.standardize = false}));
+}
+
 TEST(KMeans, SaysWhatItsPartitionIsGoodFor) {
     const auto few = kMeans(cases({{1}, {2}, {8}, {9}, {9}}), {.k = 2});
     EXPECT_EQ(cautions(few->readiness),

@@ -8,6 +8,26 @@
 
 namespace sorvane {
 
+namespace {
+
+/// Brings values whose squares no number can hold near 1, by a power of 2, which rounds nothing and
+/// leaves standard scores as they are.
+void bringIntoRange(std::span<double> values) {
+    constexpr int widest = 400;
+    double largest = 0.0;
+    for (const double value : values) {
+        largest = std::max(largest, std::abs(value));
+    }
+    const int exponent = largest > 0.0 ? std::ilogb(largest) : 0;
+    if (std::abs(exponent) > widest) {
+        for (double& value : values) {
+            value = std::scalbn(value, -exponent);
+        }
+    }
+}
+
+}  // namespace
+
 std::optional<CaseColumns> CaseColumns::of(const CaseRows& rows, bool standardize) {
     if (!std::ranges::all_of(rows.cells, [](double cell) { return std::isfinite(cell); })) {
         return std::nullopt;
@@ -27,6 +47,7 @@ std::optional<CaseColumns> CaseColumns::of(const CaseRows& rows, bool standardiz
 void CaseColumns::standardizeColumns() {
     for (std::size_t j = 0; j < width_ && count_ > 0; ++j) {
         const std::span<double> values = column(j);
+        bringIntoRange(values);
         const double mean = SampleMoments::mean(values);
         const double squares = SampleMoments::sumOfSquares(values, mean);
         const double deviation =

@@ -59,8 +59,8 @@ inline constexpr std::size_t hierarchicalCaseLimit = 20000;
 /// Method     of all pairs of clusters the closest is joined, the first of equals in the order of
 ///            cluster numbers; distances to the new cluster by the formula of Lance and Williams,
 ///            on squared Euclidean distances for Ward's linkage and on Euclidean ones otherwise
-/// Failure    fewer than two cases, numbers that are not finite -> absent; more cases than the
-///            limit -> blocked
+/// Failure    fewer than two cases, numbers that are not finite, or whose squared distances are not
+///            -> absent; more cases than the limit -> blocked
 /// Cost       O(n^2) memory, 4 n^2 bytes; O(n^2 (width + a few)) time as a rule: about a second
 ///            for 10,000 cases
 /// Reference  Lance & Williams (1967), A general theory of classificatory sorting strategies

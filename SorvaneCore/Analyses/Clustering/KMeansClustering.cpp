@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <numeric>
 #include <string>
@@ -274,6 +275,9 @@ std::optional<KMeansResult> kMeans(const CaseRows& rows, const KMeansOptions& op
         }
     }
     KMeansResult result = partition.result();
+    if (!std::isfinite(result.totalWithinClusterSumOfSquares)) {
+        return std::nullopt;
+    }
     result.iterations = iterations;
     result.converged = converged;
     result.standardized = options.standardize;

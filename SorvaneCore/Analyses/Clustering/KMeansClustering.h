@@ -78,8 +78,8 @@ namespace ClusterAnalysis {
 ///            changes no assignment; of equally near centres the first; a cluster that is left
 ///            empty keeps its centre
 /// Returns    one run, which can end in a local optimum; the same bits for the same seed
-/// Failure    no pass allowed, k below 1, fewer distinct cases than k, numbers that are not finite
-///            -> absent
+/// Failure    no pass allowed, k below 1, fewer distinct cases than k, numbers that are not finite,
+///            or whose squared distances are not -> absent
 /// Cost       O(n k width) a pass: about 3 ms for 100,000 cases, k 5 and 10 variables
 /// Reference  Arthur & Vassilvitskii (2007), k-means++
 std::optional<KMeansResult> kMeans(const CaseRows& rows, const KMeansOptions& options = {});
