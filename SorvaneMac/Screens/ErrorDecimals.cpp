@@ -5,13 +5,12 @@
 
 namespace sorvane::ErrorDecimals {
 
-int of(double standardError) {
-    constexpr int fewest = 3;
+int of(double spread, int fewest) {
     constexpr int most = 9;
-    if (!std::isfinite(standardError) || standardError <= 0.0) {
+    if (!std::isfinite(spread) || spread <= 0.0) {
         return fewest;
     }
-    const double leading = std::clamp(std::floor(std::log10(standardError)), -20.0, 20.0);
+    const double leading = std::clamp(std::floor(std::log10(spread)), -20.0, 20.0);
     return std::clamp(1 - static_cast<int>(leading), fewest, most);
 }
 

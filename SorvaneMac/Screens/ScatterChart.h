@@ -13,9 +13,13 @@ struct ChartVariable {
     NumericColumn values;
 };
 
-/// The scatter plot of y by x with the least-squares line.
+enum class ScatterLine { none, leastSquares };
+
+/// The scatter plot of y by x.
 ///
 /// Of many cases only every k-th is drawn, and the subtitle says so; the line is that of all.
-Chart scatterChart(const ChartVariable& x, const ChartVariable& y);
+Chart scatterChart(const ChartVariable& x,
+                   const ChartVariable& y,
+                   ScatterLine line = ScatterLine::leastSquares);
 
 }  // namespace sorvane

@@ -262,6 +262,46 @@ TEST_F(DataReductionTest, MoreClustersThanDistinctCasesAreRefused) {
     EXPECT_TRUE(content.findings.empty());
 }
 
+TEST_F(DataReductionTest, MeansOfTinyUnitsKeepTheirDigits) {
+    arrests.state.importPastedData(
+        "dose,age\n0.0011,31\n0.0012,33\n0.0013,32\n0.0041,61\n0.0042,62\n0.0043,64\n");
+    arrests.assign({"dose", "age"}, VariableKind::outcome);
+    for (const char* method : {R"("kmeans")", R"("hierarchical")"}) {
+        const ScreenContent content =
+            arrests.shown(dataReduction, {{"drMethod", method},
+                                          {"drItems", R"(["dose","age"])"},
+                                          {"drK", "2"},
+                                          {"drStandardize", "true"}});
+        Cells dose = content.findings.at(0).item.extraTables->at(0).rows.at(0);
+        std::ranges::sort(dose);
+        EXPECT_EQ(dose, (Cells{"0.0012", "0.0042", "dose"})) << method;
+    }
+    const ScreenContent alone = arrests.shown(dataReduction, {{"drMethod", R"("kmeans")"},
+                                                              {"drItems", R"(["dose"])"},
+                                                              {"drK", "2"},
+                                                              {"drStandardize", "false"}});
+    EXPECT_TRUE(alone.findings.at(0).item.apaSummary.ends_with("squares of 0.000000040."))
+        << alone.findings.at(0).item.apaSummary;
+    const ScreenContent profiles =
+        arrests.shown(latentClass, {{"lcItems", R"(["dose","age"])"}, {"lcClassCount", "2"}});
+    EXPECT_EQ(profiles.findings.at(0).item.extraTables->at(0).rows.at(0).at(1),
+              "0.001200 (0.000082)");
+}
+
+TEST_F(DataReductionTest, ScoresThatAreASampleSaySo) {
+    std::string table = "a,b\n";
+    for (int i = 0; i <= 100000; ++i) {
+        table += std::to_string(i % 11) + "," + std::to_string(i % 7) + "\n";
+    }
+    arrests.state.importPastedData(table);
+    arrests.assign({"a", "b"}, VariableKind::psychometricItem);
+    const ScreenContent content =
+        arrests.shown(dataReduction, {{"drMethod", R"("pca")"}, {"drItems", R"(["a","b"])"}});
+    const Card* scores = cardOf(content, "Component scores");
+    ASSERT_NE(scores, nullptr);
+    EXPECT_EQ(scores->subtitle, "The first two components. One in 2 of the 100001 cases is drawn.");
+}
+
 /// Presses a button of a setup form.
 void press(Screen& screen, const std::string& label) {
     for (const Control& control : screen.setup().controls) {

@@ -100,6 +100,39 @@ TEST_F(RegressionScreens, TellWhichOfTheTwoValuesIsTheEvent) {
     }
 }
 
+TEST_F(RegressionScreens, KeepTheDigitsOfAPredictorInSmallUnits) {
+    study_.state.importPastedData(
+        "income,bought,visits,level\n21000,0,1,1\n24500,0,0,1\n27000,1,2,2\n30000,0,1,1\n"
+        "33000,0,3,2\n36500,1,2,2\n39000,0,2,1\n42000,1,4,3\n45500,1,3,2\n48000,0,2,3\n"
+        "51000,1,5,3\n54000,1,4,3\n");
+    study_.assign({"income", "visits", "level"}, VariableKind::outcome);
+    study_.assign({"bought"}, VariableKind::grouping);
+    const struct {
+        std::string model;
+        std::string outcome;
+        /// B, its standard error, and the ratio and the sentence's part about it where there is one.
+        std::vector<std::pair<std::size_t, std::string>> cells;
+        std::string sentence;
+    } cases[] = {
+        {"linear", "visits", {{1, "0.000106"}, {2, "0.000026"}}, "R² = .62"},
+        {"logistic",
+         "bought",
+         {{1, "0.000112"}, {2, "0.000072"}, {5, "1.000112"}},
+         "OR = 1.00011,"},
+        {"poisson", "visits", {{1, "0.000046"}, {2, "0.000019"}, {5, "1.000046"}}, "RR = 1.00005,"},
+        {"ordinal", "level", {{1, "0.00025"}, {2, "0.00010"}, {5, "1.00025"}}, "OR = 1.0002,"},
+    };
+    for (const auto& each : cases) {
+        choose(each.model, each.outcome, R"(["income"])");
+        EXPECT_EQ(screen().run(), std::nullopt) << each.model;
+        const ReportItem item = screen().content().findings.at(0).item;
+        for (const auto& [column, cell] : each.cells) {
+            EXPECT_EQ(item.table->rows.back().at(column), cell) << each.model;
+        }
+        EXPECT_NE(item.apaSummary.find(each.sentence), std::string::npos) << item.apaSummary;
+    }
+}
+
 TEST_F(RegressionScreens, SayWhyAModelCannotBeEstimated) {
     study_.state.importPastedData(
         "y,level,count,x,double,same\n0,1,3,1,2,5\n0,2,4,2,4,5\n0,1,2,3,6,5\n1,3,5,4,8,5\n"

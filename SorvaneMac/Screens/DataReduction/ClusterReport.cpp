@@ -1,11 +1,31 @@
 #include "SorvaneMac/Screens/DataReduction/ClusterReport.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::ClusterReport {
+
+namespace {
+
+/// As many as tell the means of one variable apart, or a lone one from 0.
+int decimalsOf(const Means& means, std::size_t variable) {
+    double lowest = std::numeric_limits<double>::infinity();
+    double highest = -lowest;
+    for (const std::vector<double>& cluster : means) {
+        if (std::isfinite(cluster[variable])) {
+            lowest = std::min(lowest, cluster[variable]);
+            highest = std::max(highest, cluster[variable]);
+        }
+    }
+    return ErrorDecimals::of(lowest < highest ? highest - lowest : std::abs(highest), 2);
+}
+
+}  // namespace
 
 std::vector<std::int64_t> sizes(const std::vector<std::int64_t>& assignments,
                                 std::size_t clusters) {
@@ -44,8 +64,9 @@ ReportTable meanTable(const std::vector<std::string>& variables, const Means& me
     }
     for (std::size_t j = 0; j < variables.size(); ++j) {
         std::vector<std::string> row = {variables[j]};
+        const int decimals = decimalsOf(means, j);
         for (const std::vector<double>& cluster : means) {
-            row.push_back(svFmt(cluster[j], 2));
+            row.push_back(svFmt(cluster[j], decimals));
         }
         table.rows.push_back(std::move(row));
     }

@@ -24,7 +24,7 @@ Means means(const CaseRows& rows,
             const std::vector<std::int64_t>& assignments,
             std::size_t clusters);
 
-/// A row per variable, a column per cluster.
+/// A row per variable, a column per cluster, with as many decimals as tell the means apart.
 ReportTable meanTable(const std::vector<std::string>& variables, const Means& means);
 
 /// A line per cluster over the variables.

@@ -7,6 +7,7 @@
 #include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
 #include "SorvaneMac/Screens/DataReduction/ReducedVariables.h"
 #include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -24,6 +25,11 @@ std::string centerScale(const KMeansResult& result) {
     return result.standardized ? "Center (standard scores)" : "Center";
 }
 
+/// A sum of squares with as many decimals as leave something of the total.
+std::string squares(double sum, const KMeansResult& result) {
+    return svFmt(sum, ErrorDecimals::of(result.totalWithinClusterSumOfSquares, 2));
+}
+
 ReportTable sizeTable(const KMeansResult& result) {
     ReportTable table;
     table.title = "Clusters";
@@ -34,7 +40,7 @@ ReportTable sizeTable(const KMeansResult& result) {
         table.rows.push_back({ResultText::count(static_cast<std::int64_t>(at + 1)),
                               ResultText::count(cluster.size),
                               svFmt(100.0 * static_cast<double>(cluster.size) / cases, 1),
-                              svFmt(cluster.withinClusterSumOfSquares, 2)});
+                              squares(cluster.withinClusterSumOfSquares, result)});
     }
     return table;
 }
@@ -82,13 +88,13 @@ std::string sentence(const KMeansRun& run) {
            " cases into " + ResultText::count(result.k) + " clusters across " +
            ResultText::count(static_cast<std::int64_t>(run.variables.size())) +
            " variables, with a total within-cluster sum of squares of " +
-           svFmt(result.totalWithinClusterSumOfSquares, 2) + ".";
+           squares(result.totalWithinClusterSumOfSquares, result) + ".";
 }
 
 std::vector<Tile> tiles(const KMeansResult& result) {
     return {{"Clusters", ResultText::count(result.k),
              result.standardized ? "variables standardized" : "variables as they stand"},
-            {"Total within-cluster SS", svFmt(result.totalWithinClusterSumOfSquares, 2), ""},
+            {"Total within-cluster SS", squares(result.totalWithinClusterSumOfSquares, result), ""},
             {"Iterations", ResultText::count(result.iterations),
              result.converged ? "converged" : "max iterations reached"},
             {"Cases used", ResultText::count(static_cast<std::int64_t>(result.assignments.size())),

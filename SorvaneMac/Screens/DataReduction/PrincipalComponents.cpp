@@ -69,11 +69,12 @@ std::vector<Chart> charts(const PrincipalComponentsResult& result) {
             first.emplace_back(scores[0]);
             second.emplace_back(scores[1]);
         }
-        Chart scores = scatterChart({"Component 1", NumericColumn(std::move(first))},
-                                    {"Component 2", NumericColumn(std::move(second))});
+        Chart scores =
+            scatterChart({"Component 1", NumericColumn(std::move(first))},
+                         {"Component 2", NumericColumn(std::move(second))}, ScatterLine::none);
         scores.title = "Component scores";
-        scores.subtitle = "The cases on the first two components.";
-        std::get<ScatterPlot>(scores.plot).line.reset();
+        scores.subtitle = scores.subtitle.empty() ? "The cases on the first two components."
+                                                  : "The first two components. " + scores.subtitle;
         charts.push_back(std::move(scores));
     }
     return charts;

@@ -4,6 +4,7 @@
 
 #include "SorvaneCore/Models/FactorMixtureWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::FactorMixtureReport {
@@ -39,8 +40,9 @@ ReportTable interceptTable(const FactorMixtureResult& result) {
     }
     for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
         std::vector<std::string> row = {result.variableNames[j]};
+        const int decimals = ErrorDecimals::of(std::sqrt(result.residualVariances[j]), 2);
         for (const FactorMixtureClass& each : result.classes) {
-            row.push_back(svFmt(each.intercepts[j], 2));
+            row.push_back(svFmt(each.intercepts[j], decimals));
         }
         table.rows.push_back(std::move(row));
     }
@@ -52,9 +54,11 @@ ReportTable factorTable(const FactorMixtureResult& result) {
     table.title = "The factor within classes";
     table.headers = {"Indicator", "Loading", "Standardized", "Residual variance"};
     for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
-        table.rows.push_back({result.variableNames[j], svFmt(result.loadings[j], 3),
+        const double residual = result.residualVariances[j];
+        table.rows.push_back({result.variableNames[j],
+                              svFmt(result.loadings[j], ErrorDecimals::of(std::sqrt(residual))),
                               svFmtBounded(result.standardizedLoadings[j], 3),
-                              svFmt(result.residualVariances[j], 3)});
+                              svFmt(residual, ErrorDecimals::of(residual))});
     }
     return table;
 }

@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
@@ -44,8 +45,10 @@ ReportTable meanTable(const LatentClassResult& result) {
     for (std::size_t j = 0; j < result.variableNames.size(); ++j) {
         std::vector<std::string> row = {result.variableNames[j]};
         for (const LatentClassProfile& profile : result.profiles) {
-            row.push_back(svFmt((*profile.means)[j], 2) + " (" +
-                          svFmt((*profile.standardDeviations)[j], 2) + ")");
+            const double deviation = (*profile.standardDeviations)[j];
+            const int decimals = ErrorDecimals::of(deviation, 2);
+            row.push_back(svFmt((*profile.means)[j], decimals) + " (" + svFmt(deviation, decimals) +
+                          ")");
         }
         table.rows.push_back(std::move(row));
     }

@@ -1,6 +1,7 @@
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
@@ -20,10 +21,11 @@ ReportTable coefficientTable(const MultipleRegressionResult& result) {
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "β", "t", "p", "95% CI Lower", "95% CI Upper"};
     for (const RegressionCoefficient& each : result.coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2),
-                              ResultText::pCell(each.pValue), svFmt(each.lowerBound, 3),
-                              svFmt(each.upperBound, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        table.rows.push_back(
+            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+             svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2), ResultText::pCell(each.pValue),
+             svFmt(each.lowerBound, decimals), svFmt(each.upperBound, decimals)});
     }
     table.note =
         "B is the unstandardized and β the standardized coefficient; the interval is the "
@@ -35,10 +37,11 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     ReportTable table;
     table.title = "Model summary";
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
-    table.rows = {{ResultText::count(result.n), svFmt(result.rSquared, 3),
-                   svFmt(result.adjustedRSquared, 3), svFmt(result.residualStandardError, 3),
-                   svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
-                   ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
+    table.rows = {
+        {ResultText::count(result.n), svFmt(result.rSquared, 3), svFmt(result.adjustedRSquared, 3),
+         svFmt(result.residualStandardError, ErrorDecimals::of(result.residualStandardError)),
+         svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
+         ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;
 }
 

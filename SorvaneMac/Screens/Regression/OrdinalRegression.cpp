@@ -1,5 +1,7 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/Regression/RatioEffects.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
@@ -27,9 +29,12 @@ ReportTable effectTable(const OrdinalRegressionResult& result) {
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "z", "p", "OR"};
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(each.oddsRatio, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        table.rows.push_back(
+            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+             svFmt(each.z, 2), ResultText::pCell(each.pValue),
+             ResultText::ratio(each.oddsRatio,
+                               RatioEffects::ratioDecimals(each.oddsRatio, each.standardError))});
     }
     return table;
 }
@@ -39,7 +44,9 @@ ReportTable thresholdTable(const OrdinalRegressionResult& result) {
     table.title = "Thresholds";
     table.headers = {"Between levels", "Estimate", "SE"};
     for (const OrdinalThreshold& each : result.thresholds) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        table.rows.push_back(
+            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
@@ -54,10 +61,11 @@ std::string sentence(const OrdinalModelRun& run) {
                        ": log likelihood = " + svFmt(result.logLikelihood, 2) +
                        ", n = " + ResultText::count(result.n) + ".";
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
+        const int places = RatioEffects::ratioDecimals(each.oddsRatio, each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + ResultText::ratio(each.oddsRatio, 2) + ", z = " + svFmt(each.z, 2) +
-                ", " + ResultText::pSentence(each.pValue) + ".";
+                ", OR = " + ResultText::ratio(each.oddsRatio, places) +
+                ", z = " + svFmt(each.z, 2) + ", " + ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }

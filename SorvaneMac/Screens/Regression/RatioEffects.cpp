@@ -1,12 +1,18 @@
 #include "SorvaneMac/Screens/Regression/RatioEffects.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::RatioEffects {
+
+int ratioDecimals(double ratio, double standardError) {
+    return ErrorDecimals::of(std::max(ratio, 1.0) * standardError);
+}
 
 ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
                              const std::string& symbol) {
@@ -14,11 +20,13 @@ ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "z", "p", symbol, "95% CI Lower", "95% CI Upper"};
     for (const RatioEffect& each : coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(each.ratio, 3),
-                              ResultText::ratio(each.ratioLowerBound, 3),
-                              ResultText::ratio(each.ratioUpperBound, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        const int places = ratioDecimals(each.ratio, each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+                              ResultText::pCell(each.pValue), ResultText::ratio(each.ratio, places),
+                              ResultText::ratio(each.ratioLowerBound, places),
+                              ResultText::ratio(each.ratioUpperBound, places)});
     }
     return table;
 }
@@ -27,11 +35,12 @@ std::string sentences(const std::vector<RatioEffect>& coefficients, const std::s
     std::string text;
     for (std::size_t at = 1; at < coefficients.size(); ++at) {
         const RatioEffect& each = coefficients[at];
+        const int places = ratioDecimals(each.ratio, each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " + symbol + " = " +
-                ResultText::ratio(each.ratio, 2) + ", 95% CI [" +
-                ResultText::ratio(each.ratioLowerBound, 2) + ", " +
-                ResultText::ratio(each.ratioUpperBound, 2) + "], " +
+                ResultText::ratio(each.ratio, places) + ", 95% CI [" +
+                ResultText::ratio(each.ratioLowerBound, places) + ", " +
+                ResultText::ratio(each.ratioUpperBound, places) + "], " +
                 ResultText::pSentence(each.pValue) + ".";
     }
     return text;
