@@ -100,10 +100,12 @@ inline constexpr std::int64_t mostClasses = 6;
 /// Input      2 or more columns of one length; rows that are incomplete or not finite are left out
 /// Method     EM from seeded starts, the highest log likelihood stands, the first of equals. It
 ///            ends when a round changes the log likelihood by less than 1e-8 of itself. A variance
-///            is at least 1e-6 of the indicator's
+///            is at least 1e-6 of the indicator's, and that counts as 1e-8 at least
 /// Failure    names or lengths that do not match, another number of classes -> absent; fewer than
 ///            three cases per class, or no start with a usable end -> blocked
-/// Accuracy   the stop can leave the log likelihood 1e-3 short of its maximum
+/// Accuracy   the stop can leave the log likelihood 1e-3 short of its maximum. The floor hides
+///            the classes of indicators whose standard deviations are 1e-7 or less: such units
+///            should be changed first
 /// Cost       O(rows * classes * indicators) a round; starts run on all threads
 /// Reference  McLachlan and Peel (2000), Finite Mixture Models
 [[nodiscard]] std::optional<LatentClassResult> fitProfile(std::span<const NumericColumn> indicators,
