@@ -1,7 +1,6 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ErrorDecimals.h"
-#include "SorvaneMac/Screens/Regression/RatioEffects.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
@@ -30,11 +29,10 @@ ReportTable effectTable(const OrdinalRegressionResult& result) {
     table.headers = {"Predictor", "B", "SE", "z", "p", "OR"};
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         const int decimals = ErrorDecimals::of(each.standardError);
-        table.rows.push_back(
-            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
-             svFmt(each.z, 2), ResultText::pCell(each.pValue),
-             ResultText::ratio(each.oddsRatio,
-                               RatioEffects::ratioDecimals(each.oddsRatio, each.standardError))});
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+                              ResultText::pCell(each.pValue),
+                              ResultText::ratio(each.oddsRatio, decimals)});
     }
     return table;
 }
@@ -61,10 +59,10 @@ std::string sentence(const OrdinalModelRun& run) {
                        ": log likelihood = " + svFmt(result.logLikelihood, 2) +
                        ", n = " + ResultText::count(result.n) + ".";
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
-        const int places = RatioEffects::ratioDecimals(each.oddsRatio, each.standardError) - 1;
+        const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + ResultText::ratio(each.oddsRatio, places) +
+                ", OR = " + ResultText::ratio(each.oddsRatio, decimals) +
                 ", z = " + svFmt(each.z, 2) + ", " + ResultText::pSentence(each.pValue) + ".";
     }
     return text;

@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/Regression/RatioEffects.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
@@ -10,10 +9,6 @@
 
 namespace sorvane::RatioEffects {
 
-int ratioDecimals(double ratio, double standardError) {
-    return ErrorDecimals::of(std::max(ratio, 1.0) * standardError);
-}
-
 ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
                              const std::string& symbol) {
     ReportTable table;
@@ -21,12 +16,12 @@ ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
     table.headers = {"Predictor", "B", "SE", "z", "p", symbol, "95% CI Lower", "95% CI Upper"};
     for (const RatioEffect& each : coefficients) {
         const int decimals = ErrorDecimals::of(each.standardError);
-        const int places = ratioDecimals(each.ratio, each.standardError);
         table.rows.push_back({each.name, svFmt(each.estimate, decimals),
                               svFmt(each.standardError, decimals), svFmt(each.z, 2),
-                              ResultText::pCell(each.pValue), ResultText::ratio(each.ratio, places),
-                              ResultText::ratio(each.ratioLowerBound, places),
-                              ResultText::ratio(each.ratioUpperBound, places)});
+                              ResultText::pCell(each.pValue),
+                              ResultText::ratio(each.ratio, decimals),
+                              ResultText::ratio(each.ratioLowerBound, decimals),
+                              ResultText::ratio(each.ratioUpperBound, decimals)});
     }
     return table;
 }
@@ -35,12 +30,13 @@ std::string sentences(const std::vector<RatioEffect>& coefficients, const std::s
     std::string text;
     for (std::size_t at = 1; at < coefficients.size(); ++at) {
         const RatioEffect& each = coefficients[at];
-        const int places = ratioDecimals(each.ratio, each.standardError) - 1;
+        // Enough that the small effect of a small unit differs from 1; two as a rule.
+        const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " + symbol + " = " +
-                ResultText::ratio(each.ratio, places) + ", 95% CI [" +
-                ResultText::ratio(each.ratioLowerBound, places) + ", " +
-                ResultText::ratio(each.ratioUpperBound, places) + "], " +
+                ResultText::ratio(each.ratio, decimals) + ", 95% CI [" +
+                ResultText::ratio(each.ratioLowerBound, decimals) + ", " +
+                ResultText::ratio(each.ratioUpperBound, decimals) + "], " +
                 ResultText::pSentence(each.pValue) + ".";
     }
     return text;

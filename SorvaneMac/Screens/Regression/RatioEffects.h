@@ -25,12 +25,6 @@ struct RatioEffect {
 /// The coefficients of a model, of which the first is the intercept, as a report tells them.
 namespace RatioEffects {
 
-/// The decimals of a ratio in a table that tell it from 1 where its interval is narrow, as that of
-/// an income in single euros; in a sentence one fewer is enough.
-///
-/// Input      the standard error of the ratio's logarithm
-int ratioDecimals(double ratio, double standardError);
-
 /// Input      `symbol` is "OR" or "RR"
 ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
                              const std::string& symbol);
