@@ -57,6 +57,11 @@ TEST(NearestDonors, FindWhatAStableSortWouldPutFirst) {
             EXPECT_EQ(donors.donor(wanted, choice), sorted[choice]) << trial;
         }
     }
+    const std::vector<double> huge = {9e307, 1e307, 9.5e307};
+    NearestDonors donors(huge, 3);
+    for (const std::size_t choice : {0U, 1U, 2U}) {
+        EXPECT_EQ(donors.donor(-1.75e308, choice), choice) << "all are infinitely far";
+    }
 }
 
 TEST(MultipleImputation, RepeatsAndDrawsFromObservedValues) {
@@ -208,6 +213,11 @@ TEST(PooledT, KeepsItsDigitsAsTheDegreesOfFreedomGrow) {
                              Case{1e20, 1.9599639845400536, 0.045500263896358396}}) {
         EXPECT_NEAR(PooledT::critical(0.05, each.df), each.critical, 1e-10) << each.df;
         EXPECT_NEAR(PooledT::pValue(-2.0, each.df), each.pValue, 1e-9) << each.df;
+    }
+    for (const double df : {2e6, 1e10, std::numeric_limits<double>::infinity()}) {
+        for (const double t : {50.0, 3000.0, -1e5, 1e200}) {
+            EXPECT_EQ(PooledT::pValue(t, df), 0.0) << t << " at " << df;
+        }
     }
 }
 

@@ -40,12 +40,14 @@ std::size_t NearestDonors::donor(double prediction, std::size_t choice) {
         const double toAbove =
             above == levels_.end() ? none : std::abs(above->prediction - prediction);
         const double nearest = std::min(toBelow, toAbove);
+        const bool isLast = below == levels_.begin() && above == levels_.end();
         // Levels at the same distance go on competing by the order of their donors.
-        if (nearest == none || (found_.size() >= count_ && nearest > last)) {
+        if (isLast || (found_.size() >= count_ && nearest > last)) {
             break;
         }
         last = nearest;
-        if (toBelow <= toAbove) {
+        // A distance can be beyond all numbers as well.
+        if (above == levels_.end() || (below != levels_.begin() && toBelow <= toAbove)) {
             collect(*--below, nearest);
         } else {
             collect(*above++, nearest);

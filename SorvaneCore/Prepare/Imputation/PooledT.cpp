@@ -11,9 +11,10 @@ namespace {
 
 constexpr double nearlyNormal = 1e6;
 
-/// How far t at `df` lies from the normal deviate `x` of the same tail, as a share of it.
-double firstTerm(double x, double df) {
-    return (x * x + 1.0) / (4.0 * df);
+/// The normal deviate of the same tail. It agrees with the expansion to the first term in 1/df, but
+/// grows with t where t is large beside the root of df and the expansion turns.
+double normalDeviate(double t, double df) {
+    return std::isinf(df) ? t : (1.0 - 0.25 / df) * std::sqrt(df * std::log1p(t / df * t));
 }
 
 }  // namespace
@@ -23,14 +24,14 @@ double critical(double twoTailedAlpha, double df) {
         return MathDistributions::studentTCritical(twoTailedAlpha, df);
     }
     const double z = normalCritical(twoTailedAlpha, NormalCriticalSetting::wide);
-    return z * (1.0 + firstTerm(z, df));
+    return z * (1.0 + (z * z + 1.0) / (4.0 * df));
 }
 
 double pValue(double t, double df) {
     if (!(df > nearlyNormal)) {
         return MathDistributions::studentTPValue(t, df);
     }
-    const double z = std::abs(t) * (1.0 - firstTerm(t, df));
+    const double z = normalDeviate(std::abs(t), df);
     // 1 + erf: twice the normal distribution function at z.
     return 2.0 - (1.0 + std::erf(z / std::sqrt(2.0)));
 }
