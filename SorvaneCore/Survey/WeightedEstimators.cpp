@@ -21,7 +21,9 @@ using Issues = std::vector<AnalysisReadinessIssue>;
 
 constexpr std::int64_t fewDegreesOfFreedom = 15;
 /// A variance that is a smaller part of that of the scores comes of scores that cancel.
-constexpr double rounding = 1e-28;
+constexpr double roundingOfScores = 1e-28;
+/// One that is a smaller part of the squared estimate comes of the sums' last digits.
+constexpr double roundingOfSums = 1e-24;
 
 /// A total of y, or a ratio of the totals of y and x.
 struct Sample {
@@ -110,16 +112,27 @@ double linearizedVariance(const Sample& sample,
     return linearizedTotalVariance(ofRow, design, sample.activeRows);
 }
 
-/// Absent where no replicate gives weight to the sample.
-std::optional<double> replicateVariance(const Sample& sample,
-                                        const ReplicateWeights& replicates,
-                                        double estimate) {
-    std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
+using ReplicateEstimates = std::vector<std::optional<std::vector<double>>>;
+
+/// One per replicate, absent where it gives no weight to the sample.
+ReplicateEstimates replicateEstimates(const Sample& sample, const ReplicateWeights& replicates) {
+    ReplicateEstimates estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
         if (const std::optional<double> each = sample.estimate(replicates.weights[r])) {
             estimates[r] = std::vector<double>{*each};
         }
     });
+    return estimates;
+}
+
+std::int64_t withoutEstimate(const ReplicateEstimates& estimates) {
+    return std::ranges::count_if(estimates, [](const auto& each) { return !each; });
+}
+
+/// Absent where no replicate has an estimate.
+std::optional<double> replicateVariance(const ReplicateEstimates& estimates,
+                                        const ReplicateWeights& replicates,
+                                        double estimate) {
     const auto covariance =
         SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
     return covariance ? std::optional(covariance->front()) : std::nullopt;
@@ -186,6 +199,30 @@ void fillInterval(WeightedEstimate& result, double variance) {
     result.confidenceIntervalUpper = result.estimate + margin;
 }
 
+void fillErrors(WeightedEstimate& result, double variance, double simple) {
+    const double least = roundingOfSums * result.estimate * result.estimate;
+    const double sound = variance > std::max(roundingOfScores * simple, least) ? variance : 0.0;
+    fillInterval(result, sound);
+    if (simple > least) {
+        result.designEffect = sound / simple;
+    }
+}
+
+Issues cautions(const WeightedEstimate& result,
+                const SurveyDesign& design,
+                std::int64_t replicatesWithoutEstimates) {
+    Issues issues = design.readinessIssues();
+    if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
+    }
+    if (replicatesWithoutEstimates > 0) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
+    }
+    return issues;
+}
+
 void fillWeights(WeightedEstimate& result, const Sample& sample, const SurveyDesign& design) {
     double squares = 0.0;
     for (const std::size_t row : sample.rows) {
@@ -210,8 +247,11 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         return;
     }
     const std::vector<double> scores = linearizedScores(sample, design.weights, *estimate);
+    const ReplicateEstimates replicated = design.replicateWeights
+                                              ? replicateEstimates(sample, *design.replicateWeights)
+                                              : ReplicateEstimates();
     const std::optional<double> variance =
-        design.replicateWeights ? replicateVariance(sample, *design.replicateWeights, *estimate)
+        design.replicateWeights ? replicateVariance(replicated, *design.replicateWeights, *estimate)
                                 : linearizedVariance(sample, scores, design);
     if (!variance) {
         block(result, wording::noUsableReplicate());
@@ -221,20 +261,10 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         block(result, wording::beyondNumbers());
         return;
     }
-    const double simple = simpleRandomVariance(scores);
-    const double sound = *variance > rounding * simple ? *variance : 0.0;
     result.estimate = *estimate;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    fillInterval(result, sound);
-    if (simple > 0.0) {
-        result.designEffect = sound / simple;
-    }
-    Issues issues = design.readinessIssues();
-    if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
-    }
-    result.readiness = readiness(result, std::move(issues));
+    fillErrors(result, *variance, simpleRandomVariance(scores));
+    result.readiness = readiness(result, cautions(result, design, withoutEstimate(replicated)));
 }
 
 /// Blocks a proportion of values other than 0 and 1.

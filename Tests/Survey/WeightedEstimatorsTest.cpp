@@ -145,6 +145,11 @@ TEST(WeightedEstimators, SkipReplicatesThatGiveNoWeight) {
     const NumericColumn values = column({0, 4, 2, 2});
     EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, std::sqrt(2.0 / 3.0))
         << "of three replicates";
+    EXPECT_EQ(messages(WeightedEstimators::mean(values, design).readiness).back(),
+              "1 replicate(s) gave no estimates and add nothing to the standard errors, which may "
+              "be too small.");
+    EXPECT_EQ(messages(WeightedEstimators::total(values, design).readiness).size(), 1U)
+        << "a total of nothing is 0";
     design.replicateWeights->type = ReplicateType::fayBRR;
     design.replicateWeights->fayRho = 0.5;
     EXPECT_DOUBLE_EQ(WeightedEstimators::mean(values, design).standardError, std::sqrt(8.0 / 3.0));
@@ -154,6 +159,20 @@ TEST(WeightedEstimators, SkipReplicatesThatGiveNoWeight) {
     EXPECT_EQ(WeightedEstimators::mean(values, design).readiness.status,
               AnalysisReadinessStatus::blocked)
         << "a missing replicate weight is not passed over";
+}
+
+TEST(WeightedEstimators, TakeNoRoundingForAnError) {
+    SurveyDesign design{.weights = {1.1, 2.3, 3.7, 4.9, 5.3, 6.1}};
+    const NumericColumn values = column({0.1, 0.1, 0.1, 0.1, 0.1, 0.1});
+    EXPECT_EQ(WeightedEstimators::mean(values, design).standardError, 0.0);
+    EXPECT_FALSE(WeightedEstimators::mean(values, design).designEffect);
+    design.replicateWeights = ReplicateWeights{.weights = {{0, 2.9, 4.4, 5.8, 6.3, 7.7},
+                                                           {1.7, 0, 4.1, 5.3, 6.9, 7.1},
+                                                           {1.3, 2.7, 0, 5.9, 6.1, 7.3}}};
+    EXPECT_EQ(WeightedEstimators::mean(values, design).standardError, 0.0);
+    design.replicateWeights.reset();
+    const NumericColumn late = column({1e12, 1e12 + 1, 1e12 + 7, 1e12 + 2, 1e12 + 40, 1e12 + 9});
+    EXPECT_GT(WeightedEstimators::mean(late, design).standardError, 1.0) << "digits that are there";
 }
 
 TEST(SurveyDesign, AsksNothingOfColumnsOfAnotherLength) {

@@ -125,6 +125,8 @@ std::optional<TracedImputation> imputeTraced(std::span<const NumericColumn> colu
 
 /// Rubin's rules over one estimate and its variance per copy.
 ///
+/// Input      two estimates or more: a single one shows no variance between copies, which counts
+///            as 0, and so nothing of what imputation adds
 /// Failure    no estimates, or lists of other lengths -> NaN. NaN among the estimates or variances
 ///            -> NaN figures
 /// Reference  Rubin (1987), Multiple Imputation for Nonresponse in Surveys
