@@ -102,9 +102,9 @@ std::vector<Procedure> designProcedures() {
     };
 }
 
-std::vector<double> totalVariance(const NumericColumn& scores,
-                                  const SurveyDesign& design,
-                                  const std::optional<std::vector<std::int64_t>>& activeRows) {
+double totalVariance(const NumericColumn& scores,
+                     const SurveyDesign& design,
+                     const std::optional<std::vector<std::int64_t>>& activeRows) {
     std::vector<std::size_t> rows(scores.size());
     std::iota(rows.begin(), rows.end(), std::size_t{0});
     if (activeRows) {
@@ -116,7 +116,7 @@ std::vector<double> totalVariance(const NumericColumn& scores,
     if (!isSound) {
         throw CallError("The scores, the active rows and the design do not fit each other.");
     }
-    return {WeightedEstimators::linearizedTotalVariance(numbers(scores), design, rows)};
+    return WeightedEstimators::linearizedTotalVariance(numbers(scores), design, rows);
 }
 
 std::vector<double> scoreCovariance(const std::vector<double>& u,

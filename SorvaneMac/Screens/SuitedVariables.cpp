@@ -58,10 +58,6 @@ List withFewCategories(const List& list) {
     });
 }
 
-List withMissingValues(const List& list) {
-    return kept(list, [](const DataVariable* variable) { return variable->missingCount > 0; });
-}
-
 List analyzed(const ImportedDataset& dataset) {
     return kept(all(dataset), [](const DataVariable* variable) {
         return !isIgnoredForAnalysis(variable->assignedType);

@@ -16,7 +16,6 @@ List named(const List& list, std::initializer_list<std::string_view> words);
 List twoValued(const List& numeric);
 /// Between two and eight distinct values: items with answer categories.
 List withFewCategories(const List& list);
-List withMissingValues(const List& list);
 /// Every variable that is not set aside, of whatever role.
 List analyzed(const ImportedDataset& dataset);
 /// What can say which cluster a case belongs to: grouping factors, identifiers and other variables

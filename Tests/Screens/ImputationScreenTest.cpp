@@ -298,5 +298,30 @@ TEST(ImputationScreen, HalfOfTheValuesIsEnoughAndExclusionsAreSaid) {
               std::string::npos);
 }
 
+TEST(ImputationScreen, TextsThatAreNoNumbersAreOfferedAsWell) {
+    ScreenWorkplace place;
+    place.state.importPastedData("a,b\n1,2\nrefused,2.5\n3,1\n4,5\n5,3\n6,7\n");
+    place.assign({"a", "b"}, VariableKind::outcome);
+    place.set({{"prepareSection", R"("imputation")"}});
+    place.screens.appear(dataPrep);
+    EXPECT_EQ(place.values().at("impTargets"), Json::parse(R"(["a"])"));
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+}
+
+TEST(ImputationScreen, PredictorsThatKeepTheirMeanAreToldOf) {
+    ScreenWorkplace place;
+    place.state.importPastedData(
+        "a,p,b,c,d,e\n1,3,2,9,4,1\n2,,7,8,1,3\n3,5,5,1,2,2\n,,1,4,9,5\n5,4,6,3,8,7\n"
+        "4,,9,2,7,6\n7,1,3,7,3,9\n6,,8,5,5,4\n8,2,4,6,6,8\n9,,2,1,1,7\n");
+    place.assign({"a", "p", "b", "c", "d", "e"}, VariableKind::outcome);
+    place.set({{"prepareSection", R"("imputation")"},
+               {"impTargets", R"(["a"])"},
+               {"impPredictors", R"(["p","b","c","d","e"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    const ScreenContent content = place.screens.at(dataPrep).content();
+    EXPECT_NE(content.findings.front().item.table->note->find("Values of p could not be predicted"),
+              std::string::npos);
+}
+
 }  // namespace
 }  // namespace sorvane

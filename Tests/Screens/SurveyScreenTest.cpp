@@ -170,6 +170,9 @@ const std::vector<ColumnsCase> columnsCases = {
     {__LINE__, "w,s,y\n1,a,0\n1,a,0\n2,a,1\n2,b,1\n",
      {{"svEstimand", R"("proportion")"}, {"svGroup", R"("s")"}},
      "No estimate could be made for these subgroups: b."},
+    {__LINE__, "w,s,y,r1,r2,r3\n1,a,2,2,1,0\n1,a,4,2,0,1\n2,b,6,0,3,1\n2,b,9,0,1,3\n",
+     {{"svReplicates", R"(["r1","r2","r3"])"}, {"svGroup", R"("s")"}},
+     "errors, which may be too small: b."},
 };
 // clang-format on
 

@@ -37,6 +37,8 @@ struct ImputationRun {
     std::vector<std::string> targets;
     /// Chosen, but left out for lacking more than half of their values.
     std::vector<std::string> excluded;
+    /// Of the targets and predictors, those that could not be predicted in some step.
+    std::vector<std::string> unpredicted;
     std::int64_t rows = 0;
     /// The targets.
     std::vector<ImputedVariable> variables;
@@ -44,7 +46,7 @@ struct ImputationRun {
 
     bool operator==(const ImputationRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(ImputationRun, (), (targets, excluded, rows, variables, result))
+BOOST_DESCRIBE_STRUCT(ImputationRun, (), (targets, excluded, unpredicted, rows, variables, result))
 
 /// What the last pooled analysis was of.
 struct PooledBasis {

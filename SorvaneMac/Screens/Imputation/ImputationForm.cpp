@@ -9,7 +9,6 @@
 #include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/Seeding.h"
-#include "SorvaneMac/Screens/SuitedVariables.h"
 
 namespace sorvane {
 
@@ -27,7 +26,7 @@ constexpr std::size_t seededPredictors = 4;
 
 void ImputationForm::seed() {
     const List numeric = numericVariables(state_.dataset());
-    const List incomplete = SuitedVariables::withMissingValues(numeric);
+    const List incomplete = lackingNumbers(numeric, state_.dataset());
     Seeding::fillFirst(fields_.impTargets, incomplete, incomplete.size());
     Seeding::fillFirst(fields_.impPredictors, without(numeric, fields_.impTargets.get()),
                        numeric.size());
@@ -45,7 +44,7 @@ void ImputationForm::seed() {
 void ImputationForm::addTo(SetupForm& form) {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     const List numeric = numericVariables(state_.dataset());
-    const List incomplete = SuitedVariables::withMissingValues(numeric);
+    const List incomplete = lackingNumbers(numeric, state_.dataset());
     form.controls.emplace_back(wordPicker("Method", fields_.impMethod,
                                           {{"mice", "Multiple imputation (chained equations)"},
                                            {"mean", "Mean, once"},

@@ -41,6 +41,14 @@ std::int64_t rowsWithoutNumber(const ImportedDataset& dataset, const std::string
     return static_cast<std::int64_t>(without);
 }
 
+List lackingNumbers(const List& list, const ImportedDataset& dataset) {
+    List result;
+    std::ranges::copy_if(list, std::back_inserter(result), [&dataset](const DataVariable* each) {
+        return each->missingCount > 0 || rowsWithoutNumber(dataset, each->name) > 0;
+    });
+    return result;
+}
+
 List among(const List& list, const NameSet& names) {
     List result;
     std::ranges::copy_if(list, std::back_inserter(result), [&names](const DataVariable* variable) {

@@ -33,6 +33,9 @@ struct ImputationModel {
 /// The rows that imputation would have to fill: missing values, and texts that are no numbers.
 std::int64_t rowsWithoutNumber(const ImportedDataset& dataset, const std::string& name);
 
+/// Those of the list that have such rows.
+VariableLists::List lackingNumbers(const VariableLists::List& list, const ImportedDataset& dataset);
+
 /// Those of the list that the set names.
 VariableLists::List among(const VariableLists::List& list, const NameSet& names);
 

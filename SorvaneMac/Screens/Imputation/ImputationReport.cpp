@@ -43,10 +43,8 @@ std::vector<std::string> warnings(const ImputationRun& run) {
             "There are no predictors, so that the imputed values know nothing of their cases. "
             "Check variables that go with the one to impute and run it again.");
     }
-    const std::vector<std::string> unfitted =
-        names(run, [](const ImputedVariable& each) { return each.stepsWithoutFit > 0; });
-    if (!unfitted.empty()) {
-        cautions.push_back("Values of " + ResultText::listed(unfitted) +
+    if (!run.unpredicted.empty()) {
+        cautions.push_back("Values of " + ResultText::listed(run.unpredicted) +
                            " could not be predicted in some or all steps and then kept what they "
                            "held, at the start the mean: predictors are collinear or constant, or "
                            "there are too few cases. Take predictors out and run it again.");

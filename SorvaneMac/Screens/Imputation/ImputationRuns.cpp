@@ -82,8 +82,12 @@ std::optional<ImputationRun> imputed(const ImputationModel& model,
     }
     ImputationRun run{.targets = model.targets,
                       .excluded = model.excluded,
+                      .unpredicted = {},
                       .rows = static_cast<std::int64_t>(columns.front().size())};
     for (std::size_t i = 0; i < model.names.size(); ++i) {
+        if (imputation->trace.stepsWithoutFit[i] > 0) {
+            run.unpredicted.push_back(model.names[i]);
+        }
         if (std::ranges::find(model.targets, model.names[i]) != model.targets.end()) {
             run.variables.push_back(variableOf(model.names[i], columns[i], *imputation, i));
         }

@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -29,6 +30,15 @@ bool leavesTheUnitInterval(const WeightedEstimate& estimate) {
 
 bool hasNoError(const WeightedEstimate& estimate) {
     return !isBlocked(estimate) && estimate.standardError == 0.0;
+}
+
+/// Whether an estimate of a subgroup is cautioned against where that of all is not: replicates have
+/// passed it by.
+bool isPassedBy(const WeightedEstimate& estimate, const WeightedEstimate& all) {
+    return !isBlocked(estimate) && !hasNoError(estimate) &&
+           std::ranges::any_of(estimate.readiness.issues, [&all](const auto& issue) {
+               return std::ranges::find(all.readiness.issues, issue) == all.readiness.issues.end();
+           });
 }
 
 /// The first of the names, and how many more there are.
@@ -71,6 +81,10 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
     add("All cases of these subgroups lie in one PSU, or have one value. Their standard error of "
         "zero says nothing of how sure the estimate is: ",
         hasNoError);
+    add("Some replicates give no weight to these subgroups and add nothing to their standard "
+        "errors, "
+        "which may be too small: ",
+        [&run](const WeightedEstimate& estimate) { return isPassedBy(estimate, run.estimate); });
     add("The standard error exceeds 30% of the estimate in these subgroups: ", isUnsure);
 }
 
