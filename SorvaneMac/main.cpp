@@ -18,6 +18,7 @@
 #include "SorvaneMac/Screens/StudioScreens.h"
 #include "SorvaneMac/Shell/ChartImages.h"
 #include "SorvaneMac/Shell/ReviewDesk.h"
+#include "SorvaneMac/Shell/ScriptedReview.h"
 #include "SorvaneMac/Shell/Window.h"
 
 namespace {
@@ -110,7 +111,8 @@ void letEventsPass(const std::function<bool()>& holds) {
 ProgramParts programParts() {
     return {.resources = resourceDirectory(),
             .drawFigure = &chartPng,
-            .drafting = {.makeGenerator = &generatorOf, .waitUntil = &letEventsPass}};
+            .drafting = {.makeGenerator = &generatorOf, .waitUntil = &letEventsPass},
+            .liveReview = &offerLiveReview};
 }
 
 int runCommandLine(const std::vector<std::string>& words, int& count, char** arguments) {

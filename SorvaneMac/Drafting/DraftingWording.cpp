@@ -65,9 +65,9 @@ std::string foreignNumbers(const std::vector<std::string>& numbers) {
         listed += (listed.empty() ? "" : ", ") + each;
     }
     return numbers.size() == 1 ? "This number is not in the findings: " + listed +
-                                     ". Check it before you use the text."
+                                     ". Check it and its sign before you use the text."
                                : "These numbers are not in the findings: " + listed +
-                                     ". Check them before you use the text.";
+                                     ". Check them and their signs before you use the text.";
 }
 
 }  // namespace sorvane::DraftingWording

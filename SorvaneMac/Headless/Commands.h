@@ -32,6 +32,7 @@ struct ProgramParts {
     /// Absent where nothing can draw.
     FigureDrawing drawFigure;
     DraftingHost drafting{};
+    LiveReviewHost liveReview{};
 };
 
 /// The commands that need no window, by their words after the program's name.

@@ -66,7 +66,11 @@ ExitStatus performScript(StudioState& state,
                         {.folder = run.script.parent_path(),
                          .output = run.output,
                          .drawFigure = program.drawFigure,
-                         .drafting = program.drafting});
+                         .drafting = program.drafting,
+                         .liveReview = program.liveReview,
+                         .say = [&streams](const std::string& line) {
+                             streams.error << line << std::endl;
+                         }});
     for (const Json& step : (*script)["steps"]) {
         const StepOutcome outcome = runner.perform(step);
         streams.out << outcome.report.dump(-1, ' ', false, Json::error_handler_t::replace)

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <limits>
 
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Drafting/DraftBoard.h"
 #include "SorvaneMac/Headless/StepRefused.h"
 #include "SorvaneMac/Headless/StudioScript.h"
@@ -21,6 +23,13 @@ struct DraftStep {
     std::optional<IntelligenceRefinement> refinement{};
 };
 BOOST_DESCRIBE_STRUCT(DraftStep, (), (finding, refinement))
+
+struct LiveStep {
+    std::optional<std::int64_t> clients{};
+    std::optional<double> seconds{};
+    std::optional<std::int64_t> port{};
+};
+BOOST_DESCRIBE_STRUCT(LiveStep, (), (clients, seconds, port))
 
 /// Stands where the program lends nothing that drafts.
 class NoGenerator final : public TextGenerator {
@@ -51,6 +60,22 @@ void ask(DraftBoard& board, const StudioState& state, const DraftStep& step) {
     board.interpret(*finding);
 }
 
+LiveReviewRequest requested(const LiveStep& step) {
+    constexpr double longest = 86'400.0;
+    LiveReviewRequest request;
+    request.clients = step.clients.value_or(request.clients);
+    request.seconds = step.seconds.value_or(request.seconds);
+    const std::int64_t port = step.port.value_or(request.port);
+    if (request.clients < 1 || !(request.seconds > 0.0 && request.seconds <= longest) || port < 0 ||
+        port > std::numeric_limits<std::uint16_t>::max()) {
+        throw StepRefused(
+            "The step \"live\" takes 1 client or more, a day's seconds at most, and a port up to "
+            "65535.");
+    }
+    request.port = static_cast<std::uint16_t>(port);
+    return request;
+}
+
 }  // namespace
 
 Json StudioScript::exportPacket(const Json& argument) {
@@ -70,6 +95,31 @@ Json StudioScript::exportPacket(const Json& argument) {
     }
     Json gave = Json::object();
     gave["file"] = file.string();
+    return gave;
+}
+
+Json StudioScript::presentLive(const Json& argument) {
+    LiveReviewRequest request = requested(argumentOf<LiveStep>(argument));
+    if (!files_.liveReview) {
+        throw StepRefused("This program cannot offer a live review here.");
+    }
+    request.began = [this](const std::string& pairCode, std::uint16_t port) {
+        if (files_.say) {
+            files_.say("Live review on port " + NumberText::integer(port) + ", pair code " +
+                       pairCode + ".");
+        }
+    };
+    const LiveReviewOutcome outcome = files_.liveReview(state_, request);
+    if (outcome.failure) {
+        throw StepRefused(*outcome.failure);
+    }
+    if (outcome.clients < request.clients) {
+        throw StepRefused("The time was over when " + NumberText::integer(outcome.clients) +
+                          " of " + NumberText::integer(request.clients) +
+                          " clients had the packet.");
+    }
+    Json gave = Json::object();
+    gave["clients"] = outcome.clients;
     return gave;
 }
 

@@ -89,7 +89,7 @@ Json StudioScript::performNamed(const std::string& name, const Json& argument) {
         {"assemble", &StudioScript::assemble}, {"export", &StudioScript::exportReport},
         {"csv", &StudioScript::exportCSV},     {"open", &StudioScript::openProject},
         {"save", &StudioScript::saveProject},  {"packet", &StudioScript::exportPacket},
-        {"draft", &StudioScript::draft}};
+        {"draft", &StudioScript::draft},       {"live", &StudioScript::presentLive}};
     const auto step = steps.find(name);
     if (step == steps.end()) {
         throw StepRefused("There is no step \"" + name + "\" in this version.");

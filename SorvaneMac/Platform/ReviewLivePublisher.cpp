@@ -259,6 +259,10 @@ int BriselReviewLivePublisher::connectedClients() const {
     return inside_->connectedClients;
 }
 
+int BriselReviewLivePublisher::clientsBeingServed() const {
+    return static_cast<int>(inside_->served.size());
+}
+
 const std::string& BriselReviewLivePublisher::macHostName() const {
     return inside_->macHostName;
 }
@@ -311,11 +315,14 @@ bool presentOnIPad(StudioState& state, BriselReviewLivePublisher& publisher) {
     return true;
 }
 
-void publishLive(const StudioState& state, BriselReviewLivePublisher& publisher) {
+bool publishLive(const StudioState& state, BriselReviewLivePublisher& publisher) {
     using namespace ReviewBundleExporter;  // NOLINT(google-build-using-namespace)
-    if (std::optional<std::string> packet = encode(build(state, DataPreview::leadingRows))) {
-        publisher.setLatestPayload(*std::move(packet));
+    std::optional<std::string> packet = encode(build(state, DataPreview::leadingRows));
+    if (!packet) {
+        return false;
     }
+    publisher.setLatestPayload(*std::move(packet));
+    return true;
 }
 
 }  // namespace sorvane

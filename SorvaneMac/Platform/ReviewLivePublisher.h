@@ -45,8 +45,11 @@ public:
     /// Four digits while publishing.
     const std::optional<std::string>& pairCode() const;
     bool isPublishing() const;
-    /// The clients that passed the check since the start, less those whose connection failed.
+    /// The clients that passed the check since the start, less those of them whose connection
+    /// failed. Clients that never passed do not count, however their connection ends.
     int connectedClients() const;
+    /// Those to whom the packet is still on its way.
+    int clientsBeingServed() const;
     const std::string& macHostName() const;
     /// The address under which the local network knows this machine; the host's name without one.
     std::string address() const;
@@ -74,6 +77,8 @@ private:
 bool presentOnIPad(StudioState& state, BriselReviewLivePublisher& publisher);
 
 /// Builds the packet anew, for clients from now on; where it cannot be built the old one stays.
-void publishLive(const StudioState& state, BriselReviewLivePublisher& publisher);
+///
+/// Returns    whether it could be built
+bool publishLive(const StudioState& state, BriselReviewLivePublisher& publisher);
 
 }  // namespace sorvane

@@ -21,6 +21,11 @@ std::string served(int clients) {
                         : NumberText::integer(clients) + " iPads have connected.";
 }
 
+std::string updated(std::string_view time) {
+    return "The packet shows the workspace as of " + std::string(time) +
+           ". An iPad that has it already connects again to get it.";
+}
+
 std::string notListening(std::string_view why) {
     return "Live review cannot be offered: " + std::string(why) +
            ". The packet can be exported as a file instead.";

@@ -27,8 +27,10 @@ inline constexpr std::string_view stop = "Stop broadcasting";
 std::string exportFailed(std::string_view why);
 std::string finishing(std::string_view path);
 std::string exported(std::string_view path);
-/// How many clients got the packet.
+/// How many clients gave the right code.
 std::string served(int clients);
+/// The packet was built anew, at a time of day.
+std::string updated(std::string_view time);
 /// Live review could not begin, or broke off.
 std::string notListening(std::string_view why);
 /// This machine does not announce itself; `host` is what to type instead.

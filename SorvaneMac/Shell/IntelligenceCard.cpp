@@ -119,22 +119,17 @@ void IntelligenceCard::addFeedback() {
     using enum IntelligenceFeedback::Rating;
     helpful_ = Labels::line(qtText(DraftingWording::helpful), "quiet");
     thanks_ = Labels::line(qtText(DraftingWording::thanks), "quiet");
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Theme::px(8));
+    auto* row = new WrapLayout(Theme::px(8));
     row->addWidget(helpful_);
-    const std::pair<const char*, std::string_view> labels[] = {
-        {"Yes", DraftingWording::rateHelpful}, {"No", DraftingWording::rateNotHelpful}};
-    for (const auto& each : labels) {
-        const IntelligenceFeedback::Rating rating = ratings_.empty() ? helpful : notHelpful;
-        QPushButton* button = Buttons::make(
-            each.first, [this, rating] { rate(rating); }, Buttons::Weight::tool);
-        button->setAccessibleName(qtText(each.second));
-        button->setToolTip(qtText(each.second));
-        row->addWidget(button);
-        ratings_.push_back(button);
+    const std::pair<std::string_view, IntelligenceFeedback::Rating> offered[] = {
+        {DraftingWording::rateHelpful, helpful}, {DraftingWording::rateNotHelpful, notHelpful}};
+    for (const auto& each : offered) {
+        const IntelligenceFeedback::Rating rating = each.second;
+        ratings_.push_back(Buttons::make(
+            qtText(each.first), [this, rating] { rate(rating); }, Buttons::Weight::link));
+        row->addWidget(ratings_.back());
     }
     row->addWidget(thanks_);
-    row->addStretch(1);
     body().addLayout(row);
 }
 

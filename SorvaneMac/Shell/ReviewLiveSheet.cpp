@@ -2,7 +2,9 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
+#include <QTime>
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Review/ReviewWording.h"
@@ -30,13 +32,14 @@ QString spelled(const std::string& code) {
 
 BriselReviewLiveSheet::BriselReviewLiveSheet(QWidget* parent,
                                              BriselReviewLivePublisher& publisher,
-                                             std::function<void()> onExportPacket)
+                                             Actions actions)
     : QDialog(parent),
       publisher_(publisher),
       lead_(Labels::text(qtText(ReviewWording::sheetText))),
       code_(Labels::line("")),
       host_(Labels::text("", "small")),
       state_(Labels::text("", "strong")),
+      updated_(Labels::text("", "small")),
       problem_(Labels::text("", "caution")),
       failure_(Labels::text("", "error")) {
     setWindowTitle("Present on iPad");
@@ -52,19 +55,35 @@ BriselReviewLiveSheet::BriselReviewLiveSheet(QWidget* parent,
     code_->setAlignment(Qt::AlignCenter);
     host_->setAlignment(Qt::AlignCenter);
     state_->setAlignment(Qt::AlignCenter);
-    for (QLabel* label : {lead_, code_, host_, state_, problem_, failure_}) {
+    updated_->setAlignment(Qt::AlignCenter);
+    for (QLabel* label : {lead_, code_, host_, state_, updated_, problem_, failure_}) {
         column->addWidget(label);
     }
     column->addStretch(1);
+    addButtons(std::move(actions));
+    changes_ = publisher_.observe([this] { refresh(); });
+    refresh();
+}
+
+void BriselReviewLiveSheet::addButtons(Actions actions) {
     auto* row = new QHBoxLayout;
-    row->addWidget(Buttons::make("Export packet…", std::move(onExportPacket)));
+    row->addWidget(Buttons::make("Export packet…", std::move(actions.onExportPacket)));
+    update_ = Buttons::make(
+        "Update packet",
+        [this, onUpdatePacket = std::move(actions.onUpdatePacket)] { renew(onUpdatePacket); });
+    update_->setToolTip("Offers the workspace as it stands now; the code stays");
+    row->addWidget(update_);
     row->addStretch(1);
     stop_ = Buttons::make(
         qtText(ReviewWording::stop), [this] { close(); }, Buttons::Weight::primary);
     row->addWidget(stop_);
-    column->addLayout(row);
-    changes_ = publisher_.observe([this] { refresh(); });
-    refresh();
+    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+void BriselReviewLiveSheet::renew(const std::function<bool()>& onUpdatePacket) {
+    const QString now = QLocale::c().toString(QTime::currentTime(), "HH:mm:ss");
+    updated_->setText(qtText(onUpdatePacket() ? ReviewWording::updated(utf8(now))
+                                              : std::string(ReviewWording::notBuilt)));
 }
 
 void BriselReviewLiveSheet::done(int result) {
@@ -76,8 +95,13 @@ void BriselReviewLiveSheet::done(int result) {
 void BriselReviewLiveSheet::refresh() {
     const bool isOn = publisher_.isPublishing();
     const std::string code = publisher_.pairCode().value_or("");
-    for (QLabel* label : {lead_, code_, host_, state_}) {
-        label->setVisible(isOn);
+    for (QWidget* each :
+         std::initializer_list<QWidget*>{lead_, code_, host_, state_, updated_, update_}) {
+        each->setVisible(isOn);
+    }
+    if (code_->text() != spelled(code)) {
+        // Another start has a packet of its own.
+        updated_->clear();
     }
     code_->setText(spelled(code));
     code_->setAccessibleName("Pair code " + spelled(code));

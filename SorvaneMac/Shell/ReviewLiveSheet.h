@@ -16,14 +16,20 @@ namespace sorvane {
 /// Closing it, in whatever way, ends the publishing.
 class BriselReviewLiveSheet final : public QDialog {
 public:
-    /// `onExportPacket` writes the packet to a file instead.
-    BriselReviewLiveSheet(QWidget* parent,
-                          BriselReviewLivePublisher& publisher,
-                          std::function<void()> onExportPacket);
+    struct Actions {
+        /// Writes the packet to a file instead.
+        std::function<void()> onExportPacket;
+        /// Builds the packet anew; says whether it could be built.
+        std::function<bool()> onUpdatePacket;
+    };
+
+    BriselReviewLiveSheet(QWidget* parent, BriselReviewLivePublisher& publisher, Actions actions);
 
     void done(int result) override;
 
 private:
+    void addButtons(Actions actions);
+    void renew(const std::function<bool()>& onUpdatePacket);
     void refresh();
 
     BriselReviewLivePublisher& publisher_;
@@ -31,9 +37,11 @@ private:
     QLabel* code_;
     QLabel* host_;
     QLabel* state_;
+    QLabel* updated_;
     QLabel* problem_;
     QLabel* failure_;
-    QPushButton* stop_;
+    QPushButton* update_ = nullptr;
+    QPushButton* stop_ = nullptr;
     Subscription changes_;
 };
 

@@ -40,7 +40,12 @@ void presentOnIPad(QWidget* parent, Workspace& workspace) {
     }
     auto* sheet = new BriselReviewLiveSheet(
         parent->window(), publisher,
-        [window = parent->window(), &workspace] { exportToIPad(window, workspace); });
+        {.onExportPacket = [window = parent->window(),
+                            &workspace] { exportToIPad(window, workspace); },
+         .onUpdatePacket =
+             [&workspace, &publisher] {
+                 return publishLive(workspace.state, publisher);
+             }});
     workspace.desk->sheet = sheet;
     sheet->show();
 }

@@ -98,8 +98,9 @@ TEST_F(IntelligenceServiceTest, TheBoardKeepsItsTextWhileNothingCanBeAsked) {
     finding.apaSummary = "r = -.45";
     board.interpret(finding);
     generator_.answer("They rise together, r = .45.");
-    EXPECT_EQ(board.flag(),
-              "This number is not in the findings: .45. Check it before you use the text.");
+    EXPECT_EQ(
+        board.flag(),
+        "This number is not in the findings: .45. Check it and its sign before you use the text.");
     generator_.reason = "off";
     changes = 0;
     board.refine(IntelligenceRefinement::shorter);

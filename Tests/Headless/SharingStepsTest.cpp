@@ -44,6 +44,8 @@ protected:
         std::filesystem::temp_directory_path() / Uuid::fresh().text();
     FakeGenerator model_;
     std::string answer_ = "Plain words.";
+    LiveReviewOutcome live_{.clients = 2};
+    std::string said_;
     StudioState state_{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
     StudioScreens screens_{state_};
     StudioScript script_{
@@ -52,14 +54,23 @@ protected:
         {.folder = folder_,
          .output = folder_,
          .drawFigure = nullptr,
-         .drafting = {
-             .makeGenerator = [this](StudioState&) { return std::make_unique<Lent>(model_); },
-             .waitUntil =
-                 [this](const std::function<bool()>& holds) {
-                     while (!holds()) {
-                         model_.answer(answer_);
-                     }
-                 }}}};
+         .drafting = {.makeGenerator =
+                          [this](StudioState&) { return std::make_unique<Lent>(model_); },
+                      .waitUntil =
+                          [this](const std::function<bool()>& holds) {
+                              while (!holds()) {
+                                  model_.answer(answer_);
+                              }
+                          }},
+         .liveReview =
+             [this](StudioState&, const LiveReviewRequest& request) {
+                 request.began("0427", request.port);
+                 return live_;
+             },
+         .say =
+             [this](const std::string& line) {
+                 said_ += line;
+             }}};
 };
 
 TEST_F(SharingSteps, WriteAPacketAndWaitForItsPlainLanguage) {
@@ -84,13 +95,32 @@ TEST_F(SharingSteps, DraftAndFlagNumbersOfTheModelsOwn) {
     const StepOutcome outcome = perform(R"({"draft": {"refinement": "simpler"}})");
     EXPECT_EQ(outcome.refusal, std::nullopt);
     EXPECT_EQ(outcome.report["text"], "Some 987 people.");
-    EXPECT_EQ(outcome.report["flag"],
-              "This number is not in the findings: 987. Check it before you use the text.");
+    EXPECT_EQ(
+        outcome.report["flag"],
+        "This number is not in the findings: 987. Check it and its sign before you use the text.");
     EXPECT_EQ(model_.requests.size(), 2U);
     EXPECT_EQ(perform(R"({"draft": {"finding": "None"}})").refusal,
               "No staged finding has the title \"None\".");
     model_.reason = "This Mac does not support Apple Intelligence.";
     EXPECT_EQ(perform(R"({"draft": {}})").refusal, model_.reason);
+}
+
+TEST_F(SharingSteps, OfferALiveReviewAndTellItsCode) {
+    const StepOutcome outcome = perform(R"({"live": {"clients": 2, "port": 9848}})");
+    EXPECT_EQ(outcome.refusal, std::nullopt);
+    EXPECT_EQ(outcome.report["clients"], 2);
+    EXPECT_EQ(said_, "Live review on port 9848, pair code 0427.");
+    EXPECT_EQ(perform(R"({"live": {"clients": 3}})").refusal,
+              "The time was over when 2 of 3 clients had the packet.");
+    live_.failure = "Live review cannot be offered.";
+    EXPECT_EQ(perform(R"({"live": {}})").refusal, live_.failure);
+    for (const char* const wrong :
+         {R"({"clients": 0})", R"({"seconds": 0})", R"({"seconds": 1e9})", R"({"port": 65536})"}) {
+        EXPECT_TRUE(perform("{\"live\": " + std::string(wrong) + "}")
+                        .refusal.value_or("")
+                        .starts_with("The step \"live\" takes"))
+            << wrong;
+    }
 }
 
 }  // namespace

@@ -5,7 +5,9 @@
 
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Shell/IntelligenceCard.h"
+#include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/ReviewDesk.h"
+#include "SorvaneMac/Shell/ScriptedReview.h"
 #include "Tests/Shell/WindowFixture.h"
 
 namespace sorvane {
@@ -33,6 +35,22 @@ protected:
     }
     std::string status() const { return state_.saveStatusMessage->value_or(""); }
     ReviewDesk& desk() { return *window_.workspace().desk; }
+    /// Presses a button of the sheet.
+    void press(const QString& label) {
+        const QList<QPushButton*> buttons = desk().sheet->findChildren<QPushButton*>();
+        const auto found = std::ranges::find(buttons, label, &QPushButton::text);
+        ASSERT_TRUE(found != buttons.end()) << utf8(label);
+        (*found)->click();
+    }
+    /// The packet that a client gets.
+    static Json received(std::uint16_t port, const std::string& code) {
+        QTcpSocket client;
+        client.connectToHost(QHostAddress::LocalHost, port);
+        client.write(QByteArray::fromStdString("PAIR" + code));
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return client.state() == QAbstractSocket::UnconnectedState; }, 30'000));
+        return Json::parse(client.readAll().mid(4).toStdString());
+    }
     bool sheetSays(const QString& text) {
         const QList<QLabel*> labels = desk().sheet->findChildren<QLabel*>();
         return std::ranges::any_of(labels, [&](const QLabel* each) {
@@ -66,22 +84,44 @@ TEST_F(SharingTest, TheSheetShowsTheCodeCountsClientsAndEndsThePublishing) {
     EXPECT_TRUE(
         sheetSays(QString("%1 %2 %3 %4").arg(code[0]).arg(code[1]).arg(code[2]).arg(code[3])));
     EXPECT_TRUE(sheetSays("Waiting for iPad…"));
-    QTcpSocket client;
-    client.connectToHost(QHostAddress::LocalHost, publisher.port());
-    client.write(QByteArray::fromStdString("PAIR" + code));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return client.state() == QAbstractSocket::UnconnectedState; },
-                                30'000));
-    const Json packet = Json::parse(client.readAll().mid(4).toStdString());
+    const Json packet = received(publisher.port(), code);
     EXPECT_EQ(packet["previewRows"].size(), 3U);
+    EXPECT_EQ(packet["findings"].size(), 1U);
     EXPECT_TRUE(sheetSays("1 iPad has connected."));
-    for (QPushButton* each : desk().sheet->findChildren<QPushButton*>()) {
-        if (each->text() == "Stop broadcasting") {
-            each->click();
-            break;
-        }
-    }
+    state_.clearReport();
+    press("Update packet");
+    EXPECT_EQ(*publisher.pairCode(), code);
+    EXPECT_TRUE(received(publisher.port(), code)["findings"].empty());
+    press("Stop broadcasting");
     EXPECT_FALSE(publisher.isPublishing());
     EXPECT_TRUE(QTest::qWaitFor([&] { return desk().sheet.isNull(); }, 30'000));
+}
+
+TEST_F(SharingTest, AScriptOffersALiveReviewAndWaitsForItsClients) {
+    std::unique_ptr<QTcpSocket> client = std::make_unique<QTcpSocket>();
+    LiveReviewRequest request{.port = 0, .seconds = 30.0};
+    request.began = [&client](const std::string& pairCode, std::uint16_t port) {
+        client->connectToHost(QHostAddress::LocalHost, port);
+        client->write(QByteArray::fromStdString("PAIR" + pairCode));
+    };
+    const LiveReviewOutcome outcome = offerLiveReview(state_, request);
+    EXPECT_EQ(outcome.clients, 1);
+    EXPECT_EQ(outcome.failure, std::nullopt);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&client] { return client->state() == QAbstractSocket::UnconnectedState; }, 30'000));
+    EXPECT_EQ(Json::parse(client->readAll().mid(4).toStdString())["rowCount"], 3);
+    request.seconds = 0.01;
+    request.began = [](const std::string&, std::uint16_t) {
+    };
+    EXPECT_EQ(offerLiveReview(state_, request).clients, 0);
+}
+
+TEST(Leading, CutsNoCharacterInTwo) {
+    const QString text = QString::fromUtf8("ab\U0001F600c");
+    EXPECT_EQ(leading(text, 3), "ab");
+    EXPECT_EQ(leading(text, 4), QString::fromUtf8("ab\U0001F600"));
+    EXPECT_EQ(leading(text, 5), text);
+    EXPECT_EQ(leading(text, 9), text);
 }
 
 TEST_F(SharingTest, DraftsWithALocalServerFlagsItsNumbersAndTakesARating) {
@@ -109,9 +149,10 @@ TEST_F(SharingTest, DraftsWithALocalServerFlagsItsNumbersAndTakesARating) {
     click("Draft");
     EXPECT_TRUE(QTest::qWaitFor([this] { return button("Shorter") != nullptr; }, 30'000));
     EXPECT_TRUE(says("They differ by 3."));
-    EXPECT_TRUE(says("This number is not in the findings: 3. Check it before you use the text."));
+    EXPECT_TRUE(says(
+        "This number is not in the findings: 3. Check it and its sign before you use the text."));
     EXPECT_TRUE(says("Helpful?"));
-    click("Yes");
+    click("Rate this response helpful");
     EXPECT_TRUE(says("Thanks for the feedback."));
     EXPECT_FALSE(says("Helpful?"));
     EXPECT_EQ(state_.defaults().value("sv.intelligence.feedback.up"), 1);
