@@ -22,6 +22,7 @@ TEST(DataCleaning, ABoundIsInRange) {
     EXPECT_EQ(DataCleaning::outOfRange(values, none, 5).flaggedCount, 2);
     EXPECT_EQ(DataCleaning::outOfRange(NumericColumn(Numbers{none}), 1, 5), OutOfRangeReport());
     EXPECT_EQ(DataCleaning::clampToMissing(values, 1, none), (Numbers{1, none, 5, none, 6, 55}));
+    EXPECT_EQ(DataCleaning::clampToMissing(values, none, 5), (Numbers{1, none, 5, 0, none, none}));
 }
 
 TEST(DataCleaning, FencesAreInside) {
@@ -38,6 +39,21 @@ TEST(DataCleaning, FencesAreInside) {
     const OutlierReport deviations =
         DataCleaning::outliers(NumericColumn(far), OutlierMethod::zScore);
     EXPECT_EQ(deviations.flaggedIndices, Rows{9});
+    far[9] = -500.0;
+    EXPECT_EQ(DataCleaning::outliers(NumericColumn(far), OutlierMethod::zScore).flaggedIndices,
+              Rows{9})
+        << "on either side";
+
+    // R: quantile(v, c(.25, .75)) are 4 and 5.5; mean(v) + c(-3, 3) * sd(v).
+    const NumericColumn known(Numbers{2, 4, 4, 4, 5, 5, 7, 9, none});
+    const OutlierReport fences = DataCleaning::outliers(known, OutlierMethod::iqr);
+    EXPECT_EQ(fences.lowerFence, 1.75);
+    EXPECT_EQ(fences.upperFence, 7.75);
+    EXPECT_EQ(fences.flaggedIndices, Rows{7});
+    const OutlierReport reach = DataCleaning::outliers(known, OutlierMethod::zScore);
+    EXPECT_NEAR(reach.lowerFence.value_or(0.0), -1.41426980589819, 1e-12);
+    EXPECT_NEAR(reach.upperFence.value_or(0.0), 11.41426980589819, 1e-12);
+    EXPECT_EQ(reach.flaggedCount, 0);
     for (const OutlierMethod method : {OutlierMethod::iqr, OutlierMethod::zScore}) {
         for (const Numbers& quiet : {Numbers{}, Numbers{5}, Numbers{5, 5, 5}}) {
             EXPECT_EQ(DataCleaning::outliers(NumericColumn(quiet), method).flaggedCount, 0);

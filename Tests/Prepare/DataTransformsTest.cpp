@@ -93,6 +93,9 @@ TEST(DataTransforms, TheFirstRuleThatFitsDecides) {
 TEST(DataTransforms, AReversalLeavesNothingOffTheScale) {
     EXPECT_EQ(DataTransforms::reverseCode(coded({"1", "5", "3.5", "6", "0", ""}), 1, 5),
               (Numbers{5.0, 1.0, 2.5, none, none, none}));
+    EXPECT_EQ(DataTransforms::reverseCode(coded({"0", "4", "-1", "na", "1", "3"}), 0, 4),
+              (Numbers{4.0, 0.0, none, none, 3.0, 1.0}))
+        << "a scale that begins at nought";
 }
 
 TEST(ComputedVariableBuilder, RoundsTheRequiredAnswersUp) {
@@ -147,6 +150,10 @@ TEST(BinnedVariableBuilder, CutsAtEdgesAndKeepsRowsInPlace) {
               (Texts{"1: 1 to 7", "2: 7 to 7", "1: 1 to 7", "", "2: 7 to 7"}));
     EXPECT_EQ(cellsOf(*quantile(coded({"2", "1"}), 5)), (Texts{"2: 2 to 2", "1: 1 to 1"}));
     EXPECT_EQ(cellsOf(*quantile(coded({""}), 3)), Texts{""});
+    EXPECT_EQ(cellsOf(*quantile(coded({"7", "6", "5", "4", "3", "2", "1"}), 3)),
+              (Texts{"3: 6 to 7", "3: 6 to 7", "2: 4 to 5", "2: 4 to 5", "1: 1 to 3", "1: 1 to 3",
+                     "1: 1 to 3"}))
+        << "the lower bands take what does not divide";
 }
 
 TEST(DerivedValueFormatter, WritesFourDecimalsAtMost) {
