@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -66,6 +67,54 @@ TEST(DatasetGridEditor, WritesACellAsAFullRefreshWouldFindIt) {
     EXPECT_EQ(dataset.importMetadata.sourceKind, ImportSourceKind::csv);
     EXPECT_TRUE(dataset.importMetadata.issues.empty());
     EXPECT_EQ(dataset.importMetadata.rowSummaries[2].sourceRowNumber, 4);
+}
+
+TEST(DatasetGridEditor, EveryEditKeepsWhatTheUserSettledAndTheFileToldOf) {
+    ImportedDataset dataset = CSVImporter().importCSV("survey", "q1,q2\n1,4\n2,5\n3,1\n");
+    DataVariable& settled = dataset.variables[0];
+    settled.label = "Felt calm";
+    settled.valueLabels = ValueLabels{{"1", "never"}};
+    settled.assignedConstruct = "calm";
+    settled.scaleRange = ScaleRange{.minimum = 0, .maximum = 9};
+    settled.assignedType = VariableKind::rubricItem;
+    settled.includeInReliability = true;
+    settled.includeInDescriptives = false;
+    const std::vector<std::size_t> doubtful = {1};
+    ImportCautions::add({.implausible = doubtful, .shifted = {}}, dataset);
+    dataset.importMetadata.notes = {{"Encoding: UTF-8."}};
+    const DataVariable before = settled;
+    const std::vector<Texts> block = {{"7", "8"}, {"9"}};
+    const Texts more = {"q3", "q4"};
+    const std::vector<std::function<void()>> edits = {
+        [&] { DatasetGridEditor::setCell(dataset, 0, 0, "5"); },
+        [&] { DatasetGridEditor::resizeRows(dataset, 5); },
+        [&] { DatasetGridEditor::appendColumns(dataset, more); },
+        [&] {
+            DatasetGridEditor::writeBlock(dataset, 1, 0, block);
+        }};
+    for (const auto& edit : edits) {
+        edit();
+        const DataVariable& after = dataset.variables[0];
+        EXPECT_EQ(after.id, before.id);
+        EXPECT_EQ(after.label, before.label);
+        EXPECT_EQ(after.valueLabels, before.valueLabels);
+        EXPECT_EQ(after.assignedConstruct, before.assignedConstruct);
+        EXPECT_EQ(after.scaleRange, before.scaleRange);
+        EXPECT_EQ(after.assignedType, before.assignedType);
+        EXPECT_TRUE(after.includeInReliability);
+        EXPECT_FALSE(after.includeInDescriptives);
+        ASSERT_TRUE(dataset.importMetadata.cautions);
+        EXPECT_EQ(dataset.importMetadata.cautions->front().columnNames, Texts{"q2"});
+        EXPECT_EQ(dataset.importMetadata.notes, Texts{"Encoding: UTF-8."});
+    }
+    EXPECT_EQ(dataset.headers, (Texts{"q1", "q2", "q3", "q4"}));
+    EXPECT_EQ(dataset.rows.row(0).texts(), (Texts{"5", "4", "", ""}));
+    EXPECT_EQ(dataset.rows.row(1).texts(), (Texts{"7", "8", "", ""}));
+    EXPECT_EQ(dataset.rows.row(2).texts(), (Texts{"9", "1", "", ""})) << "a short line ends early";
+    EXPECT_EQ(dataset.rows.rowCount(), 5U);
+    EXPECT_EQ(dataset.variables[0].missingCount, 2);
+    EXPECT_EQ(dataset.importMetadata.totalCellCount, 20);
+    EXPECT_EQ(dataset.importMetadata.columnSummaries[3].missingCount, 5);
 }
 
 TEST(DatasetGridEditor, LeavesTheColumnsThatWereNotTouchedAlone) {

@@ -33,7 +33,11 @@ TEST(DerivedColumns, TheRecordFollowsTheCellsAndKeepsItsSource) {
     EXPECT_EQ(made.inferredType, VariableKind::outcome);
     EXPECT_EQ(made.warnings, std::vector<std::string>{"Made."});
     EXPECT_FALSE(made.includeInReliability);
+    EXPECT_TRUE(made.includeInDescriptives);
 
+    DerivedColumns::append(dataset, "key", TextColumn::blank(3), VariableKind::administrative, "");
+    EXPECT_FALSE(dataset.variables.back().includeInDescriptives);
+    DerivedColumns::remove(dataset, 4);
     DerivedColumns::remove(dataset, 3);
     EXPECT_EQ(dataset, before);
 }
@@ -43,6 +47,8 @@ TEST(DerivedColumns, AReplacedColumnKeepsWhatTheUserSettled) {
     dataset.variables[1].assignedType = VariableKind::rubricItem;
     dataset.variables[1].includeInReliability = true;
     dataset.variables[1].label = "Felt calm";
+    dataset.variables[1].assignedConstruct = "calm";
+    dataset.variables[1].includeInDescriptives = false;
     const Uuid id = dataset.variables[1].id;
     DerivedColumns::replace(dataset, 1, TextColumn::of(std::vector<std::string>{"1", "2"}),
                             "Made.");
@@ -50,6 +56,8 @@ TEST(DerivedColumns, AReplacedColumnKeepsWhatTheUserSettled) {
     EXPECT_EQ(dataset.variables[1].assignedType, VariableKind::rubricItem);
     EXPECT_TRUE(dataset.variables[1].includeInReliability);
     EXPECT_EQ(dataset.variables[1].label, "Felt calm");
+    EXPECT_EQ(dataset.variables[1].assignedConstruct, "calm");
+    EXPECT_FALSE(dataset.variables[1].includeInDescriptives);
     EXPECT_EQ(dataset.variables[1].numericSummary->maximum, 2.0);
     EXPECT_EQ(dataset.variables[1].missingCount, 1);
     EXPECT_EQ(dataset.rows.cell(2, 1), "");
@@ -62,6 +70,9 @@ TEST(DerivedColumns, WhatTheImportNotedStaysAndNamesTheColumnsAsTheyAreCalled) {
     ImportCautions::add({.implausible = doubtful, .shifted = {}}, dataset);
     DerivedColumns::append(dataset, "score", TextColumn::blank(3), VariableKind::outcome, "");
     DerivedColumns::rename(dataset, 1, "mood");
+    EXPECT_EQ(dataset.headers[1], "mood");
+    EXPECT_EQ(dataset.variables[1].name, "mood");
+    EXPECT_EQ(dataset.importMetadata.columnSummaries[1].header, "mood");
     DerivedColumns::remove(dataset, 0);
     EXPECT_EQ(dataset.importMetadata.notes, std::vector<std::string>{"Encoding: UTF-8."});
     ASSERT_TRUE(dataset.importMetadata.cautions);

@@ -137,6 +137,45 @@ TEST(ColumnProfile, IsTheSameInEitherForm) {
     EXPECT_EQ(characterCounts(*coded).total, characterCounts(*listed).total);
 }
 
+TEST(ColumnProfile, CountsEveryCellOfALevel) {
+    const Texts cells = {"2",
+                         "NA",
+                         "Yes",
+                         " yes",
+                         "2",
+                         "2.0",
+                         "n/a",
+                         "NA",
+                         "",
+                         "7",
+                         "-1",
+                         "YES",
+                         "caf\xC3\xA9 noir",
+                         "inf",
+                         "2"};
+    const auto column = TextColumn::of(cells);
+    const ColumnProfile& profile = column->profile();
+    EXPECT_EQ(profile.missingCount, 4);
+    EXPECT_EQ(profile.nonMissingCount, 11);
+    EXPECT_EQ(profile.uniqueCount, 7) << "2, yes, 2.0, 7, -1, the coffee, inf";
+    EXPECT_EQ(profile.numericCount, 7);
+    EXPECT_FALSE(profile.hasFraction);
+    EXPECT_EQ(profile.missingMarkers,
+              (std::map<std::string, std::int64_t>{{"", 1}, {"n/a", 1}, {"na", 2}}));
+    const CharacterCounts lengths = characterCounts(*column);
+    EXPECT_EQ(lengths.longest, 9U);
+    EXPECT_EQ(lengths.total, 3U * 1 + 3 + 4 + 3 + 1 + 2 + 3 + 9 + 3);
+
+    const Texts numbers = {"2", "2", "2", "5", "x", "0.5", "2"};
+    const NumericSummary summary = *TextColumn::of(numbers)->profile().numericSummary;
+    EXPECT_EQ(summary.minimum, 0.5);
+    EXPECT_EQ(summary.maximum, 5.0);
+    EXPECT_DOUBLE_EQ(summary.mean, 13.5 / 6.0);
+    EXPECT_TRUE(TextColumn::of(Texts{"0.5", "1"})->profile().hasFraction);
+    EXPECT_EQ(NumericColumn(TextColumn::of(numbers)).levelCounts(),
+              (std::vector<std::uint64_t>{4, 1, 1, 1}));
+}
+
 TEST(ColumnProfile, ShowsTheFirstFourPresentCells) {
     Texts cells = {"", "first", " NA ", "second", "second", "fourth"};
     EXPECT_EQ(TextColumn::of(cells)->profile().sampleValues,
