@@ -1,10 +1,13 @@
 #include "SorvaneCore/Models/FactorMixtureModel.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Models/FactorMixtureWording.h"
 #include "Tests/Analyses/CodedColumns.h"
 #include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
@@ -83,6 +86,108 @@ TEST(FactorMixtureModel, RepeatsFromItsSeedAndTurnsWithTheUnits) {
     EXPECT_TRUE(closeTo(turned->loadings[0], -1e-3 * first->loadings[0], {.relative = 1e-3}));
 }
 
+TEST(FactorMixtureModel, ReportsWhatItsParametersImply) {
+    const std::vector<Values> columns = answers(240, 2.0);
+    for (const std::int64_t classes : {1, 2}) {
+        const auto result = fitted(columns, classes);
+        ASSERT_TRUE(result);
+        double signal = 0.0;
+        double logDeterminant = 0.0;
+        for (std::size_t j = 0; j < 4; ++j) {
+            const double loading = result->loadings[j];
+            const double residual = result->residualVariances[j];
+            signal += loading * loading / residual;
+            logDeterminant += std::log(residual);
+            EXPECT_TRUE(closeTo(result->standardizedLoadings[j],
+                                loading / std::sqrt(loading * loading + residual)));
+        }
+        // Of x about the means of a class, after Sherman and Morrison.
+        logDeterminant += std::log1p(signal);
+        double logLikelihood = 0.0;
+        std::vector<double> meanPosterior(static_cast<std::size_t>(classes), 0.0);
+        for (std::size_t i = 0; i < 240; ++i) {
+            double density = 0.0;
+            double score = 0.0;
+            for (std::size_t k = 0; k < meanPosterior.size(); ++k) {
+                double squares = 0.0;
+                double along = 0.0;
+                for (std::size_t j = 0; j < 4; ++j) {
+                    const double apart = *columns[j][i] - result->classes[k].intercepts[j];
+                    squares += apart * apart / result->residualVariances[j];
+                    along += apart * result->loadings[j] / result->residualVariances[j];
+                }
+                const double distance = squares - along * along / (1.0 + signal);
+                density += result->classes[k].proportion *
+                           std::exp(-0.5 * (4.0 * std::log(2.0 * std::numbers::pi) +
+                                            logDeterminant + distance));
+                score += result->assignmentPosterior[i][k] * along / (1.0 + signal);
+            }
+            logLikelihood += std::log(density);
+            EXPECT_TRUE(closeTo(result->factorScores[i], score, {.absolute = 1e-4}));
+            const auto k = static_cast<std::size_t>(result->assignments[i]);
+            meanPosterior[k] += result->assignmentPosterior[i][k];
+        }
+        EXPECT_TRUE(closeTo(result->logLikelihood, logLikelihood, {.relative = 1e-7}));
+        for (std::size_t k = 0; k < meanPosterior.size(); ++k) {
+            EXPECT_TRUE(
+                closeTo(result->classes[k].meanPosterior,
+                        meanPosterior[k] / static_cast<double>(result->classes[k].assigned)));
+        }
+        const double parameters = classes == 1 ? 12.0 : 17.0;
+        EXPECT_EQ(result->parameterCount, static_cast<std::int64_t>(parameters));
+        EXPECT_TRUE(closeTo(result->aic, 2.0 * (parameters - result->logLikelihood)));
+        EXPECT_TRUE(
+            closeTo(result->bic, parameters * std::log(240.0) - 2.0 * result->logLikelihood));
+    }
+}
+
+TEST(FactorMixtureModel, TellsOfClassesThatOverlapAndOfAnIndicatorThatIsTheFactor) {
+    const auto overlaps = [](const FactorMixtureResult& result) {
+        return std::ranges::any_of(cautions(result.readiness), [](const std::string& text) {
+            return text.starts_with("The classes overlap (relative entropy 0.");
+        });
+    };
+    int clear = 0;
+    int poor = 0;
+    for (const double distance : {0.2, 0.6, 0.8}) {
+        const auto result = fitted(answers(300, distance), 2);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(overlaps(*result), result->entropy < 0.6) << result->entropy;
+        clear += result->entropy >= 0.6 && result->entropy < 0.9 ? 1 : 0;
+        poor += result->entropy < 0.6 ? 1 : 0;
+    }
+    EXPECT_GE(clear, 1);
+    EXPECT_GE(poor, 1);
+
+    std::vector<Values> same = answers(200, 0.0);
+    same[2] = same[0];
+    const Texts told = cautions(fitted(same, 1)->readiness);
+    ASSERT_FALSE(told.empty());
+    EXPECT_TRUE(std::ranges::any_of(told, [](const std::string& text) {
+        return text.starts_with("The residual variance of \"y1\" is at its lower bound");
+    })) << told.front();
+}
+
+TEST(FactorMixtureWording, CountsItsClasses) {
+    FactorMixtureResult result{.classCount = 2,
+                               .variableNames = {"a", "b", "c"},
+                               .classes = std::vector<FactorMixtureClass>(2),
+                               .logLikelihood = -812.345,
+                               .bic = 1700.125,
+                               .entropy = 0.8751,
+                               .n = 180};
+    EXPECT_EQ(FactorMixtureWording::summary(result),
+              "A factor mixture model with 2 classes and one common factor was fitted to 3 "
+              "indicators (n = 180), log-likelihood = -812.35, BIC = 1700.12, relative entropy = "
+              "0.88.");
+    result.classCount = 1;
+    result.classes.resize(1);
+    EXPECT_EQ(FactorMixtureWording::summary(result),
+              "A factor mixture model with 1 class and one common factor was fitted to 3 "
+              "indicators (n = 180), log-likelihood = -812.35, BIC = 1700.12.");
+    EXPECT_EQ(FactorMixtureWording::summary({}), "");
+}
+
 TEST(FactorMixtureModel, TellsWhenOneClassServesBetter) {
     const auto result = fitted(answers(150, 0.0), 2);
     ASSERT_TRUE(result);
@@ -94,9 +199,9 @@ TEST(FactorMixtureModel, TellsWhenOneClassServesBetter) {
 TEST(FactorMixtureModel, SweepsTheCountsThatCanBeFitted) {
     std::vector<NumericColumn> columns;
     FactorMixtureOptions options{.randomStarts = 3};
-    double last = 0.0;
-    options.progress = [&last](double share) {
-        last = share;
+    std::vector<double> shares;
+    options.progress = [&shares](double share) {
+        shares.push_back(share);
     };
     for (const Values& indicator : answers(50, 2.0)) {
         columns.push_back(test::plainColumn(indicator));
@@ -107,7 +212,9 @@ TEST(FactorMixtureModel, SweepsTheCountsThatCanBeFitted) {
     EXPECT_EQ(rows.back().k, 5);
     EXPECT_TRUE(std::isnan(rows.front().entropy));
     EXPECT_LT(rows[1].bic, rows[0].bic);
-    EXPECT_LE(last, 1.0);
+    EXPECT_TRUE(std::ranges::is_sorted(shares));
+    EXPECT_LE(shares.front(), 1.0 / 6.0);
+    EXPECT_DOUBLE_EQ(shares.back(), 5.0 / 6.0) << "six classes ask for more cases";
 }
 
 TEST(FactorMixtureModel, SaysWhatStandsInItsWay) {
@@ -130,6 +237,8 @@ TEST(FactorMixtureModel, SaysWhatStandsInItsWay) {
         {__LINE__, gaps, 2, "Need at least 20 complete cases for a 2-class factor mixture."},
         {__LINE__, answers(30, 1.0), 4,
          "Need at least 40 complete cases for a 4-class factor mixture."},
+        {__LINE__, answers(12, 1.0), 1,
+         "Need at least 13 complete cases for a 1-class factor mixture."},
         {__LINE__, constant, 2, "The indicator \"y2\" does not vary. Drop it."},
     };
     for (const Case& each : cases) {

@@ -171,6 +171,27 @@ TEST(LatentClassModel, CautionsInOrder) {
                       "Sample size is small relative to the number of classes."}));
 }
 
+TEST(LatentClassModel, CautionsBeginAtTheirBounds) {
+    const std::string small = "At least one class has a small mixing proportion (<5%).";
+    const std::string few = "Sample size is small relative to the number of classes.";
+    // Two clouds far apart, the second of so many of the cases.
+    const auto told = [](std::size_t rows, std::size_t second) {
+        std::vector<Cells> columns = clouds(rows);
+        for (Cells& column : columns) {
+            for (std::size_t i = 0; i < rows; ++i) {
+                column[i] = (i < second ? 50.0 : 0.0) + static_cast<double>(i * i % 7);
+            }
+        }
+        return test::cautions(profiles(columns)->readiness);
+    };
+    EXPECT_EQ(told(100, 4), Labels{small});
+    EXPECT_EQ(told(100, 6), Labels{});
+    EXPECT_EQ(told(19, 8), Labels{few});
+    EXPECT_EQ(told(20, 8), Labels{});
+    EXPECT_EQ(test::cautions(classes(answers(19))->readiness), Labels{})
+        << "classes of answers have a rule of their own";
+}
+
 TEST(LatentClasses, FindKindsOfAnswers) {
     std::vector<Labels> columns = answers(400);
     columns[0][0] = " yes ";

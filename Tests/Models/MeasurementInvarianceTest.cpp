@@ -101,6 +101,141 @@ TEST(MeasurementInvariance, ChiSquareDoesNotDependOnUnitsOrKeys) {
                         {.relative = 1e-5}));
 }
 
+TEST(MeasurementInvariance, ChiSquareCountsCasesAndKnowsNoOrder) {
+    const Study study(160, 0.4);
+    const auto plain = study.tested();
+    Study turned = study;
+    Study twice = study;
+    for (std::size_t j = 0; j < 4; ++j) {
+        std::ranges::reverse(turned.items[j]);
+        twice.items[j].insert(twice.items[j].end(), study.items[j].begin(), study.items[j].end());
+    }
+    std::ranges::reverse(turned.groups);
+    twice.groups.insert(twice.groups.end(), study.groups.begin(), study.groups.end());
+    const auto other = turned.tested();
+    const auto doubled = twice.tested();
+    EXPECT_EQ(other->groups, (Texts{"b", "a"})) << "the other group is the reference now";
+    for (std::size_t level = 0; level < 3; ++level) {
+        const InvarianceFit& fit = plain->fits[level];
+        EXPECT_TRUE(closeTo(other->fits[level].chiSquare, fit.chiSquare, {.relative = 1e-6}));
+        EXPECT_TRUE(closeTo(other->fits[level].srmr, fit.srmr, {.relative = 1e-4}));
+        EXPECT_TRUE(
+            closeTo(doubled->fits[level].chiSquare, 2.0 * fit.chiSquare, {.relative = 1e-6}));
+        EXPECT_EQ(doubled->fits[level].degreesOfFreedom, fit.degreesOfFreedom);
+    }
+    EXPECT_LT(plain->latentMeans[0].difference * other->latentMeans[0].difference, 0.0);
+}
+
+TEST(MeasurementInvariance, TheConfiguralModelReproducesMeansAndVariances) {
+    const Study study(200, 0.3);
+    const auto result = study.tested();
+    ASSERT_TRUE(result);
+    for (std::size_t g = 0; g < 2; ++g) {
+        const InvarianceGroupEstimates& group = result->fits[0].groups[g];
+        EXPECT_EQ(group.loadings[0], 1.0);
+        for (std::size_t j = 0; j < 4; ++j) {
+            double mean = 0.0;
+            for (std::size_t i = g; i < 200; i += 2) {
+                mean += *study.items[j][i] / 100.0;
+            }
+            double variance = 0.0;
+            for (std::size_t i = g; i < 200; i += 2) {
+                variance += (*study.items[j][i] - mean) * (*study.items[j][i] - mean) / 100.0;
+            }
+            EXPECT_TRUE(closeTo(group.intercepts[j], mean, {.relative = 1e-6}));
+            EXPECT_TRUE(closeTo(group.loadings[j] * group.loadings[j] * group.factorVariance +
+                                    group.residualVariances[j],
+                                variance, {.relative = 1e-5}));
+        }
+    }
+}
+
+TEST(MeasurementInvariance, HintsStandInTheUnitsOfTheirItemForEachGroupOfMany) {
+    Study study(300, 0.8);
+    const auto two = study.tested();
+    EXPECT_EQ(two->hints.size(), 2U * 4U) << "of two groups, freeing the one frees the other";
+    for (auto& value : study.items[3]) {
+        value = 10.0 * *value;
+    }
+    const auto scaled = study.tested();
+    const auto ofLastItem = [](const InvarianceResult& result) {
+        return *std::ranges::find_if(result.hints, [](const InvarianceHint& hint) {
+            return hint.itemName == "i4" && hint.level == InvarianceLevel::scalar;
+        });
+    };
+    EXPECT_TRUE(closeTo(ofLastItem(*scaled).expectedChange, 10.0 * ofLastItem(*two).expectedChange,
+                        {.relative = 1e-5}));
+    for (std::size_t i = 0; i < 300; i += 3) {
+        study.groups[i] = "c";
+    }
+    EXPECT_EQ(study.tested()->hints.size(), 2U * 4U * 3U);
+}
+
+TEST(MeasurementInvariance, CautionsBeginAtTheirBounds) {
+    const auto told = [](const Study& study) {
+        Texts found = cautions(study.tested()->readiness);
+        for (std::string& text : found) {
+            text = text.substr(0, text.find_first_of(".;("));
+        }
+        return found;
+    };
+    EXPECT_EQ(told(Study(200, 0.0)), Texts{});
+    EXPECT_EQ(told(Study(199, 0.0)), Texts{"The group \"b\" has only 99 cases"});
+    for (const double steps : {4.0, 5.0}) {
+        Study coarse(200, 0.0);
+        for (auto& value : coarse.items[1]) {
+            value = std::clamp(std::floor(2.0 + (*value - 3.0) * 1.5), 0.0, steps - 1.0);
+        }
+        EXPECT_EQ(told(coarse),
+                  steps == 4.0 ? Texts{"\"i2\" has fewer than five distinct values"} : Texts{});
+    }
+    // Two items of another factor.
+    Study twoFactors(240, 0.0);
+    const Study other(244, 0.0);
+    for (std::size_t i = 0; i < 240; ++i) {
+        for (const std::size_t j : {2U, 3U}) {
+            twoFactors.items[j][i] = *other.items[j][i + 4] + 0.3 * (*twoFactors.items[0][i] - 3.0);
+        }
+    }
+    const Texts poor = told(twoFactors);
+    ASSERT_FALSE(poor.empty());
+    EXPECT_EQ(poor.front(), "The configural model fits poorly ");
+}
+
+TEST(InvarianceWording, TellsHowFarTheChangesAreSmall) {
+    const InvarianceFit configural{
+        .chiSquare = 6.236, .degreesOfFreedom = 4, .cfi = 0.9914, .rmsea = 0.0456};
+    const auto summary = [&](bool metric, bool scalar) {
+        InvarianceResult result{.itemNames = {"a", "b", "c", "d"},
+                                .groupFactorName = "country",
+                                .groups = {"x", "y"},
+                                .n = 412};
+        result.fits = {configural, {}, {}};
+        result.comparisons = {{.level = InvarianceLevel::metric, .isWithinCutoffs = metric},
+                              {.level = InvarianceLevel::scalar, .isWithinCutoffs = scalar}};
+        return InvarianceWording::summary(result);
+    };
+    const std::string begin =
+        "One factor of 4 items was compared across 2 groups of country (n = 412). The configural "
+        "model had chi-square(4) = 6.24, CFI = 0.991, RMSEA = 0.046. By the usual cut-offs the "
+        "changes in fit are compatible with ";
+    EXPECT_EQ(summary(true, true), begin + "scalar invariance.");
+    EXPECT_EQ(summary(true, false), begin + "metric invariance.");
+    EXPECT_EQ(summary(false, true), begin + "configural invariance at most.")
+        << "a step that follows a large one counts for nothing";
+    EXPECT_EQ(InvarianceWording::comparison({.level = InvarianceLevel::scalar,
+                                             .against = InvarianceLevel::metric,
+                                             .chiSquareDifference = 12.347,
+                                             .dfDifference = 3,
+                                             .pValue = 0.0063,
+                                             .deltaCFI = -0.0124,
+                                             .deltaRMSEA = 0.0211,
+                                             .isWithinCutoffs = false}),
+              "Scalar against metric: chi-square difference = 12.35 on 3 df, p = .006; change in "
+              "CFI -0.012, in RMSEA 0.021. By the usual guidance (CFI falls by at most .010, RMSEA "
+              "grows by at most .015) the change is not small.");
+}
+
 TEST(MeasurementInvariance, SaysWhatStandsInItsWay) {
     Study oneGroup(60, 0.0);
     oneGroup.groups.assign(60, "a");

@@ -117,6 +117,22 @@ TEST(MediationAnalysis, TakesTheEndsOfTheIntervalFromTheOrderedEstimates) {
     EXPECT_NEAR(point->bootLower, point->bootUpper, 0.05 * widths[1]);
 }
 
+TEST(MediationAnalysis, PartsTheTotalEffectExactly) {
+    for (const double slope : {0.6, -0.4}) {
+        const auto result = Study(70, slope).mediation();
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->indirect, result->a.estimate * result->b.estimate);
+        // Least squares part a total effect without rest, whatever the covariates.
+        EXPECT_TRUE(closeTo(result->cTotal.estimate, result->cPrime.estimate + result->indirect,
+                            {.relative = 1e-9}));
+        EXPECT_TRUE(closeTo(result->proportionMediated.value_or(0.0),
+                            result->indirect / result->cTotal.estimate));
+        const double a = result->a.estimate * result->b.standardError;
+        const double b = result->b.estimate * result->a.standardError;
+        EXPECT_TRUE(closeTo(result->sobelZ, result->indirect / std::sqrt(a * a + b * b)));
+    }
+}
+
 TEST(MediationAnalysis, CautionsAboutFewCasesAndDisagreement) {
     const std::string few =
         "Small sample for mediation; bootstrap intervals are wide and unstable below about 50 "
@@ -192,18 +208,53 @@ TEST(ModerationAnalysis, TakesSlopesFromTheUncentredModel) {
     const Study study(50);
     const auto result = study.moderated(study.covariate);
     ASSERT_TRUE(result);
-    const SimpleSlope& atMean = result->simpleSlopes[1];
-    EXPECT_EQ(atMean.label, "W mean");
-    // Where the moderator counts from its mean, the coefficient of X is the slope there.
-    Values centred = study.covariate;
-    for (std::optional<double>& value : centred) {
-        *value -= atMean.moderatorValue;
+    EXPECT_EQ(result->simpleSlopes[0].label, "W \u2212 1 SD");
+    EXPECT_EQ(result->simpleSlopes[1].label, "W mean");
+    EXPECT_EQ(result->simpleSlopes[2].label, "W + 1 SD");
+    // Where the moderator counts from a value, the coefficient of X is the slope there.
+    for (const SimpleSlope& slope : result->simpleSlopes) {
+        Values moved = study.covariate;
+        for (std::optional<double>& value : moved) {
+            *value -= slope.moderatorValue;
+        }
+        const MediationPath at = study.moderated(moved)->coefficients[1];
+        EXPECT_TRUE(closeTo(at.estimate, slope.slope, {.relative = 1e-10})) << slope.label;
+        EXPECT_TRUE(closeTo(at.standardError, slope.standardError, {.relative = 1e-10}));
+        EXPECT_TRUE(closeTo(at.pValue, slope.pValue, {.relative = 1e-8}));
     }
-    const auto moved = study.moderated(centred);
-    EXPECT_TRUE(closeTo(moved->coefficients[1].estimate, atMean.slope, {.relative = 1e-10}));
-    EXPECT_TRUE(
-        closeTo(moved->coefficients[1].standardError, atMean.standardError, {.relative = 1e-10}));
     EXPECT_TRUE(result->readiness.issues.empty());
+    EXPECT_EQ(Study(49).moderated(Study(49).covariate)->readiness.issues.size(), 1U);
+}
+
+TEST(ModerationAnalysis, TakesItsLevelsAndShareOfVarianceFromTheSample) {
+    const Study study(20);
+    Values counted;
+    for (int i = 1; i <= 20; ++i) {
+        counted.emplace_back(i);
+    }
+    const auto result = study.moderated(counted);
+    ASSERT_TRUE(result);
+    // Of 1 to 20: the variance is 20 * 21 / 12.
+    EXPECT_TRUE(closeTo(result->simpleSlopes[0].moderatorValue, 10.5 - std::sqrt(35.0)));
+    EXPECT_TRUE(closeTo(result->simpleSlopes[2].moderatorValue, 10.5 + std::sqrt(35.0)));
+    double mean = 0.0;
+    for (const auto& y : study.y) {
+        mean += *y / 20.0;
+    }
+    double left = 0.0;
+    double all = 0.0;
+    for (std::size_t i = 0; i < 20; ++i) {
+        const double x = *study.x[i];
+        const double w = *counted[i];
+        const auto& b = result->coefficients;
+        const double fitted =
+            b[0].estimate + b[1].estimate * x + b[2].estimate * w + b[3].estimate * x * w;
+        left += (*study.y[i] - fitted) * (*study.y[i] - fitted);
+        all += (*study.y[i] - mean) * (*study.y[i] - mean);
+    }
+    EXPECT_TRUE(closeTo(result->rSquared, 1.0 - left / all, {.relative = 1e-9}));
+    EXPECT_EQ(result->interaction.label, "X \u00d7 W");
+    EXPECT_EQ(result->interaction, result->coefficients[3]);
 }
 
 TEST(ModerationAnalysis, HasNothingToSayAboutAConstantModerator) {

@@ -1,6 +1,8 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelOrdinal.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -103,6 +105,73 @@ TEST(MultilevelOrdinal, PredictsClustersInOrderOfTheirAnswers) {
     EXPECT_EQ(effects[0].n, 10);
     EXPECT_LT(effects[0].intercept, effects[5].intercept);
     EXPECT_LT(effects[0].interceptError, result->varianceComponents[0].standardDeviation);
+}
+
+TEST(MultilevelOrdinal, DerivesItsFiguresFromItsEstimates) {
+    const Study study;
+    MultilevelOptions wide = options;
+    wide.confidenceLevel = 0.99;
+    const auto result = MultilevelOrdinal::fit(study.data(), wide);
+    ASSERT_TRUE(result);
+    const double variance = result->varianceComponents[0].variance;
+    const double logistic = std::numbers::pi * std::numbers::pi / 3.0;
+    EXPECT_TRUE(closeTo(result->latentICC.value_or(0.0), variance / (variance + logistic)));
+    // Two thresholds, one slope, one deviation.
+    EXPECT_TRUE(closeTo(result->aic, 8.0 - 2.0 * result->logLikelihood));
+    EXPECT_TRUE(closeTo(result->bic, 4.0 * std::log(60.0) - 2.0 * result->logLikelihood));
+    const MultilevelFixedEffect& effect = result->fixedEffects.at(0);
+    EXPECT_TRUE(closeTo(effect.upperBound, effect.estimate + 2.5758293035489 * effect.standardError,
+                        {.relative = 1e-6}));
+    EXPECT_TRUE(closeTo(result->oddsRatios.at(0), std::exp(effect.estimate)));
+    EXPECT_TRUE(closeTo(result->oddsRatioLowerBounds.at(0), std::exp(effect.lowerBound)));
+    EXPECT_TRUE(closeTo(result->oddsRatioUpperBounds.at(0), std::exp(effect.upperBound)));
+    EXPECT_EQ(result->thresholds[0].name, "1|2");
+    EXPECT_LT(result->thresholds[0].estimate, result->thresholds[1].estimate);
+}
+
+TEST(MultilevelOrdinal, CautionsBeginAtTheirBounds) {
+    // So many clusters, so many answers on the top level.
+    const auto told = [](std::size_t clusters, std::size_t top, bool hasSingle, bool hasGap) {
+        Study study;
+        for (std::size_t i = 0; i < 60; ++i) {
+            study.answers[i] = i < top ? 3.0 : i % 2 == 0 ? 1.0 : 2.0;
+            study.clusters[i] = "c" + std::to_string(i * 7 % clusters);
+        }
+        if (hasSingle) {
+            study.clusters[33] = "alone";
+        }
+        if (hasGap) {
+            study.hours[20] = std::nullopt;
+        }
+        Texts found;
+        for (const std::string& text :
+             cautions(MultilevelOrdinal::fit(study.data(), options)->readiness)) {
+            found.push_back(text.substr(0, text.find_first_of(",;.")));
+        }
+        std::erase(found, "Cluster intercept variance is near zero (boundary)");
+        return found;
+    };
+    const std::string always =
+        "This model assumes proportional odds: the predictor effect is the same across every cut "
+        "point";
+    EXPECT_EQ(told(10, 10, false, false), Texts{always});
+    EXPECT_EQ(told(9, 10, false, false), (Texts{"Only 9 clusters", always}));
+    EXPECT_EQ(told(10, 9, false, false),
+              (Texts{"The smallest outcome level has only 9 cases", always}));
+    EXPECT_EQ(told(10, 10, true, false), (Texts{"1 cluster(s) have only one case", always}));
+    EXPECT_EQ(told(10, 20, false, true),
+              (Texts{always, "1 row(s) were dropped because the outcome"}));
+}
+
+TEST(MultilevelOrdinal, SaysWhereClustersDoNotDiffer) {
+    Study study;
+    for (std::size_t i = 0; i < 60; ++i) {
+        // Each cluster answers alike.
+        study.answers[i] = static_cast<double>(1 + i / 6 % 3);
+        study.hours[i] = static_cast<double>(i / 6 % 5);
+    }
+    const Texts told = cautions(MultilevelOrdinal::fit(study.data(), options)->readiness);
+    EXPECT_EQ(std::ranges::count(told, "Cluster intercept variance is near zero (boundary)."), 1);
 }
 
 TEST(MultilevelOrdinal, SaysWhatStandsInItsWay) {

@@ -126,6 +126,42 @@ TEST(KaplanMeier, SaysWhatLooksOdd) {
     EXPECT_FALSE(curve({1, 2}, {1}));
 }
 
+TEST(KaplanMeier, DoesNotDependOnTheOrderOfRowsAndCountsEachOfThem) {
+    const Values time = {0, 4, 0, 2, 7, 4, 2, 9, 1, 6, 3, 8};
+    const Values event = {1, 1, 0, 1, 0, 1, 0, 1, 1, 0, 1, 1};
+    const auto plain = curve(time, event);
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(plain->strata[0].n, 12) << "a time of nought is a time";
+    EXPECT_EQ(plain->strata[0].points[0].nAtRisk, 12);
+    EXPECT_TRUE(closeTo(plain->strata[0].points[0].survival, 11.0 / 12.0));
+    const Values backTime(time.rbegin(), time.rend());
+    const Values backEvent(event.rbegin(), event.rend());
+    EXPECT_EQ(curve(backTime, backEvent), plain);
+
+    Values twiceTime = time;
+    Values twiceEvent = event;
+    twiceTime.insert(twiceTime.end(), time.begin(), time.end());
+    twiceEvent.insert(twiceEvent.end(), event.begin(), event.end());
+    const KaplanMeierStratum twice = curve(twiceTime, twiceEvent)->strata[0];
+    ASSERT_EQ(twice.points.size(), plain->strata[0].points.size());
+    EXPECT_EQ(twice.median, plain->strata[0].median);
+    for (std::size_t i = 0; i < twice.points.size(); ++i) {
+        const KaplanMeierPoint& once = plain->strata[0].points[i];
+        EXPECT_TRUE(closeTo(twice.points[i].survival, once.survival));
+        EXPECT_EQ(twice.points[i].nAtRisk, 2 * once.nAtRisk);
+        EXPECT_EQ(twice.points[i].events, 2 * once.events);
+    }
+
+    // Three of the twelve name no group, and nine are a small sample.
+    Texts groups(12, "a");
+    groups[1] = groups[5] = groups[9] = " ";
+    const auto grouped =
+        kaplanMeier(NumericColumn(time), NumericColumn(event), TextColumn::of(groups).get());
+    EXPECT_EQ(grouped->readiness.totalRows, 12);
+    EXPECT_EQ(grouped->readiness.validCases, 9);
+    EXPECT_EQ(messages(grouped->readiness), Texts{small});
+}
+
 TEST(CoxRegression, DoesNotDependOnOffsetsAndFollowsUnits) {
     const Values time = {5, 3, 9, 1, 7, 7, 2, 8, 4, 6};
     const Values event = {1, 1, 0, 1, 1, 0, 1, 1, 0, 1};
@@ -156,6 +192,58 @@ TEST(CoxRegression, GivesTheLikelihoodOfNoEffectsInClosedForm) {
     ASSERT_TRUE(result);
     EXPECT_TRUE(closeTo(result->nullLogLikelihood, -2.0 * std::log(4.0) - std::log(2.0)));
     EXPECT_EQ(result->events, 3);
+}
+
+TEST(CoxRegression, BoundsReachAsFarAsTheConfidenceLevelAsks) {
+    const Values time = {5, 3, 9, 1, 7, 7, 2, 8, 4, 6};
+    const std::vector columns = {NumericColumn(Values{1, 3, 2, 5, 1, 4, 3, 2, 2, 4})};
+    // R's qnorm((1 + level) / 2).
+    for (const auto& [level, critical] :
+         {std::pair(0.80, 1.2815515655446), std::pair(0.90, 1.64485362695147),
+          std::pair(0.99, 2.5758293035489)}) {
+        const auto result =
+            coxPH(NumericColumn(time), NumericColumn(Values{1, 1, 0, 1, 1, 0, 1, 1, 0, 1}), columns,
+                  {.predictorNames = {"x"}, .confidenceLevel = level});
+        const CoxCoefficient& row = result->coefficients.at(0);
+        EXPECT_TRUE(closeTo(std::log(row.upperHR), row.estimate + critical * row.standardError,
+                            {.relative = 1e-6}));
+        EXPECT_TRUE(closeTo(std::log(row.lowerHR), row.estimate - critical * row.standardError,
+                            {.relative = 1e-6}));
+        EXPECT_TRUE(closeTo(row.hazardRatio, std::exp(row.estimate)));
+    }
+}
+
+TEST(CoxRegression, CallsFewerThanTenEventsFew) {
+    for (const int events : {9, 10}) {
+        Values time;
+        Values event;
+        Values x;
+        for (int i = 0; i < 15; ++i) {
+            time.emplace_back(i * 7 % 15);
+            event.emplace_back(i < events ? 1.0 : 0.0);
+            x.emplace_back(i * i % 6);
+        }
+        EXPECT_EQ(messages(cox(time, event, {x})->readiness),
+                  events == 9 ? Texts{fewEvents} : Texts{});
+    }
+}
+
+TEST(CoxRegression, TakesEveryRowTwiceAsHalfTheVariance) {
+    const Values time = {5, 3, 9, 1, 7, 7, 2, 8, 4, 6};
+    const Values event = {1, 1, 0, 1, 1, 0, 1, 1, 0, 1};
+    const Values x = {1, 3, 2, 5, 1, 4, 3, 2, 2, 4};
+    const auto twice = [](Values values) {
+        values.insert(values.end(), values.begin(), values.end());
+        return values;
+    };
+    const auto once = cox(time, event, {x});
+    const auto both = cox(twice(time), twice(event), {twice(x)});
+    ASSERT_TRUE(once && both);
+    EXPECT_EQ(both->events, 2 * once->events);
+    EXPECT_TRUE(closeTo(both->coefficients[0].estimate, once->coefficients[0].estimate,
+                        {.relative = 1e-8}));
+    EXPECT_TRUE(closeTo(both->coefficients[0].standardError,
+                        once->coefficients[0].standardError / std::sqrt(2.0), {.relative = 1e-8}));
 }
 
 TEST(CoxRegression, TellsOfAFitThatDoesNotSettle) {
