@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/Analyses/CodedColumns.h"
+#include "Tests/Analyses/EightCases.h"
 #include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
 
@@ -16,7 +16,10 @@ namespace {
 
 using test::cautions;
 using test::closeTo;
+using test::first;
 using test::obstacles;
+using test::second;
+using test::twoGroups;
 using Texts = std::vector<std::string>;
 using Values = test::OptionalValues;
 
@@ -31,10 +34,6 @@ std::optional<DiscriminantResult> fitted(const std::vector<Values>& variables,
     }
     return DiscriminantAnalysis::fit(columns, *TextColumn::of(groups), options);
 }
-
-const Values first = {3, 4, 5, 4, 7, 9, 8, 8};
-const Values second = {1, 5, 2, 3, 4, 2, 6, 5};
-const Texts twoGroups = {"b", "b", "b", "b", "a", "a", "a", "a"};
 
 TEST(DiscriminantAnalysis, LeavesEachCaseOutAsARefitWould) {
     std::mt19937_64 random(7);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/Analyses/CodedColumns.h"
+#include "Tests/Analyses/EightCases.h"
 #include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
 
@@ -14,7 +14,10 @@ namespace {
 
 using test::cautions;
 using test::closeTo;
+using test::first;
 using test::obstacles;
+using test::second;
+using test::twoGroups;
 using Texts = std::vector<std::string>;
 using Values = test::OptionalValues;
 
@@ -27,10 +30,6 @@ std::optional<MANOVAResult> compared(const std::vector<Values>& outcomes, const 
     }
     return MultivariateANOVA::test(columns, *TextColumn::of(groups), options);
 }
-
-const Values first = {3, 4, 5, 4, 7, 9, 8, 8};
-const Values second = {1, 5, 2, 3, 4, 2, 6, 5};
-const Texts twoGroups = {"b", "b", "b", "b", "a", "a", "a", "a"};
 
 TEST(MultivariateANOVA, AgreesOnFForTwoGroups) {
     const auto result = compared({first, second}, twoGroups);
