@@ -156,6 +156,10 @@ TEST(BinnedVariableBuilder, CutsAtEdgesAndKeepsRowsInPlace) {
     using BinnedVariableBuilder::quantile;
     EXPECT_EQ(cellsOf(*equalWidth(coded({"0", "5", "10", "na", "4.9", "inf"}), 2)),
               (Texts{"0 to 5", "5 to 10", "5 to 10", "", "0 to 5", ""}));
+    EXPECT_EQ(cellsOf(*equalWidth(coded({"0", "0.4", "0.8", "1.2", "2.4", "2.8", "4"}), 10)),
+              (Texts{"0 to 0.4", "0.4 to 0.8", "0.8 to 1.2", "1.2 to 1.6", "2.4 to 2.8",
+                     "2.8 to 3.2", "3.6 to 4"}))
+        << "a value on an edge begins a band, whatever its doubles";
     EXPECT_EQ(cellsOf(*equalWidth(coded({"3", "", "3.0"}), 4)), (Texts{"3", "", "3"}));
     EXPECT_EQ(cellsOf(*equalWidth(coded({"", "x"}), 4)), (Texts{"", ""}));
     EXPECT_EQ(cellsOf(*equalWidth(coded({"1", "2"}), 0)), (Texts{"1 to 2", "1 to 2"}));
