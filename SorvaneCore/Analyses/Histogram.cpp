@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneCore/Numerics/UnitsIn.h"
+
 namespace sorvane::Histogram {
 
 namespace {
@@ -41,11 +43,11 @@ Edges wholeNumberEdges(double minimum, double maximum) {
 Edges sturgesEdges(double minimum, double maximum, std::uint64_t n) {
     const double binCount = std::ceil(std::log2(static_cast<double>(n))) + 1.0;
     const double width = roundedWidth((maximum - minimum) / binCount);
-    const double first = std::floor(minimum / width) * width;
-    return {
-        .first = first,
-        .width = width,
-        .binCount = static_cast<std::size_t>(std::max(std::ceil((maximum - first) / width), 1.0))};
+    const double first = std::floor(unitsIn(minimum, width)) * width;
+    return {.first = first,
+            .width = width,
+            .binCount = static_cast<std::size_t>(
+                std::max(std::ceil(unitsIn(maximum - first, width)), 1.0))};
 }
 
 /// Absent where the values lie so far apart, or so close together, that no width can part them.
@@ -85,7 +87,7 @@ std::optional<HistogramBins> binsOf(std::span<const CountedValue> values) {
     }
     const auto last = static_cast<double>(edges.binCount - 1);
     for (const CountedValue& each : values) {
-        const double bin = std::floor((each.value - edges.first) / edges.width);
+        const double bin = std::floor(unitsIn(each.value - edges.first, edges.width));
         result.counts[static_cast<std::size_t>(std::clamp(bin, 0.0, last))] +=
             static_cast<std::int64_t>(each.count);
     }

@@ -8,11 +8,21 @@
 
 namespace sorvane::ComputedVariableBuilder {
 
+namespace {
+
+/// A share of the answers, rounded up. 0.56 times 25 is a little more than 14 in doubles, but asks
+/// for no fifteenth answer.
+double requiredAnswers(double share, std::size_t answers) {
+    constexpr double rounding = 1e-9;
+    return std::ceil(std::clamp(share, 0.0, 1.0) * static_cast<double>(answers) - rounding);
+}
+
+}  // namespace
+
 std::vector<std::optional<double>> numericValues(std::span<const NumericColumn> matrix,
                                                  ComputedVariableMethod method,
                                                  double minimumCompletion) {
-    const double required =
-        std::ceil(std::clamp(minimumCompletion, 0.0, 1.0) * static_cast<double>(matrix.size()));
+    const double required = requiredAnswers(minimumCompletion, matrix.size());
     std::vector<std::optional<double>> result;
     result.reserve(RowTotals::rowCount(matrix));
     RowTotals::forEach(matrix, [&](const RowTotal& total) {

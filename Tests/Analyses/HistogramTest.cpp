@@ -32,6 +32,24 @@ TEST(Histogram, CountsEveryFiniteValueOnceInRoundBins) {
     EXPECT_GE(bins.edges.back(), values[999]);
 }
 
+TEST(Histogram, AValueOnAnEdgeBelongsToTheBinThatItBegins) {
+    // Tenths from 0.1 to 2.5, each once, in bins of a half: five each but for the ends.
+    std::vector<double> tenths;
+    for (int i = 1; i <= 25; ++i) {
+        tenths.push_back(i / 10.0);
+    }
+    const HistogramBins halves = *Histogram::bins(tenths);
+    EXPECT_EQ(halves.counts, (std::vector<std::int64_t>{4, 5, 5, 5, 6}));
+    // Hundredths in bins of tenths, of which many are no exact doubles.
+    std::vector<double> hundredths;
+    for (int i = 0; i < 90; ++i) {
+        hundredths.push_back(i / 100.0);
+    }
+    const HistogramBins tens = *Histogram::bins(hundredths);
+    EXPECT_DOUBLE_EQ(tens.edges[1] - tens.edges[0], 0.2);
+    EXPECT_EQ(tens.counts, (std::vector<std::int64_t>{20, 20, 20, 20, 10}));
+}
+
 TEST(Histogram, CountsByLevelAsByRow) {
     std::vector<std::string> cells;
     std::vector<double> values;

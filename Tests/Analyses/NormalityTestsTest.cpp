@@ -133,6 +133,17 @@ TEST(StemAndLeaf, KeepsEmptyStemsAndSortsLeaves) {
     EXPECT_EQ(plot->n, 4);
 }
 
+TEST(StemAndLeaf, ReadsTheDigitsThatAPersonReads) {
+    const auto tenths = StemAndLeaf::plot(Values{0.3, 1.2, 1.9, 2.3, 2.8, 4.1});
+    const std::vector<StemAndLeafRow> ones = {
+        {0, {3}}, {1, {2, 9}}, {2, {3, 8}}, {3, {}}, {4, {1}}};
+    EXPECT_EQ(tenths->rows, ones) << "2.3 / 0.1 is a little less than 23 in doubles";
+    const auto parts = StemAndLeaf::plot(Values{0.3, 0.29, 0.58, 0.6, 0.7});
+    const std::vector<StemAndLeafRow> tens = {{2, {9}}, {3, {0}}, {4, {}},
+                                              {5, {8}}, {6, {0}}, {7, {0}}};
+    EXPECT_EQ(parts->rows, tens);
+}
+
 TEST(StemAndLeaf, SharesStemZeroAcrossTheSign) {
     const auto plot = StemAndLeaf::plot(Values{-15, -5, 5, 12});
     const std::vector<StemAndLeafRow> rows = {{-2, {}}, {-1, {5}}, {0, {5, 5}}, {1, {2}}};

@@ -114,9 +114,9 @@ TEST(SingleImputation, FillsEveryGapWithOneFigure) {
 }
 
 TEST(MultipleImputation, DrawsNormalResidualsWhereNoDonorsAreWanted) {
-    // Four rows give a line of slope 0.8 with 1.8 of squares on two degrees of freedom.
+    // Four rows give a line of slope 8 with 180 of squares on two degrees of freedom.
     Cells x = {1, 2, 3, 4};
-    Cells y = {1, 3, 2, 4};
+    Cells y = {10, 30, 20, 40};
     constexpr std::size_t drawn = 4000;
     for (std::size_t i = 0; i < drawn; ++i) {
         x.emplace_back(static_cast<double>(i % 7));
@@ -132,9 +132,9 @@ TEST(MultipleImputation, DrawsNormalResidualsWhereNoDonorsAreWanted) {
     double imputedSum = 0.0;
     double imputedSquares = 0.0;
     int far = 0;
-    const double sigma = std::sqrt(0.9);
+    const double sigma = std::sqrt(90.0);
     for (std::size_t row = 4; row < x.size(); ++row) {
-        const double residual = copy[1][row].value_or(0.0) - 0.5 - 0.8 * *x[row];
+        const double residual = copy[1][row].value_or(0.0) - 5.0 - 8.0 * *x[row];
         sum += residual;
         squares += residual * residual;
         far += std::abs(residual) > 1.96 * sigma ? 1 : 0;

@@ -5,68 +5,13 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneMac/Screens/Structural/StructuralModelText.h"
-#include "SorvaneMac/State/RecodeDrafts.h"
-#include "Tests/Screens/ScreenWorkplace.h"
+#include "Tests/Screens/PanelStudy.h"
+#include "Tests/Screens/SetupControls.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
-
-constexpr std::string_view panel =
-    "id,school,room,sick,dead,days,visit,score,x1,late,q1,q2,q3,weight,psu,stratum\n"
-    "1,north,a,0,0,12,1,1.5,2,NA,1,2,1,1.2,1,u\n"
-    "1,north,a,1,1,30,2,2.5,4,3,2,3,2,0.8,1,u\n"
-    "2,north,b,0,0,25,1,3.5,3,4,3,4,3,1.1,2,u\n"
-    "2,north,b,1,1,7,2,4.5,5,NA,4,1,4,0.9,2,u\n"
-    "3,south,a,0,1,18,1,5.5,7,6,1,2,2,1,3,r\n"
-    "3,south,a,1,0,40,2,6.5,6,2,2,3,1,1.3,3,r\n"
-    "4,south,b,0,1,33,1,7.5,9,8,3,4,4,0.7,4,r\n"
-    "4,south,b,1,0,21,2,8.5,8,1,4,1,3,1,4,r\n"
-    "5,west,c,0,0,50,1,9.5,10,5,1,2,2,1,5,r\n"
-    "5,west,c,1,1,60,2,10.5,11,7,2,3,3,1,5,r\n";
-
-/// A workspace of its own with repeated measurements of five persons.
-class Workplace : public ScreenWorkplace {
-public:
-    Workplace() {
-        state.importPastedData(panel);
-        assign({"school", "room"}, VariableKind::grouping);
-        assign({"id", "weight", "psu", "stratum"}, VariableKind::administrative);
-        assign({"sick", "dead"}, VariableKind::status);
-        assign({"days", "visit", "score", "x1", "late"}, VariableKind::outcome);
-        assign({"q1", "q2", "q3"}, VariableKind::psychometricItem);
-    }
-    std::vector<Control> controls(StudioScreen id) { return screens.at(id).setup().controls; }
-    bool says(StudioScreen id, const std::string& text) {
-        return std::ranges::any_of(controls(id), [&text](const Control& control) {
-            const auto* note = std::get_if<NoteControl>(&control);
-            return note && note->text == text;
-        });
-    }
-};
-
-std::string labelOf(const Control& control) {
-    return std::visit(
-        [](const auto& each) -> std::string {
-            if constexpr (requires { each.label; }) {
-                return each.label;
-            } else {
-                return {};
-            }
-        },
-        control);
-}
-
-Control controlOf(const std::vector<Control>& controls, const std::string& label) {
-    for (const Control& control : controls) {
-        if (labelOf(control) == label) {
-            return control;
-        }
-    }
-    throw std::out_of_range(label);
-}
 
 // clang-format off
 const std::vector<SeedCase> seedCases = {
@@ -133,7 +78,7 @@ const std::vector<SeedCase> seedCases = {
 TEST(ModelScreens, SeedFillsWhatIsBlankAndKeepsTheRest) {
     for (const SeedCase& each : seedCases) {
         SCOPED_TRACE(each.line);
-        Workplace workplace;
+        PanelStudy workplace;
         workplace.set(each.given);
         workplace.screens.appear(each.screen);
         workplace.expectValues(each.expected);
@@ -142,7 +87,7 @@ TEST(ModelScreens, SeedFillsWhatIsBlankAndKeepsTheRest) {
 
 TEST(ModelScreens, StrataThatWereMadeBlankStayBlankUntilANewTable) {
     for (const bool isSeenFirst : {true, false}) {
-        Workplace workplace;
+        PanelStudy workplace;
         if (isSeenFirst) {
             workplace.screens.appear(survival);
         }
@@ -309,40 +254,17 @@ const std::vector<FormCase> formCases = {
 };
 // clang-format on
 
-/// Sets the control to something else than it is at.
-void change(const Control& control) {
-    if (const auto* choice = std::get_if<ChoiceControl>(&control)) {
-        ASSERT_GE(choice->choices.size(), 2U) << choice->label;
-        choice->set(choice->selected == 0U ? choice->choices.size() - 1 : 0U);
-    } else if (const auto* list = std::get_if<CheckListControl>(&control)) {
-        ASSERT_FALSE(list->items.empty()) << list->label;
-        list->setChecked(list->items.back().name, !list->items.back().isChecked);
-    } else if (const auto* number = std::get_if<NumberControl>(&control)) {
-        number->set(number->value > number->minimum ? number->minimum : number->maximum);
-    } else if (const auto* toggle = std::get_if<ToggleControl>(&control)) {
-        toggle->set(!toggle->isOn);
-    } else if (const auto* text = std::get_if<TextControl>(&control)) {
-        text->set(text->text + "1");
-    }
-}
-
 TEST(ModelScreens, FormShowsWhatTheModeNeeds) {
     for (const FormCase& each : formCases) {
         SCOPED_TRACE(each.line);
-        Workplace workplace;
+        PanelStudy workplace;
         workplace.set(each.mode);
         workplace.screens.appear(each.screen);
-        std::vector<std::string> labels;
-        for (const Control& control : workplace.controls(each.screen)) {
-            if (const std::string label = labelOf(control); !label.empty()) {
-                labels.push_back(label);
-            }
-        }
         std::vector<std::string> expected;
         for (const auto& control : each.controls) {
             expected.push_back(control.first);
         }
-        EXPECT_EQ(labels, expected);
+        EXPECT_EQ(labelsOf(workplace.controls(each.screen)), expected);
     }
 }
 
@@ -353,7 +275,7 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
                 continue;
             }
             SCOPED_TRACE(std::to_string(each.line) + " " + label);
-            Workplace workplace;
+            PanelStudy workplace;
             workplace.set(each.mode);
             workplace.screens.appear(each.screen);
             const std::map<std::string, Json> before = workplace.values();
@@ -372,7 +294,7 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
 
 TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
     const auto slopeAfter = [](const std::string& label, auto change) {
-        Workplace workplace;
+        PanelStudy workplace;
         workplace.set({{"mlPredictors", R"(["q1","x1"])"}, {"mlRandomSlope", R"("x1")"}});
         workplace.screens.appear(multilevel);
         const Control control = controlOf(workplace.controls(multilevel), label);
@@ -409,7 +331,7 @@ TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
 }
 
 TEST(ModelScreens, AChosenSlopeBecomesAPredictor) {
-    Workplace workplace;
+    PanelStudy workplace;
     workplace.set({{"mlPredictors", R"(["q1"])"}});
     workplace.screens.appear(multilevel);
     const Control control = controlOf(workplace.controls(multilevel), "Random slope");
@@ -418,259 +340,6 @@ TEST(ModelScreens, AChosenSlopeBecomesAPredictor) {
     ASSERT_NE(at, choice.choices.end());
     choice.set(static_cast<std::size_t>(at - choice.choices.begin()));
     workplace.expectValues({{"mlRandomSlope", R"("x1")"}, {"mlPredictors", R"(["q1","x1"])"}});
-}
-
-struct GateCase {
-    int line;
-    StudioScreen screen;
-    Settings settings;
-    /// How the screen's answer to a run begins and ends.
-    std::string title;
-    std::string end;
-};
-
-// clang-format off
-const std::vector<GateCase> gateCases = {
-    {__LINE__, dataPrep, {{"rcSource", R"("gone")"}}, "Nothing to recode yet",
-     "Choose a source variable."},
-    {__LINE__, dataPrep, {{"rcMode", R"("reverse")"}, {"rcReverseMax", "1"}},
-     "Nothing to recode yet", "Scale maximum must exceed the minimum."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("compute")"}, {"cvSources", "[]"}},
-     "Nothing to compute yet", "Select at least one source variable."},
-    {__LINE__, dataPrep,
-     {{"prepareSection", R"("compute")"}, {"cvKind", R"("pair")"}, {"cvVarB", R"("")"}},
-     "Nothing to compute yet", "Pick two variables to combine."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("totalScore")"}}, "Nothing to compute yet",
-     "Select at least two numeric variables before creating a score variable."},
-    {__LINE__, dataPrep,
-     {{"prepareSection", R"("totalScore")"}, {"computedVariableMethod", R"("validCount")"}},
-     "Nothing to compute yet",
-     "Select at least one numeric variable before creating a count variable."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("rename")"}}, "Nothing to rename or delete yet",
-     "Choose a variable to rename."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("rename")"}, {"dvName", R"("q1")"}},
-     "Nothing to rename or delete yet", "Enter the new name first."},
-    {__LINE__, dataPrep,
-     {{"prepareSection", R"("rename")"}, {"dvName", R"("q1")"}, {"dvNewName", R"(" q1 ")"}},
-     "Nothing to rename or delete yet", "q1 already has that name."},
-    {__LINE__, dataPrep,
-     {{"prepareSection", R"("rename")"}, {"dvName", R"("q1")"}, {"dvNewName", R"("q2")"}},
-     "Nothing to rename or delete yet",
-     "A variable named q2 already exists. Choose a different name."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impTargets", "[]"}},
-     "Nothing to impute yet", "Select at least one variable to impute."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impTargets", R"(["x1"])"}},
-     "Nothing to impute yet", "No missing values in the selected variables."},
-    {__LINE__, dataPrep, {{"prepareSection", R"("imputation")"}, {"impPredictors", R"(["gone"])"}},
-     "A chosen column is missing", ""},
-    {__LINE__, sem, {{"semModel", R"(" \n")"}}, "Write a model on the right",
-     "Start from a template or tap fields to insert them. The parsed model previews here, then "
-     "press Fit model."},
-    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + b c")"}}, "Model did not parse",
-     "Invalid right-hand side name \"b c\". Check the syntax and that every name matches a numeric "
-     "field. Use =~ for factors, ~ for regressions, ~~ for (co)variances."},
-    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q9 + q2 + school + q8")"}}, "Unknown field(s)",
-     "Not in the dataset: q9, q8. Fix before fitting."},
-    {__LINE__, sem, {{"semModel", R"("f =~ q1 + q2 + school")"}},
-     "Field(s) without numbers to analyze",
-     "Not numeric, or set aside in Variable Types: school. Fix before fitting."},
-    {__LINE__, survey, {{"svWeight", R"("")"}}, "Set the sampling weight", ""},
-    {__LINE__, survey, {{"svWeight", R"("sick")"}, {"svVar", R"("dead")"}},
-     "The weight has values that are no weights",
-     "Sampling weights must all be finite and positive."},
-    {__LINE__, survey, {{"svStrata", R"("psu")"}}, "Strata and clusters are the same column", ""},
-    {__LINE__, survey, {{"svCluster", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, survey, {{"svReplicates", R"(["gone"])"}}, "A chosen column is missing", ""},
-    {__LINE__, survey, {{"svReplicates", R"(["weight"])"}}, "The weight is among its own replicates",
-     ""},
-    {__LINE__, survey, {{"svReplicateScale", R"("one")"}},
-     "The scales of the replicates are no numbers", ""},
-    {__LINE__, survey, {{"svWeight", R"("late")"}}, "The weight has values that are no weights",
-     "2 cases have none."},
-    {__LINE__, survey, {{"svFpc", R"("late")"}},
-     "The finite population correction has values that are no counts",
-     "Finite population correction values must be finite and positive."},
-    {__LINE__, survey, {{"svVar", R"("weight")"}}, "A chosen column is missing", ""},
-    {__LINE__, survey, {{"svEstimand", R"("other")"}}, "Choose what to estimate", ""},
-    {__LINE__, survey, {{"svEstimand", R"("ratio")"}}, "Set the denominator of the ratio", ""},
-    {__LINE__, survey, {{"svEstimand", R"("ratio")"}, {"svDenominator", R"("sick")"}},
-     "Numerator and denominator are the same column", ""},
-    {__LINE__, survey, {{"svGroup", R"("sick")"}}, "The subgroups are the variable itself", ""},
-    {__LINE__, multilevel, {{"mlOutcome", R"("")"}}, "Set an outcome and a grouping",
-     "Choose Nested, Crossed, Growth, or AR lag; set outcome and grouping; then Run."},
-    {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlCluster2", R"("school")"}},
-     "Set a second grouping", ""},
-    {__LINE__, multilevel, {{"mlStructure", R"("growth")"}, {"mlTime", R"("")"}},
-     "Set a time variable", ""},
-    {__LINE__, multilevel, {{"mlStructure", R"("growth")"}, {"mlTime", R"("sick")"}},
-     "One column stands in two places", ""},
-    {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlRandomSlope", R"("x1")"}},
-     "This structure takes no random slope", ""},
-    {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlFamily", R"("ordinal")"}},
-     "Ordinal models take one random intercept", ""},
-    {__LINE__, multilevel, {{"mlPredictors", R"(["gone"])"}}, "A chosen column is missing", ""},
-    {__LINE__, multilevel, {{"mlRandomSlope", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, latentClass, {{"lcItems", R"(["q1"])"}}, "Select at least two indicators", ""},
-    {__LINE__, latentClass, {{"lcClassCount", "4"}}, "There are too few complete cases",
-     "Need at least 12 complete cases for a 4-class profile model."},
-    {__LINE__, latentClass,
-     {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"}, {"lcClassCount", "3"}},
-     "There are too few complete cases", "Need at least 15 complete cases for a 3-class LCA."},
-    {__LINE__, latentClass, {{"lcKind", R"("classes")"}, {"lcMode", R"("classAnalysis")"},
-                             {"lcItems", R"(["q1","score"])"}},
-     "Select at least two indicators", ""},
-    {__LINE__, latentClass, {{"lcKind", R"("factorMixture")"}, {"lcItems", R"(["q1"])"}},
-     "Select at least two indicators", ""},
-    {__LINE__, survival, {{"survEvent", R"("")"}}, "Set an event indicator", ""},
-    {__LINE__, survival, {{"survEvent", R"("days")"}}, "Time and event are the same column",
-     "Confirm nonnegative times, a 0/1 (or nonzero) event indicator, and complete cases. Cox needs "
-     "at least one predictor."},
-    {__LINE__, survival, {{"survMode", R"("cox")"}, {"survPredictors", R"(["days"])"}},
-     "No predictors selected", ""},
-    {__LINE__, survival, {{"survGroup", R"("dead")"}}, "The strata are the time or the event", ""},
-    {__LINE__, survival, {{"survGroup", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, mediation, {{"medM", R"("sick")"}}, "Set X, M and Y",
-     "X, M/W, and Y must be distinct numeric variables with enough complete cases."},
-    {__LINE__, mediation, {{"medW", R"("dead")"}, {"medMode", R"("moderation")"}},
-     "Set X, W and Y", "must be distinct numeric variables with enough complete cases."},
-    {__LINE__, mediation, {{"medM", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, mediation, {{"medCovariates", R"(["late","q1","q2","q3","score","visit"])"}},
-     "There are too few complete cases", ""},
-    {__LINE__, invariance, {{"invItems", R"(["q1","q2"])"}}, "Select at least three items", ""},
-    {__LINE__, invariance, {{"invGroup", R"("gone")"}}, "A chosen column is missing", ""},
-    {__LINE__, invariance, {}, "A chosen column is missing", ""},
-};
-// clang-format on
-
-TEST(ModelScreens, SayWhatIsMissingAndRunNothing) {
-    for (const GateCase& each : gateCases) {
-        SCOPED_TRACE(each.line);
-        Workplace workplace;
-        workplace.screens.appear(each.screen);
-        workplace.set(each.settings);
-        const std::map<std::string, Json> before = workplace.values();
-        Screen& screen = workplace.screens.at(each.screen);
-        const std::string answer = screen.run().value_or("");
-        EXPECT_TRUE(answer.starts_with(each.title)) << answer;
-        EXPECT_TRUE(answer.ends_with(each.end)) << answer;
-        EXPECT_TRUE(screen.content().gate->title.starts_with(each.title));
-        EXPECT_EQ(workplace.values(), before);
-        for (const Control& control : workplace.controls(each.screen)) {
-            const auto* button = std::get_if<ButtonControl>(&control);
-            EXPECT_FALSE(button && button->isPrimary && button->isEnabled) << button->label;
-        }
-    }
-}
-
-TEST(ModelScreens, ABoundThatIsNoNumberCountsAsNoneAndIsPointedOut) {
-    Workplace workplace;
-    workplace.screens.appear(dataQuality);
-    workplace.set({{"clLower", R"("one")"}});
-    EXPECT_TRUE(workplace.says(dataQuality, "Set a lower and/or upper bound first."));
-    workplace.set({{"clUpper", R"(" 1.5 ")"}});
-    EXPECT_TRUE(
-        workplace.says(dataQuality,
-                       "A bound is not a number and counts as none. Write it with digits and a "
-                       "decimal point."));
-    EXPECT_FALSE(workplace.state.clampLacks().has_value());
-}
-
-TEST(ModelScreens, ColumnsThatHaveGoneCanBeUnchecked) {
-    Workplace workplace;
-    workplace.set({{"mlPredictors", R"(["gone","x1"])"}});
-    const Control control = controlOf(workplace.controls(multilevel), "Predictors");
-    const auto& list = std::get<CheckListControl>(control);
-    EXPECT_EQ(list.items.back().name, "gone");
-    EXPECT_TRUE(list.items.back().isFlagged);
-    list.setChecked("gone", false);
-    workplace.expectValues({{"mlPredictors", R"(["x1"])"}});
-}
-
-TEST(ModelScreens, RecodingRulesAreTypedAddedAndRemoved) {
-    Workplace workplace;
-    workplace.set({{"rcDraft", R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,)"
-                               R"("upperInclusive":true,"output":"9"})"}});
-    std::get<ButtonControl>(controlOf(workplace.controls(dataPrep), "Add rule")).press();
-    workplace.expectValues({{"rcDraft", toJson(RecodeDraft()).dump()}});
-    const auto& rules = workplace.state.editor.rcValueRules;
-    ASSERT_EQ(rules->size(), 1U);
-    EXPECT_EQ(rules->front().sources, (std::vector<double>{1.0, 2.0}));
-    EXPECT_EQ(rules->front().output, 9.0);
-    std::get<ButtonControl>(controlOf(workplace.controls(dataPrep), "Remove 1, 2 → 9")).press();
-    EXPECT_TRUE(rules->empty());
-}
-
-TEST(RecodeDrafts, TakeOnlyWholeRules) {
-    using RecodeDrafts::rangeRule;
-    using RecodeDrafts::valueRule;
-    EXPECT_EQ(RecodeDrafts::text(*valueRule({.sources = "-1.5"})), "-1.5 → missing");
-    for (const std::string text : {"", "1,", "1, x", "nan", "1;2"}) {
-        EXPECT_FALSE(valueRule({.sources = text})) << text;
-    }
-    EXPECT_FALSE(valueRule({.sources = "1", .output = "x"}));
-    EXPECT_EQ(RecodeDrafts::text(*rangeRule(
-                  {.lower = "18", .upper = "30", .upperInclusive = false, .output = "1"})),
-              "18 ≤ x < 30 → 1");
-    EXPECT_TRUE(rangeRule({.lower = "3", .upper = "3"}));
-    EXPECT_FALSE(rangeRule({.lower = "3", .upper = "3", .lowerInclusive = false}));
-    EXPECT_FALSE(rangeRule({.lower = "4", .upper = "3"}));
-    EXPECT_FALSE(rangeRule({.lower = "4"}));
-}
-
-TEST(StructuralModelText, QuotesWhatTheSyntaxCouldNotTake) {
-    using StructuralModelText::quotedName;
-    for (const std::string name : {"x1", "x_1", "größe", "Ж"}) {
-        EXPECT_EQ(quotedName(name), name);
-    }
-    for (const std::string name : {"_x", "1x", "a b", "a-b", "a.b", ""}) {
-        EXPECT_EQ(quotedName(name), "`" + name + "`");
-    }
-}
-
-TEST(StructuralModelText, WritesModelsOfTheFirstColumns) {
-    using enum StructuralModelText::Template;
-    using StructuralModelText::filled;
-    const std::vector<std::string> names = {"a", "b c", "d", "e", "f", "g"};
-    EXPECT_EQ(StructuralModelText::starter({"a", "b"}), "factor =~ item1 + item2 + item3");
-    EXPECT_EQ(filled(oneFactor, names), "# One-factor CFA\nfactor =~ a + `b c` + d");
-    EXPECT_EQ(filled(twoFactors, {"a", "b", "c"}),
-              "# Multi-factor CFA\nfactorA =~ a + b + c\nfactorB =~ item4 + item5 + item6");
-    EXPECT_EQ(filled(mediation, names), "# a -> `b c` -> d\n`b c` ~ a\nd ~ `b c` + a");
-}
-
-TEST(StructuralModelText, InsertsANameWhereOneIsAwaited) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"", "x"},
-        {"f =~", "f =~ x"},
-        {"f =~ ", "f =~ x"},
-        {"y ~", "y ~ x"},
-        {"f =~ a", "f =~ a + x"},
-        {"f =~ a ", "f =~ a + x"},
-        {"f =~ a +", "f =~ a + x"},
-        {"f =~ a\n", "f =~ a\nx"},
-        {"f =~ a # note", "f =~ a # note\nx"},
-        {"# a; f =~ b", "# a; f =~ b + x"},
-        {"f =~ `a#b`", "f =~ `a#b` + x"},
-        {"f =~ 1*", "f =~ 1*x"},
-        {"f =~ a + 0.5* ", "f =~ a + 0.5*x"}};
-    for (const auto& [before, after] : cases) {
-        EXPECT_EQ(StructuralModelText::withName(before, "x"), after);
-    }
-}
-
-TEST(StructuralModelText, FollowsAColumnThatIsRenamed) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {"f =~ x + x1 + 0.5*x", "f =~ `a b` + x1 + 0.5*`a b`"},
-        {"x~`x` # x; y ~~ x\nx.y ~ `x y`", "`a b`~`a b` # x; y ~~ `a b`\nx.y ~ `x y`"},
-        {"f =~ x +", "f =~ `a b` +"},
-        {"f =~ `x", "f =~ `x"},
-        {"x =~ a + b\ny ~ x", "x =~ a + b\ny ~ x"},
-        {"`a b` =~ x + y", "`a b` =~ x + y"},
-        {"größe ~ x # `x", "größe ~ `a b` # `x"}};
-    for (const auto& [before, after] : cases) {
-        EXPECT_EQ(StructuralModelText::withRenamed(before, "x", "a b"), after);
-    }
-    EXPECT_EQ(StructuralModelText::withRenamed("f =~ `a b` + c", "a b", "x"), "f =~ x + c");
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +18,13 @@ public:
     explicit ReferenceStudy(const std::string& table) {
         state.importData(std::filesystem::path(SORVANE_SOURCE_DIR "/Tests/Reference/data") / table);
         EXPECT_FALSE(state.data.importError.get());
+    }
+    /// Takes every column as an outcome, but for the groupings named.
+    void assignAll(const std::set<std::string>& groupings) {
+        for (const DataVariable& variable : std::vector(state.dataset().variables)) {
+            assign({variable.name}, groupings.contains(variable.name) ? VariableKind::status
+                                                                      : VariableKind::outcome);
+        }
     }
     /// Fills the screen, runs it, and gives what it then shows.
     ScreenContent shown(StudioScreen screen, const Settings& settings) {

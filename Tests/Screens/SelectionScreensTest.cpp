@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Screens/ScreenWorkplace.h"
+#include "Tests/Screens/SetupControls.h"
 
 namespace sorvane {
 namespace {
@@ -192,43 +193,6 @@ const std::vector<FormCase> formCases = {
 };
 // clang-format on
 
-std::string labelOf(const Control& control) {
-    return std::visit(
-        [](const auto& each) -> std::string {
-            if constexpr (requires { each.label; }) {
-                return each.label;
-            } else {
-                return {};
-            }
-        },
-        control);
-}
-
-/// Sets the control to something else than it is at.
-void change(const Control& control) {
-    if (const auto* choice = std::get_if<ChoiceControl>(&control)) {
-        ASSERT_GE(choice->choices.size(), 2U) << choice->label;
-        choice->set(choice->selected == 0U ? choice->choices.size() - 1 : 0U);
-    } else if (const auto* list = std::get_if<CheckListControl>(&control)) {
-        ASSERT_FALSE(list->items.empty()) << list->label;
-        list->setChecked(list->items.back().name, !list->items.back().isChecked);
-    } else if (const auto* number = std::get_if<NumberControl>(&control)) {
-        number->set(number->value > number->minimum ? number->minimum : number->maximum);
-    } else if (const auto* toggle = std::get_if<ToggleControl>(&control)) {
-        toggle->set(!toggle->isOn);
-    }
-}
-
-std::vector<std::string> labelsOf(const SetupForm& form) {
-    std::vector<std::string> labels;
-    for (const Control& control : form.controls) {
-        if (const std::string label = labelOf(control); !label.empty()) {
-            labels.push_back(label);
-        }
-    }
-    return labels;
-}
-
 TEST(SelectionScreens, FormShowsWhatTheModeNeeds) {
     for (const FormCase& each : formCases) {
         SCOPED_TRACE(each.line);
@@ -243,7 +207,7 @@ TEST(SelectionScreens, FormShowsWhatTheModeNeeds) {
         if (!each.runLabel.empty()) {
             expected.push_back(each.runLabel);
         }
-        EXPECT_EQ(labelsOf(study.screens.at(each.screen).setup()), expected);
+        EXPECT_EQ(labelsOf(study.screens.at(each.screen).setup().controls), expected);
     }
 }
 
@@ -256,11 +220,7 @@ TEST(SelectionScreens, EachControlChangesItsFieldAndNoOther) {
             study.setMode(each.modeField, each.mode);
             study.screens.appear(each.screen);
             const std::map<std::string, Json> before = study.values();
-            for (const Control& control : study.screens.at(each.screen).setup().controls) {
-                if (labelOf(control) == label) {
-                    change(control);
-                }
-            }
+            change(controlOf(study.screens.at(each.screen).setup().controls, label));
             EXPECT_NE(study.value(field), before.at(field));
             for (const auto& [name, now] : study.values()) {
                 const bool isGroup = name.ends_with("1") || name.ends_with("2");

@@ -44,6 +44,9 @@ Figure figure(const std::string& name, const WeightedEstimate& of) {
 
 void addModel(Figures& figures, const std::optional<SurveyModelResult>& fit) {
     ASSERT_TRUE(fit);
+    const double ofOnePredictor = fit->coefficients.back().t;
+    EXPECT_TRUE(closeTo(fit->waldF, ofOnePredictor * ofOnePredictor, {.relative = 1e-9}));
+    EXPECT_TRUE(closeTo(fit->waldPValue, fit->coefficients.back().pValue, {.relative = 1e-6}));
     for (const auto* rows : {&fit->coefficients, &fit->thresholds}) {
         for (const SurveyCoefficient& row : *rows) {
             figures.push_back({std::string(displayName(fit->model)) + " " + row.name, row.estimate,
