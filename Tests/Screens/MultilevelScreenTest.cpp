@@ -334,6 +334,54 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
     EXPECT_EQ(cardOf(few, "Sample and singularity checks"), nullptr);
 }
 
+TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
+    const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
+    ReferenceStudy study(table.filename());
+    study.screens.appear(multilevel);
+    EXPECT_FALSE(study.value("mlPredictors").empty());
+    study.set({{"mlPredictors", "[]"}});
+    study.screens.appear(multilevel);
+    study.expectValues({{"mlPredictors", "[]"}});
+    study.state.importData(table);
+    study.screens.appear(multilevel);
+    EXPECT_FALSE(study.value("mlPredictors").empty());
+}
+
+TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
+    shown({{"mlPredictors", "[]"}});
+    study.expectValues({{"mlPredictors", R"(["Days"])"}, {"mlMessage", "null"}});
+
+    Screen& screen = study.screens.at(multilevel);
+    const auto warning = [&screen]() -> std::string {
+        for (const Control& control : screen.setup().controls) {
+            const auto* note = std::get_if<NoteControl>(&control);
+            if (note && note->text.find("random slope") != std::string::npos) {
+                return note->text;
+            }
+        }
+        return "";
+    };
+    const std::string start = "Days no longer has a random slope: ";
+    const std::vector<std::pair<Settings, std::string>> steps = {
+        {{{"mlPredictors", "[]"}},
+         start + "it is not among the predictors. Choose it under Random slope to make it both."},
+        {{{"mlStructure", R"("crossed")"}},
+         start + "choose Nested, and a family other than Ordinal, to have one."},
+        {{{"mlStructure", R"("growth")"}, {"mlTime", R"("Days")"}}, ""},
+        {{{"mlOutcome", R"("Days")"}}, start + "it has another place in the model."}};
+    for (const auto& [settings, text] : steps) {
+        study.set({{"mlStructure", R"("nested")"},
+                   {"mlPredictors", R"(["Days"])"},
+                   {"mlRandomSlope", R"("Days")"}});
+        study.set(settings);
+        study.screens.appear(multilevel);
+        study.expectValues({{"mlRandomSlope", R"("")"}});
+        EXPECT_EQ(warning(), text);
+    }
+    study.screens.appear(multilevel);
+    EXPECT_EQ(warning(), "");
+}
+
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {
     const MultilevelChoice choice{
         .outcome = "y", .cluster = "g", .slope = "x", .predictors = {"x"}};
