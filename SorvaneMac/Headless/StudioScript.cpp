@@ -18,7 +18,7 @@ namespace {
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
 
 /// The fields in which the workspace says something.
-constexpr std::array<std::string_view, 12> messageFields = {"importError",
+constexpr std::array<std::string_view, 13> messageFields = {"importError",
                                                             "projectMessage",
                                                             "projectError",
                                                             "saveStatusMessage",
@@ -29,7 +29,8 @@ constexpr std::array<std::string_view, 12> messageFields = {"importError",
                                                             "cvMessage",
                                                             "dvMessage",
                                                             "clMessage",
-                                                            "impMessage"};
+                                                            "impMessage",
+                                                            "mlMessage"};
 
 Json messages(const StudioState& state) {
     Json said = Json::object();

@@ -46,7 +46,8 @@ const std::vector<SeedCase> seedCases = {
                             {"mlRandomSlope", R"("x1")"}},
      {{"mlCluster", R"("id")"}, {"mlCluster2", R"("school")"}, {"mlRandomSlope", R"("x1")"}}},
     {__LINE__, multilevel, {{"mlPredictors", R"(["x1"])"}, {"mlRandomSlope", R"("late")"}},
-     {{"mlRandomSlope", R"("")"}}},
+     {{"mlRandomSlope", R"("")"}, {"mlMessage", R"("late no longer has a random slope: it is not among the predictors. Choose )"
+                    R"(it under Random slope to make it both.")"}}},
     {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlPredictors", R"(["x1"])"},
                             {"mlRandomSlope", R"("x1")"}}, {{"mlRandomSlope", R"("")"}}},
     {__LINE__, latentClass, {{"lcClassCount", "9"}},
@@ -284,7 +285,8 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
             for (const auto& [name, now] : workplace.values()) {
                 // What the structure forbids goes with it, a slope becomes a predictor, and the
                 // kind brings its mode.
-                const bool isFollower = name == "mlRandomSlope" || name == "lcMode" ||
+                const bool isFollower = name == "mlRandomSlope" || name == "mlMessage" ||
+                                        name == "lcMode" ||
                                         (field == "mlRandomSlope" && name == "mlPredictors");
                 EXPECT_TRUE(name == field || isFollower || now == before.at(name)) << name;
             }

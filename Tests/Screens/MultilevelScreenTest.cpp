@@ -48,7 +48,7 @@ const std::vector<ModelCase> modelCases = {
      "REML estimates from a two-level model of Reaction. Random structure: (1 | cluster) with a "
      "correlated slope, (1 + Days | cluster). The model rests on 180 cases in 18 clusters of "
      "Subject. The effect of Days was statistically significant, B = 10.47, SE = 1.55, 95% CI "
-     "[7.21, 13.73], t(17) = 6.77, p < .001. The intraclass correlation was .48.",
+     "[7.21, 13.73], t(17) = 6.77, p < .001. The intraclass correlation was .48 where Days is 0.",
      {"Predictor", "B", "SE", "df", "Kenward–Roger t", "p", "LL", "UL"},
      {"Days", "10.467", "1.546", "17.00", "6.77", "< .001", "7.206", "13.729"},
      {{"Subject (Intercept)", "612.09", "24.74"}, {"Subject (Days)", "35.07", "5.92"},
@@ -99,7 +99,9 @@ const std::vector<ModelCase> modelCases = {
      {{"Lot (Intercept)", "119.89", "10.95"}, {"Lot:LotWafer (Intercept)", "35.87", "5.99"},
       {"Residual", "12.57", "3.55"}},
      "",
-     "Shares of the total variance: Lot (Intercept) .71, Lot:LotWafer (Intercept) .21, and "
+     " Three levels are fitted as crossed random intercepts, the inner groups told apart by the outer "
+     "ones. A nested ICC is not defined for crossed random intercepts; interpret the two intercept "
+     "variances separately. Shares of the total variance: Lot (Intercept) .71, Lot:LotWafer (Intercept) .21, and "
      "Residual .07.",
      {"Cluster intercepts: Lot", "Cluster intercepts: Lot:LotWafer"}},
     {__LINE__, "sleepstudy.csv",
@@ -233,6 +235,14 @@ TEST_F(SleepTest, SaysWhatTheChosenPValuesRestOn) {
     EXPECT_EQ(passage({{"mlDFMethod", R"("satterthwaite")"}}), "");
     EXPECT_TRUE(passage({{"mlDFMethod", R"("kenwardRoger")"}, {"mlEstimator", R"("ml")"}})
                     .starts_with("The Kenward–Roger adjustment is made for REML"));
+    study.assign({"Days"}, VariableKind::grouping);
+    EXPECT_EQ(passage({{"mlStructure", R"("crossed")"},
+                       {"mlCluster2", R"("Days")"},
+                       {"mlPredictors", "[]"},
+                       {"mlRandomSlope", R"("")"},
+                       {"mlDFMethod", R"("kenwardRoger")"},
+                       {"mlEstimator", R"("ml")"}}),
+              "");
 }
 
 struct CautionCase {
@@ -315,9 +325,61 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
     ReferenceStudy sleep("sleepstudy.csv");
     const ScreenContent clean = sleep.shown(multilevel, {{"mlOutcome", R"("Reaction")"},
                                                          {"mlCluster", R"("Subject")"},
-                                                         {"mlPredictors", R"(["Days"])"}});
+                                                         {"mlPredictors", R"(["Days"])"},
+                                                         {"mlDFMethod", R"("satterthwaite")"}});
     EXPECT_EQ(cardOf(clean, "Sample and singularity checks")->evidence.front().title,
               "No sample-size or singularity warnings for this setup.");
+    // 18 clusters are few for the normal distribution, as the passage on p-values says.
+    const ScreenContent few = sleep.shown(multilevel, {{"mlDFMethod", R"("wald")"}});
+    EXPECT_EQ(cardOf(few, "Sample and singularity checks"), nullptr);
+}
+
+TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
+    const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
+    ReferenceStudy study(table.filename());
+    study.screens.appear(multilevel);
+    EXPECT_FALSE(study.value("mlPredictors").empty());
+    study.set({{"mlPredictors", "[]"}});
+    study.screens.appear(multilevel);
+    study.expectValues({{"mlPredictors", "[]"}});
+    study.state.importData(table);
+    study.screens.appear(multilevel);
+    EXPECT_FALSE(study.value("mlPredictors").empty());
+}
+
+TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
+    shown({{"mlPredictors", "[]"}});
+    study.expectValues({{"mlPredictors", R"(["Days"])"}, {"mlMessage", "null"}});
+
+    Screen& screen = study.screens.at(multilevel);
+    const auto warning = [&screen]() -> std::string {
+        for (const Control& control : screen.setup().controls) {
+            const auto* note = std::get_if<NoteControl>(&control);
+            if (note && note->text.find("random slope") != std::string::npos) {
+                return note->text;
+            }
+        }
+        return "";
+    };
+    const std::string start = "Days no longer has a random slope: ";
+    const std::vector<std::pair<Settings, std::string>> steps = {
+        {{{"mlPredictors", "[]"}},
+         start + "it is not among the predictors. Choose it under Random slope to make it both."},
+        {{{"mlStructure", R"("crossed")"}},
+         start + "choose Nested, and a family other than Ordinal, to have one."},
+        {{{"mlStructure", R"("growth")"}, {"mlTime", R"("Days")"}}, ""},
+        {{{"mlOutcome", R"("Days")"}}, start + "it has another place in the model."}};
+    for (const auto& [settings, text] : steps) {
+        study.set({{"mlStructure", R"("nested")"},
+                   {"mlPredictors", R"(["Days"])"},
+                   {"mlRandomSlope", R"("Days")"}});
+        study.set(settings);
+        study.screens.appear(multilevel);
+        study.expectValues({{"mlRandomSlope", R"("")"}});
+        EXPECT_EQ(warning(), text);
+    }
+    study.screens.appear(multilevel);
+    EXPECT_EQ(warning(), "");
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {

@@ -170,6 +170,7 @@ const std::vector<FieldCase> fieldCases = {
     {__LINE__, "mlPredictors", "[]", R"(["a","b"])", withDataset},
     {__LINE__, "mlEstimator", R"("reml")", R"("ml")", kept},
     {__LINE__, "mlRandomSlope", R"("")", R"("a")", withDataset},
+    {__LINE__, "mlMessage", "null", R"("Said.")", withDataset},
     {__LINE__, "mlCorrelateRandom", "true", "false", withDataset},
     {__LINE__, "mlHasRun", "false", "true", withDataset},
     {__LINE__, "lcMode", R"("profile")", R"("classAnalysis")", withDataset},

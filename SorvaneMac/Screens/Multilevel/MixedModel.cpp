@@ -18,8 +18,9 @@ constexpr std::string_view intro =
     "lme4 on the nested and crossed validation suite.";
 constexpr std::string_view nothingFound = "No sample-size or singularity warnings for this setup.";
 
-std::optional<Card> passedChecks(const std::vector<std::string>& warnings) {
-    if (!warnings.empty()) {
+/// Only where nothing at all is warned of.
+std::optional<Card> passedChecks(const MultilevelRun& run) {
+    if (!MultilevelWords::warnings(run).empty() || MultilevelWords::isShortOfClusters(run)) {
         return std::nullopt;
     }
     return Card{.title = "Sample and singularity checks",
@@ -77,6 +78,7 @@ private:
     std::string statusLine() const override { return "Estimating the model…"; }
 
     Compute computation() const override {
+        MultilevelSelection::selectSlope(fields_);
         return [columns = MultilevelSelection::columns(state_.dataset(), fields_)](
                    const TaskRunner::Progress&) {
             return columns.fitted();
@@ -97,7 +99,7 @@ private:
                           .figureCaption = MultilevelWords::figureCaption(run),
                           .caution = MultilevelWords::caution(run),
                           .warnings = MultilevelWords::warnings(run)};
-        report.checks = passedChecks(report.warnings);
+        report.checks = passedChecks(run);
         if (const std::optional<std::string> text = MultilevelWords::onPValues(run)) {
             report.passage = Passage{"About these p values", *text};
         }

@@ -70,6 +70,7 @@ MultilevelFields::MultilevelFields(FieldRegistry& fields)
       mlEstimator(fields, "mlEstimator", MultilevelEstimator::reml, ResetRule::kept),
       mlRandomSlope(fields, "mlRandomSlope"),
       mlCorrelateRandom(fields, "mlCorrelateRandom", true),
+      mlMessage(fields, "mlMessage"),
       mlHasRun(fields, "mlHasRun"),
       mlResult(fields, "mlResult"),
       mlOrdinalResult(fields, "mlOrdinalResult") {}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
@@ -30,6 +31,8 @@ struct MultilevelFields {
     Field<MultilevelEstimator> mlEstimator;
     Field<VariableName> mlRandomSlope;
     Field<bool> mlCorrelateRandom;
+    /// What became of a random slope that the model cannot have, until the next change.
+    Field<std::optional<std::string>> mlMessage;
     Field<bool> mlHasRun;
     Field<std::optional<MultilevelRun>> mlResult;
     Field<std::optional<MultilevelOrdinalRun>> mlOrdinalResult;

@@ -66,6 +66,20 @@ std::string varianceShares(const MultilevelResult& result) {
     return " Shares of the total variance: " + ResultText::listed(shares) + ".";
 }
 
+std::string noICC(const MultilevelRun& run) {
+    std::string text;
+    if (run.choice.isThreeLevel()) {
+        text =
+            " Three levels are fitted as crossed random intercepts, the inner groups told apart by "
+            "the outer ones.";
+    }
+    text +=
+        " A nested ICC is not defined for crossed random intercepts; interpret the two intercept "
+        "variances separately.";
+    return run.choice.isThreeLevel() && run.choice.isGaussian() ? text + varianceShares(*run.result)
+                                                                : text;
+}
+
 std::string slopeNote(const MultilevelRun& run) {
     std::string text = !run.choice.correlated
                            ? " Random intercept and slope are independent (uncorrelated)."
@@ -99,12 +113,8 @@ std::string random(const MultilevelRun& run) {
                        std::string(displayName(result.estimator)) + ".";
     if (result.icc) {
         text += " ICC = τ₀₀ / (τ₀₀ + σ²).";
-    } else if (run.choice.isCrossed()) {
-        text +=
-            " A nested ICC is not defined for crossed random intercepts; interpret the two "
-            "intercept variances separately.";
-    } else if (run.choice.isThreeLevel() && run.choice.isGaussian()) {
-        text += varianceShares(result);
+    } else if (run.choice.hasTwoFactors()) {
+        text += noICC(run);
     }
     if (const std::optional<double> icc = MultilevelReport::latentICC(run)) {
         text +=

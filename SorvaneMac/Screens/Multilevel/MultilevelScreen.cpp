@@ -13,7 +13,9 @@ using VariableLists::numericVariables;
 using VariableLists::without;
 
 MultilevelScreen::MultilevelScreen(StudioState& state, MultilevelFields& fields)
-    : AnalysisScreen(StudioScreen::multilevel, state, fields.mlHasRun), fields_(fields) {
+    : AnalysisScreen(StudioScreen::multilevel, state, fields.mlHasRun),
+      fields_(fields),
+      predictorSeed_(state.fields, fields.mlPredictors, fields.mlHasRun) {
     const auto drop = [&fields] {
         MultilevelSelection::dropForbiddenSlope(fields);
     };
@@ -42,7 +44,9 @@ void MultilevelScreen::seed() {
                                            {"time", "timepoint", "wave", "occasion", "visit",
                                             "week", "month", "year", "day", "session", "trial"}));
     taken.insert(fields_.mlTime->name);
-    Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
+    if (predictorSeed_.isOpen()) {
+        Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
+    }
     MultilevelSelection::dropForbiddenSlope(fields_);
 }
 

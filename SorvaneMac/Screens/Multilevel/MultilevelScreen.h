@@ -2,6 +2,7 @@
 
 #include "SorvaneMac/Screens/AnalysisScreen.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
+#include "SorvaneMac/Screens/OptionalSeed.h"
 
 namespace sorvane {
 
@@ -14,6 +15,8 @@ public:
 
 private:
     MultilevelFields& fields_;
+    /// No predictors are a choice as well, of a model of the intercept alone.
+    OptionalSeed predictorSeed_;
 };
 
 }  // namespace sorvane

@@ -72,22 +72,33 @@ void addGroupings(SetupForm& form, const ImportedDataset& dataset, MultilevelFie
     }
 }
 
-/// A slope that is chosen becomes a predictor.
+/// Why a slope cannot stay; empty where it can.
+std::string obstacleTo(const std::string& slope, const MultilevelFields& fields) {
+    if (!allowsRandomSlope(fields)) {
+        return "choose Nested, and a family other than Ordinal, to have one.";
+    }
+    if (placed(fields).contains(slope)) {
+        return "it has another place in the model.";
+    }
+    return fields.mlPredictors->contains(slope)
+               ? ""
+               : "it is not among the predictors. Choose it under Random slope to make it both.";
+}
+
 void addSlope(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields) {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     if (allowsRandomSlope(fields)) {
-        const auto select = [&fields] {
-            if (!fields.mlRandomSlope->isBlank()) {
-                NameSet predictors = fields.mlPredictors.get();
-                predictors.insert(fields.mlRandomSlope->name);
-                fields.mlPredictors.set(predictors);
-            }
-        };
         form.controls.emplace_back(OptionControls::followedBy(
             optionalVariablePicker("Random slope", fields.mlRandomSlope,
                                    without(numericVariables(dataset), placed(fields)),
                                    "Random intercept only"),
-            select));
+            [&fields] {
+                selectSlope(fields);
+                fields.mlMessage.set(std::nullopt);
+            }));
+    }
+    if (fields.mlMessage.get()) {
+        form.controls.emplace_back(NoteControl{**fields.mlMessage, true});
     }
     const bool isGrowthModel = isGrowth(fields) && !isOrdinal(fields);
     if (isGrowthModel || (allowsRandomSlope(fields) && !fields.mlRandomSlope->isBlank())) {
@@ -103,10 +114,25 @@ std::string lagName(const std::string& outcome) {
 }  // namespace
 
 void dropForbiddenSlope(MultilevelFields& fields) {
-    const std::string& slope = fields.mlRandomSlope->name;
-    if (!allowsRandomSlope(fields) || !fields.mlPredictors->contains(slope) ||
-        placed(fields).contains(slope)) {
+    const std::string slope = fields.mlRandomSlope->name;
+    const std::string obstacle = slope.empty() ? "" : obstacleTo(slope, fields);
+    // Growth gives its time a slope of its own.
+    const bool isTimeOfGrowth = isGrowth(fields) && slope == fields.mlTime->name;
+    if (obstacle.empty() || isTimeOfGrowth) {
+        fields.mlMessage.set(std::nullopt);
+    } else {
+        fields.mlMessage.set(slope + " no longer has a random slope: " + obstacle);
+    }
+    if (!obstacle.empty()) {
         fields.mlRandomSlope.set({});
+    }
+}
+
+void selectSlope(MultilevelFields& fields) {
+    if (allowsRandomSlope(fields) && !fields.mlRandomSlope->isBlank()) {
+        NameSet predictors = fields.mlPredictors.get();
+        predictors.insert(fields.mlRandomSlope->name);
+        fields.mlPredictors.set(predictors);
     }
 }
 

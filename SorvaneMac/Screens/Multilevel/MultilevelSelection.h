@@ -7,8 +7,11 @@
 /// The selections that multilevel models of all families share.
 namespace sorvane::MultilevelSelection {
 
-/// Blanks a random slope that the structure or the family forbids or that is no predictor.
+/// Blanks a random slope that the structure or the family forbids or that is no predictor, and says
+/// so in the message; without one, there is no message.
 void dropForbiddenSlope(MultilevelFields& fields);
+/// Makes a random slope that was chosen a predictor too.
+void selectSlope(MultilevelFields& fields);
 
 /// The outcome, the groupings, the time, the predictors and the random slope.
 void addVariables(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields);

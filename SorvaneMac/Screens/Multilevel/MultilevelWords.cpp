@@ -94,7 +94,8 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
 }
 
 bool isCorrelationAtBound(const MultilevelRun& run) {
-    constexpr double bound = 0.9999;
+    // Searches of counts and shares end as near as this to a bound of 1.
+    constexpr double bound = 0.999;
     return std::abs(run.result->randomEffectCorrelation.value_or(0.0)) > bound;
 }
 
@@ -147,7 +148,8 @@ std::string sentence(const MultilevelRun& run) {
         text += effectWords(run, result.fixedEffects[at]);
     }
     if (result.icc) {
-        text += " The intraclass correlation was " + svFmtBounded(*result.icc, 2) + ".";
+        text += " The intraclass correlation was " + svFmtBounded(*result.icc, 2) +
+                (run.choice.slope.empty() ? "." : " where " + run.choice.slope + " is 0.");
     }
     if (run.choice.isLogistic()) {
         text +=
@@ -199,19 +201,22 @@ std::vector<std::string> warnings(const MultilevelRun& run) {
     return warnings;
 }
 
-std::optional<std::string> onPValues(const MultilevelRun& run) {
+bool isShortOfClusters(const MultilevelRun& run) {
     constexpr std::int64_t manyClusters = 30;
-    if (!run.choice.isGaussian()) {
-        return std::nullopt;
-    }
-    const MultilevelDFMethod method = run.choice.dfMethod;
     const std::int64_t fewest = std::min(
         run.result->nClusters, run.result->nClustersSecondary.value_or(run.result->nClusters));
-    if (method == MultilevelDFMethod::wald && fewest < manyClusters) {
+    return run.choice.isGaussian() && run.choice.dfMethod == MultilevelDFMethod::wald &&
+           fewest < manyClusters;
+}
+
+std::optional<std::string> onPValues(const MultilevelRun& run) {
+    if (isShortOfClusters(run)) {
         return "The normal reference takes the variances as known and gives p values that are too "
                "small with few clusters. Satterthwaite or Kenward–Roger t allows for that.";
     }
-    if (method == MultilevelDFMethod::kenwardRoger &&
+    // Two factors are not adjusted.
+    if (run.choice.isGaussian() && !run.choice.hasTwoFactors() &&
+        run.choice.dfMethod == MultilevelDFMethod::kenwardRoger &&
         run.choice.estimator == MultilevelEstimator::ml) {
         return "The Kenward–Roger adjustment is made for REML; on ML estimates, which are too "
                "small in the variances, it corrects less than it should.";
