@@ -186,6 +186,7 @@ SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields) {
         used.replicateCount = std::ssize(design.replicateWeights->weights);
         used.replicateType = design.replicateWeights->type;
         used.fayRho = design.replicateWeights->fayRho;
+        used.isScaled = design.replicateWeights->replicateScale.has_value();
     }
     return used;
 }

@@ -14,8 +14,11 @@ std::string methodWords(const SurveyDesignUsed& design, DesignVarianceMethod met
     if (method != DesignVarianceMethod::replicateWeights) {
         return std::string(SurveyCells::methodName(method));
     }
-    std::string words = ResultText::count(design.replicateCount) + " replicate weights, " +
-                        std::string(displayName(design.replicateType));
+    const std::string count = ResultText::count(design.replicateCount) + " replicate weights";
+    if (design.isScaled) {
+        return count + " with scales as given";
+    }
+    std::string words = count + ", " + std::string(displayName(design.replicateType));
     if (design.replicateType == ReplicateType::fayBRR) {
         words += " with factor " + NumberText::clean(design.fayRho);
     }
@@ -23,20 +26,22 @@ std::string methodWords(const SurveyDesignUsed& design, DesignVarianceMethod met
 }
 
 ReportTable table(const SurveyDesignUsed& design, const Figures& figures) {
-    const auto orNone = [](const std::string& name) {
-        return name.empty() ? "none" : name;
+    const bool isReplicated = design.replicateCount > 0;
+    const auto used = [isReplicated](const std::string& name, const std::string& more) {
+        return name.empty() ? std::string(isReplicated ? "as in the replicates" : "none")
+                            : name + more;
     };
+    const std::string units = " (" + ResultText::count(design.psuCount) + ")";
     ReportTable table;
     table.title = "Sampling design";
     table.headers = {"Part", "As used"};
     table.rows = {
         {"Weight", design.weight + ", sum " + svFmt(figures.sumOfWeights, 1)},
-        {"Strata", design.strata.empty()
-                       ? "none"
-                       : design.strata + " (" + ResultText::count(design.stratumCount) + ")"},
-        {"PSUs", (design.clusters.empty() ? "each case" : design.clusters) + " (" +
-                     ResultText::count(design.psuCount) + ")"},
-        {"Finite population correction", orNone(design.fpc)},
+        {"Strata", used(design.strata, " (" + ResultText::count(design.stratumCount) + ")")},
+        {"PSUs", design.clusters.empty() && !isReplicated ? "each case" + units
+                                                          : used(design.clusters, units)},
+        {"Finite population correction",
+         used(design.fpc, isReplicated ? ", not applied to replicates" : "")},
         {"Variance", methodWords(design, figures.method)},
         {"Design df", ResultText::count(figures.degreesOfFreedom)},
         {"Effective n of the weights", svFmt(figures.effectiveSampleSize, 1)}};
