@@ -146,6 +146,34 @@ TEST(SurveyScreen, TellsWhatTheDesignChangesAndWhatItLacks) {
               std::string::npos);
 }
 
+TEST(SurveyScreen, TheTableOfTheDesignTellsWhatReplicatesCarry) {
+    SchoolSample sample("apiclus1.csv");
+    const auto used = [&sample](const Settings& settings) {
+        const ScreenContent content = sample.shown(settings);
+        std::map<std::string, std::string> result;
+        for (const Card& card : content.cards) {
+            for (const ReportTable& table : card.tables) {
+                if (table.title == "Sampling design") {
+                    for (const Cells& row : table.rows) {
+                        result[row[0]] = row[1];
+                    }
+                }
+            }
+        }
+        return result;
+    };
+    std::map<std::string, std::string> parts = used({{"svReplicates", jackknife}});
+    EXPECT_EQ(parts["Strata"], "as in the replicates");
+    EXPECT_EQ(parts["PSUs"], "as in the replicates");
+    EXPECT_EQ(parts["Finite population correction"], "fpc, not applied to replicates");
+    EXPECT_EQ(parts["Variance"], "15 replicate weights, jackknife");
+    EXPECT_EQ(used({{"svReplicateScale", R"("0.9")"}})["Variance"],
+              "15 replicate weights with scales as given");
+    parts = used({{"svReplicates", "[]"}, {"svReplicateScale", R"("")"}});
+    EXPECT_EQ(parts["Strata"], "none");
+    EXPECT_EQ(parts["PSUs"], "each case (183)");
+}
+
 struct ColumnsCase {
     int line;
     std::string table;
