@@ -6,30 +6,12 @@
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/State/ProjectSnapshot.h"
 #include "SorvaneMac/State/StudioState.h"
+#include "SorvaneMac/State/SurveySettings.h"
 
 namespace sorvane {
 
 namespace {
 
-/// The settings that hold a field of the survey design, and the field's name.
-constexpr std::pair<const char*, const char*> surveySettings[] = {{"sv_weight", "svWeight"},
-                                                                  {"sv_strata", "svStrata"},
-                                                                  {"sv_cluster", "svCluster"},
-                                                                  {"sv_estimand", "svEstimand"}};
-/// The rest of the design, and what is analysed under it: settings that hold a field as JSON text,
-/// and stand only where the field is not at its start.
-constexpr std::pair<const char*, const char*> furtherSurveySettings[] = {
-    {"sv_fpc", "svFpc"},
-    {"sv_replicates", "svReplicates"},
-    {"sv_replicate_type", "svReplicateType"},
-    {"sv_fay_rho", "svFayRho"},
-    {"sv_replicate_scale", "svReplicateScale"},
-    {"sv_analysis", "svAnalysis"},
-    {"sv_outcome", "svOutcome"},
-    {"sv_predictors", "svPredictors"},
-    {"sv_corr_vars", "svCorrVars"},
-    {"sv_row_cat", "svRowCat"},
-    {"sv_col_cat", "svColCat"}};
 constexpr auto weightsActiveField = "surveyWeightsActive";
 
 using Settings = std::map<std::string, std::string>;
@@ -91,11 +73,11 @@ ProjectSnapshot StudioState::projectSnapshot() const {
                              .takenAt = floor<seconds>(system_clock::now())};
     Settings& settings = snapshot.plainSettings;
     // The design belongs to its screen, whose fields are known here by name alone.
-    for (const auto& [key, name] : surveySettings) {
+    for (const auto& [key, name] : SurveySettings::plain) {
         const AnyField* field = fields.find(name);
         settings[key] = field ? fromJson<std::string>(field->json()) : std::string();
     }
-    for (const auto& [key, name] : furtherSurveySettings) {
+    for (const auto& [key, name] : SurveySettings::further) {
         const AnyField* field = fields.find(name);
         if (field && !field->isAtStart()) {
             settings[key] = field->json().dump();
@@ -116,13 +98,13 @@ void StudioState::restoreProjectSettings(const Settings& settings) {
 }
 
 void StudioState::takeProjectSettings(const Settings& settings, FoldedSettings folded) {
-    for (const auto& [key, name] : surveySettings) {
+    for (const auto& [key, name] : SurveySettings::plain) {
         if (AnyField* field = fields.find(name)) {
-            const bool isEstimand = std::string_view(name) == "svEstimand";
+            const bool isEstimand = name == "svEstimand";
             field->setJson(toJson(valueOf(settings, key, isEstimand ? "mean" : "")));
         }
     }
-    for (const auto& [key, name] : furtherSurveySettings) {
+    for (const auto& [key, name] : SurveySettings::further) {
         if (AnyField* field = fields.find(name)) {
             takeText(*field, valueOf(settings, key));
         }

@@ -13,6 +13,7 @@
 #include "SorvaneMac/State/AutosaveWriter.h"
 #include "SorvaneMac/State/FieldJson.h"
 #include "SorvaneMac/State/RecentFiles.h"
+#include "SorvaneMac/State/SurveySettings.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -22,31 +23,26 @@ namespace {
 constexpr std::string_view recentDataFilesKey = "sv.recentDataFiles";
 constexpr std::string_view sampleResource = "SampleEIStudy.csv";
 
-/// The fields that a project keeps, the screen aside: looking at something changes nothing.
-constexpr std::array<std::string_view, 24> projectFields = {"dataset",
-                                                            "isDatasetEditable",
-                                                            "transformationLog",
-                                                            "reverseCodedItemNames",
-                                                            "unreliableItemNames",
-                                                            "researcherNotes",
-                                                            "reportItems",
-                                                            "reportRTFData",
-                                                            "svWeight",
-                                                            "svStrata",
-                                                            "svCluster",
-                                                            "svEstimand",
-                                                            "svFpc",
-                                                            "svReplicates",
-                                                            "svReplicateType",
-                                                            "svFayRho",
-                                                            "svReplicateScale",
-                                                            "svAnalysis",
-                                                            "svOutcome",
-                                                            "svPredictors",
-                                                            "svCorrVars",
-                                                            "svRowCat",
-                                                            "svColCat",
-                                                            "surveyWeightsActive"};
+/// The fields that a project keeps, those of Survey Design and the screen aside: looking at
+/// something changes nothing.
+constexpr std::array<std::string_view, 9> projectFields = {"dataset",
+                                                           "isDatasetEditable",
+                                                           "transformationLog",
+                                                           "reverseCodedItemNames",
+                                                           "unreliableItemNames",
+                                                           "researcherNotes",
+                                                           "reportItems",
+                                                           "reportRTFData",
+                                                           "surveyWeightsActive"};
+
+bool isKeptInProjects(std::string_view field) {
+    const auto isIn = [field](const auto& settings) {
+        return std::ranges::find(settings, field, &SurveySettings::Setting::field) !=
+               settings.end();
+    };
+    return std::ranges::find(projectFields, field) != projectFields.end() ||
+           isIn(SurveySettings::plain) || isIn(SurveySettings::further);
+}
 
 std::string sizeText(const ImportedDataset& dataset) {
     return NumberText::integer(dataset.rowCount()) + " row(s) and " +
@@ -101,8 +97,7 @@ StudioState::StudioState(std::filesystem::path resources,
       runner_(runner ? std::move(runner) : std::make_unique<ImmediateTaskRunner>()),
       defaults_(defaults ? std::move(defaults) : std::make_unique<SessionDefaults>()),
       projectObserver_(fields.observe([this](const AnyField& field) {
-          const bool isKept = std::ranges::find(projectFields, field.name()) != projectFields.end();
-          projectChanges_ += isKept ? 1 : 0;
+          projectChanges_ += isKeptInProjects(field.name()) ? 1 : 0;
       })),
       preferences_(sharing.keepIn(fields, *defaults_)) {}
 
