@@ -132,8 +132,9 @@ void ApaTableLayout::measureColumn(std::size_t index) {
         if (!isPlaceholder(cell.text)) {
             ++(isNumber ? numbers : texts);
         }
-        cell.text = isNumber ? qtText(UnbrokenText::numbersHeld(utf8(cell.text)))
-                             : BreakableText::of(cell.text);
+        if (!isNumber) {
+            cell.text = BreakableText::of(cell.text);
+        }
         word = std::max(word, widestWord(cell.text, metrics));
     }
     column.isNumeric = index > 0 && numbers > 0 && texts == 0;

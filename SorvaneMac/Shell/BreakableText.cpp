@@ -15,6 +15,8 @@ namespace {
 constexpr QChar breakHere(0x200B);
 constexpr QChar holdHere(0x2060);
 constexpr qsizetype longestWhole = 22;
+/// A text this short never breaks; a mark could only change the height of its line.
+constexpr qsizetype oneLine = 12;
 /// No fewer characters stand alone on a line.
 constexpr qsizetype fewest = 4;
 
@@ -50,7 +52,8 @@ QString broken(const QString& word) {
 }  // namespace
 
 QString of(const QString& text) {
-    QStringList words = qtText(UnbrokenText::numbersHeld(utf8(text))).split(' ');
+    QStringList words =
+        (text.size() <= oneLine ? text : qtText(UnbrokenText::numbersHeld(utf8(text)))).split(' ');
     for (QString& word : words) {
         word = broken(word);
     }
