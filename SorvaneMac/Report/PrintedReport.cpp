@@ -258,7 +258,7 @@ PrintedReport::PrintedReport(const RichDocument& document, QPaintDevice& device)
     const double unitsPerPoint = device.logicalDpiY() / 72.0;
     prepare(layout_->text, device);
     RichTextConversion::write(UnbrokenText::numbersHeld(document), layout_->text);
-    TableFitting::fit(layout_->text, textWidth * unitsPerPoint, TableFitting::Overflow::shrinks);
+    TableFitting::fit(layout_->text, textWidth * unitsPerPoint);
     layout_->text.setTextWidth(textWidth * unitsPerPoint);
     // The toolkit lays out as far as it is asked to; the size asks for everything.
     layout_->text.documentLayout()->documentSize();

@@ -15,6 +15,7 @@
 #include <QTextTable>
 #include <QUrl>
 
+#include "SorvaneMac/Report/TableFitting.h"
 #include "SorvaneMac/Report/TableGrid.h"
 
 namespace sorvane::RichTextConversion {
@@ -83,7 +84,7 @@ TextStyle styleOf(const QTextCharFormat& format) {
     TextStyle style;
     style.font = format.fontFixedPitch() ? FontRole::monospaced : FontRole::system;
     if (format.hasProperty(QTextFormat::FontPointSize)) {
-        style.points = format.fontPointSize();
+        style.points = TableFitting::fullPoints(format);
     } else if (format.hasProperty(QTextFormat::FontPixelSize)) {
         style.points = points(format.intProperty(QTextFormat::FontPixelSize));
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <QAbstractTextDocumentLayout>
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPaintDevice>
 #include <QTextBlock>
@@ -20,6 +21,8 @@ namespace {
 
 constexpr double closePadding = 2.5;
 constexpr double smallestScale = 0.6;
+constexpr int fullPointsProperty = QTextFormat::UserProperty + 2;
+constexpr int fittedPointsProperty = QTextFormat::UserProperty + 3;
 /// Pixels by which a column is wider than its longest word, against rounding.
 constexpr double slack = 1.0;
 
@@ -41,7 +44,7 @@ public:
           padding_(table.format().cellPadding()),
           words_(widestWords()) {}
 
-    void apply(Overflow overflow) {
+    void apply() {
         const double equal = width_ / static_cast<double>(words_.size());
         if (std::ranges::all_of(needs(), [equal](double need) { return need <= equal; })) {
             return;
@@ -49,10 +52,10 @@ public:
         if (total() > width_) {
             padding_ = closePadding;
         }
-        if (total() > width_ && overflow == Overflow::shrinks) {
+        if (total() > width_) {
             shrinkText();
         }
-        setColumns(overflow == Overflow::widens ? std::max(total(), width_) : width_);
+        setColumns();
     }
 
 private:
@@ -68,6 +71,11 @@ private:
 
     QFont fontOf(const QTextFragment& fragment) const {
         return fragment.charFormat().font().resolve(document_.defaultFont());
+    }
+
+    double pointsOf(const QTextFragment& fragment) const {
+        const QFont font = fontOf(fragment);
+        return font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
     }
 
     double widestWord(const QTextFragment& fragment) const {
@@ -128,19 +136,21 @@ private:
                     forEachFragment(cell, [&](const QTextFragment& fragment) {
                         texts.push_back({.first = fragment.position(),
                                          .end = fragment.position() + fragment.length(),
-                                         .points = fontOf(fragment).pointSizeF() * scale});
+                                         .points = pointsOf(fragment)});
                     });
                 }
             }
         }
         for (const SizedText& text : texts) {
-            setSize(text);
+            shrink(text, scale);
         }
     }
 
-    void setSize(const SizedText& text) {
+    void shrink(const SizedText& text, double scale) {
         QTextCharFormat size;
-        size.setFontPointSize(text.points);
+        size.setFontPointSize(text.points * scale);
+        size.setProperty(fullPointsProperty, text.points);
+        size.setProperty(fittedPointsProperty, text.points * scale);
         QTextCursor cursor(&document_);
         cursor.setPosition(text.first);
         cursor.setPosition(text.end, QTextCursor::KeepAnchor);
@@ -148,10 +158,10 @@ private:
     }
 
     /// What each column gets of the whole.
-    std::vector<double> shares(double whole) const {
+    std::vector<double> shares() const {
         const std::vector<double> all = needs();
         std::vector<bool> isGiven(all.size(), false);
-        double rest = whole;
+        double rest = width_;
         auto open = static_cast<double>(all.size());
         for (bool isSettled = false; !isSettled && open > 0;) {
             isSettled = true;
@@ -172,19 +182,16 @@ private:
         return widths;
     }
 
-    void setColumns(double whole) {
+    void setColumns() {
         QTextTableFormat format = table_.format();
         QList<QTextLength> lengths;
-        const std::vector<double> widths = shares(whole);
+        const std::vector<double> widths = shares();
         const double sum = std::accumulate(widths.begin(), widths.end(), 0.0);
         for (const double width : widths) {
             lengths << QTextLength(QTextLength::PercentageLength, 100.0 * width / sum);
         }
         format.setColumnWidthConstraints(lengths);
         format.setCellPadding(padding_);
-        if (whole > width_) {
-            format.setWidth(QTextLength(QTextLength::FixedLength, whole / unitsPerPixel_));
-        }
         table_.setFormat(format);
     }
 
@@ -200,12 +207,19 @@ private:
 
 }  // namespace
 
-void fit(QTextDocument& document, double width, Overflow overflow) {
+void fit(QTextDocument& document, double width) {
     for (QTextFrame* frame : document.rootFrame()->childFrames()) {
         if (auto* table = qobject_cast<QTextTable*>(frame)) {
-            Fitting(*table, width).apply(overflow);
+            Fitting(*table, width).apply();
         }
     }
+}
+
+double fullPoints(const QTextCharFormat& format) {
+    const double points = format.fontPointSize();
+    return points == format.doubleProperty(fittedPointsProperty)
+               ? format.doubleProperty(fullPointsProperty)
+               : points;
 }
 
 }  // namespace sorvane::TableFitting

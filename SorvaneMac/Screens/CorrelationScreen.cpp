@@ -10,7 +10,6 @@
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
-#include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -99,17 +98,19 @@ std::optional<Gate> CorrelationScreen::gate() const {
     return SelectionGates::goneColumn(fields_.corrMatrixVars, numeric, "numeric columns");
 }
 
-PairCorrelations CorrelationScreen::pairCorrelations() const {
-    const ImportedDataset& dataset = state_.dataset();
-    const NumericColumn x = dataset.numericColumn(fields_.corrX->name);
-    const NumericColumn y = dataset.numericColumn(fields_.corrY->name);
+ChartVariable CorrelationScreen::variable(const Field<VariableName>& field) const {
+    return {.name = field->name, .values = state_.dataset().numericColumn(field->name)};
+}
+
+PairCorrelations CorrelationScreen::pairCorrelations(const NumericColumn& x,
+                                                     const NumericColumn& y) const {
     PairCorrelations pair{.pearson = RelationshipTests::pearson(x, y),
                           .spearman = RelationshipTests::spearman(x, y),
                           .kendallTauB = RelationshipTests::kendallTauB(x, y),
                           .partial = std::nullopt};
     if (!fields_.corrControl->isBlank()) {
         const std::vector<NumericColumn> control = {
-            dataset.numericColumn(fields_.corrControl->name)};
+            state_.dataset().numericColumn(fields_.corrControl->name)};
         pair.partial = RelationshipTests::partialCorrelation(x, y, control);
     }
     return pair;
@@ -123,7 +124,9 @@ ScreenContent CorrelationScreen::content() const {
     if (content.gate) {
         return content;
     }
-    const PairCorrelations pair = pairCorrelations();
+    const ChartVariable x = variable(fields_.corrX);
+    const ChartVariable y = variable(fields_.corrY);
+    const PairCorrelations pair = pairCorrelations(x.values, y.values);
     const auto& pearson = pair.pearson;
     content.tiles = {
         {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
@@ -131,10 +134,10 @@ ScreenContent CorrelationScreen::content() const {
         {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"},
         {"Cases used", pearson ? ResultText::count(pearson->n) : "--", "complete pairs"}};
     content.cards.push_back(pairCard(pair));
-    const Chart drawn = scatter();
+    const Chart drawn = scatterChart(x, y);
     content.cards.push_back({.title = drawn.title, .subtitle = drawn.subtitle, .charts = {drawn}});
     if (pearson) {
-        content.findings.push_back(pairFinding(pair));
+        content.findings.push_back(pairFinding(pair, drawn));
     }
     const std::vector<std::string> names =
         FormControls::chosen(fields_.corrMatrixVars.get(), numericVariables(state_.dataset()));
@@ -175,14 +178,7 @@ Card CorrelationScreen::pairCard(const PairCorrelations& pair) const {
     return card;
 }
 
-Chart CorrelationScreen::scatter() const {
-    const NumericColumn x = state_.dataset().numericColumn(fields_.corrX->name);
-    const NumericColumn y = state_.dataset().numericColumn(fields_.corrY->name);
-    return scatterChart({.name = fields_.corrX->name, .values = x},
-                        {.name = fields_.corrY->name, .values = y});
-}
-
-Finding CorrelationScreen::pairFinding(const PairCorrelations& pair) const {
+Finding CorrelationScreen::pairFinding(const PairCorrelations& pair, const Chart& scatter) const {
     const CorrelationResult& pearson = *pair.pearson;
     const std::string& x = fields_.corrX->name;
     const std::string& y = fields_.corrY->name;
@@ -199,7 +195,7 @@ Finding CorrelationScreen::pairFinding(const PairCorrelations& pair) const {
         "correlations; p is two-tailed.";
     item.caution = std::string(caution);
     item.figureCaption = "Scatter plot of " + y + " by " + x + " with the least-squares line.";
-    return {.item = std::move(item), .figure = scatter()};
+    return {.item = std::move(item), .figure = scatter};
 }
 
 ReportTable CorrelationScreen::matrixTable(const std::vector<std::string>& names) const {
@@ -253,7 +249,7 @@ Guide CorrelationScreen::guide() const {
 }
 
 Json CorrelationScreen::record() const {
-    return toJson(pairCorrelations());
+    return toJson(pairCorrelations(variable(fields_.corrX).values, variable(fields_.corrY).values));
 }
 
 }  // namespace sorvane

@@ -7,6 +7,7 @@
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
 #include "SorvaneMac/Screens/ImmediateScreen.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -39,10 +40,10 @@ public:
 private:
     std::optional<Gate> gate() const override;
     Json record() const override;
-    PairCorrelations pairCorrelations() const;
+    ChartVariable variable(const Field<VariableName>& field) const;
+    PairCorrelations pairCorrelations(const NumericColumn& x, const NumericColumn& y) const;
     Card pairCard(const PairCorrelations& pair) const;
-    Chart scatter() const;
-    Finding pairFinding(const PairCorrelations& pair) const;
+    Finding pairFinding(const PairCorrelations& pair, const Chart& scatter) const;
     ReportTable matrixTable(const std::vector<std::string>& names) const;
     Finding matrixFinding(const std::vector<std::string>& names) const;
 

@@ -31,7 +31,7 @@ MeanWithInterval meanOf(const NamedNumericGroup& group) {
 
 }  // namespace
 
-Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcome) {
+Chart means(std::span<const NamedNumericGroup> groups, const Names& names) {
     IntervalPlot plot;
     for (const NamedNumericGroup& group : groups) {
         const MeanWithInterval mean = meanOf(group);
@@ -41,12 +41,13 @@ Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcom
     Chart chart;
     chart.title = "Group means";
     chart.subtitle = "With 95% confidence intervals";
-    chart.xLabel = outcome;
+    chart.xLabel = names.outcome;
+    chart.yLabel = names.grouping;
     chart.plot = std::move(plot);
     return chart;
 }
 
-Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcome) {
+Chart boxes(std::span<const NamedNumericGroup> groups, const Names& names) {
     BoxPlot plot;
     for (const NamedNumericGroup& group : groups) {
         if (const std::optional<BoxPlotSummary> box = BoxPlotSummary::of(group.values)) {
@@ -61,13 +62,14 @@ Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcom
     }
     Chart chart;
     chart.title = "Box plots by group";
-    chart.yLabel = outcome;
+    chart.xLabel = names.grouping;
+    chart.yLabel = names.outcome;
     chart.plot = std::move(plot);
     return chart;
 }
 
 Chart measurementBoxes(std::span<const NamedNumericGroup> measurements) {
-    Chart chart = boxes(measurements, "Value");
+    Chart chart = boxes(measurements, {.outcome = "Value"});
     chart.title = "Box plots by measurement";
     return chart;
 }

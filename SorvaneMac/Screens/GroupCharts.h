@@ -9,10 +9,16 @@
 /// Groups of values drawn side by side.
 namespace sorvane::GroupCharts {
 
+/// What the two axes are called.
+struct Names {
+    std::string outcome;
+    std::string grouping;
+};
+
 /// The mean of each group with its 95 % interval.
-Chart means(std::span<const NamedNumericGroup> groups, const std::string& outcome);
+Chart means(std::span<const NamedNumericGroup> groups, const Names& names);
 /// A box plot of each group.
-Chart boxes(std::span<const NamedNumericGroup> groups, const std::string& outcome);
+Chart boxes(std::span<const NamedNumericGroup> groups, const Names& names);
 /// A box plot of each repeated measurement.
 Chart measurementBoxes(std::span<const NamedNumericGroup> measurements);
 /// The means of repeated measurements in their order, joined by a line, with 95 % intervals.

@@ -1,6 +1,6 @@
 #include "SorvaneMac/Shell/ActionRow.h"
 
-#include <QHBoxLayout>
+#include <QBoxLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -19,6 +19,9 @@ namespace sorvane {
 
 namespace {
 
+/// With less room than this beside the buttons, the title stands above them.
+constexpr int narrowestTitle = 130;
+
 void copyNamed(const ReportItem& item, const ReportTable& table) {
     copyTable(table.title.value_or(item.title), table);
 }
@@ -27,27 +30,36 @@ void copyNamed(const ReportItem& item, const ReportTable& table) {
 
 ActionRow::ActionRow(StudioState& state)
     : state_(state),
+      row_(new QBoxLayout(QBoxLayout::LeftToRight, this)),
+      buttons_(new WrapLayout(Theme::px(8))),
       title_(new ElidedLabel),
       add_(Buttons::make(
           "Add to report", [this] { stage(); }, Buttons::Weight::primary)),
       copyText_(Buttons::make("Copy APA text",
                               [this] { Clipboard::setText(qtText(finding_.item.apaSummary)); })),
       copyTable_(Buttons::make("Copy table", {})) {
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Theme::px(8));
-    row->addWidget(title_, 1);
-    auto* buttons = new WrapLayout(Theme::px(8));
+    row_->setContentsMargins(0, 0, 0, 0);
+    row_->setSpacing(Theme::px(8));
+    row_->addWidget(title_, 1);
     for (QPushButton* button : {copyTable_, copyText_, add_}) {
-        buttons->addWidget(button);
+        buttons_->addWidget(button);
     }
-    row->addLayout(buttons);
+    row_->addLayout(buttons_);
+}
+
+void ActionRow::resizeEvent(QResizeEvent* event) {
+    const int beside = buttons_->sizeHint().width() + Theme::px(narrowestTitle);
+    row_->setDirection(width() < beside ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    QWidget::resizeEvent(event);
 }
 
 void ActionRow::show(const Finding& finding) {
     finding_ = finding;
     title_->setText(qtText(finding.item.title));
     title_->setToolTip(qtText(finding.item.apaSummary));
+    for (QPushButton* button : {copyTable_, copyText_}) {
+        button->setAccessibleName(button->text() + ": " + title_->text());
+    }
     offerTables();
     refresh();
 }

@@ -6,12 +6,14 @@
 
 #include "SorvaneMac/Screens/ScreenContent.h"
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 
 namespace sorvane {
 
 class StudioState;
+class WrapLayout;
 
 /// What can be done with one finding: stage it, copy its sentence, copy its tables.
 class ActionRow final : public QWidget {
@@ -24,10 +26,15 @@ public:
     /// Puts the finding into the report, with its figure drawn for paper.
     void stage();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void offerTables();
 
     StudioState& state_;
+    QBoxLayout* row_;
+    WrapLayout* buttons_;
     Finding finding_;
     QLabel* title_;
     QPushButton* add_;

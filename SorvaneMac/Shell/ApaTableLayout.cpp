@@ -9,6 +9,7 @@
 #include "SorvaneMac/Report/APAFormat.h"
 #include "SorvaneMac/Report/StatisticalSymbols.h"
 #include "SorvaneMac/Report/UnbrokenText.h"
+#include "SorvaneMac/Shell/BreakableText.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "SorvaneMac/Shell/Theme.h"
 
@@ -38,9 +39,11 @@ bool isPlaceholder(const QString& text) {
     return text.isEmpty() || text == "--" || text == "—" || text == "-";
 }
 
+/// Of the pieces between which a line may break.
 int widestWord(const QString& text, const QFontMetrics& metrics) {
+    static const QRegularExpression ends("[ \\x{200B}]");
     int widest = 0;
-    for (const QString& word : text.split(' ', Qt::SkipEmptyParts)) {
+    for (const QString& word : text.split(ends, Qt::SkipEmptyParts)) {
         widest = std::max(widest, metrics.horizontalAdvance(word));
     }
     return widest;
@@ -61,11 +64,16 @@ ApaTableLayout::ApaTableLayout(const ReportTable& table)
     const ReportTable shown = APAFormat::normalize(table);
     readCells(shown);
     readGroups(shown);
-    noteText_ = qtText(UnbrokenText::numbersHeld(shown.note.value_or("")));
+    noteText_ = BreakableText::of(qtText(shown.note.value_or("")));
     for (std::size_t index = 0; index < columns_.size(); ++index) {
         measureColumn(index);
-        minimumWidth_ += columns_[index].minimum;
-        naturalWidth_ += columns_[index].natural;
+    }
+    for (const Group& group : groups_) {
+        makeRoomFor(group);
+    }
+    for (const Column& column : columns_) {
+        minimumWidth_ += column.minimum;
+        naturalWidth_ += column.natural;
     }
 }
 
@@ -76,7 +84,7 @@ void ApaTableLayout::readCells(const ReportTable& table) {
     }
     columns_.resize(count);
     for (std::size_t at = 0; at < table.headers.size(); ++at) {
-        columns_[at].head = qtText(UnbrokenText::wordsHeld(table.headers[at]));
+        columns_[at].head = BreakableText::of(qtText(UnbrokenText::wordsHeld(table.headers[at])));
         columns_[at].headIsItalic = StatisticalSymbols::isSymbol(table.headers[at]);
     }
     rows_.reserve(table.rows.size());
@@ -100,7 +108,7 @@ void ApaTableLayout::readGroups(const ReportTable& table) {
         if (span < 1) {
             return;
         }
-        groups_.push_back({qtText(group.label), column, span});
+        groups_.push_back({BreakableText::of(qtText(group.label)), column, span});
         column += span;
     }
 }
@@ -120,10 +128,14 @@ void ApaTableLayout::measureColumn(std::size_t index) {
         const qsizetype point = cell.text.indexOf('.');
         cell.lead = point < 0 ? cell.width : metrics.horizontalAdvance(cell.text.left(point));
         widest = std::max(widest, cell.width);
-        word = std::max(word, widestWord(cell.text, metrics));
+        const bool isNumber = isNumberText(cell.text);
         if (!isPlaceholder(cell.text)) {
-            ++(isNumberText(cell.text) ? numbers : texts);
+            ++(isNumber ? numbers : texts);
         }
+        if (!isNumber) {
+            cell.text = BreakableText::of(cell.text);
+        }
+        word = std::max(word, widestWord(cell.text, metrics));
     }
     column.isNumeric = index > 0 && numbers > 0 && texts == 0;
     if (column.isNumeric) {
@@ -135,10 +147,6 @@ void ApaTableLayout::measureColumn(std::size_t index) {
             }
         }
         widest = std::max(widest, column.lead + column.rest);
-    } else {
-        for (std::vector<Cell>& row : rows_) {
-            row[index].text = qtText(UnbrokenText::numbersHeld(utf8(row[index].text)));
-        }
     }
     column.isProse = index == 0 || (texts > 0 && widest > Theme::px(proseFrom));
     const int air = 2 * Theme::px(gap);
@@ -147,6 +155,26 @@ void ApaTableLayout::measureColumn(std::size_t index) {
         column.isNumeric ? widest : std::min(widest, std::max(word, Theme::px(narrowestText)));
     column.natural = measureHead(column, textWidth) + air;
     column.minimum = std::min(column.natural, measureHead(column, smallest) + air);
+}
+
+/// The columns of a group are together as wide as its longest word, and as its label if they may.
+void ApaTableLayout::makeRoomFor(const Group& group) {
+    const QFontMetrics metrics(bold_);
+    const int air = 2 * Theme::px(gap);
+    const int label = std::min(metrics.horizontalAdvance(group.label), Theme::px(widestText)) + air;
+    const int word = std::min(widestWord(group.label, metrics) + air, label);
+    int natural = 0;
+    int minimum = 0;
+    for (int at = 0; at < group.span; ++at) {
+        const Column& column = columns_[static_cast<std::size_t>(group.firstColumn + at)];
+        natural += column.natural;
+        minimum += column.minimum;
+    }
+    for (int at = 0; at < group.span; ++at) {
+        Column& column = columns_[static_cast<std::size_t>(group.firstColumn + at)];
+        column.natural += (std::max(label - natural, 0) + group.span - 1) / group.span;
+        column.minimum += (std::max(word - minimum, 0) + group.span - 1) / group.span;
+    }
 }
 
 int ApaTableLayout::measureHead(const Column& column, int cellWidth) const {
@@ -160,9 +188,10 @@ int ApaTableLayout::measureHead(const Column& column, int cellWidth) const {
 }
 
 void ApaTableLayout::setWidth(int width) {
-    if (width == width_) {
+    if (width == room_) {
         return;
     }
+    room_ = width;
     shareWidth(width);
     placeRows();
 }
@@ -188,11 +217,19 @@ int ApaTableLayout::cellHeight(const Cell& cell, const Column& column) const {
     return cell.width <= inside ? metrics.height() : wrappedHeight(cell.text, metrics, inside);
 }
 
-int ApaTableLayout::groupHeight() const {
-    return groups_.empty() ? 0 : QFontMetrics(bold_).height() + Theme::px(headAir);
+int ApaTableLayout::groupWidth(const Group& group) const {
+    const Column& first = columns_[static_cast<std::size_t>(group.firstColumn)];
+    const Column& last = columns_[static_cast<std::size_t>(group.firstColumn + group.span - 1)];
+    return last.left + last.width - first.left;
 }
 
 void ApaTableLayout::placeRows() {
+    groupHeight_ = 0;
+    for (const Group& group : groups_) {
+        const int inside = groupWidth(group) - 2 * Theme::px(gap);
+        const int label = wrappedHeight(group.label, QFontMetrics(bold_), inside);
+        groupHeight_ = std::max(groupHeight_, label + Theme::px(headAir));
+    }
     int heads = 0;
     for (const Column& column : columns_) {
         const QFontMetrics metrics(column.headIsItalic ? italicHead_ : bold_);
@@ -200,7 +237,7 @@ void ApaTableLayout::placeRows() {
             std::max(heads, wrappedHeight(column.head, metrics, column.width - 2 * Theme::px(gap)));
     }
     headHeight_ = heads + 2 * Theme::px(headAir) - Theme::px(4);
-    int top = groupHeight() + headHeight_ + Theme::px(3);
+    int top = groupHeight_ + headHeight_ + Theme::px(3);
     rowTops_.clear();
     for (const std::vector<Cell>& row : rows_) {
         rowTops_.push_back(top);
@@ -215,7 +252,7 @@ void ApaTableLayout::placeRows() {
     height_ = top + 2;
     if (!noteText_.isEmpty()) {
         height_ += Theme::px(noteAir) +
-                   wrappedHeight("Note. " + noteText_, QFontMetrics(note_), width_) + 2;
+                   wrappedHeight("Note. " + noteText_, QFontMetrics(note_), room_) + 2;
     }
 }
 
@@ -224,7 +261,7 @@ QRect ApaTableLayout::box(const Column& column, int top, int height) const {
     return {column.left + air, top, column.width - 2 * air, height};
 }
 
-void ApaTableLayout::paint(QPainter& painter, const QRect& clip) const {
+void ApaTableLayout::paint(QPainter& painter, const QRect& clip, int scrolled) const {
     painter.setPen(Theme::colors().text);
     paintGroups(painter);
     paintHead(painter);
@@ -234,19 +271,18 @@ void ApaTableLayout::paint(QPainter& painter, const QRect& clip) const {
         paintRow(painter, row);
     }
     paintRules(painter);
-    paintNote(painter);
+    paintNote(painter, scrolled);
 }
 
 void ApaTableLayout::paintGroups(QPainter& painter) const {
     painter.setFont(bold_);
     for (const Group& group : groups_) {
-        const Column& first = columns_[static_cast<std::size_t>(group.firstColumn)];
-        const Column& last = columns_[static_cast<std::size_t>(group.firstColumn + group.span - 1)];
-        const QRect area(first.left, 1, last.left + last.width - first.left, groupHeight());
-        painter.drawText(area, Qt::AlignCenter, group.label);
+        const int air = Theme::px(gap);
+        const int left = columns_[static_cast<std::size_t>(group.firstColumn)].left;
+        const QRect area(left + air, 1, groupWidth(group) - 2 * air, groupHeight_);
+        painter.drawText(area, wrap | Qt::AlignCenter, group.label);
         if (group.span > 1 && !group.label.isEmpty()) {
-            const int air = Theme::px(gap);
-            painter.drawLine(area.left() + air, area.bottom(), area.right() - air, area.bottom());
+            painter.drawLine(area.bottomLeft(), area.bottomRight());
         }
     }
 }
@@ -256,7 +292,7 @@ void ApaTableLayout::paintHead(QPainter& painter) const {
         const Column& column = columns_[at];
         painter.setFont(column.headIsItalic ? italicHead_ : bold_);
         const Qt::AlignmentFlag side = column.isProse ? Qt::AlignLeft : Qt::AlignHCenter;
-        painter.drawText(box(column, groupHeight(), headHeight_), wrap | side | Qt::AlignVCenter,
+        painter.drawText(box(column, groupHeight_, headHeight_), wrap | side | Qt::AlignVCenter,
                          column.head);
     }
 }
@@ -286,15 +322,15 @@ void ApaTableLayout::paintRules(QPainter& painter) const {
     const int right = columns_.back().left + columns_.back().width;
     const QColor ink = Theme::colors().text;
     painter.fillRect(QRect(0, 0, right, 2), ink);
-    painter.fillRect(QRect(0, groupHeight() + headHeight_, right, 1), ink);
+    painter.fillRect(QRect(0, groupHeight_ + headHeight_, right, 1), ink);
     painter.fillRect(QRect(0, rowTops_.back(), right, 2), ink);
 }
 
-void ApaTableLayout::paintNote(QPainter& painter) const {
+void ApaTableLayout::paintNote(QPainter& painter, int left) const {
     if (noteText_.isEmpty()) {
         return;
     }
-    const QRect area(0, rowTops_.back() + Theme::px(noteAir), width_, 1 << 20);
+    const QRect area(left, rowTops_.back() + Theme::px(noteAir), room_, 1 << 20);
     QFont lead = note_;
     lead.setItalic(true);
     painter.setFont(lead);

@@ -21,7 +21,7 @@ public:
     /// Takes the table as the reader sees it: bounded numbers lose their leading zero here.
     explicit ApaTableLayout(const ReportTable& table);
 
-    /// Below this width the table is cut and must be scrolled.
+    /// Below this width the table is cut and must be scrolled. Its note takes any width.
     int minimumWidth() const { return minimumWidth_; }
     /// The width at which nothing wraps that need not.
     int naturalWidth() const { return naturalWidth_; }
@@ -30,7 +30,8 @@ public:
     int width() const { return width_; }
     int height() const { return height_; }
 
-    void paint(QPainter& painter, const QRect& clip) const;
+    /// Input      scrolled: how far the table is scrolled; its note stays in view
+    void paint(QPainter& painter, const QRect& clip, int scrolled = 0) const;
 
 private:
     struct Cell {
@@ -72,9 +73,10 @@ private:
     void paintGroups(QPainter& painter) const;
     void paintRow(QPainter& painter, std::size_t row) const;
     void paintRules(QPainter& painter) const;
-    void paintNote(QPainter& painter) const;
+    void paintNote(QPainter& painter, int left) const;
     QRect box(const Column& column, int top, int height) const;
-    int groupHeight() const;
+    int groupWidth(const Group& group) const;
+    void makeRoomFor(const Group& group);
 
     QFont body_;
     QFont bold_;
@@ -87,7 +89,10 @@ private:
     int minimumWidth_ = 0;
     int naturalWidth_ = 0;
     int width_ = -1;
+    /// The width that was given, which may be less than the table's.
+    int room_ = -1;
     int height_ = 0;
+    int groupHeight_ = 0;
     int headHeight_ = 0;
     /// Tops of the rows, and the bottom of the last.
     std::vector<int> rowTops_;

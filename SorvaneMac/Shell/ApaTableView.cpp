@@ -59,7 +59,7 @@ void ApaTableView::paintEvent(QPaintEvent* event) {
     const int offset = horizontalScrollBar()->value();
     layout_.setWidth(viewport()->width());
     painter.translate(-offset, 0);
-    layout_.paint(painter, event->rect().translated(offset, 0));
+    layout_.paint(painter, event->rect().translated(offset, 0), offset);
     if (hasFocus()) {
         painter.resetTransform();
         painter.setPen(Theme::colors().accent);

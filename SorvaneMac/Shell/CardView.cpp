@@ -133,12 +133,7 @@ void CardView::addFacts(const std::vector<Fact>& facts) {
     for (const Fact& fact : facts) {
         const int row = grid->rowCount();
         grid->addWidget(Labels::line(qtText(fact.label), "quiet"), row, 0, Qt::AlignTop);
-        const QString text = fact.text.empty() ? "—" : qtText(fact.text);
-        QLabel* value = Labels::text(text);
-        if (!text.contains(' ')) {
-            Labels::showName(*value, text);
-        }
-        grid->addWidget(value, row, 1);
+        grid->addWidget(Labels::text(fact.text.empty() ? "—" : qtText(fact.text)), row, 1);
     }
     body().addLayout(grid);
 }

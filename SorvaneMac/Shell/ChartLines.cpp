@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -220,6 +221,35 @@ void paintSeries(QPainter& painter,
     }
 }
 
+std::ptrdiff_t pointsInside(const LinePlot& plot, const ChartPlaces& places, const QRectF& place) {
+    std::ptrdiff_t count = 0;
+    for (const Series& series : plot.series) {
+        for (std::size_t at = 0; at < series.x.size(); ++at) {
+            count += place.contains(places.at(series.x[at], series.y[at])) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+/// Above or below an end of the line at a height, where the fewest points are near.
+QRectF freestPlace(const LinePlot& plot, const ChartPlaces& places, double y, const QSizeF& size) {
+    const double right = places.area().right() - size.width();
+    const double left = places.area().left();
+    QRectF best;
+    std::ptrdiff_t fewest = std::numeric_limits<std::ptrdiff_t>::max();
+    for (const QPointF corner : {QPointF(right, y - size.height()), QPointF(right, y),
+                                 QPointF(left, y - size.height()), QPointF(left, y)}) {
+        const QRectF place(corner, size);
+        const std::ptrdiff_t near = pointsInside(
+            plot, places, place.adjusted(-markRadius, -markRadius, markRadius, markRadius));
+        if (near < fewest) {
+            fewest = near;
+            best = place;
+        }
+    }
+    return best;
+}
+
 void paintReference(QPainter& painter,
                     const ChartPlaces& places,
                     const LinePlot& plot,
@@ -232,8 +262,8 @@ void paintReference(QPainter& painter,
     const QFontMetricsF metrics(ink.font);
     const QString name =
         metrics.elidedText(qtText(plot.referenceName), Qt::ElideRight, area.width());
-    const double width = metrics.horizontalAdvance(name);
-    painter.drawText(QPointF(area.right() - width - 2.0, y - metrics.descent() - 2.0), name);
+    const QSizeF size(metrics.horizontalAdvance(name) + 4.0, metrics.height());
+    painter.drawText(freestPlace(plot, places, y, size), Qt::AlignCenter, name);
 }
 
 /// A ring around the marked point of the first series, with its name to the upper right on a ground

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "SorvaneMac/Shell/BreakableText.h"
 #include "SorvaneMac/Shell/ChartPlots.h"
 #include "SorvaneMac/Shell/PathFigure.h"
 #include "SorvaneMac/Shell/QtText.h"
@@ -131,19 +132,35 @@ void paintLabel(QPainter& painter, const PathLabel& label, const ChartInk& ink) 
     painter.drawText(label.place.adjusted(-4.0, -4.0, 4.0, 4.0), Qt::AlignCenter, label.text);
 }
 
-/// A label that has no room is set smaller, then loses its middle, as names of items often differ at
-/// their end alone.
-void paintNodeLabel(QPainter& painter, const QRectF& place, const QString& label, double room) {
+bool fits(const QString& text, const QFont& font, const QSizeF& room) {
+    const QRectF area(0.0, 0.0, room.width(), 1e6);
+    const QRectF taken = QFontMetricsF(font).boundingRect(area, Qt::TextWordWrap, text);
+    return taken.width() <= room.width() && taken.height() <= room.height();
+}
+
+/// A label that has no room on one line is set on several or smaller, then loses its middle, as names
+/// of items often differ at their end alone.
+void paintNodeLabel(QPainter& painter,
+                    const QRectF& place,
+                    const QString& label,
+                    const QSizeF& room) {
     QFont font = painter.font();
-    const int ordinary = font.pixelSize();
-    while (font.pixelSize() > std::min(smallestLabel, ordinary) &&
-           QFontMetricsF(font).horizontalAdvance(label) > room) {
-        font.setPixelSize(font.pixelSize() - 1);
+    const int smallest = std::min(smallestLabel, font.pixelSize());
+    QString text = label;
+    if (QFontMetricsF(font).horizontalAdvance(label) > room.width()) {
+        text = BreakableText::of(label);
+        while (font.pixelSize() > smallest && !fits(text, font, room)) {
+            font.setPixelSize(font.pixelSize() - 1);
+        }
+        if (!fits(text, font, room)) {
+            text = QFontMetricsF(font).elidedText(label, Qt::ElideMiddle, room.width());
+        }
     }
+    QRectF box(QPointF(), QSizeF(room.width(), place.height()));
+    box.moveCenter(place.center());
     painter.save();
     painter.setFont(font);
-    painter.drawText(place, Qt::AlignCenter,
-                     QFontMetricsF(font).elidedText(label, Qt::ElideMiddle, room));
+    painter.drawText(box, Qt::AlignCenter | Qt::TextWordWrap, text);
     painter.restore();
 }
 
@@ -157,8 +174,10 @@ void paintNode(QPainter& painter,
     isLatent ? painter.drawEllipse(place) : painter.drawRect(place);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(ink.text);
-    paintNodeLabel(painter, place, qtText(node.label),
-                   place.width() - (isLatent ? PathFigure::ellipseAir : PathFigure::boxAir) / 2.0);
+    const double air = (isLatent ? PathFigure::ellipseAir : PathFigure::boxAir) / 2.0;
+    // The lines of a label are shorter above and below the middle of an ellipse: it has but one.
+    const double height = isLatent ? painter.fontMetrics().height() : place.height();
+    paintNodeLabel(painter, place, qtText(node.label), {place.width() - air, height});
 }
 
 /// Less the paths to nodes that are not there.

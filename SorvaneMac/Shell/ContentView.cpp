@@ -98,7 +98,7 @@ ContentView::ContentView(Workspace& workspace)
 ContentView::~ContentView() = default;
 
 void ContentView::insertBelowTiles(QWidget* widget) {
-    page_->insertWidget(page_->indexOf(tiles_) + 1, widget);
+    page_->insertWidget(page_->indexOf(cardHost_), widget);
 }
 
 void ContentView::show(const ScreenContent& content) {
@@ -127,9 +127,9 @@ void ContentView::stageFirst() {
 }
 
 void ContentView::showHead() {
-    title_->setText(qtText(content_.title));
+    Labels::show(*title_, qtText(content_.title));
     scroll_->setAccessibleName(qtText(content_.title));
-    subtitle_->setText(qtText(content_.subtitle));
+    Labels::show(*subtitle_, qtText(content_.subtitle));
     subtitle_->setVisible(!content_.subtitle.empty());
 }
 

@@ -36,7 +36,8 @@ public:
     /// Stages the first finding, where there is one that is not staged yet.
     void stageFirst();
 
-    /// Puts a widget between the tiles and the cards; for screens that show more than cards.
+    /// Puts a widget between the tiles and the cards, below those that it put there before; for
+    /// screens that show more than cards.
     void insertBelowTiles(QWidget* widget);
 
 private:

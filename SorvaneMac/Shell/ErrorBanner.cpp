@@ -27,8 +27,8 @@ void ErrorBanner::refresh() {
     const std::optional<std::string>& error =
         state_.data.importError.get() ? state_.data.importError.get() : state_.projectError.get();
     setVisible(error.has_value());
-    text_->setText(qtText(error.value_or("")));
-    setAccessibleName(text_->text());
+    Labels::show(*text_, qtText(error.value_or("")));
+    setAccessibleName(text_->accessibleName());
 }
 
 }  // namespace sorvane

@@ -47,11 +47,10 @@ void addRow(CardFrame& card, QPushButton* button, const QString& what) {
 }  // namespace
 
 ExportPage::ExportPage(Workspace& workspace) : ContentPage(StudioScreen::export_, workspace) {
-    // Each goes in above those before it.
+    view().insertBelowTiles(reportCard());
+    view().insertBelowTiles(reviewCard());
     intelligence_ = new IntelligenceCard(workspace);
     view().insertBelowTiles(intelligence_);
-    view().insertBelowTiles(reviewCard());
-    view().insertBelowTiles(reportCard());
 }
 
 QWidget* ExportPage::reportCard() {

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "SorvaneMac/Report/TableFitting.h"
 #include "SorvaneMac/Screens/FindingsScreen.h"
 #include "SorvaneMac/Shell/Buttons.h"
 #include "SorvaneMac/Shell/CardFrame.h"
@@ -21,6 +22,11 @@ namespace sorvane {
 namespace {
 
 constexpr int summaryLength = 110;
+constexpr int sideAir = 22;
+constexpr int paneAir = 16;
+constexpr int narrowestList = 150;
+constexpr int widestList = 252;
+constexpr int scrollBarRoom = 14;
 
 FindingsScreen& screenOf(Workspace& workspace) {
     return static_cast<FindingsScreen&>(workspace.screens.at(StudioScreen::findings));
@@ -59,12 +65,23 @@ FindingsPage::FindingsPage(Workspace& workspace)
       italic_(styleButton("I", "Italic", QKeySequence::Italic)),
       underline_(styleButton("U", "Underline", QKeySequence::Underline)),
       size_(new QComboBox),
-      formats_(formatBar()) {
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Theme::px(22), Theme::px(18), Theme::px(22), Theme::px(18));
-    row->setSpacing(Theme::px(16));
-    row->addWidget(stagedColumn(), 1);
-    row->addWidget(editorColumn(), 3);
+      formats_(formatBar()),
+      staged_(stagedColumn()),
+      panes_(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
+    const int side = Theme::px(sideAir);
+    panes_->setContentsMargins(side, Theme::px(18), side, Theme::px(18));
+    panes_->setSpacing(Theme::px(paneAir));
+    panes_->addWidget(staged_, 1);
+    panes_->addWidget(editorColumn(), 3);
+}
+
+void FindingsPage::resizeEvent(QResizeEvent* event) {
+    const int beside = editor_->paperWidth() + Theme::px(narrowestList + scrollBarRoom) +
+                       Theme::px(2 * sideAir + paneAir);
+    const bool isBelow = width() < beside;
+    panes_->setDirection(isBelow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    staged_->setMaximumWidth(isBelow ? QWIDGETSIZE_MAX : Theme::px(widestList));
+    Page::resizeEvent(event);
 }
 
 void FindingsPage::commitEdits() {
@@ -73,8 +90,7 @@ void FindingsPage::commitEdits() {
 
 QWidget* FindingsPage::stagedColumn() {
     auto* whole = new QWidget;
-    whole->setMinimumWidth(Theme::px(150));
-    whole->setMaximumWidth(Theme::px(252));
+    whole->setMinimumWidth(Theme::px(narrowestList));
     auto* column = new QVBoxLayout(whole);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::px(3));
@@ -223,7 +239,8 @@ void FindingsPage::followCursor() {
     bold_->setChecked(editor_->fontWeight() > QFont::Medium);
     italic_->setChecked(editor_->fontItalic());
     underline_->setChecked(editor_->fontUnderline());
-    size_->setCurrentIndex(size_->findText(QString::number(editor_->fontPointSize())));
+    const double points = TableFitting::fullPoints(editor_->currentCharFormat());
+    size_->setCurrentIndex(size_->findText(QString::number(points)));
 }
 
 }  // namespace sorvane

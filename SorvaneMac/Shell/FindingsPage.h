@@ -14,7 +14,8 @@ namespace sorvane {
 
 class ReportEditor;
 
-/// Findings: the staged results on the left, the report on the right.
+/// Findings: the staged results on the left, the report on the right, or below them where its page
+/// would not fit beside them.
 class FindingsPage final : public Page {
 public:
     explicit FindingsPage(Workspace& workspace);
@@ -22,6 +23,9 @@ public:
     void refresh() override;
     void commitEdits() override;
     void assemble();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QWidget* stagedColumn();
@@ -44,6 +48,8 @@ private:
     QPushButton* underline_;
     QComboBox* size_;
     QWidget* formats_;
+    QWidget* staged_;
+    QBoxLayout* panes_;
     std::vector<ReportItem> shown_;
 };
 

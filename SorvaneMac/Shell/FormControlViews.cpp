@@ -29,7 +29,7 @@ public:
     }
 
 private:
-    void showControl() override { label_->setText(qtText(control().text)); }
+    void showControl() override { Labels::show(*label_, qtText(control().text)); }
 
     QLabel* label_;
 };
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    void showControl() override { label_->setText(qtText(control().text)); }
+    void showControl() override { Labels::show(*label_, qtText(control().text)); }
 
     QLabel* label_;
     bool isWarning_;

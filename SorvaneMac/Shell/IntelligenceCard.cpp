@@ -37,7 +37,7 @@ QLineEdit* settingLine(const QString& name, const QString& example, Field<std::s
 }
 
 void showText(QLabel& label, const std::optional<std::string>& text) {
-    label.setText(qtText(text.value_or("")));
+    Labels::show(label, qtText(text.value_or("")));
     label.setVisible(text.has_value() && !text->empty());
 }
 

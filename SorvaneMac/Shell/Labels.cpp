@@ -1,11 +1,41 @@
 #include "SorvaneMac/Shell/Labels.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QVariant>
+
+#include "SorvaneMac/Platform/Clipboard.h"
+#include "SorvaneMac/Shell/BreakableText.h"
 
 namespace sorvane::Labels {
 
+namespace {
+
+/// A label that gives away its text as it was, and not as it is laid out.
+class TextLabel final : public QLabel {
+public:
+    TextLabel() {
+        setTextFormat(Qt::PlainText);
+        setTextInteractionFlags(Qt::TextSelectableByMouse);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override {
+        QMenu menu(this);
+        menu.addAction("Copy", this, [this] {
+            Clipboard::setText(hasSelectedText() ? BreakableText::unmarked(selectedText())
+                                                 : shown(*this));
+        });
+        menu.exec(event->globalPos());
+    }
+};
+
+}  // namespace
+
 QLabel* text(const QString& text, const char* role) {
-    QLabel* label = line(text, role);
+    QLabel* label = line({}, role);
+    show(*label, text);
     label->setWordWrap(true);
     QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
@@ -13,19 +43,18 @@ QLabel* text(const QString& text, const char* role) {
     return label;
 }
 
-void showName(QLabel& label, const QString& name) {
-    constexpr QChar breakHere(0x200B);
-    label.setText(QString(name).replace('_', QString('_') + breakHere));
-    label.setTextInteractionFlags(Qt::NoTextInteraction);
-    label.setAccessibleName(name);
-    label.setToolTip(name);
+void show(QLabel& label, const QString& text) {
+    label.setText(BreakableText::of(text));
+    label.setAccessibleName(text);
+}
+
+QString shown(const QLabel& label) {
+    return BreakableText::unmarked(label.text());
 }
 
 QLabel* line(const QString& text, const char* role) {
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setFocusPolicy(Qt::NoFocus);
+    auto* label = new TextLabel;
+    label->setText(text);
     label->setProperty("role", role);
     return label;
 }

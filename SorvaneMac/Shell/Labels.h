@@ -10,9 +10,10 @@ namespace Labels {
 
 /// A line of text that wraps and takes whatever width it is given.
 QLabel* text(const QString& text, const char* role = "");
-/// As `text`, for a name without blanks: it breaks after an underscore. What is seen cannot be
-/// marked, since marks of breaking stand in it.
-void showName(QLabel& label, const QString& name);
+/// Puts another text into such a line.
+void show(QLabel& label, const QString& text);
+/// What such a line says, without the marks of its layout.
+QString shown(const QLabel& label);
 /// A line that stays in one piece.
 QLabel* line(const QString& text, const char* role = "");
 /// A short word on a coloured ground: "met", "caution", "violated" or "unavailable".

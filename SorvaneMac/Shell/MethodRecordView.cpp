@@ -66,18 +66,14 @@ void MethodRecordView::refresh() {
 
 void MethodRecordView::show(const MethodFile& record) {
     time_->setText(timeText(record.timestamp));
-    Labels::showName(*savedAs_, "Saved as " + qtText(record.defaultFilename()));
+    Labels::show(*savedAs_, "Saved as " + qtText(record.defaultFilename()));
     while (QLayoutItem* item = rows_->takeAt(0)) {
         delete item->widget();
         delete item;
     }
     for (const Fact& row : MethodPreview::rows(record)) {
         rows_->addWidget(Labels::text(qtText(row.label), "small"));
-        QLabel* value = Labels::text(row.text.empty() ? "—" : qtText(row.text));
-        if (row.text == record.defaultFilename()) {
-            Labels::showName(*value, qtText(row.text));
-        }
-        rows_->addWidget(value);
+        rows_->addWidget(Labels::text(row.text.empty() ? "—" : qtText(row.text)));
         rows_->addSpacing(Theme::px(4));
     }
 }

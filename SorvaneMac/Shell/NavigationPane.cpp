@@ -147,7 +147,7 @@ void NavigationPane::fill() {
 }
 
 void NavigationPane::showDataset(const QString& name, const QString& details) {
-    Labels::showName(*name_, name);
+    Labels::show(*name_, name);
     details_->setText(details);
 }
 

@@ -4,13 +4,16 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTextDocumentFragment>
 
 #include "SorvaneMac/Report/PrintedReport.h"
 #include "SorvaneMac/Report/RichDocument.h"
 #include "SorvaneMac/Report/RichTextConversion.h"
 #include "SorvaneMac/Report/TableFitting.h"
+#include "SorvaneMac/Report/UnbrokenText.h"
 #include "SorvaneMac/Shell/Theme.h"
 #include "SorvaneMac/State/StudioState.h"
 
@@ -24,6 +27,7 @@ constexpr double pageMargin = 20.0;
 constexpr double tableOverhang = 2.0;
 /// What dims white paper, and the white of figures with it, in a dark window.
 constexpr auto dusk = "#e9ebee";
+constexpr QChar mark(0x2060);
 
 bool isStyleKey(const QKeyEvent& event) {
     return event.matches(QKeySequence::Bold) || event.matches(QKeySequence::Italic) ||
@@ -71,8 +75,9 @@ void ReportEditor::refresh() {
     shown_ = stored;
     isLoading_ = true;
     const std::optional<RichDocument> document = stored ? decode(*stored) : std::nullopt;
-    RichTextConversion::write(document.value_or(RichDocument()), *this->document());
-    TableFitting::fit(*this->document(), textWidth(), TableFitting::Overflow::widens);
+    RichTextConversion::write(UnbrokenText::numbersHeld(document.value_or(RichDocument())),
+                              *this->document());
+    TableFitting::fit(*this->document(), textWidth());
     // The columns are not an edit that could be undone.
     this->document()->setUndoRedoEnabled(false);
     this->document()->setUndoRedoEnabled(true);
@@ -94,8 +99,12 @@ void ReportEditor::commit() {
         refresh();
         return;
     }
-    shown_ = encode(RichTextConversion::read(*document()));
+    shown_ = encode(UnbrokenText::released(RichTextConversion::read(*document())));
     state_.reportRTFData.replace(shown_);
+}
+
+int ReportEditor::paperWidth() const {
+    return static_cast<int>(textWidth() + 2 * pageMargin);
 }
 
 double ReportEditor::textWidth() const {
@@ -111,8 +120,43 @@ bool ReportEditor::event(QEvent* event) {
     return QTextEdit::event(event);
 }
 
+/// A key that would only pass or delete a mark passes or deletes it before it does its work.
+void ReportEditor::passMark(const QKeyEvent& event) {
+    const bool isBack = event.key() == Qt::Key_Left || event.key() == Qt::Key_Backspace;
+    const bool isForth = event.key() == Qt::Key_Right || event.key() == Qt::Key_Delete;
+    QTextCursor cursor = textCursor();
+    if ((!isBack && !isForth) || cursor.hasSelection() ||
+        document()->characterAt(cursor.position() - (isBack ? 1 : 0)) != mark) {
+        return;
+    }
+    if (event.key() == Qt::Key_Backspace) {
+        cursor.deletePreviousChar();
+    } else if (event.key() == Qt::Key_Delete) {
+        cursor.deleteChar();
+    } else {
+        cursor.movePosition(isBack ? QTextCursor::Left : QTextCursor::Right);
+        setTextCursor(cursor);
+    }
+}
+
+QMimeData* ReportEditor::createMimeDataFromSelection() const {
+    QTextDocument copied;
+    QTextCursor(&copied).insertFragment(textCursor().selection());
+    QTextCursor found(&copied);
+    while (!(found = copied.find(mark, found)).isNull()) {
+        found.removeSelectedText();
+    }
+    auto* content = new QMimeData;
+    content->setHtml(copied.toHtml());
+    content->setText(copied.toPlainText());
+    return content;
+}
+
 void ReportEditor::keyPressEvent(QKeyEvent* event) {
     if (!isStyleKey(*event)) {
+        if (!isReadOnly()) {
+            passMark(*event);
+        }
         QTextEdit::keyPressEvent(event);
     } else if (isReadOnly()) {
         event->ignore();
@@ -137,10 +181,9 @@ void ReportEditor::paintEvent(QPaintEvent* event) {
 }
 
 void ReportEditor::resizeEvent(QResizeEvent* event) {
-    const int paper = static_cast<int>(textWidth() + 2 * pageMargin);
     const QMargins margins = viewportMargins();
     const int room = viewport()->width() + margins.left() + margins.right();
-    const int side = std::max((room - paper) / 2, 0);
+    const int side = std::max((room - paperWidth()) / 2, 0);
     if (side != margins.left()) {
         setViewportMargins(side, 0, side, 0);
     }

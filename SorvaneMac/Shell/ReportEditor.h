@@ -14,6 +14,8 @@ class StudioState;
 /// The assembled document, editable, on a page as wide as the printed one; what the user writes goes
 /// back into the state.
 ///
+/// Invisible marks keep its numbers in one piece; they are neither stored nor copied.
+///
 /// While it has the focus, the keys of bold, italic and underlined text are its own.
 class ReportEditor final : public QTextEdit {
 public:
@@ -22,17 +24,21 @@ public:
 
     /// Shows the document of the state, unless it is the one that stands here.
     void refresh();
+    /// The page with its margins.
+    int paperWidth() const;
     /// Writes edits back now instead of in a moment.
     void commit();
 
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    QMimeData* createMimeDataFromSelection() const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     double textWidth() const;
+    void passMark(const QKeyEvent& event);
 
     StudioState& state_;
     std::optional<std::vector<std::uint8_t>> shown_;

@@ -45,8 +45,8 @@ void TablePage::refresh() {
         empty_->show(content);
         return;
     }
-    title_->setText(qtText(content.title));
-    subtitle_->setText(qtText(content.subtitle));
+    Labels::show(*title_, qtText(content.title));
+    Labels::show(*subtitle_, qtText(content.subtitle));
     tiles_->show(content.tiles);
     showCards(content.cards);
     refreshTable();

@@ -25,7 +25,8 @@ TEST(UnbrokenText, LeavesNoBreakInsideNumbersAndWords) {
         const char* text;
         const char* pieces;
     } cases[] = {
-        {__LINE__, "r = .17, p < .001", "r|= .17,|p|< .001"},
+        {__LINE__, "r = .17, p < .001", "r = .17,|p < .001"},
+        {__LINE__, "M = -12.5 and x = y", "M = -12.5|and|x|=|y"},
         {__LINE__, "[.12, -.34]", "[.12,|-.34]"},
         {__LINE__, "-.47***", "-.47***"},
         {__LINE__, "The end. Then", "The|end.|Then"},

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneMac/Shell/QtText.h"
+#include "SorvaneMac/Shell/Theme.h"
 #include "Tests/Shell/OffscreenApplication.h"
 
 namespace sorvane {
@@ -72,6 +74,51 @@ TEST(ApaTableLayout, AlignsNumbersAtTheDecimalPoint) {
     ASSERT_FALSE(lower.empty());
     EXPECT_NEAR(upper.front(), lower.front(), 2);
     EXPECT_LT(upper.back() + 8, lower.back());
+}
+
+TEST(ApaTableLayout, BreaksLongNamesAndLabelsOfGroupsInsteadOfCuttingThem) {
+    offscreenApplication();
+    const QFontMetrics bold(Theme::font(13, QFont::DemiBold));
+    const std::string name = "satisfaction_with_the_safety_of_the_workplace_at_present";
+    ReportTable content = table({"Variable", "1"}, {{name, ".52"}});
+    content.groupHeaders = {{"", 1}, {"Standardized coefficients", 1}};
+    ApaTableLayout layout(content);
+    EXPECT_GT(layout.naturalWidth(), bold.horizontalAdvance("Standardized coefficients"));
+    EXPECT_LT(layout.minimumWidth(), bold.horizontalAdvance(qtText(name)));
+    layout.setWidth(layout.naturalWidth() * 2);
+    const int relaxed = layout.height();
+    layout.setWidth(layout.minimumWidth());
+    EXPECT_GT(layout.height(), relaxed + bold.lineSpacing());
+}
+
+TEST(ApaTableLayout, KeepsItsNoteInsideOfTheRoomWhereTheTableIsCut) {
+    offscreenApplication();
+    ReportTable wide = table({"a", "b", "c"}, {{"1234567.890", "1234567.890", "1234567.890"}});
+    wide.note = "A note that stands on one line where there is room for the whole of it.";
+    ApaTableLayout layout(wide);
+    layout.setWidth(layout.minimumWidth() * 3);
+    const int oneLine = layout.height();
+    const int room = layout.minimumWidth() / 2;
+    layout.setWidth(room);
+    EXPECT_GT(layout.width(), room);
+    EXPECT_GT(layout.height(), oneLine);
+    QImage image(layout.width(), layout.height(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    layout.paint(painter, image.rect(), 40);
+    const auto isInked = [&image](int left, int right) {
+        for (int x = left; x < right; ++x) {
+            for (int y = image.height() - 8; y < image.height(); ++y) {
+                if (qGray(image.pixel(x, y)) < 128) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(isInked(0, 40));
+    EXPECT_TRUE(isInked(40, 40 + room));
+    EXPECT_FALSE(isInked(40 + room, image.width()));
 }
 
 TEST(ApaTableLayout, TakesRaggedRowsAndWideGroups) {

@@ -1,10 +1,13 @@
 #include "SorvaneMac/Shell/CardView.h"
 
+#include <QLabel>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Shell/ApaTableView.h"
 #include "SorvaneMac/Shell/ChartView.h"
 #include "SorvaneMac/Shell/FlowLayout.h"
+#include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"
 
 namespace sorvane {
@@ -61,6 +64,28 @@ TEST(CardView, ShowsItsTablesWholeWhateverItsWidth) {
             EXPECT_GE(table->height(), table->heightForWidth(table->width())) << width;
             const auto* chart = part<ChartView>(*shown);
             EXPECT_GE(chart->height(), chart->minimumSizeHint().height()) << width;
+        }
+    }
+}
+
+TEST(CardView, ShowsItsTextsWholeWhateverTheirWords) {
+    offscreenApplication();
+    const std::string name = "Geschwindigkeitsbegrenzungsüberschreitungen";
+    CardView card({.title = name + " by " + name,
+                   .subtitle = name,
+                   .paragraphs = {name + " = .123"},
+                   .cautions = {"Do not claim that " + name + " matters."}},
+                  {});
+    for (const int width : {150, 240, 340}) {
+        card.resize(width, card.heightForWidth(width));
+        card.show();
+        QCoreApplication::processEvents();
+        for (const QLabel* label : card.findChildren<QLabel*>()) {
+            const QRect room = label->contentsRect();
+            const QRect text =
+                label->fontMetrics().boundingRect(room, Qt::TextWordWrap, label->text());
+            EXPECT_LE(text.width(), room.width()) << width << ": " << utf8(label->text());
+            EXPECT_LE(text.height(), room.height()) << width << ": " << utf8(label->text());
         }
     }
 }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Screens/UserGuideScreen.h"
+#include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"
@@ -40,8 +41,7 @@ protected:
     /// The visible label that begins so; empty without one.
     QString label(const QString& beginning) {
         for (const QLabel* each : window_.findChildren<QLabel*>()) {
-            QString text = each->text();
-            text.remove(QChar(0x200B));
+            const QString text = Labels::shown(*each);
             if (each->isVisibleTo(&window_) && text.startsWith(beginning)) {
                 return text;
             }

@@ -85,6 +85,13 @@ TEST_F(Keyboard, LeadsFromAFileToAnExportedReport) {
     EXPECT_EQ(state_.selection.get(), StudioScreen::instrumentMap);
     EXPECT_EQ(state_.dataset().rowCount(), 300);
 
+    goTo(StudioScreen::variableTypes);
+    EXPECT_TRUE(tabTo("Variables and their roles"));
+    press(Qt::Key_Down);
+    EXPECT_TRUE(tabTo("Outcome"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(state_.dataset().variables[1].assignedType, VariableKind::outcome);
+
     goTo(StudioScreen::scalesReliability);
     press(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(state_.reportItems->size(), 1U);
@@ -157,6 +164,44 @@ TEST_F(Keyboard, ReachesNavigationScreenAndInspectorWithOneKey) {
     EXPECT_NE(visited[1], visited[2]);
     EXPECT_TRUE(window_.page().isAncestorOf(visited[0]) ||
                 window_.page().isAncestorOf(visited[1]) || window_.page().isAncestorOf(visited[2]));
+}
+
+/// What a widget moves in when something is scrolled; null where it stays.
+const QWidget* scrolledIn(const QWidget* widget) {
+    while ((widget = widget->parentWidget()) && !widget->inherits("QAbstractScrollArea")) {
+    }
+    return widget;
+}
+
+/// From a control, Tab leads down or to the right, never back to what was read before.
+TEST_F(Keyboard, LeadsThroughEveryScreenInTheOrderOfReading) {
+    state_.resetToSample();
+    for (const StudioScreen screen : allStudioScreens()) {
+        state_.selection.set(screen);
+        QCoreApplication::processEvents();
+        const QWidget* before = nullptr;
+        const QWidget* at = &window_.page();
+        while ((at = at->nextInFocusChain()) != &window_.page()) {
+            const bool isStop = (at->focusPolicy() & Qt::TabFocus) && at->isEnabled() &&
+                                at->isVisible() && window_.page().isAncestorOf(at) &&
+                                !at->inherits("QLineEdit") && at->height() > 0;
+            if (!isStop) {
+                continue;
+            }
+            if (before && scrolledIn(at) == scrolledIn(before)) {
+                const QRect next(at->mapTo(&window_, QPoint()), at->size());
+                const QRect last(before->mapTo(&window_, QPoint()), before->size());
+                const bool isUpward = next.bottom() < last.top() && next.left() < last.right();
+                const bool isLeftward = next.right() < last.left() && next.top() <= last.bottom() &&
+                                        next.bottom() >= last.top();
+                EXPECT_FALSE(isUpward || isLeftward)
+                    << rawValue(screen) << ": " << before->metaObject()->className() << " "
+                    << utf8(before->accessibleName()) << " to " << at->metaObject()->className()
+                    << " " << utf8(at->accessibleName());
+            }
+            before = at;
+        }
+    }
 }
 
 /// Which control has the focus is seen by looking at it.

@@ -54,7 +54,7 @@ protected:
     bool sheetSays(const QString& text) {
         const QList<QLabel*> labels = desk().sheet->findChildren<QLabel*>();
         return std::ranges::any_of(labels, [&](const QLabel* each) {
-            return each->isVisibleTo(desk().sheet) && each->text() == text;
+            return each->isVisibleTo(desk().sheet) && Labels::shown(*each) == text;
         });
     }
 };

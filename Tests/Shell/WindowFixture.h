@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Shell/ApaTableView.h"
+#include "SorvaneMac/Shell/Labels.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"
@@ -89,7 +90,7 @@ protected:
     bool says(const QString& text) {
         const QList<QLabel*> labels = window_.findChildren<QLabel*>();
         return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
-            return label->isVisibleTo(&window_) && label->text() == text;
+            return label->isVisibleTo(&window_) && Labels::shown(*label) == text;
         });
     }
 

@@ -10,6 +10,7 @@
 #include <QTest>
 #include <QTextEdit>
 
+#include "SorvaneMac/Report/RichDocument.h"
 #include "Tests/Shell/WindowFixture.h"
 
 namespace sorvane {
@@ -161,6 +162,12 @@ TEST_F(WindowWork, EditsTheReportAndTakesItBack) {
     editor().moveCursor(QTextCursor::End);
     QTest::keyClicks(&editor(), " Mine.");
     EXPECT_TRUE(editor().toPlainText().endsWith(" Mine."));
+    ASSERT_TRUE(editor().find("statistics for", QTextDocument::FindBackward));
+    editor().moveCursor(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    editor().copy();
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_FALSE(copied.contains(QChar(0x2060))) << utf8(copied);
+    EXPECT_TRUE(copied.contains(" = ")) << utf8(copied);
     while (editor().document()->isUndoAvailable()) {
         editor().undo();
     }
@@ -217,6 +224,34 @@ TEST_F(WindowWork, ShowsThePageOfAReportWithoutAScrollBarAcross) {
     EXPECT_FALSE(window_.inspectorShows());
     EXPECT_TRUE(editor().verticalScrollBar()->isVisible());
     EXPECT_FALSE(editor().horizontalScrollBar()->isVisible());
+    window_.setInspectorShows(true);
+    settle();
+    settle();
+    EXPECT_FALSE(editor().horizontalScrollBar()->isVisible());
+}
+
+TEST_F(WindowWork, ShowsAWideTableSmallerThanItIs) {
+    ReportItem item{.title = "Sums", .apaSummary = "Large numbers.", .table = ReportTable()};
+    item.table->headers = {"a", "b", "c", "d", "e", "f", "g"};
+    item.table->rows.assign(3, std::vector<std::string>(7, "12345678901234.56"));
+    state_.addToReport(item);
+    show(StudioScreen::findings);
+    window_.setAttribute(Qt::WA_DontShowOnScreen);
+    window_.show();
+    click("Assemble");
+    settle();
+    EXPECT_FALSE(editor().horizontalScrollBar()->isVisible());
+    const RichDocument assembled = *decode(*state_.reportRTFData.get());
+    QTest::keyClicks(&editor(), "x");
+    window_.workspace().commitEdits();
+    RichDocument edited = *decode(*state_.reportRTFData.get());
+    std::string& first = edited.paragraphs.front().runs.front().text;
+    ASSERT_TRUE(first.starts_with('x'));
+    first.erase(0, 1);
+    ASSERT_EQ(edited.paragraphs.size(), assembled.paragraphs.size());
+    for (std::size_t at = 0; at < edited.paragraphs.size(); ++at) {
+        EXPECT_EQ(edited.paragraphs[at].runs, assembled.paragraphs[at].runs) << at;
+    }
 }
 
 TEST_F(WindowWork, ShowsARefusalUntilItIsDismissed) {

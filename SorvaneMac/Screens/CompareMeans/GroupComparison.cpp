@@ -235,7 +235,8 @@ OneWayRun run(const ImportedDataset& dataset,
                                                       casesPerGroup(*classic));
     }
     run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
-    run.charts = {GroupCharts::means(groups, outcome), GroupCharts::boxes(groups, outcome)};
+    const GroupCharts::Names names{.outcome = outcome, .grouping = grouping};
+    run.charts = {GroupCharts::means(groups, names), GroupCharts::boxes(groups, names)};
     return run;
 }
 

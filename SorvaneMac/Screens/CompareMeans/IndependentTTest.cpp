@@ -221,8 +221,8 @@ private:
             run.bayesFactor = BayesFactors::jzsTTest(run.result->t, run.first.n, run.second.n);
         }
         run.assumptions = AssumptionAudit::groupComparisonAudit(groups);
-        run.charts = {GroupCharts::means(groups, run.outcome),
-                      GroupCharts::boxes(groups, run.outcome)};
+        const GroupCharts::Names names{.outcome = run.outcome, .grouping = run.grouping};
+        run.charts = {GroupCharts::means(groups, names), GroupCharts::boxes(groups, names)};
         fields_.cmAssumptionFindings.replace(run.assumptions);
         return run;
     }

@@ -136,7 +136,7 @@ Chart scores(const DiscriminantResult& result) {
         for (const DiscriminantGroup& group : result.groups) {
             groups.push_back({.name = group.name, .values = group.scores.front()});
         }
-        return GroupCharts::boxes(groups, "Score on the discriminant function");
+        return GroupCharts::boxes(groups, {.outcome = "Score on the discriminant function"});
     }
     Chart chart;
     chart.title = "Scores on the discriminant functions";

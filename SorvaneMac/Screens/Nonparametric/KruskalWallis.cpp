@@ -130,7 +130,8 @@ private:
         }
         run.result = GroupComparisonEngine::kruskalWallis(groups);
         run.pairs = GroupComparisonEngine::dunnTest(groups);
-        run.charts = {GroupCharts::boxes(groups, run.outcome)};
+        run.charts = {
+            GroupCharts::boxes(groups, {.outcome = run.outcome, .grouping = run.grouping})};
         return run;
     }
 

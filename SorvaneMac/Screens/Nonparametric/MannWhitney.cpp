@@ -131,7 +131,8 @@ private:
             .first = OrderFigures::of(groups[0].name, groups[0].values),
             .second = OrderFigures::of(groups[1].name, groups[1].values),
             .result = NonparametricTests::mannWhitneyU(groups[0].values, groups[1].values),
-            .charts = {GroupCharts::boxes(groups, fields_.npOutcome->name)}};
+            .charts = {GroupCharts::boxes(
+                groups, {.outcome = fields_.npOutcome->name, .grouping = fields_.npGroup->name})}};
     }
 
     void present(const MannWhitneyRun& run, ScreenContent& content) const override {
