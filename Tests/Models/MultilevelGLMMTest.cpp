@@ -155,6 +155,27 @@ TEST(MultilevelGLMM, RepeatsItselfAndNamesItsMethod) {
     }
 }
 
+TEST(MultilevelGLMM, CountsTheLevelsOfTheSmallerFactorAndSpeaksOfSeparationForSharesAlone) {
+    Simulated rows;
+    EXPECT_EQ(
+        cautions(
+            MultilevelGLMM::fitPoissonCrossed(rows.data(rows.counts, true), options)->readiness),
+        Labels{factorMethod});
+    for (std::size_t i = 0; i < rows.other.size(); ++i) {
+        rows.other[i] = "o" + std::to_string(i % 9);
+        // Effects of a hundred times the size, far beyond what shares bear.
+        rows.x[i] = *rows.x[i] / 100.0;
+    }
+    const auto counts = MultilevelGLMM::fitPoissonCrossed(rows.data(rows.counts, true), options);
+    ASSERT_GT(counts->fixedEffects[1].estimate, 8.0);
+    EXPECT_EQ(
+        cautions(counts->readiness),
+        (Labels{"Only 9 levels on a factor; variance components are unstable with few groups.",
+                factorMethod}));
+    EXPECT_EQ(cautions(MultilevelGLMM::fitLogisticRI(rows.data(rows.shares), options)->readiness),
+              Labels{separation});
+}
+
 TEST(MultilevelGLMM, SaysThatPredictorsSeparate) {
     const Simulated rows;
     Cells separated;

@@ -190,6 +190,44 @@ TEST(MultilevelModel, CautionsAboutClusters) {
     EXPECT_EQ(cautions(equal->readiness).back(), boundary);
 }
 
+TEST(MultilevelModel, CautionsWhereAVarianceVanishes) {
+    // Ten clusters of six rows that rise alike about levels of their own.
+    Simulated alike(10, 6, 9.0);
+    for (std::size_t i = 0; i < alike.x.size(); ++i) {
+        const auto cluster = static_cast<double>(i / 6);
+        alike.x[i] = static_cast<double>(i % 6);
+        alike.outcome[i] = cluster * cluster + 0.5 * *alike.x[i] + (i % 2 == 0 ? 1.0 : -1.0);
+    }
+    MultilevelOptions slope = namedOptions(1);
+    slope.randomSlopeName = "x1";
+    EXPECT_EQ(cautions(MultilevelModel::fit(alike.data(), slope)->readiness),
+              Labels{"Random-slope variance is near zero (boundary)."});
+
+    // Rows of a grid whose columns do not differ.
+    const auto crossed = [](std::size_t columns) {
+        Cells outcome;
+        Labels row;
+        Labels column;
+        for (std::size_t i = 0; i < 6 * columns; ++i) {
+            const double level = static_cast<double>(i / columns);
+            outcome.emplace_back(level * level +
+                                 ((i / columns + i % columns) % 2 == 0 ? 1.0 : -1.0));
+            row.push_back("r" + std::to_string(i / columns));
+            column.push_back("c" + std::to_string(i % columns));
+        }
+        return cautions(
+            MultilevelModel::fit(dataOf(outcome, {}, row, column), namedOptions(0))->readiness);
+    };
+    const std::string few =
+        "Fewer than five levels on a crossed factor; treat variance components as descriptive.";
+    const std::string boundary = "One crossed intercept variance is near zero (boundary).";
+    const std::string always =
+        "Crossed models do not report a nested ICC; interpret the two intercept variances "
+        "separately.";
+    EXPECT_EQ(crossed(4), (Labels{few, boundary, always}));
+    EXPECT_EQ(crossed(5), (Labels{boundary, always}));
+}
+
 TEST(MultilevelModel, ReadsLabelsWithoutSurroundingSpace) {
     Simulated rows(5, 4, 3.0);
     const auto plain = MultilevelModel::fit(rows.data(), namedOptions(1));
