@@ -106,8 +106,10 @@ std::optional<double> variance(const Pairs& pairs, const Moments& m, const Surve
 }
 
 void addInference(SurveyCorrelationResult& result, double variance) {
+    // Values on a line leave some rounding about 0.
+    constexpr double rounding = 1e-24;
     const auto df = static_cast<double>(result.designDegreesOfFreedom);
-    result.standardError = std::sqrt(std::max(variance, 0.0));
+    result.standardError = variance > rounding ? std::sqrt(variance) : 0.0;
     if (result.standardError == 0.0) {
         return;
     }

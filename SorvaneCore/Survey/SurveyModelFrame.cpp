@@ -90,9 +90,12 @@ SurveyCoefficient coefficientOf(const SurveyModelResult& result,
                                 std::string name,
                                 double estimate,
                                 double variance) {
-    SurveyCoefficient row{.name = std::move(name),
-                          .estimate = estimate,
-                          .standardError = std::sqrt(std::max(variance, 0.0))};
+    // What rounding leaves of a fit without scatter is no error.
+    constexpr double rounding = 1e-24;
+    SurveyCoefficient row{
+        .name = std::move(name),
+        .estimate = estimate,
+        .standardError = variance > rounding * estimate * estimate ? std::sqrt(variance) : 0.0};
     const auto df = static_cast<double>(result.degreesOfFreedom);
     const bool isTestable = df >= 1.0 && row.standardError > 0.0;
     row.t = row.standardError > 0.0 ? row.estimate / row.standardError : std::nan("");

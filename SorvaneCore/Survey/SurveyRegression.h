@@ -18,7 +18,7 @@ namespace sorvane::SurveyRegression {
 ///            number of coefficients)
 /// Failure    names that do not match -> absent. A structural error of the design, columns of
 ///            another length, too few rows, collinear predictors -> blocked. A coefficient of error
-///            0 (no PSUs to compare) is not tested: t, p and bounds NaN
+///            0 (below 1e-12 of itself) is not tested: t, p and bounds NaN
 /// Accuracy   rounding times the condition number of the standardized predictors
 /// Cost       O(rows p^2), and as much a replicate, on all cores with the same result
 /// Reference  Binder (1983), On the variances of asymptotically normal estimators from complex

@@ -196,10 +196,14 @@ std::string summary(const SurveyCorrelationResult& result) {
     if (std::isnan(result.r)) {
         return "";
     }
-    return "In the population that the sample stands for, " + result.xName + " and " +
-           result.yName + " correlate by an estimated r = " + NumberText::fixed(result.r, 3) +
-           " (SE " + NumberText::fixed(result.standardError, 3) + "), t(" +
-           NumberText::integer(result.designDegreesOfFreedom) +
+    const std::string found = "In the population that the sample stands for, " + result.xName +
+                              " and " + result.yName +
+                              " correlate by an estimated r = " + NumberText::fixed(result.r, 3) +
+                              " (SE " + NumberText::fixed(result.standardError, 3) + ")";
+    if (std::isnan(result.t)) {
+        return found + ", which cannot be tested.";
+    }
+    return found + ", t(" + NumberText::integer(result.designDegreesOfFreedom) +
            ") = " + NumberText::fixed(result.t, 2) + ", " + pText(result.pValue) + ".";
 }
 

@@ -8,6 +8,7 @@
 #include "SorvaneCore/Survey/SurveyGLM.h"
 #include "SorvaneCore/Survey/SurveyOrdinal.h"
 #include "SorvaneCore/Survey/SurveyRegression.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
 #include "Tests/Analyses/CodedColumns.h"
 #include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
@@ -123,6 +124,10 @@ TEST(SurveyModels, AnErrorOfZeroIsNotTested) {
         test::plainColumn(sample.x), test::plainColumn(sample.y), sample.design);
     EXPECT_TRUE(std::isnan(pair.pValue) && std::isnan(pair.confidenceIntervalUpper));
     EXPECT_TRUE(cautions(pair.readiness).back().starts_with("A standard error is zero"));
+    const NumericColumn x = test::plainColumn(sample.x);
+    const SurveyCorrelationResult itself = SurveyCorrelation::pearson(x, x, sample.jackknife());
+    EXPECT_EQ(itself.standardError, 0.0);
+    EXPECT_TRUE(SurveyWording::summary(itself).ends_with("which cannot be tested."));
 }
 
 TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {

@@ -154,9 +154,8 @@ ReportTable comparison(const SurveyModelRun& run) {
     table.headers = {"Predictor", "B", "SE"};
     table.groupHeaders = {{.label = "", .span = 1}, {.label = "As designed", .span = 2}};
     if (run.weightsOnly) {
-        table.headers.insert(table.headers.end(), {"SE", "Design effect"});
-        table.groupHeaders->push_back({.label = "Weights alone", .span = 1});
-        table.groupHeaders->push_back({.label = "", .span = 1});
+        table.headers.insert(table.headers.end(), {"SE by weights alone", "Design effect"});
+        table.groupHeaders->push_back({.label = "", .span = 2});
     }
     table.headers.insert(table.headers.end(), {"B", "SE"});
     table.groupHeaders->push_back({.label = "Unweighted", .span = 2});
