@@ -10,6 +10,10 @@ void ElidedComboBox::paintEvent(QPaintEvent*) {
     QStyleOptionComboBox option;
     initStyleOption(&option);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    if (currentIndex() < 0 && !placeholderText().isEmpty()) {
+        option.currentText = placeholderText();
+        option.palette.setBrush(QPalette::ButtonText, option.palette.placeholderText());
+    }
     const int room =
         style()
             ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Shell/CheckListModel.h"
+#include "SorvaneMac/Shell/ElidedComboBox.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"
 
@@ -240,6 +241,16 @@ TEST(FormView, ChecksByKeyAllThatTheFilterShows) {
     QKeyEvent all(QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier);
     QCoreApplication::sendEvent(form.findChild<QListView*>(), &all);
     EXPECT_EQ(told, 7U);
+}
+
+TEST(ElidedComboBox, SaysWhatToPickWhileNothingIsChosen) {
+    offscreenApplication();
+    ElidedComboBox box;
+    box.addItem("age");
+    box.setCurrentIndex(-1);
+    const QImage blank = box.grab().toImage();
+    box.setPlaceholderText("Pick a field");
+    EXPECT_NE(box.grab().toImage(), blank);
 }
 
 }  // namespace
