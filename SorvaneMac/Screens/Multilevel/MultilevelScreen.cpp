@@ -47,7 +47,10 @@ void MultilevelScreen::seed() {
     if (predictorSeed_.isOpen()) {
         Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
     }
-    MultilevelSelection::dropForbiddenSlope(fields_);
+    // Without a slope, what was said of one before still holds.
+    if (!fields_.mlRandomSlope->isBlank()) {
+        MultilevelSelection::dropForbiddenSlope(fields_);
+    }
 }
 
 }  // namespace sorvane
