@@ -329,9 +329,17 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
                                                          {"mlDFMethod", R"("satterthwaite")"}});
     EXPECT_EQ(cardOf(clean, "Sample and singularity checks")->evidence.front().title,
               "No sample-size or singularity warnings for this setup.");
-    // 18 clusters are few for the normal distribution, as the passage on p-values says.
+    const auto doubtsPValues = [](const ScreenContent& content) {
+        return std::ranges::any_of(content.cards, [](const Card& card) {
+            return std::ranges::find(card.passages, "About these p values", &Passage::label) !=
+                   card.passages.end();
+        });
+    };
+    EXPECT_FALSE(doubtsPValues(clean));
+    // 18 clusters are few for the normal distribution, though enough for the model.
     const ScreenContent few = sleep.shown(multilevel, {{"mlDFMethod", R"("wald")"}});
-    EXPECT_EQ(cardOf(few, "Sample and singularity checks"), nullptr);
+    EXPECT_NE(cardOf(few, "Sample and singularity checks"), nullptr);
+    EXPECT_TRUE(doubtsPValues(few));
 }
 
 TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {

@@ -18,9 +18,8 @@ constexpr std::string_view intro =
     "lme4 on the nested and crossed validation suite.";
 constexpr std::string_view nothingFound = "No sample-size or singularity warnings for this setup.";
 
-/// Only where nothing at all is warned of.
-std::optional<Card> passedChecks(const MultilevelRun& run) {
-    if (!MultilevelWords::warnings(run).empty() || MultilevelWords::isShortOfClusters(run)) {
+std::optional<Card> passedChecks(const std::vector<std::string>& warnings) {
+    if (!warnings.empty()) {
         return std::nullopt;
     }
     return Card{.title = "Sample and singularity checks",
@@ -99,7 +98,7 @@ private:
                           .figureCaption = MultilevelWords::figureCaption(run),
                           .caution = MultilevelWords::caution(run),
                           .warnings = MultilevelWords::warnings(run)};
-        report.checks = passedChecks(run);
+        report.checks = passedChecks(report.warnings);
         if (const std::optional<std::string> text = MultilevelWords::onPValues(run)) {
             report.passage = Passage{"About these p values", *text};
         }

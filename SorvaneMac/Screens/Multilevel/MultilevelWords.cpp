@@ -121,6 +121,15 @@ std::string obstacle(const MultilevelResult& result) {
                       : text;
 }
 
+/// Whether p-values from the normal distribution are too small for want of clusters.
+bool isShortOfClusters(const MultilevelRun& run) {
+    constexpr std::int64_t manyClusters = 30;
+    const std::int64_t fewest = std::min(
+        run.result->nClusters, run.result->nClustersSecondary.value_or(run.result->nClusters));
+    return run.choice.isGaussian() && run.choice.dfMethod == MultilevelDFMethod::wald &&
+           fewest < manyClusters;
+}
+
 }  // namespace
 
 std::string title(const MultilevelChoice& choice) {
@@ -199,14 +208,6 @@ std::vector<std::string> warnings(const MultilevelRun& run) {
             "the random effects apart. Fit them as independent, or leave the slope fixed.");
     }
     return warnings;
-}
-
-bool isShortOfClusters(const MultilevelRun& run) {
-    constexpr std::int64_t manyClusters = 30;
-    const std::int64_t fewest = std::min(
-        run.result->nClusters, run.result->nClustersSecondary.value_or(run.result->nClusters));
-    return run.choice.isGaussian() && run.choice.dfMethod == MultilevelDFMethod::wald &&
-           fewest < manyClusters;
 }
 
 std::optional<std::string> onPValues(const MultilevelRun& run) {

@@ -19,8 +19,6 @@ std::string sentence(const MultilevelRun& run);
 std::string caution(const MultilevelRun& run);
 /// The engine's issues, and variances and a correlation at their bounds that it does not tell of.
 std::vector<std::string> warnings(const MultilevelRun& run);
-/// Whether p-values from the normal distribution are too small for want of clusters.
-bool isShortOfClusters(const MultilevelRun& run);
 /// What the chosen p-values rest on where that deserves a word; absent otherwise.
 std::optional<std::string> onPValues(const MultilevelRun& run);
 
