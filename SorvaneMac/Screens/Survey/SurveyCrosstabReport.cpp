@@ -71,7 +71,7 @@ ReportTable testTable(const SurveyCrosstabRun& run) {
     const SurveyCategoricalResult& result = run.result;
     ReportTable table;
     table.title = "Test of independence";
-    table.headers = {"Rao-Scott F",        "df1",        "df2", "p", "Cramér's V",
+    table.headers = {"Rao-Scott F",        "df1",        "df2", "p", "Cramer's V",
                      "Mean design effect", "Pearson χ²", "df"};
     table.rows = {{svFmt(result.fStatistic, 2), svFmt(result.dfNumerator, 2),
                    svFmt(result.dfDenominator, 2), ResultText::pCell(result.pValue),
@@ -114,7 +114,7 @@ std::vector<Tile> tiles(const SurveyCategoricalResult& result) {
     return {
         {"F(" + svFmt(result.dfNumerator, 2) + ", " + svFmt(result.dfDenominator, 2) + ")",
          svFmt(result.fStatistic, 2), "Rao-Scott, " + ResultText::pSentence(result.pValue)},
-        {"Cramér's V", svFmtBounded(result.cramersV, 3), "of the weighted shares"},
+        {"Cramer's V", svFmtBounded(result.cramersV, 3), "of the weighted shares"},
         {"Mean design effect", svFmt(result.meanDesignEffect, 2), "inflation of the plain χ²"},
         {"Cases used", ResultText::count(result.validN), "of " + ResultText::count(result.totalN)}};
 }
