@@ -2,7 +2,6 @@
 
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/DatasetJson.h"
 #include "SorvaneMac/State/FieldJson.h"
 
 namespace sorvane {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SorvaneCore/Project/DatasetJson.h"
 #include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/State/Field.h"
 

@@ -9,7 +9,6 @@
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/DatasetJson.h"
 #include "SorvaneMac/State/AutosaveWriter.h"
 #include "SorvaneMac/State/FieldJson.h"
 #include "SorvaneMac/State/RecentFiles.h"

@@ -45,7 +45,7 @@ TEST(BlockedCholesky, FactorsAndSolvesAtAnySize) {
 TEST(BlockedCholesky, RefusesWhatIsNotPositiveDefinite) {
     std::vector<double> singular = {1.0, 1.0, 1.0, 1.0};
     EXPECT_FALSE(BlockedCholesky::factor(singular, 2));
-    std::vector<double> unknown = {NAN};
+    std::vector<double> unknown = {std::nan("")};
     EXPECT_FALSE(BlockedCholesky::factor(unknown, 1));
 }
 

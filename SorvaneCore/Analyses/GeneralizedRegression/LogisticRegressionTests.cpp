@@ -152,8 +152,7 @@ std::vector<std::string> presentLabels(const TextColumn& column) {
         }
     }
     std::ranges::sort(labels);
-    const auto repeated = std::ranges::unique(labels);
-    labels.erase(repeated.begin(), repeated.end());
+    labels.erase(std::unique(labels.begin(), labels.end()), labels.end());
     return labels;
 }
 
