@@ -173,8 +173,8 @@ TEST_F(AnalysisScreens, CorrelationNamesAChosenColumnThatIsGone) {
     EXPECT_FALSE(correlation.content().gate);
     fields.corrMatrixVars.edit([](NameSet& names) { names.insert("gone"); });
     expectGone(__LINE__);
-    const auto& list = std::get<CheckListControl>(correlation.setup().controls.back());
-    EXPECT_EQ(list.items.back().name, "gone");
+    const SetupForm form = correlation.setup();
+    EXPECT_EQ(std::get<CheckListControl>(form.controls.back()).items.back().name, "gone");
 }
 
 TEST_F(AnalysisScreens, RegressionSaysWhatIsMissingThenRuns) {
