@@ -15,8 +15,8 @@ constexpr std::int64_t firstSourceRow = 2;
 /// The member of an object, read as `T`; the error names it.
 template <typename T>
 T member(const Json& object, const char* name) {
-    const auto entry = object.find(name);
-    if (entry == object.end()) {
+    const Json* entry = record_json::memberOf(object, name);
+    if (!entry) {
         throw RecordJsonError("is missing").within(name);
     }
     try {
@@ -60,9 +60,6 @@ ImportRowSummaries JsonForm<ImportRowSummaries>::from(const Json& json) {
 }
 
 ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {
-    if (!json.is_object()) {
-        record_json::failWanting("an object");
-    }
     ImportedDataset dataset;
     dataset.name = member<std::string>(json, "name");
     dataset.headers = member<std::vector<std::string>>(json, "headers");
@@ -73,7 +70,8 @@ ImportedDataset JsonForm<ImportedDataset>::from(const Json& json) {
         throw RecordJsonError("needs one entry for each header, in their order")
             .within("variables");
     }
-    if (const auto entry = json.find("importMetadata"); entry != json.end() && !entry->is_null()) {
+    const Json* metadata = record_json::memberOf(json, "importMetadata");
+    if (metadata && !record_json::isNull(*metadata)) {
         dataset.importMetadata = member<ImportReadinessMetadata>(json, "importMetadata");
     } else {
         dataset.importMetadata =

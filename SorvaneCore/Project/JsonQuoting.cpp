@@ -25,4 +25,10 @@ void appendJsonString(std::string& out, std::string_view text) {
     }
 }
 
+std::string jsonString(std::string_view text) {
+    std::string quoted;
+    appendJsonString(quoted, text);
+    return quoted;
+}
+
 }  // namespace sorvane

@@ -9,5 +9,6 @@ namespace sorvane {
 ///
 /// Bytes that are not UTF-8 come out as the replacement character.
 void appendJsonString(std::string& out, std::string_view text);
+std::string jsonString(std::string_view text);
 
 }  // namespace sorvane

@@ -1,6 +1,8 @@
 #include "SorvaneCore/Project/JsonSink.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
+#include <vector>
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Project/JsonQuoting.h"
@@ -13,25 +15,85 @@ constexpr std::size_t bufferSize = std::size_t{1} << 16;
 
 }  // namespace
 
-void JsonValueSink::open(Json container) {
-    open_.push_back(std::move(container));
-    keys_.emplace_back();
+struct JsonValueSink::Containers {
+    Json whole;
+    std::vector<Json> open;
+    /// The key that waits for its value, for each open container.
+    std::vector<std::string> keys;
+
+    void begin(Json container) {
+        open.push_back(std::move(container));
+        keys.emplace_back();
+    }
+};
+
+JsonValueSink::JsonValueSink() : containers_(std::make_unique<Containers>()) {}
+
+JsonValueSink::~JsonValueSink() = default;
+
+void JsonValueSink::null() {
+    add(nullptr);
+}
+
+void JsonValueSink::boolean(bool value) {
+    add(value);
+}
+
+void JsonValueSink::integer(std::int64_t value) {
+    add(value);
+}
+
+void JsonValueSink::unsignedInteger(std::uint64_t value) {
+    add(value);
+}
+
+void JsonValueSink::number(double value) {
+    add(value);
+}
+
+void JsonValueSink::text(std::string_view value) {
+    add(std::string(value));
+}
+
+void JsonValueSink::beginObject() {
+    containers_->begin(Json::object());
+}
+
+void JsonValueSink::key(std::string_view name) {
+    containers_->keys.back() = name;
+}
+
+void JsonValueSink::endObject() {
+    close();
+}
+
+void JsonValueSink::beginList() {
+    containers_->begin(Json::array());
+}
+
+void JsonValueSink::endList() {
+    close();
+}
+
+Json JsonValueSink::take() {
+    return std::move(containers_->whole);
 }
 
 void JsonValueSink::close() {
-    Json value = std::move(open_.back());
-    open_.pop_back();
-    keys_.pop_back();
+    Json value = std::move(containers_->open.back());
+    containers_->open.pop_back();
+    containers_->keys.pop_back();
     add(std::move(value));
 }
 
 void JsonValueSink::add(Json value) {
-    if (open_.empty()) {
-        whole_ = std::move(value);
-    } else if (open_.back().is_object()) {
-        open_.back()[keys_.back()] = std::move(value);
+    std::vector<Json>& open = containers_->open;
+    if (open.empty()) {
+        containers_->whole = std::move(value);
+    } else if (open.back().is_object()) {
+        open.back()[containers_->keys.back()] = std::move(value);
     } else {
-        open_.back().push_back(std::move(value));
+        open.back().push_back(std::move(value));
     }
 }
 

@@ -2,10 +2,9 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <nlohmann/json.hpp>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "SorvaneCore/Project/Json.h"
 
@@ -14,30 +13,34 @@ namespace sorvane {
 /// Takes a JSON value piece by piece and keeps it in memory.
 class JsonValueSink {
 public:
-    void null() { add(nullptr); }
-    void boolean(bool value) { add(value); }
-    void integer(std::int64_t value) { add(value); }
-    void unsignedInteger(std::uint64_t value) { add(value); }
-    void number(double value) { add(value); }
-    void text(std::string_view value) { add(std::string(value)); }
-    void beginObject() { open(Json::object()); }
-    void key(std::string_view name) { keys_.back() = name; }
-    void endObject() { close(); }
-    void beginList() { open(Json::array()); }
-    void endList() { close(); }
+    JsonValueSink();
+    ~JsonValueSink();
+    JsonValueSink(const JsonValueSink&) = delete;
+    JsonValueSink& operator=(const JsonValueSink&) = delete;
+
+    void null();
+    void boolean(bool value);
+    void integer(std::int64_t value);
+    void unsignedInteger(std::uint64_t value);
+    void number(double value);
+    void text(std::string_view value);
+    void beginObject();
+    void key(std::string_view name);
+    void endObject();
+    void beginList();
+    void endList();
 
     /// The whole value; the sink is empty afterwards.
-    Json take() { return std::move(whole_); }
+    Json take();
 
 private:
-    void open(Json container);
+    /// Kept apart, so that the JSON library stays out of whoever only writes records.
+    struct Containers;
+
     void close();
     void add(Json value);
 
-    Json whole_;
-    std::vector<Json> open_;
-    /// The key that waits for its value, for each open container.
-    std::vector<std::string> keys_;
+    std::unique_ptr<Containers> containers_;
 };
 
 /// Takes a JSON value piece by piece and writes it as text, without keeping it.

@@ -1,9 +1,8 @@
-#include <nlohmann/json.hpp>
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneCore/Project/ProjectArchive.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane {
 

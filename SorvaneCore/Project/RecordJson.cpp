@@ -2,6 +2,7 @@
 
 #include <array>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 namespace sorvane {
 
@@ -74,6 +75,17 @@ std::vector<std::uint8_t> bytesOfBase64(const std::string& text) {
     return bytes;
 }
 
+bool isNull(const Json& json) {
+    return json.is_null();
+}
+
+bool booleanOf(const Json& json) {
+    if (!json.is_boolean()) {
+        failWanting("true or false");
+    }
+    return json.get<bool>();
+}
+
 double numberOf(const Json& json) {
     if (json.is_number()) {
         return json.get<double>();
@@ -105,6 +117,49 @@ std::optional<std::int64_t> wholeNumberOf(const Json& json) {
     const double number = json.is_number_float() ? json.get<double>() : limit;
     const bool isWhole = number == std::trunc(number) && number >= -limit && number < limit;
     return isWhole ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
+}
+
+std::optional<std::uint64_t> unsignedNumberOf(const Json& json) {
+    return json.is_number_unsigned() ? std::optional(json.get<std::uint64_t>()) : std::nullopt;
+}
+
+const std::string& textOf(const Json& json, std::string_view wanted) {
+    if (!json.is_string()) {
+        failWanting(wanted);
+    }
+    return json.get_ref<const std::string&>();
+}
+
+std::vector<const Json*> elementsOf(const Json& json) {
+    if (!json.is_array()) {
+        failWanting("a list");
+    }
+    std::vector<const Json*> elements;
+    elements.reserve(json.size());
+    for (const Json& element : json) {
+        elements.push_back(&element);
+    }
+    return elements;
+}
+
+std::vector<std::pair<const std::string*, const Json*>> membersOf(const Json& json) {
+    if (!json.is_object()) {
+        failWanting("an object");
+    }
+    std::vector<std::pair<const std::string*, const Json*>> members;
+    members.reserve(json.size());
+    for (const auto& [key, element] : json.get_ref<const Json::object_t&>()) {
+        members.emplace_back(&key, &element);
+    }
+    return members;
+}
+
+const Json* memberOf(const Json& json, const char* name) {
+    if (!json.is_object()) {
+        failWanting("an object");
+    }
+    const auto entry = json.find(name);
+    return entry == json.end() ? nullptr : &*entry;
 }
 
 void failWanting(std::string_view what) {

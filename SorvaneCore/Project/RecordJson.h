@@ -47,13 +47,6 @@ struct JsonForm;
 template <typename Sink, typename T>
 void writeJson(Sink& sink, const T& value);
 
-template <typename T>
-Json toJson(const T& value) {
-    JsonValueSink sink;
-    writeJson(sink, value);
-    return sink.take();
-}
-
 /// Throws RecordJsonError when the JSON does not have the form of `T`.
 template <typename T>
 T fromJson(const Json& json);
@@ -62,10 +55,21 @@ namespace record_json {
 
 std::string base64(const std::vector<std::uint8_t>& bytes);
 std::vector<std::uint8_t> bytesOfBase64(const std::string& text);
+[[noreturn]] void failWanting(std::string_view what);
+
+// What a JSON value holds, so that readers of records need not know the JSON library.
+bool isNull(const Json& json);
+/// Throw RecordJsonError for JSON of another form.
+bool booleanOf(const Json& json);
 double numberOf(const Json& json);
+const std::string& textOf(const Json& json, std::string_view wanted = "a text");
+std::vector<const Json*> elementsOf(const Json& json);
+std::vector<std::pair<const std::string*, const Json*>> membersOf(const Json& json);
+/// Null where there is none; throws RecordJsonError for JSON that is no object.
+const Json* memberOf(const Json& json, const char* name);
 /// Absent for anything but a whole number of 64 bits.
 std::optional<std::int64_t> wholeNumberOf(const Json& json);
-[[noreturn]] void failWanting(std::string_view what);
+std::optional<std::uint64_t> unsignedNumberOf(const Json& json);
 
 template <typename T>
 struct IsOptional : std::false_type {};
@@ -116,10 +120,7 @@ std::string_view enumeratorText(T value) {
 /// The enumerator of that raw value or that name.
 template <typename T>
 T enumeratorOf(const Json& json) {
-    if (!json.is_string()) {
-        failWanting("one of a list of names");
-    }
-    const auto& text = json.get_ref<const std::string&>();
+    const std::string& text = textOf(json, "one of a list of names");
     std::optional<T> found;
     std::string choices;
     boost::mp11::mp_for_each<boost::describe::describe_enumerators<T>>([&](auto enumerator) {
@@ -179,15 +180,12 @@ void writeList(Sink& sink, const T& list) {
 
 template <typename T>
 T toRecord(const Json& json) {
-    if (!json.is_object()) {
-        failWanting("an object");
-    }
     T record{};
     boost::mp11::mp_for_each<Members<T>>([&](auto member) {
         auto& field = record.*member.pointer;
         using Field = std::decay_t<decltype(field)>;
-        const auto entry = json.find(member.name);
-        if (entry == json.end()) {
+        const Json* entry = memberOf(json, member.name);
+        if (!entry) {
             if constexpr (!IsOptional<Field>::value) {
                 throw RecordJsonError("is missing").within(member.name);
             }
@@ -204,14 +202,11 @@ T toRecord(const Json& json) {
 
 template <typename T>
 T toList(const Json& json) {
-    if (!json.is_array()) {
-        failWanting("a list");
-    }
     T list;
     std::int64_t index = 0;
-    for (const Json& element : json) {
+    for (const Json* element : elementsOf(json)) {
         try {
-            list.insert(list.end(), fromJson<typename T::value_type>(element));
+            list.insert(list.end(), fromJson<typename T::value_type>(*element));
         } catch (const RecordJsonError& error) {
             throw error.within("[" + NumberText::integer(index) + "]");
         }
@@ -222,15 +217,12 @@ T toList(const Json& json) {
 
 template <typename T>
 T toMap(const Json& json) {
-    if (!json.is_object()) {
-        failWanting("an object");
-    }
     T map;
-    for (const auto& [key, element] : json.items()) {
+    for (const auto& [key, element] : membersOf(json)) {
         try {
-            map.emplace(key, fromJson<typename T::mapped_type>(element));
+            map.emplace(*key, fromJson<typename T::mapped_type>(*element));
         } catch (const RecordJsonError& error) {
-            throw error.within(key);
+            throw error.within(*key);
         }
     }
     return map;
@@ -238,8 +230,10 @@ T toMap(const Json& json) {
 
 template <typename T>
 T toInteger(const Json& json) {
-    if (std::is_same_v<T, std::uint64_t> && json.is_number_unsigned()) {
-        return json.get<T>();
+    if constexpr (std::is_same_v<T, std::uint64_t>) {
+        if (const std::optional<std::uint64_t> number = unsignedNumberOf(json)) {
+            return *number;
+        }
     }
     const std::optional<std::int64_t> whole = wholeNumberOf(json);
     if (!whole || !std::in_range<T>(*whole)) {
@@ -293,12 +287,9 @@ T fromJson(const Json& json) {
     if constexpr (HasOwnForm<T>) {
         return JsonForm<T>::from(json);
     } else if constexpr (IsOptional<T>::value) {
-        return json.is_null() ? T() : T(fromJson<typename T::value_type>(json));
+        return isNull(json) ? T() : T(fromJson<typename T::value_type>(json));
     } else if constexpr (std::is_same_v<T, bool>) {
-        if (!json.is_boolean()) {
-            failWanting("true or false");
-        }
-        return json.get<bool>();
+        return booleanOf(json);
     } else if constexpr (std::is_integral_v<T>) {
         return toInteger<T>(json);
     } else if constexpr (std::is_floating_point_v<T>) {
@@ -306,29 +297,22 @@ T fromJson(const Json& json) {
     } else if constexpr (std::is_enum_v<T>) {
         return enumeratorOf<T>(json);
     } else if constexpr (std::is_constructible_v<T, std::string> && IsText<T>) {
-        if (!json.is_string()) {
-            failWanting("a text");
-        }
-        return T(json.get<std::string>());
+        return T(textOf(json));
     } else if constexpr (std::is_same_v<T, Uuid>) {
-        const std::optional<Uuid> id =
-            json.is_string() ? Uuid::parse(json.get_ref<const std::string&>()) : std::nullopt;
+        const std::optional<Uuid> id = Uuid::parse(textOf(json, "an identifier"));
         if (!id) {
             failWanting("an identifier");
         }
         return *id;
     } else if constexpr (std::is_same_v<T, std::chrono::sys_seconds>) {
-        const auto moment =
-            json.is_string() ? ISODate::parse(json.get_ref<const std::string&>()) : std::nullopt;
+        constexpr std::string_view wanted = "a date such as 2026-03-01T09:30:05Z";
+        const auto moment = ISODate::parse(textOf(json, wanted));
         if (!moment) {
-            failWanting("a date such as 2026-03-01T09:30:05Z");
+            failWanting(wanted);
         }
         return *moment;
     } else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>) {
-        if (!json.is_string()) {
-            failWanting("a base64 text");
-        }
-        return bytesOfBase64(json.get_ref<const std::string&>());
+        return bytesOfBase64(textOf(json, "a base64 text"));
     } else if constexpr (IsMap<T>) {
         return toMap<T>(json);
     } else if constexpr (IsRecord<T>) {

@@ -1,10 +1,9 @@
 #include "SorvaneCore/Project/SorvanePackage.h"
 
 #include <array>
-#include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneCore/Project/WholeFile.h"
 
 namespace sorvane::SorvanePackageLayout {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -56,11 +57,16 @@ std::string formOf() {
     }
 }
 
+/// A value as JSON text, empty for nothing.
 template <typename T>
 std::string fallbackText(const T& value) {
-    const Json json = toJson(value);
-    return json.is_null() || (json.is_structured() && json.empty()) || json == "" ? std::string()
-                                                                                  : json.dump();
+    std::ostringstream out;
+    {
+        JsonTextSink sink(out);
+        writeJson(sink, value);
+    }
+    const std::string text = out.str();
+    return text == "null" || text == "[]" || text == "{}" || text == "\"\"" ? std::string() : text;
 }
 
 /// How arguments are declared where a procedure is bound: each reads itself from a call.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <nlohmann/json.hpp>
 #include <numeric>
 
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"
@@ -62,8 +63,8 @@ std::optional<double> numberOf(const std::string& name, const Json& cell) {
 }  // namespace
 
 CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> dataset)
-    : arguments_(std::move(arguments)), dataset_(std::move(dataset)) {
-    if (!arguments_.is_object()) {
+    : arguments_(std::make_shared<const Json>(std::move(arguments))), dataset_(std::move(dataset)) {
+    if (!arguments_->is_object()) {
         throw CallError("The arguments must be one JSON object.");
     }
     if (!dataset_) {
@@ -75,7 +76,7 @@ CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> data
             std::min<std::size_t>(required<std::size_t>(firstRowsKey), rowCount));
         std::iota(rows.begin(), rows.end(), std::size_t{0});
         dataset_->rows = pickedRows(dataset_->rows, rows);
-    } else if (has(rowsKey) && restrictsRows(arguments_[rowsKey])) {
+    } else if (has(rowsKey) && restrictsRows((*arguments_)[rowsKey])) {
         auto rows = required<std::vector<std::size_t>>(rowsKey);
         for (std::size_t& row : rows) {
             if (row < 1 || row > rowCount) {
@@ -88,7 +89,7 @@ CallArguments::CallArguments(Json arguments, std::optional<ImportedDataset> data
 }
 
 bool CallArguments::has(const std::string& name) const {
-    return arguments_.contains(name);
+    return arguments_->contains(name);
 }
 
 bool CallArguments::isGiven(const std::string& name) const {
@@ -97,15 +98,15 @@ bool CallArguments::isGiven(const std::string& name) const {
 }
 
 bool CallArguments::hasRows(const std::string& name) const {
-    const auto entry = arguments_.find(name);
-    return entry != arguments_.end() && entry->is_array() && !entry->empty() &&
+    const auto entry = arguments_->find(name);
+    return entry != arguments_->end() && entry->is_array() && !entry->empty() &&
            entry->front().is_array();
 }
 
 const Json* CallArguments::find(const std::string& name) const {
     askedFor_.insert(name);
-    const auto entry = arguments_.find(name);
-    return entry == arguments_.end() ? nullptr : &*entry;
+    const auto entry = arguments_->find(name);
+    return entry == arguments_->end() ? nullptr : &*entry;
 }
 
 const Json& CallArguments::given(const std::string& name) const {
@@ -355,7 +356,7 @@ std::string CallArguments::cell(const std::string& name) const {
 }
 
 void CallArguments::expectNoOthers() const {
-    for (const auto& [name, value] : arguments_.items()) {
+    for (const auto& [name, value] : arguments_->items()) {
         if (name != firstRowsKey && name != rowsKey && !askedFor_.contains(name)) {
             throw CallError("The procedure has no argument \"" + name + "\".");
         }

@@ -103,7 +103,9 @@ public:
         Settings settings;
         boost::mp11::mp_for_each<record_json::Members<Settings>>([&](auto member) {
             auto& field = settings.*member.pointer;
-            field = setting(member.name, field);
+            if (const Json* given = find(member.name)) {
+                field = read<std::decay_t<decltype(field)>>(member.name, *given);
+            }
         });
         return settings;
     }
@@ -118,8 +120,6 @@ private:
             return fromJson<T>(json);
         } catch (const RecordJsonError& error) {
             throw CallError("The argument \"" + name + "\" " + error.what() + ".");
-        } catch (const Json::exception&) {
-            throw CallError("The argument \"" + name + "\" has the wrong form.");
         }
     }
 
@@ -133,7 +133,7 @@ private:
     NamedNumericGroup groupOf(const std::string& name, const Json& json) const;
     std::size_t columnIndex(const std::string& name, const std::string& column) const;
 
-    Json arguments_;
+    std::shared_ptr<const Json> arguments_;
     std::optional<ImportedDataset> dataset_;
     mutable std::set<std::string> askedFor_;
 };

@@ -1,5 +1,6 @@
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 

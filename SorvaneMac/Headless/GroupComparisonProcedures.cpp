@@ -86,27 +86,28 @@ bool seemEqual(const GroupList& groups) {
 }
 
 /// The p-values after one method, or after each that there is.
-Json adjusted(const CallArguments& call) {
+void writeAdjusted(const CallArguments& call, JsonValueSink& sink) {
     const auto pValues = call.required<std::vector<double>>("pValues");
     const auto method = call.setting<std::optional<PostHocMethod>>("method", std::nullopt);
     call.expectNoOthers();
     if (method) {
-        return toJson(GroupComparisonEngine::adjust(pValues, *method));
+        writeJson(sink, GroupComparisonEngine::adjust(pValues, *method));
+        return;
     }
-    Json all = Json::object();
+    sink.beginObject();
     for (const PostHocMethod each :
          {PostHocMethod::holmPairwiseT, PostHocMethod::bonferroniPairwiseT}) {
-        all[std::string(record_json::enumeratorText(each))] =
-            toJson(GroupComparisonEngine::adjust(pValues, each));
+        sink.key(record_json::enumeratorText(each));
+        writeJson(sink, GroupComparisonEngine::adjust(pValues, each));
     }
-    return all;
+    sink.endObject();
 }
 
 Procedure adjustProcedure() {
     return {.name = "GroupComparisonEngine.adjust",
             .arguments = {{"pValues", formOf<std::vector<double>>()},
                           {"method", formOf<PostHocMethod>(), "each that adjusts"}},
-            .call = adjusted};
+            .answer = writeAdjusted};
 }
 
 std::vector<Procedure> testProcedures() {

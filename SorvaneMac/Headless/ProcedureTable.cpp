@@ -1,8 +1,17 @@
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
-namespace sorvane::ProcedureTable {
+namespace sorvane {
+
+Json Procedure::call(const CallArguments& given) const {
+    JsonValueSink sink;
+    answer(given, sink);
+    return sink.take();
+}
+
+namespace ProcedureTable {
 
 const std::vector<Procedure>& all() {
     static const std::vector<Procedure> table = [] {
@@ -29,4 +38,6 @@ const Procedure* find(std::string_view name) {
     return found == all().end() ? nullptr : &*found;
 }
 
-}  // namespace sorvane::ProcedureTable
+}  // namespace ProcedureTable
+
+}  // namespace sorvane

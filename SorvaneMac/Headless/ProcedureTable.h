@@ -15,7 +15,9 @@ namespace sorvane {
 struct Procedure {
     std::string name;
     std::vector<ListedArgument> arguments;
-    std::function<Json(const CallArguments&)> call;
+    std::function<void(const CallArguments&, JsonValueSink&)> answer;
+
+    Json call(const CallArguments& given) const;
 };
 
 /// Every engine procedure by its name, such as "ReliabilityAnalyzer.analyze".
@@ -53,13 +55,13 @@ Procedure procedure(std::string name, Function function, Arguments... declared) 
     Procedure result;
     result.name = std::move(name);
     result.arguments = listedOf(declared...);
-    result.call = [function,
-                   declared = std::make_tuple(std::move(declared)...)](const CallArguments& call) {
+    result.answer = [function, declared = std::make_tuple(std::move(declared)...)](
+                        const CallArguments& call, JsonValueSink& sink) {
         // Braces, so that arguments are read in the order in which they are declared.
         auto values = std::apply(
             [&call](const auto&... each) { return std::tuple{each.read(call)...}; }, declared);
         call.expectNoOthers();
-        return toJson(std::apply(function, std::move(values)));
+        writeJson(sink, std::apply(function, std::move(values)));
     };
     return result;
 }

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Drafting/TextGenerator.h"
 #include "SorvaneMac/Review/PairHandshake.h"
 #include "SorvaneMac/Screens/StudioScreens.h"

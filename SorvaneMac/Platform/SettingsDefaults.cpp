@@ -1,8 +1,8 @@
 #include "SorvaneMac/Platform/SettingsDefaults.h"
 
-#include <QSettings>
+#include <nlohmann/json.hpp>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include <QSettings>
 
 namespace sorvane {
 

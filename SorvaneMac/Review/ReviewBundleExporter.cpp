@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"

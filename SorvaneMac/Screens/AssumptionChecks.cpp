@@ -1,10 +1,9 @@
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/Json.h"
+#include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 
 namespace sorvane::AssumptionChecks {
@@ -62,9 +61,9 @@ ScreenLink rankTestLink(const std::string& test,
                         const std::string& grouping) {
     return {.label = "Go to the rank-based test",
             .screen = StudioScreen::nonparametric,
-            .settings = {{"npTest", Json(test).dump()},
-                         {"npOutcome", Json(outcome).dump()},
-                         {"npGroup", Json(grouping).dump()}}};
+            .settings = {{"npTest", jsonString(test)},
+                         {"npOutcome", jsonString(outcome)},
+                         {"npGroup", jsonString(grouping)}}};
 }
 
 bool hints(const std::vector<AssumptionFinding>& findings, std::string_view procedure) {

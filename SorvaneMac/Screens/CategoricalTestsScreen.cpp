@@ -1,6 +1,6 @@
 #include "SorvaneMac/Screens/CategoricalTestsScreen.h"
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/CategoryTables.h"
 #include "SorvaneMac/Screens/FormControls.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"

@@ -8,7 +8,7 @@
 #include "SorvaneCore/Analyses/StemAndLeaf.h"
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/RespondentProfile.h"

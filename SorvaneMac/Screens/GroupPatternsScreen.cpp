@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/GroupPatternsScreen.h"
 
 #include "SorvaneCore/Project/ISODate.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupSelection.h"

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"

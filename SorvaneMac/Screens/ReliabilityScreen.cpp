@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "SorvaneCore/Analyses/Reliability/ReliabilityScaleTables.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"

@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/TechnicalAppendixScreen.h"
 
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneCore/SorvaneEngine.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/MethodPreview.h"

@@ -6,7 +6,7 @@
 #include <QApplication>
 #include <QPixmap>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Shell/AutosaveSchedule.h"
 #include "SorvaneMac/Shell/ChartImages.h"
 #include "SorvaneMac/Shell/MainWindow.h"

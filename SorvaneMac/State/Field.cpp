@@ -2,12 +2,21 @@
 
 #include <algorithm>
 #include <cassert>
+#include <nlohmann/json.hpp>
+
+#include "SorvaneCore/Project/JsonSink.h"
 
 namespace sorvane {
 
 AnyField::AnyField(FieldRegistry& registry, std::string name, ResetRule rule)
     : registry_(registry), name_(std::move(name)), rule_(rule) {
     registry_.add(*this);
+}
+
+Json AnyField::json() const {
+    JsonValueSink sink;
+    write(sink);
+    return sink.take();
 }
 
 void AnyField::announce() {

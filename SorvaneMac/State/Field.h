@@ -37,6 +37,7 @@ enum class ResetRule {
 };
 
 class FieldRegistry;
+class JsonValueSink;
 
 /// One piece of workspace state, as the registry sees it: by name, without its type.
 class AnyField {
@@ -51,7 +52,7 @@ public:
 
     virtual void reset() = 0;
     virtual bool isAtStart() const = 0;
-    virtual Json json() const = 0;
+    Json json() const;
     /// Throws RecordJsonError when the JSON does not have the field's form.
     virtual void setJson(const Json& json) = 0;
     /// Follows a column that was renamed.
@@ -60,6 +61,7 @@ public:
     virtual void dropVariable(std::string_view name) = 0;
 
 protected:
+    virtual void write(JsonValueSink& sink) const = 0;
     void announce();
     /// Every read passes here: fields belong to the thread that made their registry, and a
     /// recording under way notes the field.
@@ -167,8 +169,7 @@ public:
 
     void reset() override { replace(start_); }
     bool isAtStart() const override { return get() == start_; }
-    // Defined in FieldJson.h, which whoever makes fields includes.
-    Json json() const override;
+    // This and `write` are defined in FieldJson.h, which whoever makes fields includes.
     void setJson(const Json& json) override;
 
     void renameVariable(std::string_view from, std::string_view to) override {
@@ -198,6 +199,8 @@ public:
     }
 
 private:
+    void write(JsonValueSink& sink) const override;
+
     const T start_;
     T value_;
 };

@@ -17,8 +17,8 @@ struct JsonForm<VariableName> {
 };
 
 template <typename T>
-Json Field<T>::json() const {
-    return toJson(get());
+void Field<T>::write(JsonValueSink& sink) const {
+    writeJson(sink, get());
 }
 
 template <typename T>

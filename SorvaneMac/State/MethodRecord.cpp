@@ -2,7 +2,7 @@
 
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneCore/SorvaneEngine.h"
 #include "SorvaneMac/State/StudioState.h"

@@ -3,7 +3,7 @@
 
 #include "SorvaneCore/Import/FileBytes.h"
 #include "SorvaneCore/Project/ProjectArchive.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/State/ProjectSnapshot.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/SurveySettings.h"

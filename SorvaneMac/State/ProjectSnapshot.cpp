@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/VariableClassifier.h"
 #include "SorvaneCore/Project/JsonValueEnd.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/RichDocument.h"
 
 namespace sorvane {

@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane::RecentFiles {
 

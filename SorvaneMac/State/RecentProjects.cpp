@@ -1,6 +1,6 @@
 #include <system_error>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/State/RecentFiles.h"
 #include "SorvaneMac/State/StudioState.h"
 

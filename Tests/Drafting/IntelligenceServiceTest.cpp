@@ -1,3 +1,5 @@
+#include <nlohmann/json.hpp>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Project/RecordJson.h"

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Headless/CallArguments.h"
 
+#include <nlohmann/json.hpp>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Import/CSVImporter.h"

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Platform/LoopbackTextGenerator.h"
 
+#include <nlohmann/json.hpp>
+
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Import/CSVImporter.h"
+#include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane {
 namespace {

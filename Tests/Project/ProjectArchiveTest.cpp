@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <sys/resource.h>
 #include <sys/wait.h>

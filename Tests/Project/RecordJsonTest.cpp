@@ -1,10 +1,9 @@
-#include "SorvaneCore/Project/RecordJson.h"
-
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Dataset/DataVariable.h"
+#include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Review/PacketExport.h"
 #include "SorvaneMac/Review/SEMDiagramBackfill.h"
 #include "SorvaneMac/Screens/StudioScreens.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane {
 namespace {

@@ -54,8 +54,7 @@ TEST_F(DataQuality, ComparesGroupsAndThePopulation) {
     work_.set({{"clBenchmarks", R"({"f":"50","m":" 50 ","other":"9"})"}});
     EXPECT_EQ(card("Sample composition").tables[0].rows[0],
               (std::vector<std::string>{"f", "12", "60.0", "50.0", "10.0"}));
-    EXPECT_EQ(work_.screens.at(StudioScreen::dataQuality).result()["composition"]["statistic"],
-              0.8);
+    EXPECT_EQ(work_.result(StudioScreen::dataQuality, "/composition/statistic"), "0.8");
 }
 
 }  // namespace

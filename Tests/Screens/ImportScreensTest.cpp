@@ -87,7 +87,7 @@ TEST_F(ImportScreens, CautionsStandWhereOneLooksAndTheirButtonsHelp) {
         EXPECT_TRUE(press(place, "Set implausible values to missing"));
         EXPECT_FALSE(work_.state.dataset().importMetadata.cautions);
         EXPECT_EQ(work_.state.selection.get(), importData);
-        EXPECT_EQ(work_.value("importRemedy"), "none");
+        EXPECT_EQ(work_.value("importRemedy"), R"("none")");
 
         import("made_raw_strl_realwidth_117.dta");
         EXPECT_TRUE(press(place, "Read again with 8-byte references"));

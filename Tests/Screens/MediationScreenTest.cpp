@@ -40,7 +40,7 @@ TEST(MediationScreen, TheIndirectEffectStandsWithItsInterval) {
     EXPECT_EQ(figure.paths[1].from, 1U);
     EXPECT_EQ(figure.paths[1].label, "b = 0.506***");
     EXPECT_EQ(figure.paths[2].label, "c′ = 0.254  (c = 0.496)");
-    EXPECT_EQ(study.screens.at(mediation).result()["n"], Json(123));
+    EXPECT_EQ(study.result(mediation, "/n"), "123");
 }
 
 TEST(MediationScreen, CovariatesTakeTheirDegreesOfFreedom) {

@@ -140,7 +140,7 @@ TEST(ModelGates, SayWhatIsMissingAndRunNothing) {
         PanelStudy workplace;
         workplace.screens.appear(each.screen);
         workplace.set(each.settings);
-        const std::map<std::string, Json> before = workplace.values();
+        const std::map<std::string, std::string> before = workplace.values();
         Screen& screen = workplace.screens.at(each.screen);
         const std::string answer = screen.run().value_or("");
         EXPECT_TRUE(answer.starts_with(each.title)) << answer;

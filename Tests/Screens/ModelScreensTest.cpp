@@ -279,7 +279,7 @@ TEST(ModelScreens, EachControlChangesItsFieldAndNoOther) {
             PanelStudy workplace;
             workplace.set(each.mode);
             workplace.screens.appear(each.screen);
-            const std::map<std::string, Json> before = workplace.values();
+            const std::map<std::string, std::string> before = workplace.values();
             change(controlOf(workplace.controls(each.screen), label));
             EXPECT_NE(workplace.value(field), before.at(field));
             for (const auto& [name, now] : workplace.values()) {
@@ -311,8 +311,8 @@ TEST(ModelScreens, ASlopeThatTheModelForbidsGoesAtOnce) {
         const auto at = std::ranges::find(choice.choices, text);
         choice.set(static_cast<std::size_t>(at - choice.choices.begin()));
     };
-    const Json kept = "x1";
-    const Json none = "";
+    const std::string kept = R"("x1")";
+    const std::string none = R"("")";
     EXPECT_EQ(slopeAfter("Predictors", [&](auto& c) { check(c, "x1", false); }), none);
     EXPECT_EQ(slopeAfter("Predictors", [&](auto& c) { check(c, "q1", false); }), kept);
     EXPECT_EQ(slopeAfter("Predictors",

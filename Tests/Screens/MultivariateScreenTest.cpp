@@ -80,7 +80,7 @@ TEST_F(MultivariateScreenTest, SetsAreRelatedByPairsOfVariates) {
     EXPECT_EQ(item.extraTables->at(2).rows[0][0], "Petal_Length");
     EXPECT_EQ(item.extraTables->at(1).headers.size(), 7U);
     EXPECT_TRUE(content.findings.front().figure);
-    EXPECT_EQ(study.screens.at(multivariate).result()["n"], Json(150));
+    EXPECT_EQ(study.result(multivariate, "/n"), "150");
 }
 
 TEST_F(MultivariateScreenTest, WhatCannotBeComputedSaysWhy) {

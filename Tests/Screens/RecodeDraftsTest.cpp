@@ -10,12 +10,16 @@ namespace {
 
 using enum StudioScreen;
 
+constexpr auto blankDraft =
+    R"({"sources":"","lower":"","upper":"","lowerInclusive":true,"upperInclusive":true,)"
+    R"("output":""})";
+
 TEST(RecodeDrafts, AreTypedAddedAndRemoved) {
     PanelStudy workplace;
     workplace.set({{"rcDraft", R"({"sources":"1, 2","lower":"","upper":"","lowerInclusive":true,)"
                                R"("upperInclusive":true,"output":"9"})"}});
     std::get<ButtonControl>(controlOf(workplace.controls(dataPrep), "Add rule")).press();
-    workplace.expectValues({{"rcDraft", toJson(RecodeDraft()).dump()}});
+    workplace.expectValues({{"rcDraft", blankDraft}});
     const auto& rules = workplace.state.editor.rcValueRules;
     ASSERT_EQ(rules->size(), 1U);
     EXPECT_EQ(rules->front().sources, (std::vector<double>{1.0, 2.0}));

@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/ScreenFields.h"
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneCore/Project/RecordJson.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 
 namespace sorvane {
@@ -34,26 +33,14 @@ public:
             state.assignVariable(state.dataset().variable(name)->id, kind);
         }
     }
-    void set(const Settings& settings) {
-        for (const auto& [name, value] : settings) {
-            state.fields.find(name)->setJson(Json::parse(value));
-        }
-    }
-    Json value(const std::string& field) { return state.fields.find(field)->json(); }
-    std::map<std::string, Json> values() {
-        std::map<std::string, Json> all;
-        for (const AnyField* field : state.fields.fields()) {
-            if (field->name() != "dataset") {
-                all[field->name()] = field->json();
-            }
-        }
-        return all;
-    }
-    void expectValues(const Settings& expected) {
-        for (const auto& [name, text] : expected) {
-            EXPECT_EQ(value(name), Json::parse(text)) << name;
-        }
-    }
+    void set(const Settings& settings);
+    /// The JSON text of a field.
+    std::string value(const std::string& field) const;
+    /// Those of all fields but the table.
+    std::map<std::string, std::string> values() const;
+    void expectValues(const Settings& expected) const;
+    /// The JSON text of a screen's result, or of a member such as "/fit/n".
+    std::string result(StudioScreen screen, const std::string& member = "") const;
 
     StudioState state{std::filesystem::path(SORVANE_SOURCE_DIR "/Resources")};
     StudioScreens screens{state};

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneMac/Report/APAFormat.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
@@ -13,7 +14,7 @@ const std::string threeFactors =
     "visual =~ x1 + x2 + x3\ntextual =~ x4 + x5 + x6\nspeed =~ x7 + x8 + x9";
 
 Settings modelOf(const std::string& text) {
-    return {{"semModel", toJson(text).dump()}};
+    return {{"semModel", jsonString(text)}};
 }
 
 /// The label of the path between two nodes; "none" without one.
@@ -184,7 +185,7 @@ TEST(StructuralScreen, PreviewsAModelAndKeepsAFitInViewWhileItIsRewritten) {
     content = screen.content();
     EXPECT_FALSE(content.gate);
     EXPECT_EQ(content.findings.size(), 1U);
-    EXPECT_EQ(screen.result()["fit"]["degreesOfFreedom"], Json(24));
+    EXPECT_EQ(study.result(sem, "/fit/degreesOfFreedom"), "24");
 }
 
 TEST(StructuralScreen, SmallCoefficientsKeepTheirDigits) {
@@ -222,9 +223,9 @@ TEST(StructuralScreen, ARenamedColumnIsRenamedInTheModel) {
     study.set(modelOf("x1 =~ x2 + x3 # x3\nvisual =~ x3 + x4 + x5"));
     study.state.renameVariable("x3", "the cubes");
     EXPECT_EQ(study.value("semModel"),
-              "x1 =~ x2 + `the cubes` # x3\nvisual =~ `the cubes` + x4 + x5");
+              jsonString("x1 =~ x2 + `the cubes` # x3\nvisual =~ `the cubes` + x4 + x5"));
     study.state.undoLastDataChange();
-    EXPECT_EQ(study.value("semModel"), "x1 =~ x2 + x3 # x3\nvisual =~ x3 + x4 + x5");
+    EXPECT_EQ(study.value("semModel"), jsonString("x1 =~ x2 + x3 # x3\nvisual =~ x3 + x4 + x5"));
 }
 
 }  // namespace

@@ -126,7 +126,7 @@ TEST(SurveyScreen, SubgroupsStandUnderTheirNamesAndGoIntoTheChart) {
                                               {"svDenominator", R"("enroll")"}});
     EXPECT_EQ(ratio.findings.front().item.table->rows[0][1], "0.803");
     EXPECT_EQ(ratio.findings.front().item.table->rows[0][2], "0.0222");
-    EXPECT_EQ(sample.screens.at(survey).result()["groups"].size(), 2U);
+    EXPECT_EQ(sample.screens.fields.survey.svResult.get()->groups.size(), 2U);
 }
 
 TEST(SurveyScreen, TellsWhatTheDesignChangesAndWhatItLacks) {

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Shell/AutosaveSchedule.h"
 #include "SorvaneMac/Shell/ProjectActions.h"
 #include "Tests/Shell/WindowFixture.h"

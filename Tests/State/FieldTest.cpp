@@ -1,5 +1,7 @@
 #include "SorvaneMac/State/Field.h"
 
+#include <nlohmann/json.hpp>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/State/FieldJson.h"

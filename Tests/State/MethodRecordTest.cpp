@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 

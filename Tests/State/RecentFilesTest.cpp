@@ -1,6 +1,7 @@
 #include "SorvaneMac/State/RecentFiles.h"
 
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 

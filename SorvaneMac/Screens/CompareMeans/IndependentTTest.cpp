@@ -1,8 +1,8 @@
 #include <array>
 #include <cmath>
-#include <nlohmann/json.hpp>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/Categories.h"
@@ -106,8 +106,8 @@ Card assumptionCard(const TTestRun& run) {
     Card card = AssumptionChecks::card(run.assumptions);
     if (AssumptionChecks::hints(run.assumptions, AssumptionChecks::rankHint)) {
         ScreenLink link = AssumptionChecks::rankTestLink("mannWhitney", run.outcome, run.grouping);
-        link.settings.emplace_back("npG1", Json(run.first.name).dump());
-        link.settings.emplace_back("npG2", Json(run.second.name).dump());
+        link.settings.emplace_back("npG1", jsonString(run.first.name));
+        link.settings.emplace_back("npG2", jsonString(run.second.name));
         card.links.push_back(std::move(link));
     }
     if (!AssumptionChecks::hints(run.assumptions, AssumptionChecks::welchHint)) {

@@ -1,8 +1,8 @@
 #include <array>
-#include <nlohmann/json.hpp>
 #include <span>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/Categories.h"
@@ -87,8 +87,8 @@ Card assumptionCard(const PairedTTestRun& run) {
         card.links.push_back({.label = "Go to the Wilcoxon signed-rank test",
                               .screen = StudioScreen::nonparametric,
                               .settings = {{"npTest", "\"wilcoxon\""},
-                                           {"npBefore", Json(run.before.name).dump()},
-                                           {"npAfter", Json(run.after.name).dump()}}});
+                                           {"npBefore", jsonString(run.before.name)},
+                                           {"npAfter", jsonString(run.after.name)}}});
     }
     return card;
 }

@@ -5,7 +5,7 @@
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/DataPreparation.h"

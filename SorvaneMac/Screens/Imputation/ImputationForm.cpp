@@ -1,6 +1,6 @@
 #include "SorvaneMac/Screens/Imputation/ImputationForm.h"
 
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Imputation/ImputationModel.h"

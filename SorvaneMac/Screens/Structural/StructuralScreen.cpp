@@ -2,7 +2,7 @@
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Models/Structural/SEMWording.h"
-#include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/OptionControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
