@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "SorvaneCore/Numerics/UnitsIn.h"
-
 namespace sorvane::Histogram {
 
 namespace {
@@ -33,6 +31,15 @@ struct Edges {
     double width = 1.0;
     std::size_t binCount = 1;
 };
+
+/// How many units a value holds: a whole number where rounding alone keeps the quotient from it, so
+/// that a value on an edge, such as 2.3 in bins of 0.1, is drawn in the bin that it begins.
+double unitsIn(double value, double unit) {
+    constexpr double rounding = 1e-9;
+    const double quotient = value / unit;
+    const double nearest = std::round(quotient);
+    return std::abs(quotient - nearest) <= rounding ? nearest : quotient;
+}
 
 Edges wholeNumberEdges(double minimum, double maximum) {
     return {.first = minimum - 0.5,

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "SorvaneCore/Numerics/UnitsIn.h"
-
 namespace sorvane::StemAndLeaf {
 
 namespace {
@@ -23,7 +21,7 @@ double stemUnitFor(double minimum, double maximum) {
 
 /// The digit after the stem; 0 where the unit is too small to divide by.
 std::int64_t leafOf(double value, double leafUnit) {
-    const double digits = std::trunc(unitsIn(std::abs(value), leafUnit));
+    const double digits = std::trunc(std::abs(value) / leafUnit);
     return std::isfinite(digits) ? static_cast<std::int64_t>(std::fmod(digits, 10.0)) : 0;
 }
 
@@ -45,13 +43,13 @@ std::optional<StemAndLeafPlot> plot(std::span<const double> values) {
     StemAndLeafPlot plot{.stemUnit = stemUnit,
                          .leafUnit = stemUnit / 10.0,
                          .n = static_cast<std::int64_t>(finite.size())};
-    const auto firstStem = static_cast<std::int64_t>(std::floor(unitsIn(minimum, stemUnit)));
-    const auto lastStem = static_cast<std::int64_t>(std::floor(unitsIn(maximum, stemUnit)));
+    const auto firstStem = static_cast<std::int64_t>(std::floor(minimum / stemUnit));
+    const auto lastStem = static_cast<std::int64_t>(std::floor(maximum / stemUnit));
     for (std::int64_t stem = firstStem; stem <= lastStem; ++stem) {
         plot.rows.push_back({.stem = stem});
     }
     for (const double value : finite) {
-        const auto stem = static_cast<std::int64_t>(std::trunc(unitsIn(value, stemUnit)));
+        const auto stem = static_cast<std::int64_t>(std::trunc(value / stemUnit));
         if (stem <= lastStem) {
             plot.rows[static_cast<std::size_t>(stem - firstStem)].leaves.push_back(
                 leafOf(value, plot.leafUnit));

@@ -10,7 +10,6 @@
 #include "SorvaneCore/Analyses/Basics/ValueOrder.h"
 #include "SorvaneCore/Dataset/TextColumnBuilder.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneCore/Numerics/UnitsIn.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
 
 namespace sorvane::BinnedVariableBuilder {
@@ -69,7 +68,7 @@ std::shared_ptr<const TextColumn> equalWidth(const NumericColumn& values, std::i
     const bool isConstant = bounds.smallest == bounds.largest;
     const double width = (bounds.largest - bounds.smallest) / static_cast<double>(bands);
     const auto bandOf = [&](double value) -> std::size_t {
-        const double position = std::trunc(unitsIn(value - bounds.smallest, width));
+        const double position = std::trunc((value - bounds.smallest) / width);
         // A width beyond the doubles leaves positions that are no numbers.
         return isConstant || !(position > 0.0)
                    ? 0

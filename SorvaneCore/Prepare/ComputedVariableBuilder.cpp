@@ -10,11 +10,9 @@ namespace sorvane::ComputedVariableBuilder {
 
 namespace {
 
-/// A share of the answers, rounded up. 0.56 times 25 is a little more than 14 in doubles, but asks
-/// for no fifteenth answer.
+/// A share of the answers, rounded up.
 double requiredAnswers(double share, std::size_t answers) {
-    constexpr double rounding = 1e-9;
-    return std::ceil(std::clamp(share, 0.0, 1.0) * static_cast<double>(answers) - rounding);
+    return std::ceil(std::clamp(share, 0.0, 1.0) * static_cast<double>(answers));
 }
 
 }  // namespace

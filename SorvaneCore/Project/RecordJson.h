@@ -236,8 +236,12 @@ T toInteger(const Json& json) {
         }
     }
     const std::optional<std::int64_t> whole = wholeNumberOf(json);
-    if (!whole || !std::in_range<T>(*whole)) {
+    if (!whole) {
         failWanting("a whole number");
+    }
+    if (!std::in_range<T>(*whole)) {
+        failWanting(*whole < 0 && std::is_unsigned_v<T> ? "a whole number that is not negative"
+                                                        : "a whole number closer to 0");
     }
     return static_cast<T>(*whole);
 }

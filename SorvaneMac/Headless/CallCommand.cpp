@@ -1,13 +1,15 @@
-#include <fstream>
 #include <iterator>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 
 #include "SorvaneCore/Import/ImportError.h"
 #include "SorvaneCore/Import/SpreadsheetImporter.h"
 #include "SorvaneCore/Models/Structural/SEMModelSpecParser.h"
 #include "SorvaneMac/Headless/Commands.h"
+#include "SorvaneMac/Headless/GivenJson.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {
@@ -51,20 +53,16 @@ CallOptions readOptions(const std::vector<std::string>& words) {
 }
 
 Json readArguments(const std::optional<std::string>& file, std::istream& standardInput) {
-    try {
-        if (!file) {
-            const std::string text{std::istreambuf_iterator<char>(standardInput), {}};
-            return text.find_first_not_of(" \t\r\n") == std::string::npos ? Json::object()
-                                                                          : Json::parse(text);
-        }
-        std::ifstream stream(*file, std::ios::binary);
-        if (!stream) {
-            throw CallError("The arguments file " + *file + " cannot be read.");
-        }
-        return Json::parse(stream);
-    } catch (const Json::exception& error) {
-        throw CallError("The arguments are not JSON: " + std::string(error.what()));
+    constexpr auto what = "arguments";
+    if (file) {
+        return GivenJson::ofFile(*file, what);
     }
+    return GivenJson::of(std::string{std::istreambuf_iterator<char>(standardInput), {}}, what);
+}
+
+ExitStatus refuseMemory(CommandStreams streams) {
+    streams.error << "The procedure needs more memory than there is; give it smaller numbers.\n";
+    return ExitStatus::refused;
 }
 
 }  // namespace
@@ -94,6 +92,13 @@ ExitStatus callCommand(const std::vector<std::string>& words, CommandStreams str
     } catch (const CallError& error) {
         streams.error << error.what() << '\n';
         return ExitStatus::badArguments;
+    } catch (const GivenJsonError& error) {
+        streams.error << error.what() << '\n';
+        return ExitStatus::badArguments;
+    } catch (const std::bad_alloc&) {
+        return refuseMemory(streams);
+    } catch (const std::length_error&) {
+        return refuseMemory(streams);
     }
 }
 

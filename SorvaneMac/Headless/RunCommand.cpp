@@ -1,9 +1,10 @@
-#include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <system_error>
 
 #include "SorvaneMac/Headless/Commands.h"
+#include "SorvaneMac/Headless/GivenJson.h"
 #include "SorvaneMac/Headless/StudioScript.h"
 
 namespace sorvane {
@@ -26,20 +27,16 @@ std::optional<ScriptRun> readOptions(const std::vector<std::string>& words) {
     return options.script.empty() ? std::nullopt : std::optional(options);
 }
 
+/// Absent for anything that is no script, of which the stream is told.
 std::optional<Json> readScript(const std::filesystem::path& file, std::ostream& error) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        error << "The script " << file.string() << " cannot be read.\n";
-        return std::nullopt;
-    }
     try {
-        Json script = Json::parse(stream);
+        Json script = GivenJson::ofFile(file, "script");
         if (script.is_object() && script.contains("steps") && script["steps"].is_array()) {
             return script;
         }
         error << "A script is an object with a list of \"steps\".\n";
-    } catch (const Json::exception& failure) {
-        error << "The script is not JSON: " << failure.what() << '\n';
+    } catch (const GivenJsonError& failure) {
+        error << failure.what() << '\n';
     }
     return std::nullopt;
 }

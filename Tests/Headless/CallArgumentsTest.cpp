@@ -130,11 +130,13 @@ TEST(CallArguments, RestrictTheRowsOfTheTable) {
         std::string rows;
         std::string objection;
     } refused[] = {
-        {__LINE__, R"("firstRows":-1)", "The argument \"firstRows\" needs a whole number."},
+        {__LINE__, R"("firstRows":-1)",
+         "The argument \"firstRows\" needs a whole number that is not negative."},
         {__LINE__, R"("firstRows":"4")", "The argument \"firstRows\" needs a whole number."},
         {__LINE__, R"("rows":[0])", "The argument \"rows\" names a row that is not there."},
         {__LINE__, R"("rows":[6])", "The argument \"rows\" names a row that is not there."},
-        {__LINE__, R"("rows":[1,-2])", "The argument \"rows\" [1] needs a whole number."},
+        {__LINE__, R"("rows":[1,-2])",
+         "The argument \"rows\" [1] needs a whole number that is not negative."},
         {__LINE__, R"("rows":3)", "The argument \"rows\" needs a list."},
     };
     for (const auto& each : refused) {

@@ -69,7 +69,7 @@ TEST_F(CommandLine, EndsWithAStatusAndASentence) {
         {__LINE__,
          {"call", "MissingValue.displayMarkers", "/nowhere/args.json"},
          ExitStatus::badArguments,
-         "The arguments file /nowhere/args.json cannot be read.\n"},
+         "The file of the arguments, /nowhere/args.json, cannot be read.\n"},
         {__LINE__, {"describe"}, ExitStatus::badArguments, describeSo},
         {__LINE__, {"describe", csv, csv}, ExitStatus::badArguments, describeSo},
         {__LINE__, {"describe", csv, "--rows"}, ExitStatus::badArguments, describeSo},
@@ -84,7 +84,7 @@ TEST_F(CommandLine, EndsWithAStatusAndASentence) {
         {__LINE__,
          {"run", "/nowhere/s.json"},
          ExitStatus::badArguments,
-         "The script /nowhere/s.json cannot be read.\n"},
+         "The file of the script, /nowhere/s.json, cannot be read.\n"},
         {__LINE__,
          {"run", fileHolding(R"({"step": []})", "a.json")},
          ExitStatus::badArguments,
@@ -104,11 +104,36 @@ TEST_F(CommandLine, EndsWithAStatusAndASentence) {
         EXPECT_EQ(error_, each.error) << each.line;
         EXPECT_EQ(each.status == ExitStatus::success || out_.empty(), true) << each.line << out_;
     }
-    EXPECT_EQ(run({"run", fileHolding("{", "c.json")}), ExitStatus::badArguments);
-    EXPECT_TRUE(error_.starts_with("The script is not JSON: ")) << error_;
-    EXPECT_EQ(run({"call", "MissingValue.displayMarkers", fileHolding("{", "d.json")}),
-              ExitStatus::badArguments);
-    EXPECT_TRUE(error_.starts_with("The arguments are not JSON: ")) << error_;
+}
+
+TEST_F(CommandLine, ToldWhatIsWrongWithGivenJson) {
+    const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+    const struct {
+        std::string text;
+        std::string error;
+    } cases[] = {
+        {"{", "The arguments cannot be read as JSON from byte 2 on.\n"},
+        {R"({"a":1e999})", "A number of the arguments is beyond all doubles.\n"},
+        {R"({"a":)" + deep + R"(,"b":1})",
+         "Lists and objects of the arguments nest more than 200 levels deep.\n"},
+    };
+    for (const auto& each : cases) {
+        const std::string file = fileHolding(each.text, "given.json");
+        EXPECT_EQ(run({"call", "MissingValue.displayMarkers", file}), ExitStatus::badArguments);
+        EXPECT_EQ(error_, each.error);
+    }
+    EXPECT_EQ(run({"call", "MissingValue.displayMarkers", fileHolding(" \n", "blank.json")}),
+              ExitStatus::success)
+        << error_;
+    const std::string folder = folder_.string();
+    EXPECT_EQ(run({"call", "MissingValue.displayMarkers", folder}), ExitStatus::badArguments);
+    EXPECT_EQ(error_, "The file of the arguments, " + folder + ", cannot be read.\n");
+    EXPECT_EQ(run({"run", folder}), ExitStatus::badArguments);
+    EXPECT_EQ(error_, "The file of the script, " + folder + ", cannot be read.\n");
+    const std::string huge = fileHolding(
+        R"({"merges":[],"caseCount":4611686018427387904,"k":4611686018427387904})", "huge.json");
+    EXPECT_EQ(run({"call", "ClusterAnalysis.cutTree", huge}), ExitStatus::refused);
+    EXPECT_EQ(error_, "The procedure needs more memory than there is; give it smaller numbers.\n");
 }
 
 TEST_F(CommandLine, DescribesAsManyRowsAsThereAre) {

