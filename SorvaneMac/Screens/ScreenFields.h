@@ -21,7 +21,11 @@ namespace sorvane {
 
 /// The selections and run marks of the analysis screens, beside those that the state itself holds.
 struct ScreenFields {
-    explicit ScreenFields(FieldRegistry& fields) : registry(fields) {}
+    // Both apart, so that only they know how every field is made and goes.
+    explicit ScreenFields(FieldRegistry& fields);
+    ~ScreenFields();
+    ScreenFields(const ScreenFields&) = delete;
+    ScreenFields& operator=(const ScreenFields&) = delete;
 
     FieldRegistry& registry;
     CompareMeansFields compareMeans{registry};
