@@ -108,6 +108,9 @@ std::string noEstimates(SurveyModelKind kind) {
 }
 
 std::string constantOutcome(SurveyModelKind kind) {
+    if (kind == SurveyModelKind::linear) {
+        return "The outcome has only one value present. It must vary to fit a linear model.";
+    }
     return kind == SurveyModelKind::logistic ? "The outcome has only one level present. Both 0 and "
                                                "1 must occur to fit a logistic "
                                                "model."

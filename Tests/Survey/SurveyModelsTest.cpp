@@ -195,6 +195,9 @@ TEST(SurveyModels, SayWhatStandsInTheirWay) {
         {__LINE__, SurveyRegression::fit(test::plainColumn({1.0, 2.0}), just, sample.design, one),
          "The variable has 2 rows, but the survey design has 40. Set up the design for the table "
          "that holds the variable."},
+        {__LINE__,
+         SurveyRegression::fit(test::plainColumn(Values(40, 7.3)), just, sample.design, one),
+         "The outcome has only one value present. It must vary to fit a linear model."},
         {__LINE__, SurveyGLM::fitLogistic(ones, just, sample.design, one),
          "The outcome has only one level present. Both 0 and 1 must occur to fit a logistic "
          "model."},
