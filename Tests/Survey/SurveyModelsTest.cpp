@@ -130,6 +130,30 @@ TEST(SurveyModels, AnErrorOfZeroIsNotTested) {
     EXPECT_TRUE(SurveyWording::summary(itself).ends_with("which cannot be tested."));
 }
 
+TEST(SurveyModels, AFitWithoutScatterIsNotTested) {
+    Sample sample;
+    for (std::size_t i = 0; i < 40; ++i) {
+        sample.x[i] = 1e5 + *sample.x[i];
+        sample.y[i] = 4.0 * *sample.x[i];
+    }
+    Values noise;
+    for (const auto& value : sample.level) {
+        noise.emplace_back(*value * *value);
+    }
+    const std::vector predictors = {test::plainColumn(sample.x), test::plainColumn(noise)};
+    for (const SurveyDesign& design : {sample.design, sample.jackknife()}) {
+        const auto result = SurveyRegression::fit(test::plainColumn(sample.y), predictors, design,
+                                                  {.predictorNames = {"x", "noise"}});
+        ASSERT_EQ(result->coefficients.size(), 3U);
+        for (const SurveyCoefficient& each : result->coefficients) {
+            EXPECT_EQ(each.standardError, 0.0) << each.name;
+            EXPECT_TRUE(std::isnan(each.pValue)) << each.name;
+        }
+        EXPECT_TRUE(std::isnan(result->waldF) && std::isnan(result->waldPValue));
+        EXPECT_TRUE(cautions(result->readiness).back().starts_with("A standard error is zero"));
+    }
+}
+
 TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
     Sample sample;
     for (std::size_t i = 0; i < 40; ++i) {
