@@ -69,8 +69,9 @@ std::string noUsableReplicate() {
 }
 
 std::string beyondNumbers() {
-    return "The values or weights are too large, or a replicate weight is missing, so the sums "
-           "cannot be formed. Check the weights, or divide the variable by a power of ten.";
+    return "The values or weights are too large or too small, or a replicate weight is missing, so "
+           "the sums cannot be formed. Check the weights, or rescale the variable by a power of "
+           "ten.";
 }
 
 std::string notZeroOrOne(std::int64_t count) {

@@ -265,6 +265,70 @@ TEST(SurveyCorrelation, IsThatOfTheWeightedRows) {
     EXPECT_EQ((*pairs)[1].yName, "l");
 }
 
+TEST(SurveyCorrelation, TellsOneValueFromValuesThatAreTooLargeOrTooSmall) {
+    const auto obstacleOf = [](const Values& x) {
+        Values y;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            y.emplace_back(static_cast<double>(i * i % 7));
+        }
+        SurveyDesign design;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            design.weights.push_back(1.0 + static_cast<double>(i % 13) / 10.0);
+        }
+        const auto pair =
+            SurveyCorrelation::pearson(test::plainColumn(x), test::plainColumn(y), design);
+        return pair.readiness.issues.front().message.substr(0, 50);
+    };
+    const auto twoValues = [](double size) {
+        Values values(40, size);
+        for (std::size_t i = 0; i < 15; ++i) {
+            values[i] = 2.0 * size;
+        }
+        return values;
+    };
+    EXPECT_EQ(obstacleOf(Values(20000, 0.1)), "One of the variables does not vary, so no correlat");
+    EXPECT_EQ(obstacleOf(twoValues(1e305)), "The values or weights are too large or too small, ");
+    EXPECT_EQ(obstacleOf(twoValues(1e-170)), "The values or weights are too large or too small, ");
+    EXPECT_TRUE(obstacleOf(twoValues(1e100)).starts_with("No strata or clusters"));
+    Values close(40, 1e15);
+    close[3] = 1e15 + 1.0;
+    EXPECT_TRUE(obstacleOf(close).starts_with("No strata or clusters"));
+}
+
+/// Replicates of which the first leaves no row, and another lacks a weight where that is wished.
+SurveyDesign replicatesOf(const Sample& sample, double weight) {
+    SurveyDesign design = sample.jackknife();
+    design.replicateWeights->weights[0].assign(40, 0.0);
+    design.replicateWeights->weights[4][7] = weight;
+    return design;
+}
+
+TEST(SurveyInference, AReplicateWithoutAnEstimateIsToldOfAndOneWithoutAWeightRefused) {
+    const Sample sample;
+    const auto pair = [&sample](const SurveyDesign& design) {
+        return SurveyCorrelation::pearson(test::plainColumn(sample.x), test::plainColumn(sample.y),
+                                          design)
+            .readiness;
+    };
+    const auto table = [&sample](const SurveyDesign& design) {
+        return SurveyCategorical::test(*TextColumn::of(sample.yesTexts),
+                                       *TextColumn::of(sample.levelTexts), design)
+            .readiness;
+    };
+    const SurveyDesign silent = replicatesOf(sample, 1.0);
+    const SurveyDesign missing = replicatesOf(sample, std::nan(""));
+    for (const AnalysisReadiness& readiness : {pair(silent), table(silent)}) {
+        EXPECT_EQ(cautions(readiness).back(),
+                  "1 replicate(s) gave no estimates and add nothing to the standard errors, which "
+                  "may be too small.");
+    }
+    for (const AnalysisReadiness& readiness : {pair(missing), table(missing)}) {
+        ASSERT_EQ(obstacles(readiness).size(), 1U);
+        EXPECT_NE(obstacles(readiness).front().find("or a replicate weight is missing"),
+                  std::string::npos);
+    }
+}
+
 TEST(SurveyCategorical, IsPearsonsTestWhereTheDesignIsSimple) {
     const Sample sample;
     const SurveyDesign simple{.weights = std::vector<double>(40, 2.0)};
