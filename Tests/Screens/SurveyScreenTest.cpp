@@ -146,6 +146,27 @@ TEST(SurveyScreen, TellsWhatTheDesignChangesAndWhatItLacks) {
               std::string::npos);
 }
 
+TEST(SurveyScreen, APopulationCorrectionIsMoreThanTheWeights) {
+    SchoolSample sample("apiclus1.csv");
+    const ScreenContent content = sample.shown({});
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_NE(item.apaSummary.find("variance from the weights and the finite population"),
+              std::string::npos)
+        << item.apaSummary;
+    const Card* comparison = cardOf(content, "What the design changes");
+    ASSERT_NE(comparison, nullptr);
+    const ReportTable& table = comparison->tables.front();
+    ASSERT_EQ(table.rows.size(), 3U);
+    EXPECT_EQ(table.rows[0][0], "Weights and population correction");
+    EXPECT_EQ(table.rows[1][0], "Weights only (naive)");
+    EXPECT_NE(table.rows[0][2], table.rows[1][2]);
+    const ScreenContent model = sample.shown({{"svAnalysis", R"("linear")"},
+                                              {"svOutcome", R"("api00")"},
+                                              {"svPredictors", R"(["enroll"])"}});
+    EXPECT_EQ(cardOf(model, "What the design changes")->tables.front().headers[3],
+              "SE by weights alone");
+}
+
 TEST(SurveyScreen, TheTableOfTheDesignTellsWhatReplicatesCarry) {
     SchoolSample sample("apiclus1.csv");
     const auto used = [&sample](const Settings& settings) {
