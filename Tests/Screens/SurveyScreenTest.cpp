@@ -312,5 +312,17 @@ TEST(SurveyWeights, AreUsedOnDescriptivesAndSaidOnEveryOtherResult) {
     EXPECT_TRUE(warns(sample.screens.content(descriptives), "Set the sampling weight."));
 }
 
+TEST(SurveyWeights, WeightedDescriptivesWarnAsTheEstimatesDo) {
+    SchoolSample sample("apiclus1.csv");
+    sample.set({{"svCluster", R"("dnum")"},
+                {"surveyWeightsActive", "true"},
+                {"selectedDescriptiveVariableName", R"("api00")"},
+                {"selectedDescriptiveGroupName", R"("stype")"}});
+    const ScreenContent& content = sample.screens.content(descriptives);
+    EXPECT_TRUE(warns(content, "Fewer than 30 cases stand behind these subgroups"));
+    EXPECT_NE(content.findings.back().item.table->note->find("rough: H and M."), std::string::npos)
+        << *content.findings.back().item.table->note;
+}
+
 }  // namespace
 }  // namespace sorvane

@@ -89,8 +89,7 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
     add("The standard error exceeds 30% of the estimate in these subgroups: ", isUnsure);
 }
 
-}  // namespace
-
+/// How many cases lack the value, in a sentence; empty where none does.
 std::string leftOut(const WeightedEstimate& estimate) {
     const std::int64_t count = estimate.totalN - estimate.validN;
     if (count == 0) {
@@ -102,6 +101,8 @@ std::string leftOut(const WeightedEstimate& estimate) {
                        : " lack the value and are left out with their weights") +
            "; the others are not weighted up for that.";
 }
+
+}  // namespace
 
 std::vector<std::string> warnings(const SurveyRun& run) {
     std::vector<std::string> cautions = ResultText::messages(run.estimate.readiness);
