@@ -311,7 +311,7 @@ TEST(ImputationScreen, TextsThatAreNoNumbersAreOfferedAsWell) {
 TEST(ImputationScreen, PredictorsThatKeepTheirMeanAreToldOf) {
     ScreenWorkplace place;
     place.state.importPastedData(
-        "a,p,b,c,d,e\n1,3,2,9,4,1\n2,,7,8,1,3\n3,5,5,1,2,2\n,,1,4,9,5\n5,4,6,3,8,7\n"
+        "a,p,b,c,d,e\n1,4,2,9,4,1\n2,,7,8,1,3\n3,5,5,1,2,2\n,,1,4,9,5\n5,4,6,3,8,7\n"
         "4,,9,2,7,6\n7,1,3,7,3,9\n6,,8,5,5,4\n8,2,4,6,6,8\n9,,2,1,1,7\n");
     place.assign({"a", "p", "b", "c", "d", "e"}, VariableKind::outcome);
     place.set({{"prepareSection", R"("imputation")"},
@@ -321,6 +321,14 @@ TEST(ImputationScreen, PredictorsThatKeepTheirMeanAreToldOf) {
     const ScreenContent content = place.screens.at(dataPrep).content();
     EXPECT_NE(content.findings.front().item.table->note->find("Values of p could not be predicted"),
               std::string::npos);
+
+    place.set({{"impTargets", R"(["a","p"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    place.set({{"impChart", R"("p")"}});
+    const Chart shares = *place.screens.at(dataPrep).content().findings.front().figure;
+    const auto& bars = std::get<GroupedBarPlot>(shares.plot);
+    EXPECT_EQ(bars.categories, (Cells{"1", "2", "3.2", "4", "5"}));
+    EXPECT_EQ(bars.series[1].values, (std::vector<double>{0, 0, 1, 0, 0}));
 }
 
 }  // namespace
