@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {
@@ -193,6 +194,29 @@ TEST(ImputationScreen, PoolsAnAnalysisOverTheCopies) {
     EXPECT_FALSE(air.canPress("Run pooled analysis"));
     air.set({{"impAnalysis", R"("correlation")"}, {"impCorrY", R"("Ozone")"}});
     EXPECT_FALSE(air.canPress("Run pooled analysis"));
+}
+
+TEST(ImputationScreen, PoolingWarnsOfAnOutcomeThatThePredictorsGiveExactly) {
+    ScreenWorkplace place;
+    // The gap is filled from the five rows that are like it.
+    place.state.importPastedData(
+        "a,b,x\n4.4,3,1.1\n4.4,3,1.1\n,3,1.1\n4.4,3,1.1\n4.4,3,1.1\n4.4,3,1.1\n10.8,5,2.7\n5.2,4,1."
+        "3\n"
+        "19.6,7,4.9\n13.2,9,3.3\n");
+    place.assign({"a", "b", "x"}, VariableKind::outcome);
+    place.set({{"prepareSection", R"("imputation")"},
+               {"impTargets", R"(["a"])"},
+               {"impPredictors", R"(["b","x"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    ASSERT_TRUE(place.screens.fields.imputation.impResult.get());
+    place.set({{"impAnalysis", R"("regression")"}, {"impRegPredictors", R"(["x"])"}});
+    for (const auto& [outcome, isExact] : {std::pair("a", true), std::pair("b", false)}) {
+        place.set({{"impRegOutcome", "\"" + std::string(outcome) + "\""}});
+        PooledAnalysis::run(place.state, place.screens.fields.imputation);
+        const ScreenContent content = place.screens.at(dataPrep).content();
+        const std::string note = *content.findings.front().item.table->note;
+        EXPECT_EQ(note.find("rest on rounding alone") != std::string::npos, isExact) << outcome;
+    }
 }
 
 TEST(ImputationScreen, ExploratoryColumnsHoldTheMeanOfTheCopies) {
