@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
 #include "Tests/Screens/ScreenWorkplace.h"
@@ -249,6 +250,30 @@ TEST(ImputationScreen, ExploratoryColumnsHoldTheMeanOfTheCopies) {
     }
     EXPECT_TRUE(air.state.undoLastDataChange());
     EXPECT_EQ(air.state.dataset().columnCount(), 6) << "both go in one step";
+}
+
+TEST(ImputationScreen, ExploratoryColumnsAreThoseOfTheTableAsItWas) {
+    AirQuality air;
+    air.impute();
+    const ImportedDataset imputed = air.state.dataset();
+    const struct {
+        int line;
+        std::size_t row;
+        std::size_t column;
+        std::string cell;
+        bool fits;
+    } cases[] = {
+        {__LINE__, 0, 4, "11", true},
+        {__LINE__, 0, 0, "42", false},
+        {__LINE__, 0, 0, "", false},
+        {__LINE__, 4, 0, "42", false},
+    };
+    for (const auto& each : cases) {
+        ImportedDataset changed = imputed;
+        DatasetGridEditor::setCell(changed, each.row, each.column, each.cell);
+        air.state.data.dataset.replace(std::move(changed));
+        EXPECT_EQ(air.canPress("Add exploratory completed columns"), each.fits) << each.line;
+    }
 }
 
 TEST(ImputationScreen, SingleImputationAddsColumnsAndWarns) {
