@@ -43,7 +43,8 @@ struct Table {
         for (double& share : result) {
             share /= sum;
         }
-        return sum > 0.0 ? std::optional(std::move(result)) : std::nullopt;
+        // A weight that is missing leaves shares that are none.
+        return sum <= 0.0 ? std::nullopt : std::optional(std::move(result));
     }
 };
 
@@ -105,17 +106,29 @@ Numbers linearizedCovariance(const Table& table,
     return SurveyVariance::scoreCovariance(scores, design, cells, table.rows);
 }
 
-std::optional<Numbers> covarianceOf(const Table& table,
-                                    const Numbers& shares,
-                                    const SurveyDesign& design) {
+struct Variation {
+    Numbers covariance{};
+    std::int64_t replicatesWithoutEstimates = 0;
+};
+
+/// Absent where no replicate gives weight to the table.
+std::optional<Variation> variationOf(const Table& table,
+                                     const Numbers& shares,
+                                     const SurveyDesign& design) {
     if (!design.replicateWeights) {
-        return linearizedCovariance(table, shares, design);
+        return Variation{.covariance = linearizedCovariance(table, shares, design)};
     }
     const ReplicateWeights& replicates = *design.replicateWeights;
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(),
                 [&](std::size_t r) { estimates[r] = table.shares(replicates.weights[r]); });
-    return SurveyVariance::replicateCovariance(estimates, replicates, shares);
+    auto covariance = SurveyVariance::replicateCovariance(estimates, replicates, shares);
+    if (!covariance) {
+        return std::nullopt;
+    }
+    return Variation{.covariance = std::move(*covariance),
+                     .replicatesWithoutEstimates =
+                         std::ranges::count(estimates, false, &std::optional<Numbers>::has_value)};
 }
 
 void addCells(SurveyCategoricalResult& result,
@@ -246,9 +259,13 @@ std::optional<std::string> addTest(SurveyCategoricalResult& result,
     return std::nullopt;
 }
 
-std::optional<std::string> fill(SurveyCategoricalResult& result,
-                                const Table& table,
-                                const SurveyDesign& design) {
+/// What stands in the way of a test; else how much its errors leave out.
+struct Filled {
+    std::optional<std::string> obstacle{};
+    std::int64_t replicatesWithoutEstimates = 0;
+};
+
+Filled fill(SurveyCategoricalResult& result, const Table& table, const SurveyDesign& design) {
     result.validN = static_cast<std::int64_t>(table.rows.size());
     result.rowLabels = table.rowLabels;
     result.columnLabels = table.columnLabels;
@@ -256,16 +273,20 @@ std::optional<std::string> fill(SurveyCategoricalResult& result,
         result.sumOfWeights += design.weights[row];
     }
     if (table.rowLabels.size() < 2 || table.columnLabels.size() < 2) {
-        return wording::tooFewCategories(result.validN);
+        return {.obstacle = wording::tooFewCategories(result.validN)};
     }
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
     const Numbers shares = *table.shares(design.weights);
-    const std::optional<Numbers> covariance = covarianceOf(table, shares, design);
-    if (!covariance) {
-        return wording::noUsableReplicate();
+    const std::optional<Variation> found = variationOf(table, shares, design);
+    if (!found) {
+        return {.obstacle = wording::noUsableReplicate()};
     }
-    addCells(result, table, shares, *covariance);
-    return addTest(result, table, shares, *covariance);
+    if (!std::ranges::all_of(found->covariance, [](double each) { return std::isfinite(each); })) {
+        return {.obstacle = wording::beyondNumbers()};
+    }
+    addCells(result, table, shares, found->covariance);
+    return {.obstacle = addTest(result, table, shares, found->covariance),
+            .replicatesWithoutEstimates = found->replicatesWithoutEstimates};
 }
 
 Issues cautions(const SurveyCategoricalResult& result, const SurveyDesign& design) {
@@ -309,10 +330,14 @@ SurveyCategoricalResult test(const TextColumn& rows,
         }
     }
     if (issues.empty()) {
-        if (auto obstacle = fill(result, tableOf(rows, columns, design), design)) {
-            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*obstacle)));
+        if (Filled filled = fill(result, tableOf(rows, columns, design), design); filled.obstacle) {
+            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
         } else {
             issues = cautions(result, design);
+            if (filled.replicatesWithoutEstimates > 0) {
+                issues.push_back(AnalysisReadinessIssue::caution(
+                    wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));
+            }
         }
     }
     result.readiness = AnalysisReadiness::of(std::string(wording::tableMinimumRequired),

@@ -17,7 +17,8 @@ namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
 using Issues = std::vector<AnalysisReadinessIssue>;
 
-/// The rows that hold both numbers.
+/// The rows that hold both numbers, as differences from the first: values that hardly differ would
+/// drown in the rounding of their mean.
 struct Pairs {
     std::vector<std::size_t> rows{};
     Numbers x{};
@@ -35,7 +36,30 @@ Pairs pairsOf(const NumericColumn& x, const NumericColumn& y, const SurveyDesign
             pairs.y.push_back(*b);
         }
     }
+    for (std::size_t i = pairs.rows.size(); i-- > 0;) {
+        pairs.x[i] -= pairs.x.front();
+        pairs.y[i] -= pairs.y.front();
+    }
     return pairs;
+}
+
+/// Whether any of the values differ that have weight.
+bool vary(const Pairs& pairs, const Numbers& values, std::span<const double> weights) {
+    const double* first = nullptr;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (weights[pairs.rows[i]] == 0.0) {
+            continue;
+        }
+        first = first ? first : &values[i];
+        if (values[i] != *first) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool bothVary(const Pairs& pairs, std::span<const double> weights) {
+    return vary(pairs, pairs.x, weights) && vary(pairs, pairs.y, weights);
 }
 
 /// Moments with the sum of the weights in the denominator.
@@ -68,12 +92,8 @@ struct Moments {
         return m;
     }
 
-    bool vary() const {
-        // Equal values leave some rounding about their mean.
-        constexpr double rounding = 1e-28;
-        return xx > rounding * meanX * meanX && yy > rounding * meanY * meanY;
-    }
-    double r() const { return std::clamp(xy / std::sqrt(xx * yy), -1.0, 1.0); }
+    double r() const { return std::clamp(xy / (std::sqrt(xx) * std::sqrt(yy)), -1.0, 1.0); }
+    bool areNumbers() const { return std::isfinite(xx) && std::isfinite(yy) && std::isfinite(r()); }
 };
 
 double linearizedVariance(const Pairs& pairs, const Moments& m, const SurveyDesign& design) {
@@ -87,22 +107,35 @@ double linearizedVariance(const Pairs& pairs, const Moments& m, const SurveyDesi
     return SurveyVariance::scoreCovariance(scores, design, 1, pairs.rows).front();
 }
 
-std::optional<double> variance(const Pairs& pairs, const Moments& m, const SurveyDesign& design) {
+struct Variation {
+    double variance = 0.0;
+    std::int64_t replicatesWithoutEstimates = 0;
+};
+
+/// Absent where no replicate has an estimate.
+std::optional<Variation> variationOf(const Pairs& pairs,
+                                     const Moments& m,
+                                     const SurveyDesign& design) {
     if (!design.replicateWeights) {
-        return linearizedVariance(pairs, m, design);
+        return Variation{.variance = linearizedVariance(pairs, m, design)};
     }
     const auto& replicates = *design.replicateWeights;
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
         const Moments each = Moments::of(pairs, replicates.weights[r]);
-        if (each.sum > 0.0 && each.vary()) {
+        if (!(each.sum <= 0.0) && bothVary(pairs, replicates.weights[r])) {
             estimates[r] = Numbers{each.r()};
         }
     });
     const double full = m.r();
     const auto covariance =
         SurveyVariance::replicateCovariance(estimates, replicates, std::span(&full, 1));
-    return covariance ? std::optional(covariance->front()) : std::nullopt;
+    if (!covariance) {
+        return std::nullopt;
+    }
+    return Variation{.variance = covariance->front(),
+                     .replicatesWithoutEstimates =
+                         std::ranges::count(estimates, false, &std::optional<Numbers>::has_value)};
 }
 
 void addInference(SurveyCorrelationResult& result, double variance) {
@@ -121,23 +154,29 @@ void addInference(SurveyCorrelationResult& result, double variance) {
     result.confidenceIntervalUpper = std::tanh(std::atanh(result.r) + reach);
 }
 
-/// Fills in the correlation, or tells what stands in the way.
-std::optional<std::string> fill(SurveyCorrelationResult& result,
-                                const Pairs& pairs,
-                                const SurveyDesign& design) {
+/// What stands in the way of a correlation; else how much its error leaves out.
+struct Filled {
+    std::optional<std::string> obstacle{};
+    std::int64_t replicatesWithoutEstimates = 0;
+};
+
+Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SurveyDesign& design) {
     constexpr std::int64_t fewestRows = 3;
     result.validN = static_cast<std::int64_t>(pairs.rows.size());
     if (result.validN < fewestRows) {
-        return wording::tooFewPairs(result.validN);
+        return {.obstacle = wording::tooFewPairs(result.validN)};
+    }
+    if (!bothVary(pairs, design.weights)) {
+        return {.obstacle = wording::noVariance()};
     }
     const Moments m = Moments::of(pairs, design.weights);
     result.sumOfWeights = m.sum;
-    if (!m.vary()) {
-        return wording::noVariance();
-    }
-    const std::optional<double> found = variance(pairs, m, design);
+    const std::optional<Variation> found = variationOf(pairs, m, design);
     if (!found) {
-        return wording::noUsableReplicate();
+        return {.obstacle = wording::noUsableReplicate()};
+    }
+    if (!m.areNumbers() || !std::isfinite(found->variance)) {
+        return {.obstacle = wording::beyondNumbers()};
     }
     const auto n = static_cast<double>(result.validN);
     result.r = m.r();
@@ -145,8 +184,8 @@ std::optional<std::string> fill(SurveyCorrelationResult& result,
     result.xVariance = m.xx * n / (n - 1.0);
     result.yVariance = m.yy * n / (n - 1.0);
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
-    addInference(result, *found);
-    return std::nullopt;
+    addInference(result, found->variance);
+    return {.replicatesWithoutEstimates = found->replicatesWithoutEstimates};
 }
 
 Issues structuralIssues(const SurveyDesign& design, std::initializer_list<std::size_t> lengths) {
@@ -178,8 +217,8 @@ SurveyCorrelationResult pearson(const NumericColumn& x,
                                    .totalN = design.observationCount()};
     Issues issues = structuralIssues(design, {x.size(), y.size()});
     if (issues.empty()) {
-        if (auto obstacle = fill(result, pairsOf(x, y, design), design)) {
-            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*obstacle)));
+        if (Filled filled = fill(result, pairsOf(x, y, design), design); filled.obstacle) {
+            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
         } else {
             issues = design.readinessIssues();
             if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
@@ -192,6 +231,10 @@ SurveyCorrelationResult pearson(const NumericColumn& x,
             if (result.totalN > result.validN) {
                 issues.push_back(AnalysisReadinessIssue::caution(
                     wording::rowsDropped(result.totalN - result.validN)));
+            }
+            if (filled.replicatesWithoutEstimates > 0) {
+                issues.push_back(AnalysisReadinessIssue::caution(
+                    wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));
             }
         }
     }

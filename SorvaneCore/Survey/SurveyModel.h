@@ -55,7 +55,8 @@ struct SurveyModelResult {
     std::vector<SurveyCoefficient> coefficients{};
     /// Of ordinal models: "low|middle" and so on.
     std::vector<SurveyCoefficient> thresholds{};
-    /// The joint test of all predictors; NaN without predictors or degrees of freedom.
+    /// The joint test of all predictors; NaN without predictors or degrees of freedom, or where a
+    /// predictor has no error.
     double waldF = std::numeric_limits<double>::quiet_NaN();
     double waldDFNumerator = std::numeric_limits<double>::quiet_NaN();
     double waldDFDenominator = std::numeric_limits<double>::quiet_NaN();

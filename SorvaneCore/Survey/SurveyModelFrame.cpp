@@ -24,13 +24,14 @@ bool isUsable(std::optional<double> value) {
     return value && std::isfinite(*value);
 }
 
-/// Estimates and their covariance.
+/// Estimates, their covariance and the inverse of the information.
 struct Estimated {
     Numbers parameters{};
     Numbers covariance{};
+    Numbers bread{};
 };
 
-/// In the units of the predictors: T b and T V T'.
+/// In the units of the predictors: T b, T V T' and T B T'.
 Estimated inOwnUnits(const Estimated& fitted,
                      const SurveyModelFrame& frame,
                      const SurveyModelMethod& method) {
@@ -47,9 +48,30 @@ Estimated inOwnUnits(const Estimated& fitted,
     for (std::size_t i = 0; i < p * p; ++i) {
         transposed[i % p * p + i / p] = turn[i];
     }
+    const auto turned = [&](const Numbers& matrix) {
+        return LinearAlgebra::multiply(LinearAlgebra::multiply(turn, p, p, matrix, p), p, p,
+                                       transposed, p);
+    };
     return {.parameters = LinearAlgebra::multiply(turn, p, p, fitted.parameters, 1),
-            .covariance = LinearAlgebra::multiply(
-                LinearAlgebra::multiply(turn, p, p, fitted.covariance, p), p, p, transposed, p)};
+            .covariance = turned(fitted.covariance),
+            .bread = turned(fitted.bread)};
+}
+
+/// Sets the variances to 0 that are no more than rounding, as of a fit without scatter: those that
+/// residuals of 1e-12 of the largest outcome could give.
+void dropRounding(Estimated& all, const SurveyModelFrame& frame) {
+    constexpr double rounding = 1e-12;
+    double largest = 0.0;
+    for (const double y : frame.outcome) {
+        largest = std::max(largest, std::abs(y));
+    }
+    const std::size_t p = all.parameters.size();
+    for (std::size_t k = 0; k < p; ++k) {
+        double& variance = all.covariance[k * p + k];
+        const double unit = std::sqrt(static_cast<double>(frame.rows()) * all.bread[k * p + k]);
+        const double least = rounding * std::max(largest * unit, std::abs(all.parameters[k]));
+        variance = variance > 0.0 && std::sqrt(variance) > least ? variance : 0.0;
+    }
 }
 
 Numbers linearizedCovariance(const SurveyModelFrame& frame,
@@ -90,12 +112,8 @@ SurveyCoefficient coefficientOf(const SurveyModelResult& result,
                                 std::string name,
                                 double estimate,
                                 double variance) {
-    // What rounding leaves of a fit without scatter is no error.
-    constexpr double rounding = 1e-24;
     SurveyCoefficient row{
-        .name = std::move(name),
-        .estimate = estimate,
-        .standardError = variance > rounding * estimate * estimate ? std::sqrt(variance) : 0.0};
+        .name = std::move(name), .estimate = estimate, .standardError = std::sqrt(variance)};
     const auto df = static_cast<double>(result.degreesOfFreedom);
     const bool isTestable = df >= 1.0 && row.standardError > 0.0;
     row.t = row.standardError > 0.0 ? row.estimate / row.standardError : std::nan("");
@@ -112,7 +130,11 @@ SurveyCoefficient coefficientOf(const SurveyModelResult& result,
 void addWaldTest(SurveyModelResult& result, const Estimated& all, std::size_t leading) {
     const std::size_t p = all.parameters.size();
     const std::size_t slopes = p - leading;
-    if (slopes == 0 || result.degreesOfFreedom < 1) {
+    bool hasErrors = true;
+    for (std::size_t k = leading; k < p; ++k) {
+        hasErrors = hasErrors && all.covariance[k * p + k] > 0.0;
+    }
+    if (slopes == 0 || result.degreesOfFreedom < 1 || !hasErrors) {
         return;
     }
     // In standard errors, as the test of the inverse is absolute.
@@ -323,12 +345,14 @@ void finish(SurveyModelResult& result,
         block(result, wording::noUsableReplicate());
         return;
     }
-    const Estimated all =
-        inOwnUnits({.parameters = fit->parameters, .covariance = *covariance}, frame, method);
+    Estimated all =
+        inOwnUnits({.parameters = fit->parameters, .covariance = *covariance, .bread = fit->bread},
+                   frame, method);
     if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
         block(result, wording::beyondNumbers());
         return;
     }
+    dropRounding(all, frame);
     result.iterations = fit->iterations;
     result.designDegreesOfFreedom = design.designDegreesOfFreedom();
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;

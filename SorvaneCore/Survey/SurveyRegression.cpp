@@ -1,11 +1,13 @@
 #include "SorvaneCore/Survey/SurveyRegression.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
 #include "SorvaneCore/Survey/SurveyModelFrame.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
 
 namespace sorvane::SurveyRegression {
 
@@ -82,6 +84,11 @@ std::optional<SurveyModelResult> fit(const NumericColumn& outcome,
     }
     const SurveyModelFrame frame = SurveyModelFrame::of(outcome, predictors, design);
     if (!SurveyModels::passes(*result, frame, frame.cols)) {
+        return result;
+    }
+    const auto [least, most] = std::ranges::minmax(frame.outcome);
+    if (least == most) {
+        SurveyModels::block(*result, SurveyWording::constantOutcome(SurveyModelKind::linear));
         return result;
     }
     SurveyModels::finish(

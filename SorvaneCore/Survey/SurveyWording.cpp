@@ -69,8 +69,9 @@ std::string noUsableReplicate() {
 }
 
 std::string beyondNumbers() {
-    return "The values or weights are too large, or a replicate weight is missing, so the sums "
-           "cannot be formed. Check the weights, or divide the variable by a power of ten.";
+    return "The values or weights are too large or too small, or a replicate weight is missing, so "
+           "the sums cannot be formed. Check the weights, or rescale the variable by a power of "
+           "ten.";
 }
 
 std::string notZeroOrOne(std::int64_t count) {
@@ -108,6 +109,9 @@ std::string noEstimates(SurveyModelKind kind) {
 }
 
 std::string constantOutcome(SurveyModelKind kind) {
+    if (kind == SurveyModelKind::linear) {
+        return "The outcome has only one value present. It must vary to fit a linear model.";
+    }
     return kind == SurveyModelKind::logistic ? "The outcome has only one level present. Both 0 and "
                                                "1 must occur to fit a logistic "
                                                "model."

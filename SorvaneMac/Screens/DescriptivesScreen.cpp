@@ -397,9 +397,8 @@ Json DescriptivesScreen::record() const {
         toJson(NormalityTests::report(state_.dataset().numericColumn(variable())));
     if (isWeighted()) {
         Json weighted = Json::object();
-        for (const auto& [label, estimate] :
-             SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group())
-                 .estimates) {
+        for (const auto& [label, estimate] : SurveyWeights::labelled(
+                 SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group()))) {
             weighted[label] = toJson(estimate);
         }
         result["weighted"] = std::move(weighted);

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {
@@ -195,6 +197,29 @@ TEST(ImputationScreen, PoolsAnAnalysisOverTheCopies) {
     EXPECT_FALSE(air.canPress("Run pooled analysis"));
 }
 
+TEST(ImputationScreen, PoolingWarnsOfAnOutcomeThatThePredictorsGiveExactly) {
+    ScreenWorkplace place;
+    // The gap is filled from the five rows that are like it.
+    place.state.importPastedData(
+        "a,b,x\n4.4,3,1.1\n4.4,3,1.1\n,3,1.1\n4.4,3,1.1\n4.4,3,1.1\n4.4,3,1.1\n10.8,5,2.7\n5.2,4,1."
+        "3\n"
+        "19.6,7,4.9\n13.2,9,3.3\n");
+    place.assign({"a", "b", "x"}, VariableKind::outcome);
+    place.set({{"prepareSection", R"("imputation")"},
+               {"impTargets", R"(["a"])"},
+               {"impPredictors", R"(["b","x"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    ASSERT_TRUE(place.screens.fields.imputation.impResult.get());
+    place.set({{"impAnalysis", R"("regression")"}, {"impRegPredictors", R"(["x"])"}});
+    for (const auto& [outcome, isExact] : {std::pair("a", true), std::pair("b", false)}) {
+        place.set({{"impRegOutcome", "\"" + std::string(outcome) + "\""}});
+        PooledAnalysis::run(place.state, place.screens.fields.imputation);
+        const ScreenContent content = place.screens.at(dataPrep).content();
+        const std::string note = *content.findings.front().item.table->note;
+        EXPECT_EQ(note.find("rest on rounding alone") != std::string::npos, isExact) << outcome;
+    }
+}
+
 TEST(ImputationScreen, ExploratoryColumnsHoldTheMeanOfTheCopies) {
     AirQuality air;
     air.impute();
@@ -225,6 +250,30 @@ TEST(ImputationScreen, ExploratoryColumnsHoldTheMeanOfTheCopies) {
     }
     EXPECT_TRUE(air.state.undoLastDataChange());
     EXPECT_EQ(air.state.dataset().columnCount(), 6) << "both go in one step";
+}
+
+TEST(ImputationScreen, ExploratoryColumnsAreThoseOfTheTableAsItWas) {
+    AirQuality air;
+    air.impute();
+    const ImportedDataset imputed = air.state.dataset();
+    const struct {
+        int line;
+        std::size_t row;
+        std::size_t column;
+        std::string cell;
+        bool fits;
+    } cases[] = {
+        {__LINE__, 0, 4, "11", true},
+        {__LINE__, 0, 0, "42", false},
+        {__LINE__, 0, 0, "", false},
+        {__LINE__, 4, 0, "42", false},
+    };
+    for (const auto& each : cases) {
+        ImportedDataset changed = imputed;
+        DatasetGridEditor::setCell(changed, each.row, each.column, each.cell);
+        air.state.data.dataset.replace(std::move(changed));
+        EXPECT_EQ(air.canPress("Add exploratory completed columns"), each.fits) << each.line;
+    }
 }
 
 TEST(ImputationScreen, SingleImputationAddsColumnsAndWarns) {
@@ -311,7 +360,7 @@ TEST(ImputationScreen, TextsThatAreNoNumbersAreOfferedAsWell) {
 TEST(ImputationScreen, PredictorsThatKeepTheirMeanAreToldOf) {
     ScreenWorkplace place;
     place.state.importPastedData(
-        "a,p,b,c,d,e\n1,3,2,9,4,1\n2,,7,8,1,3\n3,5,5,1,2,2\n,,1,4,9,5\n5,4,6,3,8,7\n"
+        "a,p,b,c,d,e\n1,4,2,9,4,1\n2,,7,8,1,3\n3,5,5,1,2,2\n,,1,4,9,5\n5,4,6,3,8,7\n"
         "4,,9,2,7,6\n7,1,3,7,3,9\n6,,8,5,5,4\n8,2,4,6,6,8\n9,,2,1,1,7\n");
     place.assign({"a", "p", "b", "c", "d", "e"}, VariableKind::outcome);
     place.set({{"prepareSection", R"("imputation")"},
@@ -321,6 +370,14 @@ TEST(ImputationScreen, PredictorsThatKeepTheirMeanAreToldOf) {
     const ScreenContent content = place.screens.at(dataPrep).content();
     EXPECT_NE(content.findings.front().item.table->note->find("Values of p could not be predicted"),
               std::string::npos);
+
+    place.set({{"impTargets", R"(["a","p"])"}});
+    EXPECT_FALSE(place.screens.at(dataPrep).run());
+    place.set({{"impChart", R"("p")"}});
+    const Chart shares = *place.screens.at(dataPrep).content().findings.front().figure;
+    const auto& bars = std::get<GroupedBarPlot>(shares.plot);
+    EXPECT_EQ(bars.categories, (Cells{"1", "2", "3.2", "4", "5"}));
+    EXPECT_EQ(bars.series[1].values, (std::vector<double>{0, 0, 1, 0, 0}));
 }
 
 }  // namespace

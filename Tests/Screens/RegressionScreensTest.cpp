@@ -133,6 +133,21 @@ TEST_F(RegressionScreens, KeepTheDigitsOfAPredictorInSmallUnits) {
     }
 }
 
+TEST_F(RegressionScreens, WarnOfAnOutcomeThatThePredictorsGiveExactly) {
+    const auto note = [this](const std::string& outcome) {
+        study_.state.importPastedData(
+            "x,exact,close\n1.1,4.4,4.4\n2.7,10.8,10.8\n1.3,5.2,5.3\n4.9,19.6,19.6\n3.3,13.2,13.2\n"
+            "6.1,24.4,24.4\n");
+        study_.assign({"x", "exact", "close"}, VariableKind::outcome);
+        choose("linear", outcome, R"(["x"])");
+        EXPECT_FALSE(screen().run());
+        return *screen().content().findings.front().item.table->note;
+    };
+    const std::string warning = "rest on rounding alone and mean nothing";
+    EXPECT_NE(note("exact").find(warning), std::string::npos);
+    EXPECT_EQ(note("close").find(warning), std::string::npos);
+}
+
 TEST_F(RegressionScreens, SayWhyAModelCannotBeEstimated) {
     study_.state.importPastedData(
         "y,level,count,x,double,same\n0,1,3,1,2,5\n0,2,4,2,4,5\n0,1,2,3,6,5\n1,3,5,4,8,5\n"

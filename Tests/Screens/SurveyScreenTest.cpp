@@ -146,6 +146,27 @@ TEST(SurveyScreen, TellsWhatTheDesignChangesAndWhatItLacks) {
               std::string::npos);
 }
 
+TEST(SurveyScreen, APopulationCorrectionIsMoreThanTheWeights) {
+    SchoolSample sample("apiclus1.csv");
+    const ScreenContent content = sample.shown({});
+    const ReportItem& item = content.findings.front().item;
+    EXPECT_NE(item.apaSummary.find("variance from the weights and the finite population"),
+              std::string::npos)
+        << item.apaSummary;
+    const Card* comparison = cardOf(content, "What the design changes");
+    ASSERT_NE(comparison, nullptr);
+    const ReportTable& table = comparison->tables.front();
+    ASSERT_EQ(table.rows.size(), 3U);
+    EXPECT_EQ(table.rows[0][0], "Weights and population correction");
+    EXPECT_EQ(table.rows[1][0], "Weights only (naive)");
+    EXPECT_NE(table.rows[0][2], table.rows[1][2]);
+    const ScreenContent model = sample.shown({{"svAnalysis", R"("linear")"},
+                                              {"svOutcome", R"("api00")"},
+                                              {"svPredictors", R"(["enroll"])"}});
+    EXPECT_EQ(cardOf(model, "What the design changes")->tables.front().headers[3],
+              "SE by weights alone");
+}
+
 TEST(SurveyScreen, TheTableOfTheDesignTellsWhatReplicatesCarry) {
     SchoolSample sample("apiclus1.csv");
     const auto used = [&sample](const Settings& settings) {
@@ -195,6 +216,11 @@ const std::vector<ColumnsCase> columnsCases = {
      "zero says nothing of how sure the estimate is: a, b, and c."},
     {__LINE__, "w,s,y\n1,a,-2\n1,a,2\n2,b,-3\n2,b,4\n", {}, "% of the estimate; it is too unsure"},
     {__LINE__, "w,s,y\n1,a,5\n1,a,5\n2,b,5\n2,b,5\n", {}, "The standard error is zero"},
+    {__LINE__, "w,s,y\n2,a,2\n2,a,4\n2,b,6\n2,b,8\n", {{"svStrata", R"("s")"}, {"svFpc", R"("w")"}},
+     "or holds all those of the population"},
+    {__LINE__, "w,s,y\n2,a,2\n2,a,4\n2,b,6\n2,b,8\n",
+     {{"svStrata", R"("s")"}, {"svFpc", R"("w")"}, {"svGroup", R"("s")"}},
+     "come from strata of which the sample holds all PSUs."},
     {__LINE__, "w,s,y\n1,a,0\n1,a,0\n2,a,1\n2,b,1\n",
      {{"svEstimand", R"("proportion")"}, {"svGroup", R"("s")"}},
      "No estimate could be made for these subgroups: b."},
@@ -284,6 +310,18 @@ TEST(SurveyWeights, AreUsedOnDescriptivesAndSaidOnEveryOtherResult) {
 
     sample.set({{"surveyWeightsActive", "true"}, {"svWeight", R"("")"}});
     EXPECT_TRUE(warns(sample.screens.content(descriptives), "Set the sampling weight."));
+}
+
+TEST(SurveyWeights, WeightedDescriptivesWarnAsTheEstimatesDo) {
+    SchoolSample sample("apiclus1.csv");
+    sample.set({{"svCluster", R"("dnum")"},
+                {"surveyWeightsActive", "true"},
+                {"selectedDescriptiveVariableName", R"("api00")"},
+                {"selectedDescriptiveGroupName", R"("stype")"}});
+    const ScreenContent& content = sample.screens.content(descriptives);
+    EXPECT_TRUE(warns(content, "Fewer than 30 cases stand behind these subgroups"));
+    EXPECT_NE(content.findings.back().item.table->note->find("rough: H and M."), std::string::npos)
+        << *content.findings.back().item.table->note;
 }
 
 }  // namespace

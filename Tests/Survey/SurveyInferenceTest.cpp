@@ -303,8 +303,9 @@ TEST(WeightedEstimators, RefuseSumsThatAreNoNumbers) {
         std::string message;
     } cases[] = {
         {__LINE__, WeightedEstimators::total(large, design),
-         "The values or weights are too large, or a replicate weight is missing, so the sums "
-         "cannot be formed. Check the weights, or divide the variable by a power of ten."},
+         "The values or weights are too large or too small, or a replicate weight is missing, so "
+         "the sums cannot be formed. Check the weights, or rescale the variable by a power of "
+         "ten."},
         {__LINE__, WeightedEstimators::mean(numbersOf(study, &Respondent::y), noReplicate),
          "No replicate gives weight to the rows that hold the value, so no standard error can be "
          "estimated. Check the replicate weights."},

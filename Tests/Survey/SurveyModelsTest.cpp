@@ -130,6 +130,30 @@ TEST(SurveyModels, AnErrorOfZeroIsNotTested) {
     EXPECT_TRUE(SurveyWording::summary(itself).ends_with("which cannot be tested."));
 }
 
+TEST(SurveyModels, AFitWithoutScatterIsNotTested) {
+    Sample sample;
+    for (std::size_t i = 0; i < 40; ++i) {
+        sample.x[i] = 1e5 + *sample.x[i];
+        sample.y[i] = 4.0 * *sample.x[i];
+    }
+    Values noise;
+    for (const auto& value : sample.level) {
+        noise.emplace_back(*value * *value);
+    }
+    const std::vector predictors = {test::plainColumn(sample.x), test::plainColumn(noise)};
+    for (const SurveyDesign& design : {sample.design, sample.jackknife()}) {
+        const auto result = SurveyRegression::fit(test::plainColumn(sample.y), predictors, design,
+                                                  {.predictorNames = {"x", "noise"}});
+        ASSERT_EQ(result->coefficients.size(), 3U);
+        for (const SurveyCoefficient& each : result->coefficients) {
+            EXPECT_EQ(each.standardError, 0.0) << each.name;
+            EXPECT_TRUE(std::isnan(each.pValue)) << each.name;
+        }
+        EXPECT_TRUE(std::isnan(result->waldF) && std::isnan(result->waldPValue));
+        EXPECT_TRUE(cautions(result->readiness).back().starts_with("A standard error is zero"));
+    }
+}
+
 TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
     Sample sample;
     for (std::size_t i = 0; i < 40; ++i) {
@@ -195,6 +219,9 @@ TEST(SurveyModels, SayWhatStandsInTheirWay) {
         {__LINE__, SurveyRegression::fit(test::plainColumn({1.0, 2.0}), just, sample.design, one),
          "The variable has 2 rows, but the survey design has 40. Set up the design for the table "
          "that holds the variable."},
+        {__LINE__,
+         SurveyRegression::fit(test::plainColumn(Values(40, 7.3)), just, sample.design, one),
+         "The outcome has only one value present. It must vary to fit a linear model."},
         {__LINE__, SurveyGLM::fitLogistic(ones, just, sample.design, one),
          "The outcome has only one level present. Both 0 and 1 must occur to fit a logistic "
          "model."},
@@ -236,6 +263,70 @@ TEST(SurveyCorrelation, IsThatOfTheWeightedRows) {
     ASSERT_TRUE(pairs);
     ASSERT_EQ(pairs->size(), 3U);
     EXPECT_EQ((*pairs)[1].yName, "l");
+}
+
+TEST(SurveyCorrelation, TellsOneValueFromValuesThatAreTooLargeOrTooSmall) {
+    const auto obstacleOf = [](const Values& x) {
+        Values y;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            y.emplace_back(static_cast<double>(i * i % 7));
+        }
+        SurveyDesign design;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            design.weights.push_back(1.0 + static_cast<double>(i % 13) / 10.0);
+        }
+        const auto pair =
+            SurveyCorrelation::pearson(test::plainColumn(x), test::plainColumn(y), design);
+        return pair.readiness.issues.front().message.substr(0, 50);
+    };
+    const auto twoValues = [](double size) {
+        Values values(40, size);
+        for (std::size_t i = 0; i < 15; ++i) {
+            values[i] = 2.0 * size;
+        }
+        return values;
+    };
+    EXPECT_EQ(obstacleOf(Values(20000, 0.1)), "One of the variables does not vary, so no correlat");
+    EXPECT_EQ(obstacleOf(twoValues(1e305)), "The values or weights are too large or too small, ");
+    EXPECT_EQ(obstacleOf(twoValues(1e-170)), "The values or weights are too large or too small, ");
+    EXPECT_TRUE(obstacleOf(twoValues(1e100)).starts_with("No strata or clusters"));
+    Values close(40, 1e15);
+    close[3] = 1e15 + 1.0;
+    EXPECT_TRUE(obstacleOf(close).starts_with("No strata or clusters"));
+}
+
+/// Replicates of which the first leaves no row, and another lacks a weight where that is wished.
+SurveyDesign replicatesOf(const Sample& sample, double weight) {
+    SurveyDesign design = sample.jackknife();
+    design.replicateWeights->weights[0].assign(40, 0.0);
+    design.replicateWeights->weights[4][7] = weight;
+    return design;
+}
+
+TEST(SurveyInference, AReplicateWithoutAnEstimateIsToldOfAndOneWithoutAWeightRefused) {
+    const Sample sample;
+    const auto pair = [&sample](const SurveyDesign& design) {
+        return SurveyCorrelation::pearson(test::plainColumn(sample.x), test::plainColumn(sample.y),
+                                          design)
+            .readiness;
+    };
+    const auto table = [&sample](const SurveyDesign& design) {
+        return SurveyCategorical::test(*TextColumn::of(sample.yesTexts),
+                                       *TextColumn::of(sample.levelTexts), design)
+            .readiness;
+    };
+    const SurveyDesign silent = replicatesOf(sample, 1.0);
+    const SurveyDesign missing = replicatesOf(sample, std::nan(""));
+    for (const AnalysisReadiness& readiness : {pair(silent), table(silent)}) {
+        EXPECT_EQ(cautions(readiness).back(),
+                  "1 replicate(s) gave no estimates and add nothing to the standard errors, which "
+                  "may be too small.");
+    }
+    for (const AnalysisReadiness& readiness : {pair(missing), table(missing)}) {
+        ASSERT_EQ(obstacles(readiness).size(), 1U);
+        EXPECT_NE(obstacles(readiness).front().find("or a replicate weight is missing"),
+                  std::string::npos);
+    }
 }
 
 TEST(SurveyCategorical, IsPearsonsTestWhereTheDesignIsSimple) {

@@ -28,13 +28,21 @@ std::string copiesShown(std::size_t copies) {
                      ResultText::count(static_cast<std::int64_t>(copies));
 }
 
+void addDistinct(std::set<double>& distinct, const std::vector<double>& values) {
+    for (const double value : values) {
+        if (distinct.size() > mostBars) {
+            return;
+        }
+        distinct.insert(value);
+    }
+}
+
+/// Of those filled in too: cells that were not predicted hold a mean that nobody answered.
 std::set<double> distinctValues(const Values& values) {
     std::set<double> distinct;
-    for (const double value : values.observed) {
-        distinct.insert(value);
-        if (distinct.size() > mostBars) {
-            break;
-        }
+    addDistinct(distinct, values.observed);
+    for (const std::vector<double>& copy : values.imputed) {
+        addDistinct(distinct, copy);
     }
     return distinct;
 }

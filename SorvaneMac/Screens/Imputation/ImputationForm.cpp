@@ -95,7 +95,7 @@ void ImputationForm::addCopies(SetupForm& form) {
     form.controls.emplace_back(NoteControl{
         isCurrent ? "One column a variable, with the mean of its copies. It understates standard "
                     "error; do not use it for inference."
-                  : "The table is another one since the imputation. Run it again first.",
+                  : "The table has changed since the imputation. Run it again first.",
         false});
 }
 

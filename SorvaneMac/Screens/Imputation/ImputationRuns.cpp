@@ -194,6 +194,27 @@ std::vector<std::optional<double>> meansOfCopies(const MultipleImputationResult&
     return means;
 }
 
+/// Whether the column still holds the numbers that the copies hold, and gaps where they were filled.
+bool isAsImputed(const NumericColumn& column,
+                 const ImputedVariable& target,
+                 const MultipleImputationResult& result) {
+    const auto position = static_cast<std::size_t>(
+        std::ranges::find(result.variableNames, target.name) - result.variableNames.begin());
+    std::int64_t missing = 0;
+    for (std::size_t row = 0; row < column.size(); ++row) {
+        const std::optional<double> value = column[row];
+        missing += value ? 0 : 1;
+        const bool differs =
+            value && std::ranges::any_of(result.imputedDatasets, [&](const CompletedColumns& copy) {
+                return copy[position][row] != value;
+            });
+        if (differs) {
+            return false;
+        }
+    }
+    return missing == target.missing;
+}
+
 }  // namespace
 
 void run(StudioState& state, ImputationFields& fields) {
@@ -207,8 +228,9 @@ void run(StudioState& state, ImputationFields& fields) {
 
 bool fits(const ImputationRun& run, const ImportedDataset& dataset) {
     return run.rows == dataset.rowCount() &&
-           std::ranges::all_of(run.targets, [&dataset](const std::string& name) {
-               return dataset.variable(name) != nullptr;
+           std::ranges::all_of(run.variables, [&](const ImputedVariable& target) {
+               return dataset.variable(target.name) != nullptr &&
+                      isAsImputed(dataset.numericColumn(target.name), target, run.result);
            });
 }
 

@@ -13,10 +13,13 @@ void run(StudioState& state, ImputationFields& fields);
 
 /// Adds for each target a column with the mean of its copies.
 ///
-/// Input      a result whose rows are still those of the table
+/// Input      a result that fits the table
 void addExploratoryCompletedColumns(StudioState& state, const ImputationFields& fields);
 
-/// Whether the last result is still one of this table, as far as rows and targets tell.
+/// Whether the last result is still one of this table: it has the rows and the targets, with their
+/// numbers and gaps.
+///
+/// Cost       O(rows * targets * copies)
 bool fits(const ImputationRun& run, const ImportedDataset& dataset);
 
 }  // namespace sorvane::ImputationRuns

@@ -5,6 +5,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ExactFit.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::PooledReport {
@@ -61,10 +62,15 @@ struct Pooled {
     ReportTable table;
     Chart chart;
     double information = 0.0;
+    /// Beside those that the information asks for.
+    std::optional<std::string> caution{};
 };
 
 void add(const PooledBasis& basis, Pooled pooled, ScreenContent& content) {
-    const std::vector<std::string> cautions = cautionsOf(basis, pooled.information);
+    std::vector<std::string> cautions = cautionsOf(basis, pooled.information);
+    if (pooled.caution) {
+        cautions.push_back(std::move(*pooled.caution));
+    }
     pooled.table.title = pooled.title;
     pooled.table.note = noteOf(basis);
     content.cards.push_back({.title = pooled.title,
@@ -131,11 +137,13 @@ void addRegression(const PooledBasis& basis,
                    const std::vector<PooledCoefficient>& coefficients,
                    ScreenContent& content) {
     std::vector<IntervalPlot::Row> rows;
+    std::vector<double> ofSlopes;
     double information = 0.0;
     for (const PooledCoefficient& each : coefficients) {
         information = std::max(information, each.fractionMissingInfo);
         if (&each != &coefficients.front()) {
             rows.push_back({each.name, each.estimate, each.ciLower, each.ciUpper});
+            ofSlopes.push_back(each.t);
         }
     }
     add(basis,
@@ -143,7 +151,8 @@ void addRegression(const PooledBasis& basis,
          .sentence = sentenceOf(basis, coefficients),
          .table = coefficientTable(coefficients),
          .chart = intervals("Pooled coefficients", "B with 95% CI", std::move(rows), 0.0),
-         .information = information},
+         .information = information,
+         .caution = ExactFit::caution(ofSlopes)},
         content);
 }
 

@@ -2,6 +2,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
 #include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ExactFit.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
@@ -71,6 +72,18 @@ Chart figureOf(const LinearModelRun& run, const ImportedDataset& dataset) {
     return chart;
 }
 
+std::vector<std::string> warnings(const MultipleRegressionResult& result) {
+    std::vector<std::string> all = ResultText::messages(result.readiness);
+    std::vector<double> ofSlopes;
+    for (std::size_t j = 1; j < result.coefficients.size(); ++j) {
+        ofSlopes.push_back(result.coefficients[j].t);
+    }
+    if (std::optional<std::string> exact = ExactFit::caution(ofSlopes)) {
+        all.push_back(std::move(*exact));
+    }
+    return all;
+}
+
 Finding finding(const LinearModelRun& run) {
     const MultipleRegressionResult& result = *run.result;
     ReportItem item;
@@ -84,7 +97,7 @@ Finding finding(const LinearModelRun& run) {
         ", R² = " + svFmtBounded(result.rSquared, 2) +
         ", adjusted R² = " + svFmtBounded(result.adjustedRSquared, 2) + ".";
     item.table = coefficientTable(result);
-    for (const std::string& message : ResultText::messages(result.readiness)) {
+    for (const std::string& message : warnings(result)) {
         *item.table->note += " " + message;
     }
     item.extraTables = std::vector<ReportTable>{modelTable(result)};
@@ -138,7 +151,7 @@ private:
         content.cards.push_back(
             {.title = run.figure.title, .subtitle = run.figure.subtitle, .charts = {run.figure}});
         content.cards.push_back(AssumptionChecks::card(run.assumptions));
-        std::vector<std::string> cautions = ResultText::messages(result.readiness);
+        std::vector<std::string> cautions = warnings(result);
         cautions.emplace_back(caution);
         content.cards.push_back({.title = "What not to claim", .cautions = std::move(cautions)});
         content.findings.push_back(finding(run));

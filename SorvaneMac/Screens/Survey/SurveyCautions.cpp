@@ -78,8 +78,9 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
         [](const WeightedEstimate& estimate) {
             return !isBlocked(estimate) && estimate.validN < fewCases;
         });
-    add("All cases of these subgroups lie in one PSU, or have one value. Their standard error of "
-        "zero says nothing of how sure the estimate is: ",
+    add("All cases of these subgroups lie in one PSU, have one value, or come from strata of which "
+        "the sample holds all PSUs. Their standard error of zero says nothing of how sure the "
+        "estimate is: ",
         hasNoError);
     add("Some replicates give no weight to these subgroups and add nothing to their standard "
         "errors, "
@@ -88,8 +89,7 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
     add("The standard error exceeds 30% of the estimate in these subgroups: ", isUnsure);
 }
 
-}  // namespace
-
+/// How many cases lack the value, in a sentence; empty where none does.
 std::string leftOut(const WeightedEstimate& estimate) {
     const std::int64_t count = estimate.totalN - estimate.validN;
     if (count == 0) {
@@ -101,6 +101,8 @@ std::string leftOut(const WeightedEstimate& estimate) {
                        : " lack the value and are left out with their weights") +
            "; the others are not weighted up for that.";
 }
+
+}  // namespace
 
 std::vector<std::string> warnings(const SurveyRun& run) {
     std::vector<std::string> cautions = ResultText::messages(run.estimate.readiness);
@@ -126,7 +128,8 @@ std::vector<std::string> warnings(const SurveyRun& run) {
     if (hasNoError(run.estimate)) {
         cautions.emplace_back(
             "The standard error is zero: the values do not vary, or the design leaves no PSUs to "
-            "compare. It does not mean that the estimate is exact.");
+            "compare or holds all those of the population. It does not mean that the estimate is "
+            "exact.");
     }
     addOfGroups(cautions, run);
     return cautions;

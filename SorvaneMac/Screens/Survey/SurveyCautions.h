@@ -16,7 +16,4 @@ inline constexpr std::string_view notToClaim =
 /// The engine's cautions, those of the design's columns, and those of the figures.
 std::vector<std::string> warnings(const SurveyRun& run);
 
-/// How many cases lack the value, in a sentence; empty where none does.
-std::string leftOut(const WeightedEstimate& estimate);
-
 }  // namespace sorvane::SurveyCautions

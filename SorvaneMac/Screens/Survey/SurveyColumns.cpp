@@ -191,6 +191,10 @@ SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields) {
     return used;
 }
 
+bool isMoreThanWeights(const SurveyDesign& design) {
+    return design.strata || design.clusters || design.fpc || design.replicateWeights;
+}
+
 SurveyDesign weightsAlone(const SurveyDesign& design) {
     return {.weights = design.weights, .confidenceLevel = design.confidenceLevel};
 }

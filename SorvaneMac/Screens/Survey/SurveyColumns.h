@@ -31,6 +31,8 @@ std::optional<std::vector<double>> replicateScales(std::string_view text);
 SurveyDesign design(const ImportedDataset& dataset, const SurveyFields& fields);
 /// The same in words and counts.
 SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields);
+/// Whether the design adds anything to its weights.
+bool isMoreThanWeights(const SurveyDesign& design);
 /// The weights of a design without the rest of it.
 SurveyDesign weightsAlone(const SurveyDesign& design);
 /// Every row with the weight 1.

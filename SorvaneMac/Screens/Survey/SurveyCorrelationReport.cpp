@@ -135,7 +135,7 @@ std::vector<Tile> tiles(const SurveyCorrelationRun& run) {
     return {{run.pairs.size() == 1 ? "Pearson r" : "Strongest r", svFmtBounded(pair.r, 3),
              pair.xName + " and " + pair.yName},
             {"SE", svFmtBounded(pair.standardError, 3),
-             std::string(SurveyCells::methodName(pair.varianceMethod))},
+             std::string(SurveyDesignTable::methodName(run.design, pair.varianceMethod))},
             {levelText(pair.confidenceLevel),
              svFmtBounded(pair.confidenceIntervalLower, 3) + " to " +
                  svFmtBounded(pair.confidenceIntervalUpper, 3),

@@ -7,7 +7,23 @@
 
 namespace sorvane::SurveyDesignTable {
 
+namespace {
+
+bool isCorrectedAlone(const SurveyDesignUsed& design, DesignVarianceMethod method) {
+    return method == DesignVarianceMethod::naiveWeighted && !design.fpc.empty();
+}
+
+}  // namespace
+
+std::string_view methodName(const SurveyDesignUsed& design, DesignVarianceMethod method) {
+    return isCorrectedAlone(design, method) ? "Weights and population correction"
+                                            : SurveyCells::methodName(method);
+}
+
 std::string methodWords(const SurveyDesignUsed& design, DesignVarianceMethod method) {
+    if (isCorrectedAlone(design, method)) {
+        return "variance from the weights and the finite population correction";
+    }
     if (method == DesignVarianceMethod::naiveWeighted) {
         return "naive variance from the weights alone";
     }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "SorvaneCore/Survey/WeightedEstimators.h"
 #include "SorvaneMac/Report/ReportItem.h"
@@ -19,7 +20,9 @@ struct Figures {
     DesignVarianceMethod method = DesignVarianceMethod::naiveWeighted;
 };
 
-/// How variances were had, such as "80 replicate weights, jackknife".
+/// How variances were had, such as "Taylor linearization".
+std::string_view methodName(const SurveyDesignUsed& design, DesignVarianceMethod method);
+/// The same in a sentence, such as "80 replicate weights, jackknife".
 std::string methodWords(const SurveyDesignUsed& design, DesignVarianceMethod method);
 ReportTable table(const SurveyDesignUsed& design, const Figures& figures);
 

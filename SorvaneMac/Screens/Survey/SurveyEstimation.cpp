@@ -134,7 +134,7 @@ private:
             run.groups = estimand.byGroup(*groups, design);
             addWithoutGroup(*groups, run);
         }
-        if (run.estimate.varianceMethod != DesignVarianceMethod::naiveWeighted) {
+        if (SurveyColumns::isMoreThanWeights(design)) {
             run.weightsOnly = estimand.under(SurveyColumns::weightsAlone(design));
         }
         if (run.estimand != WeightedEstimand::total) {

@@ -97,7 +97,7 @@ SurveyModelRun SurveyModelFit::computed() const {
         return done;
     }
     done.cautions = SurveyColumns::cautions(design);
-    if (done.result->varianceMethod != DesignVarianceMethod::naiveWeighted) {
+    if (SurveyColumns::isMoreThanWeights(design)) {
         done.weightsOnly = fitted(*this, SurveyColumns::weightsAlone(design));
     }
     done.unweighted = fitted(*this, SurveyColumns::unweighted(design));

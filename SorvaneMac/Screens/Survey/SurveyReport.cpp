@@ -19,6 +19,10 @@ std::string subject(const SurveyRun& run) {
     return run.variable + (run.denominator.empty() ? "" : " / " + run.denominator);
 }
 
+std::string nameOfMethod(const SurveyRun& run) {
+    return std::string(SurveyDesignTable::methodName(run.design, run.estimate.varianceMethod));
+}
+
 std::string methodWords(const SurveyRun& run) {
     return SurveyDesignTable::methodWords(run.design, run.estimate.varianceMethod);
 }
@@ -46,7 +50,7 @@ ReportTable comparisonTable(const SurveyRun& run) {
         table.rows.push_back(cells(estimate));
         table.rows.back().insert(table.rows.back().begin(), std::move(label));
     };
-    add(std::string(methodName(run.estimate.varianceMethod)), run.estimate);
+    add(nameOfMethod(run), run.estimate);
     if (run.weightsOnly) {
         add(std::string(methodName(run.weightsOnly->varianceMethod)), *run.weightsOnly);
     }
@@ -97,7 +101,7 @@ std::vector<Tile> tiles(const SurveyRun& run) {
     const WeightedEstimate& estimate = run.estimate;
     return {
         {std::string(capitalWord(run.estimand)), figure(estimate, estimate.estimate), subject(run)},
-        {"SE", errorFigure(estimate), std::string(methodName(estimate.varianceMethod))},
+        {"SE", errorFigure(estimate), nameOfMethod(run)},
         {levelText(estimate.confidenceLevel),
          figure(estimate, estimate.confidenceIntervalLower) + " to " +
              figure(estimate, estimate.confidenceIntervalUpper),
@@ -120,8 +124,7 @@ Chart chart(const SurveyRun& run) {
     for (const DomainEstimate& each : run.groups) {
         add(each.group, each.estimate);
     }
-    add(run.groups.empty() ? std::string(methodName(run.estimate.varianceMethod)) : "All",
-        run.estimate);
+    add(run.groups.empty() ? nameOfMethod(run) : "All", run.estimate);
     if (run.groups.empty()) {
         if (run.weightsOnly) {
             add(std::string(methodName(run.weightsOnly->varianceMethod)), *run.weightsOnly);

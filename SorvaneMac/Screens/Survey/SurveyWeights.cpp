@@ -8,6 +8,7 @@
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
+#include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
 #include "SorvaneMac/Screens/Survey/SurveySelection.h"
 
 namespace sorvane::SurveyWeights {
@@ -21,45 +22,35 @@ bool isZeroOrOne(const NumericColumn& values) {
 }
 
 ReportTable table(const Descriptives& descriptives) {
+    const SurveyRun& run = descriptives.run;
     ReportTable table;
-    table.title = "Weighted descriptives: " + descriptives.variable;
-    SurveyCells::addHeaders(table, "Figure", descriptives.estimates.front().second.confidenceLevel);
-    for (const auto& [label, estimate] : descriptives.estimates) {
+    table.title = "Weighted descriptives: " + run.variable;
+    SurveyCells::addHeaders(table, "Figure", run.estimate.confidenceLevel);
+    for (const auto& [label, estimate] : labelled(descriptives)) {
         table.rows.push_back(SurveyCells::cells(estimate));
         table.rows.back().insert(table.rows.back().begin(), label);
     }
     table.note =
         "Design-based estimates with sampling weights; variance: " +
-        std::string(SurveyCells::methodName(descriptives.estimates.front().second.varianceMethod)) +
-        ".";
+        std::string(SurveyDesignTable::methodName(run.design, run.estimate.varianceMethod)) + ".";
     return table;
 }
 
-std::vector<std::string> warnings(const Descriptives& descriptives) {
-    const WeightedEstimate& first = descriptives.estimates.front().second;
-    std::vector<std::string> cautions = ResultText::messages(first.readiness);
-    cautions.insert(cautions.end(), descriptives.cautions.begin(), descriptives.cautions.end());
-    const std::string missing = SurveyCautions::leftOut(first);
-    if (!missing.empty()) {
-        cautions.push_back(missing);
-    }
-    return cautions;
-}
-
 Finding finding(const Descriptives& descriptives) {
-    const auto& [label, estimate] = descriptives.estimates.front();
+    const SurveyRun& run = descriptives.run;
+    const WeightedEstimate& estimate = run.estimate;
     ReportItem item;
     item.id = Uuid::fresh();
-    item.title = "Weighted Descriptives: " + descriptives.variable;
-    item.apaSummary = "Weighted descriptive statistics for " + descriptives.variable + ": " +
-                      label + " = " + SurveyCells::figure(estimate, estimate.estimate) +
-                      ", 95% CI [" +
+    item.title = "Weighted Descriptives: " + run.variable;
+    item.apaSummary = "Weighted descriptive statistics for " + run.variable + ": " +
+                      std::string(SurveyCells::capitalWord(run.estimand)) + " = " +
+                      SurveyCells::figure(estimate, estimate.estimate) + ", 95% CI [" +
                       SurveyCells::figure(estimate, estimate.confidenceIntervalLower) + ", " +
                       SurveyCells::figure(estimate, estimate.confidenceIntervalUpper) +
                       "], n = " + ResultText::count(estimate.validN) +
                       ", design effect = " + svFmt(estimate.designEffect, 2) + ".";
     item.table = table(descriptives);
-    for (const std::string& each : warnings(descriptives)) {
+    for (const std::string& each : SurveyCautions::warnings(run)) {
         *item.table->note += " " + each;
     }
     item.caution = std::string(SurveyCautions::notToClaim);
@@ -87,7 +78,7 @@ Descriptives descriptives(const ImportedDataset& dataset,
                           const SurveyFields& fields,
                           const std::string& variable,
                           const std::string& group) {
-    Descriptives result{.variable = variable};
+    Descriptives result{.run = {.variable = variable}};
     if (const std::optional<Gate> missing = SurveySelection::designGate(dataset, fields)) {
         result.obstacle = ResultText::sentence(*missing);
         return result;
@@ -97,36 +88,48 @@ Descriptives descriptives(const ImportedDataset& dataset,
     design.confidenceLevel = usualLevel;
     const NumericColumn values = dataset.numericColumn(variable);
     const bool isShare = isZeroOrOne(values);
-    const std::string what = isShare ? "Proportion" : "Mean";
-    const WeightedEstimate first = isShare
-                                       ? WeightedEstimators::proportion(values, design, variable)
-                                       : WeightedEstimators::mean(values, design, variable);
-    if (SurveyCells::isBlocked(first)) {
-        result.obstacle = ResultText::obstacle(first.readiness);
+    SurveyRun& run = result.run;
+    run.estimand = isShare ? WeightedEstimand::proportion : WeightedEstimand::mean;
+    run.design = SurveyColumns::used(design, fields);
+    run.estimate = isShare ? WeightedEstimators::proportion(values, design, variable)
+                           : WeightedEstimators::mean(values, design, variable);
+    if (SurveyCells::isBlocked(run.estimate)) {
+        result.obstacle = ResultText::obstacle(run.estimate.readiness);
         return result;
     }
-    result.cautions = SurveyColumns::cautions(design);
-    result.estimates = {{what, first},
-                        {"Total", WeightedEstimators::total(values, design, variable)}};
+    run.cautions = SurveyColumns::cautions(design);
+    result.total = WeightedEstimators::total(values, design, variable);
     if (!group.empty() && dataset.columnIndex(group)) {
-        for (DomainEstimate& each : WeightedEstimators::byGroup(
-                 first.estimand, values, *Categories::cells(dataset, group), design, variable)) {
-            result.estimates.emplace_back(what + ", " + group + " = " + each.group,
-                                          std::move(each.estimate));
-        }
+        run.group = group;
+        run.groups = WeightedEstimators::byGroup(
+            run.estimand, values, *Categories::cells(dataset, group), design, variable);
     }
     return result;
 }
 
+std::vector<std::pair<std::string, WeightedEstimate>> labelled(const Descriptives& descriptives) {
+    if (!descriptives.obstacle.empty()) {
+        return {};
+    }
+    const SurveyRun& run = descriptives.run;
+    const std::string what(SurveyCells::capitalWord(run.estimand));
+    std::vector<std::pair<std::string, WeightedEstimate>> all = {{what, run.estimate},
+                                                                 {"Total", descriptives.total}};
+    for (const DomainEstimate& each : run.groups) {
+        all.emplace_back(what + ", " + run.group + " = " + each.group, each.estimate);
+    }
+    return all;
+}
+
 void add(const Descriptives& descriptives, ScreenContent& content) {
-    Card card{.title = "Weighted descriptives: " + descriptives.variable, .wide = true};
+    Card card{.title = "Weighted descriptives: " + descriptives.run.variable, .wide = true};
     if (descriptives.obstacle.empty()) {
         card.subtitle =
             "Of the population, under the design of Survey Design. All other figures "
             "of this page are of the sample, unweighted.";
         card.tables = {table(descriptives)};
         card.tables.front().title.reset();
-        card.cautions = warnings(descriptives);
+        card.cautions = SurveyCautions::warnings(descriptives.run);
         content.findings.push_back(finding(descriptives));
     } else {
         card.cautions = {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
@@ -18,13 +19,11 @@ inline constexpr std::string_view unweightedNotice =
 /// Says so on every result of the content, and above them all.
 void sayUnweighted(ScreenContent& content);
 
-/// Weighted figures of one variable, named by what each is of.
+/// Weighted figures of one variable.
 struct Descriptives {
-    std::string variable;
-    /// The mean, or the proportion of ones; the total; then the first by group.
-    std::vector<std::pair<std::string, WeightedEstimate>> estimates;
-    /// What the design's columns hold that its figures alone do not tell.
-    std::vector<std::string> cautions;
+    /// The mean, or the proportion of ones, of all and by group.
+    SurveyRun run;
+    WeightedEstimate total;
     /// Why there are none; empty where there are.
     std::string obstacle;
 };
@@ -34,6 +33,10 @@ Descriptives descriptives(const ImportedDataset& dataset,
                           const SurveyFields& fields,
                           const std::string& variable,
                           const std::string& group);
+
+/// Each figure with what it is of, such as "Mean", "Total" and "Mean, region = North"; none where
+/// there is an obstacle.
+std::vector<std::pair<std::string, WeightedEstimate>> labelled(const Descriptives& descriptives);
 
 /// Adds them as the first card, and as a finding where there are some.
 void add(const Descriptives& descriptives, ScreenContent& content);
