@@ -103,7 +103,8 @@ namespace SurveyCategorical {
 ///            tr D on d and d times the design's degrees of freedom, d = (tr D)^2 / tr D^2
 /// Failure    a structural error of the design, columns of another length, a variable with fewer
 ///            than two categories, contrasts that no weight supports, a design that gives the cells
-///            no variance, a replicate weight that is missing -> blocked; the cells stand where they can be had
+///            no variance, a replicate weight that is missing -> blocked; the cells stand where
+///            they can be had
 /// Cost       O(rows + units (cells)^2), and as much a replicate
 /// Reference  Rao and Scott (1984), On chi-squared tests for multiway contingency tables with cell
 ///            proportions estimated from survey data

@@ -66,8 +66,8 @@ namespace SurveyCorrelation {
 ///            each replicate weight. The test is t = r / error on the design's degrees of freedom;
 ///            the bounds are t bounds of Fisher's z, turned back
 /// Failure    a structural error of the design, columns of another length, fewer than three rows, a
-///            variable of one value, sums beyond all numbers -> blocked. An error of 0 (below 1e-12) is not tested: t, p
-///            and bounds NaN
+///            variable of one value, sums beyond all numbers -> blocked. An error of 0 (below
+///            1e-12) is not tested: t, p and bounds NaN
 /// Cost       O(rows), and as much a replicate
 /// Reference  Binder (1983); Fisher (1921)
 SurveyCorrelationResult pearson(const NumericColumn& x,

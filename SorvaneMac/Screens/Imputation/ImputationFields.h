@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "SorvaneCore/Dataset/TextTable.h"
 #include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
 #include "SorvaneCore/Prepare/Imputation/MultipleImputation.h"
 #include "SorvaneMac/Screens/Chart.h"
@@ -40,6 +41,8 @@ struct ImputationRun {
     /// Of the targets and predictors, those that could not be predicted in some step.
     std::vector<std::string> unpredicted;
     std::int64_t rows = 0;
+    /// The cells of the targets as they were read.
+    std::vector<TextTable::Column> cells;
     /// The targets.
     std::vector<ImputedVariable> variables;
     MultipleImputationResult result;

@@ -72,6 +72,18 @@ bool predictedNothing(const ImputationRun& run) {
     });
 }
 
+/// The columns of those names; those that are gone are left out.
+std::vector<TextTable::Column> cellsOf(const std::vector<std::string>& names,
+                                       const ImportedDataset& dataset) {
+    std::vector<TextTable::Column> cells;
+    for (const std::string& name : names) {
+        if (const std::optional<std::size_t> index = dataset.columnIndex(name)) {
+            cells.push_back(dataset.rows.sharedColumn(*index));
+        }
+    }
+    return cells;
+}
+
 /// Absent where the run was ended or predicted nothing.
 std::optional<ImputationRun> imputed(const ImputationModel& model,
                                      const Columns& columns,
@@ -116,7 +128,8 @@ void runMultiple(StudioState& state, ImputationFields& fields) {
     const ImputationOptions options{.variableNames = model.names, .m = fields.impM.get()};
     state.compute({.label = "Running multiple imputation…",
                    .work =
-                       [&state, &fields, model, options, columns = model.columns(state.dataset())](
+                       [&state, &fields, model, options, columns = model.columns(state.dataset()),
+                        cells = cellsOf(model.targets, state.dataset())](
                            std::stop_token stop, const TaskRunner::Progress& progress) {
                            ImputationOptions watched = options;
                            watched.shouldContinue = [stop] {
@@ -125,6 +138,9 @@ void runMultiple(StudioState& state, ImputationFields& fields) {
                            watched.progress = progress;
                            const auto run = std::make_shared<std::optional<ImputationRun>>(
                                imputed(model, columns, watched));
+                           if (*run) {
+                               (*run)->cells = cells;
+                           }
                            return [&state, &fields, run] {
                                keep(state, fields, std::move(*run));
                            };
@@ -194,27 +210,6 @@ std::vector<std::optional<double>> meansOfCopies(const MultipleImputationResult&
     return means;
 }
 
-/// Whether the column still holds the numbers that the copies hold, and gaps where they were filled.
-bool isAsImputed(const NumericColumn& column,
-                 const ImputedVariable& target,
-                 const MultipleImputationResult& result) {
-    const auto position = static_cast<std::size_t>(
-        std::ranges::find(result.variableNames, target.name) - result.variableNames.begin());
-    std::int64_t missing = 0;
-    for (std::size_t row = 0; row < column.size(); ++row) {
-        const std::optional<double> value = column[row];
-        missing += value ? 0 : 1;
-        const bool differs =
-            value && std::ranges::any_of(result.imputedDatasets, [&](const CompletedColumns& copy) {
-                return copy[position][row] != value;
-            });
-        if (differs) {
-            return false;
-        }
-    }
-    return missing == target.missing;
-}
-
 }  // namespace
 
 void run(StudioState& state, ImputationFields& fields) {
@@ -227,11 +222,7 @@ void run(StudioState& state, ImputationFields& fields) {
 }
 
 bool fits(const ImputationRun& run, const ImportedDataset& dataset) {
-    return run.rows == dataset.rowCount() &&
-           std::ranges::all_of(run.variables, [&](const ImputedVariable& target) {
-               return dataset.variable(target.name) != nullptr &&
-                      isAsImputed(dataset.numericColumn(target.name), target, run.result);
-           });
+    return run.rows == dataset.rowCount() && run.cells == cellsOf(run.targets, dataset);
 }
 
 void addExploratoryCompletedColumns(StudioState& state, const ImputationFields& fields) {

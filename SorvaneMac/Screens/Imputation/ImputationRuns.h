@@ -16,10 +16,8 @@ void run(StudioState& state, ImputationFields& fields);
 /// Input      a result that fits the table
 void addExploratoryCompletedColumns(StudioState& state, const ImputationFields& fields);
 
-/// Whether the last result is still one of this table: it has the rows and the targets, with their
-/// numbers and gaps.
-///
-/// Cost       O(rows * targets * copies)
+/// Whether the last result is still one of this table: it has the rows, and the targets with the
+/// cells that were read.
 bool fits(const ImputationRun& run, const ImportedDataset& dataset);
 
 }  // namespace sorvane::ImputationRuns
