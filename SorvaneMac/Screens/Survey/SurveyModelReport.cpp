@@ -5,6 +5,7 @@
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ClaimText.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -50,13 +51,15 @@ std::string titleOf(SurveyModelKind model) {
 
 std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResult& result) {
     const std::string level = levelText(result.confidenceLevel);
+    const int decimals = ErrorDecimals::of(each.standardError) - 1;
     const std::string figures =
         each.ratio
-            ? std::string(ratioSymbol(result.model)) + " = " + ResultText::ratio(*each.ratio, 2) +
-                  ", " + level + " [" + ResultText::ratio(*each.ratioLowerBound, 2) + ", " +
-                  ResultText::ratio(*each.ratioUpperBound, 2) + "]"
-            : "B = " + svFmt(each.estimate, 2) + ", " + level + " [" + svFmt(each.lowerBound, 2) +
-                  ", " + svFmt(each.upperBound, 2) + "]";
+            ? std::string(ratioSymbol(result.model)) + " = " +
+                  ResultText::ratio(*each.ratio, decimals) + ", " + level + " [" +
+                  ResultText::ratio(*each.ratioLowerBound, decimals) + ", " +
+                  ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
+            : "B = " + svFmt(each.estimate, decimals) + ", " + level + " [" +
+                  svFmt(each.lowerBound, decimals) + ", " + svFmt(each.upperBound, decimals) + "]";
     return " The effect of " + each.name + " was " +
            std::string(ResultText::significanceWords(each.pValue)) + ", " + figures + ", t(" +
            ResultText::count(result.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +

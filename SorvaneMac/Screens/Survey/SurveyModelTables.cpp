@@ -1,6 +1,7 @@
 #include "SorvaneMac/Screens/Survey/SurveyModelTables.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -12,15 +13,16 @@ namespace {
 using Cells = std::vector<std::string>;
 
 Cells cells(const SurveyCoefficient& each, bool hasRatios) {
-    Cells row = {each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3), svFmt(each.t, 2),
-                 ResultText::pCell(each.pValue)};
+    const int decimals = ErrorDecimals::of(each.standardError);
+    Cells row = {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+                 svFmt(each.t, 2), ResultText::pCell(each.pValue)};
     if (!hasRatios) {
-        row.push_back(svFmt(each.lowerBound, 3));
-        row.push_back(svFmt(each.upperBound, 3));
+        row.push_back(svFmt(each.lowerBound, decimals));
+        row.push_back(svFmt(each.upperBound, decimals));
     } else if (each.ratio) {
-        row.push_back(ResultText::ratio(*each.ratio, 3));
-        row.push_back(ResultText::ratio(*each.ratioLowerBound, 3));
-        row.push_back(ResultText::ratio(*each.ratioUpperBound, 3));
+        row.push_back(ResultText::ratio(*each.ratio, decimals));
+        row.push_back(ResultText::ratio(*each.ratioLowerBound, decimals));
+        row.push_back(ResultText::ratio(*each.ratioUpperBound, decimals));
     } else {
         row.insert(row.end(), 3, "");
     }
@@ -112,8 +114,10 @@ ReportTable thresholds(const SurveyModelRun& run) {
         {.label = "", .span = 3},
         {.label = SurveyCells::levelText(run.result->confidenceLevel), .span = 2}};
     for (const SurveyCoefficient& each : run.result->thresholds) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.lowerBound, decimals),
+                              svFmt(each.upperBound, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
@@ -133,7 +137,9 @@ ReportTable summary(const SurveyModelRun& run) {
     if (run.model == SurveyModelKind::linear) {
         table.headers.insert(table.headers.end(), {"R²", "Residual SD"});
         table.rows.front().push_back(svFmtBounded(result.rSquared, 3));
-        table.rows.front().push_back(svFmt(result.residualStandardDeviation, 3));
+        table.rows.front().push_back(
+            svFmt(result.residualStandardDeviation,
+                  ErrorDecimals::of(result.residualStandardDeviation.value_or(0.0))));
         *table.note += " R² and the residual SD are estimates for the population.";
     }
     if (run.model == SurveyModelKind::logistic) {
@@ -161,15 +167,16 @@ ReportTable comparison(const SurveyModelRun& run) {
     table.groupHeaders->push_back({.label = "Unweighted", .span = 2});
     for (std::size_t at = 0; at < designed.size(); ++at) {
         const SurveyCoefficient& own = designed[at];
-        Cells row = {own.name, svFmt(own.estimate, 3), svFmt(own.standardError, 3)};
+        const int decimals = ErrorDecimals::of(own.standardError);
+        Cells row = {own.name, svFmt(own.estimate, decimals), svFmt(own.standardError, decimals)};
         if (run.weightsOnly) {
             const SurveyCoefficient* weighted = rowAt(alone, at);
-            row.push_back(weighted ? svFmt(weighted->standardError, 3) : "--");
+            row.push_back(weighted ? svFmt(weighted->standardError, decimals) : "--");
             row.push_back(designEffect(own, weighted));
         }
         const SurveyCoefficient* unweighted = rowAt(plain, at);
-        row.push_back(unweighted ? svFmt(unweighted->estimate, 3) : "--");
-        row.push_back(unweighted ? svFmt(unweighted->standardError, 3) : "--");
+        row.push_back(unweighted ? svFmt(unweighted->estimate, decimals) : "--");
+        row.push_back(unweighted ? svFmt(unweighted->standardError, decimals) : "--");
         table.rows.push_back(std::move(row));
     }
     table.note =
