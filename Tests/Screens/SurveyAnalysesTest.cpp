@@ -166,6 +166,22 @@ TEST_F(SurveyAnalysesTest, CorrelationsStandInTheRowOfTheLaterVariable) {
     EXPECT_TRUE(one.findings.front().item.apaSummary.starts_with("In the population"));
 }
 
+TEST(SurveyAnalyses, TheDesignOfCorrelationsIsThatOfTheirFirstPair) {
+    ScreenWorkplace place;
+    place.state.importPastedData(
+        "w,y,x,z\n1,1,2,4\n3,3,3,NA\n2,2,5,1\n1,5,6,NA\n2,4,9,2\n1,2,1,3\n");
+    place.assign({"w", "y", "x", "z"}, VariableKind::outcome);
+    place.set({{"svWeight", R"("w")"},
+               {"svAnalysis", R"("correlation")"},
+               {"svCorrVars", R"(["y","x","z"])"}});
+    EXPECT_FALSE(place.screens.at(survey).run());
+    const ScreenContent content = place.screens.at(survey).content();
+    const ReportTable* design = tableOf(content.findings.front().item, "Sampling design");
+    ASSERT_NE(design, nullptr);
+    EXPECT_EQ(design->rows.front()[1], "w, sum 10.0");
+    EXPECT_EQ(design->rows.back()[1], "5.0") << "of all six rows, whatever z lacks";
+}
+
 TEST_F(SurveyAnalysesTest, ATableTellsItsSharesAndTheCorrectedTest) {
     study.state.importData(SORVANE_SOURCE_DIR "/Tests/Reference/data/apiclus1.csv");
     study.assign({"stype", "sch_wide"}, VariableKind::grouping);

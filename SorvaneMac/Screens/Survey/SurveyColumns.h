@@ -27,10 +27,6 @@ std::optional<WeightedEstimand> estimandOf(const SurveyFields& fields);
 /// list of numbers.
 std::optional<std::vector<double>> replicateScales(std::string_view text);
 
-/// The chosen columns as the engine takes them, whether or not they make a sound design.
-SurveyDesign design(const ImportedDataset& dataset, const SurveyFields& fields);
-/// The same in words and counts.
-SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields);
 /// The weights of a design without the rest of it.
 SurveyDesign weightsAlone(const SurveyDesign& design);
 /// Every row with the weight 1.

@@ -238,7 +238,7 @@ TestReport report(const SurveyCorrelationRun& run) {
                    SurveyDesignTable::table(run.design,
                                             {.sumOfWeights = first.sumOfWeights,
                                              .degreesOfFreedom = first.designDegreesOfFreedom,
-                                             .effectiveSampleSize = run.effectiveSampleSize,
+                                             .effectiveSampleSize = first.effectiveSampleSize,
                                              .method = first.varianceMethod})},
         .charts = {run.pairs.size() <= mostPairsInChart ? intervalChart(run) : matrixChart(run)},
         .figureCaption = "Correlations under the sampling design.",

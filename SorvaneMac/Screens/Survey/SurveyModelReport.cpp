@@ -1,7 +1,5 @@
 #include "SorvaneMac/Screens/Survey/SurveyModelReport.h"
 
-#include <algorithm>
-
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ClaimText.h"
@@ -18,8 +16,6 @@ namespace {
 using SurveyCells::levelText;
 using SurveyModelTables::ratioSymbol;
 using SurveyModelTables::slopes;
-
-constexpr std::int64_t fewEventsPerPredictor = 10;
 
 std::string wordsOf(SurveyModelKind model) {
     switch (model) {
@@ -101,7 +97,8 @@ std::vector<Tile> tiles(const SurveyModelRun& run) {
         tiles.push_back({"R²", svFmtBounded(*result.rSquared, 3), "in the population"});
     }
     if (run.model == SurveyModelKind::logistic) {
-        tiles.push_back({"Events", ResultText::count(run.events), run.outcome + " = " + run.event});
+        tiles.push_back({"Events", ResultText::count(result.events.value_or(0)),
+                         run.outcome + " = " + run.event});
     }
     if (run.model == SurveyModelKind::ordinal) {
         tiles.push_back(
@@ -110,7 +107,7 @@ std::vector<Tile> tiles(const SurveyModelRun& run) {
     tiles.push_back({"df of the tests", ResultText::count(result.degreesOfFreedom),
                      "the design has " + ResultText::count(result.designDegreesOfFreedom)});
     tiles.push_back({"Cases used", ResultText::count(result.validN),
-                     "worth " + svFmt(run.effectiveSampleSize, 0) + " of equal weight"});
+                     "worth " + svFmt(result.effectiveSampleSize, 0) + " of equal weight"});
     return tiles;
 }
 
@@ -133,7 +130,7 @@ Chart chart(const SurveyModelRun& run) {
     IntervalPlot plot{.reference = 0.0};
     const std::vector<SurveyCoefficient> all = slopes(*run.result);
     for (std::size_t at = 0; at < all.size(); ++at) {
-        const double deviation = run.deviations[at];
+        const double deviation = run.result->predictorDeviations[at];
         plot.rows.push_back({all[at].name, all[at].estimate * deviation,
                              all[at].lowerBound * deviation, all[at].upperBound * deviation});
     }
@@ -149,14 +146,6 @@ Chart chart(const SurveyModelRun& run) {
 std::vector<std::string> warnings(const SurveyModelRun& run) {
     std::vector<std::string> all = ResultText::messages(run.result->readiness);
     all.insert(all.end(), run.cautions.begin(), run.cautions.end());
-    const std::int64_t rarer = std::min(run.events, run.result->validN - run.events);
-    if (run.model == SurveyModelKind::logistic &&
-        rarer < fewEventsPerPredictor * run.result->predictorCount) {
-        all.push_back("The rarer outcome has " + ResultText::count(rarer) + " cases for " +
-                      ResultText::count(run.result->predictorCount) +
-                      " predictor(s). With fewer than 10 for each, odds ratios tend to be too far "
-                      "from 1 and their intervals too narrow.");
-    }
     return all;
 }
 
@@ -173,7 +162,7 @@ TestReport report(const SurveyModelRun& run) {
     tables.push_back(
         SurveyDesignTable::table(run.design, {.sumOfWeights = result.sumOfWeights,
                                               .degreesOfFreedom = result.designDegreesOfFreedom,
-                                              .effectiveSampleSize = run.effectiveSampleSize,
+                                              .effectiveSampleSize = result.effectiveSampleSize,
                                               .method = result.varianceMethod}));
     return {.title = titleOf(run.model) + ": " + run.outcome,
             .sentence = sentence(run),

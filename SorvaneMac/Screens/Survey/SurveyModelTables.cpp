@@ -144,7 +144,8 @@ ReportTable summary(const SurveyModelRun& run) {
     }
     if (run.model == SurveyModelKind::logistic) {
         table.headers.insert(table.headers.begin() + 1, "Events");
-        table.rows.front().insert(table.rows.front().begin() + 1, ResultText::count(run.events));
+        table.rows.front().insert(table.rows.front().begin() + 1,
+                                  ResultText::count(result.events.value_or(0)));
         *table.note += " An event is " + run.outcome + " = " + run.event +
                        "; events are counted in the sample, unweighted.";
     }

@@ -5,6 +5,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/ChosenDesign.h"
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
@@ -92,7 +93,7 @@ Descriptives descriptives(const ImportedDataset& dataset,
         result.obstacle = ResultText::sentence(*missing);
         return result;
     }
-    SurveyDesign design = SurveyColumns::design(dataset, fields);
+    SurveyDesign design = ChosenDesign::of(dataset, fields).design();
     constexpr double usualLevel = 0.95;
     design.confidenceLevel = usualLevel;
     const NumericColumn values = dataset.numericColumn(variable);
