@@ -5,7 +5,6 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/ResultText.h"
-#include "SorvaneMac/Screens/Survey/ChosenDesign.h"
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
@@ -84,19 +83,28 @@ void sayUnweighted(ScreenContent& content) {
     }
 }
 
+const SurveyDesign& KeptDesign::of(const ChosenDesign& chosen) {
+    if (!chosen_ || !(*chosen_ == chosen)) {
+        chosen_ = chosen;
+        design_ = chosen.design();
+    }
+    return design_;
+}
+
 Descriptives descriptives(const ImportedDataset& dataset,
                           const SurveyFields& fields,
-                          const std::string& variable,
-                          const std::string& group) {
+                          const Described& described,
+                          KeptDesign& kept) {
+    const auto& [variable, values, group] = described;
     Descriptives result{.variable = variable};
     if (const std::optional<Gate> missing = SurveySelection::designGate(dataset, fields)) {
         result.obstacle = ResultText::sentence(*missing);
         return result;
     }
-    SurveyDesign design = ChosenDesign::of(dataset, fields).design();
     constexpr double usualLevel = 0.95;
-    design.confidenceLevel = usualLevel;
-    const NumericColumn values = dataset.numericColumn(variable);
+    ChosenDesign chosen = ChosenDesign::of(dataset, fields);
+    chosen.confidenceLevel = usualLevel;
+    const SurveyDesign& design = kept.of(chosen);
     const bool isShare = isZeroOrOne(values);
     const std::string what = isShare ? "Proportion" : "Mean";
     const WeightedEstimate first = isShare
