@@ -8,49 +8,21 @@
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
 #include "SorvaneMac/Screens/Survey/SurveyModelTables.h"
+#include "SorvaneMac/Screens/Survey/SurveyModelWords.h"
 
 namespace sorvane::SurveyModelReport {
 
 namespace {
 
 using SurveyCells::levelText;
-using SurveyModelTables::ratioSymbol;
 using SurveyModelTables::slopes;
-
-std::string wordsOf(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "linear";
-        case SurveyModelKind::logistic:
-            return "logistic";
-        case SurveyModelKind::poisson:
-            return "Poisson";
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "proportional-odds ordinal";
-}
-
-std::string titleOf(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "Survey Linear Regression";
-        case SurveyModelKind::logistic:
-            return "Survey Logistic Regression";
-        case SurveyModelKind::poisson:
-            return "Survey Poisson Regression";
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "Survey Ordinal Regression";
-}
 
 std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResult& result) {
     const std::string level = levelText(result.confidenceLevel);
     const int decimals = ErrorDecimals::of(each.standardError) - 1;
     const std::string figures =
         each.ratio
-            ? std::string(ratioSymbol(result.model)) + " = " +
+            ? std::string(SurveyModelWords::of(result.model).ratioSymbol) + " = " +
                   ResultText::ratio(*each.ratio, decimals) + ", " + level + " [" +
                   ResultText::ratio(*each.ratioLowerBound, decimals) + ", " +
                   ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
@@ -72,13 +44,13 @@ std::string waldLabel(const SurveyModelResult& result) {
 
 std::string sentence(const SurveyModelRun& run) {
     const SurveyModelResult& result = *run.result;
-    std::string text = "Design-based " + wordsOf(run.model) + " regression of " + run.outcome +
-                       (run.event.empty() ? "" : " (" + run.event + ")") + " on " +
-                       ResultText::listed(run.predictors) + " with sampling weights (" +
-                       run.design.weight + "; " +
-                       SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
-                       "): " + waldLabel(result) + " = " + svFmt(result.waldF, 2) + ", " +
-                       ResultText::pSentence(result.waldPValue);
+    std::string text =
+        "Design-based " + std::string(SurveyModelWords::of(run.model).name) + " regression of " +
+        run.outcome + (run.event.empty() ? "" : " (" + run.event + ")") + " on " +
+        ResultText::listed(run.predictors) + " with sampling weights (" + run.design.weight + "; " +
+        SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
+        "): " + waldLabel(result) + " = " + svFmt(result.waldF, 2) + ", " +
+        ResultText::pSentence(result.waldPValue);
     if (result.rSquared) {
         text += ", R² = " + svFmtBounded(*result.rSquared, 2);
     }
@@ -111,20 +83,6 @@ std::vector<Tile> tiles(const SurveyModelRun& run) {
     return tiles;
 }
 
-std::string scaleOf(const SurveyModelRun& run) {
-    switch (run.model) {
-        case SurveyModelKind::linear:
-            return "Change of " + run.outcome;
-        case SurveyModelKind::logistic:
-            return "Change of the log odds";
-        case SurveyModelKind::poisson:
-            return "Change of the log rate";
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "Change of the log odds of a higher level";
-}
-
 /// In standard deviations, as predictors of different units would not share an axis.
 Chart chart(const SurveyModelRun& run) {
     IntervalPlot plot{.reference = 0.0};
@@ -138,7 +96,8 @@ Chart chart(const SurveyModelRun& run) {
     chart.title = "Effects of the predictors";
     chart.subtitle = "For one standard deviation of each, with " +
                      levelText(run.result->confidenceLevel) + "; 0 is no effect";
-    chart.xLabel = scaleOf(run);
+    const std::string_view changed = SurveyModelWords::of(run.model).changed;
+    chart.xLabel = "Change of " + (changed.empty() ? run.outcome : std::string(changed));
     chart.plot = std::move(plot);
     return chart;
 }
@@ -164,7 +123,7 @@ TestReport report(const SurveyModelRun& run) {
                                               .degreesOfFreedom = result.designDegreesOfFreedom,
                                               .effectiveSampleSize = result.effectiveSampleSize,
                                               .method = result.varianceMethod}));
-    return {.title = titleOf(run.model) + ": " + run.outcome,
+    return {.title = std::string(SurveyModelWords::of(run.model).title) + ": " + run.outcome,
             .sentence = sentence(run),
             .tiles = tiles(run),
             .tables = std::move(tables),

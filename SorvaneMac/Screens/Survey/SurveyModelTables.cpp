@@ -5,6 +5,7 @@
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
+#include "SorvaneMac/Screens/Survey/SurveyModelWords.h"
 
 namespace sorvane::SurveyModelTables {
 
@@ -29,19 +30,13 @@ Cells cells(const SurveyCoefficient& each, bool hasRatios) {
     return row;
 }
 
-std::string meaningOfB(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "B is the change of the outcome for a step of one.";
-        case SurveyModelKind::logistic:
-            return "B is the change of the log odds for a step of one; OR is the odds ratio.";
-        case SurveyModelKind::poisson:
-            return "B is the change of the log rate for a step of one; RR is the rate ratio.";
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "B is the change of the log odds of a higher level for a step of one; OR is the odds "
-           "ratio.";
+std::string meaningOfB(const SurveyModelWords& words) {
+    const std::string change = "B is the change of " +
+                               std::string(words.changed.empty() ? "the outcome" : words.changed) +
+                               " for a step of one";
+    return words.ratioSymbol.empty() ? change + "."
+                                     : change + "; " + std::string(words.ratioSymbol) + " is the " +
+                                           std::string(words.ratioName) + ".";
 }
 
 /// The result's row of the same position; null where that fit has none.
@@ -63,19 +58,6 @@ std::string designEffect(const SurveyCoefficient& designed, const SurveyCoeffici
 
 }  // namespace
 
-std::string_view ratioSymbol(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "";
-        case SurveyModelKind::poisson:
-            return "RR";
-        case SurveyModelKind::logistic:
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "OR";
-}
-
 std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result) {
     const bool hasIntercept = result.model != SurveyModelKind::ordinal;
     return {result.coefficients.begin() + (hasIntercept && !result.coefficients.empty() ? 1 : 0),
@@ -84,13 +66,14 @@ std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result) {
 
 ReportTable coefficients(const SurveyModelRun& run) {
     const SurveyModelResult& result = *run.result;
-    const bool hasRatios = run.model != SurveyModelKind::linear;
+    const SurveyModelWords& words = SurveyModelWords::of(run.model);
+    const bool hasRatios = !words.ratioSymbol.empty();
     const std::string level = SurveyCells::levelText(result.confidenceLevel);
     ReportTable table;
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "t", "p"};
     if (hasRatios) {
-        table.headers.emplace_back(ratioSymbol(run.model));
+        table.headers.emplace_back(words.ratioSymbol);
     }
     table.headers.insert(table.headers.end(), {"LL", "UL"});
     table.groupHeaders = {
@@ -99,7 +82,7 @@ ReportTable coefficients(const SurveyModelRun& run) {
     for (const SurveyCoefficient& each : result.coefficients) {
         table.rows.push_back(cells(each, hasRatios));
     }
-    table.note = meaningOfB(run.model) + " Standard errors: " +
+    table.note = meaningOfB(words) + " Standard errors: " +
                  SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
                  ". Tests and intervals by t on " + ResultText::count(result.degreesOfFreedom) +
                  " df, those of the design less the predictors.";
