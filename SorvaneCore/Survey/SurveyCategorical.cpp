@@ -1,14 +1,14 @@
 #include "SorvaneCore/Survey/SurveyCategorical.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <map>
+#include <numeric>
 #include <optional>
-#include <set>
 #include <utility>
 
-#include "SorvaneCore/Dataset/LabelOrder.h"
-#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -48,53 +48,29 @@ struct Table {
     }
 };
 
-/// The labels that occur in the rows, in the order in which people read them.
-std::vector<std::string> labelsOf(const TextColumn& column, const std::vector<std::size_t>& rows) {
-    std::set<std::string, std::less<>> distinct;
-    for (const std::size_t row : rows) {
-        distinct.emplace(column[row]);
+Table tableOf(const TextColumn& rows, const TextColumn& columns) {
+    const std::vector<std::uint32_t> complete =
+        CompleteCases::rows({}, std::array{&rows, &columns});
+    CategoryCodes rowCodes = CategoryCodes::of(rows, complete);
+    CategoryCodes columnCodes = CategoryCodes::of(columns, complete);
+    rowCodes.sortByLabel();
+    columnCodes.sortByLabel();
+    Table table{.rows = {complete.begin(), complete.end()}};
+    for (std::size_t i = 0; i < complete.size(); ++i) {
+        table.cellOfRow.push_back(rowCodes.codes[i] * columnCodes.labels.size() +
+                                  columnCodes.codes[i]);
     }
-    const std::vector<std::string> labels(distinct.begin(), distinct.end());
-    std::vector<std::string> ordered;
-    for (const std::size_t index : LabelOrder::caseInsensitive(labels)) {
-        ordered.push_back(labels[index]);
-    }
-    return ordered;
-}
-
-Table tableOf(const TextColumn& rows, const TextColumn& columns, const SurveyDesign& design) {
-    Table table;
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-        if (!MissingValue::isMissing(rows[row]) && !MissingValue::isMissing(columns[row]) &&
-            design.weights[row] > 0.0) {
-            table.rows.push_back(row);
-        }
-    }
-    table.rowLabels = labelsOf(rows, table.rows);
-    table.columnLabels = labelsOf(columns, table.rows);
-    std::map<std::string, std::size_t, std::less<>> rowAt;
-    std::map<std::string, std::size_t, std::less<>> columnAt;
-    for (std::size_t i = 0; i < table.rowLabels.size(); ++i) {
-        rowAt[table.rowLabels[i]] = i;
-    }
-    for (std::size_t j = 0; j < table.columnLabels.size(); ++j) {
-        columnAt[table.columnLabels[j]] = j;
-    }
-    for (const std::size_t row : table.rows) {
-        table.cellOfRow.push_back(rowAt.find(rows[row])->second * table.columnLabels.size() +
-                                  columnAt.find(columns[row])->second);
-    }
+    table.rowLabels = std::move(rowCodes.labels);
+    table.columnLabels = std::move(columnCodes.labels);
     return table;
 }
 
 Numbers linearizedCovariance(const Table& table,
                              const Numbers& shares,
-                             const SurveyDesign& design) {
+                             const SampledDesign& sampled) {
+    const SurveyDesign& design = sampled.design;
     const std::size_t cells = table.cellCount();
-    double sum = 0.0;
-    for (const std::size_t row : table.rows) {
-        sum += design.weights[row];
-    }
+    const double sum = design.sumOfWeights(table.rows);
     Numbers scores(design.weights.size() * cells, 0.0);
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
         const std::size_t row = table.rows[i];
@@ -103,56 +79,159 @@ Numbers linearizedCovariance(const Table& table,
             scores[row * cells + cell] = design.weights[row] / sum * (isThere - shares[cell]);
         }
     }
-    return SurveyVariance::scoreCovariance(scores, design, cells, table.rows);
+    return SurveyVariance::scoreCovariance(scores, sampled, cells, table.rows);
 }
 
-struct Variation {
-    Numbers covariance{};
-    std::int64_t replicatesWithoutEstimates = 0;
-};
-
-/// Absent where no replicate gives weight to the table.
-std::optional<Variation> variationOf(const Table& table,
-                                     const Numbers& shares,
-                                     const SurveyDesign& design) {
-    if (!design.replicateWeights) {
-        return Variation{.covariance = linearizedCovariance(table, shares, design)};
-    }
-    const ReplicateWeights& replicates = *design.replicateWeights;
+/// The shares under each replicate; absent where it gives no row weight.
+std::vector<std::optional<Numbers>> replicateShares(const Table& table,
+                                                    const ReplicateWeights& replicates) {
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(),
                 [&](std::size_t r) { estimates[r] = table.shares(replicates.weights[r]); });
-    auto covariance = SurveyVariance::replicateCovariance(estimates, replicates, shares);
-    if (!covariance) {
-        return std::nullopt;
+    return estimates;
+}
+
+/// The shares of a row's cells among the row; absent where it has no weight.
+std::optional<Numbers> withinRow(const Numbers& shares, std::size_t row, std::size_t columns) {
+    const auto first = shares.begin() + static_cast<std::ptrdiff_t>(row * columns);
+    Numbers within(first, first + static_cast<std::ptrdiff_t>(columns));
+    const double whole = std::accumulate(within.begin(), within.end(), 0.0);
+    for (double& share : within) {
+        share /= whole;
     }
-    return Variation{.covariance = std::move(*covariance),
-                     .replicatesWithoutEstimates =
-                         std::ranges::count(estimates, false, &std::optional<Numbers>::has_value)};
+    return whole > 0.0 ? std::optional(std::move(within)) : std::nullopt;
+}
+
+/// The variances of the shares r within a row, by the covariance V of all shares: of dp_j - r_j dp,
+/// over the squared share p of the row.
+Numbers linearizedWithinRow(const Numbers& shares,
+                            const Numbers& covariance,
+                            std::size_t row,
+                            std::size_t columns) {
+    // What is left where the terms cancel each other.
+    constexpr double rounding = 1e-13;
+    const std::size_t first = row * columns;
+    const Numbers within = *withinRow(shares, row, columns);
+    Numbers withWhole(columns, 0.0);
+    for (std::size_t i = 0; i < columns; ++i) {
+        for (std::size_t j = 0; j < columns; ++j) {
+            withWhole[i] += covariance[(first + i) * shares.size() + first + j];
+        }
+    }
+    const double ofWhole = std::accumulate(withWhole.begin(), withWhole.end(), 0.0);
+    const double share =
+        std::accumulate(shares.begin() + static_cast<std::ptrdiff_t>(first),
+                        shares.begin() + static_cast<std::ptrdiff_t>(first + columns), 0.0);
+    Numbers variances;
+    for (std::size_t j = 0; j < columns; ++j) {
+        const double own = covariance[(first + j) * shares.size() + first + j];
+        const double apart = own + within[j] * within[j] * ofWhole;
+        const double variance = apart - 2.0 * within[j] * withWhole[j];
+        variances.push_back(variance > rounding * apart ? variance / (share * share) : 0.0);
+    }
+    return variances;
+}
+
+/// The variances of the shares within a row under the replicates; NaN where none gives it weight.
+Numbers replicatedWithinRow(const Numbers& shares,
+                            std::span<const std::optional<Numbers>> estimates,
+                            const ReplicateWeights& replicates,
+                            std::size_t row,
+                            std::size_t columns) {
+    std::vector<std::optional<Numbers>> within;
+    for (const std::optional<Numbers>& each : estimates) {
+        within.push_back(each ? withinRow(*each, row, columns) : std::nullopt);
+    }
+    const auto covariance =
+        SurveyVariance::replicateCovariance(within, replicates, *withinRow(shares, row, columns));
+    Numbers variances(columns, std::nan(""));
+    for (std::size_t j = 0; covariance && j < columns; ++j) {
+        variances[j] = (*covariance)[j * columns + j];
+    }
+    return variances;
+}
+
+/// How the shares of the cells vary.
+struct ShareVariances {
+    /// Cells by cells.
+    Numbers covariance{};
+    /// One per cell, of its share of its row.
+    Numbers withinRows{};
+    std::int64_t replicatesWithoutEstimates = 0;
+
+    /// Absent where no replicate has the shares.
+    static std::optional<ShareVariances> of(const Table& table,
+                                            const Numbers& shares,
+                                            const SampledDesign& sampled);
+};
+
+std::optional<ShareVariances> ShareVariances::of(const Table& table,
+                                                 const Numbers& shares,
+                                                 const SampledDesign& sampled) {
+    const auto& replicates = sampled.design.replicateWeights;
+    const std::size_t columns = table.columnLabels.size();
+    std::vector<std::optional<Numbers>> estimates;
+    ShareVariances result;
+    if (replicates) {
+        estimates = replicateShares(table, *replicates);
+        auto covariance = SurveyVariance::replicateCovariance(estimates, *replicates, shares);
+        if (!covariance) {
+            return std::nullopt;
+        }
+        result.covariance = std::move(*covariance);
+        result.replicatesWithoutEstimates =
+            std::ranges::count(estimates, false, &std::optional<Numbers>::has_value);
+    } else {
+        result.covariance = linearizedCovariance(table, shares, sampled);
+    }
+    for (std::size_t row = 0; row < table.rowLabels.size(); ++row) {
+        const Numbers within =
+            replicates ? replicatedWithinRow(shares, estimates, *replicates, row, columns)
+                       : linearizedWithinRow(shares, result.covariance, row, columns);
+        result.withinRows.insert(result.withinRows.end(), within.begin(), within.end());
+    }
+    return result;
+}
+
+/// The counts of the cells.
+std::vector<std::int64_t> countsOf(const Table& table) {
+    std::vector<std::int64_t> counts(table.cellCount(), 0);
+    for (const std::size_t cell : table.cellOfRow) {
+        ++counts[cell];
+    }
+    return counts;
 }
 
 void addCells(SurveyCategoricalResult& result,
               const Table& table,
               const Numbers& shares,
-              const Numbers& covariance) {
+              const ShareVariances& variances) {
     const std::size_t columns = table.columnLabels.size();
+    const std::vector<std::int64_t> counts = countsOf(table);
     const double critical = MathDistributions::studentTCritical(
         1.0 - result.confidenceLevel, static_cast<double>(result.designDegreesOfFreedom));
     for (std::size_t cell = 0; cell < table.cellCount(); ++cell) {
         const std::size_t row = cell / columns;
-        double rowShare = 0.0;
-        for (std::size_t j = 0; j < columns; ++j) {
-            rowShare += shares[row * columns + j];
-        }
         SurveyCell each{.row = table.rowLabels[row],
                         .column = table.columnLabels[cell % columns],
-                        .count = std::ranges::count(table.cellOfRow, cell),
+                        .count = counts[cell],
                         .weightedCount = shares[cell] * result.sumOfWeights,
                         .proportion = shares[cell],
-                        .rowProportion = shares[cell] / rowShare};
-        each.standardError = std::sqrt(std::max(covariance[cell * table.cellCount() + cell], 0.0));
+                        .rowProportion = (*withinRow(shares, row, columns))[cell % columns]};
+        each.standardError =
+            std::sqrt(std::max(variances.covariance[cell * table.cellCount() + cell], 0.0));
         each.lowerBound = std::max(each.proportion - critical * each.standardError, 0.0);
         each.upperBound = std::min(each.proportion + critical * each.standardError, 1.0);
+        const auto ofRow = counts.begin() + static_cast<std::ptrdiff_t>(row * columns);
+        const bool isSingle =
+            std::accumulate(ofRow, ofRow + std::ssize(table.columnLabels), std::int64_t{0}) < 2;
+        if (!isSingle && !std::isnan(variances.withinRows[cell])) {
+            each.rowStandardError = std::sqrt(std::max(variances.withinRows[cell], 0.0));
+            each.rowLowerBound =
+                std::max(each.rowProportion - critical * each.rowStandardError, 0.0);
+            each.rowUpperBound =
+                std::min(each.rowProportion + critical * each.rowStandardError, 1.0);
+        }
         result.cells.push_back(std::move(each));
     }
 }
@@ -265,34 +344,34 @@ struct Filled {
     std::int64_t replicatesWithoutEstimates = 0;
 };
 
-Filled fill(SurveyCategoricalResult& result, const Table& table, const SurveyDesign& design) {
-    result.validN = static_cast<std::int64_t>(table.rows.size());
+Filled fill(SurveyCategoricalResult& result, const Table& table, const SampledDesign& sampled) {
+    const SurveyDesign& design = sampled.design;
+    result.validN = std::ssize(table.rows);
     result.rowLabels = table.rowLabels;
     result.columnLabels = table.columnLabels;
-    for (const std::size_t row : table.rows) {
-        result.sumOfWeights += design.weights[row];
-    }
+    result.sumOfWeights = design.sumOfWeights(table.rows);
+    result.effectiveSampleSize = design.effectiveSampleSize(table.rows);
     if (table.rowLabels.size() < 2 || table.columnLabels.size() < 2) {
         return {.obstacle = wording::tooFewCategories(result.validN)};
     }
-    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
     const Numbers shares = *table.shares(design.weights);
-    const std::optional<Variation> found = variationOf(table, shares, design);
-    if (!found) {
+    const auto variances = ShareVariances::of(table, shares, sampled);
+    if (!variances) {
         return {.obstacle = wording::noUsableReplicate()};
     }
-    if (!std::ranges::all_of(found->covariance, [](double each) { return std::isfinite(each); })) {
+    if (!std::ranges::all_of(variances->covariance,
+                             [](double each) { return std::isfinite(each); })) {
         return {.obstacle = wording::beyondNumbers()};
     }
-    addCells(result, table, shares, found->covariance);
-    return {.obstacle = addTest(result, table, shares, found->covariance),
-            .replicatesWithoutEstimates = found->replicatesWithoutEstimates};
+    addCells(result, table, shares, *variances);
+    return {.obstacle = addTest(result, table, shares, variances->covariance),
+            .replicatesWithoutEstimates = variances->replicatesWithoutEstimates};
 }
 
-Issues cautions(const SurveyCategoricalResult& result, const SurveyDesign& design) {
-    constexpr std::int64_t fewDegreesOfFreedom = 15;
+Issues cautions(const SurveyCategoricalResult& result, const SampledDesign& sampled) {
     constexpr std::int64_t fewCases = 5;
-    Issues issues = design.readinessIssues();
+    Issues issues = sampled.readinessIssues;
     const auto cautionIf = [&issues](bool holds, std::string message) {
         if (holds) {
             issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
@@ -300,7 +379,7 @@ Issues cautions(const SurveyCategoricalResult& result, const SurveyDesign& desig
     };
     const auto thin = std::ranges::count_if(
         result.cells, [](const SurveyCell& cell) { return cell.count < fewCases; });
-    cautionIf(result.designDegreesOfFreedom < fewDegreesOfFreedom,
+    cautionIf(result.designDegreesOfFreedom < SurveyVariance::fewDegreesOfFreedom,
               wording::fewDegreesOfFreedom(result.designDegreesOfFreedom));
     cautionIf(thin > 0, wording::thinCells(thin));
     cautionIf(result.totalN > result.validN, wording::rowsDropped(result.totalN - result.validN));
@@ -330,10 +409,11 @@ SurveyCategoricalResult test(const TextColumn& rows,
         }
     }
     if (issues.empty()) {
-        if (Filled filled = fill(result, tableOf(rows, columns, design), design); filled.obstacle) {
+        const SampledDesign sampled = SampledDesign::of(design);
+        if (Filled filled = fill(result, tableOf(rows, columns), sampled); filled.obstacle) {
             issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
         } else {
-            issues = cautions(result, design);
+            issues = cautions(result, sampled);
             if (filled.replicatesWithoutEstimates > 0) {
                 issues.push_back(AnalysisReadinessIssue::caution(
                     wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));

@@ -3,6 +3,7 @@
 #include <boost/describe/class.hpp>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,12 @@ struct SurveyCell {
     double standardError = 0.0;
     double lowerBound = 0.0;
     double upperBound = 0.0;
-    /// Of the row.
+    /// Of the row, in the same way; no error is had of a row of a single case or without weight in
+    /// any replicate.
     double rowProportion = 0.0;
+    double rowStandardError = std::numeric_limits<double>::quiet_NaN();
+    double rowLowerBound = std::numeric_limits<double>::quiet_NaN();
+    double rowUpperBound = std::numeric_limits<double>::quiet_NaN();
 
     bool operator==(const SurveyCell&) const = default;
 };
@@ -38,7 +43,10 @@ BOOST_DESCRIBE_STRUCT(SurveyCell,
                        standardError,
                        lowerBound,
                        upperBound,
-                       rowProportion))
+                       rowProportion,
+                       rowStandardError,
+                       rowLowerBound,
+                       rowUpperBound))
 
 /// Whether two categorical variables hang together in the population.
 struct SurveyCategoricalResult {
@@ -64,6 +72,8 @@ struct SurveyCategoricalResult {
     double confidenceLevel = 0.95;
     DesignVarianceMethod varianceMethod = DesignVarianceMethod::naiveWeighted;
     double sumOfWeights = 0.0;
+    /// Cases of equal weight that would tell as much (Kish).
+    std::optional<double> effectiveSampleSize{};
     std::int64_t validN = 0;
     std::int64_t totalN = 0;
     AnalysisReadiness readiness{};
@@ -89,6 +99,7 @@ BOOST_DESCRIBE_STRUCT(SurveyCategoricalResult,
                        confidenceLevel,
                        varianceMethod,
                        sumOfWeights,
+                       effectiveSampleSize,
                        validN,
                        totalN,
                        readiness))
@@ -100,7 +111,9 @@ namespace SurveyCategorical {
 /// Input      columns of one entry per row of the design; rows with a missing label do not count
 /// Method     the covariance of the cells' shares by linearization or replicates; from it the
 ///            generalized design effects D of the contrasts of rows with columns. F = chi-square /
-///            tr D on d and d times the design's degrees of freedom, d = (tr D)^2 / tr D^2
+///            tr D on d and d times the design's degrees of freedom, d = (tr D)^2 / tr D^2. A share
+///            of its row is a ratio of two of these shares, with an error by linearization of it
+///            or by the ratio under each replicate
 /// Failure    a structural error of the design, columns of another length, a variable with fewer
 ///            than two categories, contrasts that no weight supports, a design that gives the cells
 ///            no variance, a replicate weight that is missing -> blocked; the cells stand where

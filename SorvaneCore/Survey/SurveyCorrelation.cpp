@@ -96,7 +96,8 @@ struct Moments {
     bool areNumbers() const { return std::isfinite(xx) && std::isfinite(yy) && std::isfinite(r()); }
 };
 
-double linearizedVariance(const Pairs& pairs, const Moments& m, const SurveyDesign& design) {
+double linearizedVariance(const Pairs& pairs, const Moments& m, const SampledDesign& sampled) {
+    const SurveyDesign& design = sampled.design;
     Numbers scores(design.weights.size(), 0.0);
     for (std::size_t i = 0; i < pairs.rows.size(); ++i) {
         const double zx = (pairs.x[i] - m.meanX) / std::sqrt(m.xx);
@@ -104,7 +105,7 @@ double linearizedVariance(const Pairs& pairs, const Moments& m, const SurveyDesi
         scores[pairs.rows[i]] =
             design.weights[pairs.rows[i]] / m.sum * (zx * zy - 0.5 * m.r() * (zx * zx + zy * zy));
     }
-    return SurveyVariance::scoreCovariance(scores, design, 1, pairs.rows).front();
+    return SurveyVariance::scoreCovariance(scores, sampled, 1, pairs.rows).front();
 }
 
 struct Variation {
@@ -115,11 +116,11 @@ struct Variation {
 /// Absent where no replicate has an estimate.
 std::optional<Variation> variationOf(const Pairs& pairs,
                                      const Moments& m,
-                                     const SurveyDesign& design) {
-    if (!design.replicateWeights) {
-        return Variation{.variance = linearizedVariance(pairs, m, design)};
+                                     const SampledDesign& sampled) {
+    if (!sampled.design.replicateWeights) {
+        return Variation{.variance = linearizedVariance(pairs, m, sampled)};
     }
-    const auto& replicates = *design.replicateWeights;
+    const auto& replicates = *sampled.design.replicateWeights;
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
         const Moments each = Moments::of(pairs, replicates.weights[r]);
@@ -139,10 +140,9 @@ std::optional<Variation> variationOf(const Pairs& pairs,
 }
 
 void addInference(SurveyCorrelationResult& result, double variance) {
-    // Values on a line leave some rounding about 0.
-    constexpr double rounding = 1e-24;
+    // Values on a line leave some rounding about 0, against an r of about 1.
     const auto df = static_cast<double>(result.designDegreesOfFreedom);
-    result.standardError = variance > rounding ? std::sqrt(variance) : 0.0;
+    result.standardError = variance > SurveyVariance::roundingOfSums ? std::sqrt(variance) : 0.0;
     if (result.standardError == 0.0) {
         return;
     }
@@ -160,9 +160,11 @@ struct Filled {
     std::int64_t replicatesWithoutEstimates = 0;
 };
 
-Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SurveyDesign& design) {
+Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDesign& sampled) {
     constexpr std::int64_t fewestRows = 3;
-    result.validN = static_cast<std::int64_t>(pairs.rows.size());
+    const SurveyDesign& design = sampled.design;
+    result.validN = std::ssize(pairs.rows);
+    result.effectiveSampleSize = design.effectiveSampleSize(pairs.rows);
     if (result.validN < fewestRows) {
         return {.obstacle = wording::tooFewPairs(result.validN)};
     }
@@ -171,7 +173,7 @@ Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SurveyDes
     }
     const Moments m = Moments::of(pairs, design.weights);
     result.sumOfWeights = m.sum;
-    const std::optional<Variation> found = variationOf(pairs, m, design);
+    const std::optional<Variation> found = variationOf(pairs, m, sampled);
     if (!found) {
         return {.obstacle = wording::noUsableReplicate()};
     }
@@ -183,7 +185,7 @@ Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SurveyDes
     result.covariance = m.xy * n / (n - 1.0);
     result.xVariance = m.xx * n / (n - 1.0);
     result.yVariance = m.yy * n / (n - 1.0);
-    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
     addInference(result, found->variance);
     return {.replicatesWithoutEstimates = found->replicatesWithoutEstimates};
 }
@@ -202,36 +204,42 @@ Issues structuralIssues(const SurveyDesign& design, std::initializer_list<std::s
     return issues;
 }
 
-}  // namespace
+Issues cautions(const SurveyCorrelationResult& result, const SampledDesign& sampled) {
+    Issues issues = sampled.readinessIssues;
+    const auto cautionIf = [&issues](bool holds, std::string message) {
+        if (holds) {
+            issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
+        }
+    };
+    cautionIf(result.designDegreesOfFreedom < SurveyVariance::fewDegreesOfFreedom,
+              wording::fewDegreesOfFreedom(result.designDegreesOfFreedom));
+    cautionIf(result.standardError == 0.0, wording::zeroErrors());
+    cautionIf(result.totalN > result.validN, wording::rowsDropped(result.totalN - result.validN));
+    return issues;
+}
 
-SurveyCorrelationResult pearson(const NumericColumn& x,
-                                const NumericColumn& y,
-                                const SurveyDesign& design,
-                                const std::string& xName,
-                                const std::string& yName) {
-    constexpr std::int64_t fewDegreesOfFreedom = 15;
-    SurveyCorrelationResult result{.xName = xName,
-                                   .yName = yName,
-                                   .confidenceLevel = design.confidenceLevel,
-                                   .varianceMethod = WeightedEstimators::varianceMethod(design),
-                                   .totalN = design.observationCount()};
-    Issues issues = structuralIssues(design, {x.size(), y.size()});
+/// A pair before anything is computed of it.
+SurveyCorrelationResult start(const std::string& xName,
+                              const std::string& yName,
+                              const SurveyDesign& design) {
+    return {.xName = xName,
+            .yName = yName,
+            .confidenceLevel = design.confidenceLevel,
+            .varianceMethod = WeightedEstimators::varianceMethod(design),
+            .totalN = design.observationCount()};
+}
+
+/// Input      columns of one entry per row of the design
+void correlate(SurveyCorrelationResult& result,
+               const NumericColumn& x,
+               const NumericColumn& y,
+               const SampledDesign& sampled) {
+    Issues issues = structuralIssues(sampled.design, {x.size(), y.size()});
     if (issues.empty()) {
-        if (Filled filled = fill(result, pairsOf(x, y, design), design); filled.obstacle) {
+        if (Filled filled = fill(result, pairsOf(x, y, sampled.design), sampled); filled.obstacle) {
             issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
         } else {
-            issues = design.readinessIssues();
-            if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
-                issues.push_back(AnalysisReadinessIssue::caution(
-                    wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
-            }
-            if (result.standardError == 0.0) {
-                issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
-            }
-            if (result.totalN > result.validN) {
-                issues.push_back(AnalysisReadinessIssue::caution(
-                    wording::rowsDropped(result.totalN - result.validN)));
-            }
+            issues = cautions(result, sampled);
             if (filled.replicatesWithoutEstimates > 0) {
                 issues.push_back(AnalysisReadinessIssue::caution(
                     wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));
@@ -240,19 +248,38 @@ SurveyCorrelationResult pearson(const NumericColumn& x,
     }
     result.readiness = AnalysisReadiness::of(std::string(wording::pairMinimumRequired),
                                              result.totalN, result.validN, std::move(issues));
+}
+
+}  // namespace
+
+SurveyCorrelationResult pearson(const NumericColumn& x,
+                                const NumericColumn& y,
+                                const SurveyDesign& design,
+                                const std::string& xName,
+                                const std::string& yName) {
+    SurveyCorrelationResult result = start(xName, yName, design);
+    correlate(result, x, y, SampledDesign::of(design));
     return result;
 }
 
-std::optional<std::vector<SurveyCorrelationResult>> matrix(std::span<const NumericColumn> variables,
-                                                           const SurveyDesign& design,
-                                                           std::span<const std::string> names) {
+std::optional<std::vector<SurveyCorrelationResult>> matrix(
+    std::span<const NumericColumn> variables,
+    const SurveyDesign& design,
+    std::span<const std::string> names,
+    const std::function<void(double)>& progress) {
     if (names.size() != variables.size()) {
         return std::nullopt;
     }
+    const SampledDesign sampled = SampledDesign::of(design);
+    const auto pairs = static_cast<double>(names.size() * (names.size() - 1)) / 2.0;
     std::vector<SurveyCorrelationResult> result;
     for (std::size_t i = 0; i < variables.size(); ++i) {
         for (std::size_t j = i + 1; j < variables.size(); ++j) {
-            result.push_back(pearson(variables[i], variables[j], design, names[i], names[j]));
+            result.push_back(start(names[i], names[j], design));
+            correlate(result.back(), variables[i], variables[j], sampled);
+            if (progress) {
+                progress(static_cast<double>(result.size()) / pairs);
+            }
         }
     }
     return result;

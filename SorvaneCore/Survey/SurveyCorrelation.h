@@ -2,6 +2,7 @@
 
 #include <boost/describe/class.hpp>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <span>
@@ -30,6 +31,8 @@ struct SurveyCorrelationResult {
     std::int64_t designDegreesOfFreedom = 1;
     DesignVarianceMethod varianceMethod = DesignVarianceMethod::naiveWeighted;
     double sumOfWeights = 0.0;
+    /// Cases of equal weight that would tell as much (Kish).
+    std::optional<double> effectiveSampleSize{};
     std::int64_t validN = 0;
     std::int64_t totalN = 0;
     AnalysisReadiness readiness{};
@@ -53,6 +56,7 @@ BOOST_DESCRIBE_STRUCT(SurveyCorrelationResult,
                        designDegreesOfFreedom,
                        varianceMethod,
                        sumOfWeights,
+                       effectiveSampleSize,
                        validN,
                        totalN,
                        readiness))
@@ -78,10 +82,13 @@ SurveyCorrelationResult pearson(const NumericColumn& x,
 
 /// Every pair of the variables, (0, 1), (0, 2), ..., each on the rows that hold both.
 ///
+/// Input      `progress`: told after each pair which share of them is done
 /// Failure    names that do not match -> absent
-std::optional<std::vector<SurveyCorrelationResult>> matrix(std::span<const NumericColumn> variables,
-                                                           const SurveyDesign& design,
-                                                           std::span<const std::string> names);
+std::optional<std::vector<SurveyCorrelationResult>> matrix(
+    std::span<const NumericColumn> variables,
+    const SurveyDesign& design,
+    std::span<const std::string> names,
+    const std::function<void(double)>& progress = {});
 
 }  // namespace SurveyCorrelation
 

@@ -67,6 +67,58 @@ void checkReplicates(const ReplicateWeights& replicates,
     }
 }
 
+/// Of a design whose units are counted.
+std::int64_t degreesOfFreedom(const SurveyDesign& design, const SampledUnits& units) {
+    const auto& replicates = design.replicateWeights;
+    if (replicates && !design.strata && !design.clusters) {
+        return std::max<std::int64_t>(std::ssize(replicates->weights), 2) - 1;
+    }
+    return std::max<std::int64_t>(
+        std::ssize(units.stratumOfUnit) - static_cast<std::int64_t>(units.stratumCount), 1);
+}
+
+std::vector<std::string> singleUnitStrata(const SurveyDesign& design, const SampledUnits& units) {
+    const std::vector<std::int64_t> counts = units.unitsPerStratum();
+    std::vector<std::string> names;
+    std::vector<bool> isNamed(counts.size(), false);
+    for (std::size_t row = 0; row < units.stratumOfRow.size(); ++row) {
+        const std::uint32_t stratum = units.stratumOfRow[row];
+        if (counts[stratum] == 1 && !isNamed[stratum]) {
+            isNamed[stratum] = true;
+            names.emplace_back(describes(design.strata, design.weights.size())
+                                   ? (*design.strata)[row]
+                                   : onlyStratum);
+        }
+    }
+    return names;
+}
+
+std::vector<AnalysisReadinessIssue> issuesOf(const SurveyDesign& design,
+                                             const SampledUnits& units) {
+    std::vector<AnalysisReadinessIssue> issues;
+    const auto caution = [&issues](std::string message) {
+        issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
+    };
+    if (!design.replicateWeights && !design.strata && !design.clusters) {
+        caution(
+            "No strata or clusters were supplied. Standard errors assume simple random sampling "
+            "with weights; supply strata and cluster (PSU) ids for design-based variance.");
+    } else if (!design.replicateWeights && !design.strata) {
+        caution("No strata were supplied; the sample is treated as a single stratum.");
+    } else if (!design.replicateWeights && !design.clusters) {
+        caution(
+            "No clusters (PSUs) were supplied; sampling is treated as element level within "
+            "strata.");
+    }
+    const std::size_t single = singleUnitStrata(design, units).size();
+    if (single > 0) {
+        caution(NumberText::integer(static_cast<std::int64_t>(single)) +
+                " stratum/strata contain a single sampled PSU; those strata contribute no "
+                "between-PSU variance and may understate the standard error.");
+    }
+    return issues;
+}
+
 }  // namespace
 
 std::string_view displayName(ReplicateType type) {
@@ -131,15 +183,7 @@ std::int64_t SurveyDesign::sampledPSUCount() const {
 }
 
 std::int64_t SurveyDesign::designDegreesOfFreedom() const {
-    if (replicateWeights && !strata && !clusters) {
-        return std::max<std::int64_t>(static_cast<std::int64_t>(replicateWeights->weights.size()),
-                                      2) -
-               1;
-    }
-    const SampledUnits units = SampledUnits::of(*this);
-    return std::max<std::int64_t>(static_cast<std::int64_t>(units.stratumOfUnit.size()) -
-                                      static_cast<std::int64_t>(units.stratumCount),
-                                  1);
+    return degreesOfFreedom(*this, SampledUnits::of(*this));
 }
 
 std::vector<std::uint32_t> SurveyDesign::resolvedClusters() const {
@@ -147,18 +191,24 @@ std::vector<std::uint32_t> SurveyDesign::resolvedClusters() const {
 }
 
 std::vector<std::string> SurveyDesign::singlePSUStrata() const {
-    const SampledUnits units = SampledUnits::of(*this);
-    const std::vector<std::int64_t> counts = units.unitsPerStratum();
-    std::vector<std::string> names;
-    std::vector<bool> isNamed(counts.size(), false);
-    for (std::size_t row = 0; row < weights.size(); ++row) {
-        const std::uint32_t stratum = units.stratumOfRow[row];
-        if (counts[stratum] == 1 && !isNamed[stratum]) {
-            isNamed[stratum] = true;
-            names.emplace_back(describes(strata, weights.size()) ? (*strata)[row] : onlyStratum);
-        }
+    return singleUnitStrata(*this, SampledUnits::of(*this));
+}
+
+double SurveyDesign::sumOfWeights(std::span<const std::size_t> rows) const {
+    double sum = 0.0;
+    for (const std::size_t row : rows) {
+        sum += weights[row];
     }
-    return names;
+    return sum;
+}
+
+std::optional<double> SurveyDesign::effectiveSampleSize(std::span<const std::size_t> rows) const {
+    const double sum = sumOfWeights(rows);
+    double squares = 0.0;
+    for (const std::size_t row : rows) {
+        squares += weights[row] * weights[row];
+    }
+    return squares > 0.0 ? std::optional(sum * sum / squares) : std::nullopt;
 }
 
 std::vector<std::string> SurveyDesign::structuralErrors() const {
@@ -192,28 +242,14 @@ std::vector<std::string> SurveyDesign::structuralErrors() const {
 }
 
 std::vector<AnalysisReadinessIssue> SurveyDesign::readinessIssues() const {
-    std::vector<AnalysisReadinessIssue> issues;
-    const auto caution = [&issues](std::string message) {
-        issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
-    };
-    if (!replicateWeights && !strata && !clusters) {
-        caution(
-            "No strata or clusters were supplied. Standard errors assume simple random sampling "
-            "with weights; supply strata and cluster (PSU) ids for design-based variance.");
-    } else if (!replicateWeights && !strata) {
-        caution("No strata were supplied; the sample is treated as a single stratum.");
-    } else if (!replicateWeights && !clusters) {
-        caution(
-            "No clusters (PSUs) were supplied; sampling is treated as element level within "
-            "strata.");
-    }
-    const std::size_t single = singlePSUStrata().size();
-    if (single > 0) {
-        caution(NumberText::integer(static_cast<std::int64_t>(single)) +
-                " stratum/strata contain a single sampled PSU; those strata contribute no "
-                "between-PSU variance and may understate the standard error.");
-    }
-    return issues;
+    return issuesOf(*this, SampledUnits::of(*this));
+}
+
+SampledDesign SampledDesign::of(const SurveyDesign& design) {
+    SampledDesign sampled{.design = design, .units = SampledUnits::of(design)};
+    sampled.degreesOfFreedom = sorvane::degreesOfFreedom(design, sampled.units);
+    sampled.readinessIssues = issuesOf(design, sampled.units);
+    return sampled;
 }
 
 }  // namespace sorvane

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,6 +56,10 @@ struct SurveyDesign {
     std::vector<std::uint32_t> resolvedClusters() const;
     /// The strata that hold one primary sampling unit, in order of first appearance.
     std::vector<std::string> singlePSUStrata() const;
+    double sumOfWeights(std::span<const std::size_t> rows) const;
+    /// Cases of equal weight that would tell as much as these rows (Kish): the squared sum of the
+    /// weights over the sum of their squares; absent without weight.
+    std::optional<double> effectiveSampleSize(std::span<const std::size_t> rows) const;
 
     /// What stops every analysis of the sample, in full sentences; none for a sound design.
     std::vector<std::string> structuralErrors() const;
@@ -76,6 +81,18 @@ struct SampledUnits {
     static SampledUnits of(const SurveyDesign& design);
 
     std::vector<std::int64_t> unitsPerStratum() const;
+};
+
+/// A design with what is counted of its rows, once for all that is estimated under it.
+struct SampledDesign {
+    const SurveyDesign& design;
+    SampledUnits units;
+    std::int64_t degreesOfFreedom = 1;
+    std::vector<AnalysisReadinessIssue> readinessIssues;
+
+    /// Input      a design that outlives what is given
+    /// Cost       O(rows)
+    static SampledDesign of(const SurveyDesign& design);
 };
 
 }  // namespace sorvane

@@ -122,6 +122,9 @@ std::optional<SurveyModelResult> fit(SurveyModelKind kind,
         SurveyModels::block(*result, SurveyWording::constantOutcome(kind));
         return result;
     }
+    if (kind == SurveyModelKind::logistic) {
+        result->events = std::ranges::count(frame.outcome, 1.0);
+    }
     SurveyModels::finish(
         *result, frame,
         {.kind = kind,

@@ -71,6 +71,12 @@ struct SurveyModelResult {
     double confidenceLevel = 0.95;
     DesignVarianceMethod varianceMethod = DesignVarianceMethod::naiveWeighted;
     double sumOfWeights = 0.0;
+    /// Cases of equal weight that would tell as much (Kish).
+    std::optional<double> effectiveSampleSize{};
+    /// Standard deviations of the predictors in the population.
+    std::vector<double> predictorDeviations{};
+    /// Rows with a 1, of logistic models.
+    std::optional<std::int64_t> events{};
     std::int64_t validN = 0;
     std::int64_t totalN = 0;
     std::int64_t predictorCount = 0;
@@ -97,6 +103,9 @@ BOOST_DESCRIBE_STRUCT(SurveyModelResult,
                        confidenceLevel,
                        varianceMethod,
                        sumOfWeights,
+                       effectiveSampleSize,
+                       predictorDeviations,
+                       events,
                        validN,
                        totalN,
                        predictorCount,

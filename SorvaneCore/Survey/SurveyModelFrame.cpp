@@ -75,6 +75,7 @@ void dropRounding(Estimated& all, const SurveyModelFrame& frame) {
 }
 
 Numbers linearizedCovariance(const SurveyModelFrame& frame,
+                             const SampledDesign& sampled,
                              const SurveyModelMethod& method,
                              const SurveyModelEstimates& fit) {
     const std::size_t p = fit.parameters.size();
@@ -88,7 +89,7 @@ Numbers linearizedCovariance(const SurveyModelFrame& frame,
         }
     }
     return SurveyVariance::sandwich(
-        fit.bread, SurveyVariance::scoreCovariance(scores, frame.design, p, frame.activeRows), p);
+        fit.bread, SurveyVariance::scoreCovariance(scores, sampled, p, frame.activeRows), p);
 }
 
 /// The estimates under each replicate weight; absent where a fit has none.
@@ -186,13 +187,13 @@ void addCoefficients(SurveyModelResult& result,
     }
 }
 
-Issues cautions(const SurveyModelResult& result, const SurveyDesign& design) {
-    constexpr std::int64_t fewDegreesOfFreedom = 15;
-    Issues issues = design.readinessIssues();
+Issues cautions(const SurveyModelResult& result, const SampledDesign& sampled) {
+    constexpr std::int64_t enoughEventsPerPredictor = 10;
+    Issues issues = sampled.readinessIssues;
     if (result.degreesOfFreedom < 1) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::noDegreesOfFreedom(result.predictorCount, result.designDegreesOfFreedom)));
-    } else if (result.degreesOfFreedom < fewDegreesOfFreedom) {
+    } else if (result.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::fewTestDegreesOfFreedom(result.degreesOfFreedom)));
     }
@@ -202,11 +203,37 @@ Issues cautions(const SurveyModelResult& result, const SurveyDesign& design) {
     if (hasNoVariance) {
         issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
     }
+    const std::int64_t rarer =
+        std::min(result.events.value_or(0), result.validN - result.events.value_or(0));
+    if (result.events && rarer < enoughEventsPerPredictor * result.predictorCount) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::fewEvents(rarer, result.predictorCount)));
+    }
     if (result.totalN > result.validN) {
         issues.push_back(
             AnalysisReadinessIssue::caution(wording::rowsDropped(result.totalN - result.validN)));
     }
     return issues;
+}
+
+/// The standard deviations of the predictors by the weights.
+Numbers weightedDeviations(const SurveyModelFrame& frame) {
+    const Numbers weights = frame.scaledWeights(frame.design.weights);
+    const auto n = static_cast<double>(frame.rows());
+    Numbers deviations;
+    for (std::size_t j = 1; j < frame.cols; ++j) {
+        double mean = 0.0;
+        for (std::size_t i = 0; i < frame.rows(); ++i) {
+            mean += weights[i] * frame.row(i)[j] / n;
+        }
+        double squares = 0.0;
+        for (std::size_t i = 0; i < frame.rows(); ++i) {
+            const double deviation = frame.row(i)[j] - mean;
+            squares += weights[i] * deviation * deviation;
+        }
+        deviations.push_back(frame.deviations[j - 1] * std::sqrt(squares / n));
+    }
+    return deviations;
 }
 
 AnalysisReadiness readiness(const SurveyModelResult& result, Issues issues) {
@@ -241,7 +268,6 @@ SurveyModelFrame SurveyModelFrame::of(const NumericColumn& outcome,
             design.weights[row] > 0.0) {
             frame.activeRows.push_back(row);
             frame.outcome.push_back(*outcome[row]);
-            frame.weights.push_back(design.weights[row]);
         }
     }
     const std::size_t n = frame.rows();
@@ -309,9 +335,8 @@ void block(SurveyModelResult& result, std::string message) {
 
 bool passes(SurveyModelResult& result, const SurveyModelFrame& frame, std::size_t parameters) {
     result.validN = static_cast<std::int64_t>(frame.rows());
-    for (const double weight : frame.weights) {
-        result.sumOfWeights += weight;
-    }
+    result.sumOfWeights = frame.design.sumOfWeights(frame.activeRows);
+    result.effectiveSampleSize = frame.design.effectiveSampleSize(frame.activeRows);
     if (frame.rows() <= parameters) {
         block(result,
               wording::tooFewRowsForModel(result.validN, static_cast<std::int64_t>(parameters)));
@@ -331,6 +356,7 @@ void finish(SurveyModelResult& result,
         block(result, wording::noEstimates(method.kind));
         return;
     }
+    const SampledDesign sampled = SampledDesign::of(design);
     std::int64_t withoutEstimates = 0;
     std::optional<Numbers> covariance;
     if (design.replicateWeights) {
@@ -339,7 +365,7 @@ void finish(SurveyModelResult& result,
         covariance = SurveyVariance::replicateCovariance(estimates, *design.replicateWeights,
                                                          fit->parameters);
     } else {
-        covariance = linearizedCovariance(frame, method, *fit);
+        covariance = linearizedCovariance(frame, sampled, method, *fit);
     }
     if (!covariance) {
         block(result, wording::noUsableReplicate());
@@ -354,11 +380,12 @@ void finish(SurveyModelResult& result,
     }
     dropRounding(all, frame);
     result.iterations = fit->iterations;
-    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
     addCoefficients(result, all, method, options);
     addWaldTest(result, all, method.leading);
-    Issues issues = cautions(result, design);
+    result.predictorDeviations = weightedDeviations(frame);
+    Issues issues = cautions(result, sampled);
     if (withoutEstimates > 0) {
         issues.push_back(
             AnalysisReadinessIssue::caution(wording::replicatesWithoutEstimates(withoutEstimates)));

@@ -25,8 +25,6 @@ struct SurveyModelFrame {
     std::size_t cols = 1;
     std::vector<double> means{};
     std::vector<double> deviations{};
-    /// Of the active rows.
-    std::vector<double> weights{};
     /// No predictor is constant or a sum of others.
     bool hasFullRank = false;
 

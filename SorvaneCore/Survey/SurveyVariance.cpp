@@ -21,10 +21,11 @@ struct UnitSums {
 };
 
 UnitSums unitSums(std::span<const double> u,
-                  const SurveyDesign& design,
-                  const SampledUnits& units,
+                  const SampledDesign& sampled,
                   std::size_t p,
                   std::span<const std::size_t> activeRows) {
+    const SampledUnits& units = sampled.units;
+    const auto& fpc = sampled.design.fpc;
     UnitSums result{.sums = std::vector<double>(units.stratumOfUnit.size() * p, 0.0),
                     .isActive = std::vector<bool>(units.stratumOfUnit.size(), false),
                     .activeUnits = std::vector<double>(units.stratumCount, 0.0),
@@ -36,8 +37,8 @@ UnitSums unitSums(std::span<const double> u,
             result.isActive[unit] = true;
             result.activeUnits[stratum] += 1.0;
         }
-        if (design.fpc && result.populationUnits[stratum] == 0.0) {
-            result.populationUnits[stratum] = (*design.fpc)[row];
+        if (fpc && result.populationUnits[stratum] == 0.0) {
+            result.populationUnits[stratum] = (*fpc)[row];
         }
         for (std::size_t j = 0; j < p; ++j) {
             result.sums[unit * p + j] += u[row * p + j];
@@ -81,18 +82,17 @@ std::vector<double> scoreCovariance(std::span<const double> u,
                                     std::size_t p) {
     std::vector<std::size_t> rows(design.weights.size());
     std::iota(rows.begin(), rows.end(), std::size_t{0});
-    return scoreCovariance(u, design, p, rows);
+    return scoreCovariance(u, SampledDesign::of(design), p, rows);
 }
 
 std::vector<double> scoreCovariance(std::span<const double> u,
-                                    const SurveyDesign& design,
+                                    const SampledDesign& sampled,
                                     std::size_t p,
                                     std::span<const std::size_t> activeRows) {
-    const SampledUnits sampled = SampledUnits::of(design);
-    const UnitSums units = unitSums(u, design, sampled, p, activeRows);
-    std::vector<double> means(sampled.stratumCount * p, 0.0);
+    const UnitSums units = unitSums(u, sampled, p, activeRows);
+    std::vector<double> means(sampled.units.stratumCount * p, 0.0);
     for (std::size_t unit = 0; unit < units.isActive.size(); ++unit) {
-        const std::size_t stratum = sampled.stratumOfUnit[unit];
+        const std::size_t stratum = sampled.units.stratumOfUnit[unit];
         for (std::size_t j = 0; units.isActive[unit] && j < p; ++j) {
             means[stratum * p + j] += units.sums[unit * p + j] / units.activeUnits[stratum];
         }
@@ -101,7 +101,7 @@ std::vector<double> scoreCovariance(std::span<const double> u,
     std::vector<double> covariance(p * p, 0.0);
     std::vector<double> deviation(p);
     for (std::size_t unit = 0; unit < units.isActive.size(); ++unit) {
-        const std::size_t stratum = sampled.stratumOfUnit[unit];
+        const std::size_t stratum = sampled.units.stratumOfUnit[unit];
         if (!units.isActive[unit] || factors[stratum] == 0.0) {
             continue;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -9,6 +10,11 @@
 
 /// How totals over a sample vary from one sample of the design to the next.
 namespace sorvane::SurveyVariance {
+
+/// Below, tests and intervals say little, and the reader is told.
+inline constexpr std::int64_t fewDegreesOfFreedom = 15;
+/// A variance that is a smaller part of the squared estimate comes of the sums' last digits.
+inline constexpr double roundingOfSums = 1e-24;
 
 /// The covariance of the summed score vectors.
 ///
@@ -27,7 +33,7 @@ std::vector<double> scoreCovariance(std::span<const double> u,
 
 /// The same over some of the rows. Only units with such a row count.
 std::vector<double> scoreCovariance(std::span<const double> u,
-                                    const SurveyDesign& design,
+                                    const SampledDesign& sampled,
                                     std::size_t p,
                                     std::span<const std::size_t> activeRows);
 

@@ -136,6 +136,13 @@ std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF) {
            " predictor(s), so nothing can be tested. Use fewer predictors.";
 }
 
+std::string fewEvents(std::int64_t rarer, std::int64_t predictors) {
+    return "The rarer outcome has " + NumberText::integer(rarer) + " cases for " +
+           NumberText::integer(predictors) +
+           " predictor(s). With fewer than 10 for each, odds ratios tend to be too far from 1 and "
+           "their intervals too narrow.";
+}
+
 std::string zeroErrors() {
     return "A standard error is zero, as the design compares no PSUs, holds all those of the "
            "population, or the values fit without scatter. It cannot be tested; it does not make "

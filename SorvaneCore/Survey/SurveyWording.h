@@ -40,6 +40,7 @@ std::string constantOutcome(SurveyModelKind kind);
 std::string tooFewLevels(std::int64_t levels);
 std::string fewTestDegreesOfFreedom(std::int64_t df);
 std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF);
+std::string fewEvents(std::int64_t rarer, std::int64_t predictors);
 std::string zeroErrors();
 std::string replicatesWithoutEstimates(std::int64_t replicates);
 std::string tooFewPairs(std::int64_t validN);

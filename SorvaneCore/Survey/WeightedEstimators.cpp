@@ -1,12 +1,13 @@
 #include "SorvaneCore/Survey/WeightedEstimators.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <set>
+#include <memory>
 #include <utility>
 
-#include "SorvaneCore/Dataset/LabelOrder.h"
-#include "SorvaneCore/Dataset/MissingValue.h"
+#include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
@@ -19,17 +20,17 @@ namespace {
 namespace wording = SurveyWording;
 using Issues = std::vector<AnalysisReadinessIssue>;
 
-constexpr std::int64_t fewDegreesOfFreedom = 15;
+using SurveyVariance::fewDegreesOfFreedom;
+using SurveyVariance::roundingOfSums;
+
 /// A variance that is a smaller part of that of the scores comes of scores that cancel.
 constexpr double roundingOfScores = 1e-28;
-/// One that is a smaller part of the squared estimate comes of the sums' last digits.
-constexpr double roundingOfSums = 1e-24;
 
 /// A total of y, or a ratio of the totals of y and x.
 struct Sample {
     WeightedEstimand estimand = WeightedEstimand::mean;
-    /// Rows that hold all values and a positive weight, of every group.
-    std::vector<std::size_t> activeRows;
+    /// Rows that hold all values and a positive weight, of every group, which share them.
+    std::shared_ptr<const std::vector<std::size_t>> activeRows;
     /// Those of the group, with an entry of `y` and `x` each.
     std::vector<std::size_t> rows;
     std::vector<double> y;
@@ -66,27 +67,13 @@ Sample sampleOf(WeightedEstimand estimand,
     Sample sample{.estimand = estimand, .activeRows = {}, .rows = {}, .y = {}, .x = {}};
     for (std::size_t row = 0; row < y.size(); ++row) {
         if (isUsable(y[row]) && (!x || isUsable((*x)[row])) && design.weights[row] > 0.0) {
-            sample.activeRows.push_back(row);
+            sample.rows.push_back(row);
             sample.y.push_back(*y[row]);
             sample.x.push_back(x ? *(*x)[row] : 1.0);
         }
     }
-    sample.rows = sample.activeRows;
+    sample.activeRows = std::make_shared<const std::vector<std::size_t>>(sample.rows);
     return sample;
-}
-
-/// The sample with only those of its rows that belong to a group.
-Sample restricted(const Sample& whole, const std::vector<bool>& belongs) {
-    Sample part{
-        .estimand = whole.estimand, .activeRows = whole.activeRows, .rows = {}, .y = {}, .x = {}};
-    for (std::size_t i = 0; i < whole.rows.size(); ++i) {
-        if (belongs[whole.rows[i]]) {
-            part.rows.push_back(whole.rows[i]);
-            part.y.push_back(whole.y[i]);
-            part.x.push_back(whole.x[i]);
-        }
-    }
-    return part;
 }
 
 /// One per row of the sample: how much it adds to the estimate's deviation.
@@ -104,12 +91,12 @@ std::vector<double> linearizedScores(const Sample& sample,
 
 double linearizedVariance(const Sample& sample,
                           const std::vector<double>& scores,
-                          const SurveyDesign& design) {
-    std::vector<double> ofRow(design.weights.size(), 0.0);
+                          const SampledDesign& sampled) {
+    std::vector<double> ofRow(sampled.design.weights.size(), 0.0);
     for (std::size_t i = 0; i < scores.size(); ++i) {
         ofRow[sample.rows[i]] = scores[i];
     }
-    return linearizedTotalVariance(ofRow, design, sample.activeRows);
+    return SurveyVariance::scoreCovariance(ofRow, sampled, 1, *sample.activeRows).front();
 }
 
 using ReplicateEstimates = std::vector<std::optional<std::vector<double>>>;
@@ -209,9 +196,9 @@ void fillErrors(WeightedEstimate& result, double variance, double simple) {
 }
 
 Issues cautions(const WeightedEstimate& result,
-                const SurveyDesign& design,
+                const SampledDesign& sampled,
                 std::int64_t replicatesWithoutEstimates) {
-    Issues issues = design.readinessIssues();
+    Issues issues = sampled.readinessIssues;
     if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
@@ -223,20 +210,11 @@ Issues cautions(const WeightedEstimate& result,
     return issues;
 }
 
-void fillWeights(WeightedEstimate& result, const Sample& sample, const SurveyDesign& design) {
-    double squares = 0.0;
-    for (const std::size_t row : sample.rows) {
-        result.sumOfWeights += design.weights[row];
-        squares += design.weights[row] * design.weights[row];
-    }
-    result.validN = static_cast<std::int64_t>(sample.rows.size());
-    if (squares > 0.0) {
-        result.effectiveSampleSize = result.sumOfWeights * result.sumOfWeights / squares;
-    }
-}
-
-void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDesign& design) {
-    fillWeights(result, sample, design);
+void fillEstimate(WeightedEstimate& result, const Sample& sample, const SampledDesign& sampled) {
+    const SurveyDesign& design = sampled.design;
+    result.sumOfWeights = design.sumOfWeights(sample.rows);
+    result.effectiveSampleSize = design.effectiveSampleSize(sample.rows);
+    result.validN = std::ssize(sample.rows);
     if (result.validN < 2) {
         block(result, wording::tooFewRows(result.validN));
         return;
@@ -252,7 +230,7 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
                                               : ReplicateEstimates();
     const std::optional<double> variance =
         design.replicateWeights ? replicateVariance(replicated, *design.replicateWeights, *estimate)
-                                : linearizedVariance(sample, scores, design);
+                                : linearizedVariance(sample, scores, sampled);
     if (!variance) {
         block(result, wording::noUsableReplicate());
         return;
@@ -262,9 +240,9 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SurveyDe
         return;
     }
     result.estimate = *estimate;
-    result.designDegreesOfFreedom = design.designDegreesOfFreedom();
+    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
     fillErrors(result, *variance, simpleRandomVariance(scores));
-    result.readiness = readiness(result, cautions(result, design, withoutEstimate(replicated)));
+    result.readiness = readiness(result, cautions(result, sampled, withoutEstimate(replicated)));
 }
 
 /// Blocks a proportion of values other than 0 and 1.
@@ -288,29 +266,31 @@ WeightedEstimate estimateOf(WeightedEstimand estimand,
     const Sample sample = sampleOf(estimand, values, nullptr, design);
     checkProportion(result, sample);
     if (!isBlocked(result)) {
-        fillEstimate(result, sample, design);
+        fillEstimate(result, sample, SampledDesign::of(design));
     }
     return result;
 }
 
-/// The distinct labels in their order, each with what `restricted` asks for.
-std::vector<std::pair<std::string, std::vector<bool>>> rowsByLabel(const TextColumn& groups) {
-    std::set<std::string, std::less<>> distinct;
-    for (std::size_t code = 0; code < groups.levelCount(); ++code) {
-        if (!MissingValue::isMissing(groups.level(code))) {
-            distinct.emplace(groups.level(code));
+/// The sample of each label: only its rows, among all active ones.
+std::vector<Sample> partsOf(const Sample& whole,
+                            const CategoryCodes& labels,
+                            std::span<const std::uint32_t> labelledRows) {
+    const Sample none{
+        .estimand = whole.estimand, .activeRows = whole.activeRows, .rows = {}, .y = {}, .x = {}};
+    std::vector<Sample> parts(labels.labels.size(), none);
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < whole.rows.size(); ++i) {
+        while (at < labelledRows.size() && labelledRows[at] < whole.rows[i]) {
+            ++at;
+        }
+        if (at < labelledRows.size() && labelledRows[at] == whole.rows[i]) {
+            Sample& part = parts[labels.codes[at]];
+            part.rows.push_back(whole.rows[i]);
+            part.y.push_back(whole.y[i]);
+            part.x.push_back(whole.x[i]);
         }
     }
-    const std::vector<std::string> labels(distinct.begin(), distinct.end());
-    std::vector<std::pair<std::string, std::vector<bool>>> result;
-    for (const std::size_t index : LabelOrder::caseInsensitive(labels)) {
-        std::vector<bool> belongs(groups.size());
-        for (std::size_t row = 0; row < belongs.size(); ++row) {
-            belongs[row] = groups[row] == labels[index];
-        }
-        result.emplace_back(labels[index], std::move(belongs));
-    }
-    return result;
+    return parts;
 }
 
 /// The estimate of each group of a sample; `first` as it stands before anything is computed.
@@ -318,15 +298,18 @@ std::vector<DomainEstimate> ofGroups(const WeightedEstimate& first,
                                      const Sample& whole,
                                      const TextColumn& groups,
                                      const SurveyDesign& design) {
+    const SampledDesign sampled = SampledDesign::of(design);
+    const std::vector<std::uint32_t> labelledRows = CompleteCases::rows({}, std::array{&groups});
+    CategoryCodes labels = CategoryCodes::of(groups, labelledRows);
+    labels.sortByLabel();
     std::vector<DomainEstimate> result;
-    for (auto& [label, belongs] : rowsByLabel(groups)) {
-        const Sample part = restricted(whole, belongs);
+    for (const Sample& part : partsOf(whole, labels, labelledRows)) {
         WeightedEstimate estimate = first;
         checkProportion(estimate, part);
         if (!isBlocked(estimate)) {
-            fillEstimate(estimate, part, design);
+            fillEstimate(estimate, part, sampled);
         }
-        result.push_back({.group = label, .estimate = std::move(estimate)});
+        result.push_back({.group = labels.labels[result.size()], .estimate = std::move(estimate)});
     }
     return result;
 }
@@ -368,7 +351,7 @@ WeightedEstimate ratio(const NumericColumn& numerator,
               std::move(variableName));
     if (!isBlocked(result)) {
         fillEstimate(result, sampleOf(WeightedEstimand::ratio, numerator, &denominator, design),
-                     design);
+                     SampledDesign::of(design));
     }
     return result;
 }
@@ -398,10 +381,26 @@ std::vector<DomainEstimate> ratioByGroup(const NumericColumn& numerator,
                                        groups, design);
 }
 
+double standardDeviation(const NumericColumn& values, const SurveyDesign& design) {
+    if (isBlocked(start(WeightedEstimand::mean, design, {values.size()}, std::nullopt))) {
+        return std::nan("");
+    }
+    const Sample sample = sampleOf(WeightedEstimand::mean, values, nullptr, design);
+    const auto n = static_cast<double>(sample.rows.size());
+    const double mean = sample.estimate(design.weights).value_or(std::nan(""));
+    double squares = 0.0;
+    for (std::size_t i = 0; i < sample.rows.size(); ++i) {
+        const double deviation = sample.y[i] - mean;
+        squares += design.weights[sample.rows[i]] * deviation * deviation;
+    }
+    return std::sqrt(squares / design.sumOfWeights(sample.rows) * n / (n - 1.0));
+}
+
 double linearizedTotalVariance(std::span<const double> scores,
                                const SurveyDesign& design,
                                std::span<const std::size_t> activeRows) {
-    return SurveyVariance::scoreCovariance(scores, design, 1, activeRows).front();
+    return SurveyVariance::scoreCovariance(scores, SampledDesign::of(design), 1, activeRows)
+        .front();
 }
 
 }  // namespace sorvane::WeightedEstimators

@@ -130,6 +130,12 @@ std::vector<DomainEstimate> ratioByGroup(
     const SurveyDesign& design,
     const std::optional<std::string>& variableName = std::nullopt);
 
+/// The standard deviation in the population, with the sum of the weights and n / (n - 1).
+///
+/// Failure    a structural error of the design, a column of another length, fewer than two rows that
+///            count -> NaN
+double standardDeviation(const NumericColumn& values, const SurveyDesign& design);
+
 /// The linearized variance of the total of one score per row, over the active rows.
 double linearizedTotalVariance(std::span<const double> scores,
                                const SurveyDesign& design,

@@ -240,6 +240,8 @@ std::vector<Procedure> surveyProcedures() {
                 return WeightedEstimators::ratioByGroup(numerator, denominator, *groups, design);
             },
             Column{"numerator"}, Column{"denominator"}, Categories{"group"}, Design{}),
+        procedure("WeightedEstimators.standardDeviation", &WeightedEstimators::standardDeviation,
+                  Column{"variable"}, Design{}),
     };
     for (const std::vector<Procedure>& more :
          {designProcedures(), linearizationProcedures(), populationModelProcedures()}) {

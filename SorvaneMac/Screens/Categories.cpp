@@ -127,18 +127,21 @@ std::vector<std::string> of(const ImportedDataset& dataset, std::string_view col
 }
 
 std::shared_ptr<const TextColumn> cells(const ImportedDataset& dataset, std::string_view column) {
-    const auto shared = dataset.rows.sharedColumn(dataset.columnIndex(column).value());
+    return cells(dataset.rows.sharedColumn(dataset.columnIndex(column).value()));
+}
+
+std::shared_ptr<const TextColumn> cells(const std::shared_ptr<const TextColumn>& column) {
     bool hasMarkers = false;
-    for (std::size_t code = 0; code < shared->levelCount() && !hasMarkers; ++code) {
-        hasMarkers = MissingValue::isMissing(shared->level(code));
+    for (std::size_t code = 0; code < column->levelCount() && !hasMarkers; ++code) {
+        hasMarkers = MissingValue::isMissing(column->level(code));
     }
     if (!hasMarkers) {
-        return shared;
+        return column;
     }
     std::vector<std::string> texts;
-    texts.reserve(shared->size());
-    for (std::size_t row = 0; row < shared->size(); ++row) {
-        const std::string_view text = (*shared)[row];
+    texts.reserve(column->size());
+    for (std::size_t row = 0; row < column->size(); ++row) {
+        const std::string_view text = (*column)[row];
         texts.emplace_back(MissingValue::isMissing(text) ? std::string_view() : text);
     }
     return TextColumn::of(texts);

@@ -21,6 +21,7 @@ std::vector<std::string> of(const ImportedDataset& dataset, std::string_view col
 ///
 /// Cost       O(levels) where there are none; else O(rows)
 std::shared_ptr<const TextColumn> cells(const ImportedDataset& dataset, std::string_view column);
+std::shared_ptr<const TextColumn> cells(const std::shared_ptr<const TextColumn>& column);
 
 struct Size {
     std::string category;

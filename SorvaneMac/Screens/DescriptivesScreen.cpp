@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneCore/Analyses/BoxPlotSummary.h"
 #include "SorvaneCore/Analyses/Histogram.h"
 #include "SorvaneCore/Analyses/StemAndLeaf.h"
@@ -13,7 +14,6 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/RespondentProfile.h"
 #include "SorvaneMac/Screens/ResultText.h"
-#include "SorvaneMac/Screens/Survey/SurveyWeights.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -131,6 +131,45 @@ void addBox(BoxPlot& plot, std::string label, std::span<const double> values) {
     }
 }
 
+Card normalityCard(const NumericColumn& values) {
+    const NormalityReport report = NormalityTests::report(values);
+    Card card{.title = "Normality", .subtitle = "An assumption check, not a goal"};
+    if (report.shapiroWilk) {
+        card.evidence.push_back(shapiroWilkLine(*report.shapiroWilk));
+        card.cautions = ResultText::messages(report.shapiroWilk->readiness);
+    }
+    if (report.lillieforsKS) {
+        card.evidence.push_back(lillieforsLine(*report.lillieforsKS));
+        for (std::string& message : ResultText::messages(report.lillieforsKS->readiness)) {
+            if (std::find(card.cautions.begin(), card.cautions.end(), message) ==
+                card.cautions.end()) {
+                card.cautions.push_back(std::move(message));
+            }
+        }
+    }
+    if (card.evidence.empty()) {
+        card.evidence.push_back({.tone = EvidenceTone::unavailable,
+                                 .title = "Normality not computed",
+                                 .detail = "Needs enough spread and a sufficient sample size."});
+    }
+    return card;
+}
+
+std::optional<Card> stemAndLeafCard(const NumericColumn& values) {
+    const std::optional<StemAndLeafPlot> plot = StemAndLeaf::plot(values);
+    if (!plot) {
+        return std::nullopt;
+    }
+    // A text plot of thousands of leaves a row is no plot.
+    constexpr std::int64_t mostLeaves = 1000;
+    if (plot->n > mostLeaves) {
+        return Card{.title = "Stem-and-leaf",
+                    .paragraphs = {"The plot is left out above 1,000 values, where its rows would "
+                                   "run off the page. The histogram shows the same shape."}};
+    }
+    return Card{.title = "Stem-and-leaf", .preformatted = plotText(*plot)};
+}
+
 }  // namespace
 
 SetupForm DescriptivesScreen::setup() {
@@ -182,8 +221,8 @@ std::optional<Gate> DescriptivesScreen::gate() const {
     return std::nullopt;
 }
 
-DescriptiveSummary DescriptivesScreen::summary() const {
-    return DescriptiveStatistics::summary(state_.dataset().numericColumn(variable()),
+DescriptiveSummary DescriptivesScreen::summary(const NumericColumn& values) const {
+    return DescriptiveStatistics::summary(values,
                                           {.variableName = variable(), .confidenceLevel = 0.95});
 }
 
@@ -195,7 +234,8 @@ ScreenContent DescriptivesScreen::content() const {
         return content;
     }
     content.subtitle = "What the values of one variable look like, before anything is tested.";
-    const DescriptiveSummary figures = summary();
+    const NumericColumn values = column();
+    const DescriptiveSummary figures = summary(values);
     content.tiles = {
         {"Valid n", ResultText::count(figures.validN), variable()},
         {"Mean", svFmt(figures.mean, 2),
@@ -207,38 +247,43 @@ ScreenContent DescriptivesScreen::content() const {
         {"Maximum", svFmt(figures.maximum, 2), ""},
         {"Missing", ResultText::count(figures.missingN), "of " + ResultText::count(figures.totalN)},
         {"Skewness", svFmt(figures.skewness, 2), ""}};
-    for (std::optional<Chart>& chart : std::vector{histogram(), boxPlot()}) {
+    std::optional<Chart> bars = histogram(values);
+    for (const std::optional<Chart>& chart : {bars, boxPlot(values)}) {
         if (chart) {
-            const std::string title = chart->title;
-            content.cards.push_back({.title = title, .charts = {std::move(*chart)}});
+            content.cards.push_back({.title = chart->title, .charts = {*chart}});
         }
     }
-    content.cards.push_back(normalityCard());
-    if (std::optional<Card> plot = stemAndLeafCard()) {
+    content.cards.push_back(normalityCard(values));
+    if (std::optional<Card> plot = stemAndLeafCard(values)) {
         content.cards.push_back(std::move(*plot));
     }
-    content.cards.push_back(allFieldsCard());
+    content.cards.push_back(allFieldsCard(figures));
     std::vector<std::string> cautions = ResultText::messages(figures.readiness);
     cautions.emplace_back(reportNote);
     content.cards.push_back(
         {.title = "What not to claim", .cautions = std::move(cautions), .wide = true});
     if (figures.validN > 0) {
-        content.findings.push_back(finding(figures));
+        content.findings.push_back(finding(figures, std::move(bars)));
     }
     addRespondents(content);
     if (isWeighted()) {
-        addWeighted(content);
+        addWeighted(values, content);
     }
     return content;
 }
 
-void DescriptivesScreen::addWeighted(ScreenContent& content) const {
+SurveyWeights::Descriptives DescriptivesScreen::weighted(const NumericColumn& values) const {
+    return SurveyWeights::descriptives(state_.dataset(), survey_,
+                                       {.variable = variable(), .values = values, .group = group()},
+                                       design_);
+}
+
+void DescriptivesScreen::addWeighted(const NumericColumn& values, ScreenContent& content) const {
     for (Finding& finding : content.findings) {
         std::optional<std::string>& note = finding.item.table->note;
         note = (note ? *note + " " : "") + "These figures are unweighted.";
     }
-    SurveyWeights::add(SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group()),
-                       content);
+    SurveyWeights::add(weighted(values), content);
 }
 
 void DescriptivesScreen::addRespondents(ScreenContent& content) const {
@@ -260,9 +305,8 @@ void DescriptivesScreen::addRespondents(ScreenContent& content) const {
     content.cards.insert(content.cards.end() - 1, std::move(card));
 }
 
-std::optional<Chart> DescriptivesScreen::histogram() const {
-    const std::optional<HistogramBins> bins =
-        Histogram::bins(state_.dataset().numericColumn(variable()));
+std::optional<Chart> DescriptivesScreen::histogram(const NumericColumn& values) const {
+    const std::optional<HistogramBins> bins = Histogram::bins(values);
     if (!bins) {
         return std::nullopt;
     }
@@ -274,8 +318,7 @@ std::optional<Chart> DescriptivesScreen::histogram() const {
     return chart;
 }
 
-std::optional<Chart> DescriptivesScreen::boxPlot() const {
-    const NumericColumn values = state_.dataset().numericColumn(variable());
+std::optional<Chart> DescriptivesScreen::boxPlot(const NumericColumn& values) const {
     BoxPlot plot;
     Chart chart;
     chart.title = "Box plot";
@@ -298,56 +341,17 @@ std::optional<Chart> DescriptivesScreen::boxPlot() const {
     return chart;
 }
 
-Card DescriptivesScreen::normalityCard() const {
-    const NormalityReport report =
-        NormalityTests::report(state_.dataset().numericColumn(variable()));
-    Card card{.title = "Normality", .subtitle = "An assumption check, not a goal"};
-    if (report.shapiroWilk) {
-        card.evidence.push_back(shapiroWilkLine(*report.shapiroWilk));
-        card.cautions = ResultText::messages(report.shapiroWilk->readiness);
-    }
-    if (report.lillieforsKS) {
-        card.evidence.push_back(lillieforsLine(*report.lillieforsKS));
-        for (std::string& message : ResultText::messages(report.lillieforsKS->readiness)) {
-            if (std::find(card.cautions.begin(), card.cautions.end(), message) ==
-                card.cautions.end()) {
-                card.cautions.push_back(std::move(message));
-            }
-        }
-    }
-    if (card.evidence.empty()) {
-        card.evidence.push_back({.tone = EvidenceTone::unavailable,
-                                 .title = "Normality not computed",
-                                 .detail = "Needs enough spread and a sufficient sample size."});
-    }
-    return card;
-}
-
-std::optional<Card> DescriptivesScreen::stemAndLeafCard() const {
-    const std::optional<StemAndLeafPlot> plot =
-        StemAndLeaf::plot(state_.dataset().numericColumn(variable()));
-    if (!plot) {
-        return std::nullopt;
-    }
-    // A text plot of thousands of leaves a row is no plot.
-    constexpr std::int64_t mostLeaves = 1000;
-    if (plot->n > mostLeaves) {
-        return Card{.title = "Stem-and-leaf",
-                    .paragraphs = {"The plot is left out above 1,000 values, where its rows would "
-                                   "run off the page. The histogram shows the same shape."}};
-    }
-    return Card{.title = "Stem-and-leaf", .preformatted = plotText(*plot)};
-}
-
-Card DescriptivesScreen::allFieldsCard() const {
+Card DescriptivesScreen::allFieldsCard(const DescriptiveSummary& ofVariable) const {
     const VariableLists::List fields = descriptiveNumericVariables(state_.dataset());
     const std::size_t shown = std::min(fields.size(), mostFields);
     ReportTable table;
     table.headers = summaryHeaders;
     for (std::size_t i = 0; i < shown; ++i) {
         const std::string& name = fields[i]->name;
-        table.rows.push_back(
-            summaryRow(name, DescriptiveStatistics::summary(state_.dataset().numericColumn(name))));
+        table.rows.push_back(summaryRow(
+            name, name == variable()
+                      ? ofVariable
+                      : DescriptiveStatistics::summary(state_.dataset().numericColumn(name))));
     }
     Card card{.title = "Numeric fields",
               .subtitle = "Every numeric field that is included in descriptives",
@@ -359,7 +363,8 @@ Card DescriptivesScreen::allFieldsCard() const {
     return card;
 }
 
-Finding DescriptivesScreen::finding(const DescriptiveSummary& figures) const {
+Finding DescriptivesScreen::finding(const DescriptiveSummary& figures,
+                                    std::optional<Chart> histogram) const {
     ReportItem item;
     item.id = Uuid::fresh();
     item.title = "Descriptives: " + variable();
@@ -377,7 +382,7 @@ Finding DescriptivesScreen::finding(const DescriptiveSummary& figures) const {
         item.caution = item.caution ? *item.caution + " " + message : message;
     }
     item.figureCaption = "Histogram of " + variable() + ".";
-    return {.item = std::move(item), .figure = histogram()};
+    return {.item = std::move(item), .figure = std::move(histogram)};
 }
 
 Guide DescriptivesScreen::guide() const {
@@ -392,16 +397,15 @@ Guide DescriptivesScreen::guide() const {
 }
 
 Json DescriptivesScreen::record() const {
-    Json result = toJson(summary());
-    result["normality"] =
-        toJson(NormalityTests::report(state_.dataset().numericColumn(variable())));
+    const NumericColumn values = column();
+    Json result = toJson(summary(values));
+    result["normality"] = toJson(NormalityTests::report(values));
     if (isWeighted()) {
-        Json weighted = Json::object();
-        for (const auto& [label, estimate] : SurveyWeights::labelled(
-                 SurveyWeights::descriptives(state_.dataset(), survey_, variable(), group()))) {
-            weighted[label] = toJson(estimate);
+        Json estimates = Json::object();
+        for (const auto& [label, estimate] : SurveyWeights::labelled(weighted(values))) {
+            estimates[label] = toJson(estimate);
         }
-        result["weighted"] = std::move(weighted);
+        result["weighted"] = std::move(estimates);
     }
     return result;
 }

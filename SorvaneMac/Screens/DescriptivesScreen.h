@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
-#include "SorvaneCore/Analyses/Basics/NormalityTests.h"
 #include "SorvaneMac/Screens/DescriptivesFields.h"
 #include "SorvaneMac/Screens/ImmediateScreen.h"
 #include "SorvaneMac/Screens/Survey/SurveyFields.h"
+#include "SorvaneMac/Screens/Survey/SurveyWeights.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -29,17 +29,18 @@ private:
     const std::string& group() const { return state_.selectedDescriptiveGroupName->name; }
     std::optional<Gate> gate() const override;
     Json record() const override;
-    DescriptiveSummary summary() const;
-    std::optional<Chart> histogram() const;
-    std::optional<Chart> boxPlot() const;
-    Card normalityCard() const;
-    std::optional<Card> stemAndLeafCard() const;
-    Card allFieldsCard() const;
-    Finding finding(const DescriptiveSummary& summary) const;
+    NumericColumn column() const { return state_.dataset().numericColumn(variable()); }
+    DescriptiveSummary summary(const NumericColumn& values) const;
+    std::optional<Chart> histogram(const NumericColumn& values) const;
+    std::optional<Chart> boxPlot(const NumericColumn& values) const;
+    /// The chosen variable is described already.
+    Card allFieldsCard(const DescriptiveSummary& ofVariable) const;
+    Finding finding(const DescriptiveSummary& summary, std::optional<Chart> histogram) const;
 
     bool isWeighted() const { return survey_.surveyWeightsActive.get(); }
     /// Says on the figures of the sample that they are unweighted, and adds the weighted ones.
-    void addWeighted(ScreenContent& content) const;
+    void addWeighted(const NumericColumn& values, ScreenContent& content) const;
+    SurveyWeights::Descriptives weighted(const NumericColumn& values) const;
 
     /// The characteristics chosen for the table of respondents.
     std::vector<std::string> characteristics() const;
@@ -51,6 +52,7 @@ private:
     StudioState& state_;
     DescriptivesFields& fields_;
     SurveyFields& survey_;
+    mutable SurveyWeights::KeptDesign design_;
 };
 
 }  // namespace sorvane

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
@@ -11,9 +12,7 @@
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/OptionControls.h"
-#include "SorvaneMac/Screens/RepeatedValues.h"
 #include "SorvaneMac/Screens/ResultText.h"
-#include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -58,6 +57,21 @@ Finding finding(const PairEvidence& evidence, const std::string& x, const std::s
         "Of the cases with both values. " + std::string(BayesFactorLine::correlationCaption) + ".";
     item.caution = std::string(caution);
     return {.item = std::move(item), .figure = std::nullopt};
+}
+
+PairEvidence evidenceOf(const ChartVariable& x, const ChartVariable& y) {
+    const std::vector<std::string> names = {x.name, y.name};
+    const auto rows = CompleteCases::rows(std::array{&x.values, &y.values});
+    const std::vector<std::vector<double>> values = {CompleteCases::gathered(x.values, rows),
+                                                     CompleteCases::gathered(y.values, rows)};
+    PairEvidence evidence{.pearson = RelationshipTests::pearson(x.values, y.values),
+                          .bayesFactor = std::nullopt,
+                          .assumptions = AssumptionAudit::correlationAudit(values, names)};
+    if (evidence.pearson) {
+        evidence.bayesFactor =
+            BayesFactors::correlationBF(evidence.pearson->r, evidence.pearson->n);
+    }
+    return evidence;
 }
 
 Gate needTwoVariables() {
@@ -116,20 +130,8 @@ std::optional<Gate> RelationshipsScreen::gate() const {
     return std::nullopt;
 }
 
-PairEvidence RelationshipsScreen::evidence() const {
-    const NumericColumn x = state_.dataset().numericColumn(fields_.corrX->name);
-    const NumericColumn y = state_.dataset().numericColumn(fields_.corrY->name);
-    const std::vector<std::string> names = {fields_.corrX->name, fields_.corrY->name};
-    const std::vector<NamedNumericGroup> complete = completeColumns(state_.dataset(), names);
-    const std::vector<std::vector<double>> values = {complete[0].values, complete[1].values};
-    PairEvidence evidence{.pearson = RelationshipTests::pearson(x, y),
-                          .bayesFactor = std::nullopt,
-                          .assumptions = AssumptionAudit::correlationAudit(values, names)};
-    if (evidence.pearson) {
-        evidence.bayesFactor =
-            BayesFactors::correlationBF(evidence.pearson->r, evidence.pearson->n);
-    }
-    return evidence;
+ChartVariable RelationshipsScreen::variable(const Field<VariableName>& field) const {
+    return {.name = field->name, .values = state_.dataset().numericColumn(field->name)};
 }
 
 ScreenContent RelationshipsScreen::content() const {
@@ -138,21 +140,21 @@ ScreenContent RelationshipsScreen::content() const {
     content.subtitle = "Assumptions and evidence for the association of two variables.";
     content.gate = gate();
     if (!content.gate) {
-        addEvidence(evidence(), content);
+        addEvidence(variable(fields_.corrX), variable(fields_.corrY), content);
     }
     return content;
 }
 
-void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenContent& content) const {
-    const std::string& x = fields_.corrX->name;
-    const std::string& y = fields_.corrY->name;
+void RelationshipsScreen::addEvidence(const ChartVariable& x,
+                                      const ChartVariable& y,
+                                      ScreenContent& content) {
+    const PairEvidence evidence = evidenceOf(x, y);
     const std::optional<CorrelationResult>& pearson = evidence.pearson;
     content.tiles = {
         {"Pearson r", pearson ? svFmtBounded(pearson->r, 3) : "--",
          pearson ? "n = " + ResultText::count(pearson->n) : "could not be computed"},
         {"p-value", pearson ? ResultText::pTile(pearson->pValue) : "--", "two-tailed"}};
-    const Chart drawn = scatterChart({.name = x, .values = state_.dataset().numericColumn(x)},
-                                     {.name = y, .values = state_.dataset().numericColumn(y)});
+    const Chart drawn = scatterChart(x, y);
     Card pair{.title = drawn.title};
     if (auto line = BayesFactorLine::passage(evidence.bayesFactor, sides)) {
         pair.passages.push_back(std::move(*line));
@@ -161,7 +163,7 @@ void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenConten
     content.cards.push_back(std::move(pair));
     content.cards.push_back(AssumptionChecks::card(evidence.assumptions));
     if (pearson) {
-        content.findings.push_back(finding(evidence, x, y));
+        content.findings.push_back(finding(evidence, x.name, y.name));
     }
     content.cards.push_back(
         {.title = "What not to claim",
@@ -171,7 +173,7 @@ void RelationshipsScreen::addEvidence(const PairEvidence& evidence, ScreenConten
 }
 
 Json RelationshipsScreen::record() const {
-    return toJson(evidence());
+    return toJson(evidenceOf(variable(fields_.corrX), variable(fields_.corrY)));
 }
 
 Guide RelationshipsScreen::guide() const {

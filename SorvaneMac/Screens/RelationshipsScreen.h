@@ -10,6 +10,7 @@
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneMac/Screens/CorrelationFields.h"
 #include "SorvaneMac/Screens/ImmediateScreen.h"
+#include "SorvaneMac/Screens/ScatterChart.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -38,8 +39,8 @@ public:
 private:
     std::optional<Gate> gate() const override;
     Json record() const override;
-    PairEvidence evidence() const;
-    void addEvidence(const PairEvidence& evidence, ScreenContent& content) const;
+    ChartVariable variable(const Field<VariableName>& field) const;
+    static void addEvidence(const ChartVariable& x, const ChartVariable& y, ScreenContent& content);
 
     StudioState& state_;
     CorrelationFields& fields_;

@@ -37,4 +37,10 @@ std::optional<Gate> goneColumn(const Field<NameSet>& field,
     return std::nullopt;
 }
 
+Gate noPredictors() {
+    return {.title = "No predictors selected",
+            .lead = "",
+            .text = "Pick one or more predictors in the Setup panel."};
+}
+
 }  // namespace sorvane::SelectionGates

@@ -25,4 +25,7 @@ std::optional<Gate> goneColumn(const Field<NameSet>& field,
                                const VariableLists::List& candidates,
                                std::string_view kind);
 
+/// The gate of a model without predictors.
+Gate noPredictors();
+
 }  // namespace sorvane::SelectionGates

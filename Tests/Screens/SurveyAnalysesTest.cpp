@@ -52,12 +52,12 @@ const std::vector<ModelCase> modelCases = {
     {__LINE__, {{"svAnalysis", R"("logistic")"}, {"svOutcome", R"("sch_wide")"}},
      "Survey Logistic Regression: sch_wide",
      {"Predictor", "B", "SE", "t", "p", "OR", "LL", "UL"},
-     {"meals", "0.004", "0.009", "0.41", ".684", "1.004", "0.987", "1.021"},
+     {"meals", "0.0035", "0.0087", "0.41", ".684", "1.0035", "0.9866", "1.0208"},
      "logistic regression of sch_wide (Yes) on meals and ell", "svLogisticResult"},
     {__LINE__, {{"svAnalysis", R"("poisson")"}, {"svOutcome", R"("enroll")"}},
      "Survey Poisson Regression: enroll", {"Predictor", "B", "SE", "t", "p", "RR", "LL", "UL"},
-     {"meals", "-0.002", "0.002", "-0.77", ".439", "0.998", "0.994", "1.003"},
-     "The effect of meals was not statistically significant, RR = 1.00", "svPoissonResult"},
+     {"meals", "-0.0017", "0.0022", "-0.77", ".439", "0.9983", "0.9941", "1.0026"},
+     "The effect of meals was not statistically significant, RR = 0.998", "svPoissonResult"},
 };
 // clang-format on
 
@@ -108,6 +108,23 @@ TEST_F(SurveyAnalysesTest, TheDesignIsComparedWithTheWeightsAloneAndWithNone) {
     EXPECT_EQ(tableOf(plain.findings.front().item, "What the design changes")->headers.size(), 5U);
 }
 
+TEST_F(SurveyAnalysesTest, SmallUnitsKeepTheirDigits) {
+    study.assign({"sch_wide01"}, VariableKind::outcome);
+    const ScreenContent content = shown({{"svAnalysis", R"("linear")"},
+                                         {"svOutcome", R"("sch_wide01")"},
+                                         {"svPredictors", R"(["enroll"])"}});
+    const ReportItem& item = content.findings.front().item;
+    // svyglm of the package survey 4.1.
+    EXPECT_EQ(
+        APAFormat::normalize(*item.table).rows[1],
+        (Cells{"enroll", "-0.000314", "0.000047", "-6.72", "< .001", "-0.000406", "-0.000222"}));
+    EXPECT_NE(item.apaSummary.find("B = -0.00031, 95% CI [-0.00041, -0.00022]"), std::string::npos)
+        << item.apaSummary;
+    const ReportTable* table = tableOf(item, "What the design changes");
+    EXPECT_EQ(Cells(table->rows[0].begin(), table->rows[0].begin() + 3),
+              (Cells{"enroll", "-0.000314", "0.000047"}));
+}
+
 TEST_F(SurveyAnalysesTest, OrderedLevelsHaveThresholds) {
     study.state.importData(SORVANE_SOURCE_DIR "/Tests/Reference/data/apistrat_levels.csv");
     study.assign({"level", "ell", "meals"}, VariableKind::outcome);
@@ -121,7 +138,7 @@ TEST_F(SurveyAnalysesTest, OrderedLevelsHaveThresholds) {
     const ReportItem& item = content.findings.front().item;
     // svyolr of the package survey 4.1, its fit made to converge tightly.
     EXPECT_EQ(Cells(item.table->rows[0].begin(), item.table->rows[0].begin() + 3),
-              (Cells{"meals", "-0.078", "0.009"}));
+              (Cells{"meals", "-0.0782", "0.0094"}));
     const ReportTable* thresholds = tableOf(item, "Thresholds");
     ASSERT_NE(thresholds, nullptr);
     EXPECT_EQ(thresholds->rows[0], (Cells{"1|2", "-6.268", "0.529", "-7.312", "-5.224"}));
@@ -147,6 +164,22 @@ TEST_F(SurveyAnalysesTest, CorrelationsStandInTheRowOfTheLaterVariable) {
     const ScreenContent one =
         shown({{"svAnalysis", R"("correlation")"}, {"svCorrVars", R"(["api00","meals"])"}});
     EXPECT_TRUE(one.findings.front().item.apaSummary.starts_with("In the population"));
+}
+
+TEST(SurveyAnalyses, TheDesignOfCorrelationsIsThatOfTheirFirstPair) {
+    ScreenWorkplace place;
+    place.state.importPastedData(
+        "w,y,x,z\n1,1,2,4\n3,3,3,NA\n2,2,5,1\n1,5,6,NA\n2,4,9,2\n1,2,1,3\n");
+    place.assign({"w", "y", "x", "z"}, VariableKind::outcome);
+    place.set({{"svWeight", R"("w")"},
+               {"svAnalysis", R"("correlation")"},
+               {"svCorrVars", R"(["y","x","z"])"}});
+    EXPECT_FALSE(place.screens.at(survey).run());
+    const ScreenContent content = place.screens.at(survey).content();
+    const ReportTable* design = tableOf(content.findings.front().item, "Sampling design");
+    ASSERT_NE(design, nullptr);
+    EXPECT_EQ(design->rows.front()[1], "w, sum 10.0");
+    EXPECT_EQ(design->rows.back()[1], "5.0") << "of all six rows, whatever z lacks";
 }
 
 TEST_F(SurveyAnalysesTest, ATableTellsItsSharesAndTheCorrectedTest) {

@@ -103,6 +103,18 @@ TEST(SurveyScreen, EstimatesUnderEachKindOfDesign) {
     }
 }
 
+TEST(SurveyScreen, MeansOfSmallUnitsKeepTheirDigits) {
+    ScreenWorkplace place;
+    place.state.importPastedData("w,y\n1,0.00012\n1,0.00018\n2,0.00015\n2,0.00021\n");
+    place.assign({"w", "y"}, VariableKind::outcome);
+    place.set({{"svWeight", R"("w")"}, {"svVar", R"("y")"}});
+    EXPECT_FALSE(place.screens.at(survey).run());
+    const ScreenContent content = place.screens.at(survey).content();
+    const ReportTable& table = *content.findings.front().item.table;
+    EXPECT_EQ(table.rows[0][1], "0.00017");
+    EXPECT_EQ(table.rows[0][2], "0.000020");
+}
+
 TEST(SurveyScreen, SubgroupsStandUnderTheirNamesAndGoIntoTheChart) {
     SchoolSample sample("apistrat.csv");
     const ScreenContent content =

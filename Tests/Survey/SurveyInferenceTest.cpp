@@ -219,6 +219,74 @@ TEST(SurveyCategorical, HoldsTheBoundsOfSharesWithinTheirs) {
     EXPECT_LT(table.cells[3].upperBound, 0.2);
 }
 
+/// The design with a jackknife of its units in place of linearization.
+SurveyDesign jackknifed(const SurveyStudy& study) {
+    SurveyDesign design = designOf(study);
+    ReplicateWeights replicates;
+    for (int unit = 0; unit < 10; ++unit) {
+        std::vector<double>& weights = replicates.weights.emplace_back(design.weights);
+        for (std::size_t row = 0; row < study.size(); ++row) {
+            weights[row] *= study[row].unit == "u" + std::to_string(unit) ? 0.0 : 1.25;
+        }
+    }
+    design.replicateWeights = replicates;
+    return design;
+}
+
+TEST(SurveyCategorical, SharesOfARowAreProportionsOfASubgroup) {
+    SurveyStudy study = test::surveyStudy();
+    study[5].answer = "NA";
+    study[9].group = "alone";
+    const auto groups = textsOf(study, &Respondent::group);
+    for (Respondent& each : study) {
+        each.yes = each.answer == "NA" ? std::nullopt : std::optional(each.answer == "yes");
+    }
+    for (const SurveyDesign& design : {designOf(study), jackknifed(study)}) {
+        const SurveyCategoricalResult table =
+            SurveyCategorical::test(*groups, *textsOf(study, &Respondent::answer), design);
+        const std::vector<DomainEstimate> shares = WeightedEstimators::byGroup(
+            WeightedEstimand::proportion, numbersOf(study, &Respondent::yes), *groups, design);
+        ASSERT_EQ(table.cells.size(), 2 * shares.size());
+        EXPECT_TRUE(std::isnan(table.cells[1].rowStandardError)) << "one row tells of no error";
+        for (std::size_t row = 1; row < shares.size(); ++row) {
+            const SurveyCell& cell = table.cells[2 * row + 1];
+            const WeightedEstimate& share = shares[row].estimate;
+            SCOPED_TRACE(cell.row);
+            EXPECT_EQ(cell.row, shares[row].group);
+            EXPECT_TRUE(closeTo(cell.rowProportion, share.estimate, {.relative = 1e-12}));
+            EXPECT_TRUE(closeTo(cell.rowStandardError, share.standardError, {.relative = 1e-9}));
+            EXPECT_TRUE(closeTo(cell.rowLowerBound, std::max(share.confidenceIntervalLower, 0.0),
+                                {.relative = 1e-9}));
+            EXPECT_TRUE(closeTo(cell.rowUpperBound, std::min(share.confidenceIntervalUpper, 1.0),
+                                {.relative = 1e-9}));
+        }
+    }
+}
+
+TEST(SurveyModels, DescribeTheRowsThatTheyAreOf) {
+    SurveyStudy study = test::surveyStudy();
+    study[3].x = study[11].x = study[30].x = std::nullopt;
+    const SurveyDesign design = designOf(study);
+    const std::vector predictors = {numbersOf(study, &Respondent::x)};
+    const NumericColumn yes = numbersOf(study, &Respondent::yes);
+    const auto fit = SurveyGLM::fitLogistic(yes, predictors, design,
+                                            {.predictorNames = {"x"}, .outcomeName = "y"});
+    ASSERT_TRUE(fit);
+    const double effective =
+        WeightedEstimators::mean(predictors.front(), design).effectiveSampleSize.value_or(0.0);
+    EXPECT_DOUBLE_EQ(fit->effectiveSampleSize.value_or(0.0), effective);
+    EXPECT_DOUBLE_EQ(SurveyCorrelation::pearson(predictors.front(), yes, design)
+                         .effectiveSampleSize.value_or(0.0),
+                     effective);
+    ASSERT_EQ(fit->predictorDeviations.size(), 1U);
+    EXPECT_TRUE(closeTo(fit->predictorDeviations.front() * std::sqrt(37.0 / 36.0),
+                        WeightedEstimators::standardDeviation(predictors.front(), design),
+                        {.relative = 1e-12}));
+    EXPECT_EQ(fit->events, std::ranges::count_if(study, [](const Respondent& each) {
+                  return each.x && each.yes == 1.0;
+              }));
+}
+
 /// Two strata of two units each, of two rows each.
 SurveyStudy eightRows() {
     const double weights[] = {1, 2, 1, 2, 3, 1, 1, 1};
@@ -253,6 +321,10 @@ TEST(SurveyRegression, AgreesWithThePublishedPackageOnEightRows) {
     EXPECT_TRUE(closeTo(fit->rSquared.value_or(0.0), 0.821990533191361, close));
     EXPECT_TRUE(closeTo(fit->residualStandardDeviation.value_or(0.0), 3.88538179936733, close));
     EXPECT_TRUE(closeTo(fit->waldF, std::pow(2.56730137885752 / 0.779197258747811, 2), close));
+    // sqrt(svyvar(~y)).
+    EXPECT_TRUE(closeTo(
+        WeightedEstimators::standardDeviation(numbersOf(study, &Respondent::y), designOf(study)),
+        9.84482782585023, close));
 }
 
 TEST(WeightedEstimators, CountWeightsAndRowsByGroup) {

@@ -1,8 +1,12 @@
 #include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
 
+#include <algorithm>
 #include <limits>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+
+#include "SorvaneCore/Dataset/LabelOrder.h"
 
 namespace sorvane {
 
@@ -32,6 +36,25 @@ CategoryCodes CategoryCodes::of(const TextColumn& column, std::span<const std::u
         }
     });
     return result;
+}
+
+void CategoryCodes::sortByLabel() {
+    std::vector<std::string> byBytes = labels;
+    std::ranges::sort(byBytes);
+    std::vector<std::string> sorted;
+    std::unordered_map<std::string_view, std::uint32_t> place;
+    for (const std::size_t index : LabelOrder::caseInsensitive(byBytes)) {
+        place[byBytes[index]] = static_cast<std::uint32_t>(sorted.size());
+        sorted.push_back(byBytes[index]);
+    }
+    std::vector<std::uint32_t> placeOf;
+    for (const std::string& label : labels) {
+        placeOf.push_back(place[label]);
+    }
+    for (std::uint32_t& code : codes) {
+        code = placeOf[code];
+    }
+    labels = std::move(sorted);
 }
 
 std::vector<std::int64_t> CategoryCodes::counts() const {

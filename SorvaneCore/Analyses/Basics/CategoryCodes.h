@@ -22,6 +22,10 @@ struct CategoryCodes {
     /// Cost       O(rows) and a look at each level that occurs
     static CategoryCodes of(const TextColumn& column, std::span<const std::uint32_t> rows);
 
+    /// Orders the categories by label, as people read lists: case counts for nothing,
+    /// and labels that are then equal stand in the order of their bytes.
+    void sortByLabel();
+
     /// How many cells have each category.
     std::vector<std::int64_t> counts() const;
 };

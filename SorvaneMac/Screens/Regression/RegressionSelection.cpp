@@ -3,6 +3,7 @@
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Regression/RegressionOutcomes.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane::RegressionSelection {
@@ -17,12 +18,6 @@ Gate missingPredictor(const std::string& name) {
             .text =
                 "There is no numeric column of that name. Take it out of the predictors, or "
                 "change its role in Variable Types."};
-}
-
-Gate noPredictors() {
-    return {.title = "No predictors selected",
-            .lead = "",
-            .text = "Pick one or more predictors in the Setup panel."};
 }
 
 }  // namespace
@@ -82,7 +77,7 @@ std::optional<Gate> gate(const StudioState& state,
         }
     }
     if (predictors(state, fields).empty()) {
-        return noPredictors();
+        return SelectionGates::noPredictors();
     }
     return std::nullopt;
 }

@@ -4,6 +4,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::SurveyCells {
@@ -14,19 +15,21 @@ bool isProportion(const WeightedEstimate& estimate) {
     return estimate.estimand == WeightedEstimand::proportion;
 }
 
-/// Totals are large: from a thousand on they take no decimals.
+/// Totals are large: from a thousand on they take no decimals. Means and ratios of small units take
+/// as many as leave a digit of their error.
 int decimals(const WeightedEstimate& estimate) {
     constexpr double large = 1000.0;
     switch (estimate.estimand) {
         case WeightedEstimand::proportion:
-        case WeightedEstimand::ratio:
             return 3;
+        case WeightedEstimand::ratio:
+            return ErrorDecimals::of(estimate.standardError, 4) - 1;
         case WeightedEstimand::total:
             return std::abs(estimate.estimate) >= large ? 0 : 2;
         case WeightedEstimand::mean:
             break;
     }
-    return 2;
+    return ErrorDecimals::of(estimate.standardError) - 1;
 }
 
 }  // namespace

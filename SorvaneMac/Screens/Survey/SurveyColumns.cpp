@@ -8,7 +8,6 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/DatasetText.h"
-#include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::SurveyColumns {
@@ -18,23 +17,6 @@ namespace {
 using VariableLists::List;
 
 constexpr std::int64_t mostGroups = 60;
-constexpr double percent = 100.0;
-
-/// One number per row, NaN where a cell has none.
-std::vector<double> numbers(const ImportedDataset& dataset, const std::string& name) {
-    const NumericColumn column = dataset.numericColumn(name);
-    std::vector<double> result(column.size());
-    for (std::size_t row = 0; row < result.size(); ++row) {
-        result[row] = column[row].value_or(std::nan(""));
-    }
-    return result;
-}
-
-std::vector<std::string> replicates(const ImportedDataset& dataset, const SurveyFields& fields) {
-    return FormControls::chosen(
-        fields.svReplicates.get(),
-        VariableLists::without(possibleWeights(dataset), {fields.svWeight->name}));
-}
 
 void addBlankRows(std::vector<std::string>& cautions,
                   const TextColumn* column,
@@ -140,55 +122,6 @@ std::optional<WeightedEstimand> estimandOf(const SurveyFields& fields) {
     return boost::describe::enum_from_string(fields.svEstimand->c_str(), estimand)
                ? std::optional(estimand)
                : std::nullopt;
-}
-
-SurveyDesign design(const ImportedDataset& dataset, const SurveyFields& fields) {
-    SurveyDesign design{
-        .weights = numbers(dataset, fields.svWeight->name),
-        .confidenceLevel = static_cast<double>(fields.svConfidence.get()) / percent};
-    if (!fields.svStrata->isBlank()) {
-        design.strata = Categories::cells(dataset, fields.svStrata->name);
-    }
-    if (!fields.svCluster->isBlank()) {
-        design.clusters = Categories::cells(dataset, fields.svCluster->name);
-    }
-    if (!fields.svFpc->isBlank()) {
-        design.fpc = numbers(dataset, fields.svFpc->name);
-    }
-    const std::vector<std::string> names = replicates(dataset, fields);
-    if (!names.empty()) {
-        ReplicateWeights replicates{.type = fields.svReplicateType.get(),
-                                    .fayRho = fields.svFayRho.get()};
-        for (const std::string& name : names) {
-            replicates.weights.push_back(numbers(dataset, name));
-        }
-        std::vector<double> given =
-            replicateScales(fields.svReplicateScale.get()).value_or(std::vector<double>());
-        if (given.size() == 1) {
-            given.assign(names.size(), given.front());
-        }
-        if (!given.empty()) {
-            replicates.replicateScale = std::move(given);
-        }
-        design.replicateWeights = std::move(replicates);
-    }
-    return design;
-}
-
-SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields) {
-    SurveyDesignUsed used{.weight = fields.svWeight->name,
-                          .strata = fields.svStrata->name,
-                          .clusters = fields.svCluster->name,
-                          .fpc = fields.svFpc->name,
-                          .stratumCount = design.stratumCount(),
-                          .psuCount = design.sampledPSUCount()};
-    if (design.replicateWeights) {
-        used.replicateCount = std::ssize(design.replicateWeights->weights);
-        used.replicateType = design.replicateWeights->type;
-        used.fayRho = design.replicateWeights->fayRho;
-        used.isScaled = design.replicateWeights->replicateScale.has_value();
-    }
-    return used;
 }
 
 bool isMoreThanWeights(const SurveyDesign& design) {

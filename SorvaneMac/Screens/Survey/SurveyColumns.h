@@ -27,10 +27,6 @@ std::optional<WeightedEstimand> estimandOf(const SurveyFields& fields);
 /// list of numbers.
 std::optional<std::vector<double>> replicateScales(std::string_view text);
 
-/// The chosen columns as the engine takes them, whether or not they make a sound design.
-SurveyDesign design(const ImportedDataset& dataset, const SurveyFields& fields);
-/// The same in words and counts.
-SurveyDesignUsed used(const SurveyDesign& design, const SurveyFields& fields);
 /// Whether the design adds anything to its weights.
 bool isMoreThanWeights(const SurveyDesign& design);
 /// The weights of a design without the rest of it.

@@ -7,6 +7,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
 #include "SorvaneMac/Screens/ClaimText.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -71,8 +72,10 @@ ReportTable matrixTable(const SurveyCorrelationRun& run) {
         const std::string number = ResultText::count(static_cast<std::int64_t>(i) + 1);
         table.headers.push_back(number);
         const SurveyVariable& variable = run.variables[i];
-        std::vector<std::string> row = {number + ". " + variable.name, svFmt(variable.mean, 2),
-                                        svFmt(variable.standardDeviation, 2)};
+        const int decimals = ErrorDecimals::of(variable.standardDeviation, 2);
+        std::vector<std::string> row = {number + ". " + variable.name,
+                                        svFmt(variable.mean, decimals),
+                                        svFmt(variable.standardDeviation, decimals)};
         for (std::size_t j = 0; j < run.variables.size(); ++j) {
             row.push_back(j < i ? starred(pairAt(run, j, i)) : j == i ? "—" : "");
         }
@@ -235,7 +238,7 @@ TestReport report(const SurveyCorrelationRun& run) {
                    SurveyDesignTable::table(run.design,
                                             {.sumOfWeights = first.sumOfWeights,
                                              .degreesOfFreedom = first.designDegreesOfFreedom,
-                                             .effectiveSampleSize = run.effectiveSampleSize,
+                                             .effectiveSampleSize = first.effectiveSampleSize,
                                              .method = first.varianceMethod})},
         .charts = {run.pairs.size() <= mostPairsInChart ? intervalChart(run) : matrixChart(run)},
         .figureCaption = "Correlations under the sampling design.",

@@ -1,12 +1,9 @@
-#include <cmath>
-
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyAnalyses.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
 #include "SorvaneMac/Screens/Survey/SurveyCorrelationReport.h"
 #include "SorvaneMac/Screens/Survey/SurveyGuides.h"
 #include "SorvaneMac/Screens/Survey/SurveyInference.h"
-#include "SorvaneMac/Screens/Survey/SurveyModelFit.h"
 #include "SorvaneMac/Screens/Survey/SurveyModelSelection.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -14,40 +11,34 @@ namespace sorvane {
 
 namespace {
 
-/// All that the computation takes, so that it can run away from the window.
+/// All that the computation takes beside the design.
 struct Input {
     /// With the names of its variables.
     SurveyCorrelationRun run;
     /// One per variable.
     std::vector<NumericColumn> columns;
-    SurveyDesign design;
 
-    SurveyCorrelationRun computed(const TaskRunner::Progress& progress) const;
+    SurveyCorrelationRun under(const SurveyDesign& design,
+                               const TaskRunner::Progress& progress) const;
 };
 
-/// On all rows that hold the variable; a correlation's own moments are of the rows of its pair.
-void describe(SurveyVariable& variable, const NumericColumn& column, const SurveyDesign& design) {
-    const SurveyDesign weights = SurveyColumns::weightsAlone(design);
-    variable.mean = WeightedEstimators::mean(column, weights).estimate;
-    variable.standardDeviation =
-        std::sqrt(SurveyCorrelation::pearson(column, column, weights).xVariance);
-}
-
-SurveyCorrelationRun Input::computed(const TaskRunner::Progress& progress) const {
+SurveyCorrelationRun Input::under(const SurveyDesign& design,
+                                  const TaskRunner::Progress& progress) const {
     SurveyCorrelationRun done = run;
-    const std::size_t count = columns.size();
-    const auto pairs = static_cast<double>(count * (count - 1) / 2);
-    const SurveyDesign plain = SurveyColumns::unweighted(design);
-    for (std::size_t i = 0; i < count; ++i) {
-        describe(done.variables[i], columns[i], design);
-        for (std::size_t j = i + 1; j < count; ++j) {
-            done.pairs.push_back(SurveyCorrelation::pearson(
-                columns[i], columns[j], design, done.variables[i].name, done.variables[j].name));
-            done.unweighted.push_back(SurveyCorrelation::pearson(columns[i], columns[j], plain).r);
-            progress(static_cast<double>(done.pairs.size()) / pairs);
-        }
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        // Of all rows that hold the variable; a correlation's own moments are of those of its pair.
+        SurveyVariable& variable = done.variables[i];
+        variable.mean =
+            WeightedEstimators::mean(columns[i], SurveyColumns::weightsAlone(design)).estimate;
+        variable.standardDeviation = WeightedEstimators::standardDeviation(columns[i], design);
+        names.push_back(variable.name);
     }
-    done.effectiveSampleSize = effectiveSampleSize(design, columns);
+    const auto plain = SurveyCorrelation::matrix(columns, SurveyColumns::unweighted(design), names);
+    for (const SurveyCorrelationResult& pair : *plain) {
+        done.unweighted.push_back(pair.r);
+    }
+    done.pairs = *SurveyCorrelation::matrix(columns, design, names, progress);
     if (design.structuralErrors().empty()) {
         done.cautions = SurveyColumns::cautions(design);
     }
@@ -79,16 +70,14 @@ private:
         return "Estimating correlations under the design…";
     }
 
-    Compute computation() const override {
-        const ImportedDataset& dataset = state_.dataset();
-        Input input{.design = SurveyColumns::design(dataset, fields_)};
-        input.run.design = SurveyColumns::used(input.design, fields_);
-        for (std::string& name : SurveyModelSelection::correlated(dataset, fields_)) {
-            input.columns.push_back(dataset.numericColumn(name));
+    Estimate estimation() const override {
+        Input input;
+        for (std::string& name : SurveyModelSelection::correlated(state_.dataset(), fields_)) {
+            input.columns.push_back(state_.dataset().numericColumn(name));
             input.run.variables.push_back({.name = std::move(name)});
         }
-        return [input = std::move(input)](const TaskRunner::Progress& progress) {
-            return input.computed(progress);
+        return [input = std::move(input)](const SurveyDesign& design, const Progress& progress) {
+            return input.under(design, progress);
         };
     }
 

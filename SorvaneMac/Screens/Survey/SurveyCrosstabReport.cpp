@@ -95,14 +95,12 @@ ReportTable cellTable(const SurveyCrosstabRun& run) {
                           {.label = "Of all (%)", .span = 4}};
     table.headers = {result.rowName, result.columnName, "n",  "Weighted n", "Share", "SE", "LL",
                      "UL",           "Share",           "SE", "LL",         "UL"};
-    for (std::size_t at = 0; at < result.cells.size(); ++at) {
-        const SurveyCell& cell = result.cells[at];
-        const SurveyRowShare& within = run.rowShares[at];
+    for (const SurveyCell& cell : result.cells) {
         table.rows.push_back(
             {cell.row, cell.column, ResultText::count(cell.count), svFmt(cell.weightedCount, 0),
-             percent(cell.rowProportion), percent(within.standardError), percent(within.lowerBound),
-             percent(within.upperBound), percent(cell.proportion), percent(cell.standardError),
-             percent(cell.lowerBound), percent(cell.upperBound)});
+             percent(cell.rowProportion), percent(cell.rowStandardError),
+             percent(cell.rowLowerBound), percent(cell.rowUpperBound), percent(cell.proportion),
+             percent(cell.standardError), percent(cell.lowerBound), percent(cell.upperBound)});
     }
     table.note = "LL and UL bound the " + level + ", from t on the design's " +
                  ResultText::count(result.designDegreesOfFreedom) +
@@ -152,7 +150,7 @@ TestReport report(const SurveyCrosstabRun& run) {
                        SurveyDesignTable::table(run.design,
                                                 {.sumOfWeights = result.sumOfWeights,
                                                  .degreesOfFreedom = result.designDegreesOfFreedom,
-                                                 .effectiveSampleSize = run.effectiveSampleSize,
+                                                 .effectiveSampleSize = result.effectiveSampleSize,
                                                  .method = result.varianceMethod})},
             .charts = {chart(result)},
             .figureCaption =

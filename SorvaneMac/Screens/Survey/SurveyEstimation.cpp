@@ -1,10 +1,9 @@
-#include "SorvaneMac/Screens/Survey/SurveyEstimation.h"
-
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/DatasetText.h"
-#include "SorvaneMac/Screens/OptionControls.h"
-#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/SurveyAnalyses.h"
+#include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
+#include "SorvaneMac/Screens/Survey/SurveyInference.h"
 #include "SorvaneMac/Screens/Survey/SurveyReport.h"
 #include "SorvaneMac/Screens/Survey/SurveySelection.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -71,80 +70,86 @@ void addWithoutGroup(const TextColumn& groups, SurveyRun& run) {
     }
 }
 
-class SurveyEstimation final : public StoredAnalysis<SurveyFields, SurveyRun> {
+/// All that the estimate takes beside the design.
+struct Input {
+    /// What the result will be labelled by.
+    SurveyRun run;
+    Estimand estimand;
+    /// Null without subgroups.
+    std::shared_ptr<const TextColumn> groups;
+
+    SurveyRun under(const SurveyDesign& design) const;
+};
+
+SurveyRun Input::under(const SurveyDesign& design) const {
+    SurveyRun done = run;
+    done.estimate = estimand.under(design);
+    if (SurveyCells::isBlocked(done.estimate)) {
+        return done;
+    }
+    done.cautions = SurveyColumns::cautions(design);
+    if (groups) {
+        done.groups = estimand.byGroup(*groups, design);
+        addWithoutGroup(*groups, done);
+    }
+    if (SurveyColumns::isMoreThanWeights(design)) {
+        done.weightsOnly = estimand.under(SurveyColumns::weightsAlone(design));
+    }
+    if (done.estimand != WeightedEstimand::total) {
+        done.unweighted = estimand.under(SurveyColumns::unweighted(design));
+    }
+    return done;
+}
+
+class SurveyEstimation final : public SurveyInference<SurveyRun> {
 public:
-    using StoredAnalysis::StoredAnalysis;
+    using SurveyInference::SurveyInference;
 
     std::string subtitle() const override {
         return "Means, totals, proportions and ratios under weights, strata and clusters, with "
                "design-based standard errors.";
     }
-
-    void addControls(SetupForm& form) override {
-        SurveySelection::addDesign(form, state_.dataset(), fields_);
-        SurveySelection::addAnalysis(form, fields_);
-        SurveySelection::addEstimate(form, state_.dataset(), fields_);
-    }
-
-    void addFurtherControls(SetupForm& form) override {
-        SurveySelection::addFurther(form, state_.dataset(), fields_);
-    }
-
     std::string runLabel() const override { return "Estimate"; }
-
-    std::optional<Gate> gate() const override {
-        if (auto missing = SurveySelection::designGate(state_.dataset(), fields_)) {
-            return missing;
-        }
-        return SurveySelection::estimateGate(state_.dataset(), fields_);
-    }
-
     std::string selection() const override {
         const std::optional<WeightedEstimand> estimand = SurveyColumns::estimandOf(fields_);
         const std::string what = estimand == WeightedEstimand::ratio
                                      ? fields_.svVar->name + " / " + fields_.svDenominator->name
                                      : fields_.svVar->name;
-        return fields_.svEstimand.get() + " of " + what + " under " + fields_.svWeight->name;
+        return fields_.svEstimand.get() + " of " + what + underWeight();
     }
-
     Guide guide() const override { return guideOfEstimates(); }
 
 private:
-    std::optional<SurveyRun> compute() override {
+    void addVariables(SetupForm& form) override {
+        SurveySelection::addEstimate(form, state_.dataset(), fields_);
+    }
+    std::optional<Gate> variableGate() const override {
+        return SurveySelection::estimateGate(state_.dataset(), fields_);
+    }
+    std::string computingLabel() const override { return "Estimating under the design…"; }
+
+    Estimate estimation() const override {
         const ImportedDataset& dataset = state_.dataset();
-        const SurveyDesign design = SurveyColumns::design(dataset, fields_);
-        SurveyRun run{.estimand = *SurveyColumns::estimandOf(fields_),
-                      .variable = fields_.svVar->name,
-                      .group = fields_.svGroup->name,
-                      .design = SurveyColumns::used(design, fields_)};
-        Estimand estimand{.kind = run.estimand,
-                          .name = run.variable,
-                          .values = dataset.numericColumn(run.variable)};
-        if (run.estimand == WeightedEstimand::ratio) {
-            run.denominator = fields_.svDenominator->name;
-            estimand.denominator = dataset.numericColumn(run.denominator);
+        Input input{.run = {.estimand = *SurveyColumns::estimandOf(fields_),
+                            .variable = fields_.svVar->name,
+                            .group = fields_.svGroup->name},
+                    .groups = fields_.svGroup->isBlank()
+                                  ? nullptr
+                                  : Categories::cells(dataset, fields_.svGroup->name)};
+        input.estimand = {.kind = input.run.estimand,
+                          .name = input.run.variable,
+                          .values = dataset.numericColumn(input.run.variable)};
+        if (input.run.estimand == WeightedEstimand::ratio) {
+            input.run.denominator = fields_.svDenominator->name;
+            input.estimand.denominator = dataset.numericColumn(input.run.denominator);
         }
-        run.estimate = estimand.under(design);
-        if (run.estimate.readiness.status == AnalysisReadinessStatus::blocked) {
-            return run;
-        }
-        run.cautions = SurveyColumns::cautions(design);
-        if (!run.group.empty()) {
-            const auto groups = Categories::cells(dataset, run.group);
-            run.groups = estimand.byGroup(*groups, design);
-            addWithoutGroup(*groups, run);
-        }
-        if (SurveyColumns::isMoreThanWeights(design)) {
-            run.weightsOnly = estimand.under(SurveyColumns::weightsAlone(design));
-        }
-        if (run.estimand != WeightedEstimand::total) {
-            run.unweighted = estimand.under(SurveyColumns::unweighted(design));
-        }
-        return run;
+        return [input = std::move(input)](const SurveyDesign& design, const Progress&) {
+            return input.under(design);
+        };
     }
 
     void present(const SurveyRun& run, ScreenContent& content) const override {
-        if (run.estimate.readiness.status == AnalysisReadinessStatus::blocked) {
+        if (SurveyCells::isBlocked(run.estimate)) {
             content.gate = SurveyReport::refusal(run);
             return;
         }
@@ -154,7 +159,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Analysis> surveyEstimation(StudioState& state, SurveyFields& fields) {
+std::unique_ptr<Analysis> SurveyAnalyses::estimates(StudioState& state, SurveyFields& fields) {
     return std::make_unique<SurveyEstimation>(state, fields, fields.svResult);
 }
 

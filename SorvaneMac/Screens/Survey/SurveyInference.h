@@ -1,18 +1,18 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "SorvaneMac/Screens/Analysis.h"
+#include "SorvaneMac/Screens/Survey/ChosenDesign.h"
 #include "SorvaneMac/Screens/Survey/SurveyFields.h"
 #include "SorvaneMac/Screens/Survey/SurveySelection.h"
 
 namespace sorvane {
 
-/// What the models and tests under a sampling design share: the design's controls, the choice of
-/// analysis, and the run away from the window, as replicates take their time.
+/// What all analyses under a sampling design share: the design's controls, the choice of analysis,
+/// and the run away from the window, as replicates take their time.
 template <typename Run>
 class SurveyInference : public BackgroundAnalysis<SurveyFields, Run> {
 public:
@@ -38,10 +38,26 @@ protected:
     /// What the variables lack, the design aside.
     virtual std::optional<Gate> variableGate() const = 0;
 
+    using Progress = TaskRunner::Progress;
+    using Estimate = std::function<Run(const SurveyDesign& design, const Progress& progress)>;
+    /// What is run under a design, with copies of all else that it needs.
+    virtual Estimate estimation() const = 0;
+
     /// " under pw"
     std::string underWeight() const { return " under " + this->fields_.svWeight->name; }
     std::string statusLine() const final {
         return "The analysis under the sampling design is running.";
+    }
+
+private:
+    typename BackgroundAnalysis<SurveyFields, Run>::Compute computation() const final {
+        return [chosen = ChosenDesign::of(this->state_.dataset(), this->fields_),
+                estimate = estimation()](const Progress& progress) {
+            const SurveyDesign design = chosen.design();
+            Run run = estimate(design, progress);
+            run.design = chosen.used(design);
+            return run;
+        };
     }
 };
 

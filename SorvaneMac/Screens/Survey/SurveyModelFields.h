@@ -38,31 +38,15 @@ struct SurveyModelRun {
     /// With the weights alone; absent where the design is no more than that.
     std::optional<SurveyModelResult> weightsOnly;
     std::optional<SurveyModelResult> unweighted;
-    /// Of the rows that were used, by their weights.
-    double effectiveSampleSize = std::numeric_limits<double>::quiet_NaN();
-    /// Standard deviations of the predictors in the population.
-    std::vector<double> deviations;
-    /// Rows with the event, of logistic models.
-    std::int64_t events = 0;
     /// What the reader must know of the design's columns.
     std::vector<std::string> cautions;
 
     bool operator==(const SurveyModelRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(SurveyModelRun,
-                      (),
-                      (model,
-                       outcome,
-                       event,
-                       predictors,
-                       design,
-                       result,
-                       weightsOnly,
-                       unweighted,
-                       effectiveSampleSize,
-                       deviations,
-                       events,
-                       cautions))
+BOOST_DESCRIBE_STRUCT(
+    SurveyModelRun,
+    (),
+    (model, outcome, event, predictors, design, result, weightsOnly, unweighted, cautions))
 
 /// A variable of a matrix of correlations, in the population.
 struct SurveyVariable {
@@ -82,44 +66,21 @@ struct SurveyCorrelationRun {
     std::vector<SurveyCorrelationResult> pairs;
     /// The correlation of each pair without weights.
     std::vector<double> unweighted;
-    double effectiveSampleSize = std::numeric_limits<double>::quiet_NaN();
     std::vector<std::string> cautions;
 
     bool operator==(const SurveyCorrelationRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(SurveyCorrelationRun,
-                      (),
-                      (variables, design, pairs, unweighted, effectiveSampleSize, cautions))
-
-/// The share of a column's category among those of a row; its bounds are held to [0, 1].
-struct SurveyRowShare {
-    std::string row;
-    std::string column;
-    double share = std::numeric_limits<double>::quiet_NaN();
-    double standardError = std::numeric_limits<double>::quiet_NaN();
-    double lowerBound = std::numeric_limits<double>::quiet_NaN();
-    double upperBound = std::numeric_limits<double>::quiet_NaN();
-
-    bool operator==(const SurveyRowShare&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(SurveyRowShare,
-                      (),
-                      (row, column, share, standardError, lowerBound, upperBound))
+BOOST_DESCRIBE_STRUCT(SurveyCorrelationRun, (), (variables, design, pairs, unweighted, cautions))
 
 /// A table of two variables under the design as it was run.
 struct SurveyCrosstabRun {
     SurveyDesignUsed design;
     SurveyCategoricalResult result;
-    /// Row by row.
-    std::vector<SurveyRowShare> rowShares;
-    double effectiveSampleSize = std::numeric_limits<double>::quiet_NaN();
     std::vector<std::string> cautions;
 
     bool operator==(const SurveyCrosstabRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(SurveyCrosstabRun,
-                      (),
-                      (design, result, rowShares, effectiveSampleSize, cautions))
+BOOST_DESCRIBE_STRUCT(SurveyCrosstabRun, (), (design, result, cautions))
 
 /// The choice of analysis under a sampling design, the variables of its models and tables, and each
 /// as it was last run.

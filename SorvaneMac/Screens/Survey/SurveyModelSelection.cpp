@@ -50,18 +50,17 @@ NameSet designColumns(const SurveyFields& fields) {
     return names;
 }
 
+/// Numeric variables that are not weights of the design.
+List measures(const ImportedDataset& dataset, const SurveyFields& fields) {
+    return without(numericVariables(dataset), weights(fields));
+}
+
 CheckListControl measureList(std::string label,
                              Field<NameSet>& field,
                              const List& offered,
                              const List& available) {
     return FormControls::withUnavailable(
         FormControls::variableCheckList(std::move(label), field, offered), field.get(), available);
-}
-
-Gate noPredictors() {
-    return {.title = "No predictors selected",
-            .lead = "",
-            .text = "Pick one or more predictors in the Setup panel."};
 }
 
 Gate needTwoVariables() {
@@ -92,10 +91,6 @@ std::optional<Gate> tooManyCells(const ImportedDataset& dataset, const SurveyFie
 }
 
 }  // namespace
-
-List measures(const ImportedDataset& dataset, const SurveyFields& fields) {
-    return without(numericVariables(dataset), weights(fields));
-}
 
 std::vector<std::string> predictors(const ImportedDataset& dataset, const SurveyFields& fields) {
     std::vector<std::string> names =
@@ -158,7 +153,8 @@ std::optional<Gate> modelGate(const ImportedDataset& dataset,
                                                measures(dataset, fields), "numeric columns")) {
         return gone;
     }
-    return predictors(dataset, fields).empty() ? std::optional(noPredictors()) : std::nullopt;
+    return predictors(dataset, fields).empty() ? std::optional(SelectionGates::noPredictors())
+                                               : std::nullopt;
 }
 
 std::optional<Gate> correlationGate(const ImportedDataset& dataset, const SurveyFields& fields) {

@@ -8,13 +8,9 @@
 #include "SorvaneMac/Screens/ScreenContent.h"
 #include "SorvaneMac/Screens/SetupForm.h"
 #include "SorvaneMac/Screens/Survey/SurveyFields.h"
-#include "SorvaneMac/State/VariableLists.h"
 
 /// What models, correlations and tables under a design ask for beside it, and what they still lack.
 namespace sorvane::SurveyModelSelection {
-
-/// Numeric variables that are no part of the design.
-VariableLists::List measures(const ImportedDataset& dataset, const SurveyFields& fields);
 
 /// The chosen predictors that are offered, less the outcome, in column order.
 std::vector<std::string> predictors(const ImportedDataset& dataset, const SurveyFields& fields);

@@ -1,9 +1,11 @@
 #include "SorvaneMac/Screens/Survey/SurveyModelTables.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
+#include "SorvaneMac/Screens/Survey/SurveyModelWords.h"
 
 namespace sorvane::SurveyModelTables {
 
@@ -12,34 +14,29 @@ namespace {
 using Cells = std::vector<std::string>;
 
 Cells cells(const SurveyCoefficient& each, bool hasRatios) {
-    Cells row = {each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3), svFmt(each.t, 2),
-                 ResultText::pCell(each.pValue)};
+    const int decimals = ErrorDecimals::of(each.standardError);
+    Cells row = {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+                 svFmt(each.t, 2), ResultText::pCell(each.pValue)};
     if (!hasRatios) {
-        row.push_back(svFmt(each.lowerBound, 3));
-        row.push_back(svFmt(each.upperBound, 3));
+        row.push_back(svFmt(each.lowerBound, decimals));
+        row.push_back(svFmt(each.upperBound, decimals));
     } else if (each.ratio) {
-        row.push_back(ResultText::ratio(*each.ratio, 3));
-        row.push_back(ResultText::ratio(*each.ratioLowerBound, 3));
-        row.push_back(ResultText::ratio(*each.ratioUpperBound, 3));
+        row.push_back(ResultText::ratio(*each.ratio, decimals));
+        row.push_back(ResultText::ratio(*each.ratioLowerBound, decimals));
+        row.push_back(ResultText::ratio(*each.ratioUpperBound, decimals));
     } else {
         row.insert(row.end(), 3, "");
     }
     return row;
 }
 
-std::string meaningOfB(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "B is the change of the outcome for a step of one.";
-        case SurveyModelKind::logistic:
-            return "B is the change of the log odds for a step of one; OR is the odds ratio.";
-        case SurveyModelKind::poisson:
-            return "B is the change of the log rate for a step of one; RR is the rate ratio.";
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "B is the change of the log odds of a higher level for a step of one; OR is the odds "
-           "ratio.";
+std::string meaningOfB(const SurveyModelWords& words) {
+    const std::string change = "B is the change of " +
+                               std::string(words.changed.empty() ? "the outcome" : words.changed) +
+                               " for a step of one";
+    return words.ratioSymbol.empty() ? change + "."
+                                     : change + "; " + std::string(words.ratioSymbol) + " is the " +
+                                           std::string(words.ratioName) + ".";
 }
 
 /// The result's row of the same position; null where that fit has none.
@@ -61,19 +58,6 @@ std::string designEffect(const SurveyCoefficient& designed, const SurveyCoeffici
 
 }  // namespace
 
-std::string_view ratioSymbol(SurveyModelKind model) {
-    switch (model) {
-        case SurveyModelKind::linear:
-            return "";
-        case SurveyModelKind::poisson:
-            return "RR";
-        case SurveyModelKind::logistic:
-        case SurveyModelKind::ordinal:
-            break;
-    }
-    return "OR";
-}
-
 std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result) {
     const bool hasIntercept = result.model != SurveyModelKind::ordinal;
     return {result.coefficients.begin() + (hasIntercept && !result.coefficients.empty() ? 1 : 0),
@@ -82,13 +66,14 @@ std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result) {
 
 ReportTable coefficients(const SurveyModelRun& run) {
     const SurveyModelResult& result = *run.result;
-    const bool hasRatios = run.model != SurveyModelKind::linear;
+    const SurveyModelWords& words = SurveyModelWords::of(run.model);
+    const bool hasRatios = !words.ratioSymbol.empty();
     const std::string level = SurveyCells::levelText(result.confidenceLevel);
     ReportTable table;
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "t", "p"};
     if (hasRatios) {
-        table.headers.emplace_back(ratioSymbol(run.model));
+        table.headers.emplace_back(words.ratioSymbol);
     }
     table.headers.insert(table.headers.end(), {"LL", "UL"});
     table.groupHeaders = {
@@ -97,7 +82,7 @@ ReportTable coefficients(const SurveyModelRun& run) {
     for (const SurveyCoefficient& each : result.coefficients) {
         table.rows.push_back(cells(each, hasRatios));
     }
-    table.note = meaningOfB(run.model) + " Standard errors: " +
+    table.note = meaningOfB(words) + " Standard errors: " +
                  SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
                  ". Tests and intervals by t on " + ResultText::count(result.degreesOfFreedom) +
                  " df, those of the design less the predictors.";
@@ -112,8 +97,10 @@ ReportTable thresholds(const SurveyModelRun& run) {
         {.label = "", .span = 3},
         {.label = SurveyCells::levelText(run.result->confidenceLevel), .span = 2}};
     for (const SurveyCoefficient& each : run.result->thresholds) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+        const int decimals = ErrorDecimals::of(each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.lowerBound, decimals),
+                              svFmt(each.upperBound, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
@@ -133,12 +120,15 @@ ReportTable summary(const SurveyModelRun& run) {
     if (run.model == SurveyModelKind::linear) {
         table.headers.insert(table.headers.end(), {"R²", "Residual SD"});
         table.rows.front().push_back(svFmtBounded(result.rSquared, 3));
-        table.rows.front().push_back(svFmt(result.residualStandardDeviation, 3));
+        table.rows.front().push_back(
+            svFmt(result.residualStandardDeviation,
+                  ErrorDecimals::of(result.residualStandardDeviation.value_or(0.0))));
         *table.note += " R² and the residual SD are estimates for the population.";
     }
     if (run.model == SurveyModelKind::logistic) {
         table.headers.insert(table.headers.begin() + 1, "Events");
-        table.rows.front().insert(table.rows.front().begin() + 1, ResultText::count(run.events));
+        table.rows.front().insert(table.rows.front().begin() + 1,
+                                  ResultText::count(result.events.value_or(0)));
         *table.note += " An event is " + run.outcome + " = " + run.event +
                        "; events are counted in the sample, unweighted.";
     }
@@ -161,15 +151,16 @@ ReportTable comparison(const SurveyModelRun& run) {
     table.groupHeaders->push_back({.label = "Unweighted", .span = 2});
     for (std::size_t at = 0; at < designed.size(); ++at) {
         const SurveyCoefficient& own = designed[at];
-        Cells row = {own.name, svFmt(own.estimate, 3), svFmt(own.standardError, 3)};
+        const int decimals = ErrorDecimals::of(own.standardError);
+        Cells row = {own.name, svFmt(own.estimate, decimals), svFmt(own.standardError, decimals)};
         if (run.weightsOnly) {
             const SurveyCoefficient* weighted = rowAt(alone, at);
-            row.push_back(weighted ? svFmt(weighted->standardError, 3) : "--");
+            row.push_back(weighted ? svFmt(weighted->standardError, decimals) : "--");
             row.push_back(designEffect(own, weighted));
         }
         const SurveyCoefficient* unweighted = rowAt(plain, at);
-        row.push_back(unweighted ? svFmt(unweighted->estimate, 3) : "--");
-        row.push_back(unweighted ? svFmt(unweighted->standardError, 3) : "--");
+        row.push_back(unweighted ? svFmt(unweighted->estimate, decimals) : "--");
+        row.push_back(unweighted ? svFmt(unweighted->standardError, decimals) : "--");
         table.rows.push_back(std::move(row));
     }
     table.note =

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "SorvaneMac/Report/ReportItem.h"
@@ -10,8 +9,6 @@
 /// The tables of a regression under a sampling design.
 namespace sorvane::SurveyModelTables {
 
-/// "OR" or "RR"; empty for a linear model.
-std::string_view ratioSymbol(SurveyModelKind model);
 /// The coefficients without the intercept, in the order of the predictors.
 std::vector<SurveyCoefficient> slopes(const SurveyModelResult& result);
 

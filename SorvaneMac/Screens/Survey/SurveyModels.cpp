@@ -2,7 +2,6 @@
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyAnalyses.h"
-#include "SorvaneMac/Screens/Survey/SurveyColumns.h"
 #include "SorvaneMac/Screens/Survey/SurveyGuides.h"
 #include "SorvaneMac/Screens/Survey/SurveyInference.h"
 #include "SorvaneMac/Screens/Survey/SurveyModelFit.h"
@@ -16,11 +15,15 @@ namespace {
 
 /// 1 where the cell is the event, 0 where it is something else, absent where it is blank.
 NumericColumn indicator(const TextColumn& labels, const std::string& event) {
-    std::vector<std::optional<double>> rows(labels.size());
-    for (std::size_t row = 0; row < labels.size(); ++row) {
-        if (!labels[row].empty()) {
-            rows[row] = labels[row] == event ? 1.0 : 0.0;
+    std::vector<std::optional<double>> ofLevel(labels.levelCount());
+    for (std::size_t code = 0; code < ofLevel.size(); ++code) {
+        if (!labels.level(code).empty()) {
+            ofLevel[code] = labels.level(code) == event ? 1.0 : 0.0;
         }
+    }
+    std::vector<std::optional<double>> rows(labels.size());
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        rows[row] = ofLevel[labels.code(row)];
     }
     return NumericColumn(std::move(rows));
 }
@@ -54,14 +57,12 @@ private:
     }
     std::string computingLabel() const override { return "Fitting the model under the design…"; }
 
-    Compute computation() const override {
+    Estimate estimation() const override {
         const ImportedDataset& dataset = state_.dataset();
-        const SurveyDesign design = SurveyColumns::design(dataset, fields_);
-        SurveyModelFit fit{.run = {.model = kind_,
-                                   .outcome = fields_.models.svOutcome->name,
-                                   .predictors = SurveyModelSelection::predictors(dataset, fields_),
-                                   .design = SurveyColumns::used(design, fields_)},
-                           .design = design};
+        SurveyModelFit fit{
+            .run = {.model = kind_,
+                    .outcome = fields_.models.svOutcome->name,
+                    .predictors = SurveyModelSelection::predictors(dataset, fields_)}};
         for (const std::string& name : fit.run.predictors) {
             fit.predictors.push_back(dataset.numericColumn(name));
         }
@@ -72,8 +73,8 @@ private:
         } else {
             fit.outcome = dataset.numericColumn(fit.run.outcome);
         }
-        return [fit = std::move(fit)](const TaskRunner::Progress&) {
-            return fit.computed();
+        return [fit = std::move(fit)](const SurveyDesign& design, const Progress&) {
+            return fit.under(design);
         };
     }
 

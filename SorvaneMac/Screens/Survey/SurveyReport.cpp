@@ -1,7 +1,6 @@
 #include "SorvaneMac/Screens/Survey/SurveyReport.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCautions.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"

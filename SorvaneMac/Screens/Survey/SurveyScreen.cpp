@@ -4,7 +4,6 @@
 #include "SorvaneMac/Screens/SuitedVariables.h"
 #include "SorvaneMac/Screens/Survey/SurveyAnalyses.h"
 #include "SorvaneMac/Screens/Survey/SurveyColumns.h"
-#include "SorvaneMac/Screens/Survey/SurveyEstimation.h"
 #include "SorvaneMac/Screens/Survey/SurveyModelSelection.h"
 
 namespace sorvane {
@@ -19,7 +18,7 @@ SurveyScreen::SurveyScreen(StudioState& state, SurveyFields& fields)
       strataSeed_(state.fields, fields.svStrata, fields.svHasRun),
       clusterSeed_(state.fields, fields.svCluster, fields.svHasRun) {
     followChoice(fields.models.svAnalysis);
-    add(surveyEstimation(state, fields));
+    add(SurveyAnalyses::estimates(state, fields));
     for (const SurveyModelKind kind : {SurveyModelKind::linear, SurveyModelKind::logistic,
                                        SurveyModelKind::poisson, SurveyModelKind::ordinal}) {
         add(SurveyAnalyses::model(kind, state, fields));

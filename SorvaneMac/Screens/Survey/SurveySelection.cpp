@@ -140,6 +140,26 @@ std::optional<Gate> missingDenominator(const ImportedDataset& dataset, const Sur
                                       "numeric columns");
 }
 
+/// The replicate weights, of which a survey may have hundreds.
+void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
+    const List weights = possibleWeights(dataset);
+    form.controls.emplace_back(HeadingControl{"REPLICATE WEIGHTS"});
+    form.controls.emplace_back(FormControls::withUnavailable(
+        FormControls::variableCheckList("In place of strata and clusters", fields.svReplicates,
+                                        without(weights, {fields.svWeight->name})),
+        fields.svReplicates.get(), weights));
+    if (fields.svReplicates->empty()) {
+        return;
+    }
+    form.controls.emplace_back(
+        FormControls::enumerationPicker("Replication", fields.svReplicateType));
+    if (fields.svReplicateType.get() == ReplicateType::fayBRR) {
+        form.controls.emplace_back(FormControls::shareSlider("Fay factor", fields.svFayRho));
+    }
+    form.controls.emplace_back(FormControls::textField(
+        "Scales of the replicates", "blank: those of the replication", fields.svReplicateScale));
+}
+
 }  // namespace
 
 void addDesign(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
@@ -191,25 +211,6 @@ void addFurther(SetupForm& form, const ImportedDataset& dataset, SurveyFields& f
                     "well. Other analyses stay unweighted and say so.",
                     false});
     addReplicates(form, dataset, fields);
-}
-
-void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields) {
-    const List weights = possibleWeights(dataset);
-    form.controls.emplace_back(HeadingControl{"REPLICATE WEIGHTS"});
-    form.controls.emplace_back(FormControls::withUnavailable(
-        FormControls::variableCheckList("In place of strata and clusters", fields.svReplicates,
-                                        without(weights, {fields.svWeight->name})),
-        fields.svReplicates.get(), weights));
-    if (fields.svReplicates->empty()) {
-        return;
-    }
-    form.controls.emplace_back(
-        FormControls::enumerationPicker("Replication", fields.svReplicateType));
-    if (fields.svReplicateType.get() == ReplicateType::fayBRR) {
-        form.controls.emplace_back(FormControls::shareSlider("Fay factor", fields.svFayRho));
-    }
-    form.controls.emplace_back(FormControls::textField(
-        "Scales of the replicates", "blank: those of the replication", fields.svReplicateScale));
 }
 
 std::optional<Gate> designGate(const ImportedDataset& dataset, const SurveyFields& fields) {

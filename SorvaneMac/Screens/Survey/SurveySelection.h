@@ -20,9 +20,6 @@ void addAnalysis(SetupForm& form, SurveyFields& fields);
 /// Whether other screens take the weights, and the replicate weights.
 void addFurther(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
 
-/// The replicate weights, of which a survey may have hundreds.
-void addReplicates(SetupForm& form, const ImportedDataset& dataset, SurveyFields& fields);
-
 /// What keeps the weights, strata and clusters from being a design.
 std::optional<Gate> designGate(const ImportedDataset& dataset, const SurveyFields& fields);
 /// What keeps the estimate from running, the design aside.

@@ -74,23 +74,32 @@ void sayUnweighted(ScreenContent& content) {
     }
 }
 
+const SurveyDesign& KeptDesign::of(const ChosenDesign& chosen) {
+    if (!chosen_ || !(*chosen_ == chosen)) {
+        chosen_ = chosen;
+        design_ = chosen.design();
+    }
+    return design_;
+}
+
 Descriptives descriptives(const ImportedDataset& dataset,
                           const SurveyFields& fields,
-                          const std::string& variable,
-                          const std::string& group) {
+                          const Described& described,
+                          KeptDesign& kept) {
+    const auto& [variable, values, group] = described;
     Descriptives result{.run = {.variable = variable}};
     if (const std::optional<Gate> missing = SurveySelection::designGate(dataset, fields)) {
         result.obstacle = ResultText::sentence(*missing);
         return result;
     }
-    SurveyDesign design = SurveyColumns::design(dataset, fields);
     constexpr double usualLevel = 0.95;
-    design.confidenceLevel = usualLevel;
-    const NumericColumn values = dataset.numericColumn(variable);
+    ChosenDesign chosen = ChosenDesign::of(dataset, fields);
+    chosen.confidenceLevel = usualLevel;
+    const SurveyDesign& design = kept.of(chosen);
     const bool isShare = isZeroOrOne(values);
     SurveyRun& run = result.run;
     run.estimand = isShare ? WeightedEstimand::proportion : WeightedEstimand::mean;
-    run.design = SurveyColumns::used(design, fields);
+    run.design = chosen.used(design);
     run.estimate = isShare ? WeightedEstimators::proportion(values, design, variable)
                            : WeightedEstimators::mean(values, design, variable);
     if (SurveyCells::isBlocked(run.estimate)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
 #include "SorvaneMac/Screens/ScreenContent.h"
+#include "SorvaneMac/Screens/Survey/ChosenDesign.h"
 #include "SorvaneMac/Screens/Survey/SurveyFields.h"
 
 /// What the weights of the survey design mean on other screens, while they are on.
@@ -28,11 +30,28 @@ struct Descriptives {
     std::string obstacle;
 };
 
-/// Input      `group`: empty for the whole population
+/// The design as it was last read, so that its columns are read once while they stay chosen.
+class KeptDesign {
+public:
+    const SurveyDesign& of(const ChosenDesign& chosen);
+
+private:
+    std::optional<ChosenDesign> chosen_;
+    SurveyDesign design_;
+};
+
+/// What is described, and by which column.
+struct Described {
+    std::string variable;
+    const NumericColumn& values;
+    /// Empty for the whole population.
+    std::string group;
+};
+
 Descriptives descriptives(const ImportedDataset& dataset,
                           const SurveyFields& fields,
-                          const std::string& variable,
-                          const std::string& group);
+                          const Described& described,
+                          KeptDesign& kept);
 
 /// Each figure with what it is of, such as "Mean", "Total" and "Mean, region = North"; none where
 /// there is an obstacle.
