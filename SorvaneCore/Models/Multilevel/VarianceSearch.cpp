@@ -28,6 +28,8 @@ public:
     }
     /// The same for the end of a search from the best, which is better however little lower.
     double refine(const RandomCovariance& g) { return takeBelow(0.0, g, evaluate(g)); }
+    /// The same for a simpler setting, which is better unless it is higher.
+    void simplify(const RandomCovariance& g) { takeBelow(rounding(), g, evaluate(g)); }
     /// Counts evaluations made elsewhere.
     void count(std::size_t evaluations) {
         found_.evaluations += static_cast<std::int64_t>(evaluations);
@@ -170,6 +172,12 @@ void searchFactor(Best& best, const SlopeFactor& scale, std::vector<double> star
     }
 }
 
+/// The best without one variance or the other, for searches that near a bound but cannot reach it.
+void simplify(Best& best) {
+    best.simplify(interceptOnly(best.g()[0]));
+    best.simplify(diagonal(0.0, best.g()[3]));
+}
+
 }  // namespace
 
 Found intercept(const NestedProfile& profile, std::optional<double> start) {
@@ -202,6 +210,7 @@ Found interceptAndSlope(const NestedProfile& profile, bool correlated, const Slo
         correlated ? searchCorrelated(best) : searchDiagonal(best);
         searchFactor(best, scale, scale.entries(best.g()));
         searchFactor(best, scale, bestOfGrid(best, scale, correlated));
+        simplify(best);
     }
     return best.take();
 }
@@ -228,6 +237,7 @@ Found crossed(const CrossedProfile& profile) {
     }
     if (best.isFound()) {
         searchDiagonal(best);
+        simplify(best);
     }
     return best.take();
 }
