@@ -85,9 +85,9 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
                 ", 95% CI [" + svFmt(effect.lowerBound, 2) + ", " + svFmt(effect.upperBound, 2) +
                 "]";
     } else {
-        text += (run.choice.isLogistic() ? "OR = " : "RR = ") +
-                ResultText::ratio(std::exp(effect.estimate), 2) + ", 95% CI [" +
-                ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
+        text += ResultText::ratioSentence(run.choice.isLogistic() ? "OR" : "RR",
+                                          std::exp(effect.estimate), 2) +
+                ", 95% CI [" + ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
                 ResultText::ratio(std::exp(effect.upperBound), 2) + "]";
     }
     return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";

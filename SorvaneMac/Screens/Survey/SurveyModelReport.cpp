@@ -51,12 +51,11 @@ std::string titleOf(SurveyModelKind model) {
 std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResult& result) {
     const std::string level = levelText(result.confidenceLevel);
     const std::string figures =
-        each.ratio
-            ? std::string(ratioSymbol(result.model)) + " = " + ResultText::ratio(*each.ratio, 2) +
-                  ", " + level + " [" + ResultText::ratio(*each.ratioLowerBound, 2) + ", " +
-                  ResultText::ratio(*each.ratioUpperBound, 2) + "]"
-            : "B = " + svFmt(each.estimate, 2) + ", " + level + " [" + svFmt(each.lowerBound, 2) +
-                  ", " + svFmt(each.upperBound, 2) + "]";
+        each.ratio ? ResultText::ratioSentence(ratioSymbol(result.model), *each.ratio, 2) + ", " +
+                         level + " [" + ResultText::ratio(*each.ratioLowerBound, 2) + ", " +
+                         ResultText::ratio(*each.ratioUpperBound, 2) + "]"
+                   : "B = " + svFmt(each.estimate, 2) + ", " + level + " [" +
+                         svFmt(each.lowerBound, 2) + ", " + svFmt(each.upperBound, 2) + "]";
     return " The effect of " + each.name + " was " +
            std::string(ResultText::significanceWords(each.pValue)) + ", " + figures + ", t(" +
            ResultText::count(result.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +
