@@ -387,6 +387,10 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
         study.expectValues({{"mlRandomSlope", R"("")"}});
         EXPECT_EQ(warning(), text);
     }
+    EXPECT_NE(warning(), "");
+    study.set({{"mlOutcome", R"("Reaction")"}});
+    study.screens.appear(multilevel);
+    EXPECT_EQ(warning(), "") << "it is no longer so";
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {
