@@ -229,7 +229,9 @@ TEST_F(SleepTest, SaysWhatTheChosenPValuesRestOn) {
     const auto passage = [this](const Settings& settings) -> std::string {
         const ScreenContent content = shown(settings);
         const Card* card = cardOf(content, "Random Effects and Residual Variance");
-        return card->passages.empty() ? "" : card->passages.front().text;
+        const std::string text = card->passages.empty() ? "" : card->passages.front().text;
+        EXPECT_TRUE(content.findings.front().item.table->note->ends_with(text));
+        return text;
     };
     EXPECT_TRUE(passage({}).starts_with("The normal reference takes the variances as known"));
     EXPECT_EQ(passage({{"mlDFMethod", R"("satterthwaite")"}}), "");
