@@ -344,6 +344,53 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
     EXPECT_TRUE(doubtsPValues(few));
 }
 
+/// Counts of 14 groups of 6 rows.
+struct CountStudy {
+    template <typename MeanOf>
+    explicit CountStudy(MeanOf meanOf) {
+        std::string text = "g,seat,x,odd,y\n";
+        for (int g = 0; g < 14; ++g) {
+            for (int i = 0; i < 6; ++i) {
+                const long count = std::lround(meanOf(g, i));
+                text += "g" + std::to_string(g) + "," + std::to_string(i) + "," +
+                        std::to_string(10000 * i) + "," + std::to_string(i % 2) + "," +
+                        std::to_string(count) + "\n";
+            }
+        }
+        study.state.importPastedData(text);
+        study.assign({"g", "seat"}, VariableKind::grouping);
+        study.assign({"x", "odd", "y"}, VariableKind::outcome);
+    }
+
+    ScreenContent shown(const Settings& further) {
+        Settings settings = {{"mlOutcome", R"("y")"}, {"mlCluster", R"("g")"}};
+        settings.insert(settings.end(), further.begin(), further.end());
+        return study.shown(multilevel, settings);
+    }
+
+    ReferenceStudy study{"sleepstudy.csv"};
+};
+
+bool saysAmongCautions(const ScreenContent& content, const std::string& piece) {
+    const Card* card = cardOf(content, "Cautions");
+    return card && std::ranges::any_of(card->cautions, [&piece](const std::string& text) {
+               return text.find(piece) != std::string::npos;
+           });
+}
+
+TEST(MultilevelScreen, ASlopeIsNearZeroByWhatItMovesNotByItsUnit) {
+    for (const double spread : {0.25, 0.0}) {
+        CountStudy counts([spread](int g, int i) {
+            return std::exp(1.0 + 0.2 * (g % 3) + spread * (g % 4 - 1.5) * i) + (g + i) % 2;
+        });
+        const ScreenContent content = counts.shown({{"mlFamily", R"("poisson")"},
+                                                    {"mlPredictors", R"(["x"])"},
+                                                    {"mlRandomSlope", R"("x")"},
+                                                    {"mlCorrelateRandom", "false"}});
+        EXPECT_EQ(saysAmongCautions(content, "The variance of g (x) is near zero"), spread == 0.0);
+    }
+}
+
 TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
     const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
     ReferenceStudy study(table.filename());

@@ -93,6 +93,19 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
     return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";
 }
 
+void addBoundaries(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    constexpr std::size_t slope = 1;
+    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
+    for (std::size_t at = 0; at < components.size(); ++at) {
+        const bool isSlope = at == slope && !run.choice.slope.empty();
+        if (MultilevelReport::isNearZero(run.choice, *run.result, at,
+                                         isSlope ? run.slopeSquare : 1.0)) {
+            warnings.push_back("The variance of " + components[at].name +
+                               " is near zero (boundary).");
+        }
+    }
+}
+
 bool isCorrelationAtBound(const MultilevelRun& run) {
     // Searches of counts and shares end as near as this to a bound of 1.
     constexpr double bound = 0.999;
@@ -195,12 +208,8 @@ std::string caution(const MultilevelRun& run) {
 
 std::vector<std::string> warnings(const MultilevelRun& run) {
     std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
-    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
-    for (std::size_t at = 0; at < components.size() && !run.choice.isGaussian(); ++at) {
-        if (MultilevelReport::isNearZero(run.choice, *run.result, at)) {
-            warnings.push_back("The variance of " + components[at].name +
-                               " is near zero (boundary).");
-        }
+    if (!run.choice.isGaussian()) {
+        addBoundaries(warnings, run);
     }
     if (isCorrelationAtBound(run)) {
         warnings.emplace_back(
