@@ -391,6 +391,16 @@ TEST(MultilevelScreen, ASlopeIsNearZeroByWhatItMovesNotByItsUnit) {
     }
 }
 
+TEST(MultilevelScreen, TellsOfCountsThatHaveNoEnd) {
+    CountStudy counts([](int g, int i) { return i % 2 == 1 ? 0.0 : 2.0 + (3 * g + i) % 4; });
+    const ScreenContent content =
+        counts.shown({{"mlFamily", R"("poisson")"}, {"mlPredictors", R"(["odd"])"}});
+    EXPECT_TRUE(saysAmongCautions(content, "Standard errors beyond 20, of odd, usually mean"));
+    EXPECT_EQ(cardOf(content, "Sample and singularity checks"), nullptr);
+    const std::string& sentence = content.findings.front().item.apaSummary;
+    EXPECT_NE(sentence.find(", RR < 0.01, 95% CI"), std::string::npos) << sentence;
+}
+
 TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
     const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
     ReferenceStudy study(table.filename());

@@ -106,6 +106,24 @@ void addBoundaries(std::vector<std::string>& warnings, const MultilevelRun& run)
     }
 }
 
+/// As the engine has it of shares, of which it tells itself.
+void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    constexpr double extremeError = 20.0;
+    std::vector<std::string> names;
+    for (const MultilevelFixedEffect& effect : run.result->fixedEffects) {
+        if (!(effect.standardError <= extremeError)) {
+            names.push_back(effect.name);
+        }
+    }
+    if (!names.empty()) {
+        warnings.push_back(
+            "Standard errors beyond 20, of " + ResultText::listed(names) +
+            ", usually mean that cases of some kind have counts of zero alone, so that a "
+            "coefficient grows without end. Treat these estimates as unstable; consider "
+            "collapsing sparse categories or removing the offending predictor.");
+    }
+}
+
 bool isCorrelationAtBound(const MultilevelRun& run) {
     // Searches of counts and shares end as near as this to a bound of 1.
     constexpr double bound = 0.999;
@@ -210,6 +228,9 @@ std::vector<std::string> warnings(const MultilevelRun& run) {
     std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
     if (!run.choice.isGaussian()) {
         addBoundaries(warnings, run);
+    }
+    if (run.choice.family == MultilevelFamily::poisson) {
+        addEndlessCounts(warnings, run);
     }
     if (isCorrelationAtBound(run)) {
         warnings.emplace_back(
