@@ -401,6 +401,22 @@ TEST(MultilevelScreen, TellsOfCountsThatHaveNoEnd) {
     EXPECT_NE(sentence.find(", RR < 0.01, 95% CI"), std::string::npos) << sentence;
 }
 
+TEST(MultilevelScreen, TellsOfAFactorWithALevelForEveryCase) {
+    CountStudy rows([](int g, int i) { return g % 5 + 7 * i % 4; });
+    const auto tells = [&rows] {
+        return saysAmongCautions(rows.shown({{"mlStructure", R"("threeLevel")"},
+                                             {"mlCluster2", R"("seat")"},
+                                             {"mlPredictors", "[]"}}),
+                                 "Every level of g:seat has a single case, so its variance cannot "
+                                 "be told from the residual");
+    };
+    EXPECT_TRUE(tells());
+    rows.study.state.importPastedData("g,seat,y\na,1,3\na,1,4\nb,1,2\nb,2,5\nc,1,7\nc,2,6\n");
+    rows.study.assign({"g", "seat"}, VariableKind::grouping);
+    rows.study.assign({"y"}, VariableKind::outcome);
+    EXPECT_FALSE(tells());
+}
+
 TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
     const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
     ReferenceStudy study(table.filename());

@@ -106,6 +106,20 @@ void addBoundaries(std::vector<std::string>& warnings, const MultilevelRun& run)
     }
 }
 
+/// Of factors with a level for every case.
+void addUntoldVariances(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    const auto addIf = [&](bool isUntold, const std::string& factor) {
+        if (isUntold) {
+            warnings.push_back("Every level of " + factor +
+                               " has a single case, so its variance cannot be told from the "
+                               "residual; only their sum can.");
+        }
+    };
+    addIf(result.nClusters == result.n, run.choice.cluster);
+    addIf(result.nClustersSecondary == result.n, run.choice.secondLabel());
+}
+
 /// As the engine has it of shares, of which it tells itself.
 void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& run) {
     constexpr double extremeError = 20.0;
@@ -226,7 +240,9 @@ std::string caution(const MultilevelRun& run) {
 
 std::vector<std::string> warnings(const MultilevelRun& run) {
     std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
-    if (!run.choice.isGaussian()) {
+    if (run.choice.isGaussian()) {
+        addUntoldVariances(warnings, run);
+    } else {
         addBoundaries(warnings, run);
     }
     if (run.choice.family == MultilevelFamily::poisson) {
