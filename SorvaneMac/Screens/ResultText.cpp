@@ -48,6 +48,12 @@ std::string ratio(double value, int decimals) {
                                                   : svFmt(value, decimals);
 }
 
+std::string ratioSentence(std::string_view symbol, double value, int decimals) {
+    const std::string text = ratio(value, decimals);
+    const bool isBound = text.starts_with("<") || text.starts_with(">");
+    return std::string(symbol) + (isBound ? " " : " = ") + text;
+}
+
 std::string count(std::int64_t value) {
     return NumberText::integer(value);
 }

@@ -21,6 +21,8 @@ std::string pTile(double p);
 Tile pValueTile(double p);
 /// An odds, rate or hazard ratio: "> 99999" beyond any use, "< 0.001" rather than a zero.
 std::string ratio(double value, int decimals);
+/// The same in a sentence: "HR = 1.25", "HR < 0.01".
+std::string ratioSentence(std::string_view symbol, double value, int decimals);
 /// A count in plain digits.
 std::string count(std::int64_t value);
 /// Degrees of freedom: whole ones without decimals, others with two.

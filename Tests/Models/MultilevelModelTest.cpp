@@ -1,5 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -188,6 +189,20 @@ TEST(MultilevelModel, CautionsAboutClusters) {
         MultilevelModel::fit(dataOf({1.0, 2.0, 3.0, 3.0, 2.0, 1.0}, {}, halves), namedOptions(0));
     EXPECT_EQ(equal->icc, 0.0);
     EXPECT_EQ(cautions(equal->readiness).back(), boundary);
+}
+
+TEST(MultilevelModel, GivesNoVarianceToClustersOfOneCaseInAnyOrder) {
+    Simulated rows(40, 1, 3.0);
+    for (int order = 0; order < 5; ++order) {
+        SCOPED_TRACE(order);
+        const auto fit = MultilevelModel::fit(rows.data(), namedOptions(1));
+        EXPECT_EQ(fit->icc, 0.0);
+        EXPECT_EQ(cautions(fit->readiness).back(),
+                  "Cluster intercept variance is near zero (boundary).");
+        for (Cells* column : {&rows.outcome, &rows.x}) {
+            std::ranges::rotate(*column, column->begin() + 7);
+        }
+    }
 }
 
 TEST(MultilevelModel, CautionsWhereAVarianceVanishes) {

@@ -229,7 +229,9 @@ TEST_F(SleepTest, SaysWhatTheChosenPValuesRestOn) {
     const auto passage = [this](const Settings& settings) -> std::string {
         const ScreenContent content = shown(settings);
         const Card* card = cardOf(content, "Random Effects and Residual Variance");
-        return card->passages.empty() ? "" : card->passages.front().text;
+        const std::string text = card->passages.empty() ? "" : card->passages.front().text;
+        EXPECT_TRUE(content.findings.front().item.table->note->ends_with(text));
+        return text;
     };
     EXPECT_TRUE(passage({}).starts_with("The normal reference takes the variances as known"));
     EXPECT_EQ(passage({{"mlDFMethod", R"("satterthwaite")"}}), "");
@@ -342,6 +344,79 @@ TEST(MultilevelScreen, ABoundaryLeavesNothingToDrawAndACleanFitSaysSo) {
     EXPECT_TRUE(doubtsPValues(few));
 }
 
+/// Counts of 14 groups of 6 rows.
+struct CountStudy {
+    template <typename MeanOf>
+    explicit CountStudy(MeanOf meanOf) {
+        std::string text = "g,seat,x,odd,y\n";
+        for (int g = 0; g < 14; ++g) {
+            for (int i = 0; i < 6; ++i) {
+                const long count = std::lround(meanOf(g, i));
+                text += "g" + std::to_string(g) + "," + std::to_string(i) + "," +
+                        std::to_string(10000 * i) + "," + std::to_string(i % 2) + "," +
+                        std::to_string(count) + "\n";
+            }
+        }
+        study.state.importPastedData(text);
+        study.assign({"g", "seat"}, VariableKind::grouping);
+        study.assign({"x", "odd", "y"}, VariableKind::outcome);
+    }
+
+    ScreenContent shown(const Settings& further) {
+        Settings settings = {{"mlOutcome", R"("y")"}, {"mlCluster", R"("g")"}};
+        settings.insert(settings.end(), further.begin(), further.end());
+        return study.shown(multilevel, settings);
+    }
+
+    ReferenceStudy study{"sleepstudy.csv"};
+};
+
+bool saysAmongCautions(const ScreenContent& content, const std::string& piece) {
+    const Card* card = cardOf(content, "Cautions");
+    return card && std::ranges::any_of(card->cautions, [&piece](const std::string& text) {
+               return text.find(piece) != std::string::npos;
+           });
+}
+
+TEST(MultilevelScreen, ASlopeIsNearZeroByWhatItMovesNotByItsUnit) {
+    for (const double spread : {0.25, 0.0}) {
+        CountStudy counts([spread](int g, int i) {
+            return std::exp(1.0 + 0.2 * (g % 3) + spread * (g % 4 - 1.5) * i) + (g + i) % 2;
+        });
+        const ScreenContent content = counts.shown({{"mlFamily", R"("poisson")"},
+                                                    {"mlPredictors", R"(["x"])"},
+                                                    {"mlRandomSlope", R"("x")"},
+                                                    {"mlCorrelateRandom", "false"}});
+        EXPECT_EQ(saysAmongCautions(content, "The variance of g (x) is near zero"), spread == 0.0);
+    }
+}
+
+TEST(MultilevelScreen, TellsOfCountsThatHaveNoEnd) {
+    CountStudy counts([](int g, int i) { return i % 2 == 1 ? 0.0 : 2.0 + (3 * g + i) % 4; });
+    const ScreenContent content =
+        counts.shown({{"mlFamily", R"("poisson")"}, {"mlPredictors", R"(["odd"])"}});
+    EXPECT_TRUE(saysAmongCautions(content, "Standard errors beyond 20, of odd, usually mean"));
+    EXPECT_EQ(cardOf(content, "Sample and singularity checks"), nullptr);
+    const std::string& sentence = content.findings.front().item.apaSummary;
+    EXPECT_NE(sentence.find(", RR < 0.01, 95% CI"), std::string::npos) << sentence;
+}
+
+TEST(MultilevelScreen, TellsOfAFactorWithALevelForEveryCase) {
+    CountStudy rows([](int g, int i) { return g % 5 + 7 * i % 4; });
+    const auto tells = [&rows] {
+        return saysAmongCautions(rows.shown({{"mlStructure", R"("threeLevel")"},
+                                             {"mlCluster2", R"("seat")"},
+                                             {"mlPredictors", "[]"}}),
+                                 "Every level of g:seat has a single case, so its variance cannot "
+                                 "be told from the residual");
+    };
+    EXPECT_TRUE(tells());
+    rows.study.state.importPastedData("g,seat,y\na,1,3\na,1,4\nb,1,2\nb,2,5\nc,1,7\nc,2,6\n");
+    rows.study.assign({"g", "seat"}, VariableKind::grouping);
+    rows.study.assign({"y"}, VariableKind::outcome);
+    EXPECT_FALSE(tells());
+}
+
 TEST(MultilevelScreen, ClearedPredictorsStayClearedUntilAnotherTableComes) {
     const std::filesystem::path table = SORVANE_SOURCE_DIR "/Tests/Reference/data/epil.csv";
     ReferenceStudy study(table.filename());
@@ -387,6 +462,10 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
         study.expectValues({{"mlRandomSlope", R"("")"}});
         EXPECT_EQ(warning(), text);
     }
+    EXPECT_NE(warning(), "");
+    study.set({{"mlOutcome", R"("Reaction")"}});
+    study.screens.appear(multilevel);
+    EXPECT_EQ(warning(), "") << "it is no longer so";
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {

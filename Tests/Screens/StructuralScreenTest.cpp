@@ -122,6 +122,8 @@ TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
         {__LINE__, "f =~ x1 + x2 + x3", 0, "The model has no degrees of freedom", ""},
         {__LINE__, "visual =~ x1 + x2 + x3\nspeed =~ x7 + x8 + x9\nvisual ~~ speed", 40,
          "A negative estimated variance (Heywood case) was found for x3", ""},
+        {__LINE__, "f =~ x1 + x2 + x3 + x4\nx1 ~~ 0.5*x1\nx2 ~~ 0.5*x2\nx1 ~~ -0.6*x2", 0,
+         "The estimated residual correlation of x1 and x2 is beyond ±1", ""},
         {__LINE__, threeFactors, 20, "The ML estimator did not converge", ""},
         {__LINE__, "f =~ x1 + x2", 0, "", "Model is not identified: free parameters exceed"},
         {__LINE__, threeFactors, 2, "", "The sample covariance matrix is not positive"},

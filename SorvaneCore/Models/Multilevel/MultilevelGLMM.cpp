@@ -34,11 +34,15 @@ struct SpreadScale {
         : unit(1.0 / std::sqrt(static_cast<double>(clusters))) {}
 
     double sigma(double coordinate) const {
-        // Beyond, nothing can be told from no variance or from clusters that share nothing.
-        constexpr double longest = 15.0;
         return std::exp(std::clamp(unit * coordinate, -longest, longest));
     }
     double coordinateOf(double sigma) const { return std::log(sigma) / unit; }
+    /// That of the smallest standard deviation.
+    double least() const { return -longest / unit; }
+
+private:
+    /// Beyond, nothing can be told from no variance or from clusters that share nothing.
+    static constexpr double longest = 15.0;
 };
 
 /// Fixed effects at the fit without random effects, each variance parameter at each of some values.
@@ -60,6 +64,22 @@ std::vector<std::vector<double>> startsAt(std::size_t fixed,
         starts = std::move(longer);
     }
     return starts;
+}
+
+/// Moves a fit that is near the bound of a variance onto it: where some coordinates at the values
+/// that stand for no variance make it no less likely.
+void moveToBound(Fit& fit,
+                 const Likelihood& likelihood,
+                 const std::vector<std::pair<std::size_t, double>>& bound) {
+    std::vector<double> point = fit.point;
+    for (const auto& [coordinate, value] : bound) {
+        point[coordinate] = value;
+    }
+    ++fit.iterations;
+    if (const double value = likelihood.log(point); value >= fit.value) {
+        fit.value = value;
+        fit.point = std::move(point);
+    }
 }
 
 /// The result of a search whose variance components are still to be added.
@@ -112,7 +132,8 @@ MultilevelResult fitIntercept(const LinkedTask& task, const LinkedDesign& design
     InterceptQuadrature quadrature(design, task.rows.cluster);
     const Likelihood likelihood = likelihoodOf(
         design, quadrature, [&](std::span<const double> point) { return scale.sigma(point[0]); });
-    const Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), likelihood);
+    Fit fit = LinkedMaximizer::maximize(startsAt(p, 1, scale), likelihood);
+    moveToBound(fit, likelihood, {{p, scale.least()}});
     MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scale.sigma(fit.point[p]));
     return result;
@@ -172,8 +193,14 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
                            .along = correlated ? factored[1] : 0.0,
                            .alone = factored.back()};
     });
-    const Fit fit = LinkedMaximizer::maximize(
+    Fit fit = LinkedMaximizer::maximize(
         correlated ? correlatedStarts(p, scale) : startsAt(p, 2, scale), likelihood);
+    if (correlated) {
+        moveToBound(fit, likelihood, {{p + 1, 0.0}, {p + 2, 0.0}});
+    } else {
+        moveToBound(fit, likelihood, {{p, scale.least()}});
+        moveToBound(fit, likelihood, {{p + 1, scale.least()}});
+    }
     MultilevelResult result = searched(task, design, fit, likelihood);
     setSlopeVariances(result, task.options,
                       factor.covariance(entries(std::span(fit.point).subspan(p))));
@@ -193,7 +220,9 @@ MultilevelResult fitTwoFactors(const LinkedTask& task, const LinkedDesign& desig
     for (std::vector<double>& start : starts) {
         start[p + 1] *= scaleA.unit / scaleB.unit;
     }
-    const Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    Fit fit = LinkedMaximizer::maximize(starts, likelihood);
+    moveToBound(fit, likelihood, {{p, scaleA.least()}});
+    moveToBound(fit, likelihood, {{p + 1, scaleB.least()}});
     MultilevelResult result = searched(task, design, fit, likelihood);
     addComponent(result, task.options.clusterLabel + " (Intercept)", scaleA.sigma(fit.point[p]));
     addComponent(result, task.options.cluster2Label + " (Intercept)",

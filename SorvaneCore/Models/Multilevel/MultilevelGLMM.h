@@ -10,12 +10,13 @@
 ///
 /// Input      as for `MultilevelModel::fit`; the estimator and the method for df are not read
 /// Method     the marginal likelihood is maximised over fixed effects and log standard deviations,
-///            or the factor of a covariance in the slope's own units: quasi-Newton steps in units of the information, then a simplex. A random intercept is
-///            integrated by 15-point adaptive Gauss-Hermite quadrature, anything more by Laplace's
-///            approximation, as the usual package does. Linear predictors are held to [-30, 30] and
-///            shares to [1e-12, 1 - 1e-12]. Errors come from the Hessian in the fixed effects with
-///            the variances held, and are a little smaller than those of the joint Hessian. Normal
-///            p-values and bounds
+///            or the factor of a covariance in the slope's own units: quasi-Newton steps in units of
+///            the information, then a simplex. At a bound a standard deviation is next to 0, of the
+///            linear predictor. A random intercept is integrated by 15-point adaptive Gauss-Hermite
+///            quadrature, anything more by Laplace's approximation, as the usual package does.
+///            Linear predictors are held to [-30, 30] and shares to [1e-12, 1 - 1e-12]. Errors come
+///            from the Hessian in the fixed effects with the variances held, and are a little
+///            smaller than those of the joint Hessian. Normal p-values and bounds
 /// Failure    absent: as `MultilevelModel::fit`, and an outcome that is not coded so. Blocked: too
 ///            few clusters or too many levels, an outcome that does not vary
 /// Accuracy   fixed effects and log likelihood 1e-4 of the package's

@@ -15,7 +15,7 @@ namespace {
 /// Below this a relative variance is no start for its logarithm.
 constexpr double smallestStart = 1e-8;
 
-/// The best setting so far; of equal ones the earliest.
+/// The best setting so far; of equal ones, up to what rounding leaves of a criterion, the earliest.
 class Best {
 public:
     explicit Best(const NestedProfile& profile) : profile_(profile) {}
@@ -24,14 +24,12 @@ public:
     double offer(const RandomCovariance& g) { return offer(g, evaluate(g)); }
     /// The same with the profile at hand.
     double offer(const RandomCovariance& g, std::optional<MultilevelProfile> candidate) {
-        const double value = valueOf(candidate);
-        if (candidate && std::isfinite(value) &&
-            (!found_.profile || value < found_.profile->criterion)) {
-            found_.g = g;
-            found_.profile = std::move(candidate);
-        }
-        return value;
+        return takeBelow(-rounding(), g, std::move(candidate));
     }
+    /// The same for the end of a search from the best, which is better however little lower.
+    double refine(const RandomCovariance& g) { return takeBelow(0.0, g, evaluate(g)); }
+    /// The same for a simpler setting, which is better unless it is higher.
+    void simplify(const RandomCovariance& g) { takeBelow(rounding(), g, evaluate(g)); }
     /// Counts evaluations made elsewhere.
     void count(std::size_t evaluations) {
         found_.evaluations += static_cast<std::int64_t>(evaluations);
@@ -44,6 +42,22 @@ public:
     Found take() { return std::move(found_); }
 
 private:
+    /// What rounding may leave of the criterion, which where clusters have a case each is flat.
+    double rounding() const {
+        constexpr double share = 1e-12;
+        return found_.profile ? share * std::max(1.0, std::abs(found_.profile->criterion)) : 0.0;
+    }
+    double takeBelow(double margin,
+                     const RandomCovariance& g,
+                     std::optional<MultilevelProfile> candidate) {
+        const double value = valueOf(candidate);
+        if (candidate && std::isfinite(value) &&
+            (!found_.profile || value < found_.profile->criterion + margin)) {
+            found_.g = g;
+            found_.profile = std::move(candidate);
+        }
+        return value;
+    }
     std::optional<MultilevelProfile> evaluate(const RandomCovariance& g) {
         ++found_.evaluations;
         return profile_(g);
@@ -97,7 +111,7 @@ void searchDiagonal(Best& best) {
     };
     const std::vector<double> end = VarianceMinimizers::simplex(
         start, [&](std::span<const double> t) { return best.value(covariance(t)); });
-    best.offer(covariance(end));
+    best.refine(covariance(end));
 }
 
 void searchCorrelated(Best& best) {
@@ -112,7 +126,7 @@ void searchCorrelated(Best& best) {
     };
     const std::vector<double> end = VarianceMinimizers::simplex(
         start, [&](std::span<const double> t) { return best.value(covariance(t)); });
-    best.offer(covariance(end));
+    best.refine(covariance(end));
 }
 
 /// The best entries of a grid.
@@ -150,12 +164,18 @@ void searchFactor(Best& best, const SlopeFactor& scale, std::vector<double> star
     for (int i = 0; i < restarts; ++i) {
         start = VarianceMinimizers::simplex(
             start, [&](std::span<const double> t) { return best.value(scale.covariance(t)); });
-        const double reached = best.offer(scale.covariance(start));
+        const double reached = best.refine(scale.covariance(start));
         if (!(former - reached > smallestGain)) {
             return;
         }
         former = reached;
     }
+}
+
+/// The best without one variance or the other, for searches that near a bound but cannot reach it.
+void simplify(Best& best) {
+    best.simplify(interceptOnly(best.g()[0]));
+    best.simplify(diagonal(0.0, best.g()[3]));
 }
 
 }  // namespace
@@ -177,7 +197,7 @@ Found intercept(const NestedProfile& profile, std::optional<double> start) {
         const double x = VarianceMinimizers::brent(
             middle - halfWidth, middle + halfWidth,
             [&best](double logLambda) { return best.value(interceptOnly(std::exp(logLambda))); });
-        best.offer(interceptOnly(std::exp(x)));
+        best.refine(interceptOnly(std::exp(x)));
     }
     return best.take();
 }
@@ -190,6 +210,7 @@ Found interceptAndSlope(const NestedProfile& profile, bool correlated, const Slo
         correlated ? searchCorrelated(best) : searchDiagonal(best);
         searchFactor(best, scale, scale.entries(best.g()));
         searchFactor(best, scale, bestOfGrid(best, scale, correlated));
+        simplify(best);
     }
     return best.take();
 }
@@ -216,6 +237,7 @@ Found crossed(const CrossedProfile& profile) {
     }
     if (best.isFound()) {
         searchDiagonal(best);
+        simplify(best);
     }
     return best.take();
 }

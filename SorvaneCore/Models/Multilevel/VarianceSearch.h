@@ -33,11 +33,13 @@ Found intercept(const NestedProfile& profile, std::optional<double> start);
 /// Of an intercept and a slope: 0 and a grid of standard deviations from 0.1 to 10, with
 /// correlations about 0 where they correlate, then a simplex from the best, in the logarithms. As
 /// that depends on the slope's unit and cannot leave a boundary, a second look follows: from there
-/// and from the best of a grid, by the factor of the covariance on the scale given.
+/// and from the best of a grid, by the factor of the covariance on the scale given. At a bound the
+/// variance is 0.
 Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeFactor& scale);
 
 /// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to
-/// 100, whose points are shared out among the threads, then a simplex likewise.
+/// 100, whose points are shared out among the threads, then a simplex likewise. At a bound the
+/// variance is 0.
 Found crossed(const CrossedProfile& profile);
 
 /// The relative variance of cluster means, from the analysis of variance of the outcome alone.

@@ -114,6 +114,16 @@ bool isMinimum(const BFGSMinimizer::Result& found) {
     return found.converged && found.gradientNorm < flat;
 }
 
+/// Whether a free variance came out negative.
+bool hasNegativeVariance(const SEMModel& model, std::span<const double> parameters) {
+    return std::ranges::any_of(model.parameters, [parameters](const SEMParameterSlot& slot) {
+        const bool isVariance =
+            slot.op == rawValue(SEMSyntaxOperator::covariance) && slot.lhs == slot.rhs;
+        return isVariance && slot.isFree &&
+               parameters[static_cast<std::size_t>(slot.freeIndex)] < 0.0;
+    });
+}
+
 /// Each of a list times that of another.
 std::vector<double> product(std::span<const double> a, std::span<const double> b) {
     std::vector<double> result(a.size());
@@ -175,7 +185,8 @@ BFGSMinimizer::Result minimum(const SEMModel& model,
         }
     };
     const std::vector<double> turned = turnedStart(model, form, sample.correlations, start);
-    if (!isMinimum(best) && turned != start) {
+    const bool isAdmissible = isMinimum(best) && !hasNegativeVariance(model, best.parameters);
+    if (!isAdmissible && turned != start) {
         searchFurther(same, turned);
     }
     if (!isMinimum(best)) {

@@ -47,10 +47,11 @@ std::vector<double> initialParameters(const SEMModel& model,
                                       std::span<const double> covariance);
 
 /// Method     quasi-Newton in the units of the sample, from `initialParameters`. Where that does not
-///            end in a minimum, as with indicators that are keyed against their factor, once more
-///            with loadings of the signs that correlations with the markers have, and then in the
-///            units of the data, from the `initialParameters` of its covariance; a further search
-///            stands if it ends in a minimum, and lower. Errors by the expected information
+///            end in a minimum, as with indicators that are keyed against their factor, or in one
+///            with a negative variance, once more with loadings of the signs that correlations with
+///            the markers have; without a minimum then in the units of the data, from the
+///            `initialParameters` of its covariance. A further search stands if it ends in a
+///            minimum, and lower. Errors by the expected information
 SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,
                       const SEMUnitSample& sample,

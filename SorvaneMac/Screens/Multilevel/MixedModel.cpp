@@ -99,10 +99,14 @@ private:
                           .caution = MultilevelWords::caution(run),
                           .warnings = MultilevelWords::warnings(run)};
         report.checks = passedChecks(report.warnings);
-        if (const std::optional<std::string> text = MultilevelWords::onPValues(run)) {
-            report.passage = Passage{"About these p values", *text};
+        const std::optional<std::string> onPValues = MultilevelWords::onPValues(run);
+        if (onPValues) {
+            report.passage = Passage{"About these p values", *onPValues};
         }
         addReport(std::move(report), content);
+        if (onPValues) {
+            *content.findings.back().item.table->note += " " + *onPValues;
+        }
     }
 
     MultilevelFamily family_;

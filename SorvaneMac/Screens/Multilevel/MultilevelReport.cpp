@@ -139,13 +139,16 @@ std::optional<double> latentICC(const MultilevelRun& run) {
 
 bool isNearZero(const MultilevelChoice& choice,
                 const MultilevelResult& result,
-                std::size_t component) {
+                std::size_t component,
+                double square) {
+    if (component >= result.varianceComponents.size()) {
+        return false;
+    }
     // As the cautions of linear models have it; the scale of the others is that of their link.
-    const double bound = choice.isGaussian()
-                             ? 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
-                             : 1e-6;
-    return component < result.varianceComponents.size() &&
-           result.varianceComponents[component].variance < bound;
+    const double variance = result.varianceComponents[component].variance;
+    return choice.isGaussian()
+               ? variance < 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
+               : variance * square < 1e-6;
 }
 
 std::vector<Tile> tiles(const MultilevelRun& run) {

@@ -23,9 +23,12 @@ Criteria criteria(const MultilevelRun& run);
 std::optional<double> latentICC(const MultilevelRun& run);
 
 /// Whether the variance of a random effect is at its bound, by its place among the components.
+///
+/// Input      `square`: of a slope, see `MultilevelRun::slopeSquare`; not read for linear models
 bool isNearZero(const MultilevelChoice& choice,
                 const MultilevelResult& result,
-                std::size_t component);
+                std::size_t component,
+                double square = 1.0);
 
 std::vector<Tile> tiles(const MultilevelRun& run);
 /// The fixed effects, and the variances with their note.

@@ -9,6 +9,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 
 namespace sorvane {
@@ -74,33 +75,34 @@ std::vector<MultilevelClusterEffect> secondEffectsOf(const MultilevelChoice& cho
     return effectsOf(choice, data, options, result);
 }
 
-std::optional<Lines> linesOf(const MultilevelData& data,
-                             const MultilevelOptions& options,
-                             const MultilevelResult& result) {
-    const std::optional<MultilevelRows> rows = MultilevelRows::of(data, options);
-    if (!rows || !rows->slope) {
-        return std::nullopt;
-    }
+/// Input      rows with a slope
+Lines linesOf(const MultilevelRows& rows, const MultilevelResult& result) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    Lines lines{.ranges = std::vector<Lines::Range>(rows->cluster.count(),
+    Lines lines{.ranges = std::vector<Lines::Range>(rows.cluster.count(),
                                                     {.minimum = infinity, .maximum = -infinity})};
-    const std::vector<double>& slope = rows->predictors[*rows->slope];
+    const std::vector<double>& slope = rows.predictors[*rows.slope];
     for (std::size_t i = 0; i < slope.size(); ++i) {
-        Lines::Range& range = lines.ranges[rows->cluster.codes[i]];
+        Lines::Range& range = lines.ranges[rows.cluster.codes[i]];
         range.minimum = std::min(range.minimum, slope[i]);
         range.maximum = std::max(range.maximum, slope[i]);
     }
-    for (std::size_t j = 0; j < rows->predictors.size(); ++j) {
-        if (j == *rows->slope) {
+    for (std::size_t j = 0; j < rows.predictors.size(); ++j) {
+        if (j == *rows.slope) {
             continue;
         }
         double mean = 0.0;
-        for (const double value : rows->predictors[j]) {
+        for (const double value : rows.predictors[j]) {
             mean += value / static_cast<double>(slope.size());
         }
         lines.others += result.fixedEffects[j + 1].estimate * mean;
     }
     return lines;
+}
+
+double slopeSquareOf(const MultilevelRows& rows, bool isAboutMean) {
+    const SlopeUnits units = SlopeUnits::of(rows.predictors[*rows.slope]);
+    const double mean = isAboutMean ? 0.0 : units.mean;
+    return units.deviation * units.deviation + mean * mean;
 }
 
 MultilevelRun::Sizes sizesOf(const std::vector<MultilevelClusterEffect>& effects) {
@@ -129,8 +131,10 @@ MultilevelRun MultilevelColumns::fitted() const {
     if (choice.hasTwoFactors()) {
         departures.second = secondEffectsOf(choice, columns, options, *run.result);
     }
-    if (!choice.slope.empty()) {
-        departures.lines = linesOf(columns, options, *run.result);
+    const std::optional<MultilevelRows> rows = MultilevelRows::of(columns, options);
+    if (rows && rows->slope) {
+        departures.lines = linesOf(*rows, *run.result);
+        run.slopeSquare = slopeSquareOf(*rows, choice.correlated);
     }
     run.sizes = sizesOf(departures.clusters);
     run.secondSizes = sizesOf(departures.second);

@@ -68,6 +68,9 @@ struct MultilevelRun {
     Sizes sizes;
     /// Of the second factor's levels.
     Sizes secondSizes;
+    /// What the slope's variance is multiplied with to tell how far the slope moves cases: the mean
+    /// square of its predictor, about the mean where the intercept correlates; 1 without a slope.
+    double slopeSquare = 1.0;
     /// What sets the clusters apart, drawn from the cases of the run; may be empty.
     std::vector<Chart> charts;
 

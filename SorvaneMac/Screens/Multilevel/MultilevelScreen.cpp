@@ -15,7 +15,8 @@ using VariableLists::without;
 MultilevelScreen::MultilevelScreen(StudioState& state, MultilevelFields& fields)
     : AnalysisScreen(StudioScreen::multilevel, state, fields.mlHasRun),
       fields_(fields),
-      predictorSeed_(state.fields, fields.mlPredictors, fields.mlHasRun) {
+      predictorSeed_(state.fields, fields.mlPredictors, fields.mlHasRun),
+      messageClearing_(MultilevelSelection::clearMessageOnChange(state.fields, fields)) {
     const auto drop = [&fields] {
         MultilevelSelection::dropForbiddenSlope(fields);
     };
@@ -47,10 +48,7 @@ void MultilevelScreen::seed() {
     if (predictorSeed_.isOpen()) {
         Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
     }
-    // Without a slope, what was said of one before still holds.
-    if (!fields_.mlRandomSlope->isBlank()) {
-        MultilevelSelection::dropForbiddenSlope(fields_);
-    }
+    MultilevelSelection::dropForbiddenSlope(fields_);
 }
 
 }  // namespace sorvane

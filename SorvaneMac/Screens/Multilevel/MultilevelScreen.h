@@ -17,6 +17,7 @@ private:
     MultilevelFields& fields_;
     /// No predictors are a choice as well, of a model of the intercept alone.
     OptionalSeed predictorSeed_;
+    Subscription messageClearing_;
 };
 
 }  // namespace sorvane

@@ -1,6 +1,7 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
 
 #include <algorithm>
+#include <array>
 
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneMac/Screens/Categories.h"
@@ -92,10 +93,7 @@ void addSlope(SetupForm& form, const ImportedDataset& dataset, MultilevelFields&
             optionalVariablePicker("Random slope", fields.mlRandomSlope,
                                    without(numericVariables(dataset), placed(fields)),
                                    "Random intercept only"),
-            [&fields] {
-                selectSlope(fields);
-                fields.mlMessage.set(std::nullopt);
-            }));
+            [&fields] { selectSlope(fields); }));
     }
     if (fields.mlMessage.get()) {
         form.controls.emplace_back(NoteControl{**fields.mlMessage, true});
@@ -116,16 +114,25 @@ std::string lagName(const std::string& outcome) {
 void dropForbiddenSlope(MultilevelFields& fields) {
     const std::string slope = fields.mlRandomSlope->name;
     const std::string obstacle = slope.empty() ? "" : obstacleTo(slope, fields);
+    if (obstacle.empty()) {
+        return;
+    }
+    fields.mlRandomSlope.set({});
     // Growth gives its time a slope of its own.
-    const bool isTimeOfGrowth = isGrowth(fields) && slope == fields.mlTime->name;
-    if (obstacle.empty() || isTimeOfGrowth) {
-        fields.mlMessage.set(std::nullopt);
-    } else {
+    if (!(isGrowth(fields) && slope == fields.mlTime->name)) {
         fields.mlMessage.set(slope + " no longer has a random slope: " + obstacle);
     }
-    if (!obstacle.empty()) {
-        fields.mlRandomSlope.set({});
-    }
+}
+
+Subscription clearMessageOnChange(FieldRegistry& registry, MultilevelFields& fields) {
+    return registry.observe([&fields](const AnyField& field) {
+        const std::array<const AnyField*, 6> decisive = {
+            &fields.mlStructure, &fields.mlFamily,     &fields.mlOutcome,
+            &fields.mlCluster,   &fields.mlPredictors, &fields.mlRandomSlope};
+        if (std::ranges::find(decisive, &field) != decisive.end()) {
+            fields.mlMessage.set(std::nullopt);
+        }
+    });
 }
 
 void selectSlope(MultilevelFields& fields) {

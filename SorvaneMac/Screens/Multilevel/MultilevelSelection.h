@@ -8,8 +8,10 @@
 namespace sorvane::MultilevelSelection {
 
 /// Blanks a random slope that the structure or the family forbids or that is no predictor, and says
-/// so in the message; without one, there is no message.
+/// so in the message.
 void dropForbiddenSlope(MultilevelFields& fields);
+/// Blanks the message with each change of what it may rest on.
+[[nodiscard]] Subscription clearMessageOnChange(FieldRegistry& registry, MultilevelFields& fields);
 /// Makes a random slope that was chosen a predictor too.
 void selectSlope(MultilevelFields& fields);
 

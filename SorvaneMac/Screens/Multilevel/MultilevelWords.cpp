@@ -85,12 +85,57 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
                 ", 95% CI [" + svFmt(effect.lowerBound, 2) + ", " + svFmt(effect.upperBound, 2) +
                 "]";
     } else {
-        text += (run.choice.isLogistic() ? "OR = " : "RR = ") +
-                ResultText::ratio(std::exp(effect.estimate), 2) + ", 95% CI [" +
-                ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
+        text += ResultText::ratioSentence(run.choice.isLogistic() ? "OR" : "RR",
+                                          std::exp(effect.estimate), 2) +
+                ", 95% CI [" + ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
                 ResultText::ratio(std::exp(effect.upperBound), 2) + "]";
     }
     return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";
+}
+
+void addBoundaries(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    constexpr std::size_t slope = 1;
+    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
+    for (std::size_t at = 0; at < components.size(); ++at) {
+        const bool isSlope = at == slope && !run.choice.slope.empty();
+        if (MultilevelReport::isNearZero(run.choice, *run.result, at,
+                                         isSlope ? run.slopeSquare : 1.0)) {
+            warnings.push_back("The variance of " + components[at].name +
+                               " is near zero (boundary).");
+        }
+    }
+}
+
+/// Of factors with a level for every case.
+void addUntoldVariances(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    const MultilevelResult& result = *run.result;
+    const auto addIf = [&](bool isUntold, const std::string& factor) {
+        if (isUntold) {
+            warnings.push_back("Every level of " + factor +
+                               " has a single case, so its variance cannot be told from the "
+                               "residual; only their sum can.");
+        }
+    };
+    addIf(result.nClusters == result.n, run.choice.cluster);
+    addIf(result.nClustersSecondary == result.n, run.choice.secondLabel());
+}
+
+/// As the engine has it of shares, of which it tells itself.
+void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    constexpr double extremeError = 20.0;
+    std::vector<std::string> names;
+    for (const MultilevelFixedEffect& effect : run.result->fixedEffects) {
+        if (!(effect.standardError <= extremeError)) {
+            names.push_back(effect.name);
+        }
+    }
+    if (!names.empty()) {
+        warnings.push_back(
+            "Standard errors beyond 20, of " + ResultText::listed(names) +
+            ", usually mean that cases of some kind have counts of zero alone, so that a "
+            "coefficient grows without end. Treat these estimates as unstable; consider "
+            "collapsing sparse categories or removing the offending predictor.");
+    }
 }
 
 bool isCorrelationAtBound(const MultilevelRun& run) {
@@ -195,12 +240,13 @@ std::string caution(const MultilevelRun& run) {
 
 std::vector<std::string> warnings(const MultilevelRun& run) {
     std::vector<std::string> warnings = ResultText::messages(run.result->readiness);
-    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
-    for (std::size_t at = 0; at < components.size() && !run.choice.isGaussian(); ++at) {
-        if (MultilevelReport::isNearZero(run.choice, *run.result, at)) {
-            warnings.push_back("The variance of " + components[at].name +
-                               " is near zero (boundary).");
-        }
+    if (run.choice.isGaussian()) {
+        addUntoldVariances(warnings, run);
+    } else {
+        addBoundaries(warnings, run);
+    }
+    if (run.choice.family == MultilevelFamily::poisson) {
+        addEndlessCounts(warnings, run);
     }
     if (isCorrelationAtBound(run)) {
         warnings.emplace_back(

@@ -113,8 +113,8 @@ std::string sentence(const MultilevelOrdinalRun& run) {
     for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
         const MultilevelFixedEffect& each = result.fixedEffects[j];
         text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + ResultText::ratio(result.oddsRatios[j], 2) + ", 95% CI [" +
+                std::string(ResultText::significanceWords(each.pValue)) + ", " +
+                ResultText::ratioSentence("OR", result.oddsRatios[j], 2) + ", 95% CI [" +
                 ResultText::ratio(result.oddsRatioLowerBounds[j], 2) + ", " +
                 ResultText::ratio(result.oddsRatioUpperBounds[j], 2) + "], " +
                 ResultText::pSentence(each.pValue) + ".";

@@ -61,8 +61,8 @@ std::string sentence(const OrdinalModelRun& run) {
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) +
-                ", OR = " + ResultText::ratio(each.oddsRatio, decimals) +
+                std::string(ResultText::significanceWords(each.pValue)) + ", " +
+                ResultText::ratioSentence("OR", each.oddsRatio, decimals) +
                 ", z = " + svFmt(each.z, 2) + ", " + ResultText::pSentence(each.pValue) + ".";
     }
     return text;

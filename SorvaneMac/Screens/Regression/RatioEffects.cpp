@@ -33,8 +33,8 @@ std::string sentences(const std::vector<RatioEffect>& coefficients, const std::s
         // Enough that the small effect of a small unit differs from 1; two as a rule.
         const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) + ", " + symbol + " = " +
-                ResultText::ratio(each.ratio, decimals) + ", 95% CI [" +
+                std::string(ResultText::significanceWords(each.pValue)) + ", " +
+                ResultText::ratioSentence(symbol, each.ratio, decimals) + ", 95% CI [" +
                 ResultText::ratio(each.ratioLowerBound, decimals) + ", " +
                 ResultText::ratio(each.ratioUpperBound, decimals) + "], " +
                 ResultText::pSentence(each.pValue) + ".";

@@ -36,8 +36,30 @@ constexpr BayesFactorLine::Sides sides = {
         "Approximate: BIC-based Bayes factor (Raftery 1995), not a JZS prior. Values above 1 "
         "support the model's restrictions"};
 
-std::string beyondOne(const SEMParameter& covariance) {
-    return "The estimated correlation of " + covariance.lhs + " and " + covariance.rhs +
+/// Of a variable, or of its residual where something acts on it.
+double varianceOf(const SEMResult& result, const std::string& name) {
+    const auto own = std::ranges::find_if(result.parameters, [&name](const SEMParameter& each) {
+        return each.op == rawValue(SEMSyntaxOperator::covariance) && each.lhs == name &&
+               each.rhs == name;
+    });
+    return own == result.parameters.end() ? 0.0 : own->estimate;
+}
+
+/// Whether a covariance is more than its variances allow; of negative ones the engine tells.
+bool isBeyondOne(const SEMResult& result, const SEMParameter& each) {
+    if (each.op != rawValue(SEMSyntaxOperator::covariance) || each.lhs == each.rhs) {
+        return false;
+    }
+    const double first = varianceOf(result, each.lhs);
+    const double second = varianceOf(result, each.rhs);
+    return first > 0.0 && second > 0.0 && std::abs(each.estimate) > std::sqrt(first * second);
+}
+
+std::string beyondOne(const SEMResult& result, const SEMParameter& covariance) {
+    const bool isOfResiduals =
+        isActedOn(result, covariance.lhs) || isActedOn(result, covariance.rhs);
+    return std::string("The estimated ") + (isOfResiduals ? "residual " : "") + "correlation of " +
+           covariance.lhs + " and " + covariance.rhs +
            " is beyond ±1; the solution is not admissible.";
 }
 
@@ -155,10 +177,8 @@ std::vector<std::string> cautions(const SEMResult& result) {
         messages.emplace_back(noStandardError);
     }
     for (const SEMParameter& each : result.parameters) {
-        const bool isCovariance =
-            each.op == rawValue(SEMSyntaxOperator::covariance) && each.lhs != each.rhs;
-        if (isCovariance && std::abs(each.standardized.value_or(0.0)) > 1.0) {
-            messages.push_back(beyondOne(each));
+        if (isBeyondOne(result, each)) {
+            messages.push_back(beyondOne(result, each));
         }
     }
     return messages;

@@ -30,6 +30,9 @@ ReportTable explainedVariance(const SEMResult& result);
 /// The pairs whose correlation the model misses by .10 or more; no rows where there are none.
 ReportTable residualCorrelations(const StructuralRun& run);
 
+/// Whether an arrow of the model ends at the variable, so that its variance is that of a residual.
+bool isActedOn(const SEMResult& result, const std::string& name);
+
 /// The engine's cautions, and those that the solution as a whole asks for.
 std::vector<std::string> cautions(const SEMResult& result);
 

@@ -35,12 +35,6 @@ std::string_view targetOf(const SEMParameter& parameter) {
                                                   : std::string_view();
 }
 
-bool isActedOn(const SEMResult& result, const std::string& name) {
-    return std::ranges::any_of(result.parameters, [&name](const SEMParameter& parameter) {
-        return targetOf(parameter) == name;
-    });
-}
-
 /// Whether two or more observed variables predict others and nothing predicts them.
 bool haveObservedPredictors(const SEMResult& result) {
     return std::ranges::count_if(result.observed, [&result](const std::string& name) {
@@ -155,6 +149,12 @@ ReportTable fitTable(const SEMResult& result) {
         *table.note += baseline;
     }
     return table;
+}
+
+bool isActedOn(const SEMResult& result, const std::string& name) {
+    return std::ranges::any_of(result.parameters, [&name](const SEMParameter& parameter) {
+        return targetOf(parameter) == name;
+    });
 }
 
 ReportTable explainedVariance(const SEMResult& result) {

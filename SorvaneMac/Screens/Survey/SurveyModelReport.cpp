@@ -22,9 +22,9 @@ std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResul
     const int decimals = ErrorDecimals::of(each.standardError) - 1;
     const std::string figures =
         each.ratio
-            ? std::string(SurveyModelWords::of(result.model).ratioSymbol) + " = " +
-                  ResultText::ratio(*each.ratio, decimals) + ", " + level + " [" +
-                  ResultText::ratio(*each.ratioLowerBound, decimals) + ", " +
+            ? ResultText::ratioSentence(SurveyModelWords::of(result.model).ratioSymbol, *each.ratio,
+                                        decimals) +
+                  ", " + level + " [" + ResultText::ratio(*each.ratioLowerBound, decimals) + ", " +
                   ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
             : "B = " + svFmt(each.estimate, decimals) + ", " + level + " [" +
                   svFmt(each.lowerBound, decimals) + ", " + svFmt(each.upperBound, decimals) + "]";

@@ -94,8 +94,8 @@ std::string sentence(const CoxRun& run) {
         // Enough that a small effect of a small unit differs from 1; two as a rule.
         const int decimals = ErrorDecimals::of(each.standardError) - 1;
         text += " The effect of " + each.name + " was " +
-                std::string(ResultText::significanceWords(each.pValue)) +
-                ", HR = " + ResultText::ratio(each.hazardRatio, decimals) + ", 95% CI [" +
+                std::string(ResultText::significanceWords(each.pValue)) + ", " +
+                ResultText::ratioSentence("HR", each.hazardRatio, decimals) + ", 95% CI [" +
                 ResultText::ratio(each.lowerHR, decimals) + ", " +
                 ResultText::ratio(each.upperHR, decimals) + "], " +
                 ResultText::pSentence(each.pValue) + ".";
