@@ -6,7 +6,6 @@
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -239,7 +238,7 @@ TestReport report(const SurveyCorrelationRun& run) {
                                              .method = first.varianceMethod})},
         .charts = {run.pairs.size() <= mostPairsInChart ? intervalChart(run) : matrixChart(run)},
         .figureCaption = "Correlations under the sampling design.",
-        .caution = ClaimText::joined(SurveyWording::correlationCautions()),
+        .caution = ResultText::running(SurveyWording::correlationCautions()),
         .warnings = warnings(run)};
 }
 

@@ -4,7 +4,6 @@
 
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -180,7 +179,7 @@ TestReport report(const SurveyModelRun& run) {
             .figureCaption = "Effects of the predictors of " + run.outcome +
                              " for one standard deviation of each, with " +
                              levelText(result.confidenceLevel) + ".",
-            .caution = ClaimText::joined(SurveyWording::cautions(run.model)),
+            .caution = ResultText::running(SurveyWording::cautions(run.model)),
             .warnings = warnings(run)};
 }
 
