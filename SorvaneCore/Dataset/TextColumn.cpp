@@ -1,6 +1,5 @@
 #include "SorvaneCore/Dataset/TextColumn.h"
 
-#include <algorithm>
 #include <cassert>
 
 #include "SorvaneCore/Dataset/ColumnProfile.h"

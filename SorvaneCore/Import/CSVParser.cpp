@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 
 #include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Import/ScaleItemClassifier.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
 

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Import/ScaleItemValues.h"
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <vector>
 

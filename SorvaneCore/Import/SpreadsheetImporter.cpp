@@ -13,9 +13,9 @@ namespace {
 
 using File = std::filesystem::path;
 
-/// Who reads the files of one extension, and the kind under which they are offered.
+/// Who reads the files of one extension, and the name of the format under which they are offered.
 struct Reader {
-    std::string_view kind;
+    std::string_view name;
     std::string_view extension;
     ImportedDataset (*read)(const SpreadsheetImporter& all, const File& file) = nullptr;
 };
@@ -55,8 +55,8 @@ constexpr std::array<Reader, 9> readers = {{{"Delimited text", "csv", readCSV},
 std::vector<SpreadsheetImporter::Format> formatsOfReaders() {
     std::vector<SpreadsheetImporter::Format> all;
     for (const Reader& reader : readers) {
-        if (all.empty() || all.back().name != reader.kind) {
-            all.push_back({.name = reader.kind, .extensions = {}});
+        if (all.empty() || all.back().name != reader.name) {
+            all.push_back({.name = reader.name, .extensions = {}});
         }
         all.back().extensions.push_back(reader.extension);
     }

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Import/StatPackageImporter.h"
 
-#include <algorithm>
 #include <map>
 #include <span>
 #include <unordered_map>

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "SorvaneCore/Dataset/ColumnProfile.h"
-#include "SorvaneCore/Dataset/MissingValue.h"
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Import/NameTokens.h"
 #include "SorvaneCore/Import/ProfiledColumns.h"

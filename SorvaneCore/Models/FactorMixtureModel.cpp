@@ -219,28 +219,13 @@ std::vector<LatentSweepRow> sweep(std::span<const NumericColumn> indicators,
                                   const FactorMixtureOptions& options,
                                   std::int64_t fewest,
                                   std::int64_t most) {
-    std::vector<LatentSweepRow> rows;
-    const auto counts = static_cast<double>(most - fewest + 1);
-    for (std::int64_t k = fewest; k <= most; ++k) {
-        FactorMixtureOptions each = options;
-        each.classCount = k;
-        if (options.progress) {
-            each.progress = [&options, counts,
-                             done = static_cast<double>(k - fewest)](double share) {
-                options.progress((done + share) / counts);
-            };
-        }
-        const std::optional<FactorMixtureResult> result = fit(indicators, each);
-        if (result && !result->classes.empty()) {
-            rows.push_back({.k = k,
-                            .logLik = result->logLikelihood,
-                            .aic = result->aic,
-                            .bic = result->bic,
-                            .entropy = result->entropy,
-                            .converged = result->converged});
-        }
-    }
-    return rows;
+    return latentSweep(fewest, most, options.progress,
+                       [&](std::int64_t k, std::function<void(double)> progress) {
+                           FactorMixtureOptions each = options;
+                           each.classCount = k;
+                           each.progress = std::move(progress);
+                           return fit(indicators, each);
+                       });
 }
 
 }  // namespace sorvane::FactorMixtureModel

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <cmath>
 #include <numeric>

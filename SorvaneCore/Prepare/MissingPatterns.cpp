@@ -1,7 +1,5 @@
 #include "SorvaneCore/Prepare/MissingPatterns.h"
 
-#include <algorithm>
-
 #include "SorvaneCore/Prepare/RowTotals.h"
 
 namespace sorvane {

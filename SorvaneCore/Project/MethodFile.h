@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/Uuid.h"
-#include "SorvaneCore/Project/ISODate.h"
 
 namespace sorvane {
 

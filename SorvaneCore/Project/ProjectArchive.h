@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/ImportedDataset.h"
-#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneCore/SorvaneEngine.h"
 

@@ -9,7 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneCore/SorvaneEngine.h"
 
 namespace sorvane {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "SorvaneCore/Numerics/IRLS.h"
 #include "SorvaneCore/Survey/SurveyModelFrame.h"

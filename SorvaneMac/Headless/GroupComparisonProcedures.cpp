@@ -7,7 +7,6 @@
 #include "SorvaneCore/Analyses/Basics/BayesFactors.h"
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/GroupComparison/GroupComparisonEngine.h"
-#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneMac/Headless/ProcedureTable.h"
 
 namespace sorvane {

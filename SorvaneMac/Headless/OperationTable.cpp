@@ -241,35 +241,17 @@ std::vector<Operation> variableOperations() {
     };
 }
 
-std::vector<std::string> numericNames(const State& state) {
-    return VariableLists::names(VariableLists::numericVariables(state.dataset()));
-}
-
-/// A template of a structural model by its identifier.
-StructuralModelText::Template modelTemplate(const std::string& id) {
-    if (id == "cfa1") {
-        return StructuralModelText::Template::oneFactor;
-    }
-    if (id == "cfa2") {
-        return StructuralModelText::Template::twoFactors;
-    }
-    if (id == "mediation") {
-        return StructuralModelText::Template::mediation;
-    }
-    throw CallError("The argument \"template\" needs one of cfa1, cfa2, mediation.");
-}
-
 std::vector<Operation> structuralOperations() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     constexpr std::string_view model = "semModel";
     return {
         operation(
             "semApplyTemplate",
-            [model](State& state, const std::string& id) {
-                state.fields.find(model)->setJson(
-                    StructuralModelText::filled(modelTemplate(id), numericNames(state)));
+            [model](State& state, StructuralModelText::Template wanted) {
+                state.fields.find(model)->setJson(StructuralModelText::filled(
+                    wanted, VariableLists::numericNames(state.dataset())));
             },
-            Value<std::string>{"template"}),
+            Value<StructuralModelText::Template>{"template"}),
         operation(
             "semInsert",
             [model](State& state, const std::string& name) {

@@ -1,7 +1,5 @@
 #include "SorvaneMac/Headless/StudioScript.h"
 
-#include <algorithm>
-#include <array>
 #include <new>
 
 #include "SorvaneMac/Headless/OperationTable.h"
@@ -17,27 +15,14 @@ namespace {
 /// A step that is not one.
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
 
-/// The fields in which the workspace says something.
-constexpr std::array<std::string_view, 13> messageFields = {"importError",
-                                                            "projectMessage",
-                                                            "projectError",
-                                                            "saveStatusMessage",
-                                                            "scaleScoreCreationMessage",
-                                                            "computedVariableMessage",
-                                                            "binningMessage",
-                                                            "rcMessage",
-                                                            "cvMessage",
-                                                            "dvMessage",
-                                                            "clMessage",
-                                                            "impMessage",
-                                                            "mlMessage"};
-
+/// What the workspace says: all its optional texts, but for the place of the project.
 Json messages(const StudioState& state) {
+    using Message = Field<std::optional<std::string>>;
     Json said = Json::object();
-    for (const std::string_view name : messageFields) {
-        const AnyField* field = state.fields.find(name);
-        if (const Json value = field->json(); !value.is_null()) {
-            said[std::string(name)] = value;
+    for (const AnyField* field : state.fields.fields()) {
+        const auto* message = dynamic_cast<const Message*>(field);
+        if (message && message != &state.currentProjectURL && message->get()) {
+            said[message->name()] = *message->get();
         }
     }
     return said;

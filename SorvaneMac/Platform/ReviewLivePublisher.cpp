@@ -289,11 +289,6 @@ std::optional<std::string> BriselReviewLivePublisher::announcementProblem() cons
     return problem ? std::optional(problem->toStdString()) : std::nullopt;
 }
 
-std::optional<std::string> BriselReviewLivePublisher::announcedName() const {
-    const std::optional<QString>& name = inside_->netService.publishedName();
-    return name ? std::optional(name->toStdString()) : std::nullopt;
-}
-
 Subscription BriselReviewLivePublisher::observe(std::function<void()> observer) {
     auto held = std::make_shared<std::function<void()>>(std::move(observer));
     inside_->observers.push_back(held);

@@ -59,8 +59,6 @@ public:
     const std::optional<std::string>& failure() const;
     /// Why the network is not told of the service; absent while nothing is wrong.
     std::optional<std::string> announcementProblem() const;
-    /// The name under which the network knows it; absent until it does.
-    std::optional<std::string> announcedName() const;
 
     /// Calls the observer after each change of what is told above.
     [[nodiscard]] Subscription observe(std::function<void()> observer);

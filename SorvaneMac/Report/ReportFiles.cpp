@@ -1,6 +1,7 @@
 #include "SorvaneMac/Report/ReportFiles.h"
 
-#include <array>
+#include <boost/describe/enumerators.hpp>
+#include <boost/mp11/algorithm.hpp>
 
 #include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneMac/Report/DocxReportExporter.h"
@@ -8,12 +9,6 @@
 #include "SorvaneMac/Report/PDFReportExporter.h"
 
 namespace sorvane {
-namespace {
-
-constexpr std::array formats{ReportFormat::md, ReportFormat::rtf, ReportFormat::docx,
-                             ReportFormat::pdf, ReportFormat::draft};
-
-}  // namespace
 
 std::string_view rawValue(ReportFormat format) {
     switch (format) {
@@ -32,12 +27,13 @@ std::string_view rawValue(ReportFormat format) {
 }
 
 std::optional<ReportFormat> reportFormat(std::string_view extension) {
-    for (const ReportFormat format : formats) {
-        if (rawValue(format) == extension) {
-            return format;
+    std::optional<ReportFormat> found;
+    boost::mp11::mp_for_each<boost::describe::describe_enumerators<ReportFormat>>([&](auto each) {
+        if (rawValue(each.value) == extension) {
+            found = each.value;
         }
-    }
-    return std::nullopt;
+    });
+    return found;
 }
 
 std::string suggestedFileName(ReportFormat format) {

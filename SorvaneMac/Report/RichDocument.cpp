@@ -1,6 +1,5 @@
 #include "SorvaneMac/Report/RichDocument.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
 

@@ -6,7 +6,8 @@ namespace sorvane::UnbrokenText {
 
 namespace {
 
-constexpr std::string_view wordJoiner = "\xE2\x81\xA0";
+/// The word joiner as UTF-8.
+constexpr std::string_view joiner = "\xE2\x81\xA0";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -20,7 +21,7 @@ std::string joined(std::string_view text, MustHold mustHold) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         held += text[at];
         if (at + 1 < text.size() && mustHold(at)) {
-            held += wordJoiner;
+            held += joiner;
         }
     }
     return held;
@@ -82,8 +83,8 @@ RichDocument numbersHeld(RichDocument document) {
 RichDocument released(RichDocument document) {
     for (Paragraph& paragraph : document.paragraphs) {
         for (TextRun& run : paragraph.runs) {
-            for (std::size_t at = 0; (at = run.text.find(wordJoiner, at)) != std::string::npos;) {
-                run.text.erase(at, wordJoiner.size());
+            for (std::size_t at = 0; (at = run.text.find(joiner, at)) != std::string::npos;) {
+                run.text.erase(at, joiner.size());
             }
         }
     }

@@ -12,6 +12,8 @@
 /// trace in a PDF.
 namespace sorvane::UnbrokenText {
 
+inline constexpr char16_t wordJoiner = 0x2060;
+
 /// The text with every number in one piece, and a statistic with its number, as in "p = .03".
 std::string numbersHeld(std::string_view text);
 /// As above, and hyphenated words in one piece as well.

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "SorvaneMac/Screens/Screen.h"
 #include "SorvaneMac/State/Field.h"
@@ -100,21 +102,24 @@ public:
     using KeptAnalysis<Fields, Run>::KeptAnalysis;
 
     std::optional<Gate> underWay() const final {
-        if (!this->state_.isComputing.get() ||
-            this->state_.computingLabel.get() != computingLabel()) {
+        if (!this->state_.isComputingFor(this)) {
             return std::nullopt;
         }
         return Gate{.title = computingLabel(), .lead = this->selection(), .text = statusLine()};
     }
     void run(const std::function<void()>& finished) final {
         this->state_.compute({.label = computingLabel(),
-                              .work = [this, finished, compute = computation()](
-                                          std::stop_token, const TaskRunner::Progress& progress) {
-                                  return [this, finished, run = compute(progress)] {
-                                      this->stored_.replace(run);
-                                      finished();
-                                  };
-                              }});
+                              .work =
+                                  [this, finished, compute = computation()](
+                                      std::stop_token, const TaskRunner::Progress& progress) {
+                                      // Shared, as functions are copied on their way and a run is large.
+                                      return [this, finished,
+                                              run = std::make_shared<Run>(compute(progress))] {
+                                          this->stored_.replace(std::move(*run));
+                                          finished();
+                                      };
+                                  },
+                              .owner = this});
     }
 
 protected:

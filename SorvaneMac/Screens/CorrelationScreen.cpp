@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/CorrelationScreen.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"

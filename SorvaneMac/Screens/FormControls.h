@@ -3,7 +3,6 @@
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "SorvaneMac/Screens/SetupForm.h"

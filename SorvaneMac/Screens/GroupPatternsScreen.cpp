@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/GroupPatternsScreen.h"
 
-#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 #include "SorvaneMac/Screens/FormControls.h"

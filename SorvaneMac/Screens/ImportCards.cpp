@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::ImportCards {
 
@@ -31,14 +32,6 @@ std::string labelledValues(const DataVariable& variable) {
         text +=
             " and " + DatasetText::counted(static_cast<std::int64_t>(values.size() - listedLabels),
                                            "further value");
-    }
-    return text;
-}
-
-std::string joined(const std::vector<std::string>& sentences) {
-    std::string text;
-    for (const std::string& sentence : sentences) {
-        text += (text.empty() ? "" : " ") + sentence;
     }
     return text;
 }
@@ -80,7 +73,7 @@ std::optional<Card> variables(const StudioState& state) {
     table.headers = {"Column", "Label", "Value labels", "Remarks"};
     for (const DataVariable& variable : variables) {
         table.rows.push_back({variable.name, variable.label.value_or(""), labelledValues(variable),
-                              joined(variable.warnings)});
+                              ResultText::running(variable.warnings)});
     }
     return Card{.title = "Labels and remarks",
                 .subtitle = "What the file says of its variables",

@@ -6,6 +6,7 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ImportCards.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -26,14 +27,6 @@ std::string_view categoryName(Category category) {
             break;
     }
     return "Unclear";
-}
-
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-    std::string whole;
-    for (const std::string& text : texts) {
-        whole += (whole.empty() ? std::string() : std::string(separator)) + text;
-    }
-    return whole;
 }
 
 }  // namespace
@@ -102,7 +95,7 @@ std::optional<Card> InstrumentMapScreen::importCard() const {
     if (notes) {
         // In one paragraph, so that the table keeps the room.
         notes->subtitle.clear();
-        notes->paragraphs = {joined(notes->paragraphs, " ")};
+        notes->paragraphs = {joinedText(notes->paragraphs, " ")};
         notes->links = {{.label = "Import Data", .screen = StudioScreen::importData}};
     }
     return notes;
@@ -119,14 +112,14 @@ std::vector<InstrumentMapScreen::Row> InstrumentMapScreen::rows() const {
                 .category = std::string(categoryName(Category::unclear)),
                 .probability = "--",
                 .reasons = "",
-                .remarks = joined(variable.warnings, " "),
+                .remarks = joinedText(variable.warnings, " "),
                 .isIncluded = VariableLists::contains(items, variable.name),
                 .canBeIncluded = isReliabilityEligible(variable.assignedType) ||
                                  VariableLists::isNumericForAnalysis(variable)};
         if (const ScaleItemClassification* verdict = state_.classification(variable.name)) {
             row.category = std::string(categoryName(verdict->category));
             row.probability = NumberText::fixed(100.0 * verdict->scaleProbability, 0) + "%";
-            row.reasons = joined(verdict->reasons, "; ");
+            row.reasons = joinedText(verdict->reasons, "; ");
         }
         rows.push_back(std::move(row));
     }

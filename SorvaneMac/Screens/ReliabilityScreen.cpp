@@ -97,17 +97,12 @@ std::vector<Passage> interpretation(const ReliabilityResult& result) {
 /// All warnings of the result, as they are printed with the finding, and what was done to items.
 std::string reportCaution(const ReliabilityResult& result,
                           const std::vector<ReverseCodedItem>& reverseCoded) {
-    std::string text;
-    for (const std::string& warning : result.warnings) {
-        text += text.empty() ? "" : " ";
-        text += warning;
-    }
     std::string reversed;
     for (const ReverseCodedItem& each : reverseCoded) {
-        reversed += reversed.empty() ? "" : ", ";
-        reversed += each.item;
+        reversed += (reversed.empty() ? "Reverse-coded before the analysis: " : ", ") + each.item;
     }
-    return reversed.empty() ? text : text + " Reverse-coded before the analysis: " + reversed + ".";
+    return ResultText::running(
+        {ResultText::running(result.warnings), reversed.empty() ? "" : reversed + "."});
 }
 
 std::string_view adviceOnReversal(const DataVariable& item, bool isMarked) {

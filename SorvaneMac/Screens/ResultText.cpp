@@ -73,6 +73,14 @@ std::string listed(const std::vector<std::string>& names) {
     return text;
 }
 
+std::string running(const std::vector<std::string>& sentences) {
+    std::string text;
+    for (const std::string& sentence : sentences) {
+        text += (text.empty() || sentence.empty() ? "" : " ") + sentence;
+    }
+    return text;
+}
+
 std::string_view significanceWords(double p) {
     if (!std::isfinite(p)) {
         return "not testable";

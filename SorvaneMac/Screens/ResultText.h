@@ -29,6 +29,8 @@ std::string count(std::int64_t value);
 std::string degreesOfFreedom(double df);
 /// Names as running text: "a", "a and b", "a, b, and c".
 std::string listed(const std::vector<std::string>& names);
+/// Sentences as running text; empty ones leave no blank behind.
+std::string running(const std::vector<std::string>& sentences);
 /// "statistically significant" or "not statistically significant", at p < .05; "not testable" where
 /// there is no p-value.
 std::string_view significanceWords(double p);

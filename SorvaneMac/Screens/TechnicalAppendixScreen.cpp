@@ -6,6 +6,7 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/MethodPreview.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane {
@@ -13,12 +14,8 @@ namespace sorvane {
 namespace {
 
 template <typename Names>
-std::string joined(const Names& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text.empty() ? "None" : text;
+std::string listed(const Names& names) {
+    return names.empty() ? "None" : joinedText(names);
 }
 
 std::vector<std::string> numbered(const std::vector<std::string>& lines) {
@@ -116,8 +113,8 @@ Card TechnicalAppendixScreen::missingCard() const {
     card.title = "Missing data";
     card.facts = {
         {"Share", DatasetText::missing(state_.dataset())},
-        {"Read as missing", joined(import.missingValueMarkers) + "; letters in any case"},
-        {"Seen", joined(seen)},
+        {"Read as missing", listed(import.missingValueMarkers) + "; letters in any case"},
+        {"Seen", listed(seen)},
         {"Scale", std::string(rawValue(state_.scale.reliabilityMissingDataRule.get()))},
         {"Elsewhere", "Cases without a value that the analysis needs are left out of it."}};
     return card;
@@ -131,8 +128,8 @@ Card TechnicalAppendixScreen::scaleCard() const {
     card.facts = {
         {"Construct", construct.empty() ? "Unnamed" : construct},
         {"Items",
-         joined(VariableLists::names(VariableLists::reliabilityVariables(state_.dataset())))},
-        {"Reverse-coded", joined(scale.reverseCodedItemNames.get())},
+         listed(VariableLists::names(VariableLists::reliabilityVariables(state_.dataset())))},
+        {"Reverse-coded", listed(scale.reverseCodedItemNames.get())},
         {"Score", std::string(displayName(scale.scaleScoreMethod.get()))}};
     if (scale.reliabilityMissingDataRule.get() != ReliabilityMissingDataRule::listwiseDeletion) {
         card.facts.push_back(

@@ -8,8 +8,7 @@ namespace {
 
 /// The table's own note, then that of the whole report.
 std::string mainNote(const TestReport& report) {
-    const std::optional<std::string>& own = report.tables.front().note;
-    return own && !own->empty() ? *own + " " + report.note : report.note;
+    return ResultText::running({report.tables.front().note.value_or(""), report.note});
 }
 
 Finding finding(const TestReport& report) {
@@ -18,10 +17,8 @@ Finding finding(const TestReport& report) {
     item.title = report.title;
     item.apaSummary = report.sentence;
     item.table = report.tables.front();
-    item.table->note = mainNote(report);
-    for (const std::string& warning : report.warnings) {
-        *item.table->note += " " + warning;
-    }
+    item.table->note =
+        ResultText::running({mainNote(report), ResultText::running(report.warnings)});
     std::vector<ReportTable> further(report.tables.begin() + 1, report.tables.end());
     if (report.chartTable) {
         further.push_back(*report.chartTable);

@@ -2,23 +2,16 @@
 
 #include "SorvaneMac/Screens/ImportCards.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 
 namespace sorvane {
 
 namespace {
 
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-    std::string whole;
-    for (const std::string& text : texts) {
-        whole += (whole.empty() ? std::string() : std::string(separator)) + text;
-    }
-    return whole;
-}
-
 /// All labels where the values have some, else the first values.
 std::string samplesOf(const DataVariable& variable) {
     const std::vector<std::string> labelled = DatasetText::labelledValues(variable);
-    return joined(labelled.empty() ? variable.sampleValues : labelled, ", ");
+    return joinedText(labelled.empty() ? variable.sampleValues : labelled);
 }
 
 }  // namespace
@@ -68,8 +61,8 @@ std::vector<VariableTypesScreen::Row> VariableTypesScreen::rows() const {
                         .missing = ResultText::count(variable.missingCount),
                         .distinct = ResultText::count(variable.uniqueCount),
                         .samples = samplesOf(variable),
-                        .valueLabels = joined(DatasetText::labelledValues(variable), "\n"),
-                        .warnings = joined(variable.warnings, "\n")});
+                        .valueLabels = joinedText(DatasetText::labelledValues(variable), "\n"),
+                        .warnings = joinedText(variable.warnings, "\n")});
     }
     return rows;
 }

@@ -13,7 +13,7 @@ namespace sorvane::BreakableText {
 namespace {
 
 constexpr QChar breakHere(0x200B);
-constexpr QChar holdHere(0x2060);
+constexpr QChar holdHere(UnbrokenText::wordJoiner);
 constexpr qsizetype longestWhole = 22;
 /// A text this short never breaks; a mark could only change the height of its line.
 constexpr qsizetype oneLine = 12;

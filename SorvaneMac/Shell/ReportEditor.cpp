@@ -27,7 +27,7 @@ constexpr double pageMargin = 20.0;
 constexpr double tableOverhang = 2.0;
 /// What dims white paper, and the white of figures with it, in a dark window.
 constexpr auto dusk = "#e9ebee";
-constexpr QChar mark(0x2060);
+constexpr QChar mark(UnbrokenText::wordJoiner);
 
 bool isStyleKey(const QKeyEvent& event) {
     return event.matches(QKeySequence::Bold) || event.matches(QKeySequence::Italic) ||

@@ -60,12 +60,12 @@ BriselReviewLiveSheet::BriselReviewLiveSheet(QWidget* parent,
         column->addWidget(label);
     }
     column->addStretch(1);
-    addButtons(std::move(actions));
+    addButtons(*column, std::move(actions));
     changes_ = publisher_.observe([this] { refresh(); });
     refresh();
 }
 
-void BriselReviewLiveSheet::addButtons(Actions actions) {
+void BriselReviewLiveSheet::addButtons(QVBoxLayout& column, Actions actions) {
     auto* row = new QHBoxLayout;
     row->addWidget(Buttons::make("Export packet…", std::move(actions.onExportPacket)));
     update_ = Buttons::make(
@@ -77,7 +77,7 @@ void BriselReviewLiveSheet::addButtons(Actions actions) {
     stop_ = Buttons::make(
         qtText(ReviewWording::stop), [this] { close(); }, Buttons::Weight::primary);
     row->addWidget(stop_);
-    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+    column.addLayout(row);
 }
 
 void BriselReviewLiveSheet::renew(const std::function<bool()>& onUpdatePacket) {

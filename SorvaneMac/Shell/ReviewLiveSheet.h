@@ -8,6 +8,7 @@
 
 class QLabel;
 class QPushButton;
+class QVBoxLayout;
 
 namespace sorvane {
 
@@ -28,7 +29,7 @@ public:
     void done(int result) override;
 
 private:
-    void addButtons(Actions actions);
+    void addButtons(QVBoxLayout& column, Actions actions);
     void renew(const std::function<bool()>& onUpdatePacket);
     void refresh();
 

@@ -10,6 +10,7 @@ void StudioState::compute(Computation computation) {
     if (computation.isCancellable) {
         miceTask_ = cancelling;
     }
+    computingOwner_ = computation.owner;
     computingLabel.set(std::move(computation.label));
     computingCancellable.set(computation.isCancellable);
     computingProgress.set(std::nullopt);

@@ -10,8 +10,8 @@ bool StudioState::exportDatasetCSV(const std::optional<std::filesystem::path>& t
         return false;
     }
     const std::string text = CSVWriter::text(dataset());
-    const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-    if (const std::optional<std::string> failure = replaceFile(*to, bytes)) {
+    const auto failure = replaceFile(*to, [&text](const TakeBytes& take) { take(text); });
+    if (failure) {
         projectError.set("Save failed: " + *failure + ".");
         return false;
     }

@@ -6,6 +6,7 @@
 #include "SorvaneCore/Prepare/DataTransforms.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
 #include "SorvaneCore/Prepare/ScaleScoreBuilder.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -13,14 +14,6 @@
 namespace sorvane {
 
 namespace {
-
-std::string joined(const std::vector<std::string>& names) {
-    std::string whole;
-    for (const std::string& name : names) {
-        whole += (whole.empty() ? "" : ", ") + name;
-    }
-    return whole;
-}
 
 std::string countText(std::size_t count) {
     return NumberText::integer(static_cast<std::int64_t>(count));
@@ -134,9 +127,9 @@ bool StudioState::createComputedVariable() {
                                ComputedVariableBuilder::numericValues(columns, method, completion)),
                            .assignedType = VariableKind::outcome,
                            .warning = "Computed " + kind + " from " + countText(names.size()) +
-                                      " variable(s): " + joined(names) + ", " + percentage +
+                                      " variable(s): " + joinedText(names) + ", " + percentage +
                                       " minimum completion"});
-    log("Created " + name + " as " + kind + " from " + joined(names) + " using " + percentage);
+    log("Created " + name + " as " + kind + " from " + joinedText(names) + " using " + percentage);
     derived.computedVariableMessage.set(
         name + " was added and is available for Descriptives and ANOVA outcomes");
     selectedDescriptiveVariableName.set({name});
@@ -216,12 +209,12 @@ std::string StudioState::scaleScoreSettings(const std::vector<std::string>& item
             reversed.push_back(name + " on " + item.scaleRange->displayText());
         }
     }
-    settings += reversed.empty() ? "" : "; reverse-coded: " + joined(reversed);
+    settings += reversed.empty() ? "" : "; reverse-coded: " + joinedText(reversed);
     const std::vector<std::string> unturned = itemsNotReversed();
     settings += unturned.empty() ? ""
                                  : "; marked Rev, but taken as they stand because the ends of "
                                    "their scales are not known: " +
-                                       joined(unturned);
+                                       joinedText(unturned);
     return settings;
 }
 
@@ -261,9 +254,9 @@ bool StudioState::createScaleScoreVariable() {
                                ScaleScoreBuilder::scores(scaleScoreMatrix(items), options)),
                            .assignedType = VariableKind::outcome,
                            .warning = kind + " from " + countText(items.size()) +
-                                      " item variables: " + joined(items)});
+                                      " item variables: " + joinedText(items)});
     logSettings(name, settings);
-    log(name + " as " + kind + " from reliability items " + joined(items));
+    log(name + " as " + kind + " from reliability items " + joinedText(items));
     scale.scaleScoreCreationMessage.set(name +
                                         " was added as a new dependent-variable score and is now "
                                         "available in Descriptives and ANOVA.");

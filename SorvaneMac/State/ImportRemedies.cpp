@@ -1,5 +1,6 @@
 #include "SorvaneCore/Dataset/Grid/ImplausibleCells.h"
 #include "SorvaneCore/Import/FileBytes.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
@@ -25,14 +26,6 @@ std::vector<std::string> implausibleColumns(const ImportedDataset& dataset) {
     return names;
 }
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
-}
-
 }  // namespace
 
 std::optional<std::string> StudioState::implausibleLacks() const {
@@ -47,7 +40,7 @@ bool StudioState::setImplausibleToMissing() {
         cleaning.clMessage.set(*lacking);
         return false;
     }
-    const std::string names = joined(implausibleColumns(dataset()));
+    const std::string names = joinedText(implausibleColumns(dataset()));
     storeUndo(std::string(implausibleLabel));
     data.dataset.edit([](ImportedDataset& table) { ImplausibleCells::setToMissing(table); });
     log("Set implausible values (of a magnitude above 1e300, or 2 to the power 127) to missing "

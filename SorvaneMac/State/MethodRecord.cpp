@@ -5,6 +5,7 @@
 #include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneCore/Project/WholeFile.h"
 #include "SorvaneCore/SorvaneEngine.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/StudioState.h"
 #include "SorvaneMac/State/VariableLists.h"
 
@@ -13,14 +14,6 @@ namespace sorvane {
 namespace {
 
 constexpr int completionDecimals = 2;
-
-std::string joined(const NameSet& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
-}
 
 std::vector<std::uint8_t> fileBytes(const MethodFile& record) {
     const std::string text = toJson(record).dump(2, ' ', false, Json::error_handler_t::replace);
@@ -62,7 +55,7 @@ std::map<std::string, std::string> StudioState::methodOptions() const {
         {"scale_score", scale.scaleScoreMethod.get() == ScaleScoreMethod::mean ? "mean" : "sum"},
         {"minimum_item_completion",
          NumberText::fixed(scale.minimumItemCompletion.get(), completionDecimals)},
-        {"reverse_coded_items", joined(scale.reverseCodedItemNames.get())},
+        {"reverse_coded_items", joinedText(scale.reverseCodedItemNames.get())},
         {"transformation_count", NumberText::integer(std::ssize(data.transformationLog.get()))},
         {"descriptive_variable", selectedDescriptiveVariableName->name},
         {"descriptive_group", nameIfPresent(selectedDescriptiveGroupName)},

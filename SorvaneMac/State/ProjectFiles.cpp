@@ -12,17 +12,15 @@ namespace sorvane {
 
 namespace {
 
-constexpr auto weightsActiveField = "surveyWeightsActive";
-
 using Settings = std::map<std::string, std::string>;
 
 std::string flag(bool isSet) {
     return isSet ? "1" : "0";
 }
 
-std::string valueOf(const Settings& settings, const char* key, std::string_view otherwise = "") {
+std::string valueOf(const Settings& settings, const char* key) {
     const auto setting = settings.find(key);
-    return setting == settings.end() ? std::string(otherwise) : setting->second;
+    return setting == settings.end() ? std::string() : setting->second;
 }
 
 /// Takes a field's JSON text; anything else leaves the field at its start.
@@ -83,7 +81,7 @@ ProjectSnapshot StudioState::projectSnapshot() const {
             settings[key] = field->json().dump();
         }
     }
-    const AnyField* active = fields.find(weightsActiveField);
+    const AnyField* active = fields.find(SurveySettings::weightsActiveField);
     settings["sv_active"] = flag(active && fromJson<bool>(active->json()));
     settings["screen"] = rawValue(selection.get());
     settings["dataset_editable"] = flag(data.isDatasetEditable.get());
@@ -100,8 +98,12 @@ void StudioState::restoreProjectSettings(const Settings& settings) {
 void StudioState::takeProjectSettings(const Settings& settings, FoldedSettings folded) {
     for (const auto& [key, name] : SurveySettings::plain) {
         if (AnyField* field = fields.find(name)) {
-            const bool isEstimand = name == "svEstimand";
-            field->setJson(toJson(valueOf(settings, key, isEstimand ? "mean" : "")));
+            const auto setting = settings.find(key);
+            if (setting == settings.end()) {
+                field->reset();
+            } else {
+                field->setJson(toJson(setting->second));
+            }
         }
     }
     for (const auto& [key, name] : SurveySettings::further) {
@@ -109,7 +111,7 @@ void StudioState::takeProjectSettings(const Settings& settings, FoldedSettings f
             takeText(*field, valueOf(settings, key));
         }
     }
-    if (AnyField* active = fields.find(weightsActiveField)) {
+    if (AnyField* active = fields.find(SurveySettings::weightsActiveField)) {
         active->setJson(valueOf(settings, "sv_active") == "1");
     }
     reportItems.set(std::move(folded.reportItems));

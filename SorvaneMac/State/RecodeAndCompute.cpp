@@ -2,6 +2,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Prepare/DataTransforms.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/LogText.h"
 #include "SorvaneMac/State/RecodeDrafts.h"
 #include "SorvaneMac/State/StudioState.h"
@@ -14,15 +15,6 @@ using Numbers = std::vector<std::optional<double>>;
 using DataTransforms::Unmatched;
 using DerivedValueFormatter::text;
 
-std::string joined(const std::vector<std::string>& texts, std::string_view separator) {
-    std::string whole;
-    for (const std::string& each : texts) {
-        whole += whole.empty() ? std::string_view() : separator;
-        whole += each;
-    }
-    return whole;
-}
-
 template <typename Rule>
 std::string rulesText(const std::vector<Rule>& rules, bool copiesUnmatched) {
     std::vector<std::string> texts;
@@ -30,7 +22,7 @@ std::string rulesText(const std::vector<Rule>& rules, bool copiesUnmatched) {
         texts.push_back(RecodeDrafts::text(rule));
     }
     texts.emplace_back(copiesUnmatched ? "other values kept" : "other values → missing");
-    return joined(texts, "; ");
+    return joinedText(texts, "; ");
 }
 
 std::string counted(std::size_t count, std::string_view noun) {
@@ -189,7 +181,7 @@ bool StudioState::runCompute() {
                                    ? std::string(displayName(editor.cvPairOp.get())) + " of " +
                                          editor.cvVarA->name + " and " + editor.cvVarB->name
                                    : std::string(displayName(editor.cvAggOp.get())) + " of " +
-                                         joined(computeSources(), ", ");
+                                         joinedText(computeSources());
     finishCompute(*computePreview(dataset().rowCount()), detail);
     return true;
 }

@@ -32,7 +32,7 @@ constexpr std::array<std::string_view, 9> projectFields = {"dataset",
                                                            "researcherNotes",
                                                            "reportItems",
                                                            "reportRTFData",
-                                                           "surveyWeightsActive"};
+                                                           SurveySettings::weightsActiveField};
 
 bool isKeptInProjects(std::string_view field) {
     const auto isIn = [field](const auto& settings) {

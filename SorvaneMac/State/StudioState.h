@@ -103,7 +103,6 @@ public:
     /// `confirmPendingImport` or `cancelPendingImport`, for which the action "confirmImport" asks;
     /// "commitEdits" comes first, so that edits still under way count as a report.
     bool replaceGuarded(std::function<void()> replace);
-    bool hasPendingImport() const { return pendingImport_ != nullptr; }
     void confirmPendingImport();
     void cancelPendingImport();
     void importPastedData(std::string_view text);
@@ -334,11 +333,17 @@ public:
         /// Computes on copies of its own, away from this thread; what it returns stores the result.
         TaskRunner::Work work;
         bool isCancellable = false;
+        /// Who asks for it, to tell its run from others.
+        const void* owner = nullptr;
     };
     /// Starts the run; its result is stored when it has ended, unless it was cancelled. One run
     /// stands at a time: another one is not started meanwhile.
     void compute(Computation computation);
     void cancelComputing();
+    /// Whether the run under way is one that this owner asked for.
+    bool isComputingFor(const void* owner) const {
+        return isComputing.get() && computingOwner_ == owner;
+    }
 
     /// What outlives the session.
     UserDefaults& defaults() const { return *defaults_; }
@@ -420,6 +425,7 @@ private:
     std::optional<std::filesystem::path> importedFile_;
     std::unique_ptr<UserDefaults> defaults_;
     std::optional<std::stop_source> miceTask_;
+    const void* computingOwner_ = nullptr;
     std::vector<std::weak_ptr<std::function<void(std::string_view)>>> actionObservers_;
     std::unique_ptr<AutosaveWriter> autosaveWriter_;
     /// Where the table of an opened project had come from, so that saving it again keeps that.

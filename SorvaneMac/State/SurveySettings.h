@@ -32,4 +32,7 @@ inline constexpr std::array<Setting, 11> further = {{{"sv_fpc", "svFpc"},
                                                      {"sv_row_cat", "svRowCat"},
                                                      {"sv_col_cat", "svColCat"}}};
 
+/// The field that says whether weights are in use, which projects keep as a flag.
+inline constexpr std::string_view weightsActiveField = "surveyWeightsActive";
+
 }  // namespace sorvane::SurveySettings

@@ -44,6 +44,10 @@ List numericVariables(const ImportedDataset& dataset) {
     return kept(dataset, isNumericForAnalysis);
 }
 
+std::vector<std::string> numericNames(const ImportedDataset& dataset) {
+    return names(numericVariables(dataset));
+}
+
 List descriptiveNumericVariables(const ImportedDataset& dataset) {
     return kept(dataset, [](const DataVariable& variable) {
         return variable.includeInDescriptives && variable.numericSummary.has_value();

@@ -16,6 +16,7 @@ using List = std::vector<const DataVariable*>;
 
 /// Variables with numbers in them whose role is analysed.
 List numericVariables(const ImportedDataset& dataset);
+std::vector<std::string> numericNames(const ImportedDataset& dataset);
 List descriptiveNumericVariables(const ImportedDataset& dataset);
 /// The item set of the scale.
 List reliabilityVariables(const ImportedDataset& dataset);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneCore/Project/ToJson.h"
 
 namespace sorvane {

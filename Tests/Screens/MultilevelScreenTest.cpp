@@ -247,6 +247,60 @@ TEST_F(SleepTest, SaysWhatTheChosenPValuesRestOn) {
               "");
 }
 
+struct SmallUnitCase {
+    int line;
+    StudioScreen screen;
+    Settings settings;
+    /// The cells of the predictor's row.
+    Cells row;
+    /// A part of the finding's sentence.
+    std::string sentence;
+};
+
+// clang-format off
+const std::vector<SmallUnitCase> smallUnitCases = {
+    {__LINE__, multilevel, {{"mlOutcome", R"("score")"}, {"mlPredictors", R"(["income"])"}},
+     {"income", "0.000481", "0.000039", "12.20", "< .001", "0.000404", "0.000559"},
+     "B = 0.00048, SE = 0.00004, 95% CI [0.00040, 0.00056]"},
+    {__LINE__, multilevel,
+     {{"mlFamily", R"("poisson")"}, {"mlOutcome", R"("count")"}, {"mlPredictors", R"(["income"])"}},
+     {"income", "0.0000590", "0.0000090", "6.56", "< .001", "1.0000590", "1.0000413", "1.0000766"},
+     "RR = 1.000059, 95% CI [1.000041, 1.000077]"},
+    {__LINE__, multilevel,
+     {{"mlFamily", R"("ordinal")"}, {"mlOutcome", R"("level")"}, {"mlPredictors", R"(["income"])"}},
+     {"income", "0.000389", "0.000078", "5.00", "< .001", "1.000390", "1.000237", "1.000542"},
+     "OR = 1.00039, 95% CI [1.00024, 1.00054]"},
+    {__LINE__, inferential,
+     {{"cmTest", R"("ancova")"}, {"cmAncovaOutcome", R"("score")"}, {"cmAncovaGroup", R"("g")"},
+      {"cmAncovaCovariates", R"(["income"])"}},
+     {"income", "0.000458", "0.000041", "11.29", "< .001"}, ""},
+};
+// clang-format on
+
+TEST(MultilevelScreen, KeepsTheDigitsOfAPredictorInSmallUnits) {
+    std::string table = "g,income,score,count,level\n";
+    for (int i = 0; i < 48; ++i) {
+        const int rise = i * 7 % 12;
+        const int noise = i * 5 % 7;
+        table += std::string(1, static_cast<char>('a' + i % 6)) + "," +
+                 std::to_string(50'000 + 2'500 * rise) + "," +
+                 std::to_string(rise + noise + i % 6) + "," + std::to_string((rise + noise) / 2) +
+                 "," + std::to_string((rise + noise) / 5) + "\n";
+    }
+    for (const SmallUnitCase& each : smallUnitCases) {
+        SCOPED_TRACE(each.line);
+        ReferenceStudy study("sleepstudy.csv");
+        study.state.importPastedData(table);
+        study.assign({"g"}, VariableKind::grouping);
+        study.assign({"income", "score", "count", "level"}, VariableKind::outcome);
+        const ReportItem item = study.shown(each.screen, each.settings).findings.at(0).item;
+        const ReportTable& effects =
+            each.screen == inferential ? item.extraTables->back() : *item.table;
+        EXPECT_EQ(effects.rows.back(), each.row);
+        EXPECT_NE(item.apaSummary.find(each.sentence), std::string::npos) << item.apaSummary;
+    }
+}
+
 struct CautionCase {
     int line;
     std::string table;

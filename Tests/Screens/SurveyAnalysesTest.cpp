@@ -74,6 +74,8 @@ TEST_F(SurveyAnalysesTest, ModelsStandUnderTheirHeadsAndGoIntoTheReport) {
         EXPECT_EQ(APAFormat::normalize(*item.table).rows[1], each.row);
         EXPECT_NE(item.apaSummary.find(each.inSentence), std::string::npos) << item.apaSummary;
         EXPECT_NE(item.table->note->find("195 df"), std::string::npos) << *item.table->note;
+        EXPECT_EQ(item.table->note->find("  "), std::string::npos) << *item.table->note;
+        EXPECT_FALSE(item.table->note->ends_with(' '));
         EXPECT_NE(item.caution->find("association, not causation"), std::string::npos);
         const auto& plot = std::get<IntervalPlot>(content.findings.front().figure->plot);
         ASSERT_EQ(plot.rows.size(), 2U) << "the intercept is no effect";
@@ -317,6 +319,32 @@ TEST(SurveyAnalyses, TheProjectKeepsWhatIsAnalysed) {
     settings["sv_analysis"] = R"("other")";
     second.state.restoreProjectSettings(settings);
     second.expectValues({{"svAnalysis", R"("estimates")"}});
+}
+
+/// A runner whose work never ends.
+class WaitingRunner final : public TaskRunner {
+public:
+    void start(Work, Progress, std::stop_token) override {}
+};
+
+TEST(SurveyAnalyses, OnlyTheModelThatRunsIsUnderWay) {
+    StudioState state(SORVANE_SOURCE_DIR "/Resources", std::make_unique<WaitingRunner>());
+    StudioScreens screens(state);
+    state.importData(SORVANE_SOURCE_DIR "/Tests/Reference/data/apistrat.csv");
+    for (const std::string_view name : {"api00", "ell"}) {
+        state.assignVariable(state.dataset().variable(name)->id, VariableKind::outcome);
+    }
+    const auto set = [&state](const char* field, const Json& value) {
+        state.fields.find(field)->setJson(value);
+    };
+    set("svWeight", "pw");
+    set("svOutcome", "api00");
+    set("svPredictors", Json::array({"ell"}));
+    set("svAnalysis", "linear");
+    EXPECT_FALSE(screens.at(survey).run());
+    EXPECT_EQ(screens.at(survey).content().gate->title, "Fitting the model under the design…");
+    set("svAnalysis", "poisson");
+    EXPECT_EQ(screens.at(survey).content().gate->title, "Ready to run");
 }
 
 TEST(SurveyAnalyses, RareEventsAndManyTestsAreSaid) {

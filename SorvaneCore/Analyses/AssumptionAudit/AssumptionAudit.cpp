@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 #include <utility>
 
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionWording.h"

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Analyses/Categorical/GoodnessOfFit.h"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Analyses/Basics/GroupedRows.h"

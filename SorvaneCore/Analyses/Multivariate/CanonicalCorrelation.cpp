@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
-#include <variant>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"

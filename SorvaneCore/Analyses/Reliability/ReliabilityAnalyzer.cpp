@@ -1,8 +1,6 @@
 #include "SorvaneCore/Analyses/Reliability/ReliabilityAnalyzer.h"
 
-#include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/CronbachAlpha.h"

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Import/Numbers/ChildProcess.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Models/LatentClass/ClassMixture.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 #include "SorvaneCore/Numerics/SplitMix64.h"
@@ -133,18 +132,11 @@ ClassMixture::Parameters ClassMixture::maximized(const std::vector<double>& size
 
 std::vector<std::vector<double>> ClassMixture::posteriors(const Parameters& parameters) const {
     const std::vector<std::vector<double>> logs = logResponses(parameters);
-    std::vector<std::vector<double>> ofPattern(patterns_.counts.size(),
-                                               std::vector<double>(classes_));
-    MixtureBlock block(classes_);
-    for (std::size_t first = 0; first < ofPattern.size(); first = blockEnd(first)) {
-        formLogDensities(parameters, logs, first, block);
-        block.normalize(blockEnd(first) - first);
-        for (std::size_t pattern = first; pattern < blockEnd(first); ++pattern) {
-            for (std::size_t c = 0; c < classes_; ++c) {
-                ofPattern[pattern][c] = block.of(c)[pattern - first];
-            }
-        }
-    }
+    const std::vector<std::vector<double>> ofPattern =
+        MixtureBlock::posteriors(patterns_.counts.size(), classes_,
+                                 [&](std::size_t first, std::size_t, MixtureBlock& block) {
+                                     formLogDensities(parameters, logs, first, block);
+                                 });
     std::vector<std::vector<double>> result;
     result.reserve(patterns_.rows());
     for (const std::uint32_t pattern : patterns_.patternOf) {

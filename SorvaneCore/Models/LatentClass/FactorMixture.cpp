@@ -206,19 +206,10 @@ ExpectationMaximization::Step<FactorMixture::Parameters> FactorMixture::step(
 }
 
 std::vector<Numbers> FactorMixture::posteriors(const Parameters& parameters) const {
-    std::vector<Numbers> result(rows(), Numbers(classes_));
-    MixtureBlock block(classes_);
-    for (std::size_t first = 0; first < rows(); first += MixtureBlock::rowCount) {
-        const std::size_t count = std::min(MixtureBlock::rowCount, rows() - first);
-        formLogDensities(parameters, first, count, block);
-        block.normalize(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            for (std::size_t c = 0; c < classes_; ++c) {
-                result[first + i][c] = block.of(c)[i];
-            }
-        }
-    }
-    return result;
+    return MixtureBlock::posteriors(rows(), classes_,
+                                    [&](std::size_t first, std::size_t count, MixtureBlock& block) {
+                                        formLogDensities(parameters, first, count, block);
+                                    });
 }
 
 Numbers FactorMixture::scores(const Parameters& parameters,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -26,6 +27,27 @@ public:
     double logLikelihood(std::size_t row) const;
     /// The sum of that over the first `count` rows.
     double logLikelihoodOf(std::size_t count) const;
+
+    /// The probabilities of the classes for each of `rows` rows. `form` fills a block with the joint
+    /// log densities of the rows from one on.
+    template <typename Form>
+    static std::vector<std::vector<double>> posteriors(std::size_t rows,
+                                                       std::size_t classes,
+                                                       Form&& form) {
+        std::vector<std::vector<double>> result(rows, std::vector<double>(classes));
+        MixtureBlock block(classes);
+        for (std::size_t first = 0; first < rows; first += rowCount) {
+            const std::size_t count = std::min(rowCount, rows - first);
+            form(first, count, block);
+            block.normalize(count);
+            for (std::size_t i = 0; i < count; ++i) {
+                for (std::size_t c = 0; c < classes; ++c) {
+                    result[first + i][c] = block.of(c)[i];
+                }
+            }
+        }
+        return result;
+    }
 
 private:
     std::vector<std::array<double, rowCount>> values_;

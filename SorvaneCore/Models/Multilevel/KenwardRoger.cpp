@@ -1,7 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/KenwardRoger.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 

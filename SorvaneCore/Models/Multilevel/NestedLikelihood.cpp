@@ -1,6 +1,5 @@
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
 
-#include <cmath>
 #include <utility>
 #include <vector>
 

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/OrdinalQuadrature.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Models/Structural/ReticularModel.h"
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>

@@ -6,6 +6,7 @@
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansScreen.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -70,8 +71,9 @@ ReportTable covariateTable(const ANCOVAResult& result) {
     table.title = "Covariate effects";
     table.headers = {"Covariate", "B", "SE", "t", "p"};
     for (const ANCOVACovariateEffect& effect : result.covariateEffects) {
-        table.rows.push_back({effect.name, svFmt(effect.coefficient, 3),
-                              svFmt(effect.standardError, 3), svFmt(effect.t, 2),
+        const int decimals = ReportDecimals::of(effect.standardError);
+        table.rows.push_back({effect.name, svFmt(effect.coefficient, decimals),
+                              svFmt(effect.standardError, decimals), svFmt(effect.t, 2),
                               ResultText::pCell(effect.pValue)});
     }
     return table;

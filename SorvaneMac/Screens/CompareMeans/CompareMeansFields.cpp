@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansFields.h"
 
-#include "SorvaneCore/Project/ISODate.h"
 #include "SorvaneMac/State/FieldJson.h"
 
 namespace sorvane {

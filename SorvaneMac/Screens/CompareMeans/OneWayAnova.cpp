@@ -1,7 +1,6 @@
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/CompareMeans/GroupComparison.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
-#include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
 

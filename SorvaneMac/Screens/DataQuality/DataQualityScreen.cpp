@@ -153,7 +153,7 @@ bool DataQualityScreen::hasNumbers() const {
 
 const DataQualityCards::Missingness& DataQualityScreen::missingness() const {
     const ImportedDataset& dataset = state_.dataset();
-    std::vector<std::string> names = VariableLists::names(numericVariables(dataset));
+    std::vector<std::string> names = VariableLists::numericNames(dataset);
     return missingness_.of(cellsOf(dataset, names), names, [&] {
         const std::vector<NumericColumn> columns = numbersOf(dataset, names);
         return DataQualityCards::Missingness{
@@ -187,7 +187,7 @@ std::optional<SubgroupMissingnessResult> DataQualityScreen::subgroups() const {
     if (!group) {
         return std::nullopt;
     }
-    std::vector<std::string> names = VariableLists::names(numericVariables(dataset));
+    std::vector<std::string> names = VariableLists::numericNames(dataset);
     std::erase(names, fields_.clGroup->name);
     return SubgroupMissingness::byGroup(numbersOf(dataset, names), names,
                                         dataset.rows.column(*group));

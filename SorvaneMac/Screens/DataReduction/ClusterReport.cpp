@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::ClusterReport {
@@ -22,7 +22,7 @@ int decimalsOf(const Means& means, std::size_t variable) {
             highest = std::max(highest, cluster[variable]);
         }
     }
-    return ErrorDecimals::of(lowest < highest ? highest - lowest : std::abs(highest), 2);
+    return ReportDecimals::of(lowest < highest ? highest - lowest : std::abs(highest), 2);
 }
 
 }  // namespace

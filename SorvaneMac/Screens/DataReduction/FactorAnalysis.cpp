@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
 #include "SorvaneMac/Screens/DataReduction/LoadingsReport.h"

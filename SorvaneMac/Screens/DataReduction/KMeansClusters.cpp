@@ -6,8 +6,7 @@
 #include "SorvaneMac/Screens/DataReduction/ClusteringAnalysis.h"
 #include "SorvaneMac/Screens/DataReduction/DataReductionAnalyses.h"
 #include "SorvaneMac/Screens/DataReduction/ReducedVariables.h"
-#include "SorvaneMac/Screens/DatasetText.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -27,7 +26,7 @@ std::string centerScale(const KMeansResult& result) {
 
 /// A sum of squares with as many decimals as leave something of the total.
 std::string squares(double sum, const KMeansResult& result) {
-    return svFmt(sum, ErrorDecimals::of(result.totalWithinClusterSumOfSquares, 2));
+    return svFmt(sum, ReportDecimals::of(result.totalWithinClusterSumOfSquares, 2));
 }
 
 ReportTable sizeTable(const KMeansResult& result) {

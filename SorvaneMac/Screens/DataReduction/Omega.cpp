@@ -56,11 +56,8 @@ std::vector<Tile> tiles(const OmegaReliabilityResult& result) {
 }
 
 std::string note(const OmegaReliabilityResult& result) {
-    std::string text;
-    for (const std::string& each : result.reportingNotes) {
-        text += (text.empty() ? "" : " ") + each;
-    }
-    return text + " h2 is the squared loading.";
+    return ResultText::running(
+        {ResultText::running(result.reportingNotes), "h2 is the squared loading."});
 }
 
 class Omega final : public StoredAnalysis<DataReductionFields, OmegaRun> {

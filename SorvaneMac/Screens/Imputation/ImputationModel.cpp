@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "SorvaneCore/Dataset/ColumnProfile.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
+#include "SorvaneMac/State/JoinedText.h"
 
 namespace sorvane {
 
@@ -32,19 +34,14 @@ bool hasMissing(const ImportedDataset& dataset, const std::vector<std::string>& 
 }  // namespace
 
 std::int64_t rowsWithoutNumber(const ImportedDataset& dataset, const std::string& name) {
-    const NumericColumn column = dataset.numericColumn(name);
-    const std::vector<std::uint64_t> counts = column.levelCounts();
-    std::uint64_t without = 0;
-    for (std::size_t level = 0; level < counts.size(); ++level) {
-        without += column.levels()[level] ? 0 : counts[level];
-    }
-    return static_cast<std::int64_t>(without);
+    const std::optional<std::size_t> at = dataset.columnIndex(name);
+    return at ? dataset.rowCount() - dataset.rows.column(*at).profile().numericCount : 0;
 }
 
 List lackingNumbers(const List& list, const ImportedDataset& dataset) {
     List result;
     std::ranges::copy_if(list, std::back_inserter(result), [&dataset](const DataVariable* each) {
-        return each->missingCount > 0 || rowsWithoutNumber(dataset, each->name) > 0;
+        return rowsWithoutNumber(dataset, each->name) > 0;
     });
     return result;
 }
@@ -55,14 +52,6 @@ List among(const List& list, const NameSet& names) {
         return names.contains(variable->name);
     });
     return result;
-}
-
-std::string commaList(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
 }
 
 ImputationModel ImputationModel::of(const ImportedDataset& dataset,
@@ -120,7 +109,7 @@ std::vector<NumericColumn> ImputationModel::columns(const ImportedDataset& datas
 }
 
 std::string ImputationModel::exclusionNote(const std::vector<std::string>& excluded) {
-    return excluded.empty() ? "" : " Excluded >50% missing: " + commaList(excluded) + ".";
+    return excluded.empty() ? "" : " Excluded >50% missing: " + joinedText(excluded) + ".";
 }
 
 }  // namespace sorvane

@@ -39,7 +39,4 @@ VariableLists::List lackingNumbers(const VariableLists::List& list, const Import
 /// Those of the list that the set names.
 VariableLists::List among(const VariableLists::List& list, const NameSet& names);
 
-/// "a, b, c".
-std::string commaList(const std::vector<std::string>& names);
-
 }  // namespace sorvane

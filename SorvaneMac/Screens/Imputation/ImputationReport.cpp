@@ -7,6 +7,7 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Imputation/ImputationModel.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 
 namespace sorvane::ImputationReport {
 
@@ -83,7 +84,7 @@ std::string modelNote(const ImputationRun& run) {
            ResultText::count(ImputationOptions().donorCount) + " donors), " +
            ResultText::count(run.result.m) + " copies of " + ResultText::count(run.rows) +
            " cases, " + ResultText::count(run.result.iterations) +
-           " sweeps each, with these variables: " + commaList(run.result.variableNames) +
+           " sweeps each, with these variables: " + joinedText(run.result.variableNames) +
            ". The difference is that of the means in SD of the observed values.";
 }
 

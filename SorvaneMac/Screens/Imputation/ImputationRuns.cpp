@@ -10,6 +10,7 @@
 #include "SorvaneMac/Screens/Imputation/ImputationCharts.h"
 #include "SorvaneMac/Screens/Imputation/ImputationModel.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 
 namespace sorvane::ImputationRuns {
 
@@ -114,7 +115,7 @@ void keep(StudioState& state, ImputationFields& fields, std::optional<Imputation
         return;
     }
     const std::string done = "Generated " + ResultText::count(run->result.m) +
-                             " MICE imputations for " + commaList(run->targets) + ".";
+                             " MICE imputations for " + joinedText(run->targets) + ".";
     state.data.transformationLog.edit(
         [&done](std::vector<std::string>& entries) { entries.push_back(done); });
     state.impMessage.set(done + ImputationModel::exclusionNote(run->excluded));
@@ -184,9 +185,9 @@ void runSingle(StudioState& state, ImputationFields& fields) {
     const std::size_t count = columns.size();
     const std::vector<std::string> names = state.addDerivedVariables(
         "addition of " + countOf(count) + " imputed column(s)", std::move(columns),
-        how + ": " + commaList(model.targets) + "." + model.exclusionNote());
+        how + ": " + joinedText(model.targets) + "." + model.exclusionNote());
     state.impMessage.set(how + "." + model.exclusionNote() + " Added " + countOf(count) +
-                         " column(s) (" + commaList(names) +
+                         " column(s) (" + joinedText(names) +
                          "). Single imputation understates standard error; use MICE + a pooled "
                          "analysis for inference.");
 }
@@ -243,9 +244,9 @@ void addExploratoryCompletedColumns(StudioState& state, const ImputationFields& 
     const std::vector<std::string> names = state.addDerivedVariables(
         "addition of " + count + " exploratory completed column(s)", std::move(columns),
         "Added " + count + " exploratory completed column(s) (cell-mean of " + m +
-            " imputations) of " + commaList(run.targets) + ".");
+            " imputations) of " + joinedText(run.targets) + ".");
     state.impMessage.set(count + " exploratory completed column(s) (cell-mean of " + m +
-                         " imputations) added: " + commaList(names) +
+                         " imputations) added: " + joinedText(names) +
                          ". These understate SE; use the pooled analysis for inference.");
 }
 

@@ -6,6 +6,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ExactFit.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::PooledReport {
@@ -108,10 +109,12 @@ ReportTable coefficientTable(const std::vector<PooledCoefficient>& coefficients)
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}, {.label = ""}};
     table.headers = {"Predictor", "B", "SE", "t", "df", "p", "LL", "UL", "FMI"};
     for (const PooledCoefficient& each : coefficients) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.t, 2), dfText(each.degreesOfFreedom),
-                              ResultText::pCell(each.pValue), svFmt(each.ciLower, 3),
-                              svFmt(each.ciUpper, 3), svFmtBounded(each.fractionMissingInfo, 3)});
+        const int decimals = ReportDecimals::of(each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.t, 2),
+                              dfText(each.degreesOfFreedom), ResultText::pCell(each.pValue),
+                              svFmt(each.ciLower, decimals), svFmt(each.ciUpper, decimals),
+                              svFmtBounded(each.fractionMissingInfo, 3)});
     }
     return table;
 }
@@ -122,11 +125,13 @@ std::string sentenceOf(const PooledBasis& basis,
                        ResultText::listed(basis.others) + ", " + pooledOver(basis) + ".";
     for (std::size_t i = 1; i < coefficients.size(); ++i) {
         const PooledCoefficient& each = coefficients[i];
+        const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", B = " + svFmt(each.estimate, 2) + ", 95% CI [" + svFmt(each.ciLower, 2) + ", " +
-                svFmt(each.ciUpper, 2) + "], t(" + dfText(each.degreesOfFreedom) +
-                ") = " + svFmt(each.t, 2) + ", " + ResultText::pSentence(each.pValue) + ".";
+                ", B = " + svFmt(each.estimate, decimals) + ", 95% CI [" +
+                svFmt(each.ciLower, decimals) + ", " + svFmt(each.ciUpper, decimals) + "], t(" +
+                dfText(each.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +
+                ResultText::pSentence(each.pValue) + ".";
     }
     return text;
 }
@@ -184,19 +189,21 @@ void addCorrelation(const PooledBasis& basis,
 }
 
 void addMean(const PooledBasis& basis, const PooledEstimate& mean, ScreenContent& content) {
+    const std::string error = svFmt(mean.standardError, ReportDecimals::of(mean.standardError));
+    const int decimals = ReportDecimals::inSentence(mean.standardError);
+    const std::string estimate = svFmt(mean.estimate, decimals);
+    const std::string lower = svFmt(mean.confidenceIntervalLower, decimals);
+    const std::string upper = svFmt(mean.confidenceIntervalUpper, decimals);
     ReportTable table;
     table.groupHeaders = {{.label = "", .span = 5}, {.label = "95% CI", .span = 2}, {.label = ""}};
     table.headers = {"Variable", "n", "M", "SE", "df", "LL", "UL", "FMI"};
-    table.rows = {{basis.variable, ResultText::count(basis.rows), svFmt(mean.estimate, 2),
-                   svFmt(mean.standardError, 3), dfText(mean.degreesOfFreedom),
-                   svFmt(mean.confidenceIntervalLower, 2), svFmt(mean.confidenceIntervalUpper, 2),
+    table.rows = {{basis.variable, ResultText::count(basis.rows), estimate, error,
+                   dfText(mean.degreesOfFreedom), lower, upper,
                    svFmtBounded(mean.fractionMissingInfo, 3)}};
     add(basis,
         {.title = "Pooled Mean: " + basis.variable,
          .sentence = "The mean of " + basis.variable + ", " + pooledOver(basis) + ", was M = " +
-                     svFmt(mean.estimate, 2) + ", SE = " + svFmt(mean.standardError, 3) +
-                     ", 95% CI [" + svFmt(mean.confidenceIntervalLower, 2) + ", " +
-                     svFmt(mean.confidenceIntervalUpper, 2) + "].",
+                     estimate + ", SE = " + error + ", 95% CI [" + lower + ", " + upper + "].",
          .table = std::move(table),
          .chart = intervals("Pooled mean", "M with 95% CI",
                             {{basis.variable, mean.estimate, mean.confidenceIntervalLower,

@@ -1,9 +1,7 @@
 #include "SorvaneMac/Screens/Invariance/InvarianceAnalysis.h"
 
 #include "SorvaneCore/Models/Structural/InvarianceWording.h"
-#include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Invariance/InvarianceReport.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -137,7 +135,7 @@ private:
              .note = std::string(note) + " Items: " + ResultText::listed(result.itemNames) + ".",
              .charts = InvarianceReport::charts(result),
              .figureCaption = "Loadings of the items in each group, estimated freely.",
-             .caution = ClaimText::joined(InvarianceWording::cautions()),
+             .caution = ResultText::running(InvarianceWording::cautions()),
              .warnings = ResultText::messages(result.readiness)},
             content);
     }

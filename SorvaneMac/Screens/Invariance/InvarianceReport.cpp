@@ -2,6 +2,7 @@
 
 #include "SorvaneCore/Models/Structural/InvarianceWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::InvarianceReport {
@@ -96,8 +97,9 @@ ReportTable meanTable(const InvarianceResult& result) {
     table.title = "Latent means under equal intercepts";
     table.headers = {"Group", "Difference", "SE", "z", "p"};
     for (const LatentMeanDifference& each : result.latentMeans) {
-        table.rows.push_back({each.groupName, svFmt(each.difference, 3),
-                              svFmt(each.standardError, 3), svFmt(each.z, 2),
+        const int decimals = ReportDecimals::of(each.standardError);
+        table.rows.push_back({each.groupName, svFmt(each.difference, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue)});
     }
     table.note = "Distance from " + result.groups.front() +

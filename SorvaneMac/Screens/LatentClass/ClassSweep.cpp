@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/LatentClass/ClassSweep.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -31,24 +31,10 @@ Rows rowsOfFactorMixtures(const LatentIndicators& indicators,
 }
 
 Rows rowsOf(const LatentIndicators& indicators, const TaskRunner::Progress& progress) {
-    constexpr auto counts =
-        static_cast<double>(LatentClassModel::mostClasses - LatentClassModel::fewestClasses + 1);
-    Rows rows;
-    for (std::int64_t k = LatentClassModel::fewestClasses; k <= LatentClassModel::mostClasses;
-         ++k) {
-        const auto done = static_cast<double>(k - LatentClassModel::fewestClasses);
-        const auto result = indicators.fit(
-            k, [&progress, done](double share) { progress((done + share) / counts); });
-        if (result && std::isfinite(result->logLikelihood)) {
-            rows.push_back({.k = k,
-                            .logLik = result->logLikelihood,
-                            .aic = result->aic,
-                            .bic = result->bic,
-                            .entropy = result->entropy,
-                            .converged = result->converged});
-        }
-    }
-    return rows;
+    return latentSweep(LatentClassModel::fewestClasses, LatentClassModel::mostClasses, progress,
+                       [&indicators](std::int64_t k, LatentIndicators::Progress share) {
+                           return indicators.fit(k, std::move(share));
+                       });
 }
 
 Rows convergedOf(const Rows& all) {

@@ -1,6 +1,4 @@
 #include "SorvaneCore/Models/FactorMixtureWording.h"
-#include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/LatentClass/ClassSweep.h"
 #include "SorvaneMac/Screens/LatentClass/FactorMixtureReport.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassAnalyses.h"
@@ -100,7 +98,7 @@ private:
                    .charts = {FactorMixtureReport::interceptPlot(result, names(result))},
                    .figureCaption = "Means of " + ResultText::count(result.classCount) +
                                     " classes on " + ResultText::listed(names(result)) + ".",
-                   .caution = ClaimText::joined(FactorMixtureWording::cautions()),
+                   .caution = ResultText::running(FactorMixtureWording::cautions()),
                    .warnings = ResultText::messages(result.readiness)},
                   content);
     }

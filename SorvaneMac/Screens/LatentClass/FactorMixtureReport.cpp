@@ -4,7 +4,7 @@
 
 #include "SorvaneCore/Models/FactorMixtureWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::FactorMixtureReport {
@@ -41,7 +41,7 @@ ReportTable interceptTable(const FactorMixtureResult& result,
     }
     for (std::size_t j = 0; j < names.size(); ++j) {
         std::vector<std::string> row = {names[j]};
-        const int decimals = ErrorDecimals::of(std::sqrt(result.residualVariances[j]), 2);
+        const int decimals = ReportDecimals::of(std::sqrt(result.residualVariances[j]), 2);
         for (const FactorMixtureClass& each : result.classes) {
             row.push_back(svFmt(each.intercepts[j], decimals));
         }
@@ -57,9 +57,9 @@ ReportTable factorTable(const FactorMixtureResult& result, const std::vector<std
     for (std::size_t j = 0; j < names.size(); ++j) {
         const double residual = result.residualVariances[j];
         table.rows.push_back({names[j],
-                              svFmt(result.loadings[j], ErrorDecimals::of(std::sqrt(residual))),
+                              svFmt(result.loadings[j], ReportDecimals::of(std::sqrt(residual))),
                               svFmtBounded(result.standardizedLoadings[j], 3),
-                              svFmt(residual, ErrorDecimals::of(residual))});
+                              svFmt(residual, ReportDecimals::of(residual))});
     }
     return table;
 }

@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/LatentClass/ClassSweep.h"

@@ -5,8 +5,8 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/LatentClass/LatentClassFields.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MixtureReport {
@@ -46,7 +46,7 @@ ReportTable meanTable(const LatentClassResult& result) {
         std::vector<std::string> row = {result.variableNames[j]};
         for (const LatentClassProfile& profile : result.profiles) {
             const double deviation = (*profile.standardDeviations)[j];
-            const int decimals = ErrorDecimals::of(deviation, 2);
+            const int decimals = ReportDecimals::of(deviation, 2);
             row.push_back(svFmt((*profile.means)[j], decimals) + " (" + svFmt(deviation, decimals) +
                           ")");
         }

@@ -4,8 +4,8 @@
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -143,7 +143,7 @@ void addTwoValued(std::vector<std::string>& remarks,
 }
 
 std::string pathText(const MediationPath& path, std::int64_t df) {
-    const int decimals = ErrorDecimals::of(path.standardError);
+    const int decimals = ReportDecimals::of(path.standardError);
     return "B = " + svFmt(path.estimate, decimals) +
            ", SE = " + svFmt(path.standardError, decimals) + ", t(" + ResultText::count(df) +
            ") = " + svFmt(path.t, 2) + ", " + ResultText::pSentence(path.pValue);

@@ -1,14 +1,13 @@
 #include <algorithm>
-#include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Models/Mediation/MediationRows.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 #include "SorvaneMac/Screens/Mediation/ProcessAnalysis.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -52,7 +51,7 @@ std::int64_t residualDf(const ModerationResult& result) {
 
 /// A row of a coefficient or of a slope, from its estimate to the ends of its interval.
 std::vector<std::string> estimateCells(const MediationPath& path, std::int64_t df) {
-    const int decimals = ErrorDecimals::of(path.standardError);
+    const int decimals = ReportDecimals::of(path.standardError);
     const double half = path.standardError * MathDistributions::studentTCritical(
                                                  1.0 - confidenceLevel, static_cast<double>(df));
     return {svFmt(path.estimate, decimals),
@@ -114,7 +113,7 @@ std::string sentence(const ModerationRun& run) {
                        ", N = " + ResultText::count(result.n) + ").";
     std::vector<std::string> slopes;
     for (const SimpleSlope& each : result.simpleSlopes) {
-        slopes.push_back(svFmt(each.slope, ErrorDecimals::of(each.standardError)) + " at " +
+        slopes.push_back(svFmt(each.slope, ReportDecimals::of(each.standardError)) + " at " +
                          each.label + " (" + ResultText::pSentence(each.pValue) + ")");
     }
     return text + " The simple slope of " + x + " was " + ResultText::listed(slopes) + "." +
@@ -126,7 +125,7 @@ std::string sentence(const ModerationRun& run) {
 
 std::vector<Tile> tiles(const ModerationResult& result) {
     const MediationPath& product = result.interaction;
-    return {{"Interaction", svFmt(product.estimate, ErrorDecimals::of(product.standardError)),
+    return {{"Interaction", svFmt(product.estimate, ReportDecimals::of(product.standardError)),
              "t(" + ResultText::count(residualDf(result)) + ") = " + svFmt(product.t, 2)},
             ResultText::pValueTile(product.pValue),
             {"R²", svFmtBounded(result.rSquared, 3), "of the whole model"},

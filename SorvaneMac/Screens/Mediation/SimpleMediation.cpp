@@ -1,13 +1,11 @@
-#include <cmath>
-
 #include "SorvaneCore/Models/Mediation/MediationRows.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Mediation/MediationAnalyses.h"
 #include "SorvaneMac/Screens/Mediation/MediationSelection.h"
 #include "SorvaneMac/Screens/Mediation/ProcessAnalysis.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -79,7 +77,7 @@ ReportTable pathTable(const MediationRun& run) {
         const double error = each.path.standardError;
         const double half = error * MathDistributions::studentTCritical(
                                         1.0 - confidenceLevel, static_cast<double>(each.df));
-        const int decimals = ErrorDecimals::of(error);
+        const int decimals = ReportDecimals::of(error);
         table.rows.push_back({each.words, svFmt(each.path.estimate, decimals),
                               svFmt(error, decimals), svFmt(each.path.t, 2),
                               ResultText::count(each.df), ResultText::pCell(each.path.pValue),
@@ -100,7 +98,7 @@ std::string noteOn(const MediationVariables& variables) {
 /// Two digits of a standard error of the size that the interval has.
 int decimalsOfIndirect(const MediationResult& result) {
     constexpr double errorsWide = 4.0;
-    return ErrorDecimals::of((result.bootUpper - result.bootLower) / errorsWide);
+    return ReportDecimals::of((result.bootUpper - result.bootLower) / errorsWide);
 }
 
 std::string intervalText(const MediationResult& result) {
@@ -147,7 +145,7 @@ bool excludesZero(const MediationResult& result) {
 
 std::vector<Tile> tiles(const MediationResult& result) {
     const auto effect = [](const MediationPath& path) {
-        return svFmt(path.estimate, ErrorDecimals::of(path.standardError));
+        return svFmt(path.estimate, ReportDecimals::of(path.standardError));
     };
     return {
         {"Indirect effect", svFmt(result.indirect, decimalsOfIndirect(result)),
@@ -160,7 +158,7 @@ std::vector<Tile> tiles(const MediationResult& result) {
 }
 
 std::string label(std::string name, const MediationPath& path) {
-    return std::move(name) + " = " + svFmt(path.estimate, ErrorDecimals::of(path.standardError)) +
+    return std::move(name) + " = " + svFmt(path.estimate, ReportDecimals::of(path.standardError)) +
            std::string(SignificanceFormatting::stars(path.pValue));
 }
 

@@ -8,13 +8,15 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelNotes.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelReport {
 
 namespace {
 
-/// As many decimals as the smallest standard deviation that is not zero needs.
+/// The decimals of every component, at least: those that the smallest that is not zero needs, up
+/// to four.
 int varianceDecimals(const MultilevelResult& result) {
     double smallest = 1.0;
     for (const MultilevelVarianceComponent& component : result.varianceComponents) {
@@ -51,8 +53,9 @@ Tile betweenTile(const MultilevelRun& run) {
     if (const std::optional<double> icc = latentICC(run)) {
         return {"ICC (latent scale)", svFmtBounded(*icc, 2), "share of variance between clusters"};
     }
+    const double deviation = result.varianceComponents[0].standardDeviation;
     return {"Intercept SD",
-            svFmt(result.varianceComponents[0].standardDeviation, varianceDecimals(result)),
+            svFmt(deviation, ReportDecimals::of(deviation, varianceDecimals(result))),
             "between levels of " + run.choice.cluster};
 }
 
@@ -74,13 +77,14 @@ ReportTable coefficientTable(const MultilevelRun& run) {
     table.headers.insert(table.headers.end(), {"p", "LL", "UL"});
     table.groupHeaders = {{.label = "", .span = hasDf ? 6 : 5}, {.label = "95% CI", .span = 2}};
     for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
-        std::vector<std::string> row = {each.name, svFmt(each.estimate, 3),
-                                        svFmt(each.standardError, 3)};
+        const int decimals = ReportDecimals::of(each.standardError);
+        std::vector<std::string> row = {each.name, svFmt(each.estimate, decimals),
+                                        svFmt(each.standardError, decimals)};
         if (hasDf) {
             row.push_back(svFmt(each.df, 2));
         }
         row.insert(row.end(), {svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                               svFmt(each.lowerBound, 3), svFmt(each.upperBound, 3)});
+                               svFmt(each.lowerBound, decimals), svFmt(each.upperBound, decimals)});
         table.rows.push_back(std::move(row));
     }
     return table;
@@ -93,11 +97,13 @@ ReportTable ratioTable(const MultilevelRun& run) {
     table.headers = {"Predictor", "B", "SE", "z", "p", ratio, "LL", "UL"};
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(std::exp(each.estimate), 3),
-                              ResultText::ratio(std::exp(each.lowerBound), 3),
-                              ResultText::ratio(std::exp(each.upperBound), 3)});
+        const int decimals = ReportDecimals::of(each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+                              ResultText::pCell(each.pValue),
+                              ResultText::ratio(std::exp(each.estimate), decimals),
+                              ResultText::ratio(std::exp(each.lowerBound), decimals),
+                              ResultText::ratio(std::exp(each.upperBound), decimals)});
     }
     return table;
 }
@@ -107,8 +113,14 @@ ReportTable varianceTable(const MultilevelRun& run) {
     table.title =
         run.choice.isGaussian() ? "Random Effects and Residual Variance" : "Random Effects";
     table.headers = {"Component", "Variance", "SD"};
-    const int decimals = varianceDecimals(*run.result);
-    for (const MultilevelVarianceComponent& each : run.result->varianceComponents) {
+    const int fewest = varianceDecimals(*run.result);
+    const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
+    for (std::size_t at = 0; at < components.size(); ++at) {
+        const MultilevelVarianceComponent& each = components[at];
+        const int decimals =
+            isNearZero(run.choice, *run.result, at)
+                ? fewest
+                : ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
         table.rows.push_back(
             {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
     }

@@ -9,6 +9,7 @@
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelReport.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::MultilevelWords {
@@ -80,15 +81,17 @@ std::string testWords(const MultilevelFixedEffect& effect) {
 std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& effect) {
     std::string text = " The effect of " + effect.name + " was " +
                        std::string(ResultText::significanceWords(effect.pValue)) + ", ";
+    const int decimals = ReportDecimals::inSentence(effect.standardError);
     if (run.choice.isGaussian()) {
-        text += "B = " + svFmt(effect.estimate, 2) + ", SE = " + svFmt(effect.standardError, 2) +
-                ", 95% CI [" + svFmt(effect.lowerBound, 2) + ", " + svFmt(effect.upperBound, 2) +
+        text += "B = " + svFmt(effect.estimate, decimals) +
+                ", SE = " + svFmt(effect.standardError, decimals) + ", 95% CI [" +
+                svFmt(effect.lowerBound, decimals) + ", " + svFmt(effect.upperBound, decimals) +
                 "]";
     } else {
         text += ResultText::ratioSentence(run.choice.isLogistic() ? "OR" : "RR",
-                                          std::exp(effect.estimate), 2) +
-                ", 95% CI [" + ResultText::ratio(std::exp(effect.lowerBound), 2) + ", " +
-                ResultText::ratio(std::exp(effect.upperBound), 2) + "]";
+                                          std::exp(effect.estimate), decimals) +
+                ", 95% CI [" + ResultText::ratio(std::exp(effect.lowerBound), decimals) + ", " +
+                ResultText::ratio(std::exp(effect.upperBound), decimals) + "]";
     }
     return text + ", " + testWords(effect) + ", " + ResultText::pSentence(effect.pValue) + ".";
 }

@@ -4,6 +4,7 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelGates.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelGuide.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelSelection.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -50,11 +51,13 @@ ReportTable effectTable(const MultilevelOrdinalRun& run) {
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
         const MultilevelFixedEffect& each = result.fixedEffects[j];
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3),
-                              svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                              ResultText::ratio(result.oddsRatios[j], 3),
-                              ResultText::ratio(result.oddsRatioLowerBounds[j], 3),
-                              ResultText::ratio(result.oddsRatioUpperBounds[j], 3)});
+        const int decimals = ReportDecimals::of(each.standardError);
+        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
+                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+                              ResultText::pCell(each.pValue),
+                              ResultText::ratio(result.oddsRatios[j], decimals),
+                              ResultText::ratio(result.oddsRatioLowerBounds[j], decimals),
+                              ResultText::ratio(result.oddsRatioUpperBounds[j], decimals)});
     }
     return table;
 }
@@ -64,7 +67,9 @@ ReportTable thresholdTable(const MultilevelOrdinalResult& result) {
     table.title = "Thresholds";
     table.headers = {"Between levels", "Estimate", "SE"};
     for (const MultilevelOrdinalThreshold& each : result.thresholds) {
-        table.rows.push_back({each.name, svFmt(each.estimate, 3), svFmt(each.standardError, 3)});
+        const int decimals = ReportDecimals::of(each.standardError);
+        table.rows.push_back(
+            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point in an average cluster where "
@@ -112,11 +117,12 @@ std::string sentence(const MultilevelOrdinalRun& run) {
     std::string text = MultilevelOrdinal::summary(result);
     for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
         const MultilevelFixedEffect& each = result.fixedEffects[j];
+        const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " +
-                ResultText::ratioSentence("OR", result.oddsRatios[j], 2) + ", 95% CI [" +
-                ResultText::ratio(result.oddsRatioLowerBounds[j], 2) + ", " +
-                ResultText::ratio(result.oddsRatioUpperBounds[j], 2) + "], " +
+                ResultText::ratioSentence("OR", result.oddsRatios[j], decimals) + ", 95% CI [" +
+                ResultText::ratio(result.oddsRatioLowerBounds[j], decimals) + ", " +
+                ResultText::ratio(result.oddsRatioUpperBounds[j], decimals) + "], " +
                 ResultText::pSentence(each.pValue) + ".";
     }
     return text;

@@ -1,7 +1,6 @@
 #include "SorvaneCore/Analyses/Multivariate/CanonicalWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Multivariate/CanonicalReport.h"
 #include "SorvaneMac/Screens/Multivariate/MultivariateAnalyses.h"
@@ -144,7 +143,7 @@ private:
                            ". Set Y: " + ResultText::listed(result.setYNames) + ".",
                    .charts = {CanonicalReport::scores(result)},
                    .figureCaption = "Scores of the cases on the first pair of canonical variates.",
-                   .caution = ClaimText::joined(CanonicalWording::cautions()),
+                   .caution = ResultText::running(CanonicalWording::cautions()),
                    .warnings = ResultText::messages(result.readiness)},
                   content);
     }

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Analyses/Multivariate/DiscriminantWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Multivariate/DiscriminantReport.h"
 #include "SorvaneMac/Screens/Multivariate/GroupedOutcomes.h"
@@ -96,7 +95,7 @@ private:
                    .charts = {DiscriminantReport::scores(result)},
                    .figureCaption = "Scores of the cases on the discriminant functions, by " +
                                     result.groupFactorName + ".",
-                   .caution = ClaimText::joined(DiscriminantWording::cautions()),
+                   .caution = ResultText::running(DiscriminantWording::cautions()),
                    .warnings = ResultText::messages(result.readiness)},
                   content);
     }

@@ -3,7 +3,6 @@
 #include "SorvaneMac/Screens/Nonparametric/CategoryFields.h"
 #include "SorvaneMac/Screens/Nonparametric/CategoryTableGates.h"
 #include "SorvaneMac/Screens/Nonparametric/NonparametricAnalyses.h"
-#include "SorvaneMac/Screens/Nonparametric/NonparametricGates.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 

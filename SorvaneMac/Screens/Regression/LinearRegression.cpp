@@ -1,11 +1,11 @@
 #include "SorvaneCore/Analyses/AssumptionAudit/AssumptionAudit.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/AssumptionChecks.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/ExactFit.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScatterChart.h"
 
@@ -22,7 +22,7 @@ ReportTable coefficientTable(const MultipleRegressionResult& result) {
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "β", "t", "p", "95% CI Lower", "95% CI Upper"};
     for (const RegressionCoefficient& each : result.coefficients) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
             {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
              svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2), ResultText::pCell(each.pValue),
@@ -40,7 +40,7 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
     table.rows = {
         {ResultText::count(result.n), svFmt(result.rSquared, 3), svFmt(result.adjustedRSquared, 3),
-         svFmt(result.residualStandardError, ErrorDecimals::of(result.residualStandardError)),
+         svFmt(result.residualStandardError, ReportDecimals::of(result.residualStandardError)),
          svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
          ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;

@@ -1,10 +1,10 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalyses.h"
 #include "SorvaneMac/Screens/Regression/RegressionAnalysis.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
 #include "SorvaneMac/Screens/Regression/RegressionSelection.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/TestReport.h"
 
@@ -28,7 +28,7 @@ ReportTable effectTable(const OrdinalRegressionResult& result) {
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "z", "p", "OR"};
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back({each.name, svFmt(each.estimate, decimals),
                               svFmt(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
@@ -42,7 +42,7 @@ ReportTable thresholdTable(const OrdinalRegressionResult& result) {
     table.title = "Thresholds";
     table.headers = {"Between levels", "Estimate", "SE"};
     for (const OrdinalThreshold& each : result.thresholds) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
             {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals)});
     }
@@ -59,7 +59,7 @@ std::string sentence(const OrdinalModelRun& run) {
                        ": log likelihood = " + svFmt(result.logLikelihood, 2) +
                        ", n = " + ResultText::count(result.n) + ".";
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
-        const int decimals = ErrorDecimals::of(each.standardError) - 1;
+        const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " +
                 ResultText::ratioSentence("OR", each.oddsRatio, decimals) +

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::RatioEffects {
@@ -15,7 +15,7 @@ ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
     table.title = "Coefficients";
     table.headers = {"Predictor", "B", "SE", "z", "p", symbol, "95% CI Lower", "95% CI Upper"};
     for (const RatioEffect& each : coefficients) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back({each.name, svFmt(each.estimate, decimals),
                               svFmt(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
@@ -30,8 +30,7 @@ std::string sentences(const std::vector<RatioEffect>& coefficients, const std::s
     std::string text;
     for (std::size_t at = 1; at < coefficients.size(); ++at) {
         const RatioEffect& each = coefficients[at];
-        // Enough that the small effect of a small unit differs from 1; two as a rule.
-        const int decimals = ErrorDecimals::of(each.standardError) - 1;
+        const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " +
                 ResultText::ratioSentence(symbol, each.ratio, decimals) + ", 95% CI [" +

@@ -1,7 +1,6 @@
 #include "SorvaneMac/Screens/Structural/StructuralDiagram.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/State/JoinedText.h"
 #include "SorvaneMac/State/VariableLists.h"
 
 namespace sorvane::StructuralModelCheck {
@@ -13,14 +13,6 @@ constexpr std::string_view syntaxHelp =
     "Check the syntax and that every name matches a numeric field. Use =~ for factors, ~ for "
     "regressions, ~~ for (co)variances.";
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
-}
-
 Gate unknownFields(std::vector<std::string> names, const ImportedDataset& dataset) {
     const auto isThere = [&dataset](const std::string& name) {
         return dataset.columnIndex(name).has_value();
@@ -28,13 +20,13 @@ Gate unknownFields(std::vector<std::string> names, const ImportedDataset& datase
     if (std::ranges::all_of(names, isThere)) {
         return {.title = "Field(s) without numbers to analyze",
                 .lead = "",
-                .text = "Not numeric, or set aside in Variable Types: " + joined(names) +
+                .text = "Not numeric, or set aside in Variable Types: " + joinedText(names) +
                         ". Fix before fitting."};
     }
     std::erase_if(names, isThere);
     return {.title = "Unknown field(s)",
             .lead = "",
-            .text = "Not in the dataset: " + joined(names) + ". Fix before fitting."};
+            .text = "Not in the dataset: " + joinedText(names) + ". Fix before fitting."};
 }
 
 Gate didNotParse(const SEMSyntaxError& error) {
@@ -47,8 +39,7 @@ Gate didNotParse(const SEMSyntaxError& error) {
 }  // namespace
 
 Reading read(std::string_view text, const ImportedDataset& dataset) {
-    const std::vector<std::string> numeric =
-        VariableLists::names(VariableLists::numericVariables(dataset));
+    const std::vector<std::string> numeric = VariableLists::numericNames(dataset);
     try {
         SEMParsedSpec parsed = SEMModelSpecParser::parse(text);
         std::vector<std::string> unknown = SEMModel::unknownNames(parsed, numeric);

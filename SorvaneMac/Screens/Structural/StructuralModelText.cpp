@@ -116,6 +116,18 @@ std::string mediationModel(const std::vector<std::string>& numeric) {
 
 }  // namespace
 
+std::string_view rawValue(Template value) {
+    switch (value) {
+        case Template::oneFactor:
+            return "cfa1";
+        case Template::twoFactors:
+            return "cfa2";
+        case Template::mediation:
+            break;
+    }
+    return "mediation";
+}
+
 std::string quotedName(std::string_view name) {
     return isBare(name) ? std::string(name) : "`" + std::string(name) + "`";
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/describe/enum.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,9 @@
 namespace sorvane::StructuralModelText {
 
 enum class Template { oneFactor, twoFactors, mediation };
+BOOST_DESCRIBE_ENUM(Template, oneFactor, twoFactors, mediation)
+/// The name by which a script asks for it: "cfa1", "cfa2" or "mediation".
+std::string_view rawValue(Template value);
 
 /// A name as the model's syntax takes it: as it stands where it is a letter followed by letters,
 /// numbers or "_", else in back-ticks.

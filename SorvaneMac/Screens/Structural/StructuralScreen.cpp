@@ -1,5 +1,8 @@
 #include "SorvaneMac/Screens/Structural/StructuralScreen.h"
 
+#include <memory>
+#include <utility>
+
 #include "SorvaneCore/Dataset/UnicodeText.h"
 #include "SorvaneCore/Models/Structural/SEMWording.h"
 #include "SorvaneCore/Project/ToJson.h"
@@ -19,10 +22,6 @@ namespace {
 using StructuralModelText::Template;
 
 constexpr std::string_view computingLabel = "Fitting the model…";
-
-std::vector<std::string> numericNames(const StudioState& state) {
-    return VariableLists::names(VariableLists::numericVariables(state.dataset()));
-}
 
 std::int64_t countOf(const std::vector<std::string>& names) {
     return static_cast<std::int64_t>(names.size());
@@ -86,16 +85,18 @@ bool StructuralScreen::isBlank() const {
 
 void StructuralScreen::seed() {
     if (state_.hasData() && isBlank()) {
-        fields_.semModel.set({StructuralModelText::starter(numericNames(state_))});
+        fields_.semModel.set(
+            {StructuralModelText::starter(VariableLists::numericNames(state_.dataset()))});
     }
 }
 
 void StructuralScreen::addTemplates(SetupForm& form) {
     const auto add = [&](std::string label, Template wanted) {
-        form.controls.emplace_back(ButtonControl{
-            .label = std::move(label), .press = [this, wanted] {
-                fields_.semModel.set({StructuralModelText::filled(wanted, numericNames(state_))});
-            }});
+        form.controls.emplace_back(
+            ButtonControl{.label = std::move(label), .press = [this, wanted] {
+                              fields_.semModel.set({StructuralModelText::filled(
+                                  wanted, VariableLists::numericNames(state_.dataset()))});
+                          }});
     };
     form.controls.emplace_back(HeadingControl{"START FROM A TEMPLATE"});
     form.controls.emplace_back(NoteControl{"A template takes the place of the whole text."});
@@ -110,7 +111,7 @@ SetupForm StructuralScreen::setup() {
     ChoiceControl insert;
     insert.label = "Insert a field";
     insert.prompt = "Pick a field to put at the end";
-    insert.choices = numericNames(state_);
+    insert.choices = VariableLists::numericNames(state_.dataset());
     insert.set = [this, names = insert.choices](std::optional<std::size_t> index) {
         if (index) {
             fields_.semModel.set(
@@ -142,7 +143,7 @@ std::optional<Gate> StructuralScreen::gateOfText() const {
     if (!state_.hasData()) {
         return ResultText::noDataGate();
     }
-    if (numericNames(state_).empty()) {
+    if (VariableLists::numericNames(state_.dataset()).empty()) {
         return Gate{.title = "There are no numeric columns",
                     .lead = "",
                     .text =
@@ -167,7 +168,7 @@ std::optional<Gate> StructuralScreen::gate() const {
 }
 
 bool StructuralScreen::isFitting() const {
-    return state_.isComputing.get() && state_.computingLabel.get() == computingLabel;
+    return state_.isComputingFor(this);
 }
 
 ScreenContent StructuralScreen::content() const {
@@ -235,12 +236,14 @@ void StructuralScreen::fit() {
     }
     state_.compute(
         {.label = std::string(computingLabel),
-         .work = [this, input = std::move(input)](std::stop_token, const TaskRunner::Progress&) {
-             return [this, run = fitted(input)] {
-                 fields_.semResult.replace(run);
-                 fields_.semHasRun.set(true);
-             };
-         }});
+         .work =
+             [this, input = std::move(input)](std::stop_token, const TaskRunner::Progress&) {
+                 return [this, run = std::make_shared<StructuralRun>(fitted(input))] {
+                     fields_.semResult.replace(std::move(*run));
+                     fields_.semHasRun.set(true);
+                 };
+             },
+         .owner = this});
 }
 
 Json StructuralScreen::result() const {

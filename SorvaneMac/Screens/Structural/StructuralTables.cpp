@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Structural/StructuralReport.h"
 
@@ -115,7 +115,7 @@ ReportTable parameterTable(const SEMResult& result) {
     table.title = "Parameter estimates";
     table.headers = {"Parameter", "Estimate", "SE", "z", "p", "Std."};
     for (const SEMParameter& each : result.parameters) {
-        const int places = ErrorDecimals::of(each.standardError.value_or(0.0));
+        const int places = ReportDecimals::of(each.standardError.value_or(0.0));
         table.rows.push_back({each.label, svFmt(each.estimate, places),
                               each.isFixed ? "fixed" : svFmt(each.standardError, places),
                               svFmt(each.z, 2),

@@ -4,7 +4,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::SurveyCells {
@@ -23,13 +23,13 @@ int decimals(const WeightedEstimate& estimate) {
         case WeightedEstimand::proportion:
             return 3;
         case WeightedEstimand::ratio:
-            return ErrorDecimals::of(estimate.standardError, 4) - 1;
+            return ReportDecimals::of(estimate.standardError, 4) - 1;
         case WeightedEstimand::total:
             return std::abs(estimate.estimate) >= large ? 0 : 2;
         case WeightedEstimand::mean:
             break;
     }
-    return ErrorDecimals::of(estimate.standardError) - 1;
+    return ReportDecimals::inSentence(estimate.standardError);
 }
 
 }  // namespace

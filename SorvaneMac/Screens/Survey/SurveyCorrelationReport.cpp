@@ -6,8 +6,7 @@
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Report/SignificanceFormatting.h"
-#include "SorvaneMac/Screens/ClaimText.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -72,7 +71,7 @@ ReportTable matrixTable(const SurveyCorrelationRun& run) {
         const std::string number = ResultText::count(static_cast<std::int64_t>(i) + 1);
         table.headers.push_back(number);
         const SurveyVariable& variable = run.variables[i];
-        const int decimals = ErrorDecimals::of(variable.standardDeviation, 2);
+        const int decimals = ReportDecimals::of(variable.standardDeviation, 2);
         std::vector<std::string> row = {number + ". " + variable.name,
                                         svFmt(variable.mean, decimals),
                                         svFmt(variable.standardDeviation, decimals)};
@@ -242,7 +241,7 @@ TestReport report(const SurveyCorrelationRun& run) {
                                              .method = first.varianceMethod})},
         .charts = {run.pairs.size() <= mostPairsInChart ? intervalChart(run) : matrixChart(run)},
         .figureCaption = "Correlations under the sampling design.",
-        .caution = ClaimText::joined(SurveyWording::correlationCautions()),
+        .caution = ResultText::running(SurveyWording::correlationCautions()),
         .warnings = warnings(run)};
 }
 

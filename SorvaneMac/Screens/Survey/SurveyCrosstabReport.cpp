@@ -2,7 +2,6 @@
 
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ClaimText.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -155,7 +154,7 @@ TestReport report(const SurveyCrosstabRun& run) {
             .charts = {chart(result)},
             .figureCaption =
                 "Weighted shares of " + result.columnName + " within " + result.rowName + ".",
-            .caution = ClaimText::joined(SurveyWording::tableCautions()),
+            .caution = ResultText::running(SurveyWording::tableCautions()),
             .warnings = std::move(warnings)};
 }
 

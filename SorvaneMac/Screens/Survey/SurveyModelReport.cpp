@@ -2,8 +2,7 @@
 
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ClaimText.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -19,7 +18,7 @@ using SurveyModelTables::slopes;
 
 std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResult& result) {
     const std::string level = levelText(result.confidenceLevel);
-    const int decimals = ErrorDecimals::of(each.standardError) - 1;
+    const int decimals = ReportDecimals::inSentence(each.standardError);
     const std::string figures =
         each.ratio
             ? ResultText::ratioSentence(SurveyModelWords::of(result.model).ratioSymbol, *each.ratio,
@@ -131,7 +130,7 @@ TestReport report(const SurveyModelRun& run) {
             .figureCaption = "Effects of the predictors of " + run.outcome +
                              " for one standard deviation of each, with " +
                              levelText(result.confidenceLevel) + ".",
-            .caution = ClaimText::joined(SurveyWording::cautions(run.model)),
+            .caution = ResultText::running(SurveyWording::cautions(run.model)),
             .warnings = warnings(run)};
 }
 

@@ -1,7 +1,7 @@
 #include "SorvaneMac/Screens/Survey/SurveyModelTables.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -14,7 +14,7 @@ namespace {
 using Cells = std::vector<std::string>;
 
 Cells cells(const SurveyCoefficient& each, bool hasRatios) {
-    const int decimals = ErrorDecimals::of(each.standardError);
+    const int decimals = ReportDecimals::of(each.standardError);
     Cells row = {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
                  svFmt(each.t, 2), ResultText::pCell(each.pValue)};
     if (!hasRatios) {
@@ -97,7 +97,7 @@ ReportTable thresholds(const SurveyModelRun& run) {
         {.label = "", .span = 3},
         {.label = SurveyCells::levelText(run.result->confidenceLevel), .span = 2}};
     for (const SurveyCoefficient& each : run.result->thresholds) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back({each.name, svFmt(each.estimate, decimals),
                               svFmt(each.standardError, decimals), svFmt(each.lowerBound, decimals),
                               svFmt(each.upperBound, decimals)});
@@ -122,7 +122,7 @@ ReportTable summary(const SurveyModelRun& run) {
         table.rows.front().push_back(svFmtBounded(result.rSquared, 3));
         table.rows.front().push_back(
             svFmt(result.residualStandardDeviation,
-                  ErrorDecimals::of(result.residualStandardDeviation.value_or(0.0))));
+                  ReportDecimals::of(result.residualStandardDeviation.value_or(0.0))));
         *table.note += " R² and the residual SD are estimates for the population.";
     }
     if (run.model == SurveyModelKind::logistic) {
@@ -151,7 +151,7 @@ ReportTable comparison(const SurveyModelRun& run) {
     table.groupHeaders->push_back({.label = "Unweighted", .span = 2});
     for (std::size_t at = 0; at < designed.size(); ++at) {
         const SurveyCoefficient& own = designed[at];
-        const int decimals = ErrorDecimals::of(own.standardError);
+        const int decimals = ReportDecimals::of(own.standardError);
         Cells row = {own.name, svFmt(own.estimate, decimals), svFmt(own.standardError, decimals)};
         if (run.weightsOnly) {
             const SurveyCoefficient* weighted = rowAt(alone, at);

@@ -1,8 +1,8 @@
 #include "SorvaneCore/Numerics/NormalCritical.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
-#include "SorvaneMac/Screens/ErrorDecimals.h"
 #include "SorvaneMac/Screens/FormControls.h"
 #include "SorvaneMac/Screens/Regression/RegressionCharts.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/Survival/SurvivalAnalyses.h"
@@ -66,7 +66,7 @@ ReportTable coefficientTable(const CoxResult& result) {
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     table.headers = {"Predictor", "B", "SE", "z", "p", "HR", "LL", "UL"};
     for (const CoxCoefficient& each : result.coefficients) {
-        const int decimals = ErrorDecimals::of(each.standardError);
+        const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
             {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
              svFmt(each.z, 2), ResultText::pCell(each.pValue),
@@ -91,8 +91,7 @@ std::string sentence(const CoxRun& run) {
                        " as the event, on " + ResultText::listed(run.predictors) + " (" +
                        SurvivalSelection::counts(run.result->n, run.result->events) + ").";
     for (const CoxCoefficient& each : run.result->coefficients) {
-        // Enough that a small effect of a small unit differs from 1; two as a rule.
-        const int decimals = ErrorDecimals::of(each.standardError) - 1;
+        const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) + ", " +
                 ResultText::ratioSentence("HR", each.hazardRatio, decimals) + ", 95% CI [" +

@@ -1,9 +1,9 @@
-#include "SorvaneMac/Screens/ErrorDecimals.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace sorvane::ErrorDecimals {
+namespace sorvane::ReportDecimals {
 
 int of(double spread, int fewest) {
     constexpr int most = 9;
@@ -14,4 +14,8 @@ int of(double spread, int fewest) {
     return std::clamp(1 - static_cast<int>(leading), fewest, most);
 }
 
-}  // namespace sorvane::ErrorDecimals
+int inSentence(double standardError) {
+    return of(standardError) - 1;
+}
+
+}  // namespace sorvane::ReportDecimals

@@ -1,0 +1,14 @@
+#pragma once
+
+/// How many decimals a figure is written with, by how exactly it is known or how far it spreads.
+namespace sorvane::ReportDecimals {
+
+/// The decimals that leave two digits of a standard error or of a spread, three at least, unless
+/// fewer are asked for, and nine at most: 3 for 0.02, 5 for 0.0004.
+int of(double spread, int fewest = 3);
+
+/// One fewer, for running text: two as a rule, and more where the effect of a small unit would
+/// not differ from none.
+int inSentence(double standardError);
+
+}  // namespace sorvane::ReportDecimals
