@@ -334,16 +334,14 @@ TEST(SurveyAnalyses, OnlyTheModelThatRunsIsUnderWay) {
     for (const std::string_view name : {"api00", "ell"}) {
         state.assignVariable(state.dataset().variable(name)->id, VariableKind::outcome);
     }
-    const auto set = [&state](const char* field, const Json& value) {
-        state.fields.find(field)->setJson(value);
-    };
-    set("svWeight", "pw");
-    set("svOutcome", "api00");
-    set("svPredictors", Json::array({"ell"}));
-    set("svAnalysis", "linear");
+    SurveyFields& fields = screens.fields.survey;
+    fields.svWeight.set({"pw"});
+    fields.models.svOutcome.set({"api00"});
+    fields.models.svPredictors.set({"ell"});
+    fields.models.svAnalysis.set(SurveyAnalysis::linear);
     EXPECT_FALSE(screens.at(survey).run());
     EXPECT_EQ(screens.at(survey).content().gate->title, "Fitting the model under the design…");
-    set("svAnalysis", "poisson");
+    fields.models.svAnalysis.set(SurveyAnalysis::poisson);
     EXPECT_EQ(screens.at(survey).content().gate->title, "Ready to run");
 }
 
