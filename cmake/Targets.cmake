@@ -20,7 +20,7 @@ function(sorvane_test)
     cmake_parse_arguments(ARG "QT" "NAME" "SOURCES;DEPENDS;PRECOMPILE;LABELS" ${ARGN})
     add_executable(${ARG_NAME} ${ARG_SOURCES})
     target_link_libraries(${ARG_NAME} PRIVATE ${ARG_DEPENDS} SorvaneTestSupport sorvane_options
-        sorvane_lightly_optimised)
+        sorvane_not_optimised)
     if(ARG_PRECOMPILE)
         target_precompile_headers(${ARG_NAME} PRIVATE ${ARG_PRECOMPILE})
     elseif(NOT ARG_QT)

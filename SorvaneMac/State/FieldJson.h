@@ -17,6 +17,9 @@ struct JsonForm<VariableName> {
 };
 
 template <typename T>
+Field<T>::~Field() = default;
+
+template <typename T>
 void Field<T>::write(JsonValueSink& sink) const {
     writeJson(sink, get());
 }
