@@ -1,5 +1,6 @@
 #include "SorvaneMac/Shell/FindingsPage.h"
 
+#include <QBoxLayout>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QPushButton>

@@ -8,6 +8,7 @@
 class QComboBox;
 class QLabel;
 class QPushButton;
+class QBoxLayout;
 class QVBoxLayout;
 
 namespace sorvane {

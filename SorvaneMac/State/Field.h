@@ -140,8 +140,6 @@ public:
           T start = T(),
           ResetRule rule = ResetRule::withDataset)
         : AnyField(registry, std::move(name), rule), start_(std::move(start)), value_(start_) {}
-    // This, `setJson` and `write` are defined in FieldJson.h, which whoever makes fields includes.
-    ~Field() override;
 
     const T& get() const {
         noteRead();
@@ -171,6 +169,7 @@ public:
 
     void reset() override { replace(start_); }
     bool isAtStart() const override { return get() == start_; }
+    // This and `write` are defined in FieldJson.h, which whoever makes fields includes.
     void setJson(const Json& json) override;
 
     void renameVariable(std::string_view from, std::string_view to) override {

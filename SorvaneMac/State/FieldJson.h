@@ -17,9 +17,6 @@ struct JsonForm<VariableName> {
 };
 
 template <typename T>
-Field<T>::~Field() = default;
-
-template <typename T>
 void Field<T>::write(JsonValueSink& sink) const {
     writeJson(sink, get());
 }

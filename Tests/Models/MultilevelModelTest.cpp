@@ -200,7 +200,7 @@ TEST(MultilevelModel, GivesNoVarianceToClustersOfOneCaseInAnyOrder) {
         EXPECT_EQ(cautions(fit->readiness).back(),
                   "Cluster intercept variance is near zero (boundary).");
         for (Cells* column : {&rows.outcome, &rows.x}) {
-            std::ranges::rotate(*column, column->begin() + 7);
+            std::rotate(column->begin(), column->begin() + 7, column->end());
         }
     }
 }
