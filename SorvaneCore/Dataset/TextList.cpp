@@ -21,9 +21,4 @@ void TextList::reserve(std::size_t texts, std::size_t bytes) {
     bytes_.reserve(bytes);
 }
 
-void TextList::shrinkToFit() {
-    bytes_.shrink_to_fit();
-    ends_.shrink_to_fit();
-}
-
 }  // namespace sorvane

@@ -23,7 +23,6 @@ public:
     /// The texts of `other` from index `first` on, after these.
     void append(const TextList& other, std::size_t first);
     void reserve(std::size_t texts, std::size_t bytes);
-    void shrinkToFit();
 
 private:
     /// Ends are kept modulo 2^32; `wraps_` holds the indexes at which they pass a multiple of it.

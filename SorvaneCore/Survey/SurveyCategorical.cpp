@@ -12,6 +12,7 @@
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Survey/SurveyReadiness.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
@@ -22,6 +23,7 @@ namespace {
 namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
 using Issues = std::vector<AnalysisReadinessIssue>;
+using SurveyVariance::DesignCovariance;
 
 /// The rows that hold both labels, each in its cell.
 struct Table {
@@ -146,7 +148,7 @@ Numbers replicatedWithinRow(const Numbers& shares,
         SurveyVariance::replicateCovariance(within, replicates, *withinRow(shares, row, columns));
     Numbers variances(columns, std::nan(""));
     for (std::size_t j = 0; covariance && j < columns; ++j) {
-        variances[j] = (*covariance)[j * columns + j];
+        variances[j] = covariance->values[j * columns + j];
     }
     return variances;
 }
@@ -154,10 +156,9 @@ Numbers replicatedWithinRow(const Numbers& shares,
 /// How the shares of the cells vary.
 struct ShareVariances {
     /// Cells by cells.
-    Numbers covariance{};
+    DesignCovariance ofCells{};
     /// One per cell, of its share of its row.
     Numbers withinRows{};
-    std::int64_t replicatesWithoutEstimates = 0;
 
     /// Absent where no replicate has the shares.
     static std::optional<ShareVariances> of(const Table& table,
@@ -174,20 +175,18 @@ std::optional<ShareVariances> ShareVariances::of(const Table& table,
     ShareVariances result;
     if (replicates) {
         estimates = replicateShares(table, *replicates);
-        auto covariance = SurveyVariance::replicateCovariance(estimates, *replicates, shares);
-        if (!covariance) {
+        auto ofCells = SurveyVariance::replicateCovariance(estimates, *replicates, shares);
+        if (!ofCells) {
             return std::nullopt;
         }
-        result.covariance = std::move(*covariance);
-        result.replicatesWithoutEstimates =
-            std::ranges::count(estimates, false, &std::optional<Numbers>::has_value);
+        result.ofCells = std::move(*ofCells);
     } else {
-        result.covariance = linearizedCovariance(table, shares, sampled);
+        result.ofCells.values = linearizedCovariance(table, shares, sampled);
     }
     for (std::size_t row = 0; row < table.rowLabels.size(); ++row) {
         const Numbers within =
             replicates ? replicatedWithinRow(shares, estimates, *replicates, row, columns)
-                       : linearizedWithinRow(shares, result.covariance, row, columns);
+                       : linearizedWithinRow(shares, result.ofCells.values, row, columns);
         result.withinRows.insert(result.withinRows.end(), within.begin(), within.end());
     }
     return result;
@@ -219,7 +218,7 @@ void addCells(SurveyCategoricalResult& result,
                         .proportion = shares[cell],
                         .rowProportion = (*withinRow(shares, row, columns))[cell % columns]};
         each.standardError =
-            std::sqrt(std::max(variances.covariance[cell * table.cellCount() + cell], 0.0));
+            std::sqrt(std::max(variances.ofCells.values[cell * table.cellCount() + cell], 0.0));
         each.lowerBound = std::max(each.proportion - critical * each.standardError, 0.0);
         each.upperBound = std::min(each.proportion + critical * each.standardError, 1.0);
         const auto ofRow = counts.begin() + static_cast<std::ptrdiff_t>(row * columns);
@@ -338,13 +337,33 @@ std::optional<std::string> addTest(SurveyCategoricalResult& result,
     return std::nullopt;
 }
 
-/// What stands in the way of a test; else how much its errors leave out.
-struct Filled {
-    std::optional<std::string> obstacle{};
-    std::int64_t replicatesWithoutEstimates = 0;
-};
+AnalysisReadiness readiness(const SurveyCategoricalResult& result, Issues issues) {
+    return AnalysisReadiness::of(std::string(wording::tableMinimumRequired), result.totalN,
+                                 result.validN, std::move(issues));
+}
 
-Filled fill(SurveyCategoricalResult& result, const Table& table, const SampledDesign& sampled) {
+void block(SurveyCategoricalResult& result, std::string message) {
+    result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
+}
+
+Issues cautions(const SurveyCategoricalResult& result,
+                const SampledDesign& sampled,
+                std::int64_t replicatesWithoutEstimates) {
+    constexpr std::int64_t fewCases = 5;
+    Issues issues = SurveyReadiness::cautions(sampled, replicatesWithoutEstimates);
+    const auto thin = std::ranges::count_if(
+        result.cells, [](const SurveyCell& cell) { return cell.count < fewCases; });
+    if (thin > 0) {
+        issues.push_back(AnalysisReadinessIssue::caution(wording::thinCells(thin)));
+    }
+    if (result.totalN > result.validN) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::rowsDropped(result.totalN - result.validN)));
+    }
+    return issues;
+}
+
+void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesign& sampled) {
     const SurveyDesign& design = sampled.design;
     result.validN = std::ssize(table.rows);
     result.rowLabels = table.rowLabels;
@@ -352,38 +371,28 @@ Filled fill(SurveyCategoricalResult& result, const Table& table, const SampledDe
     result.sumOfWeights = design.sumOfWeights(table.rows);
     result.effectiveSampleSize = design.effectiveSampleSize(table.rows);
     if (table.rowLabels.size() < 2 || table.columnLabels.size() < 2) {
-        return {.obstacle = wording::tooFewCategories(result.validN)};
+        block(result, wording::tooFewCategories(result.validN));
+        return;
     }
     result.designDegreesOfFreedom = sampled.degreesOfFreedom;
     const Numbers shares = *table.shares(design.weights);
     const auto variances = ShareVariances::of(table, shares, sampled);
     if (!variances) {
-        return {.obstacle = wording::noUsableReplicate()};
+        block(result, wording::noUsableReplicate());
+        return;
     }
-    if (!std::ranges::all_of(variances->covariance,
-                             [](double each) { return std::isfinite(each); })) {
-        return {.obstacle = wording::beyondNumbers()};
+    const Numbers& covariance = variances->ofCells.values;
+    if (!std::ranges::all_of(covariance, [](double each) { return std::isfinite(each); })) {
+        block(result, wording::beyondNumbers());
+        return;
     }
     addCells(result, table, shares, *variances);
-    return {.obstacle = addTest(result, table, shares, variances->covariance),
-            .replicatesWithoutEstimates = variances->replicatesWithoutEstimates};
-}
-
-Issues cautions(const SurveyCategoricalResult& result, const SampledDesign& sampled) {
-    constexpr std::int64_t fewCases = 5;
-    Issues issues = sampled.readinessIssues;
-    const auto cautionIf = [&issues](bool holds, std::string message) {
-        if (holds) {
-            issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
-        }
-    };
-    const auto thin = std::ranges::count_if(
-        result.cells, [](const SurveyCell& cell) { return cell.count < fewCases; });
-    cautionIf(result.designDegreesOfFreedom < SurveyVariance::fewDegreesOfFreedom,
-              wording::fewDegreesOfFreedom(result.designDegreesOfFreedom));
-    cautionIf(thin > 0, wording::thinCells(thin));
-    cautionIf(result.totalN > result.validN, wording::rowsDropped(result.totalN - result.validN));
-    return issues;
+    if (auto obstacle = addTest(result, table, shares, covariance)) {
+        block(result, std::move(*obstacle));
+        return;
+    }
+    result.readiness =
+        readiness(result, cautions(result, sampled, variances->ofCells.replicatesWithoutEstimates));
 }
 
 }  // namespace
@@ -398,30 +407,12 @@ SurveyCategoricalResult test(const TextColumn& rows,
                                    .confidenceLevel = design.confidenceLevel,
                                    .varianceMethod = WeightedEstimators::varianceMethod(design),
                                    .totalN = design.observationCount()};
-    Issues issues;
-    for (std::string& error : design.structuralErrors()) {
-        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
+    const std::array lengths = {rows.size(), columns.size()};
+    if (Issues issues = SurveyReadiness::obstacles(design, lengths); !issues.empty()) {
+        result.readiness = readiness(result, std::move(issues));
+    } else {
+        fill(result, tableOf(rows, columns), SampledDesign::of(design));
     }
-    for (const std::size_t length : {rows.size(), columns.size()}) {
-        if (length != design.weights.size()) {
-            issues.push_back(
-                AnalysisReadinessIssue::blocked(wording::otherLength(length, result.totalN)));
-        }
-    }
-    if (issues.empty()) {
-        const SampledDesign sampled = SampledDesign::of(design);
-        if (Filled filled = fill(result, tableOf(rows, columns), sampled); filled.obstacle) {
-            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
-        } else {
-            issues = cautions(result, sampled);
-            if (filled.replicatesWithoutEstimates > 0) {
-                issues.push_back(AnalysisReadinessIssue::caution(
-                    wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));
-            }
-        }
-    }
-    result.readiness = AnalysisReadiness::of(std::string(wording::tableMinimumRequired),
-                                             result.totalN, result.validN, std::move(issues));
     return result;
 }
 

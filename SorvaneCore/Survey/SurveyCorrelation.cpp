@@ -1,11 +1,13 @@
 #include "SorvaneCore/Survey/SurveyCorrelation.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Survey/SurveyReadiness.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
@@ -16,6 +18,7 @@ namespace {
 namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
 using Issues = std::vector<AnalysisReadinessIssue>;
+using SurveyVariance::DesignCovariance;
 
 /// The rows that hold both numbers, as differences from the first: values that hardly differ would
 /// drown in the rounding of their mean.
@@ -108,17 +111,12 @@ double linearizedVariance(const Pairs& pairs, const Moments& m, const SampledDes
     return SurveyVariance::scoreCovariance(scores, sampled, 1, pairs.rows).front();
 }
 
-struct Variation {
-    double variance = 0.0;
-    std::int64_t replicatesWithoutEstimates = 0;
-};
-
 /// Absent where no replicate has an estimate.
-std::optional<Variation> variationOf(const Pairs& pairs,
-                                     const Moments& m,
-                                     const SampledDesign& sampled) {
+std::optional<DesignCovariance> varianceOf(const Pairs& pairs,
+                                           const Moments& m,
+                                           const SampledDesign& sampled) {
     if (!sampled.design.replicateWeights) {
-        return Variation{.variance = linearizedVariance(pairs, m, sampled)};
+        return DesignCovariance{.values = {linearizedVariance(pairs, m, sampled)}};
     }
     const auto& replicates = *sampled.design.replicateWeights;
     std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
@@ -129,14 +127,7 @@ std::optional<Variation> variationOf(const Pairs& pairs,
         }
     });
     const double full = m.r();
-    const auto covariance =
-        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&full, 1));
-    if (!covariance) {
-        return std::nullopt;
-    }
-    return Variation{.variance = covariance->front(),
-                     .replicatesWithoutEstimates =
-                         std::ranges::count(estimates, false, &std::optional<Numbers>::has_value)};
+    return SurveyVariance::replicateCovariance(estimates, replicates, std::span(&full, 1));
 }
 
 void addInference(SurveyCorrelationResult& result, double variance) {
@@ -154,31 +145,52 @@ void addInference(SurveyCorrelationResult& result, double variance) {
     result.confidenceIntervalUpper = std::tanh(std::atanh(result.r) + reach);
 }
 
-/// What stands in the way of a correlation; else how much its error leaves out.
-struct Filled {
-    std::optional<std::string> obstacle{};
-    std::int64_t replicatesWithoutEstimates = 0;
-};
+AnalysisReadiness readiness(const SurveyCorrelationResult& result, Issues issues) {
+    return AnalysisReadiness::of(std::string(wording::pairMinimumRequired), result.totalN,
+                                 result.validN, std::move(issues));
+}
 
-Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDesign& sampled) {
+void block(SurveyCorrelationResult& result, std::string message) {
+    result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
+}
+
+Issues cautions(const SurveyCorrelationResult& result,
+                const SampledDesign& sampled,
+                std::int64_t replicatesWithoutEstimates) {
+    Issues issues = SurveyReadiness::cautions(sampled, replicatesWithoutEstimates);
+    if (result.standardError == 0.0) {
+        issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
+    }
+    if (result.totalN > result.validN) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::rowsDropped(result.totalN - result.validN)));
+    }
+    return issues;
+}
+
+void fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDesign& sampled) {
     constexpr std::int64_t fewestRows = 3;
     const SurveyDesign& design = sampled.design;
     result.validN = std::ssize(pairs.rows);
     result.effectiveSampleSize = design.effectiveSampleSize(pairs.rows);
     if (result.validN < fewestRows) {
-        return {.obstacle = wording::tooFewPairs(result.validN)};
+        block(result, wording::tooFewPairs(result.validN));
+        return;
     }
     if (!bothVary(pairs, design.weights)) {
-        return {.obstacle = wording::noVariance()};
+        block(result, wording::noVariance());
+        return;
     }
     const Moments m = Moments::of(pairs, design.weights);
     result.sumOfWeights = m.sum;
-    const std::optional<Variation> found = variationOf(pairs, m, sampled);
+    const std::optional<DesignCovariance> found = varianceOf(pairs, m, sampled);
     if (!found) {
-        return {.obstacle = wording::noUsableReplicate()};
+        block(result, wording::noUsableReplicate());
+        return;
     }
-    if (!m.areNumbers() || !std::isfinite(found->variance)) {
-        return {.obstacle = wording::beyondNumbers()};
+    if (!m.areNumbers() || !std::isfinite(found->values.front())) {
+        block(result, wording::beyondNumbers());
+        return;
     }
     const auto n = static_cast<double>(result.validN);
     result.r = m.r();
@@ -186,36 +198,9 @@ Filled fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDe
     result.xVariance = m.xx * n / (n - 1.0);
     result.yVariance = m.yy * n / (n - 1.0);
     result.designDegreesOfFreedom = sampled.degreesOfFreedom;
-    addInference(result, found->variance);
-    return {.replicatesWithoutEstimates = found->replicatesWithoutEstimates};
-}
-
-Issues structuralIssues(const SurveyDesign& design, std::initializer_list<std::size_t> lengths) {
-    Issues issues;
-    for (std::string& error : design.structuralErrors()) {
-        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
-    }
-    for (const std::size_t length : lengths) {
-        if (length != design.weights.size()) {
-            issues.push_back(AnalysisReadinessIssue::blocked(
-                wording::otherLength(length, design.observationCount())));
-        }
-    }
-    return issues;
-}
-
-Issues cautions(const SurveyCorrelationResult& result, const SampledDesign& sampled) {
-    Issues issues = sampled.readinessIssues;
-    const auto cautionIf = [&issues](bool holds, std::string message) {
-        if (holds) {
-            issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
-        }
-    };
-    cautionIf(result.designDegreesOfFreedom < SurveyVariance::fewDegreesOfFreedom,
-              wording::fewDegreesOfFreedom(result.designDegreesOfFreedom));
-    cautionIf(result.standardError == 0.0, wording::zeroErrors());
-    cautionIf(result.totalN > result.validN, wording::rowsDropped(result.totalN - result.validN));
-    return issues;
+    addInference(result, found->values.front());
+    result.readiness =
+        readiness(result, cautions(result, sampled, found->replicatesWithoutEstimates));
 }
 
 /// A pair before anything is computed of it.
@@ -234,20 +219,12 @@ void correlate(SurveyCorrelationResult& result,
                const NumericColumn& x,
                const NumericColumn& y,
                const SampledDesign& sampled) {
-    Issues issues = structuralIssues(sampled.design, {x.size(), y.size()});
-    if (issues.empty()) {
-        if (Filled filled = fill(result, pairsOf(x, y, sampled.design), sampled); filled.obstacle) {
-            issues.push_back(AnalysisReadinessIssue::blocked(std::move(*filled.obstacle)));
-        } else {
-            issues = cautions(result, sampled);
-            if (filled.replicatesWithoutEstimates > 0) {
-                issues.push_back(AnalysisReadinessIssue::caution(
-                    wording::replicatesWithoutEstimates(filled.replicatesWithoutEstimates)));
-            }
-        }
+    const std::array lengths = {x.size(), y.size()};
+    if (Issues issues = SurveyReadiness::obstacles(sampled.design, lengths); !issues.empty()) {
+        result.readiness = readiness(result, std::move(issues));
+        return;
     }
-    result.readiness = AnalysisReadiness::of(std::string(wording::pairMinimumRequired),
-                                             result.totalN, result.validN, std::move(issues));
+    fill(result, pairsOf(x, y, sampled.design), sampled);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
+#include "SorvaneCore/Survey/SurveyReadiness.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
@@ -19,6 +20,7 @@ namespace {
 namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
 using Issues = std::vector<AnalysisReadinessIssue>;
+using SurveyVariance::DesignCovariance;
 
 bool isUsable(std::optional<double> value) {
     return value && std::isfinite(*value);
@@ -187,7 +189,9 @@ void addCoefficients(SurveyModelResult& result,
     }
 }
 
-Issues cautions(const SurveyModelResult& result, const SampledDesign& sampled) {
+Issues cautions(const SurveyModelResult& result,
+                const SampledDesign& sampled,
+                std::int64_t replicatesWithoutEstimates) {
     constexpr std::int64_t enoughEventsPerPredictor = 10;
     Issues issues = sampled.readinessIssues;
     if (result.degreesOfFreedom < 1) {
@@ -196,6 +200,10 @@ Issues cautions(const SurveyModelResult& result, const SampledDesign& sampled) {
     } else if (result.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::fewTestDegreesOfFreedom(result.degreesOfFreedom)));
+    }
+    if (replicatesWithoutEstimates > 0) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
     }
     const bool hasNoVariance = std::ranges::any_of(
         result.coefficients,
@@ -307,21 +315,11 @@ std::optional<SurveyModelResult> start(SurveyModelKind kind,
                              .varianceMethod = WeightedEstimators::varianceMethod(design),
                              .totalN = design.observationCount(),
                              .predictorCount = static_cast<std::int64_t>(predictors.size())};
-    Issues issues;
-    for (std::string& error : design.structuralErrors()) {
-        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
-    }
     std::vector<std::size_t> lengths = {outcome.size()};
     for (const NumericColumn& predictor : predictors) {
         lengths.push_back(predictor.size());
     }
-    for (const std::size_t length : lengths) {
-        if (length != design.weights.size()) {
-            issues.push_back(
-                AnalysisReadinessIssue::blocked(wording::otherLength(length, result.totalN)));
-        }
-    }
-    result.readiness = readiness(result, std::move(issues));
+    result.readiness = readiness(result, SurveyReadiness::obstacles(design, lengths));
     return result;
 }
 
@@ -357,23 +355,18 @@ void finish(SurveyModelResult& result,
         return;
     }
     const SampledDesign sampled = SampledDesign::of(design);
-    std::int64_t withoutEstimates = 0;
-    std::optional<Numbers> covariance;
-    if (design.replicateWeights) {
-        const auto estimates = replicateEstimates(frame, method);
-        withoutEstimates = std::ranges::count(estimates, false, &std::optional<Numbers>::has_value);
-        covariance = SurveyVariance::replicateCovariance(estimates, *design.replicateWeights,
-                                                         fit->parameters);
-    } else {
-        covariance = linearizedCovariance(frame, sampled, method, *fit);
-    }
-    if (!covariance) {
+    const std::optional<DesignCovariance> found =
+        design.replicateWeights
+            ? SurveyVariance::replicateCovariance(replicateEstimates(frame, method),
+                                                  *design.replicateWeights, fit->parameters)
+            : DesignCovariance{.values = linearizedCovariance(frame, sampled, method, *fit)};
+    if (!found) {
         block(result, wording::noUsableReplicate());
         return;
     }
-    Estimated all =
-        inOwnUnits({.parameters = fit->parameters, .covariance = *covariance, .bread = fit->bread},
-                   frame, method);
+    Estimated all = inOwnUnits(
+        {.parameters = fit->parameters, .covariance = found->values, .bread = fit->bread}, frame,
+        method);
     if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
         block(result, wording::beyondNumbers());
         return;
@@ -385,12 +378,8 @@ void finish(SurveyModelResult& result,
     addCoefficients(result, all, method, options);
     addWaldTest(result, all, method.leading);
     result.predictorDeviations = weightedDeviations(frame);
-    Issues issues = cautions(result, sampled);
-    if (withoutEstimates > 0) {
-        issues.push_back(
-            AnalysisReadinessIssue::caution(wording::replicatesWithoutEstimates(withoutEstimates)));
-    }
-    result.readiness = readiness(result, std::move(issues));
+    result.readiness =
+        readiness(result, cautions(result, sampled, found->replicatesWithoutEstimates));
 }
 
 }  // namespace SurveyModels

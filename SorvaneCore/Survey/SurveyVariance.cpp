@@ -117,28 +117,28 @@ std::vector<double> scoreCovariance(std::span<const double> u,
     return covariance;
 }
 
-std::optional<std::vector<double>> replicateCovariance(
+std::optional<DesignCovariance> replicateCovariance(
     std::span<const std::optional<std::vector<double>>> estimates,
     const ReplicateWeights& replicates,
     std::span<const double> full) {
     const std::size_t p = full.size();
     const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
-    std::vector<double> sums(p * p, 0.0);
-    bool isAny = false;
+    DesignCovariance result{.values = std::vector<double>(p * p, 0.0)};
     for (std::size_t r = 0; r < estimates.size(); ++r) {
         if (!estimates[r]) {
+            ++result.replicatesWithoutEstimates;
             continue;
         }
-        isAny = true;
         const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
         for (std::size_t i = 0; i < p; ++i) {
             for (std::size_t j = 0; j < p; ++j) {
-                sums[i * p + j] +=
+                result.values[i * p + j] +=
                     scale * ((*estimates[r])[i] - full[i]) * ((*estimates[r])[j] - full[j]);
             }
         }
     }
-    return isAny ? std::optional(std::move(sums)) : std::nullopt;
+    const bool isAny = result.replicatesWithoutEstimates < std::ssize(estimates);
+    return isAny ? std::optional(std::move(result)) : std::nullopt;
 }
 
 std::vector<double> sandwich(std::span<const double> bread,

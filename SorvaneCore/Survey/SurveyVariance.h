@@ -37,13 +37,21 @@ std::vector<double> scoreCovariance(std::span<const double> u,
                                     std::size_t p,
                                     std::span<const std::size_t> activeRows);
 
+/// How estimates vary under a design.
+struct DesignCovariance {
+    /// p by p, symmetric.
+    std::vector<double> values{};
+    /// 0 where the design has no replicates.
+    std::int64_t replicatesWithoutEstimates = 0;
+};
+
 /// The covariance of estimates that have been made again under replicate weights.
 ///
 /// Input      one list per replicate, absent where it has no estimate; the full sample's estimates
 /// Method     squares and products of deviations from the full sample's, times the replicate's
 ///            scale, or as the type says: (R - 1) / R, 1 / R, 1 / (R (1 - rho)^2), R all replicates
 /// Failure    no replicate has an estimate -> absent
-std::optional<std::vector<double>> replicateCovariance(
+std::optional<DesignCovariance> replicateCovariance(
     std::span<const std::optional<std::vector<double>>> estimates,
     const ReplicateWeights& replicates,
     std::span<const double> full);

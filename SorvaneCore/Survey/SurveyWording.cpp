@@ -26,20 +26,6 @@ namespace sorvane::SurveyWording {
 
 namespace {
 
-std::string inWords(SurveyModelKind kind) {
-    switch (kind) {
-        case SurveyModelKind::linear:
-            return "linear";
-        case SurveyModelKind::logistic:
-            return "logistic";
-        case SurveyModelKind::poisson:
-            return "Poisson";
-        case SurveyModelKind::ordinal:
-            return "proportional-odds";
-    }
-    return {};
-}
-
 std::string pText(double p) {
     return std::string("p ") + (p < 0.001 ? "" : "= ") + NumberText::pValue(p);
 }
@@ -185,22 +171,6 @@ std::string thinCells(std::int64_t cells) {
            " cell(s) of the table hold fewer than 5 rows; the test is imprecise. Consider "
            "combining "
            "categories.";
-}
-
-std::string summary(const SurveyModelResult& result) {
-    if (result.coefficients.empty() && result.thresholds.empty()) {
-        return "";
-    }
-    std::string text = "A design-based " + inWords(result.model) + " regression of " +
-                       result.outcomeName + " on " + NumberText::integer(result.predictorCount) +
-                       " predictor(s) was fitted to " + NumberText::integer(result.validN) +
-                       " rows";
-    if (result.waldDFNumerator > 0.0) {
-        text += "; all predictors together, F(" + NumberText::clean(result.waldDFNumerator) + ", " +
-                NumberText::clean(result.waldDFDenominator) +
-                ") = " + NumberText::fixed(result.waldF, 2) + ", " + pText(result.waldPValue);
-    }
-    return text + ".";
 }
 
 std::string summary(const SurveyCorrelationResult& result) {

@@ -51,7 +51,6 @@ std::string noDesignVariance();
 std::string thinCells(std::int64_t cells);
 
 /// What was found, in one sentence; empty for a blocked result.
-std::string summary(const SurveyModelResult& result);
 std::string summary(const SurveyCorrelationResult& result);
 std::string summary(const SurveyCategoricalResult& result);
 /// What must not be claimed from an analysis of the design.

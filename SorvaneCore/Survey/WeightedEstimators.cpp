@@ -10,6 +10,7 @@
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
+#include "SorvaneCore/Survey/SurveyReadiness.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
@@ -20,7 +21,7 @@ namespace {
 namespace wording = SurveyWording;
 using Issues = std::vector<AnalysisReadinessIssue>;
 
-using SurveyVariance::fewDegreesOfFreedom;
+using SurveyVariance::DesignCovariance;
 using SurveyVariance::roundingOfSums;
 
 /// A variance that is a smaller part of that of the scores comes of scores that cancel.
@@ -99,30 +100,17 @@ double linearizedVariance(const Sample& sample,
     return SurveyVariance::scoreCovariance(ofRow, sampled, 1, *sample.activeRows).front();
 }
 
-using ReplicateEstimates = std::vector<std::optional<std::vector<double>>>;
-
-/// One per replicate, absent where it gives no weight to the sample.
-ReplicateEstimates replicateEstimates(const Sample& sample, const ReplicateWeights& replicates) {
-    ReplicateEstimates estimates(replicates.weights.size());
+/// A replicate that gives no weight to the sample has no estimate; absent where none has.
+std::optional<DesignCovariance> replicateVariance(const Sample& sample,
+                                                  const ReplicateWeights& replicates,
+                                                  double estimate) {
+    std::vector<std::optional<std::vector<double>>> estimates(replicates.weights.size());
     parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
         if (const std::optional<double> each = sample.estimate(replicates.weights[r])) {
             estimates[r] = std::vector<double>{*each};
         }
     });
-    return estimates;
-}
-
-std::int64_t withoutEstimate(const ReplicateEstimates& estimates) {
-    return std::ranges::count_if(estimates, [](const auto& each) { return !each; });
-}
-
-/// Absent where no replicate has an estimate.
-std::optional<double> replicateVariance(const ReplicateEstimates& estimates,
-                                        const ReplicateWeights& replicates,
-                                        double estimate) {
-    const auto covariance =
-        SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
-    return covariance ? std::optional(covariance->front()) : std::nullopt;
+    return SurveyVariance::replicateCovariance(estimates, replicates, std::span(&estimate, 1));
 }
 
 /// n / (n - 1) times the sum of squares: the variance if rows had been drawn one by one.
@@ -159,17 +147,7 @@ WeightedEstimate start(WeightedEstimand estimand,
                             .confidenceLevel = design.confidenceLevel,
                             .varianceMethod = varianceMethod(design),
                             .totalN = design.observationCount()};
-    Issues issues;
-    for (std::string& error : design.structuralErrors()) {
-        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
-    }
-    for (const std::size_t length : lengths) {
-        if (length != design.weights.size()) {
-            issues.push_back(
-                AnalysisReadinessIssue::blocked(wording::otherLength(length, result.totalN)));
-        }
-    }
-    result.readiness = readiness(result, std::move(issues));
+    result.readiness = readiness(result, SurveyReadiness::obstacles(design, lengths));
     return result;
 }
 
@@ -195,21 +173,6 @@ void fillErrors(WeightedEstimate& result, double variance, double simple) {
     }
 }
 
-Issues cautions(const WeightedEstimate& result,
-                const SampledDesign& sampled,
-                std::int64_t replicatesWithoutEstimates) {
-    Issues issues = sampled.readinessIssues;
-    if (result.designDegreesOfFreedom < fewDegreesOfFreedom) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::fewDegreesOfFreedom(result.designDegreesOfFreedom)));
-    }
-    if (replicatesWithoutEstimates > 0) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
-    }
-    return issues;
-}
-
 void fillEstimate(WeightedEstimate& result, const Sample& sample, const SampledDesign& sampled) {
     const SurveyDesign& design = sampled.design;
     result.sumOfWeights = design.sumOfWeights(sample.rows);
@@ -225,24 +188,24 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SampledD
         return;
     }
     const std::vector<double> scores = linearizedScores(sample, design.weights, *estimate);
-    const ReplicateEstimates replicated = design.replicateWeights
-                                              ? replicateEstimates(sample, *design.replicateWeights)
-                                              : ReplicateEstimates();
-    const std::optional<double> variance =
-        design.replicateWeights ? replicateVariance(replicated, *design.replicateWeights, *estimate)
-                                : linearizedVariance(sample, scores, sampled);
-    if (!variance) {
+    const std::optional<DesignCovariance> found =
+        design.replicateWeights
+            ? replicateVariance(sample, *design.replicateWeights, *estimate)
+            : DesignCovariance{.values = {linearizedVariance(sample, scores, sampled)}};
+    if (!found) {
         block(result, wording::noUsableReplicate());
         return;
     }
-    if (!std::isfinite(*estimate) || !std::isfinite(*variance)) {
+    const double variance = found->values.front();
+    if (!std::isfinite(*estimate) || !std::isfinite(variance)) {
         block(result, wording::beyondNumbers());
         return;
     }
     result.estimate = *estimate;
     result.designDegreesOfFreedom = sampled.degreesOfFreedom;
-    fillErrors(result, *variance, simpleRandomVariance(scores));
-    result.readiness = readiness(result, cautions(result, sampled, withoutEstimate(replicated)));
+    fillErrors(result, variance, simpleRandomVariance(scores));
+    result.readiness =
+        readiness(result, SurveyReadiness::cautions(sampled, found->replicatesWithoutEstimates));
 }
 
 /// Blocks a proportion of values other than 0 and 1.

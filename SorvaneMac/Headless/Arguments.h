@@ -111,7 +111,7 @@ struct Columns {
         return call.numericColumns(name, namesKey);
     }
     std::vector<ListedArgument> listed() const {
-        return {{name, "list of columns of numbers", ""}};
+        return {{name, "list of columns of numbers, or of their names in " + namesKey}};
     }
 };
 
@@ -144,7 +144,9 @@ struct CategoryColumns {
     std::vector<std::shared_ptr<const TextColumn>> read(const CallArguments& call) const {
         return call.codedColumns(name, namesKey);
     }
-    std::vector<ListedArgument> listed() const { return {{name, "list of columns of texts", ""}}; }
+    std::vector<ListedArgument> listed() const {
+        return {{name, "list of columns of texts, or of their names in " + namesKey}};
+    }
 };
 
 /// The name of such a column.
@@ -163,7 +165,7 @@ struct Matrix {
         return call.matrixColumns(name, namesKey);
     }
     std::vector<ListedArgument> listed() const {
-        return {{name, "list of rows, or of column names", ""}};
+        return {{name, "list of rows, or of column names, also in " + namesKey}};
     }
 };
 

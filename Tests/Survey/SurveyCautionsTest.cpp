@@ -131,8 +131,6 @@ TEST(SurveyCautions, TellWhereNothingIsLeftToTestWith) {
     EXPECT_TRUE(std::isnan(fit->coefficients[1].pValue));
     EXPECT_TRUE(std::isnan(fit->coefficients[1].lowerBound));
     EXPECT_TRUE(std::isnan(fit->waldF));
-    EXPECT_EQ(SurveyWording::summary(*fit),
-              "A design-based linear regression of y on 1 predictor(s) was fitted to 40 rows.");
 }
 
 TEST(SurveyCautions, CountTheRowsThatWereDropped) {
@@ -219,26 +217,6 @@ TEST(SurveyModels, RefuseWhatHasNothingToTell) {
 }
 
 TEST(SurveyWording, TellsResultsInOneSentence) {
-    const SurveyModelResult model{.model = SurveyModelKind::ordinal,
-                                  .outcomeName = "trust",
-                                  .coefficients = {{.name = "age"}, {.name = "sex"}},
-                                  .waldF = 4.256,
-                                  .waldDFNumerator = 2,
-                                  .waldDFDenominator = 31,
-                                  .waldPValue = 0.0232,
-                                  .validN = 180,
-                                  .predictorCount = 2};
-    EXPECT_EQ(SurveyWording::summary(model),
-              "A design-based proportional-odds regression of trust on 2 predictor(s) was fitted "
-              "to 180 rows; all predictors together, F(2, 31) = 4.26, p = .023.");
-    SurveyModelResult sure = model;
-    sure.model = SurveyModelKind::linear;
-    sure.coefficients.insert(sure.coefficients.begin(), {.name = "Intercept"});
-    sure.waldPValue = 0.0002;
-    EXPECT_EQ(SurveyWording::summary(sure),
-              "A design-based linear regression of trust on 2 predictor(s) was fitted to 180 rows; "
-              "all predictors together, F(2, 31) = 4.26, p < .001.");
-    EXPECT_EQ(SurveyWording::summary(SurveyModelResult{}), "");
     EXPECT_EQ(SurveyWording::summary(SurveyCorrelationResult{.xName = "age",
                                                              .yName = "trust",
                                                              .r = -0.3128,

@@ -2,7 +2,6 @@
 
 #include <boost/describe/class.hpp>
 #include <boost/describe/enum.hpp>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>

@@ -1,0 +1,42 @@
+#include "SorvaneCore/Survey/SurveyReadiness.h"
+
+#include <string>
+#include <utility>
+
+#include "SorvaneCore/Survey/SurveyVariance.h"
+#include "SorvaneCore/Survey/SurveyWording.h"
+
+namespace sorvane::SurveyReadiness {
+
+namespace wording = SurveyWording;
+
+std::vector<AnalysisReadinessIssue> obstacles(const SurveyDesign& design,
+                                              std::span<const std::size_t> lengths) {
+    std::vector<AnalysisReadinessIssue> issues;
+    for (std::string& error : design.structuralErrors()) {
+        issues.push_back(AnalysisReadinessIssue::blocked(std::move(error)));
+    }
+    for (const std::size_t length : lengths) {
+        if (length != design.weights.size()) {
+            issues.push_back(AnalysisReadinessIssue::blocked(
+                wording::otherLength(length, design.observationCount())));
+        }
+    }
+    return issues;
+}
+
+std::vector<AnalysisReadinessIssue> cautions(const SampledDesign& sampled,
+                                             std::int64_t replicatesWithoutEstimates) {
+    std::vector<AnalysisReadinessIssue> issues = sampled.readinessIssues;
+    if (sampled.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::fewDegreesOfFreedom(sampled.degreesOfFreedom)));
+    }
+    if (replicatesWithoutEstimates > 0) {
+        issues.push_back(AnalysisReadinessIssue::caution(
+            wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
+    }
+    return issues;
+}
+
+}  // namespace sorvane::SurveyReadiness
