@@ -8,6 +8,7 @@
 #include "SorvaneMac/Report/SignificanceFormatting.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Seeding.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
@@ -207,9 +208,10 @@ ReportTable CorrelationScreen::matrixTable(const std::vector<std::string>& names
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
         const DescriptiveSummary summary = DescriptiveStatistics::summary(columns[i]);
+        const int decimals = ReportDecimals::ofSample(summary.mean, summary.standardDeviation);
         std::vector<std::string> row = {
             ResultText::count(static_cast<std::int64_t>(i) + 1) + ". " + names[i],
-            svFmt(summary.mean, 2), svFmt(summary.standardDeviation, 2)};
+            svFmt(summary.mean, decimals), svFmt(summary.standardDeviation, decimals)};
         for (std::size_t j = 0; j < names.size(); ++j) {
             row.push_back(j < i    ? starred(RelationshipTests::pearson(columns[i], columns[j]))
                           : j == i ? "—"

@@ -12,6 +12,7 @@
 #include "SorvaneCore/Project/ToJson.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/RespondentProfile.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/VariableLists.h"
@@ -33,13 +34,14 @@ const std::vector<std::string> summaryHeaders = {"Variable", "n",   "M",   "SD",
                                                  "Median",   "Min", "Max", "Skewness"};
 
 std::vector<std::string> summaryRow(const std::string& name, const DescriptiveSummary& summary) {
+    const int decimals = ReportDecimals::ofSample(summary.mean, summary.standardDeviation);
     return {name,
             ResultText::count(summary.validN),
-            svFmt(summary.mean, 2),
-            svFmt(summary.standardDeviation, 2),
-            svFmt(summary.median, 2),
-            svFmt(summary.minimum, 2),
-            svFmt(summary.maximum, 2),
+            svFmt(summary.mean, decimals),
+            svFmt(summary.standardDeviation, decimals),
+            svFmt(summary.median, decimals),
+            svFmt(summary.minimum, decimals),
+            svFmt(summary.maximum, decimals),
             svFmt(summary.skewness, 2)};
 }
 
@@ -236,15 +238,18 @@ ScreenContent DescriptivesScreen::content() const {
     content.subtitle = "What the values of one variable look like, before anything is tested.";
     const NumericColumn values = column();
     const DescriptiveSummary figures = summary(values);
+    const int decimals = ReportDecimals::ofSample(figures.mean, figures.standardDeviation);
+    const int ofError = ReportDecimals::of(figures.standardError.value_or(0.0), decimals);
     content.tiles = {
         {"Valid n", ResultText::count(figures.validN), variable()},
-        {"Mean", svFmt(figures.mean, 2),
-         "95% CI " + svFmt(figures.confidenceIntervalLower, 2) + " to " +
-             svFmt(figures.confidenceIntervalUpper, 2)},
-        {"SD", svFmt(figures.standardDeviation, 2), "sample"},
-        {"Median", svFmt(figures.median, 2), "IQR " + svFmt(figures.interquartileRange, 2)},
-        {"Minimum", svFmt(figures.minimum, 2), ""},
-        {"Maximum", svFmt(figures.maximum, 2), ""},
+        {"Mean", svFmt(figures.mean, decimals),
+         "95% CI " + svFmt(figures.confidenceIntervalLower, ofError) + " to " +
+             svFmt(figures.confidenceIntervalUpper, ofError)},
+        {"SD", svFmt(figures.standardDeviation, decimals), "sample"},
+        {"Median", svFmt(figures.median, decimals),
+         "IQR " + svFmt(figures.interquartileRange, decimals)},
+        {"Minimum", svFmt(figures.minimum, decimals), ""},
+        {"Maximum", svFmt(figures.maximum, decimals), ""},
         {"Missing", ResultText::count(figures.missingN), "of " + ResultText::count(figures.totalN)},
         {"Skewness", svFmt(figures.skewness, 2), ""}};
     std::optional<Chart> bars = histogram(values);
@@ -368,11 +373,12 @@ Finding DescriptivesScreen::finding(const DescriptiveSummary& figures,
     ReportItem item;
     item.id = Uuid::fresh();
     item.title = "Descriptives: " + variable();
-    item.apaSummary = "Descriptive statistics for " + variable() +
-                      ": M = " + svFmt(figures.mean, 2) +
-                      ", SD = " + svFmt(figures.standardDeviation, 2) +
-                      ", N = " + ResultText::count(figures.validN) + ", range " +
-                      svFmt(figures.minimum, 2) + " to " + svFmt(figures.maximum, 2) + ".";
+    const int decimals = ReportDecimals::ofSample(figures.mean, figures.standardDeviation);
+    item.apaSummary =
+        "Descriptive statistics for " + variable() + ": M = " + svFmt(figures.mean, decimals) +
+        ", SD = " + svFmt(figures.standardDeviation, decimals) +
+        ", N = " + ResultText::count(figures.validN) + ", range " +
+        svFmt(figures.minimum, decimals) + " to " + svFmt(figures.maximum, decimals) + ".";
     ReportTable table;
     table.headers = summaryHeaders;
     table.rows = {summaryRow(variable(), figures)};

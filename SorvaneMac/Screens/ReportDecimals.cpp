@@ -18,4 +18,10 @@ int inSentence(double standardError) {
     return of(standardError) - 1;
 }
 
+int ofSample(std::optional<double> centre, std::optional<double> spread) {
+    constexpr int fewest = 2;
+    const double apart = spread.value_or(0.0);
+    return of(apart > 0.0 ? apart : std::abs(centre.value_or(0.0)), fewest);
+}
+
 }  // namespace sorvane::ReportDecimals

@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
@@ -45,13 +46,18 @@ std::string groupTest(const ANCOVAResult& result) {
            ResultText::pSentence(result.groupPValue);
 }
 
+int meanDecimals(const ANCOVAResult& result) {
+    return ReportDecimals::of(std::sqrt(result.meanSquareError), 2);
+}
+
 ReportTable meanTable(const ANCOVAResult& result) {
     ReportTable table;
     table.title = "Adjusted group means";
     table.headers = {result.groupFactorName, "n", "M", "M adj"};
+    const int decimals = meanDecimals(result);
     for (const ANCOVAAdjustedMean& mean : result.adjustedMeans) {
-        table.rows.push_back({mean.group, ResultText::count(mean.n), svFmt(mean.rawMean, 2),
-                              svFmt(mean.adjustedMean, 2)});
+        table.rows.push_back({mean.group, ResultText::count(mean.n), svFmt(mean.rawMean, decimals),
+                              svFmt(mean.adjustedMean, decimals)});
     }
     return table;
 }
@@ -81,7 +87,8 @@ ReportTable covariateTable(const ANCOVAResult& result) {
 
 /// The means of each group before and after the adjustment.
 Chart meansChart(const AncovaRun& run) {
-    GroupedBarPlot plot{.series = {{.name = "M"}, {.name = "M adj"}}, .decimals = 2};
+    GroupedBarPlot plot{.series = {{.name = "M"}, {.name = "M adj"}},
+                        .decimals = meanDecimals(*run.result)};
     for (const ANCOVAAdjustedMean& mean : run.result->adjustedMeans) {
         plot.categories.push_back(mean.group);
         plot.series[0].values.push_back(mean.rawMean);

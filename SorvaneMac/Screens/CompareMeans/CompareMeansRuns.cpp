@@ -3,6 +3,7 @@
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
@@ -16,12 +17,14 @@ SampleFigures SampleFigures::of(std::string name, std::span<const double> values
 }
 
 std::string SampleFigures::words() const {
-    return "(M = " + svFmt(mean, 2) + ", SD = " + svFmt(standardDeviation, 2) + ")";
+    const int decimals = ReportDecimals::ofSample(mean, standardDeviation);
+    return "(M = " + svFmt(mean, decimals) + ", SD = " + svFmt(standardDeviation, decimals) + ")";
 }
 
 std::vector<std::string> SampleFigures::cells() const {
-    return {name, ResultText::count(n), svFmt(mean, 2), svFmt(standardDeviation, 2),
-            svFmt(standardError, 2)};
+    const int decimals = ReportDecimals::ofSample(mean, standardDeviation);
+    return {name, ResultText::count(n), svFmt(mean, decimals), svFmt(standardDeviation, decimals),
+            svFmt(standardError, ReportDecimals::of(standardError.value_or(0.0), decimals))};
 }
 
 std::vector<std::string> sampleHeaders(std::string names) {

@@ -7,6 +7,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
 #include "SorvaneMac/Screens/FormControls.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -130,16 +131,17 @@ ReportTable effectTable(const FactorialANOVAResult& result) {
     ReportTable table;
     table.title = "Tests of effects (Type III)";
     table.headers = {"Source", "SS", "df", "MS", "F", "p", "η²p"};
+    const int decimals = ReportDecimals::of(result.meanSquareError, 2);
     for (const FactorialANOVAEffect& effect : result.effects) {
-        table.rows.push_back({effect.name, svFmt(effect.sumOfSquares, 2),
+        table.rows.push_back({effect.name, svFmt(effect.sumOfSquares, decimals),
                               ResultText::count(effect.degreesOfFreedom),
-                              svFmt(effect.meanSquare, 2), svFmt(effect.f, 2),
+                              svFmt(effect.meanSquare, decimals), svFmt(effect.f, 2),
                               effect.pValue ? ResultText::pCell(*effect.pValue) : "--",
                               svFmt(effect.partialEtaSquared, 3)});
     }
     table.rows.push_back(
-        {"Error", svFmt(result.meanSquareError * static_cast<double>(result.dfError), 2),
-         ResultText::count(result.dfError), svFmt(result.meanSquareError, 2), "", "", ""});
+        {"Error", svFmt(result.meanSquareError * static_cast<double>(result.dfError), decimals),
+         ResultText::count(result.dfError), svFmt(result.meanSquareError, decimals), "", "", ""});
     return table;
 }
 
@@ -153,8 +155,10 @@ ReportTable cellTable(const FactorialRun& run) {
     for (const DesignCell& cell : run.cells) {
         std::vector<std::string> row = cell.levels;
         row.push_back(ResultText::count(cell.figures.n));
-        row.push_back(svFmt(cell.figures.mean, 2));
-        row.push_back(svFmt(cell.figures.standardDeviation, 2));
+        const int decimals =
+            ReportDecimals::ofSample(cell.figures.mean, cell.figures.standardDeviation);
+        row.push_back(svFmt(cell.figures.mean, decimals));
+        row.push_back(svFmt(cell.figures.standardDeviation, decimals));
         table.rows.push_back(std::move(row));
     }
     return table;

@@ -11,6 +11,7 @@
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::GroupComparison {
@@ -50,15 +51,17 @@ std::int64_t casesPerGroup(const ANOVAResult& classic) {
 }
 
 std::vector<std::string> summaryCells(const GroupSummary& group) {
+    const int decimals = ReportDecimals::ofSample(group.mean, group.standardDeviation);
+    const int ofError = ReportDecimals::of(group.standardError.value_or(0.0), decimals);
     return {group.groupLabel,
             ResultText::count(group.n),
-            svFmt(group.mean, 2),
-            svFmt(group.standardDeviation, 2),
-            svFmt(group.standardError, 2),
-            svFmt(group.confidenceIntervalLower, 2),
-            svFmt(group.confidenceIntervalUpper, 2),
-            svFmt(group.minimum, 2),
-            svFmt(group.maximum, 2)};
+            svFmt(group.mean, decimals),
+            svFmt(group.standardDeviation, decimals),
+            svFmt(group.standardError, ofError),
+            svFmt(group.confidenceIntervalLower, ofError),
+            svFmt(group.confidenceIntervalUpper, ofError),
+            svFmt(group.minimum, decimals),
+            svFmt(group.maximum, decimals)};
 }
 
 ReportTable descriptivesTable(const OneWayRun& run) {
@@ -93,12 +96,15 @@ ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
                      "Mean Square",   "Statistic",      "Sig."};
     if (const std::optional<ANOVAResult>& classic = result.classicANOVA) {
         const double msWithin = classic->ssWithin / static_cast<double>(classic->dfWithin);
+        const int decimals = ReportDecimals::of(msWithin, 2);
         table.rows.push_back(
-            {"Between Groups", svFmt(classic->ssBetween, 2), ResultText::count(classic->dfBetween),
-             "", svFmt(classic->ssBetween / static_cast<double>(classic->dfBetween), 2),
+            {"Between Groups", svFmt(classic->ssBetween, decimals),
+             ResultText::count(classic->dfBetween), "",
+             svFmt(classic->ssBetween / static_cast<double>(classic->dfBetween), decimals),
              svFmt(classic->f, 2), ResultText::starredPCell(classic->pValue)});
-        table.rows.push_back({"Within Groups", svFmt(classic->ssWithin, 2), "",
-                              ResultText::count(classic->dfWithin), svFmt(msWithin, 2), "", ""});
+        table.rows.push_back({"Within Groups", svFmt(classic->ssWithin, decimals), "",
+                              ResultText::count(classic->dfWithin), svFmt(msWithin, decimals), "",
+                              ""});
     }
     for (const auto* test :
          {&result.welchANOVA, &result.brownForsytheANOVA, &result.kruskalWallis}) {
@@ -110,20 +116,22 @@ ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
     return table;
 }
 
-ReportTable pairTable(const GroupComparisonAnalysisResult& result) {
+ReportTable pairTable(const OneWayRun& run) {
+    const GroupComparisonAnalysisResult& result = *run.result;
+    const bool isOfRanks = result.postHocMethod == PostHocMethod::dunn;
+    const int decimals =
+        isOfRanks ? 2 : ReportDecimals::ofSample(run.total.mean, run.total.standardDeviation);
     ReportTable table;
     table.title = "Multiple comparisons: " + std::string(displayName(result.postHocMethod));
     table.headers = {"Group A", "Group B", "Mean Diff. (I-J)", "df", "Raw p", "Adj. p", "Hedges g"};
     for (const PairwiseComparisonResult& pair : result.pairwiseComparisons) {
         table.rows.push_back(
-            {pair.groupA, pair.groupB, svFmt(pair.meanDifference, 2),
+            {pair.groupA, pair.groupB, svFmt(pair.meanDifference, decimals),
              pair.degreesOfFreedom ? ResultText::degreesOfFreedom(*pair.degreesOfFreedom) : "--",
              ResultText::pCell(pair.rawPValue), ResultText::starredPCell(pair.adjustedPValue),
              svFmt(pair.hedgesG, 2)});
     }
-    table.note = std::string(result.postHocMethod == PostHocMethod::dunn
-                                 ? "The difference is that of the mean ranks. "
-                                 : "") +
+    table.note = std::string(isOfRanks ? "The difference is that of the mean ranks. " : "") +
                  std::string(ResultText::starLegend);
     return table;
 }
@@ -159,7 +167,7 @@ Finding finding(const OneWayRun& run) {
         "η² is eta-squared (" + variant + "). " + std::string(ResultText::starLegend);
     item.extraTables = std::vector{descriptivesTable(run)};
     if (!result.pairwiseComparisons.empty()) {
-        item.extraTables->push_back(pairTable(result));
+        item.extraTables->push_back(pairTable(run));
     }
     item.caution = std::string(caution);
     item.figureCaption = "Mean " + result.outcomeName + " by " + result.groupName +
@@ -261,7 +269,7 @@ void show(const OneWayRun& run, ScreenContent& content) {
     }
     content.cards.push_back(std::move(source));
     if (!result.pairwiseComparisons.empty()) {
-        const ReportTable pairs = pairTable(result);
+        const ReportTable pairs = pairTable(run);
         content.cards.push_back({.title = *pairs.title, .tables = {pairs}, .wide = true});
     }
     ResultText::addCharts(content, run.charts);

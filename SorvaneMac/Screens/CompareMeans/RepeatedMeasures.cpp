@@ -7,6 +7,7 @@
 #include "SorvaneMac/Screens/GroupCharts.h"
 #include "SorvaneMac/Screens/GroupSelection.h"
 #include "SorvaneMac/Screens/RepeatedValues.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/SelectionGates.h"
 #include "SorvaneMac/Screens/TestReport.h"
@@ -76,9 +77,11 @@ ReportTable conditionTable(const RMANOVAResult& result) {
     table.title = "Conditions";
     table.headers = {"Condition", "n", "M", "SD"};
     for (std::size_t i = 0; i < result.conditionNames.size(); ++i) {
+        const int decimals =
+            ReportDecimals::ofSample(result.conditionMeans[i], result.conditionSDs[i]);
         table.rows.push_back({result.conditionNames[i], ResultText::count(result.n),
-                              svFmt(result.conditionMeans[i], 2),
-                              svFmt(result.conditionSDs[i], 2)});
+                              svFmt(result.conditionMeans[i], decimals),
+                              svFmt(result.conditionSDs[i], decimals)});
     }
     return table;
 }
@@ -98,13 +101,14 @@ ReportTable effectTable(const RMANOVAResult& result) {
     ReportTable table;
     table.title = "Within-subjects effect";
     table.headers = {"Source", "SS", "df", "MS", "F", "p", "p (GG)", "p (HF)", "η²p"};
+    const int decimals = ReportDecimals::of(result.msError, 2);
     table.rows = {
-        {"Conditions", svFmt(result.ssConditions, 2), ResultText::count(result.dfConditions),
-         svFmt(result.msConditions, 2), svFmt(result.f, 2), ResultText::pCell(result.pValue),
+        {"Conditions", svFmt(result.ssConditions, decimals), ResultText::count(result.dfConditions),
+         svFmt(result.msConditions, decimals), svFmt(result.f, 2), ResultText::pCell(result.pValue),
          ResultText::pCell(result.ggP), ResultText::pCell(result.hfP),
          svFmt(result.partialEtaSquared, 3)},
-        {"Error", svFmt(result.ssError, 2), ResultText::count(result.dfError),
-         svFmt(result.msError, 2), "", "", "", "", ""}};
+        {"Error", svFmt(result.ssError, decimals), ResultText::count(result.dfError),
+         svFmt(result.msError, decimals), "", "", "", "", ""}};
     return table;
 }
 
@@ -113,10 +117,12 @@ ReportTable pairTable(const RMANOVAResult& result) {
     table.title = "Pairwise comparisons";
     table.headers = {"Condition A", "Condition B", "Mean difference", "t",
                      "df",          "p",           "p (Bonferroni)"};
+    const int decimals = ReportDecimals::of(std::sqrt(result.msError), 2);
     for (const RMPairwise& pair : result.pairwise) {
-        table.rows.push_back({pair.conditionA, pair.conditionB, svFmt(pair.meanDifference, 2),
-                              svFmt(pair.t, 2), ResultText::degreesOfFreedom(pair.df),
-                              ResultText::pCell(pair.pValue), ResultText::pCell(pair.bonferroniP)});
+        table.rows.push_back({pair.conditionA, pair.conditionB,
+                              svFmt(pair.meanDifference, decimals), svFmt(pair.t, 2),
+                              ResultText::degreesOfFreedom(pair.df), ResultText::pCell(pair.pValue),
+                              ResultText::pCell(pair.bonferroniP)});
     }
     return table;
 }

@@ -1,11 +1,14 @@
 #include "SorvaneMac/Screens/CompareMeans/TTestTables.h"
 
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane::TTestTables {
 
 ReportTable testTable(const TTestResult& test, const DifferenceInterval& interval) {
+    // Two digits of what the difference is known by.
+    const int decimals = ReportDecimals::of((interval.upper - interval.lower) / 4.0, 2);
     ReportTable table;
     table.title = "t-test";
     table.headers = {"t", "df", "p", "Mean difference"};
@@ -14,8 +17,9 @@ ReportTable testTable(const TTestResult& test, const DifferenceInterval& interva
     }
     table.headers.emplace_back("d");
     table.rows = {{svFmt(test.t, 2), ResultText::degreesOfFreedom(test.degreesOfFreedom),
-                   ResultText::pCell(test.pValue), svFmt(test.meanDifference, 2),
-                   svFmt(interval.lower, 2), svFmt(interval.upper, 2), svFmt(test.effectSizeD, 2)}};
+                   ResultText::pCell(test.pValue), svFmt(test.meanDifference, decimals),
+                   svFmt(interval.lower, decimals), svFmt(interval.upper, decimals),
+                   svFmt(test.effectSizeD, 2)}};
     return table;
 }
 

@@ -6,6 +6,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/Imputation/ImputationModel.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/JoinedText.h"
 
@@ -69,11 +70,14 @@ ReportTable table(const ImputationRun& run) {
                           {.label = ""}};
     table.headers = {"Variable", "Missing", "%", "M", "SD", "M", "SD", "Difference in SD"};
     for (const ImputedVariable& each : run.variables) {
+        const auto& observed = each.observedMoments;
+        const auto& imputed = each.imputedMoments;
+        const int decimals = ReportDecimals::ofSample(observed.mean, observed.standardDeviation);
         table.rows.push_back(
             {each.name, ResultText::count(each.missing),
              svFmt(100.0 * static_cast<double>(each.missing) / static_cast<double>(run.rows), 1),
-             svFmt(each.observedMoments.mean, 2), svFmt(each.observedMoments.standardDeviation, 2),
-             svFmt(each.imputedMoments.mean, 2), svFmt(each.imputedMoments.standardDeviation, 2),
+             svFmt(observed.mean, decimals), svFmt(observed.standardDeviation, decimals),
+             svFmt(imputed.mean, decimals), svFmt(imputed.standardDeviation, decimals),
              svFmt(distance(each), 2)});
     }
     return table;

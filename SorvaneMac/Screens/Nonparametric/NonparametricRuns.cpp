@@ -2,6 +2,7 @@
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 
 namespace sorvane {
@@ -17,13 +18,18 @@ OrderFigures OrderFigures::of(std::string name, std::span<const double> values) 
     return figures;
 }
 
+int OrderFigures::decimals() const {
+    return ReportDecimals::ofSample(median,
+                                    thirdQuartile.value_or(0.0) - firstQuartile.value_or(0.0));
+}
+
 std::vector<std::string> OrderFigures::cells() const {
-    return {name, ResultText::count(n), svFmt(median, 2), svFmt(firstQuartile, 2),
-            svFmt(thirdQuartile, 2)};
+    return {name, ResultText::count(n), svFmt(median, decimals()), svFmt(firstQuartile, decimals()),
+            svFmt(thirdQuartile, decimals())};
 }
 
 std::string OrderFigures::words() const {
-    return "(Mdn = " + svFmt(median, 2) + ")";
+    return "(Mdn = " + svFmt(median, decimals()) + ")";
 }
 
 std::vector<std::string> orderHeaders(std::string names) {

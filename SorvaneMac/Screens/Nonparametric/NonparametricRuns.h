@@ -30,6 +30,7 @@ struct OrderFigures {
     std::optional<double> thirdQuartile;
 
     static OrderFigures of(std::string name, std::span<const double> values);
+    int decimals() const;
     /// Name, n, median and quartiles as the cells of a table.
     std::vector<std::string> cells() const;
     /// "(Mdn = 3.00)"
