@@ -201,6 +201,11 @@ std::vector<std::int64_t> countsOf(const Table& table) {
     return counts;
 }
 
+/// Of a share; the rounding of the sums is no error.
+double errorOf(double variance) {
+    return variance > SurveyVariance::roundingOfSums ? std::sqrt(variance) : 0.0;
+}
+
 void addCells(SurveyCategoricalResult& result,
               const Table& table,
               const Numbers& shares,
@@ -217,15 +222,14 @@ void addCells(SurveyCategoricalResult& result,
                         .weightedCount = shares[cell] * result.sumOfWeights,
                         .proportion = shares[cell],
                         .rowProportion = (*withinRow(shares, row, columns))[cell % columns]};
-        each.standardError =
-            std::sqrt(std::max(variances.ofCells.values[cell * table.cellCount() + cell], 0.0));
+        each.standardError = errorOf(variances.ofCells.values[cell * table.cellCount() + cell]);
         each.lowerBound = std::max(each.proportion - critical * each.standardError, 0.0);
         each.upperBound = std::min(each.proportion + critical * each.standardError, 1.0);
         const auto ofRow = counts.begin() + static_cast<std::ptrdiff_t>(row * columns);
         const bool isSingle =
             std::accumulate(ofRow, ofRow + std::ssize(table.columnLabels), std::int64_t{0}) < 2;
         if (!isSingle && !std::isnan(variances.withinRows[cell])) {
-            each.rowStandardError = std::sqrt(std::max(variances.withinRows[cell], 0.0));
+            each.rowStandardError = errorOf(variances.withinRows[cell]);
             each.rowLowerBound =
                 std::max(each.rowProportion - critical * each.rowStandardError, 0.0);
             each.rowUpperBound =
@@ -321,7 +325,9 @@ std::optional<std::string> addTest(SurveyCategoricalResult& result,
         trace += (*effects)[i * count + i];
         traceOfSquare += squared[i * count + i];
     }
-    if (!(trace > 0.0) || !(traceOfSquare > 0.0)) {
+    // Cells that the design fixes leave rounding, against a mean of about 1 for each contrast.
+    if (!(trace > SurveyVariance::roundingOfSums * static_cast<double>(table.rows.size())) ||
+        !(traceOfSquare > 0.0)) {
         return wording::noDesignVariance();
     }
     const double perRow = pearsonPerRow(shares, rows, columns);
@@ -346,11 +352,20 @@ void block(SurveyCategoricalResult& result, std::string message) {
     result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
 }
 
+/// A share of its row that could be another, without an error.
+bool hasNoError(const SurveyCell& cell) {
+    return cell.rowProportion > 0.0 && cell.rowProportion < 1.0 &&
+           (cell.standardError == 0.0 || cell.rowStandardError == 0.0);
+}
+
 Issues cautions(const SurveyCategoricalResult& result,
-                const SampledDesign& sampled,
+                const SampledCounts& counts,
                 std::int64_t replicatesWithoutEstimates) {
     constexpr std::int64_t fewCases = 5;
-    Issues issues = SurveyReadiness::cautions(sampled, replicatesWithoutEstimates);
+    Issues issues = SurveyReadiness::cautions(counts, replicatesWithoutEstimates);
+    if (std::ranges::any_of(result.cells, hasNoError)) {
+        issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
+    }
     const auto thin = std::ranges::count_if(
         result.cells, [](const SurveyCell& cell) { return cell.count < fewCases; });
     if (thin > 0) {
@@ -374,7 +389,8 @@ void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesi
         block(result, wording::tooFewCategories(result.validN));
         return;
     }
-    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
+    const SampledCounts counts = sampled.countsAmong(table.rows);
+    result.designDegreesOfFreedom = counts.degreesOfFreedom;
     const Numbers shares = *table.shares(design.weights);
     const auto variances = ShareVariances::of(table, shares, sampled);
     if (!variances) {
@@ -392,7 +408,7 @@ void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesi
         return;
     }
     result.readiness =
-        readiness(result, cautions(result, sampled, variances->ofCells.replicatesWithoutEstimates));
+        readiness(result, cautions(result, counts, variances->ofCells.replicatesWithoutEstimates));
 }
 
 }  // namespace

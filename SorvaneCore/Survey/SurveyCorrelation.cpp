@@ -155,9 +155,9 @@ void block(SurveyCorrelationResult& result, std::string message) {
 }
 
 Issues cautions(const SurveyCorrelationResult& result,
-                const SampledDesign& sampled,
+                const SampledCounts& counts,
                 std::int64_t replicatesWithoutEstimates) {
-    Issues issues = SurveyReadiness::cautions(sampled, replicatesWithoutEstimates);
+    Issues issues = SurveyReadiness::cautions(counts, replicatesWithoutEstimates);
     if (result.standardError == 0.0) {
         issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
     }
@@ -197,10 +197,11 @@ void fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDesi
     result.covariance = m.xy * n / (n - 1.0);
     result.xVariance = m.xx * n / (n - 1.0);
     result.yVariance = m.yy * n / (n - 1.0);
-    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
+    const SampledCounts counts = sampled.countsAmong(pairs.rows);
+    result.designDegreesOfFreedom = counts.degreesOfFreedom;
     addInference(result, found->values.front());
     result.readiness =
-        readiness(result, cautions(result, sampled, found->replicatesWithoutEstimates));
+        readiness(result, cautions(result, counts, found->replicatesWithoutEstimates));
 }
 
 /// A pair before anything is computed of it.

@@ -67,14 +67,20 @@ void checkReplicates(const ReplicateWeights& replicates,
     }
 }
 
-/// Of a design whose units are counted.
-std::int64_t degreesOfFreedom(const SurveyDesign& design, const SampledUnits& units) {
+/// Of a design, by how many units each stratum holds.
+std::int64_t degreesOfFreedom(const SurveyDesign& design,
+                              const std::vector<std::int64_t>& unitsPerStratum) {
     const auto& replicates = design.replicateWeights;
     if (replicates && !design.strata && !design.clusters) {
         return std::max<std::int64_t>(std::ssize(replicates->weights), 2) - 1;
     }
-    return std::max<std::int64_t>(
-        std::ssize(units.stratumOfUnit) - static_cast<std::int64_t>(units.stratumCount), 1);
+    std::int64_t units = 0;
+    std::int64_t strata = 0;
+    for (const std::int64_t count : unitsPerStratum) {
+        units += count;
+        strata += count > 0 ? 1 : 0;
+    }
+    return std::max<std::int64_t>(units - strata, 1);
 }
 
 std::vector<std::string> singleUnitStrata(const SurveyDesign& design, const SampledUnits& units) {
@@ -94,7 +100,7 @@ std::vector<std::string> singleUnitStrata(const SurveyDesign& design, const Samp
 }
 
 std::vector<AnalysisReadinessIssue> issuesOf(const SurveyDesign& design,
-                                             const SampledUnits& units) {
+                                             const std::vector<std::int64_t>& unitsPerStratum) {
     std::vector<AnalysisReadinessIssue> issues;
     const auto caution = [&issues](std::string message) {
         issues.push_back(AnalysisReadinessIssue::caution(std::move(message)));
@@ -110,13 +116,19 @@ std::vector<AnalysisReadinessIssue> issuesOf(const SurveyDesign& design,
             "No clusters (PSUs) were supplied; sampling is treated as element level within "
             "strata.");
     }
-    const std::size_t single = singleUnitStrata(design, units).size();
+    const auto single = std::ranges::count(unitsPerStratum, 1);
     if (single > 0) {
-        caution(NumberText::integer(static_cast<std::int64_t>(single)) +
+        caution(NumberText::integer(single) +
                 " stratum/strata contain a single sampled PSU; those strata contribute no "
                 "between-PSU variance and may understate the standard error.");
     }
     return issues;
+}
+
+SampledCounts countsOf(const SurveyDesign& design,
+                       const std::vector<std::int64_t>& unitsPerStratum) {
+    return {.degreesOfFreedom = degreesOfFreedom(design, unitsPerStratum),
+            .readinessIssues = issuesOf(design, unitsPerStratum)};
 }
 
 }  // namespace
@@ -170,6 +182,19 @@ std::vector<std::int64_t> SampledUnits::unitsPerStratum() const {
     return counts;
 }
 
+std::vector<std::int64_t> SampledUnits::unitsPerStratum(std::span<const std::size_t> rows) const {
+    std::vector<bool> isCounted(stratumOfUnit.size(), false);
+    std::vector<std::int64_t> counts(stratumCount, 0);
+    for (const std::size_t row : rows) {
+        const std::uint32_t unit = unitOfRow[row];
+        if (!isCounted[unit]) {
+            isCounted[unit] = true;
+            ++counts[stratumOfUnit[unit]];
+        }
+    }
+    return counts;
+}
+
 std::int64_t SurveyDesign::observationCount() const {
     return static_cast<std::int64_t>(weights.size());
 }
@@ -183,7 +208,7 @@ std::int64_t SurveyDesign::sampledPSUCount() const {
 }
 
 std::int64_t SurveyDesign::designDegreesOfFreedom() const {
-    return degreesOfFreedom(*this, SampledUnits::of(*this));
+    return degreesOfFreedom(*this, SampledUnits::of(*this).unitsPerStratum());
 }
 
 std::vector<std::uint32_t> SurveyDesign::resolvedClusters() const {
@@ -242,14 +267,17 @@ std::vector<std::string> SurveyDesign::structuralErrors() const {
 }
 
 std::vector<AnalysisReadinessIssue> SurveyDesign::readinessIssues() const {
-    return issuesOf(*this, SampledUnits::of(*this));
+    return issuesOf(*this, SampledUnits::of(*this).unitsPerStratum());
 }
 
 SampledDesign SampledDesign::of(const SurveyDesign& design) {
-    SampledDesign sampled{.design = design, .units = SampledUnits::of(design)};
-    sampled.degreesOfFreedom = sorvane::degreesOfFreedom(design, sampled.units);
-    sampled.readinessIssues = issuesOf(design, sampled.units);
+    SampledDesign sampled{.design = design, .units = SampledUnits::of(design), .counts = {}};
+    sampled.counts = countsOf(design, sampled.units.unitsPerStratum());
     return sampled;
+}
+
+SampledCounts SampledDesign::countsAmong(std::span<const std::size_t> rows) const {
+    return countsOf(design, units.unitsPerStratum(rows));
 }
 
 }  // namespace sorvane

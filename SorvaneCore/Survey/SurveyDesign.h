@@ -81,18 +81,29 @@ struct SampledUnits {
     static SampledUnits of(const SurveyDesign& design);
 
     std::vector<std::int64_t> unitsPerStratum() const;
+    /// Of those units that hold one of the rows.
+    std::vector<std::int64_t> unitsPerStratum(std::span<const std::size_t> rows) const;
+};
+
+/// What the units of some rows leave to estimate with.
+struct SampledCounts {
+    std::int64_t degreesOfFreedom = 1;
+    std::vector<AnalysisReadinessIssue> readinessIssues{};
 };
 
 /// A design with what is counted of its rows, once for all that is estimated under it.
 struct SampledDesign {
     const SurveyDesign& design;
     SampledUnits units;
-    std::int64_t degreesOfFreedom = 1;
-    std::vector<AnalysisReadinessIssue> readinessIssues;
+    SampledCounts counts;
 
     /// Input      a design that outlives what is given
     /// Cost       O(rows)
     static SampledDesign of(const SurveyDesign& design);
+
+    /// The counts where only these rows had been sampled: units and strata without one do not
+    /// count.
+    SampledCounts countsAmong(std::span<const std::size_t> rows) const;
 };
 
 }  // namespace sorvane

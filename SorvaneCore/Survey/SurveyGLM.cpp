@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneCore/Numerics/CanonicalLikelihood.h"
 #include "SorvaneCore/Numerics/IRLS.h"
 #include "SorvaneCore/Survey/SurveyModelFrame.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
@@ -70,24 +71,62 @@ IRLS::Evaluation evaluate(const SurveyModelFrame& frame,
     return sums;
 }
 
+/// The linear predictor farthest from 0; for rates the lowest, as a distance.
+double farthest(const SurveyModelFrame& frame,
+                SurveyModelKind kind,
+                std::span<const double> parameters) {
+    double distance = 0.0;
+    for (std::size_t i = 0; i < frame.rows(); ++i) {
+        const double eta = linearPredictor(frame, i, parameters);
+        distance = std::max(distance, kind == SurveyModelKind::poisson ? -eta : std::abs(eta));
+    }
+    return distance;
+}
+
+/// Whether the likelihood grows without end along the step. How much a row weighs makes no
+/// difference, but those without weight have no say.
+bool growsForever(const SurveyModelFrame& frame,
+                  SurveyModelKind kind,
+                  std::span<const double> weights,
+                  std::span<const double> step) {
+    Numbers matrix;
+    Numbers outcome;
+    for (std::size_t i = 0; i < frame.rows(); ++i) {
+        if (weights[i] > 0.0) {
+            const std::span<const double> row = frame.row(i);
+            matrix.insert(matrix.end(), row.begin(), row.end());
+            outcome.push_back(frame.outcome[i]);
+        }
+    }
+    const IRLS::Observations weighed{
+        .designMatrix = matrix, .rows = outcome.size(), .cols = frame.cols, .response = outcome};
+    const IRLS::Link link = kind == SurveyModelKind::poisson ? IRLS::Link::log : IRLS::Link::logit;
+    return IRLS::CanonicalLikelihood(weighed, link).growsForever(step);
+}
+
 std::optional<SurveyModelEstimates> estimates(const SurveyModelFrame& frame,
                                               SurveyModelKind kind,
                                               std::span<const double> weights) {
-    // Beyond, a fitted share or rate lies next to its bound for most rows.
-    constexpr double farthest = 30.0;
+    // How far a linear predictor must be from 0 before a fit can be suspected of running away.
+    constexpr double suspiciousDistance = 15.0;
     double mean = 0.0;
     for (std::size_t i = 0; i < frame.rows(); ++i) {
         mean += weights[i] * frame.outcome[i] / static_cast<double>(frame.rows());
     }
     Numbers start(frame.cols, 0.0);
     start[0] = kind == SurveyModelKind::poisson ? std::log(mean) : std::log(mean / (1.0 - mean));
+    Numbers last = start;
     const OptimizerResult end = IRLS::dampedNewton(
         start, {.maxIterations = 60, .tolerance = 1e-10},
-        [&](std::span<const double> at) { return evaluate(frame, kind, weights, at); },
-        [](std::span<const double> /*step*/) { return false; });
-    const bool isFar =
-        std::ranges::any_of(end.parameters, [](double each) { return std::abs(each) > farthest; });
-    if (!end.converged || isFar) {
+        [&](std::span<const double> at) {
+            last.assign(at.begin(), at.end());
+            return evaluate(frame, kind, weights, at);
+        },
+        [&](std::span<const double> step) {
+            return farthest(frame, kind, last) > suspiciousDistance &&
+                   growsForever(frame, kind, weights, step);
+        });
+    if (!end.converged) {
         return std::nullopt;
     }
     return SurveyModelEstimates{.parameters = end.parameters,

@@ -111,6 +111,13 @@ bool areFinite(const Numbers& values) {
     return std::ranges::all_of(values, [](double each) { return std::isfinite(each); });
 }
 
+bool areFinite(const ReplicateWeights& replicates, std::span<const std::size_t> rows) {
+    return std::ranges::all_of(replicates.weights, [rows](const Numbers& weights) {
+        return std::ranges::all_of(
+            rows, [&weights](std::size_t row) { return std::isfinite(weights[row]); });
+    });
+}
+
 SurveyCoefficient coefficientOf(const SurveyModelResult& result,
                                 std::string name,
                                 double estimate,
@@ -119,7 +126,7 @@ SurveyCoefficient coefficientOf(const SurveyModelResult& result,
         .name = std::move(name), .estimate = estimate, .standardError = std::sqrt(variance)};
     const auto df = static_cast<double>(result.degreesOfFreedom);
     const bool isTestable = df >= 1.0 && row.standardError > 0.0;
-    row.t = row.standardError > 0.0 ? row.estimate / row.standardError : std::nan("");
+    row.t = isTestable ? row.estimate / row.standardError : std::nan("");
     row.pValue = isTestable ? MathDistributions::studentTPValue(row.t, df) : std::nan("");
     const double reach =
         isTestable ? MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
@@ -190,10 +197,10 @@ void addCoefficients(SurveyModelResult& result,
 }
 
 Issues cautions(const SurveyModelResult& result,
-                const SampledDesign& sampled,
+                const SampledCounts& counts,
                 std::int64_t replicatesWithoutEstimates) {
     constexpr std::int64_t enoughEventsPerPredictor = 10;
-    Issues issues = sampled.readinessIssues;
+    Issues issues = counts.readinessIssues;
     if (result.degreesOfFreedom < 1) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::noDegreesOfFreedom(result.predictorCount, result.designDegreesOfFreedom)));
@@ -210,6 +217,9 @@ Issues cautions(const SurveyModelResult& result,
         [](const SurveyCoefficient& each) { return each.standardError == 0.0; });
     if (hasNoVariance) {
         issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
+    } else if (result.degreesOfFreedom >= 1 && result.predictorCount > 0 &&
+               std::isnan(result.waldF)) {
+        issues.push_back(AnalysisReadinessIssue::caution(wording::noWaldTest()));
     }
     const std::int64_t rarer =
         std::min(result.events.value_or(0), result.validN - result.events.value_or(0));
@@ -349,6 +359,10 @@ void finish(SurveyModelResult& result,
             const SurveyModelMethod& method,
             const SurveyModelOptions& options) {
     const SurveyDesign& design = frame.design;
+    if (design.replicateWeights && !areFinite(*design.replicateWeights, frame.activeRows)) {
+        block(result, wording::beyondNumbers());
+        return;
+    }
     const auto fit = method.fit(frame.scaledWeights(design.weights));
     if (!fit) {
         block(result, wording::noEstimates(method.kind));
@@ -373,13 +387,14 @@ void finish(SurveyModelResult& result,
     }
     dropRounding(all, frame);
     result.iterations = fit->iterations;
-    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
+    const SampledCounts counts = sampled.countsAmong(frame.activeRows);
+    result.designDegreesOfFreedom = counts.degreesOfFreedom;
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
     addCoefficients(result, all, method, options);
     addWaldTest(result, all, method.leading);
     result.predictorDeviations = weightedDeviations(frame);
     result.readiness =
-        readiness(result, cautions(result, sampled, found->replicatesWithoutEstimates));
+        readiness(result, cautions(result, counts, found->replicatesWithoutEstimates));
 }
 
 }  // namespace SurveyModels

@@ -25,12 +25,12 @@ std::vector<AnalysisReadinessIssue> obstacles(const SurveyDesign& design,
     return issues;
 }
 
-std::vector<AnalysisReadinessIssue> cautions(const SampledDesign& sampled,
+std::vector<AnalysisReadinessIssue> cautions(const SampledCounts& counts,
                                              std::int64_t replicatesWithoutEstimates) {
-    std::vector<AnalysisReadinessIssue> issues = sampled.readinessIssues;
-    if (sampled.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::fewDegreesOfFreedom(sampled.degreesOfFreedom)));
+    std::vector<AnalysisReadinessIssue> issues = counts.readinessIssues;
+    if (counts.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
+        issues.push_back(
+            AnalysisReadinessIssue::caution(wording::fewDegreesOfFreedom(counts.degreesOfFreedom)));
     }
     if (replicatesWithoutEstimates > 0) {
         issues.push_back(AnalysisReadinessIssue::caution(

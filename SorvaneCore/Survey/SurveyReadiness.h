@@ -18,7 +18,7 @@ std::vector<AnalysisReadinessIssue> obstacles(const SurveyDesign& design,
 
 /// What the user must know of the standard errors: the design's own issues, few degrees of
 /// freedom, and replicates that gave no estimates.
-std::vector<AnalysisReadinessIssue> cautions(const SampledDesign& sampled,
+std::vector<AnalysisReadinessIssue> cautions(const SampledCounts& counts,
                                              std::int64_t replicatesWithoutEstimates);
 
 }  // namespace sorvane::SurveyReadiness

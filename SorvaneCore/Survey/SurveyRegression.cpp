@@ -47,7 +47,7 @@ double residual(const SurveyModelFrame& frame, std::size_t i, std::span<const do
     return left;
 }
 
-/// How well the weighted rows are fitted, by the coefficients in the predictors' own units.
+/// How well the weighted rows are fitted.
 void addFit(SurveyModelResult& result, const SurveyModelFrame& frame) {
     const Numbers weights = frame.scaledWeights(frame.design.weights);
     const auto fit = leastSquares(frame, weights);

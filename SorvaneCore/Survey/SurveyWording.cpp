@@ -30,6 +30,13 @@ std::string pText(double p) {
     return std::string("p ") + (p < 0.001 ? "" : "= ") + NumberText::pValue(p);
 }
 
+/// Three decimals of what cannot exceed 1, without the zero before them.
+std::string bounded(double value) {
+    std::string text = NumberText::fixed(value, 3);
+    const std::size_t zero = text.starts_with('-') ? 1 : 0;
+    return text.compare(zero, 2, "0.") == 0 ? text.erase(zero, 1) : text;
+}
+
 }  // namespace
 
 std::string otherLength(std::size_t values, std::int64_t rows) {
@@ -50,8 +57,8 @@ std::string noWeight() {
 }
 
 std::string noUsableReplicate() {
-    return "No replicate gives weight to the rows that hold the value, so no standard error can be "
-           "estimated. Check the replicate weights.";
+    return "No replicate gives an estimate of the rows that hold the values, so no standard error "
+           "can be formed. Check the replicate weights.";
 }
 
 std::string beyondNumbers() {
@@ -135,6 +142,11 @@ std::string zeroErrors() {
            "the estimate certain.";
 }
 
+std::string noWaldTest() {
+    return "The predictors cannot be tested together, as the design compares too few PSUs or "
+           "replicates for as many. Use fewer predictors.";
+}
+
 std::string replicatesWithoutEstimates(std::int64_t replicates) {
     return NumberText::integer(replicates) +
            " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
@@ -179,8 +191,8 @@ std::string summary(const SurveyCorrelationResult& result) {
     }
     const std::string found = "In the population that the sample stands for, " + result.xName +
                               " and " + result.yName +
-                              " correlate by an estimated r = " + NumberText::fixed(result.r, 3) +
-                              " (SE " + NumberText::fixed(result.standardError, 3) + ")";
+                              " correlate by an estimated r = " + bounded(result.r) + " (SE " +
+                              bounded(result.standardError) + ")";
     if (std::isnan(result.t)) {
         return found + ", which cannot be tested.";
     }
@@ -197,7 +209,7 @@ std::string summary(const SurveyCategoricalResult& result) {
            NumberText::fixed(result.dfNumerator, 2) + ", " +
            NumberText::fixed(result.dfDenominator, 2) +
            ") = " + NumberText::fixed(result.fStatistic, 2) + ", " + pText(result.pValue) +
-           "; Cramer's V = " + NumberText::fixed(result.cramersV, 3) + ".";
+           "; Cramer's V = " + bounded(result.cramersV) + ".";
 }
 
 std::vector<std::string> cautions(SurveyModelKind kind) {

@@ -42,6 +42,7 @@ std::string fewTestDegreesOfFreedom(std::int64_t df);
 std::string noDegreesOfFreedom(std::int64_t predictors, std::int64_t designDF);
 std::string fewEvents(std::int64_t rarer, std::int64_t predictors);
 std::string zeroErrors();
+std::string noWaldTest();
 std::string replicatesWithoutEstimates(std::int64_t replicates);
 std::string tooFewPairs(std::int64_t validN);
 std::string noVariance();

@@ -46,14 +46,20 @@ struct Sample {
         }
         return sum;
     }
-    /// Absent where the denominator adds up to 0.
+    /// Absent where the denominator adds up to 0, but for the last digits of its parts.
     std::optional<double> estimate(std::span<const double> weights) const {
+        constexpr double rounding = 1e-14;
         const double sum = weightedSum(weights, y);
         if (isTotal()) {
             return sum;
         }
         const double denominator = weightedSum(weights, x);
-        return denominator == 0.0 ? std::nullopt : std::optional(sum / denominator);
+        double parts = 0.0;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            parts += std::abs(weights[rows[i]] * x[i]);
+        }
+        return std::abs(denominator) <= rounding * parts ? std::nullopt
+                                                         : std::optional(sum / denominator);
     }
 };
 
@@ -202,10 +208,10 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SampledD
         return;
     }
     result.estimate = *estimate;
-    result.designDegreesOfFreedom = sampled.degreesOfFreedom;
+    result.designDegreesOfFreedom = sampled.counts.degreesOfFreedom;
     fillErrors(result, variance, simpleRandomVariance(scores));
-    result.readiness =
-        readiness(result, SurveyReadiness::cautions(sampled, found->replicatesWithoutEstimates));
+    result.readiness = readiness(
+        result, SurveyReadiness::cautions(sampled.counts, found->replicatesWithoutEstimates));
 }
 
 /// Blocks a proportion of values other than 0 and 1.

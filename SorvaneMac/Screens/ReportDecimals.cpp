@@ -6,7 +6,7 @@
 namespace sorvane::ReportDecimals {
 
 int of(double spread, int fewest) {
-    constexpr int most = 9;
+    constexpr int most = 12;
     if (!std::isfinite(spread) || spread <= 0.0) {
         return fewest;
     }

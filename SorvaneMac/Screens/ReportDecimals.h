@@ -6,7 +6,7 @@
 namespace sorvane::ReportDecimals {
 
 /// The decimals that leave two digits of a standard error or of a spread, three at least, unless
-/// fewer are asked for, and nine at most: 3 for 0.02, 5 for 0.0004.
+/// fewer are asked for, and twelve at most: 3 for 0.02, 5 for 0.0004.
 int of(double spread, int fewest = 3);
 
 /// One fewer, for running text: two as a rule, and more where the effect of a small unit would

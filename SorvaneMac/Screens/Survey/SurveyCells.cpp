@@ -15,21 +15,23 @@ bool isProportion(const WeightedEstimate& estimate) {
     return estimate.estimand == WeightedEstimand::proportion;
 }
 
-/// Totals are large: from a thousand on they take no decimals. Means and ratios of small units take
-/// as many as leave a digit of their error.
+/// Totals are large: from a thousand on they take no decimals. Figures of small units take as many
+/// as leave a digit of their error, or of themselves where they have none.
 int decimals(const WeightedEstimate& estimate) {
     constexpr double large = 1000.0;
+    const double error =
+        estimate.standardError > 0.0 ? estimate.standardError : std::abs(estimate.estimate);
     switch (estimate.estimand) {
         case WeightedEstimand::proportion:
             return 3;
         case WeightedEstimand::ratio:
-            return ReportDecimals::of(estimate.standardError, 4) - 1;
+            return ReportDecimals::of(error, 4) - 1;
         case WeightedEstimand::total:
-            return std::abs(estimate.estimate) >= large ? 0 : 2;
+            return std::abs(estimate.estimate) >= large ? 0 : ReportDecimals::inSentence(error);
         case WeightedEstimand::mean:
             break;
     }
-    return ReportDecimals::inSentence(estimate.standardError);
+    return ReportDecimals::inSentence(error);
 }
 
 }  // namespace

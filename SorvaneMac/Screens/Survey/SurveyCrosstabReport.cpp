@@ -2,6 +2,7 @@
 
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
@@ -94,12 +95,15 @@ ReportTable cellTable(const SurveyCrosstabRun& run) {
                           {.label = "Of all (%)", .span = 4}};
     table.headers = {result.rowName, result.columnName, "n",  "Weighted n", "Share", "SE", "LL",
                      "UL",           "Share",           "SE", "LL",         "UL"};
+    // Weights that add up to a population take no decimals, those that add up to 1 do.
+    const int weightDecimals = ReportDecimals::of(result.sumOfWeights / 100.0, 0);
     for (const SurveyCell& cell : result.cells) {
-        table.rows.push_back(
-            {cell.row, cell.column, ResultText::count(cell.count), svFmt(cell.weightedCount, 0),
-             percent(cell.rowProportion), percent(cell.rowStandardError),
-             percent(cell.rowLowerBound), percent(cell.rowUpperBound), percent(cell.proportion),
-             percent(cell.standardError), percent(cell.lowerBound), percent(cell.upperBound)});
+        table.rows.push_back({cell.row, cell.column, ResultText::count(cell.count),
+                              svFmt(cell.weightedCount, weightDecimals),
+                              percent(cell.rowProportion), percent(cell.rowStandardError),
+                              percent(cell.rowLowerBound), percent(cell.rowUpperBound),
+                              percent(cell.proportion), percent(cell.standardError),
+                              percent(cell.lowerBound), percent(cell.upperBound)});
     }
     table.note = "LL and UL bound the " + level + ", from t on the design's " +
                  ResultText::count(result.designDegreesOfFreedom) +

@@ -1,5 +1,7 @@
 #include "SorvaneMac/Screens/Survey/SurveyModelReport.h"
 
+#include <algorithm>
+
 #include "SorvaneCore/Survey/SurveyWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ReportDecimals.h"
@@ -27,10 +29,13 @@ std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResul
                   ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
             : "B = " + svFmt(each.estimate, decimals) + ", " + level + " [" +
                   svFmt(each.lowerBound, decimals) + ", " + svFmt(each.upperBound, decimals) + "]";
+    const std::string test = result.degreesOfFreedom < 1
+                                 ? ""
+                                 : ", t(" + ResultText::count(result.degreesOfFreedom) +
+                                       ") = " + svFmt(each.t, 2) + ", " +
+                                       ResultText::pSentence(each.pValue);
     return " The effect of " + each.name + " was " +
-           std::string(ResultText::significanceWords(each.pValue)) + ", " + figures + ", t(" +
-           ResultText::count(result.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +
-           ResultText::pSentence(each.pValue) + ".";
+           std::string(ResultText::significanceWords(each.pValue)) + ", " + figures + test + ".";
 }
 
 std::string waldLabel(const SurveyModelResult& result) {
@@ -75,7 +80,8 @@ std::vector<Tile> tiles(const SurveyModelRun& run) {
         tiles.push_back(
             {"Levels", ResultText::count(std::ssize(result.thresholds) + 1), "of the outcome"});
     }
-    tiles.push_back({"df of the tests", ResultText::count(result.degreesOfFreedom),
+    tiles.push_back({"df of the tests",
+                     ResultText::count(std::max<std::int64_t>(result.degreesOfFreedom, 0)),
                      "the design has " + ResultText::count(result.designDegreesOfFreedom)});
     tiles.push_back({"Cases used", ResultText::count(result.validN),
                      "worth " + svFmt(result.effectiveSampleSize, 0) + " of equal weight"});

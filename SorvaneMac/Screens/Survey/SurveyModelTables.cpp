@@ -82,10 +82,13 @@ ReportTable coefficients(const SurveyModelRun& run) {
     for (const SurveyCoefficient& each : result.coefficients) {
         table.rows.push_back(cells(each, hasRatios));
     }
-    table.note = meaningOfB(words) + " Standard errors: " +
-                 SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
-                 ". Tests and intervals by t on " + ResultText::count(result.degreesOfFreedom) +
-                 " df, those of the design less the predictors.";
+    table.note =
+        meaningOfB(words) +
+        " Standard errors: " + SurveyDesignTable::methodWords(run.design, result.varianceMethod) +
+        (result.degreesOfFreedom < 1
+             ? ". The design has no degrees of freedom left for tests and intervals."
+             : ". Tests and intervals by t on " + ResultText::count(result.degreesOfFreedom) +
+                   " df, those of the design less the predictors.");
     return table;
 }
 
