@@ -4,6 +4,7 @@
 #include "SorvaneMac/Screens/DataPreparation.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ImportCards.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/State/FieldJson.h"
 
@@ -18,8 +19,10 @@ constexpr double mostDraftColumns = 200;
 
 std::vector<std::string> columnRow(const ImportColumnSummary& column) {
     const std::optional<NumericSummary>& numbers = column.numericSummary;
-    const auto figure = [&numbers](double NumericSummary::*part) {
-        return numbers ? svFmt((*numbers).*part, 2) : std::string("--");
+    const int decimals =
+        numbers ? ReportDecimals::ofSample(numbers->mean, numbers->maximum - numbers->minimum) : 0;
+    const auto figure = [&numbers, decimals](double NumericSummary::*part) {
+        return numbers ? svFmt((*numbers).*part, decimals) : std::string("--");
     };
     return {column.header,
             ResultText::count(column.numericCount),

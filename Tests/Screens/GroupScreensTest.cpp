@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Report/APAFormat.h"
@@ -136,6 +138,86 @@ TEST(GroupScreens, SayWhatTheyFound) {
         EXPECT_EQ(APAFormat::normalize(*item.table).rows.at(each.row), each.cells);
         EXPECT_FALSE(item.caution->empty());
         EXPECT_NE(study.result(each.screen), "null");
+    }
+}
+
+/// The table with its scores in thousandths, as text.
+std::string inThousandths(const ImportedDataset& dataset) {
+    constexpr std::size_t firstScore = 4;
+    constexpr std::size_t lastScore = 6;
+    std::string text = "site,band,passed,later,score,again,third,age\n";
+    for (std::size_t row = 0; row < static_cast<std::size_t>(dataset.rowCount()); ++row) {
+        for (std::size_t column = 0; column < dataset.headers.size(); ++column) {
+            std::string cell(dataset.rows.column(column)[row]);
+            if (column >= firstScore && column <= lastScore && cell != "NA") {
+                cell = std::to_string(std::stod(cell) / 1000.0);
+            }
+            text += (column == 0 ? "" : ",") + cell;
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+bool holdsRow(const ReportItem& item, const std::vector<std::string>& cells) {
+    std::vector<ReportTable> tables = item.extraTables.value_or(std::vector<ReportTable>());
+    tables.push_back(*item.table);
+    return std::ranges::any_of(tables, [&cells](const ReportTable& table) {
+        return std::ranges::count(APAFormat::normalize(table).rows, cells) == 1;
+    });
+}
+
+TEST(GroupScreens, KeepTheDigitsOfSmallUnits) {
+    const struct {
+        int line;
+        StudioScreen screen;
+        Settings settings;
+        /// Of the last finding.
+        std::string sentence;
+        std::vector<std::string> row;
+    } cases[] = {
+        // clang-format off
+        {__LINE__, descriptives, {},
+         "M = 0.0040, SD = 0.0017, N = 11, range 0.0015 to 0.0070.",
+         {"score", "11", "0.0040", "0.0017", "0.0040", "0.0015", "0.0070", "0.36"}},
+        {__LINE__, inferential, {{"cmOutcome", R"("score")"}, {"cmGrouping", R"("site")"}},
+         "north (M = 0.0048, SD = 0.0017)",
+         {"north", "6", "0.0048", "0.0017", "0.00070"}},
+        {__LINE__, inferential, {{"cmTest", R"("pairedTTest")"}, {"cmPairBefore", R"("score")"}, {"cmPairAfter", R"("again")"}},
+         "again (M = 0.0048, SD = 0.0018)",
+         {"-3.21", "10", ".009", "-0.00082", "-0.00139", "-0.00025", "-0.97"}},
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("score")"}, {"cmGrouping", R"("band")"}},
+         "",
+         {"Between Groups", "0.00002263", "2", "", "0.00001131", "11.49", "0.004**"}},
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("score")"}, {"cmGrouping", R"("band")"}},
+         "",
+         {"low", "4", "0.0024", "0.0009", "0.00043", "0.00102", "0.00373", "0.0015", "0.0035"}},
+        {__LINE__, inferential, {{"cmTest", R"("factorial")"}, {"cmOutcome", R"("score")"}, {"cmFactors", R"(["site", "passed"])"}},
+         "",
+         {"site", "0.0000090", "1", "0.0000090", "2.94", ".130", ".296"}},
+        {__LINE__, inferential, {{"cmTest", R"("repeatedMeasures")"}, {"rmColumns", R"(["score", "again", "third"])"}},
+         "",
+         {"Error", "0.00000924", "20", "0.00000046", "", "", "", "", ""}},
+        {__LINE__, inferential, {{"cmTest", R"("ancova")"}, {"cmAncovaOutcome", R"("score")"}, {"cmAncovaGroup", R"("site")"}, {"cmAncovaCovariates", R"(["age"])"}},
+         "",
+         {"north", "6", "0.0048", "0.0049"}},
+        {__LINE__, nonparametric, {{"npOutcome", R"("score")"}, {"npGroup", R"("site")"}},
+         "north (Mdn = 0.0047) and south (Mdn = 0.0030)",
+         {"north", "6", "0.0047", "0.0035", "0.0065"}},
+        {__LINE__, correlation, {}, "", {"1. score", "0.0040", "0.0017", "—", "", "", ""}},
+        // clang-format on
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.line);
+        TwoSiteStudy study;
+        study.state.importPastedData(inThousandths(study.state.dataset()));
+        study.assign({"score", "again", "third", "age"}, VariableKind::outcome);
+        study.assign({"site", "band", "passed", "later"}, VariableKind::grouping);
+        const ScreenContent content = study.shown(each.screen, each.settings);
+        ASSERT_FALSE(content.findings.empty());
+        const ReportItem& item = content.findings.back().item;
+        EXPECT_NE(item.apaSummary.find(each.sentence), std::string::npos) << item.apaSummary;
+        EXPECT_TRUE(holdsRow(item, each.row));
     }
 }
 

@@ -316,15 +316,18 @@ TEST(SurveyInference, AReplicateWithoutAnEstimateIsToldOfAndOneWithoutAWeightRef
                                        *TextColumn::of(sample.levelTexts), design)
             .readiness;
     };
+    const auto model = [&sample](const SurveyDesign& design) {
+        return sample.regression(design)->readiness;
+    };
     const SurveyDesign silent = replicatesOf(sample, 1.0);
     const SurveyDesign missing = replicatesOf(sample, std::nan(""));
-    for (const AnalysisReadiness& readiness : {pair(silent), table(silent)}) {
+    for (const AnalysisReadiness& readiness : {pair(silent), table(silent), model(silent)}) {
         EXPECT_EQ(std::ranges::count(cautions(readiness),
                                      "1 replicate(s) gave no estimates and add nothing to the "
                                      "standard errors, which may be too small."),
                   1);
     }
-    for (const AnalysisReadiness& readiness : {pair(missing), table(missing)}) {
+    for (const AnalysisReadiness& readiness : {pair(missing), table(missing), model(missing)}) {
         ASSERT_EQ(obstacles(readiness).size(), 1U);
         EXPECT_NE(obstacles(readiness).front().find("or a replicate weight is missing"),
                   std::string::npos);
@@ -350,6 +353,103 @@ TEST(SurveyCategorical, IsPearsonsTestWhereTheDesignIsSimple) {
                             .readiness),
               Texts{"Both variables need two or more categories among the 40 row(s) that hold "
                     "both. Choose another variable."});
+}
+
+/// The rows from `first` on, with their part of the design.
+Sample from(const Sample& whole, std::size_t first) {
+    Sample part = whole;
+    const auto cut = [first](auto& values) {
+        values.erase(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(first));
+    };
+    const auto texts = [&](const std::shared_ptr<const TextColumn>& column) {
+        Texts cells;
+        for (std::size_t row = first; row < column->size(); ++row) {
+            cells.emplace_back((*column)[row]);
+        }
+        return TextColumn::of(cells);
+    };
+    cut(part.x);
+    cut(part.y);
+    cut(part.yesTexts);
+    cut(part.levelTexts);
+    cut(part.design.weights);
+    part.design.strata = texts(whole.design.strata);
+    part.design.clusters = texts(whole.design.clusters);
+    return part;
+}
+
+TEST(SurveyInference, UnitsWithoutAnAnswerCountAsNotSampled) {
+    // The first four units of a stratum of five.
+    constexpr std::size_t silent = 16;
+    Sample sample;
+    const Sample rest = from(sample, silent);
+    for (std::size_t i = 0; i < silent; ++i) {
+        sample.x[i] = std::nullopt;
+        sample.yesTexts[i].clear();
+    }
+    const auto pair = [](const Sample& of) {
+        return SurveyCorrelation::pearson(test::plainColumn(of.x), test::plainColumn(of.y),
+                                          of.design);
+    };
+    const auto table = [](const Sample& of) {
+        return SurveyCategorical::test(*TextColumn::of(of.yesTexts), *TextColumn::of(of.levelTexts),
+                                       of.design);
+    };
+    const auto fit = sample.regression(sample.design);
+    EXPECT_EQ(fit->degreesOfFreedom, 3);
+    EXPECT_EQ(fit->coefficients, rest.regression(rest.design)->coefficients);
+    EXPECT_EQ(pair(sample).designDegreesOfFreedom, 4);
+    EXPECT_EQ(pair(sample).pValue, pair(rest).pValue);
+    EXPECT_EQ(table(sample).designDegreesOfFreedom, 4);
+    EXPECT_EQ(table(sample).pValue, table(rest).pValue);
+    for (const AnalysisReadiness& readiness :
+         {fit->readiness, pair(sample).readiness, table(sample).readiness}) {
+        EXPECT_TRUE(cautions(readiness).front().starts_with("1 stratum/strata contain a single"));
+    }
+}
+
+TEST(SurveyInference, ATableThatTheDesignFixesIsNotTested) {
+    Sample sample;
+    Texts strata;
+    for (std::size_t i = 0; i < 40; ++i) {
+        sample.levelTexts[i] = i % 2 == 0 ? "f" : "m";
+        strata.push_back(sample.levelTexts[i] + (i < 17 ? "n" : "s"));
+        sample.yesTexts[i] = i < 17 ? "north" : "south";
+        sample.design.weights[i] = i < 17 ? 1.3 : 0.7;
+    }
+    sample.design.strata = TextColumn::of(strata);
+    sample.design.clusters = nullptr;
+    const auto result = SurveyCategorical::test(*TextColumn::of(sample.yesTexts),
+                                                *TextColumn::of(sample.levelTexts), sample.design);
+    EXPECT_EQ(obstacles(result.readiness),
+              Texts{"The design gives the cells no variance, so nothing can be tested. Check "
+                    "strata and clusters."});
+}
+
+TEST(SurveyModels, HeavyTailsAreNoSeparation) {
+    std::mt19937_64 random(5);
+    std::lognormal_distribution<double> incomes(10.0, 2.0);
+    std::uniform_real_distribution<double> chance(0.0, 1.0);
+    Values income;
+    Values bought;
+    for (int i = 0; i < 800; ++i) {
+        income.emplace_back(incomes(random));
+        const double logOdds = (*income.back() - 22026.0) / 8000.0;
+        bought.emplace_back(chance(random) < 1.0 / (1.0 + std::exp(-logOdds)) ? 1.0 : 0.0);
+    }
+    const std::vector predictors = {test::plainColumn(income)};
+    const auto fit = [&predictors](const Values& outcome) {
+        return *SurveyGLM::fitLogistic(test::plainColumn(outcome), predictors,
+                                       {.weights = std::vector(800, 1.0)},
+                                       {.predictorNames = {"income"}, .outcomeName = "y"});
+    };
+    const SurveyModelResult sound = fit(bought);
+    ASSERT_EQ(sound.coefficients.size(), 2U);
+    EXPECT_NEAR(sound.coefficients.back().estimate, 1.0 / 8000.0, 3e-5);
+    for (std::size_t i = 0; i < 800; ++i) {
+        bought[i] = *income[i] > 22026.0 ? 1.0 : 0.0;
+    }
+    EXPECT_TRUE(obstacles(fit(bought).readiness).front().starts_with("The fit did not converge"));
 }
 
 }  // namespace

@@ -115,6 +115,10 @@ TEST(WeightedEstimators, CountOnlyRowsWithValues) {
          WeightedEstimators::ratio(column({1, 1, 1, 1, 1, 1, 1, 1}),
                                    column({0, 0, 0, 0, 0, 0, 0, 0}), design),
          "The denominator adds up to zero, so no ratio can be formed. Choose another denominator."},
+        {"a denominator of rounding",
+         WeightedEstimators::ratio(column({1, 2, 3, 4}), column({0.1, 0.2, -0.3, 0}),
+                                   {.weights = std::vector(4, 1.0)}),
+         "The denominator adds up to zero, so no ratio can be formed. Choose another denominator."},
         {"a two among ones",
          WeightedEstimators::proportion(column({1, 0, 2, 1, 0, 1, 0, 1}), design),
          "A proportion needs a variable coded 0 and 1; 1 row(s) hold another value. Recode the "

@@ -50,9 +50,7 @@ std::int64_t casesPerGroup(const ANOVAResult& classic) {
     return (classic.dfWithin + groups) / groups;
 }
 
-std::vector<std::string> summaryCells(const GroupSummary& group) {
-    const int decimals = ReportDecimals::ofSample(group.mean, group.standardDeviation);
-    const int ofError = ReportDecimals::of(group.standardError.value_or(0.0), decimals);
+std::vector<std::string> summaryCells(const GroupSummary& group, int decimals, int ofError) {
     return {group.groupLabel,
             ResultText::count(group.n),
             svFmt(group.mean, decimals),
@@ -70,10 +68,12 @@ ReportTable descriptivesTable(const OneWayRun& run) {
     table.headers = {run.result->groupName, "N",          "Mean",
                      "Std. Deviation",      "Std. Error", "95% CI Lower",
                      "95% CI Upper",        "Minimum",    "Maximum"};
+    const int decimals = ReportDecimals::ofSample(run.total.mean, run.total.standardDeviation);
+    const int ofError = ReportDecimals::of(run.total.standardError.value_or(0.0), decimals);
     for (const GroupSummary& group : run.result->groupSummaries) {
-        table.rows.push_back(summaryCells(group));
+        table.rows.push_back(summaryCells(group, decimals, ofError));
     }
-    table.rows.push_back(summaryCells(run.total));
+    table.rows.push_back(summaryCells(run.total, decimals, ofError));
     return table;
 }
 
