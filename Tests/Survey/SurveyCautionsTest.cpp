@@ -225,7 +225,7 @@ TEST(SurveyWording, TellsResultsInOneSentence) {
                                                              .pValue = 0.00001,
                                                              .designDegreesOfFreedom = 31}),
               "In the population that the sample stands for, age and trust correlate by an "
-              "estimated r = -0.313 (SE 0.052), t(31) = -6.03, p < .001.");
+              "estimated r = -.313 (SE .052), t(31) = -6.03, p < .001.");
     EXPECT_EQ(SurveyWording::summary(SurveyCategoricalResult{.rowName = "region",
                                                              .columnName = "vote",
                                                              .chiSquareDF = 4,
@@ -235,7 +235,7 @@ TEST(SurveyWording, TellsResultsInOneSentence) {
                                                              .pValue = 0.0713,
                                                              .cramersV = 0.1234}),
               "The association of region and vote was tested with the Rao-Scott second-order "
-              "correction: F(3.46, 107.14) = 2.35, p = .071; Cramer's V = 0.123.");
+              "correction: F(3.46, 107.14) = 2.35, p = .071; Cramer's V = .123.");
 }
 
 TEST(SurveyWording, SaysOfEachModelWhatMustNotBeClaimed) {

@@ -379,8 +379,8 @@ TEST(WeightedEstimators, RefuseSumsThatAreNoNumbers) {
          "the sums cannot be formed. Check the weights, or rescale the variable by a power of "
          "ten."},
         {__LINE__, WeightedEstimators::mean(numbersOf(study, &Respondent::y), noReplicate),
-         "No replicate gives weight to the rows that hold the value, so no standard error can be "
-         "estimated. Check the replicate weights."},
+         "No replicate gives an estimate of the rows that hold the values, so no standard error "
+         "can be formed. Check the replicate weights."},
     };
     for (const auto& each : cases) {
         ASSERT_EQ(each.estimate.readiness.issues.size(), 1U) << each.line;
