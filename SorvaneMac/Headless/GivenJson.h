@@ -21,7 +21,8 @@ namespace GivenJson {
 
 /// A text of blanks alone is an empty object.
 ///
-/// Failure    no JSON, more than 200 levels, a number beyond the doubles -> GivenJsonError
+/// Failure    no JSON, more than 200 levels, a name twice in one object, a number beyond the doubles
+///            -> GivenJsonError
 Json of(std::string_view text, const std::string& what);
 /// The same of a file.
 ///

@@ -17,11 +17,21 @@ namespace {
 using Numbers = std::vector<double>;
 using Size = std::size_t;
 
+/// No list is longer than what a machine could hold.
+void expectSquare(Size n) {
+    constexpr Size most = 20000;
+    if (n > most) {
+        throw CallError("A matrix of so many columns is too large; give at most " +
+                        NumberText::integer(static_cast<std::int64_t>(most)) + ".");
+    }
+}
+
 /// The Gram matrix of a list that fits its dimensions.
 Numbers checkedGramMatrix(const Numbers& matrix, Size rows, Size cols) {
     if (cols == 0 ? !matrix.empty() : matrix.size() / cols != rows || matrix.size() % cols != 0) {
         throw CallError("The argument \"matrix\" needs rows times cols numbers.");
     }
+    expectSquare(cols);
     return LinearAlgebra::gramMatrix(matrix, rows, cols);
 }
 
@@ -103,7 +113,13 @@ std::vector<Procedure> optimizerProcedures() {
             Value<Numbers>{"response"}, Value<IRLS::Link>{"link"},
             Setting<int>{"maxIterations", limits.maxIterations},
             Setting<double>{"tolerance", limits.tolerance}),
-        procedure("BFGSMinimizer.identity", &BFGSMinimizer::identity, Value<Size>{"n"}),
+        procedure(
+            "BFGSMinimizer.identity",
+            [](Size n) {
+                expectSquare(n);
+                return BFGSMinimizer::identity(n);
+            },
+            Value<Size>{"n"}),
     };
 }
 

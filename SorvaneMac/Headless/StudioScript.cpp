@@ -15,6 +15,8 @@ namespace {
 /// A step that is not one.
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
 
+constexpr std::string_view noMemory = "There is not enough memory for this step.";
+
 /// What the workspace says: all its optional texts, but for the place of the project.
 Json messages(const StudioState& state) {
     using Message = Field<std::optional<std::string>>;
@@ -53,8 +55,11 @@ StepOutcome StudioScript::perform(const Json& step) {
         outcome.refusal = error.what();
         outcome.report["refused"] = error.what();
     } catch (const std::bad_alloc&) {
-        outcome.refusal = "There is not enough memory for this step.";
-        outcome.report["refused"] = *outcome.refusal;
+        outcome.refusal = std::string(noMemory);
+        outcome.report["refused"] = noMemory;
+    } catch (const std::length_error&) {
+        outcome.refusal = std::string(noMemory);
+        outcome.report["refused"] = noMemory;
     }
     outcome.report["dataset"] = state_.dataset().name;
     outcome.report["rows"] = state_.dataset().rowCount();
@@ -139,7 +144,11 @@ Json StudioScript::paste(const Json& argument) {
 }
 
 Json StudioScript::blank(const Json& argument) {
-    if (!argument.is_object() || argument.empty()) {
+    if (!argument.is_object()) {
+        throw StepRefused(
+            "The step \"blank\" needs {}, or an object of name, rows, columns and headers.");
+    }
+    if (argument.empty()) {
         state_.beginBlankDataset();
         return Json::object();
     }

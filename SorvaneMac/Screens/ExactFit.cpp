@@ -6,7 +6,7 @@
 namespace sorvane::ExactFit {
 
 std::optional<std::string> caution(const std::vector<double>& t) {
-    constexpr double farthest = 1e12;
+    constexpr double farthest = 1e10;
     if (std::ranges::none_of(t, [](double each) { return std::abs(each) > farthest; })) {
         return std::nullopt;
     }

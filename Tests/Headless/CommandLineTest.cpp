@@ -116,6 +116,8 @@ TEST_F(CommandLine, ToldWhatIsWrongWithGivenJson) {
         {R"({"a":1e999})", "A number of the arguments is beyond all doubles.\n"},
         {R"({"a":)" + deep + R"(,"b":1})",
          "Lists and objects of the arguments nest more than 200 levels deep.\n"},
+        {R"({"a":[{"c":1},{"c":2,"d":{"c":3}}],"b":{"c":1,"d":2,"c":3}})",
+         "The name \"c\" stands twice in one object of the arguments. Leave one of them out.\n"},
     };
     for (const auto& each : cases) {
         const std::string file = fileHolding(each.text, "given.json");

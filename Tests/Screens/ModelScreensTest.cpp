@@ -46,8 +46,7 @@ const std::vector<SeedCase> seedCases = {
                             {"mlRandomSlope", R"("x1")"}},
      {{"mlCluster", R"("id")"}, {"mlCluster2", R"("school")"}, {"mlRandomSlope", R"("x1")"}}},
     {__LINE__, multilevel, {{"mlPredictors", R"(["x1"])"}, {"mlRandomSlope", R"("late")"}},
-     {{"mlRandomSlope", R"("")"}, {"mlMessage", R"("late no longer has a random slope: it is not among the predictors. Choose )"
-                    R"(it under Random slope to make it both.")"}}},
+     {{"mlPredictors", R"(["late","x1"])"}, {"mlRandomSlope", R"("late")"}, {"mlMessage", "null"}}},
     {__LINE__, multilevel, {{"mlStructure", R"("crossed")"}, {"mlPredictors", R"(["x1"])"},
                             {"mlRandomSlope", R"("x1")"}}, {{"mlRandomSlope", R"("")"}}},
     {__LINE__, latentClass, {{"lcClassCount", "9"}},

@@ -449,7 +449,8 @@ TEST(MultilevelScreen, TellsOfCountsThatHaveNoEnd) {
     CountStudy counts([](int g, int i) { return i % 2 == 1 ? 0.0 : 2.0 + (3 * g + i) % 4; });
     const ScreenContent content =
         counts.shown({{"mlFamily", R"("poisson")"}, {"mlPredictors", R"(["odd"])"}});
-    EXPECT_TRUE(saysAmongCautions(content, "Standard errors beyond 20, of odd, usually mean"));
+    EXPECT_TRUE(saysAmongCautions(
+        content, "Standard errors beyond 20 for one standard deviation, of odd, usually mean"));
     EXPECT_EQ(cardOf(content, "Sample and singularity checks"), nullptr);
     const std::string& sentence = content.findings.front().item.apaSummary;
     EXPECT_NE(sentence.find(", RR < 0.01, 95% CI"), std::string::npos) << sentence;
@@ -500,8 +501,6 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
     };
     const std::string start = "Days no longer has a random slope: ";
     const std::vector<std::pair<Settings, std::string>> steps = {
-        {{{"mlPredictors", "[]"}},
-         start + "it is not among the predictors. Choose it under Random slope to make it both."},
         {{{"mlStructure", R"("crossed")"}},
          start + "choose Nested, and a family other than Ordinal, to have one."},
         {{{"mlStructure", R"("growth")"}, {"mlTime", R"("Days")"}}, ""},
@@ -520,6 +519,25 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
     study.set({{"mlOutcome", R"("Reaction")"}});
     study.screens.appear(multilevel);
     EXPECT_EQ(warning(), "") << "it is no longer so";
+}
+
+TEST_F(SleepTest, AZeroFarFromAllDaysMakesNoBound) {
+    std::string text = "Reaction,year,Subject\n";
+    const ImportedDataset& dataset = study.state.dataset();
+    const auto cells = [&dataset](const char* name) -> const TextColumn& {
+        return dataset.rows.column(*dataset.columnIndex(name));
+    };
+    for (std::size_t row = 0; row < static_cast<std::size_t>(dataset.rowCount()); ++row) {
+        text += std::string(cells("Reaction")[row]) + "," +
+                std::to_string(2010 + std::stoi(std::string(cells("Days")[row]))) + ",s" +
+                std::string(cells("Subject")[row]) + "\n";
+    }
+    study.state.importPastedData(text);
+    study.assign({"Reaction", "year"}, VariableKind::outcome);
+    study.assign({"Subject"}, VariableKind::grouping);
+    const ScreenContent content =
+        shown({{"mlPredictors", R"(["year"])"}, {"mlRandomSlope", R"("year")"}});
+    EXPECT_FALSE(saysAmongCautions(content, "The intercept–slope correlation is at its bound"));
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {

@@ -167,11 +167,12 @@ void show(const ImputationFields& fields, ScreenContent& content) {
     if (!basis) {
         return;
     }
-    if (basis->analysis == "regression") {
+    const bool hasOthers = !basis->others.empty();
+    if (basis->analysis == "regression" && hasOthers) {
         PooledReport::addRegression(*basis, fields.impPooledCoefs.get(), content);
-    } else if (basis->analysis == "correlation") {
+    } else if (basis->analysis == "correlation" && hasOthers && fields.impPooledCorr.get()) {
         PooledReport::addCorrelation(*basis, *fields.impPooledCorr.get(), content);
-    } else {
+    } else if (fields.impPooled.get()) {
         PooledReport::addMean(*basis, *fields.impPooled.get(), content);
     }
 }

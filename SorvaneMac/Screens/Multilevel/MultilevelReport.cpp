@@ -118,7 +118,7 @@ ReportTable varianceTable(const MultilevelRun& run) {
     for (std::size_t at = 0; at < components.size(); ++at) {
         const MultilevelVarianceComponent& each = components[at];
         const int decimals =
-            isNearZero(run.choice, *run.result, at)
+            isNearZero(run, at)
                 ? fewest
                 : ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
         table.rows.push_back(
@@ -161,6 +161,12 @@ bool isNearZero(const MultilevelChoice& choice,
     return choice.isGaussian()
                ? variance < 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
                : variance * square < 1e-6;
+}
+
+bool isNearZero(const MultilevelRun& run, std::size_t component) {
+    constexpr std::size_t slope = 1;
+    const bool isSlope = component == slope && !run.choice.slope.empty();
+    return isNearZero(run.choice, *run.result, component, isSlope ? run.slopeSquare : 1.0);
 }
 
 std::vector<Tile> tiles(const MultilevelRun& run) {

@@ -29,6 +29,7 @@ bool isNearZero(const MultilevelChoice& choice,
                 const MultilevelResult& result,
                 std::size_t component,
                 double square = 1.0);
+bool isNearZero(const MultilevelRun& run, std::size_t component);
 
 std::vector<Tile> tiles(const MultilevelRun& run);
 /// The fixed effects, and the variances with their note.

@@ -135,6 +135,12 @@ MultilevelRun MultilevelColumns::fitted() const {
     if (rows && rows->slope) {
         departures.lines = linesOf(*rows, *run.result);
         run.slopeSquare = slopeSquareOf(*rows, choice.correlated);
+        run.slopeMean = SlopeUnits::of(rows->predictors[*rows->slope]).mean;
+    }
+    if (rows) {
+        for (const std::vector<double>& predictor : rows->predictors) {
+            run.predictorDeviations.push_back(SlopeUnits::of(predictor).deviation);
+        }
     }
     run.sizes = sizesOf(departures.clusters);
     run.secondSizes = sizesOf(departures.second);

@@ -48,6 +48,7 @@ void MultilevelScreen::seed() {
     if (predictorSeed_.isOpen()) {
         Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
     }
+    MultilevelSelection::selectSlope(fields_);
     MultilevelSelection::dropForbiddenSlope(fields_);
 }
 

@@ -136,9 +136,11 @@ Subscription clearMessageOnChange(FieldRegistry& registry, MultilevelFields& fie
 }
 
 void selectSlope(MultilevelFields& fields) {
-    if (allowsRandomSlope(fields) && !fields.mlRandomSlope->isBlank()) {
+    const std::string& slope = fields.mlRandomSlope->name;
+    if (allowsRandomSlope(fields) && !slope.empty() && !placed(fields).contains(slope) &&
+        !fields.mlPredictors->contains(slope)) {
         NameSet predictors = fields.mlPredictors.get();
-        predictors.insert(fields.mlRandomSlope->name);
+        predictors.insert(slope);
         fields.mlPredictors.set(predictors);
     }
 }

@@ -12,7 +12,7 @@ namespace sorvane::MultilevelSelection {
 void dropForbiddenSlope(MultilevelFields& fields);
 /// Blanks the message with each change of what it may rest on.
 [[nodiscard]] Subscription clearMessageOnChange(FieldRegistry& registry, MultilevelFields& fields);
-/// Makes a random slope that was chosen a predictor too.
+/// Makes a random slope that was chosen a predictor too, where nothing else forbids it.
 void selectSlope(MultilevelFields& fields);
 
 /// The outcome, the groupings, the time, the predictors and the random slope.

@@ -97,12 +97,9 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
 }
 
 void addBoundaries(std::vector<std::string>& warnings, const MultilevelRun& run) {
-    constexpr std::size_t slope = 1;
     const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
     for (std::size_t at = 0; at < components.size(); ++at) {
-        const bool isSlope = at == slope && !run.choice.slope.empty();
-        if (MultilevelReport::isNearZero(run.choice, *run.result, at,
-                                         isSlope ? run.slopeSquare : 1.0)) {
+        if (MultilevelReport::isNearZero(run, at)) {
             warnings.push_back("The variance of " + components[at].name +
                                " is near zero (boundary).");
         }
@@ -123,28 +120,41 @@ void addUntoldVariances(std::vector<std::string>& warnings, const MultilevelRun&
     addIf(result.nClustersSecondary == result.n, run.choice.secondLabel());
 }
 
-/// As the engine has it of shares, of which it tells itself.
+/// By the errors for a step of one standard deviation, on the log scale of the counts.
 void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& run) {
     constexpr double extremeError = 20.0;
     std::vector<std::string> names;
-    for (const MultilevelFixedEffect& effect : run.result->fixedEffects) {
-        if (!(effect.standardError <= extremeError)) {
+    for (std::size_t j = 0; j < run.predictorDeviations.size(); ++j) {
+        const MultilevelFixedEffect& effect = run.result->fixedEffects[j + 1];
+        if (!(effect.standardError * run.predictorDeviations[j] <= extremeError)) {
             names.push_back(effect.name);
         }
     }
     if (!names.empty()) {
         warnings.push_back(
-            "Standard errors beyond 20, of " + ResultText::listed(names) +
+            "Standard errors beyond 20 for one standard deviation, of " +
+            ResultText::listed(names) +
             ", usually mean that cases of some kind have counts of zero alone, so that a "
             "coefficient grows without end. Treat these estimates as unstable; consider "
             "collapsing sparse categories or removing the offending predictor.");
     }
 }
 
+/// Of the slope with the intercept where the slope's predictor has its mean: at a zero far from all
+/// values, as that of years, any correlation tends to 1. NaN where no variance is left there.
+double correlationAtMean(const MultilevelRun& run) {
+    const double intercept = run.result->varianceComponents[0].variance;
+    const double slope = run.result->varianceComponents[1].variance;
+    const double covariance = *run.result->randomEffectCorrelation * std::sqrt(intercept * slope);
+    const double atMean =
+        intercept + 2.0 * run.slopeMean * covariance + run.slopeMean * run.slopeMean * slope;
+    return (covariance + run.slopeMean * slope) / std::sqrt(atMean * slope);
+}
+
 bool isCorrelationAtBound(const MultilevelRun& run) {
     // Searches of counts and shares end as near as this to a bound of 1.
     constexpr double bound = 0.999;
-    return std::abs(run.result->randomEffectCorrelation.value_or(0.0)) > bound;
+    return run.result->randomEffectCorrelation && !(std::abs(correlationAtMean(run)) <= bound);
 }
 
 std::string whatToConfirm(MultilevelFamily family) {

@@ -81,6 +81,11 @@ std::vector<std::string> warnings(const MultipleRegressionResult& result) {
     if (std::optional<std::string> exact = ExactFit::caution(ofSlopes)) {
         all.push_back(std::move(*exact));
     }
+    if (std::isnan(result.rSquared)) {
+        all.emplace_back(
+            "The outcome does not vary, so that there is nothing for the predictors to tell. "
+            "Choose another outcome.");
+    }
     return all;
 }
 
