@@ -25,6 +25,7 @@
 #include "SorvaneMac/Screens/Regression/RegressionScreen.h"
 #include "SorvaneMac/Screens/RelationshipsScreen.h"
 #include "SorvaneMac/Screens/ReliabilityScreen.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Screens/Structural/StructuralScreen.h"
 #include "SorvaneMac/Screens/Survey/SurveyScreen.h"
 #include "SorvaneMac/Screens/Survey/SurveyWeights.h"
@@ -44,7 +45,8 @@ bool takesWeights(StudioScreen id) {
 
 }  // namespace
 
-StudioScreens::StudioScreens(StudioState& state) : fields(state.fields), state_(state) {
+StudioScreens::StudioScreens(StudioState& state)
+    : ownFields_(std::make_unique<ScreenFields>(state.fields)), fields(*ownFields_), state_(state) {
     const auto add = [this](std::unique_ptr<Screen> screen) {
         const StudioScreen id = screen->id();
         screens_.emplace(id, std::move(screen));

@@ -4,13 +4,17 @@
 #include <memory>
 
 #include "SorvaneMac/Screens/Screen.h"
-#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/State/StudioState.h"
 
 namespace sorvane {
 
-/// All screens of the workspace, with their fields.
+struct ScreenFields;
+
+/// All screens of the workspace, with their fields. The fields stand apart: most who hold the
+/// screens do not look into them, and they reach every analysis.
 class StudioScreens {
+    std::unique_ptr<ScreenFields> ownFields_;
+
 public:
     explicit StudioScreens(StudioState& state);
     ~StudioScreens();
@@ -27,7 +31,7 @@ public:
     /// where the link says so.
     void follow(const ScreenLink& link);
 
-    ScreenFields fields;
+    ScreenFields& fields;
 
 private:
     struct KeptContent {

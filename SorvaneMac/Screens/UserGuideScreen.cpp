@@ -1,6 +1,5 @@
 #include "SorvaneMac/Screens/UserGuideScreen.h"
 
-#include <map>
 #include <string_view>
 
 namespace sorvane {
@@ -8,42 +7,6 @@ namespace sorvane {
 namespace {
 
 using enum StudioScreen;
-
-/// What each screen answers, in a line.
-const std::map<StudioScreen, std::string_view>& purposes() {
-    static const std::map<StudioScreen, std::string_view> texts = {
-        {overview, "Where does the study stand, and what comes next?"},
-        {importData, "How did the file come in, and what was repaired on the way?"},
-        {dataPreview, "What stands in the cells?"},
-        {dataPrep, "Which new variables do I need, made from the ones I have?"},
-        {instrumentMap, "What does each column seem to be, and why?"},
-        {variableTypes, "What is each variable in this study? Here you decide."},
-        {dataQuality, "What is missing, out of range, unusual or twice there?"},
-        {scalesReliability, "Do these items measure one thing consistently?"},
-        {descriptives, "What is typical, and how are values spread?"},
-        {inferential, "Do groups or occasions differ on average?"},
-        {correlation, "Do two variables move together?"},
-        {regression, "What goes with the outcome when the rest is held constant?"},
-        {nonparametric, "The same questions by ranks and counts."},
-        {dataReduction, "Which variables belong together, which cases are alike?"},
-        {multivariate, "Do groups differ on several outcomes at once?"},
-        {sem, "Does a model of factors and paths fit the data?"},
-        {survey, "What holds for the population that the sample was drawn from?"},
-        {groupPatterns, "How much do groups overlap?"},
-        {relationships, "May this association be described by a line?"},
-        {categoricalTests, "Do two sets of categories go together?"},
-        {multilevel, "How much is a matter of the group that a case belongs to?"},
-        {latentClass, "Are there kinds of people behind the answers?"},
-        {survival, "How long does it take until something happens?"},
-        {mediation, "By which way, or for whom, does an effect come about?"},
-        {invariance, "Does a scale mean the same in each group?"},
-        {findings, "What will the report say? Here it is assembled and edited."},
-        {technicalAppendix, "What does another researcher need to repeat it?"},
-        {export_, "In which form does the report leave the program?"},
-        {userGuide, "This page."},
-    };
-    return texts;
-}
 
 struct Step {
     StudioSection section;
@@ -82,7 +45,7 @@ Card stepCard(const Step& step) {
     card.paragraphs = {std::string(step.text)};
     for (const StudioScreen screen : allStudioScreens()) {
         if (section(screen) == step.section) {
-            card.facts.push_back({std::string(title(screen)), std::string(purposes().at(screen))});
+            card.facts.push_back({std::string(title(screen)), std::string(purpose(screen))});
         }
     }
     card.links = {{"Go to " + std::string(title(step.first)), step.first}};

@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Screens/DatasetText.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Shell/ComputingOverlay.h"
 #include "SorvaneMac/Shell/ErrorBanner.h"
 #include "SorvaneMac/Shell/FindingsPage.h"

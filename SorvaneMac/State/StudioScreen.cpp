@@ -5,6 +5,7 @@
 #include <boost/describe/enumerators.hpp>
 #include <boost/mp11/algorithm.hpp>
 #include <cstddef>
+#include <iterator>
 
 namespace sorvane {
 
@@ -13,41 +14,67 @@ namespace {
 struct ScreenTexts {
     std::string_view title;
     StudioSection section;
+    std::string_view methodName;
+    std::string_view purpose;
 };
 
 using enum StudioSection;
 
-constexpr std::array<ScreenTexts, 29> screenTexts = {{
-    {"Overview", project},
-    {"Import Data", project},
-    {"Data Preview", project},
-    {"Prepare Data", project},
-    {"Instrument Map", instrument},
-    {"Variable Types", instrument},
-    {"Data Quality", instrument},
-    {"Scale & Reliability", instrument},
-    {"Descriptives & Explore", evidence},
-    {"Compare Means", evidence},
-    {"Correlation", evidence},
-    {"Regression", evidence},
-    {"Nonparametric & Categorical", evidence},
-    {"Data Reduction", evidence},
-    {"Multivariate", evidence},
-    {"SEM & CFA", evidence},
-    {"Survey Design", evidence},
-    {"Multilevel", advanced},
-    {"Latent Class", advanced},
-    {"Survival", advanced},
-    {"Mediation & Moderation", advanced},
-    {"Invariance", advanced},
-    {"Group Patterns", evidence},
-    {"Relationships", evidence},
-    {"Categorical Tests", evidence},
-    {"Findings", report},
-    {"Technical Appendix", report},
-    {"Share & export", report},
-    {"User Guide", report},
-}};
+constexpr std::string_view projectReview = "project review";
+
+/// One row per screen, in the order of the enumerators.
+constexpr ScreenTexts screenTexts[] = {
+    {"Overview", project, projectReview, "Where does the study stand, and what comes next?"},
+    {"Import Data", project, projectReview,
+     "How did the file come in, and what was repaired on the way?"},
+    {"Data Preview", project, projectReview, "What stands in the cells?"},
+    {"Prepare Data", project, projectReview,
+     "Which new variables do I need, made from the ones I have?"},
+    {"Instrument Map", instrument, projectReview, "What does each column seem to be, and why?"},
+    {"Variable Types", instrument, projectReview,
+     "What is each variable in this study? Here you decide."},
+    {"Data Quality", instrument, "data quality scan",
+     "What is missing, out of range, unusual or twice there?"},
+    {"Scale & Reliability", instrument, "scale reliability",
+     "Do these items measure one thing consistently?"},
+    {"Descriptives & Explore", evidence, "descriptive statistics",
+     "What is typical, and how are values spread?"},
+    {"Compare Means", evidence, "group comparison", "Do groups or occasions differ on average?"},
+    {"Correlation", evidence, "correlation analysis", "Do two variables move together?"},
+    {"Regression", evidence, "regression analysis",
+     "What goes with the outcome when the rest is held constant?"},
+    {"Nonparametric & Categorical", evidence, "nonparametric analysis",
+     "The same questions by ranks and counts."},
+    {"Data Reduction", evidence, "data reduction",
+     "Which variables belong together, which cases are alike?"},
+    {"Multivariate", evidence, "multivariate analysis",
+     "Do groups differ on several outcomes at once?"},
+    {"SEM & CFA", evidence, "structural equation modeling",
+     "Does a model of factors and paths fit the data?"},
+    {"Survey Design", evidence, "weighted estimation",
+     "What holds for the population that the sample was drawn from?"},
+    {"Multilevel", advanced, "multilevel analysis",
+     "How much is a matter of the group that a case belongs to?"},
+    {"Latent Class", advanced, "latent class analysis",
+     "Are there kinds of people behind the answers?"},
+    {"Survival", advanced, "survival analysis", "How long does it take until something happens?"},
+    {"Mediation & Moderation", advanced, projectReview,
+     "By which way, or for whom, does an effect come about?"},
+    {"Invariance", advanced, projectReview, "Does a scale mean the same in each group?"},
+    {"Group Patterns", evidence, "group comparison", "How much do groups overlap?"},
+    {"Relationships", evidence, "correlation analysis",
+     "May this association be described by a line?"},
+    {"Categorical Tests", evidence, "nonparametric analysis",
+     "Do two sets of categories go together?"},
+    {"Findings", report, projectReview,
+     "What will the report say? Here it is assembled and edited."},
+    {"Technical Appendix", report, projectReview,
+     "What does another researcher need to repeat it?"},
+    {"Share & export", report, projectReview, "In which form does the report leave the program?"},
+    {"User Guide", report, projectReview, "This page."},
+};
+static_assert(std::size(screenTexts) ==
+              boost::mp11::mp_size<boost::describe::describe_enumerators<StudioScreen>>::value);
 
 constexpr std::array<std::string_view, 5> sectionNames = {"Project", "Instrument", "Evidence",
                                                           "Advanced", "Report"};
@@ -67,45 +94,15 @@ std::string_view title(StudioScreen screen) {
 }
 
 bool isAdvanced(StudioScreen screen) {
-    return screen >= StudioScreen::multilevel && screen <= StudioScreen::invariance;
+    return section(screen) == StudioSection::advanced;
 }
 
 std::string_view methodName(StudioScreen screen) {
-    switch (screen) {
-        case StudioScreen::dataQuality:
-            return "data quality scan";
-        case StudioScreen::scalesReliability:
-            return "scale reliability";
-        case StudioScreen::descriptives:
-            return "descriptive statistics";
-        case StudioScreen::inferential:
-        case StudioScreen::groupPatterns:
-            return "group comparison";
-        case StudioScreen::correlation:
-        case StudioScreen::relationships:
-            return "correlation analysis";
-        case StudioScreen::regression:
-            return "regression analysis";
-        case StudioScreen::nonparametric:
-        case StudioScreen::categoricalTests:
-            return "nonparametric analysis";
-        case StudioScreen::dataReduction:
-            return "data reduction";
-        case StudioScreen::multivariate:
-            return "multivariate analysis";
-        case StudioScreen::sem:
-            return "structural equation modeling";
-        case StudioScreen::survey:
-            return "weighted estimation";
-        case StudioScreen::multilevel:
-            return "multilevel analysis";
-        case StudioScreen::latentClass:
-            return "latent class analysis";
-        case StudioScreen::survival:
-            return "survival analysis";
-        default:
-            return "project review";
-    }
+    return texts(screen).methodName;
+}
+
+std::string_view purpose(StudioScreen screen) {
+    return texts(screen).purpose;
 }
 
 const std::vector<StudioScreen>& allStudioScreens() {

@@ -7,76 +7,47 @@
 namespace sorvane {
 
 /// The screens of the workspace, in the order of the work. The raw value is the case name.
-enum class StudioScreen {
-    overview,
-    importData,
-    dataPreview,
-    dataPrep,
-    instrumentMap,
-    variableTypes,
-    dataQuality,
-    scalesReliability,
-    descriptives,
-    inferential,
-    correlation,
-    regression,
-    nonparametric,
-    dataReduction,
-    multivariate,
-    sem,
-    survey,
-    multilevel,
-    latentClass,
-    survival,
-    mediation,
-    invariance,
-    groupPatterns,
-    relationships,
-    categoricalTests,
-    findings,
-    technicalAppendix,
-    export_,
-    userGuide,
-};
-BOOST_DESCRIBE_ENUM(StudioScreen,
-                    overview,
-                    importData,
-                    dataPreview,
-                    dataPrep,
-                    instrumentMap,
-                    variableTypes,
-                    dataQuality,
-                    scalesReliability,
-                    descriptives,
-                    inferential,
-                    correlation,
-                    regression,
-                    nonparametric,
-                    dataReduction,
-                    multivariate,
-                    sem,
-                    survey,
-                    multilevel,
-                    latentClass,
-                    survival,
-                    mediation,
-                    invariance,
-                    groupPatterns,
-                    relationships,
-                    categoricalTests,
-                    findings,
-                    technicalAppendix,
-                    export_,
-                    userGuide)
+BOOST_DEFINE_ENUM_CLASS(StudioScreen,
+                        overview,
+                        importData,
+                        dataPreview,
+                        dataPrep,
+                        instrumentMap,
+                        variableTypes,
+                        dataQuality,
+                        scalesReliability,
+                        descriptives,
+                        inferential,
+                        correlation,
+                        regression,
+                        nonparametric,
+                        dataReduction,
+                        multivariate,
+                        sem,
+                        survey,
+                        multilevel,
+                        latentClass,
+                        survival,
+                        mediation,
+                        invariance,
+                        groupPatterns,
+                        relationships,
+                        categoricalTests,
+                        findings,
+                        technicalAppendix,
+                        export_,
+                        userGuide)
 
 /// The case name; `export_` is stored as "export".
 std::string_view rawValue(StudioScreen screen);
 /// The title shown in the navigation and above the screen.
 std::string_view title(StudioScreen screen);
 bool isAdvanced(StudioScreen screen);
-/// What a method record calls the screen's analysis: "scale reliability"; "project review" for a
-/// screen that analyses nothing.
+/// What a method record calls the screen's analysis: "scale reliability"; "project review" where it
+/// has no name of its own.
 std::string_view methodName(StudioScreen screen);
+/// The question that the screen answers, in a line.
+std::string_view purpose(StudioScreen screen);
 const std::vector<StudioScreen>& allStudioScreens();
 
 /// The groups of the navigation list.

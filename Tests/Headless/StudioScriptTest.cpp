@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneMac/Screens/ScreenFields.h"
+
 namespace sorvane {
 namespace {
 

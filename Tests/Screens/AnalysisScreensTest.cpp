@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Project/RecordJson.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Screens/StudioScreens.h"
 
 namespace sorvane {

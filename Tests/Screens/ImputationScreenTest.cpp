@@ -5,6 +5,7 @@
 #include "SorvaneCore/Dataset/Grid/DatasetGridEditor.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/Imputation/PooledAnalysis.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 
 namespace sorvane {

@@ -6,6 +6,7 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {

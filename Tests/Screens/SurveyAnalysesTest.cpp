@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneMac/Report/APAFormat.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {

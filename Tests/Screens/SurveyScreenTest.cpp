@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Screens/Survey/SurveyWeights.h"
 #include "Tests/Screens/ScreenWorkplace.h"
 

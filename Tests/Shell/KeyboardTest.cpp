@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Shell/MainWindow.h"
 #include "SorvaneMac/Shell/QtText.h"
 #include "Tests/Shell/OffscreenApplication.h"

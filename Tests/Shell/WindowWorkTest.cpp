@@ -11,6 +11,7 @@
 #include <QTextEdit>
 
 #include "SorvaneMac/Report/RichDocument.h"
+#include "SorvaneMac/Screens/ScreenFields.h"
 #include "Tests/Shell/WindowFixture.h"
 
 namespace sorvane {
