@@ -146,27 +146,32 @@ RandomCovariance covarianceOf(std::vector<double> parameters, const SlopeFactor&
     return scale.covariance(parameters);
 }
 
-FixedEffectTable::Estimates nestedEstimates(const Fitted& fit,
-                                            const ClusterSums& sums,
-                                            const NestedLikelihood& likelihood,
-                                            const MultilevelOptions& options) {
+FixedEffectTable::Estimates nestedEstimates(const Fitted& fit, const MultilevelOptions& options) {
     FixedEffectTable::Estimates estimates = estimatesOf(fit);
     if (options.dfMethod == MultilevelDFMethod::wald) {
         return estimates;
     }
+    // By the slope in its own units: at a zero far from all values, as that of years, the terms of
+    // the covariance cancel each other, and their differences would be rounding.
+    const bool correlated = options.correlateRandomEffects;
+    const SlopeFactor scale = slopeFactor(fit.rows, correlated);
+    const SlopeFactor inUnits(SlopeUnits{}, correlated);
+    const Satterthwaite::Parameters parameters = nestedParameters(fit, scale, correlated);
+    const ClusterSums sums(fit.design, fit.rows.cluster, scale.scaled(slopeOf(fit.rows)));
     if (options.dfMethod == MultilevelDFMethod::kenwardRoger) {
-        if (auto adjustment = KenwardRoger::adjust(sums, fit.design, fit.profile(), fit.found.g,
-                                                   options.correlateRandomEffects)) {
+        if (auto adjustment =
+                KenwardRoger::adjust(sums, fit.design, fit.profile(),
+                                     covarianceOf(parameters.values, inUnits), correlated)) {
             estimates.variances = std::move(adjustment->variances);
             estimates.degrees = std::move(adjustment->degrees);
         }
     }
     if (options.dfMethod != MultilevelDFMethod::containment && !estimates.degrees) {
-        const SlopeFactor scale = slopeFactor(fit.rows, options.correlateRandomEffects);
+        const NestedLikelihood likelihood(sums, fit.design, fit.criterion);
         estimates.degrees = Satterthwaite::degrees(
-            nestedParameters(fit, scale, options.correlateRandomEffects),
-            [&likelihood, &scale](std::span<const double> theta) {
-                return likelihood.at(covarianceOf({theta.begin(), theta.end()}, scale));
+            parameters,
+            [&likelihood, &inUnits](std::span<const double> theta) {
+                return likelihood.at(covarianceOf({theta.begin(), theta.end()}, inUnits));
             },
             fit.design, fit.criterion);
     }
@@ -274,9 +279,8 @@ MultilevelResult fitNested(const MultilevelRows& rows,
                      .found = found,
                      .covariance = std::move(*covariance)};
     setFit(result, fit, options);
-    result.fixedEffects =
-        FixedEffectTable::of(options.fixedNames, nestedEstimates(fit, sums, likelihood, options),
-                             options.confidenceLevel);
+    result.fixedEffects = FixedEffectTable::of(options.fixedNames, nestedEstimates(fit, options),
+                                               options.confidenceLevel);
     setNestedVariances(result, fit, options);
     result.readiness = readinessOf(result, MultilevelWording::nestedMinimum(), totalRows,
                                    nestedIssues(fit, result));

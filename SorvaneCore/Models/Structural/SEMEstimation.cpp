@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <map>
 #include <numeric>
 #include <utility>
 
@@ -88,24 +89,96 @@ std::vector<double> fixedValues(const SEMModel& model, std::span<const double> u
     return result;
 }
 
-/// The start with each loading turned to the sign of the correlation that its indicator has with
-/// the marker of the factor.
-std::vector<double> turnedStart(const SEMModel& model,
-                                const ReticularModel& form,
-                                std::span<const double> correlations,
-                                std::vector<double> start) {
+/// A loading with the observed variables that stand for its indicator and for its factor.
+struct StandIns {
+    const SEMParameterSlot* slot;
+    std::size_t factor;
+    std::size_t indicator;
+    std::size_t marker;
+};
+
+std::vector<StandIns> loadings(const SEMModel& model, const ReticularModel& form) {
     const std::vector<std::optional<std::size_t>> markers = form.markers(model);
-    for (std::size_t slot = 0; slot < model.parameters.size(); ++slot) {
-        const SEMParameterSlot& each = model.parameters[slot];
-        const auto indicator = markers[form.entries()[slot].row];
-        const auto marker = markers[form.entries()[slot].column];
-        if (each.kind != SEMParameterKind::loading || !each.isFree || !indicator || !marker) {
-            continue;
+    std::vector<StandIns> result;
+    for (std::size_t at = 0; at < model.parameters.size(); ++at) {
+        const SEMParameterSlot& slot = model.parameters[at];
+        const std::size_t factor = form.entries()[at].column;
+        const auto indicator = markers[form.entries()[at].row];
+        if (slot.kind == SEMParameterKind::loading && indicator && markers[factor]) {
+            result.push_back({&slot, factor, *indicator, *markers[factor]});
         }
-        double& value = start[static_cast<std::size_t>(each.freeIndex)];
-        value = std::copysign(value, correlations[*indicator * form.observedCount() + *marker]);
+    }
+    return result;
+}
+
+/// The start with each free loading of the sign that is given for it.
+std::vector<double> turned(std::vector<double> start,
+                           std::span<const StandIns> loadings,
+                           std::span<const double> signs) {
+    for (std::size_t at = 0; at < loadings.size(); ++at) {
+        if (loadings[at].slot->isFree) {
+            double& value = start[static_cast<std::size_t>(loadings[at].slot->freeIndex)];
+            value = std::copysign(value, signs[at]);
+        }
     }
     return start;
+}
+
+/// By the correlation that the indicator has with the marker of the factor.
+std::vector<double> signsByMarker(std::span<const StandIns> loadings,
+                                  std::span<const double> correlations,
+                                  std::size_t variables) {
+    std::vector<double> signs;
+    for (const StandIns& each : loadings) {
+        signs.push_back(correlations[each.indicator * variables + each.marker]);
+    }
+    return signs;
+}
+
+/// Of some variables; all alike where there is none.
+std::vector<double> firstComponent(std::span<const std::size_t> some,
+                                   std::span<const double> correlations,
+                                   std::size_t variables) {
+    const std::size_t k = some.size();
+    std::vector<double> matrix(k * k);
+    for (std::size_t i = 0; i < k; ++i) {
+        for (std::size_t j = 0; j < k; ++j) {
+            matrix[i * k + j] = correlations[some[i] * variables + some[j]];
+        }
+    }
+    const auto eigen = LinearAlgebra::symmetricEigen(matrix, k);
+    if (!eigen) {
+        return std::vector<double>(k, 1.0);
+    }
+    const auto largest = std::ranges::max_element(eigen->values) - eigen->values.begin();
+    return eigen->vectors[static_cast<std::size_t>(largest)];
+}
+
+/// By the first component of the factor's indicators, beside that of the marker: where the marker
+/// hardly hangs together with the others, the signs of its correlations are chance.
+std::vector<double> signsByComponent(std::span<const StandIns> loadings,
+                                     std::span<const double> correlations,
+                                     std::size_t variables) {
+    std::map<std::size_t, std::vector<std::size_t>> ofFactor;
+    for (std::size_t at = 0; at < loadings.size(); ++at) {
+        ofFactor[loadings[at].factor].push_back(at);
+    }
+    std::vector<double> signs(loadings.size(), 1.0);
+    for (const auto& [factor, own] : ofFactor) {
+        std::vector<std::size_t> indicators;
+        for (const std::size_t at : own) {
+            indicators.push_back(loadings[at].indicator);
+        }
+        const std::vector<double> component = firstComponent(indicators, correlations, variables);
+        const auto marker = std::ranges::find(indicators, loadings[own.front()].marker);
+        const bool isTurned =
+            marker != indicators.end() &&
+            component[static_cast<std::size_t>(marker - indicators.begin())] < 0.0;
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            signs[own[i]] = isTurned ? -component[i] : component[i];
+        }
+    }
+    return signs;
 }
 
 /// Whether a search ended in a minimum; one that can hardly move any more may be elsewhere.
@@ -184,10 +257,14 @@ BFGSMinimizer::Result minimum(const SEMModel& model,
             best = std::move(found);
         }
     };
-    const std::vector<double> turned = turnedStart(model, form, sample.correlations, start);
-    const bool isAdmissible = isMinimum(best) && !hasNegativeVariance(model, best.parameters);
-    if (!isAdmissible && turned != start) {
-        searchFurther(same, turned);
+    const std::vector<StandIns> turning = loadings(model, form);
+    for (const auto signs : {&signsByMarker, &signsByComponent}) {
+        const std::vector<double> other =
+            turned(start, turning, signs(turning, sample.correlations, form.observedCount()));
+        const bool isAdmissible = isMinimum(best) && !hasNegativeVariance(model, best.parameters);
+        if (!isAdmissible && other != start) {
+            searchFurther(same, other);
+        }
     }
     if (!isMinimum(best)) {
         const std::vector<double> inData = freeUnits(model, units);

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "SorvaneCore/Models/Structural/SEMWording.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/BayesFactorLine.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Structural/SEMAdmissibility.h"
 #include "SorvaneMac/Screens/Structural/StructuralDiagram.h"
 
 namespace sorvane::StructuralReport {
@@ -35,33 +37,6 @@ constexpr BayesFactorLine::Sides sides = {
     .caption =
         "Approximate: BIC-based Bayes factor (Raftery 1995), not a JZS prior. Values above 1 "
         "support the model's restrictions"};
-
-/// Of a variable, or of its residual where something acts on it.
-double varianceOf(const SEMResult& result, const std::string& name) {
-    const auto own = std::ranges::find_if(result.parameters, [&name](const SEMParameter& each) {
-        return each.op == rawValue(SEMSyntaxOperator::covariance) && each.lhs == name &&
-               each.rhs == name;
-    });
-    return own == result.parameters.end() ? 0.0 : own->estimate;
-}
-
-/// Whether a covariance is more than its variances allow; of negative ones the engine tells.
-bool isBeyondOne(const SEMResult& result, const SEMParameter& each) {
-    if (each.op != rawValue(SEMSyntaxOperator::covariance) || each.lhs == each.rhs) {
-        return false;
-    }
-    const double first = varianceOf(result, each.lhs);
-    const double second = varianceOf(result, each.rhs);
-    return first > 0.0 && second > 0.0 && std::abs(each.estimate) > std::sqrt(first * second);
-}
-
-std::string beyondOne(const SEMResult& result, const SEMParameter& covariance) {
-    const bool isOfResiduals =
-        isActedOn(result, covariance.lhs) || isActedOn(result, covariance.rhs);
-    return std::string("The estimated ") + (isOfResiduals ? "residual " : "") + "correlation of " +
-           covariance.lhs + " and " + covariance.rhs +
-           " is beyond ±1; the solution is not admissible.";
-}
 
 bool hasRegressions(const SEMResult& result) {
     return std::ranges::any_of(result.parameters, [](const SEMParameter& each) {
@@ -176,11 +151,7 @@ std::vector<std::string> cautions(const SEMResult& result) {
     if (std::ranges::any_of(result.parameters, lacksError)) {
         messages.emplace_back(noStandardError);
     }
-    for (const SEMParameter& each : result.parameters) {
-        if (isBeyondOne(result, each)) {
-            messages.push_back(beyondOne(result, each));
-        }
-    }
+    std::ranges::move(SEMAdmissibility::cautions(result), std::back_inserter(messages));
     return messages;
 }
 
