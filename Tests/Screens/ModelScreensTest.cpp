@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
 #include "Tests/Screens/PanelStudy.h"
 #include "Tests/Screens/SetupControls.h"
 
