@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
+#include "SorvaneMac/Screens/Multilevel/MultilevelFields.h"
 #include "Tests/Screens/PanelStudy.h"
 #include "Tests/Screens/SetupControls.h"
 
