@@ -125,9 +125,9 @@ TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
         {__LINE__, "f =~ x1 + x2 + x3 + x4\nx1 ~~ 0.5*x1\nx2 ~~ 0.5*x2\nx1 ~~ -0.6*x2", 0,
          "The estimated residual correlation of x1 and x2 is beyond ±1", ""},
         {__LINE__,
-         "f =~ x1 + x2 + x3 + x4\nx1 ~~ 0.5*x1\nx2 ~~ 0.5*x2\nx3 ~~ 0.5*x3\nx1 ~~ 0.3*x2\n"
-         "x1 ~~ 0.3*x3\nx2 ~~ -0.3*x3",
-         0, "The estimated covariances of x1, x2, and x3 cannot occur together", ""},
+         threeFactors + "\nvisual ~~ 0.5*visual\ntextual ~~ 0.9*textual\nspeed ~~ 0.4*speed\n"
+                        "visual ~~ 0.5*textual\nvisual ~~ 0.35*speed\ntextual ~~ 0.05*speed",
+         0, "The estimated covariances of speed, textual, and visual cannot occur together", ""},
         {__LINE__, threeFactors, 20, "The ML estimator did not converge", ""},
         {__LINE__, "f =~ x1 + x2", 0, "", "Model is not identified: free parameters exceed"},
         {__LINE__, threeFactors, 2, "", "The sample covariance matrix is not positive"},
