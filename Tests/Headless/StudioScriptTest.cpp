@@ -160,6 +160,8 @@ TEST_F(StudioScriptTest, EndsAStepWithTheMessageOfTheWorkspace) {
          "Could not import nothing.ods: Sorvane Studio imports .xlsx, .numbers, and .csv files, "
          "not .ods files."},
         {__LINE__, R"({"paste": " "})", "Paste some tabular data first."},
+        {__LINE__, R"({"blank": 5})",
+         "The step \"blank\" needs {}, or an object of name, rows, columns and headers."},
         {__LINE__, R"({"set": {"nothing": 1}})", "There is no field \"nothing\"."},
         {__LINE__, R"({"set": {"minimumItemCompletion": "all"}})",
          "The field \"minimumItemCompletion\" needs a number."},

@@ -136,9 +136,9 @@ TEST_F(RegressionScreens, KeepTheDigitsOfAPredictorInSmallUnits) {
 TEST_F(RegressionScreens, WarnOfAnOutcomeThatThePredictorsGiveExactly) {
     const auto note = [this](const std::string& outcome) {
         study_.state.importPastedData(
-            "x,exact,close\n1.1,4.4,4.4\n2.7,10.8,10.8\n1.3,5.2,5.3\n4.9,19.6,19.6\n3.3,13.2,13.2\n"
-            "6.1,24.4,24.4\n");
-        study_.assign({"x", "exact", "close"}, VariableKind::outcome);
+            "x,exact,close,one\n1.1,4.4,4.4,2\n2.7,10.8,10.8,2\n1.3,5.2,5.3,2\n4.9,19.6,19.6,2\n"
+            "3.3,13.2,13.2,2\n6.1,24.4,24.4,2\n");
+        study_.assign({"x", "exact", "close", "one"}, VariableKind::outcome);
         choose("linear", outcome, R"(["x"])");
         EXPECT_FALSE(screen().run());
         return *screen().content().findings.front().item.table->note;
@@ -146,6 +146,7 @@ TEST_F(RegressionScreens, WarnOfAnOutcomeThatThePredictorsGiveExactly) {
     const std::string warning = "rest on rounding alone and mean nothing";
     EXPECT_NE(note("exact").find(warning), std::string::npos);
     EXPECT_EQ(note("close").find(warning), std::string::npos);
+    EXPECT_NE(note("one").find("The outcome does not vary"), std::string::npos);
 }
 
 TEST_F(RegressionScreens, SayWhyAModelCannotBeEstimated) {
