@@ -181,6 +181,13 @@ std::vector<double> signsByComponent(std::span<const StandIns> loadings,
     return signs;
 }
 
+/// All against the marker, where neither tells.
+std::vector<double> signsAgainstMarker(std::span<const StandIns> loadings,
+                                       std::span<const double> /*correlations*/,
+                                       std::size_t /*variables*/) {
+    return std::vector<double>(loadings.size(), -1.0);
+}
+
 /// Whether a search ended in a minimum; one that can hardly move any more may be elsewhere.
 bool isMinimum(const BFGSMinimizer::Result& found) {
     constexpr double flat = 1e-3;
@@ -258,7 +265,7 @@ BFGSMinimizer::Result minimum(const SEMModel& model,
         }
     };
     const std::vector<StandIns> turning = loadings(model, form);
-    for (const auto signs : {&signsByMarker, &signsByComponent}) {
+    for (const auto signs : {&signsByMarker, &signsByComponent, &signsAgainstMarker}) {
         const std::vector<double> other =
             turned(start, turning, signs(turning, sample.correlations, form.observedCount()));
         const bool isAdmissible = isMinimum(best) && !hasNegativeVariance(model, best.parameters);
