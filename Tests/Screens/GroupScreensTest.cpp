@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Dataset/NumericColumn.h"
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
 #include "Tests/Screens/TwoSiteStudy.h"
 
@@ -150,7 +152,7 @@ std::string inThousandths(const ImportedDataset& dataset) {
         for (std::size_t column = 0; column < dataset.headers.size(); ++column) {
             std::string cell(dataset.rows.column(column)[row]);
             if (column >= firstScore && column <= lastScore && cell != "NA") {
-                cell = std::to_string(std::stod(cell) / 1000.0);
+                cell = NumberText::shortest(*numericCell(cell) / 1000.0);
             }
             text += (column == 0 ? "" : ",") + cell;
         }
