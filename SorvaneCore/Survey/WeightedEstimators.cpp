@@ -49,14 +49,17 @@ struct Sample {
     /// Absent where the denominator adds up to 0, but for the last digits of its parts.
     std::optional<double> estimate(std::span<const double> weights) const {
         constexpr double rounding = 1e-14;
-        const double sum = weightedSum(weights, y);
         if (isTotal()) {
-            return sum;
+            return weightedSum(weights, y);
         }
-        const double denominator = weightedSum(weights, x);
+        double sum = 0.0;
+        double denominator = 0.0;
         double parts = 0.0;
         for (std::size_t i = 0; i < rows.size(); ++i) {
-            parts += std::abs(weights[rows[i]] * x[i]);
+            const double part = weights[rows[i]] * x[i];
+            sum += weights[rows[i]] * y[i];
+            denominator += part;
+            parts += std::abs(part);
         }
         return std::abs(denominator) <= rounding * parts ? std::nullopt
                                                          : std::optional(sum / denominator);

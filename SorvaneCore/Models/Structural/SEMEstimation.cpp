@@ -266,10 +266,12 @@ BFGSMinimizer::Result minimum(const SEMModel& model,
     };
     const std::vector<StandIns> turning = loadings(model, form);
     for (const auto signs : {&signsByMarker, &signsByComponent, &signsAgainstMarker}) {
+        if (isMinimum(best) && !hasNegativeVariance(model, best.parameters)) {
+            break;
+        }
         const std::vector<double> other =
             turned(start, turning, signs(turning, sample.correlations, form.observedCount()));
-        const bool isAdmissible = isMinimum(best) && !hasNegativeVariance(model, best.parameters);
-        if (!isAdmissible && other != start) {
+        if (other != start) {
             searchFurther(same, other);
         }
     }
