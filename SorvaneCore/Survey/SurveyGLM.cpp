@@ -5,7 +5,7 @@
 
 #include "SorvaneCore/Numerics/CanonicalLikelihood.h"
 #include "SorvaneCore/Numerics/IRLS.h"
-#include "SorvaneCore/Survey/SurveyModelFrame.h"
+#include "SorvaneCore/Survey/SurveyModels.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
 namespace sorvane::SurveyGLM {

@@ -10,13 +10,13 @@
 ///
 /// Input      as for `SurveyRegression::fit`
 /// Method     pseudo maximum likelihood: Newton's iteration on the weighted likelihood of
-///            standardized predictors; errors by linearization with the scores w (y - mu) x, or by
-///            the fit under each replicate weight. They need no assumption on the outcome's
+///            predictors made uncorrelated; errors by linearization with the scores w (y - mu) x,
+///            or by the fit under each replicate weight. They need no assumption on the outcome's
 ///            variance, so that counts that spread too widely for Poisson do no harm
 /// Failure    names that do not match, an outcome that is not coded so -> absent. As
 ///            `SurveyRegression`, and shares that do not vary, counts that are all 0, separation
 ///            -> blocked
-/// Accuracy   estimates to about 1e-9 standard deviations of a predictor
+/// Accuracy   as `SurveyRegression`
 /// Cost       O(rows p^2) an iteration, about six of them; as much a replicate, on all cores
 /// Reference  Binder (1983); Lumley and Scott (2017), Fitting regression models to survey data
 namespace sorvane::SurveyGLM {

@@ -56,7 +56,8 @@ struct SurveyModelResult {
     /// Of ordinal models: "low|middle" and so on.
     std::vector<SurveyCoefficient> thresholds{};
     /// The joint test of all predictors; NaN without predictors or degrees of freedom, or where a
-    /// predictor has no error.
+    /// predictor or a combination of predictors has no error, be it that the design compares too
+    /// few units.
     double waldF = std::numeric_limits<double>::quiet_NaN();
     double waldDFNumerator = std::numeric_limits<double>::quiet_NaN();
     double waldDFDenominator = std::numeric_limits<double>::quiet_NaN();

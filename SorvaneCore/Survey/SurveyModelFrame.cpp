@@ -6,257 +6,110 @@
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
-#include "SorvaneCore/Numerics/MathDistributions.h"
-#include "SorvaneCore/Numerics/ParallelFor.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
-#include "SorvaneCore/Survey/SurveyReadiness.h"
-#include "SorvaneCore/Survey/SurveyVariance.h"
-#include "SorvaneCore/Survey/SurveyWording.h"
 
 namespace sorvane {
 
 namespace {
 
-namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
-using Issues = std::vector<AnalysisReadinessIssue>;
-using SurveyVariance::DesignCovariance;
 
 bool isUsable(std::optional<double> value) {
     return value && std::isfinite(*value);
 }
 
-/// Estimates, their covariance and the inverse of the information.
-struct Estimated {
-    Numbers parameters{};
-    Numbers covariance{};
-    Numbers bread{};
-};
-
-/// In the units of the predictors: T b, T V T' and T B T'.
-Estimated inOwnUnits(const Estimated& fitted,
-                     const SurveyModelFrame& frame,
-                     const SurveyModelMethod& method) {
-    const std::size_t p = fitted.parameters.size();
-    Numbers turn(p * p, 0.0);
-    for (std::size_t k = 0; k < p; ++k) {
-        turn[k * p + k] = k < method.leading ? 1.0 : 1.0 / frame.deviations[k - method.leading];
-        for (std::size_t j = 0; k < method.leading && j < frame.means.size(); ++j) {
-            turn[k * p + method.leading + j] =
-                method.meanSign * frame.means[j] / frame.deviations[j];
-        }
+/// The standard deviation by weights of mean 1.
+double weightedDeviation(const Numbers& values, const Numbers& weights) {
+    const auto n = static_cast<double>(values.size());
+    double mean = 0.0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        mean += weights[i] * values[i] / n;
     }
-    Numbers transposed(p * p);
-    for (std::size_t i = 0; i < p * p; ++i) {
-        transposed[i % p * p + i / p] = turn[i];
+    double squares = 0.0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double deviation = values[i] - mean;
+        squares += weights[i] * deviation * deviation;
     }
-    const auto turned = [&](const Numbers& matrix) {
-        return LinearAlgebra::multiply(LinearAlgebra::multiply(turn, p, p, matrix, p), p, p,
-                                       transposed, p);
-    };
-    return {.parameters = LinearAlgebra::multiply(turn, p, p, fitted.parameters, 1),
-            .covariance = turned(fitted.covariance),
-            .bread = turned(fitted.bread)};
+    return std::sqrt(squares / n);
 }
 
-/// Sets the variances to 0 that are no more than rounding, as of a fit without scatter: those that
-/// residuals of 1e-12 of the largest outcome could give.
-void dropRounding(Estimated& all, const SurveyModelFrame& frame) {
-    constexpr double rounding = 1e-12;
-    double largest = 0.0;
-    for (const double y : frame.outcome) {
-        largest = std::max(largest, std::abs(y));
+/// Makes the values of predictor j the column after it, in standard deviations from their mean;
+/// the standard deviation.
+double addStandardized(SurveyModelFrame& frame,
+                       std::size_t j,
+                       Numbers values,
+                       const Numbers& weights) {
+    const double mean = SampleMoments::mean(values);
+    const double squares = SampleMoments::sumOfSquares(values, mean);
+    const double found = std::sqrt(squares / static_cast<double>(values.size()));
+    const double deviation = found > 0.0 ? found : 1.0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = (values[i] - mean) / deviation;
+        frame.matrix[i * frame.cols + j + 1] = values[i];
     }
-    const std::size_t p = all.parameters.size();
-    for (std::size_t k = 0; k < p; ++k) {
-        double& variance = all.covariance[k * p + k];
-        const double unit = std::sqrt(static_cast<double>(frame.rows()) * all.bread[k * p + k]);
-        const double least = rounding * std::max(largest * unit, std::abs(all.parameters[k]));
-        variance = variance > 0.0 && std::sqrt(variance) > least ? variance : 0.0;
-    }
+    frame.means.push_back(mean);
+    frame.populationDeviations.push_back(deviation * weightedDeviation(values, weights));
+    return deviation;
 }
 
-Numbers linearizedCovariance(const SurveyModelFrame& frame,
-                             const SampledDesign& sampled,
-                             const SurveyModelMethod& method,
-                             const SurveyModelEstimates& fit) {
-    const std::size_t p = fit.parameters.size();
-    const Numbers weights = frame.scaledWeights(frame.design.weights);
-    Numbers scores(frame.design.weights.size() * p, 0.0);
-    for (std::size_t i = 0; i < frame.rows(); ++i) {
-        const std::span<double> row = std::span(scores).subspan(frame.activeRows[i] * p, p);
-        method.scores(i, fit.parameters, row);
-        for (double& score : row) {
-            score *= weights[i];
-        }
-    }
-    return SurveyVariance::sandwich(
-        fit.bread, SurveyVariance::scoreCovariance(scores, sampled, p, frame.activeRows), p);
-}
-
-/// The estimates under each replicate weight; absent where a fit has none.
-std::vector<std::optional<Numbers>> replicateEstimates(const SurveyModelFrame& frame,
-                                                       const SurveyModelMethod& method) {
-    const ReplicateWeights& replicates = *frame.design.replicateWeights;
-    std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(), [&](std::size_t r) {
-        if (auto fit = method.fit(frame.scaledWeights(replicates.weights[r]))) {
-            estimates[r] = std::move(fit->parameters);
-        }
-    });
-    return estimates;
-}
-
-bool areFinite(const Numbers& values) {
-    return std::ranges::all_of(values, [](double each) { return std::isfinite(each); });
-}
-
-bool areFinite(const ReplicateWeights& replicates, std::span<const std::size_t> rows) {
-    return std::ranges::all_of(replicates.weights, [rows](const Numbers& weights) {
-        return std::ranges::all_of(
-            rows, [&weights](std::size_t row) { return std::isfinite(weights[row]); });
-    });
-}
-
-SurveyCoefficient coefficientOf(const SurveyModelResult& result,
-                                std::string name,
-                                double estimate,
-                                double variance) {
-    SurveyCoefficient row{
-        .name = std::move(name), .estimate = estimate, .standardError = std::sqrt(variance)};
-    const auto df = static_cast<double>(result.degreesOfFreedom);
-    const bool isTestable = df >= 1.0 && row.standardError > 0.0;
-    row.t = isTestable ? row.estimate / row.standardError : std::nan("");
-    row.pValue = isTestable ? MathDistributions::studentTPValue(row.t, df) : std::nan("");
-    const double reach =
-        isTestable ? MathDistributions::studentTCritical(1.0 - result.confidenceLevel, df) *
-                         row.standardError
-                   : std::nan("");
-    row.lowerBound = row.estimate - reach;
-    row.upperBound = row.estimate + reach;
-    return row;
-}
-
-void addWaldTest(SurveyModelResult& result, const Estimated& all, std::size_t leading) {
-    const std::size_t p = all.parameters.size();
-    const std::size_t slopes = p - leading;
-    bool hasErrors = true;
-    for (std::size_t k = leading; k < p; ++k) {
-        hasErrors = hasErrors && all.covariance[k * p + k] > 0.0;
-    }
-    if (slopes == 0 || result.degreesOfFreedom < 1 || !hasErrors) {
-        return;
-    }
-    // In standard errors, as the test of the inverse is absolute.
-    Numbers correlations(slopes * slopes);
-    Numbers ratios(slopes);
-    const auto error = [&](std::size_t j) {
-        return std::sqrt(all.covariance[(leading + j) * p + leading + j]);
-    };
+/// The part of R that is of the slopes, for columns of standard deviation 1.
+Numbers triangleOfSlopes(const TallLeastSquares::Reduction& reduction) {
+    const std::size_t slopes = reduction.cols - 1;
+    const double root = std::sqrt(static_cast<double>(reduction.rows));
+    Numbers triangle(slopes * slopes);
     for (std::size_t i = 0; i < slopes; ++i) {
-        ratios[i] = all.parameters[leading + i] / error(i);
         for (std::size_t j = 0; j < slopes; ++j) {
-            correlations[i * slopes + j] =
-                all.covariance[(leading + i) * p + leading + j] / (error(i) * error(j));
+            triangle[i * slopes + j] = reduction.rFactor[(i + 1) * reduction.cols + j + 1] / root;
         }
     }
-    const auto inverse = LinearAlgebra::invert(correlations, slopes);
-    if (!inverse) {
-        return;
-    }
-    const Numbers turned = LinearAlgebra::multiply(*inverse, slopes, slopes, ratios, 1);
-    double sum = 0.0;
-    for (std::size_t j = 0; j < slopes; ++j) {
-        sum += turned[j] * ratios[j];
-    }
-    result.waldDFNumerator = static_cast<double>(slopes);
-    result.waldDFDenominator = static_cast<double>(result.degreesOfFreedom);
-    result.waldF = sum / result.waldDFNumerator;
-    result.waldPValue = MathDistributions::fRightTailPValue(result.waldF, result.waldDFNumerator,
-                                                            result.waldDFDenominator);
+    return triangle;
 }
 
-void addCoefficients(SurveyModelResult& result,
-                     const Estimated& all,
-                     const SurveyModelMethod& method,
-                     const SurveyModelOptions& options) {
-    const std::size_t p = all.parameters.size();
-    for (std::size_t k = 0; k < p; ++k) {
-        const bool isLeading = k < method.leading;
-        SurveyCoefficient row = coefficientOf(
-            result, isLeading ? method.leadingNames[k] : options.predictorNames[k - method.leading],
-            all.parameters[k], all.covariance[k * p + k]);
-        const bool isThreshold = isLeading && method.kind == SurveyModelKind::ordinal;
-        if (method.kind != SurveyModelKind::linear && !isThreshold) {
-            row.ratio = std::exp(row.estimate);
-            row.ratioLowerBound = std::exp(row.lowerBound);
-            row.ratioUpperBound = std::exp(row.upperBound);
+/// Turns the standardized columns X into X inv(R).
+void takeApart(SurveyModelFrame& frame, const Numbers& triangle) {
+    const std::size_t slopes = frame.slopes();
+    for (std::size_t i = 0; i < frame.rows(); ++i) {
+        double* row = &frame.matrix[i * frame.cols + 1];
+        for (std::size_t k = 0; k < slopes; ++k) {
+            for (std::size_t j = 0; j < k; ++j) {
+                row[k] -= triangle[j * slopes + k] * row[j];
+            }
+            row[k] /= triangle[k * slopes + k];
         }
-        (isThreshold ? result.thresholds : result.coefficients).push_back(std::move(row));
     }
 }
 
-Issues cautions(const SurveyModelResult& result,
-                const SampledCounts& counts,
-                std::int64_t replicatesWithoutEstimates) {
-    constexpr std::int64_t enoughEventsPerPredictor = 10;
-    Issues issues = counts.readinessIssues;
-    if (result.degreesOfFreedom < 1) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::noDegreesOfFreedom(result.predictorCount, result.designDegreesOfFreedom)));
-    } else if (result.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::fewTestDegreesOfFreedom(result.degreesOfFreedom)));
+/// inv(D) inv(R) of the predictors' standard deviations D; absent where R has no inverse.
+std::optional<Numbers> unitsOfSlopes(const Numbers& triangle, const Numbers& deviations) {
+    const std::size_t slopes = deviations.size();
+    Numbers units(slopes * slopes);
+    for (std::size_t k = 0; k < slopes; ++k) {
+        Numbers unit(slopes, 0.0);
+        unit[k] = 1.0;
+        const auto column = LinearAlgebra::solveUpperTriangular(triangle, slopes, unit);
+        if (!column) {
+            return std::nullopt;
+        }
+        for (std::size_t j = 0; j < slopes; ++j) {
+            units[j * slopes + k] = (*column)[j] / deviations[j];
+        }
     }
-    if (replicatesWithoutEstimates > 0) {
-        issues.push_back(AnalysisReadinessIssue::caution(
-            wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
-    }
-    const bool hasNoVariance = std::ranges::any_of(
-        result.coefficients,
-        [](const SurveyCoefficient& each) { return each.standardError == 0.0; });
-    if (hasNoVariance) {
-        issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
-    } else if (result.degreesOfFreedom >= 1 && result.predictorCount > 0 &&
-               std::isnan(result.waldF)) {
-        issues.push_back(AnalysisReadinessIssue::caution(wording::noWaldTest()));
-    }
-    const std::int64_t rarer =
-        std::min(result.events.value_or(0), result.validN - result.events.value_or(0));
-    if (result.events && rarer < enoughEventsPerPredictor * result.predictorCount) {
-        issues.push_back(
-            AnalysisReadinessIssue::caution(wording::fewEvents(rarer, result.predictorCount)));
-    }
-    if (result.totalN > result.validN) {
-        issues.push_back(
-            AnalysisReadinessIssue::caution(wording::rowsDropped(result.totalN - result.validN)));
-    }
-    return issues;
+    return units;
 }
 
-/// The standard deviations of the predictors by the weights.
-Numbers weightedDeviations(const SurveyModelFrame& frame) {
-    const Numbers weights = frame.scaledWeights(frame.design.weights);
-    const auto n = static_cast<double>(frame.rows());
-    Numbers deviations;
-    for (std::size_t j = 1; j < frame.cols; ++j) {
-        double mean = 0.0;
-        for (std::size_t i = 0; i < frame.rows(); ++i) {
-            mean += weights[i] * frame.row(i)[j] / n;
+void takeRows(SurveyModelFrame& frame,
+              const NumericColumn& outcome,
+              std::span<const NumericColumn> predictors) {
+    for (std::size_t row = 0; row < outcome.size(); ++row) {
+        const auto hasValue = [row](const NumericColumn& column) {
+            return isUsable(column[row]);
+        };
+        if (hasValue(outcome) && std::ranges::all_of(predictors, hasValue) &&
+            frame.design.weights[row] > 0.0) {
+            frame.activeRows.push_back(row);
+            frame.outcome.push_back(*outcome[row]);
         }
-        double squares = 0.0;
-        for (std::size_t i = 0; i < frame.rows(); ++i) {
-            const double deviation = frame.row(i)[j] - mean;
-            squares += weights[i] * deviation * deviation;
-        }
-        deviations.push_back(frame.deviations[j - 1] * std::sqrt(squares / n));
     }
-    return deviations;
-}
-
-AnalysisReadiness readiness(const SurveyModelResult& result, Issues issues) {
-    return AnalysisReadiness::of(std::string(wording::modelMinimumRequired), result.totalN,
-                                 result.validN, std::move(issues));
 }
 
 }  // namespace
@@ -278,125 +131,29 @@ SurveyModelFrame SurveyModelFrame::of(const NumericColumn& outcome,
                                       std::span<const NumericColumn> predictors,
                                       const SurveyDesign& design) {
     SurveyModelFrame frame{.design = design, .cols = predictors.size() + 1};
-    for (std::size_t row = 0; row < outcome.size(); ++row) {
-        const auto hasValue = [row](const NumericColumn& column) {
-            return isUsable(column[row]);
-        };
-        if (hasValue(outcome) && std::ranges::all_of(predictors, hasValue) &&
-            design.weights[row] > 0.0) {
-            frame.activeRows.push_back(row);
-            frame.outcome.push_back(*outcome[row]);
-        }
-    }
+    takeRows(frame, outcome, predictors);
     const std::size_t n = frame.rows();
     frame.matrix.assign(n * frame.cols, 1.0);
+    const Numbers weights = frame.scaledWeights(design.weights);
+    Numbers deviations;
     for (std::size_t j = 0; j < predictors.size() && n > 0; ++j) {
         Numbers values;
         for (const std::size_t row : frame.activeRows) {
             values.push_back(*predictors[j][row]);
         }
-        const double mean = SampleMoments::mean(values);
-        const double deviation =
-            std::sqrt(SampleMoments::sumOfSquares(values, mean) / static_cast<double>(n));
-        frame.means.push_back(mean);
-        frame.deviations.push_back(deviation > 0.0 ? deviation : 1.0);
-        for (std::size_t i = 0; i < n; ++i) {
-            frame.matrix[i * frame.cols + j + 1] = (values[i] - mean) / frame.deviations[j];
-        }
+        deviations.push_back(addStandardized(frame, j, std::move(values), weights));
     }
-    frame.hasFullRank =
-        TallLeastSquares::reduceRows(frame.matrix, n, frame.cols, frame.outcome).has_value();
+    const auto reduced = TallLeastSquares::reduceRows(frame.matrix, n, frame.cols, frame.outcome);
+    if (!reduced) {
+        return frame;
+    }
+    const Numbers triangle = triangleOfSlopes(*reduced);
+    if (auto units = unitsOfSlopes(triangle, deviations)) {
+        takeApart(frame, triangle);
+        frame.slopeUnits = std::move(*units);
+        frame.hasFullRank = true;
+    }
     return frame;
 }
-
-namespace SurveyModels {
-
-std::optional<SurveyModelResult> start(SurveyModelKind kind,
-                                       const NumericColumn& outcome,
-                                       std::span<const NumericColumn> predictors,
-                                       const SurveyDesign& design,
-                                       const SurveyModelOptions& options) {
-    if (options.predictorNames.size() != predictors.size()) {
-        return std::nullopt;
-    }
-    SurveyModelResult result{.model = kind,
-                             .outcomeName = options.outcomeName,
-                             .confidenceLevel = design.confidenceLevel,
-                             .varianceMethod = WeightedEstimators::varianceMethod(design),
-                             .totalN = design.observationCount(),
-                             .predictorCount = static_cast<std::int64_t>(predictors.size())};
-    std::vector<std::size_t> lengths = {outcome.size()};
-    for (const NumericColumn& predictor : predictors) {
-        lengths.push_back(predictor.size());
-    }
-    result.readiness = readiness(result, SurveyReadiness::obstacles(design, lengths));
-    return result;
-}
-
-bool isBlocked(const SurveyModelResult& result) {
-    return result.readiness.status == AnalysisReadinessStatus::blocked;
-}
-
-void block(SurveyModelResult& result, std::string message) {
-    result.readiness = readiness(result, {AnalysisReadinessIssue::blocked(std::move(message))});
-}
-
-bool passes(SurveyModelResult& result, const SurveyModelFrame& frame, std::size_t parameters) {
-    result.validN = static_cast<std::int64_t>(frame.rows());
-    result.sumOfWeights = frame.design.sumOfWeights(frame.activeRows);
-    result.effectiveSampleSize = frame.design.effectiveSampleSize(frame.activeRows);
-    if (frame.rows() <= parameters) {
-        block(result,
-              wording::tooFewRowsForModel(result.validN, static_cast<std::int64_t>(parameters)));
-    } else if (!frame.hasFullRank) {
-        block(result, wording::collinearPredictors());
-    }
-    return !isBlocked(result);
-}
-
-void finish(SurveyModelResult& result,
-            const SurveyModelFrame& frame,
-            const SurveyModelMethod& method,
-            const SurveyModelOptions& options) {
-    const SurveyDesign& design = frame.design;
-    if (design.replicateWeights && !areFinite(*design.replicateWeights, frame.activeRows)) {
-        block(result, wording::beyondNumbers());
-        return;
-    }
-    const auto fit = method.fit(frame.scaledWeights(design.weights));
-    if (!fit) {
-        block(result, wording::noEstimates(method.kind));
-        return;
-    }
-    const SampledDesign sampled = SampledDesign::of(design);
-    const std::optional<DesignCovariance> found =
-        design.replicateWeights
-            ? SurveyVariance::replicateCovariance(replicateEstimates(frame, method),
-                                                  *design.replicateWeights, fit->parameters)
-            : DesignCovariance{.values = linearizedCovariance(frame, sampled, method, *fit)};
-    if (!found) {
-        block(result, wording::noUsableReplicate());
-        return;
-    }
-    Estimated all = inOwnUnits(
-        {.parameters = fit->parameters, .covariance = found->values, .bread = fit->bread}, frame,
-        method);
-    if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
-        block(result, wording::beyondNumbers());
-        return;
-    }
-    dropRounding(all, frame);
-    result.iterations = fit->iterations;
-    const SampledCounts counts = sampled.countsAmong(frame.activeRows);
-    result.designDegreesOfFreedom = counts.degreesOfFreedom;
-    result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
-    addCoefficients(result, all, method, options);
-    addWaldTest(result, all, method.leading);
-    result.predictorDeviations = weightedDeviations(frame);
-    result.readiness =
-        readiness(result, cautions(result, counts, found->replicatesWithoutEstimates));
-}
-
-}  // namespace SurveyModels
 
 }  // namespace sorvane

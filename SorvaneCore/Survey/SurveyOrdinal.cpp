@@ -8,7 +8,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneCore/Numerics/OrdinalLikelihood.h"
 #include "SorvaneCore/Numerics/OrdinalTerms.h"
-#include "SorvaneCore/Survey/SurveyModelFrame.h"
+#include "SorvaneCore/Survey/SurveyModels.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
 namespace sorvane::SurveyOrdinal {

@@ -1,6 +1,5 @@
 #include "SorvaneCore/Survey/SurveyReadiness.h"
 
-#include <string>
 #include <utility>
 
 #include "SorvaneCore/Survey/SurveyVariance.h"
@@ -26,17 +25,26 @@ std::vector<AnalysisReadinessIssue> obstacles(const SurveyDesign& design,
 }
 
 std::vector<AnalysisReadinessIssue> cautions(const SampledCounts& counts,
+                                             std::optional<std::string> ofDegrees,
                                              std::int64_t replicatesWithoutEstimates) {
     std::vector<AnalysisReadinessIssue> issues = counts.readinessIssues;
-    if (counts.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom) {
-        issues.push_back(
-            AnalysisReadinessIssue::caution(wording::fewDegreesOfFreedom(counts.degreesOfFreedom)));
+    if (ofDegrees) {
+        issues.push_back(AnalysisReadinessIssue::caution(std::move(*ofDegrees)));
     }
     if (replicatesWithoutEstimates > 0) {
         issues.push_back(AnalysisReadinessIssue::caution(
             wording::replicatesWithoutEstimates(replicatesWithoutEstimates)));
     }
     return issues;
+}
+
+std::vector<AnalysisReadinessIssue> cautions(const SampledCounts& counts,
+                                             std::int64_t replicatesWithoutEstimates) {
+    const bool areFew = counts.degreesOfFreedom < SurveyVariance::fewDegreesOfFreedom;
+    return cautions(counts,
+                    areFew ? std::optional(wording::fewDegreesOfFreedom(counts.degreesOfFreedom))
+                           : std::nullopt,
+                    replicatesWithoutEstimates);
 }
 
 }  // namespace sorvane::SurveyReadiness

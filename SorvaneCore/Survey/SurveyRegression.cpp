@@ -6,7 +6,7 @@
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
-#include "SorvaneCore/Survey/SurveyModelFrame.h"
+#include "SorvaneCore/Survey/SurveyModels.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
 namespace sorvane::SurveyRegression {

@@ -117,6 +117,16 @@ std::vector<double> scoreCovariance(std::span<const double> u,
     return covariance;
 }
 
+std::int64_t comparedUnits(const SampledDesign& sampled, std::span<const std::size_t> activeRows) {
+    const UnitSums units = unitSums({}, sampled, 0, activeRows);
+    const std::vector<double> factors = stratumFactors(units);
+    std::int64_t compared = 0;
+    for (std::size_t h = 0; h < factors.size(); ++h) {
+        compared += factors[h] > 0.0 ? static_cast<std::int64_t>(units.activeUnits[h]) - 1 : 0;
+    }
+    return compared;
+}
+
 std::optional<DesignCovariance> replicateCovariance(
     std::span<const std::optional<std::vector<double>>> estimates,
     const ReplicateWeights& replicates,

@@ -37,6 +37,12 @@ std::vector<double> scoreCovariance(std::span<const double> u,
                                     std::size_t p,
                                     std::span<const std::size_t> activeRows);
 
+/// By how many the units exceed the strata of some rows: how many estimates at most can vary each
+/// in its own way. A stratum of one unit, or of all those of the population, adds nothing.
+///
+/// Cost       O(rows)
+std::int64_t comparedUnits(const SampledDesign& sampled, std::span<const std::size_t> activeRows);
+
 /// How estimates vary under a design.
 struct DesignCovariance {
     /// p by p, symmetric.

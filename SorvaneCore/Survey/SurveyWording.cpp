@@ -142,9 +142,15 @@ std::string zeroErrors() {
            "the estimate certain.";
 }
 
-std::string noWaldTest() {
+std::string tooFewUnitsForWaldTest() {
     return "The predictors cannot be tested together, as the design compares too few PSUs or "
            "replicates for as many. Use fewer predictors.";
+}
+
+std::string noErrorForWaldTest() {
+    return "The predictors cannot be tested together, as one combination of their effects has no "
+           "standard error, such as the difference of two groups in each of which the outcome has "
+           "one value. Combine such groups, or leave a predictor out.";
 }
 
 std::string replicatesWithoutEstimates(std::int64_t replicates) {

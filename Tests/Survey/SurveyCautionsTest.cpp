@@ -133,6 +133,49 @@ TEST(SurveyCautions, TellWhereNothingIsLeftToTestWith) {
     EXPECT_TRUE(std::isnan(fit->waldF));
 }
 
+TEST(SurveyCautions, TellWhyPredictorsAreNotTestedTogether) {
+    SurveyStudy study = ofUnits(20);
+    std::vector<std::optional<double>> isFirst;
+    std::vector<std::optional<double>> isSecond;
+    std::vector<std::optional<double>> square;
+    for (std::size_t i = 0; i < study.size(); ++i) {
+        isFirst.emplace_back(i % 3 == 0 ? 1.0 : 0.0);
+        isSecond.emplace_back(i % 3 == 1 ? 1.0 : 0.0);
+        square.emplace_back(*study[i].x * *study[i].x);
+    }
+    SurveyDesign twoReplicates = designOf(study);
+    twoReplicates.replicateWeights =
+        ReplicateWeights{.weights = {2, twoReplicates.weights}, .replicateScale = {{1.0, 1.0}}};
+    for (std::size_t i = 0; i < study.size(); ++i) {
+        twoReplicates.replicateWeights->weights[i % 2][i] *= 0.5;
+    }
+    const std::vector three = {numbersOf(study, &Respondent::x), NumericColumn(square),
+                               NumericColumn(isFirst)};
+    const auto few =
+        SurveyRegression::fit(numbersOf(study, &Respondent::y), three, twoReplicates,
+                              {.predictorNames = {"x", "square", "first"}, .outcomeName = "y"});
+    EXPECT_TRUE(std::isnan(few->waldF));
+    EXPECT_EQ(cautions(few->readiness),
+              Texts{"The predictors cannot be tested together, as the design compares too few PSUs "
+                    "or replicates for as many. Use fewer predictors."});
+
+    // The outcome varies in the third group alone, which both others are compared with.
+    for (std::size_t i = 0; i < study.size(); ++i) {
+        study[i].y = i % 3 == 0 ? 3.0 : i % 3 == 1 ? 5.0 : study[i].y;
+    }
+    const std::vector groups = {NumericColumn(isFirst), NumericColumn(isSecond)};
+    const auto fixed =
+        SurveyRegression::fit(numbersOf(study, &Respondent::y), groups, designOf(study),
+                              {.predictorNames = {"first", "second"}, .outcomeName = "y"});
+    EXPECT_GT(fixed->coefficients[1].standardError, 0.0);
+    EXPECT_GT(fixed->coefficients[2].standardError, 0.0);
+    EXPECT_TRUE(std::isnan(fixed->waldF));
+    EXPECT_EQ(cautions(fixed->readiness),
+              Texts{"The predictors cannot be tested together, as one combination of their effects "
+                    "has no standard error, such as the difference of two groups in each of which "
+                    "the outcome has one value. Combine such groups, or leave a predictor out."});
+}
+
 TEST(SurveyCautions, CountTheRowsThatWereDropped) {
     SurveyStudy study = ofUnits(20);
     study[3].x = study[11].x = study[30].x = std::nullopt;

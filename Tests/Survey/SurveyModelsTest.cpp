@@ -426,6 +426,51 @@ TEST(SurveyInference, ATableThatTheDesignFixesIsNotTested) {
                     "strata and clusters."});
 }
 
+TEST(SurveyModels, PowersOfAYearAreFittedAndTestedAsThoseOfItsDistanceFromAnother) {
+    std::mt19937_64 random(11);
+    std::vector<Values> outcomes(4);
+    std::vector<Values> raw(3);
+    std::vector<Values> centred(3);
+    Texts units;
+    for (std::size_t i = 0; i < 400; ++i) {
+        const double year = 2010.0 + static_cast<double>(random() % 11);
+        for (std::size_t power = 0; power < 3; ++power) {
+            raw[power].emplace_back(std::pow(year, static_cast<double>(power + 1)));
+            centred[power].emplace_back(std::pow(year - 2015.0, static_cast<double>(power + 1)));
+        }
+        const auto noise = static_cast<double>(random() % 100);
+        outcomes[0].emplace_back(noise);
+        outcomes[1].emplace_back(noise > 60.0 ? 1.0 : 0.0);
+        outcomes[2].emplace_back(std::floor(noise / 25.0));
+        outcomes[3].emplace_back(std::floor(noise / 34.0));
+        units.push_back("u" + std::to_string(i % 40));
+    }
+    SurveyDesign design{.weights = std::vector(400, 1.0)};
+    design.clusters = TextColumn::of(units);
+    std::size_t at = 0;
+    for (const auto fit : {&SurveyRegression::fit, &SurveyGLM::fitLogistic, &SurveyGLM::fitPoisson,
+                           &SurveyOrdinal::fit}) {
+        const NumericColumn outcome = test::plainColumn(outcomes[at++]);
+        const auto of = [&](const std::vector<Values>& powers) {
+            const std::vector predictors = {test::plainColumn(powers[0]),
+                                            test::plainColumn(powers[1]),
+                                            test::plainColumn(powers[2])};
+            return *fit(outcome, predictors, design, {.predictorNames = {"1", "2", "3"}});
+        };
+        const SurveyModelResult plain = of(centred);
+        const SurveyModelResult same = of(raw);
+        SCOPED_TRACE(displayName(plain.model));
+        ASSERT_FALSE(same.coefficients.empty());
+        EXPECT_GT(plain.waldF, 0.0);
+        EXPECT_TRUE(closeTo(same.waldF, plain.waldF, {.relative = 1e-6}));
+        const SurveyCoefficient& cubic = plain.coefficients.back();
+        EXPECT_TRUE(closeTo(same.coefficients.back().estimate, cubic.estimate, {.relative = 1e-5}));
+        EXPECT_TRUE(closeTo(same.coefficients.back().standardError, cubic.standardError,
+                            {.relative = 1e-5}));
+        EXPECT_EQ(cautions(same.readiness), cautions(plain.readiness));
+    }
+}
+
 TEST(SurveyModels, HeavyTailsAreNoSeparation) {
     std::mt19937_64 random(5);
     std::lognormal_distribution<double> incomes(10.0, 2.0);

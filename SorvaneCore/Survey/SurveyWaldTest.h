@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <span>
+
+/// Whether several estimates are 0, tested together.
+namespace sorvane::SurveyWaldTest {
+
+/// b' inv(V) b / q of q estimates b.
+///
+/// Input      the estimates, their covariance V and the inverse of their information, q by q
+/// Method     by Cholesky factors, in coordinates in which the information is the identity: there V
+///            holds design effects, whose sizes are comparable whatever the units of the estimates
+/// Returns    not below 0, the same for any other coordinates of the estimates
+/// Failure    a combination of the estimates with less than 1e-8 of the largest variance in these
+///            coordinates, of which rounding can be all -> absent
+/// Accuracy   rounding over that share      Cost O(q^3)
+std::optional<double> statistic(std::span<const double> estimates,
+                                std::span<const double> covariance,
+                                std::span<const double> bread);
+
+}  // namespace sorvane::SurveyWaldTest
