@@ -6,6 +6,8 @@
 #include <locale.h>
 #include <stdlib.h>
 
+#include "SorvaneCore/Numerics/LeadingZero.h"
+
 namespace sorvane::NumberText {
 
 namespace {
@@ -206,8 +208,7 @@ std::string pValue(double p) {
     if (p < 0.001) {
         return "< .001";
     }
-    const std::string text = fixed(p, 3);
-    return text.starts_with("0.") ? text.substr(1) : text;
+    return withoutLeadingZero(fixed(p, 3));
 }
 
 }  // namespace sorvane::NumberText

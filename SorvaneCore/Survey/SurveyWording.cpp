@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "SorvaneCore/Numerics/LeadingZero.h"
 #include "SorvaneCore/Numerics/NumberText.h"
 
 namespace sorvane {
@@ -30,11 +31,8 @@ std::string pText(double p) {
     return std::string("p ") + (p < 0.001 ? "" : "= ") + NumberText::pValue(p);
 }
 
-/// Three decimals of what cannot exceed 1, without the zero before them.
 std::string bounded(double value) {
-    std::string text = NumberText::fixed(value, 3);
-    const std::size_t zero = text.starts_with('-') ? 1 : 0;
-    return text.compare(zero, 2, "0.") == 0 ? text.erase(zero, 1) : text;
+    return NumberText::withoutLeadingZero(NumberText::fixed(value, 3));
 }
 
 }  // namespace
@@ -157,6 +155,12 @@ std::string replicatesWithoutEstimates(std::int64_t replicates) {
     return NumberText::integer(replicates) +
            " replicate(s) gave no estimates and add nothing to the standard errors, which may be "
            "too small.";
+}
+
+std::string replicatesWithoutRow(std::int64_t replicates, const std::string& row) {
+    return NumberText::integer(replicates) + " replicate(s) give no weight to the row \"" + row +
+           "\" and add nothing to the standard errors of the shares within it, which may be too "
+           "small.";
 }
 
 std::string tooFewPairs(std::int64_t validN) {

@@ -45,6 +45,7 @@ std::string zeroErrors();
 std::string tooFewUnitsForWaldTest();
 std::string noErrorForWaldTest();
 std::string replicatesWithoutEstimates(std::int64_t replicates);
+std::string replicatesWithoutRow(std::int64_t replicates, const std::string& row);
 std::string tooFewPairs(std::int64_t validN);
 std::string noVariance();
 std::string tooFewCategories(std::int64_t validN);

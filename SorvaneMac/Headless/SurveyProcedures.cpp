@@ -45,7 +45,7 @@ struct Design {
                 call.setting<std::optional<std::vector<double>>>("replicateScale", std::nullopt)};
         if (call.isGiven("replicateWeights")) {
             for (const NumericColumn& each :
-                 call.numericColumns("replicateWeights", "replicateWeightNames")) {
+                 call.numericColumns("replicateWeights", "replicateWeights")) {
                 replicates.weights.push_back(numbers(each));
             }
             design.replicateWeights = std::move(replicates);

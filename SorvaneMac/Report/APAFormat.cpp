@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "SorvaneCore/Dataset/UnicodeText.h"
+#include "SorvaneCore/Numerics/LeadingZero.h"
 
 namespace sorvane::APAFormat {
 namespace {
@@ -75,15 +76,6 @@ bool dropsLeadingZero(std::string_view header) {
            name.starts_with("ω") || isBoundedInLowerCase(UnicodeText::lowerCased(name));
 }
 
-std::string withoutLeadingZero(std::string text) {
-    if (text.starts_with("0.")) {
-        text.erase(0, 1);
-    } else if (text.starts_with("-0.")) {
-        text.erase(1, 1);
-    }
-    return text;
-}
-
 ReportTable normalize(const ReportTable& table) {
     std::vector<std::size_t> bounded;
     for (std::size_t column = 0; column < table.headers.size(); ++column) {
@@ -95,7 +87,7 @@ ReportTable normalize(const ReportTable& table) {
     for (auto& row : result.rows) {
         for (const std::size_t column : bounded) {
             if (column < row.size()) {
-                row[column] = withoutLeadingZero(std::move(row[column]));
+                row[column] = NumberText::withoutLeadingZero(std::move(row[column]));
             }
         }
     }

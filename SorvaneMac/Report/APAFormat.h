@@ -15,9 +15,6 @@ namespace sorvane::APAFormat {
 ///            lower-cased by name and part; the part "eta" also catches "Beta" and "Theta"
 bool dropsLeadingZero(std::string_view header);
 
-/// ".45" for "0.45", "-.20" for "-0.20"; any other text as it stands.
-std::string withoutLeadingZero(std::string text);
-
 /// The table as the reader sees it: cells under a bounded head lose their leading zero.
 ///
 /// Returns    all else unchanged; applying it twice changes nothing      Cost one copy of the table

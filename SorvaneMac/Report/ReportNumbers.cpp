@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "SorvaneCore/Numerics/LeadingZero.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneMac/Report/APAFormat.h"
 
 namespace sorvane {
 
@@ -15,7 +15,7 @@ std::string svFmt(std::optional<double> value, int decimals) {
 }
 
 std::string svFmtBounded(std::optional<double> value, int decimals) {
-    return APAFormat::withoutLeadingZero(svFmt(value, decimals));
+    return NumberText::withoutLeadingZero(svFmt(value, decimals));
 }
 
 std::string statText(std::optional<double> value, int decimals) {

@@ -9,8 +9,8 @@
 #include <QPainter>
 #include <QValueAxis>
 
+#include "SorvaneCore/Numerics/LeadingZero.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneMac/Report/APAFormat.h"
 #include "SorvaneMac/Shell/ChartAxes.h"
 #include "SorvaneMac/Shell/ChartPlots.h"
 #include "SorvaneMac/Shell/ChartRange.h"
@@ -38,7 +38,7 @@ QString figureText(double value, const BarPlot& plot) {
         return "--";
     }
     std::string text = NumberText::fixed(value, plot.decimals);
-    return qtText(isBounded(plot) ? APAFormat::withoutLeadingZero(std::move(text)) : text);
+    return qtText(isBounded(plot) ? NumberText::withoutLeadingZero(std::move(text)) : text);
 }
 
 /// The bars from below to above, since the axis counts so and the first label stands on top.

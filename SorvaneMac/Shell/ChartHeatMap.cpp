@@ -5,8 +5,8 @@
 #include <QLinearGradient>
 #include <QPainter>
 
+#include "SorvaneCore/Numerics/LeadingZero.h"
 #include "SorvaneCore/Numerics/NumberText.h"
-#include "SorvaneMac/Report/APAFormat.h"
 #include "SorvaneMac/Shell/ChartAxes.h"
 #include "SorvaneMac/Shell/ChartPlots.h"
 #include "SorvaneMac/Shell/ChartRange.h"
@@ -50,7 +50,7 @@ bool isBounded(const ValueRange& range) {
 
 QString figureText(double value, const ValueRange& range, int decimals) {
     std::string text = NumberText::fixed(value, decimals);
-    return qtText(isBounded(range) ? APAFormat::withoutLeadingZero(std::move(text)) : text);
+    return qtText(isBounded(range) ? NumberText::withoutLeadingZero(std::move(text)) : text);
 }
 
 /// The largest type in which every figure stands within its cell; absent where that is too small.
