@@ -67,22 +67,6 @@ void checkReplicates(const ReplicateWeights& replicates,
     }
 }
 
-/// Of a design, by how many units each stratum holds.
-std::int64_t degreesOfFreedom(const SurveyDesign& design,
-                              const std::vector<std::int64_t>& unitsPerStratum) {
-    const auto& replicates = design.replicateWeights;
-    if (replicates && !design.strata && !design.clusters) {
-        return std::max<std::int64_t>(std::ssize(replicates->weights), 2) - 1;
-    }
-    std::int64_t units = 0;
-    std::int64_t strata = 0;
-    for (const std::int64_t count : unitsPerStratum) {
-        units += count;
-        strata += count > 0 ? 1 : 0;
-    }
-    return std::max<std::int64_t>(units - strata, 1);
-}
-
 std::vector<std::string> singleUnitStrata(const SurveyDesign& design, const SampledUnits& units) {
     const std::vector<std::int64_t> counts = units.unitsPerStratum();
     std::vector<std::string> names;
@@ -127,8 +111,16 @@ std::vector<AnalysisReadinessIssue> issuesOf(const SurveyDesign& design,
 
 SampledCounts countsOf(const SurveyDesign& design,
                        const std::vector<std::int64_t>& unitsPerStratum) {
-    return {.degreesOfFreedom = degreesOfFreedom(design, unitsPerStratum),
-            .readinessIssues = issuesOf(design, unitsPerStratum)};
+    SampledCounts counts{.readinessIssues = issuesOf(design, unitsPerStratum)};
+    for (const std::int64_t units : unitsPerStratum) {
+        counts.units += units;
+        counts.strata += units > 0 ? 1 : 0;
+    }
+    const auto& replicates = design.replicateWeights;
+    counts.degreesOfFreedom = replicates && !design.strata && !design.clusters
+                                  ? std::max<std::int64_t>(std::ssize(replicates->weights), 2) - 1
+                                  : std::max<std::int64_t>(counts.units - counts.strata, 1);
+    return counts;
 }
 
 }  // namespace
@@ -208,7 +200,7 @@ std::int64_t SurveyDesign::sampledPSUCount() const {
 }
 
 std::int64_t SurveyDesign::designDegreesOfFreedom() const {
-    return degreesOfFreedom(*this, SampledUnits::of(*this).unitsPerStratum());
+    return SampledDesign::of(*this).counts.degreesOfFreedom;
 }
 
 std::vector<std::uint32_t> SurveyDesign::resolvedClusters() const {
@@ -267,7 +259,7 @@ std::vector<std::string> SurveyDesign::structuralErrors() const {
 }
 
 std::vector<AnalysisReadinessIssue> SurveyDesign::readinessIssues() const {
-    return issuesOf(*this, SampledUnits::of(*this).unitsPerStratum());
+    return SampledDesign::of(*this).counts.readinessIssues;
 }
 
 SampledDesign SampledDesign::of(const SurveyDesign& design) {

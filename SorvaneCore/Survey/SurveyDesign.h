@@ -87,6 +87,9 @@ struct SampledUnits {
 
 /// What the units of some rows leave to estimate with.
 struct SampledCounts {
+    std::int64_t strata = 0;
+    /// Distinct pairs of stratum and primary sampling unit.
+    std::int64_t units = 0;
     std::int64_t degreesOfFreedom = 1;
     std::vector<AnalysisReadinessIssue> readinessIssues{};
 };

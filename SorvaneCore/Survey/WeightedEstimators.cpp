@@ -109,7 +109,8 @@ double linearizedVariance(const Sample& sample,
     return SurveyVariance::scoreCovariance(ofRow, sampled, 1, *sample.activeRows).front();
 }
 
-/// A replicate that gives no weight to the sample has no estimate; absent where none has.
+/// A replicate in which the denominator is 0 has no estimate, but a total always has one; absent
+/// where none has.
 std::optional<DesignCovariance> replicateVariance(const Sample& sample,
                                                   const ReplicateWeights& replicates,
                                                   double estimate) {
@@ -213,8 +214,11 @@ void fillEstimate(WeightedEstimate& result, const Sample& sample, const SampledD
     result.estimate = *estimate;
     result.designDegreesOfFreedom = sampled.counts.degreesOfFreedom;
     fillErrors(result, variance, simpleRandomVariance(scores));
-    result.readiness = readiness(
-        result, SurveyReadiness::cautions(sampled.counts, found->replicatesWithoutEstimates));
+    // The degrees of freedom are those of the whole design, whatever rows have no value.
+    SampledCounts counts = sampled.countsAmong(*sample.activeRows);
+    counts.degreesOfFreedom = result.designDegreesOfFreedom;
+    result.readiness =
+        readiness(result, SurveyReadiness::cautions(counts, found->replicatesWithoutEstimates));
 }
 
 /// Blocks a proportion of values other than 0 and 1.

@@ -75,8 +75,9 @@ BOOST_DESCRIBE_STRUCT(DomainEstimate, (), (group, estimate))
 ///
 /// Input      columns of one entry per row of the design; rows with an absent or infinite value do
 ///            not count
-/// Method     linearization (Taylor) over strata and primary sampling units, or the estimate made
-///            again under each replicate weight; t limits on the design's degrees of freedom. A
+/// Method     linearization (Taylor) over strata and primary sampling units that hold a row that
+///            counts, or the estimate made again under each replicate weight; t limits on the
+///            degrees of freedom of the whole design. A
 ///            replicate whose denominator is 0 adds nothing, though it counts among all, and is
 ///            told of. An error below 1e-12 of the estimate is rounding and counts as 0
 /// Failure    a structural error of the design, a column of another length, fewer than two rows

@@ -90,6 +90,33 @@ TEST(WeightedEstimators, TellOfUnitsThatSayNothingOfTheirVariance) {
                      "reference and are wide."}));
 }
 
+TEST(WeightedEstimators, TellOfStrataInWhichOneUnitHasAnswered) {
+    SurveyDesign design{.weights = std::vector(12, 1.0)};
+    design.strata =
+        TextColumn::of(Texts{"a", "a", "a", "a", "a", "a", "b", "b", "b", "b", "b", "b"});
+    design.clusters =
+        TextColumn::of(Texts{"1", "1", "2", "2", "3", "3", "1", "1", "2", "2", "3", "3"});
+    const NumericColumn values = column({1, 2, {}, {}, {}, {}, 5, 8, 13, 1, 3, 4});
+    const auto groups = TextColumn::of(Texts(12, "all"));
+    const Texts expected = {
+        "1 stratum/strata contain a single sampled PSU; those strata contribute no between-PSU "
+        "variance and may understate the standard error.",
+        "Design degrees of freedom is 4; confidence intervals rely on a small-df t reference and "
+        "are wide."};
+    EXPECT_EQ(messages(WeightedEstimators::mean(values, design).readiness), expected);
+    EXPECT_EQ(messages(WeightedEstimators::total(values, design).readiness), expected);
+    EXPECT_EQ(messages(WeightedEstimators::ratio(values, values, design).readiness), expected);
+    EXPECT_EQ(messages(WeightedEstimators::byGroup(WeightedEstimand::mean, values, *groups, design)
+                           .front()
+                           .estimate.readiness),
+              expected);
+    const WeightedEstimate alone =
+        WeightedEstimators::mean(column({1, 2, {}, {}, {}, {}, 5, 8, {}, {}, {}, {}}), design);
+    EXPECT_EQ(alone.standardError, 0.0);
+    EXPECT_EQ(alone.designDegreesOfFreedom, 4);
+    EXPECT_TRUE(messages(alone.readiness).front().starts_with("2 stratum/strata contain a single"));
+}
+
 TEST(WeightedEstimators, CountOnlyRowsWithValues) {
     const SurveyDesign design = smallDesign();
     const WeightedEstimate estimate = WeightedEstimators::mean(
