@@ -7,12 +7,10 @@
 #include <optional>
 #include <utility>
 
-#include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
-#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
-#include "SorvaneCore/Numerics/ParallelFor.h"
 #include "SorvaneCore/Survey/SurveyReadiness.h"
+#include "SorvaneCore/Survey/SurveyShares.h"
 #include "SorvaneCore/Survey/SurveyVariance.h"
 #include "SorvaneCore/Survey/SurveyWording.h"
 
@@ -23,183 +21,6 @@ namespace {
 namespace wording = SurveyWording;
 using Numbers = std::vector<double>;
 using Issues = std::vector<AnalysisReadinessIssue>;
-using SurveyVariance::DesignCovariance;
-
-/// The rows that hold both labels, each in its cell.
-struct Table {
-    std::vector<std::string> rowLabels{};
-    std::vector<std::string> columnLabels{};
-    std::vector<std::size_t> rows{};
-    std::vector<std::size_t> cellOfRow{};
-
-    std::size_t cellCount() const { return rowLabels.size() * columnLabels.size(); }
-
-    /// The shares of the cells; absent where no row has weight.
-    std::optional<Numbers> shares(std::span<const double> weights) const {
-        Numbers result(cellCount(), 0.0);
-        double sum = 0.0;
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            result[cellOfRow[i]] += weights[rows[i]];
-            sum += weights[rows[i]];
-        }
-        for (double& share : result) {
-            share /= sum;
-        }
-        // A weight that is missing leaves shares that are none.
-        return sum <= 0.0 ? std::nullopt : std::optional(std::move(result));
-    }
-};
-
-Table tableOf(const TextColumn& rows, const TextColumn& columns) {
-    const std::vector<std::uint32_t> complete =
-        CompleteCases::rows({}, std::array{&rows, &columns});
-    CategoryCodes rowCodes = CategoryCodes::of(rows, complete);
-    CategoryCodes columnCodes = CategoryCodes::of(columns, complete);
-    rowCodes.sortByLabel();
-    columnCodes.sortByLabel();
-    Table table{.rows = {complete.begin(), complete.end()}};
-    for (std::size_t i = 0; i < complete.size(); ++i) {
-        table.cellOfRow.push_back(rowCodes.codes[i] * columnCodes.labels.size() +
-                                  columnCodes.codes[i]);
-    }
-    table.rowLabels = std::move(rowCodes.labels);
-    table.columnLabels = std::move(columnCodes.labels);
-    return table;
-}
-
-Numbers linearizedCovariance(const Table& table,
-                             const Numbers& shares,
-                             const SampledDesign& sampled) {
-    const SurveyDesign& design = sampled.design;
-    const std::size_t cells = table.cellCount();
-    const double sum = design.sumOfWeights(table.rows);
-    Numbers scores(design.weights.size() * cells, 0.0);
-    for (std::size_t i = 0; i < table.rows.size(); ++i) {
-        const std::size_t row = table.rows[i];
-        for (std::size_t cell = 0; cell < cells; ++cell) {
-            const double isThere = table.cellOfRow[i] == cell ? 1.0 : 0.0;
-            scores[row * cells + cell] = design.weights[row] / sum * (isThere - shares[cell]);
-        }
-    }
-    return SurveyVariance::scoreCovariance(scores, sampled, cells, table.rows);
-}
-
-/// The shares under each replicate; absent where it gives no row weight.
-std::vector<std::optional<Numbers>> replicateShares(const Table& table,
-                                                    const ReplicateWeights& replicates) {
-    std::vector<std::optional<Numbers>> estimates(replicates.weights.size());
-    parallelFor(estimates.size(), hardwareThreads(),
-                [&](std::size_t r) { estimates[r] = table.shares(replicates.weights[r]); });
-    return estimates;
-}
-
-/// The shares of a row's cells among the row; absent where it has no weight.
-std::optional<Numbers> withinRow(const Numbers& shares, std::size_t row, std::size_t columns) {
-    const auto first = shares.begin() + static_cast<std::ptrdiff_t>(row * columns);
-    Numbers within(first, first + static_cast<std::ptrdiff_t>(columns));
-    const double whole = std::accumulate(within.begin(), within.end(), 0.0);
-    for (double& share : within) {
-        share /= whole;
-    }
-    return whole > 0.0 ? std::optional(std::move(within)) : std::nullopt;
-}
-
-/// The variances of the shares r within a row, by the covariance V of all shares: of dp_j - r_j dp,
-/// over the squared share p of the row.
-Numbers linearizedWithinRow(const Numbers& shares,
-                            const Numbers& covariance,
-                            std::size_t row,
-                            std::size_t columns) {
-    // What is left where the terms cancel each other.
-    constexpr double rounding = 1e-13;
-    const std::size_t first = row * columns;
-    const Numbers within = *withinRow(shares, row, columns);
-    Numbers withWhole(columns, 0.0);
-    for (std::size_t i = 0; i < columns; ++i) {
-        for (std::size_t j = 0; j < columns; ++j) {
-            withWhole[i] += covariance[(first + i) * shares.size() + first + j];
-        }
-    }
-    const double ofWhole = std::accumulate(withWhole.begin(), withWhole.end(), 0.0);
-    const double share =
-        std::accumulate(shares.begin() + static_cast<std::ptrdiff_t>(first),
-                        shares.begin() + static_cast<std::ptrdiff_t>(first + columns), 0.0);
-    Numbers variances;
-    for (std::size_t j = 0; j < columns; ++j) {
-        const double own = covariance[(first + j) * shares.size() + first + j];
-        const double apart = own + within[j] * within[j] * ofWhole;
-        const double variance = apart - 2.0 * within[j] * withWhole[j];
-        variances.push_back(variance > rounding * apart ? variance / (share * share) : 0.0);
-    }
-    return variances;
-}
-
-/// The variances of the shares within a row under the replicates; NaN where none gives it weight.
-Numbers replicatedWithinRow(const Numbers& shares,
-                            std::span<const std::optional<Numbers>> estimates,
-                            const ReplicateWeights& replicates,
-                            std::size_t row,
-                            std::size_t columns) {
-    std::vector<std::optional<Numbers>> within;
-    for (const std::optional<Numbers>& each : estimates) {
-        within.push_back(each ? withinRow(*each, row, columns) : std::nullopt);
-    }
-    const auto covariance =
-        SurveyVariance::replicateCovariance(within, replicates, *withinRow(shares, row, columns));
-    Numbers variances(columns, std::nan(""));
-    for (std::size_t j = 0; covariance && j < columns; ++j) {
-        variances[j] = covariance->values[j * columns + j];
-    }
-    return variances;
-}
-
-/// How the shares of the cells vary.
-struct ShareVariances {
-    /// Cells by cells.
-    DesignCovariance ofCells{};
-    /// One per cell, of its share of its row.
-    Numbers withinRows{};
-
-    /// Absent where no replicate has the shares.
-    static std::optional<ShareVariances> of(const Table& table,
-                                            const Numbers& shares,
-                                            const SampledDesign& sampled);
-};
-
-std::optional<ShareVariances> ShareVariances::of(const Table& table,
-                                                 const Numbers& shares,
-                                                 const SampledDesign& sampled) {
-    const auto& replicates = sampled.design.replicateWeights;
-    const std::size_t columns = table.columnLabels.size();
-    std::vector<std::optional<Numbers>> estimates;
-    ShareVariances result;
-    if (replicates) {
-        estimates = replicateShares(table, *replicates);
-        auto ofCells = SurveyVariance::replicateCovariance(estimates, *replicates, shares);
-        if (!ofCells) {
-            return std::nullopt;
-        }
-        result.ofCells = std::move(*ofCells);
-    } else {
-        result.ofCells.values = linearizedCovariance(table, shares, sampled);
-    }
-    for (std::size_t row = 0; row < table.rowLabels.size(); ++row) {
-        const Numbers within =
-            replicates ? replicatedWithinRow(shares, estimates, *replicates, row, columns)
-                       : linearizedWithinRow(shares, result.ofCells.values, row, columns);
-        result.withinRows.insert(result.withinRows.end(), within.begin(), within.end());
-    }
-    return result;
-}
-
-/// The counts of the cells.
-std::vector<std::int64_t> countsOf(const Table& table) {
-    std::vector<std::int64_t> counts(table.cellCount(), 0);
-    for (const std::size_t cell : table.cellOfRow) {
-        ++counts[cell];
-    }
-    return counts;
-}
 
 /// Of a share; the rounding of the sums is no error.
 double errorOf(double variance) {
@@ -207,21 +28,22 @@ double errorOf(double variance) {
 }
 
 void addCells(SurveyCategoricalResult& result,
-              const Table& table,
+              const SurveyTable& table,
               const Numbers& shares,
-              const ShareVariances& variances) {
+              const SurveyShareVariances& variances) {
     const std::size_t columns = table.columnLabels.size();
-    const std::vector<std::int64_t> counts = countsOf(table);
+    const std::vector<std::int64_t> counts = table.counts();
     const double critical = MathDistributions::studentTCritical(
         1.0 - result.confidenceLevel, static_cast<double>(result.designDegreesOfFreedom));
     for (std::size_t cell = 0; cell < table.cellCount(); ++cell) {
         const std::size_t row = cell / columns;
-        SurveyCell each{.row = table.rowLabels[row],
-                        .column = table.columnLabels[cell % columns],
-                        .count = counts[cell],
-                        .weightedCount = shares[cell] * result.sumOfWeights,
-                        .proportion = shares[cell],
-                        .rowProportion = (*withinRow(shares, row, columns))[cell % columns]};
+        SurveyCell each{
+            .row = table.rowLabels[row],
+            .column = table.columnLabels[cell % columns],
+            .count = counts[cell],
+            .weightedCount = shares[cell] * result.sumOfWeights,
+            .proportion = shares[cell],
+            .rowProportion = (*SurveyShares::withinRow(shares, row, columns))[cell % columns]};
         each.standardError = errorOf(variances.ofCells.values[cell * table.cellCount() + cell]);
         each.lowerBound = std::max(each.proportion - critical * each.standardError, 0.0);
         each.upperBound = std::min(each.proportion + critical * each.standardError, 1.0);
@@ -277,7 +99,7 @@ std::vector<Numbers> contrasts(std::size_t rows, std::size_t columns) {
 
 /// Generalized design effects: inv(C' P C / n) (C' P V P C), P the diagonal of inverse shares, 0
 /// for empty cells. Absent where the first has no inverse.
-std::optional<Numbers> designEffects(const Table& table,
+std::optional<Numbers> designEffects(const SurveyTable& table,
                                      const Numbers& shares,
                                      const Numbers& covariance) {
     const std::size_t cells = shares.size();
@@ -308,7 +130,7 @@ std::optional<Numbers> designEffects(const Table& table,
 
 /// Fills in the test, or tells what stands in the way.
 std::optional<std::string> addTest(SurveyCategoricalResult& result,
-                                   const Table& table,
+                                   const SurveyTable& table,
                                    const Numbers& shares,
                                    const Numbers& covariance) {
     const std::size_t rows = table.rowLabels.size();
@@ -358,11 +180,23 @@ bool hasNoError(const SurveyCell& cell) {
            (cell.standardError == 0.0 || cell.rowStandardError == 0.0);
 }
 
+bool hasRowErrors(const SurveyCategoricalResult& result, std::size_t row) {
+    return !std::isnan(result.cells[row * result.columnLabels.size()].rowStandardError);
+}
+
 Issues cautions(const SurveyCategoricalResult& result,
                 const SampledCounts& counts,
-                std::int64_t replicatesWithoutEstimates) {
+                const SurveyShareVariances& variances) {
     constexpr std::int64_t fewCases = 5;
-    Issues issues = SurveyReadiness::cautions(counts, replicatesWithoutEstimates);
+    const std::int64_t passedByAll = variances.ofCells.replicatesWithoutEstimates;
+    Issues issues = SurveyReadiness::cautions(counts, passedByAll);
+    for (std::size_t row = 0; row < result.rowLabels.size(); ++row) {
+        const std::int64_t passedBy = variances.replicatesWithoutRow[row];
+        if (passedBy > passedByAll && hasRowErrors(result, row)) {
+            issues.push_back(AnalysisReadinessIssue::caution(
+                wording::replicatesWithoutRow(passedBy, result.rowLabels[row])));
+        }
+    }
     if (std::ranges::any_of(result.cells, hasNoError)) {
         issues.push_back(AnalysisReadinessIssue::caution(wording::zeroErrors()));
     }
@@ -378,7 +212,7 @@ Issues cautions(const SurveyCategoricalResult& result,
     return issues;
 }
 
-void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesign& sampled) {
+void fill(SurveyCategoricalResult& result, const SurveyTable& table, const SampledDesign& sampled) {
     const SurveyDesign& design = sampled.design;
     result.validN = std::ssize(table.rows);
     result.rowLabels = table.rowLabels;
@@ -390,9 +224,11 @@ void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesi
         return;
     }
     const SampledCounts counts = sampled.countsAmong(table.rows);
+    result.stratumCount = counts.strata;
+    result.psuCount = counts.units;
     result.designDegreesOfFreedom = counts.degreesOfFreedom;
     const Numbers shares = *table.shares(design.weights);
-    const auto variances = ShareVariances::of(table, shares, sampled);
+    const auto variances = SurveyShareVariances::of(table, shares, sampled);
     if (!variances) {
         block(result, wording::noUsableReplicate());
         return;
@@ -407,8 +243,7 @@ void fill(SurveyCategoricalResult& result, const Table& table, const SampledDesi
         block(result, std::move(*obstacle));
         return;
     }
-    result.readiness =
-        readiness(result, cautions(result, counts, variances->ofCells.replicatesWithoutEstimates));
+    result.readiness = readiness(result, cautions(result, counts, *variances));
 }
 
 }  // namespace
@@ -427,7 +262,7 @@ SurveyCategoricalResult test(const TextColumn& rows,
     if (Issues issues = SurveyReadiness::obstacles(design, lengths); !issues.empty()) {
         result.readiness = readiness(result, std::move(issues));
     } else {
-        fill(result, tableOf(rows, columns), SampledDesign::of(design));
+        fill(result, SurveyTable::of(rows, columns), SampledDesign::of(design));
     }
     return result;
 }

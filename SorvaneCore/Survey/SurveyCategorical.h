@@ -68,6 +68,9 @@ struct SurveyCategoricalResult {
     /// The mean of the generalized design effects: what the first-order correction divides by.
     double meanDesignEffect = std::numeric_limits<double>::quiet_NaN();
     double cramersV = std::numeric_limits<double>::quiet_NaN();
+    /// Strata and primary sampling units of the rows that count.
+    std::int64_t stratumCount = 0;
+    std::int64_t psuCount = 0;
     std::int64_t designDegreesOfFreedom = 1;
     double confidenceLevel = 0.95;
     DesignVarianceMethod varianceMethod = DesignVarianceMethod::naiveWeighted;
@@ -95,6 +98,8 @@ BOOST_DESCRIBE_STRUCT(SurveyCategoricalResult,
                        pValue,
                        meanDesignEffect,
                        cramersV,
+                       stratumCount,
+                       psuCount,
                        designDegreesOfFreedom,
                        confidenceLevel,
                        varianceMethod,

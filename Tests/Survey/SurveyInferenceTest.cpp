@@ -8,6 +8,7 @@
 #include "SorvaneCore/Survey/SurveyGLM.h"
 #include "SorvaneCore/Survey/SurveyOrdinal.h"
 #include "SorvaneCore/Survey/SurveyRegression.h"
+#include "Tests/Analyses/ReadinessIssues.h"
 #include "Tests/Support/Closeness.h"
 #include "Tests/Survey/SurveyStudy.h"
 
@@ -261,6 +262,34 @@ TEST(SurveyCategorical, SharesOfARowAreProportionsOfASubgroup) {
                                 {.relative = 1e-9}));
         }
     }
+}
+
+TEST(SurveyCategorical, TellsOfRowsThatReplicatesPassBy) {
+    SurveyStudy study = test::surveyStudy();
+    for (std::size_t i = 0; i < study.size(); ++i) {
+        study[i].group = i < 8 ? (i % 4 < 2 ? "early" : "g0") : "g" + std::to_string(i % 2);
+    }
+    SurveyDesign design = jackknifed(study);
+    // Of the ten, one leaves no row at all, and two others none of those in the first two units.
+    design.replicateWeights->weights[9].assign(study.size(), 0.0);
+    for (const std::size_t r : {0U, 1U}) {
+        std::fill_n(design.replicateWeights->weights[r].begin(), 8, 0.0);
+    }
+    const std::vector<std::string> issues =
+        test::cautions(SurveyCategorical::test(*textsOf(study, &Respondent::group),
+                                               *textsOf(study, &Respondent::answer), design)
+                           .readiness);
+    const auto told = std::ranges::find_if(issues, [](const std::string& issue) {
+        return issue.find("replicate(s) give no weight") != std::string::npos;
+    });
+    ASSERT_NE(told, issues.end());
+    EXPECT_EQ(*told,
+              "3 replicate(s) give no weight to the row \"early\" and add nothing to the standard "
+              "errors of the shares within it, which may be too small.");
+    EXPECT_EQ(*std::prev(told),
+              "1 replicate(s) gave no estimates and add nothing to the standard errors, which may "
+              "be too small.");
+    EXPECT_EQ(std::next(told)->find("give no weight"), std::string::npos) << *std::next(told);
 }
 
 TEST(SurveyModels, DescribeTheRowsThatTheyAreOf) {
