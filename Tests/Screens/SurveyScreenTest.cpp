@@ -63,7 +63,7 @@ const std::string jackknife =
 // clang-format off
 const std::vector<EstimateCase> estimateCases = {
     {__LINE__, "apistrat.csv", strata, "Survey Estimate: mean of api00",
-     {"All", "662.29", "9.409", "643.73", "680.84", "197", "200"}, "Taylor linearization"},
+     {"All", "662.29", "9.41", "643.73", "680.84", "197", "200"}, "Taylor linearization"},
     {__LINE__, "apistrat.csv",
      {{"svStrata", R"("stype")"}, {"svEstimand", R"("total")"}, {"svVar", R"("enroll")"}},
      "Survey Estimate: total of enroll",
@@ -76,12 +76,12 @@ const std::vector<EstimateCase> estimateCases = {
     {__LINE__, "apiclus1.csv",
      {{"svCluster", R"("dnum")"}, {"svEstimand", R"("proportion")"}, {"svVar", R"("sch_wide01")"}},
      "Survey Estimate: proportion of sch_wide01",
-     {"All", ".874", ".0204", ".831", ".918", "14", "183"}, "Taylor linearization"},
+     {"All", ".874", ".020", ".831", ".918", "14", "183"}, "Taylor linearization"},
     {__LINE__, "apiclus1.csv", {{"svReplicates", jackknife}, {"svFpc", R"("")"}},
      "Survey Estimate: mean of api00",
-     {"All", "644.17", "26.600", "587.12", "701.22", "14", "183"}, "Replicate weights"},
+     {"All", "644.17", "26.60", "587.12", "701.22", "14", "183"}, "Replicate weights"},
     {__LINE__, "apistrat.csv", {{"svFpc", R"("")"}}, "Survey Estimate: mean of api00",
-     {"All", "662.29", "9.585", "643.39", "681.19", "199", "200"}, "Weights only (naive)"},
+     {"All", "662.29", "9.59", "643.39", "681.19", "199", "200"}, "Weights only (naive)"},
 };
 // clang-format on
 
@@ -116,6 +116,24 @@ TEST(SurveyScreen, MeansOfSmallUnitsKeepTheirDigits) {
     EXPECT_EQ(table.rows[0][2], "0.000020");
 }
 
+TEST(SurveyScreen, LargeFiguresAreAsExactAsTheirErrors) {
+    ScreenWorkplace place;
+    place.state.importPastedData(
+        "w,y,x\n900,0.9999,812500\n900,1.0001,13000\n900,1,99000.5\n900,1,340000\n");
+    place.assign({"w", "y", "x"}, VariableKind::outcome);
+    const auto row = [&place](const Settings& settings) {
+        place.set(settings);
+        EXPECT_FALSE(place.screens.at(survey).run());
+        const Cells cells =
+            place.screens.at(survey).content().findings.front().item.table->rows.back();
+        return Cells(cells.begin() + 1, cells.begin() + 3);
+    };
+    EXPECT_EQ(row({{"svWeight", R"("w")"}, {"svVar", R"("y")"}, {"svEstimand", R"("total")"}}),
+              (Cells{"3600.00", "0.15"}));
+    EXPECT_EQ(row({{"svVar", R"("x")"}}), (Cells{"1138050450", "645650717"}));
+    EXPECT_EQ(row({{"svEstimand", R"("mean")"}}), (Cells{"316125.12", "179347.42"}));
+}
+
 TEST(SurveyScreen, SubgroupsStandUnderTheirNamesAndGoIntoTheChart) {
     SchoolSample sample("apistrat.csv");
     const ScreenContent content =
@@ -125,7 +143,7 @@ TEST(SurveyScreen, SubgroupsStandUnderTheirNamesAndGoIntoTheChart) {
     EXPECT_EQ(item.table->headers.front(), "sch_wide");
     EXPECT_EQ(item.table->rows[0][0], "No");
     EXPECT_EQ(item.table->rows[0][1], "593.75");
-    EXPECT_EQ(item.table->rows[0][2], "18.619");
+    EXPECT_EQ(item.table->rows[0][2], "18.62");
     EXPECT_EQ(item.table->rows[1][1], "676.53");
     EXPECT_NE(item.apaSummary.find("By sch_wide, it was No: 593.75 ["), std::string::npos)
         << item.apaSummary;
@@ -138,7 +156,7 @@ TEST(SurveyScreen, SubgroupsStandUnderTheirNamesAndGoIntoTheChart) {
                                               {"svVar", R"("api_stu")"},
                                               {"svDenominator", R"("enroll")"}});
     EXPECT_EQ(ratio.findings.front().item.table->rows[0][1], "0.803");
-    EXPECT_EQ(ratio.findings.front().item.table->rows[0][2], "0.0222");
+    EXPECT_EQ(ratio.findings.front().item.table->rows[0][2], "0.022");
     EXPECT_EQ(sample.screens.fields.survey.svResult.get()->groups.size(), 2U);
 }
 
@@ -303,7 +321,7 @@ TEST(SurveyWeights, AreUsedOnDescriptivesAndSaidOnEveryOtherResult) {
     const ReportTable& table = card->tables.front();
     ASSERT_EQ(table.rows.size(), 5U);
     EXPECT_EQ(Cells(table.rows[0].begin(), table.rows[0].begin() + 3),
-              (Cells{"Mean", "662.29", "9.409"}));
+              (Cells{"Mean", "662.29", "9.41"}));
     EXPECT_EQ(table.rows[1][0], "Total");
     EXPECT_EQ(table.rows[2][0], "Mean, stype = E");
     EXPECT_TRUE(

@@ -15,8 +15,9 @@ bool isProportion(const WeightedEstimate& estimate) {
     return estimate.estimand == WeightedEstimand::proportion;
 }
 
-/// Totals are large: from a thousand on they take no decimals. Figures of small units take as many
-/// as leave a digit of their error, or of themselves where they have none.
+/// Totals are large: from a thousand on they take no decimals, unless their error has some. Figures
+/// of small units take as many as leave a digit of their error, or of themselves where they have
+/// none.
 int decimals(const WeightedEstimate& estimate) {
     constexpr double large = 1000.0;
     const double error =
@@ -27,7 +28,9 @@ int decimals(const WeightedEstimate& estimate) {
         case WeightedEstimand::ratio:
             return ReportDecimals::of(error, 4) - 1;
         case WeightedEstimand::total:
-            return std::abs(estimate.estimate) >= large ? 0 : ReportDecimals::inSentence(error);
+            return std::abs(estimate.estimate) >= large && estimate.standardError >= 1.0
+                       ? 0
+                       : ReportDecimals::inSentence(error);
         case WeightedEstimand::mean:
             break;
     }
@@ -69,8 +72,7 @@ std::string_view capitalWord(WeightedEstimand estimand) {
 }
 
 std::string errorFigure(const WeightedEstimate& estimate) {
-    const int more = estimate.estimand == WeightedEstimand::total ? 0 : 1;
-    const int places = decimals(estimate) + more;
+    const int places = ReportDecimals::of(estimate.standardError, decimals(estimate));
     return isProportion(estimate) ? svFmtBounded(estimate.standardError, places)
                                   : svFmt(estimate.standardError, places);
 }

@@ -22,7 +22,7 @@ std::string levelText(double confidenceLevel);
 
 /// A value on the scale of the estimate, with as many decimals as its kind takes.
 std::string figure(const WeightedEstimate& estimate, double value);
-/// Its standard error.
+/// Its standard error, with as many decimals as that, and two digits at least.
 std::string errorFigure(const WeightedEstimate& estimate);
 /// "[1.25, 2.75]".
 std::string interval(const WeightedEstimate& estimate);
