@@ -198,6 +198,8 @@ void fill(SurveyCorrelationResult& result, const Pairs& pairs, const SampledDesi
     result.xVariance = m.xx * n / (n - 1.0);
     result.yVariance = m.yy * n / (n - 1.0);
     const SampledCounts counts = sampled.countsAmong(pairs.rows);
+    result.stratumCount = counts.strata;
+    result.psuCount = counts.units;
     result.designDegreesOfFreedom = counts.degreesOfFreedom;
     addInference(result, found->values.front());
     result.readiness =

@@ -28,6 +28,9 @@ struct SurveyCorrelationResult {
     double covariance = std::numeric_limits<double>::quiet_NaN();
     double xVariance = std::numeric_limits<double>::quiet_NaN();
     double yVariance = std::numeric_limits<double>::quiet_NaN();
+    /// Strata and primary sampling units of the rows that count.
+    std::int64_t stratumCount = 0;
+    std::int64_t psuCount = 0;
     std::int64_t designDegreesOfFreedom = 1;
     DesignVarianceMethod varianceMethod = DesignVarianceMethod::naiveWeighted;
     double sumOfWeights = 0.0;
@@ -53,6 +56,8 @@ BOOST_DESCRIBE_STRUCT(SurveyCorrelationResult,
                        covariance,
                        xVariance,
                        yVariance,
+                       stratumCount,
+                       psuCount,
                        designDegreesOfFreedom,
                        varianceMethod,
                        sumOfWeights,

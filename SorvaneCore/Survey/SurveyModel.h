@@ -66,6 +66,9 @@ struct SurveyModelResult {
     std::optional<double> rSquared{};
     /// Of linear models: the residual standard deviation in the population.
     std::optional<double> residualStandardDeviation{};
+    /// Strata and primary sampling units of the rows that count.
+    std::int64_t stratumCount = 0;
+    std::int64_t psuCount = 0;
     std::int64_t designDegreesOfFreedom = 1;
     /// Of the tests: those of the design less the predictors. Below 1 nothing can be tested.
     std::int64_t degreesOfFreedom = 1;
@@ -99,6 +102,8 @@ BOOST_DESCRIBE_STRUCT(SurveyModelResult,
                        waldPValue,
                        rSquared,
                        residualStandardDeviation,
+                       stratumCount,
+                       psuCount,
                        designDegreesOfFreedom,
                        degreesOfFreedom,
                        confidenceLevel,

@@ -335,7 +335,10 @@ void finish(SurveyModelResult& result,
     }
     dropRounding(all, frame);
     result.iterations = fit->iterations;
-    result.designDegreesOfFreedom = sampled.countsAmong(frame.activeRows).degreesOfFreedom;
+    const SampledCounts counts = sampled.countsAmong(frame.activeRows);
+    result.stratumCount = counts.strata;
+    result.psuCount = counts.units;
+    result.designDegreesOfFreedom = counts.degreesOfFreedom;
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
     addCoefficients(result, all, method, options);
     if (result.degreesOfFreedom >= 1 && haveErrors(all.slopes(method.leading))) {

@@ -169,20 +169,51 @@ TEST_F(SurveyAnalysesTest, CorrelationsStandInTheRowOfTheLaterVariable) {
     EXPECT_TRUE(one.findings.front().item.apaSummary.starts_with("In the population"));
 }
 
-TEST(SurveyAnalyses, TheDesignOfCorrelationsIsThatOfTheirFirstPair) {
+Cells designCells(const ScreenContent& content) {
+    Cells cells;
+    for (const Cells& row : tableOf(content.findings.front().item, "Sampling design")->rows) {
+        cells.push_back(row[1]);
+    }
+    return cells;
+}
+
+TEST(SurveyAnalyses, TellOfTheDesignAndItsLimitsForTheRowsInUse) {
     ScreenWorkplace place;
     place.state.importPastedData(
-        "w,y,x,z\n1,1,2,4\n3,3,3,NA\n2,2,5,1\n1,5,6,NA\n2,4,9,2\n1,2,1,3\n");
+        "w,s,u,y,x,z\n1,a,1,1,2,4\n3,a,2,3,3,NA\n2,a,3,2,5,NA\n1,b,4,5,6,1\n2,b,5,4,9,2\n"
+        "1,b,6,2,1,3\n2,c,7,3,4,NA\n1,c,8,6,2,NA\n");
     place.assign({"w", "y", "x", "z"}, VariableKind::outcome);
-    place.set({{"svWeight", R"("w")"},
-               {"svAnalysis", R"("correlation")"},
-               {"svCorrVars", R"(["y","x","z"])"}});
-    EXPECT_FALSE(place.screens.at(survey).run());
-    const ScreenContent content = place.screens.at(survey).content();
-    const ReportTable* design = tableOf(content.findings.front().item, "Sampling design");
-    ASSERT_NE(design, nullptr);
-    EXPECT_EQ(design->rows.front()[1], "w, sum 10.0");
-    EXPECT_EQ(design->rows.back()[1], "5.0") << "of all six rows, whatever z lacks";
+    place.assign({"s", "u"}, VariableKind::grouping);
+    place.set({{"svWeight", R"("w")"}, {"svStrata", R"("s")"}, {"svCluster", R"("u")"}});
+    const auto shown = [&place](const Settings& settings) {
+        place.set(settings);
+        EXPECT_FALSE(place.screens.at(survey).run());
+        return place.screens.at(survey).content();
+    };
+    const ScreenContent pairs =
+        shown({{"svAnalysis", R"("correlation")"}, {"svCorrVars", R"(["y","x","z"])"}});
+    EXPECT_EQ(designCells(pairs), (Cells{"w, sum 5.0 to 13.0", "s (2 to 3 of 3)", "u (4 to 8 of 8)",
+                                         "none", "Taylor linearization", "2 to 5", "3.6 to 6.8"}));
+    const std::string& note = *pairs.findings.front().item.table->note;
+    for (const char* const sentence :
+         {"y – z and x – z: 1 stratum/strata contain a single sampled PSU; those strata contribute "
+          "no between-PSU variance",
+          "Design degrees of freedom is 2 to 5; confidence intervals rely on",
+          "from 0 to 4 of them; they are treated as if"}) {
+        EXPECT_NE(note.find(sentence), std::string::npos) << note;
+    }
+    EXPECT_EQ(note.find("Design degrees of freedom is 5"), std::string::npos) << note;
+
+    const ScreenContent model = shown(
+        {{"svAnalysis", R"("linear")"}, {"svOutcome", R"("z")"}, {"svPredictors", R"(["x"])"}});
+    const Cells ofModel = designCells(model);
+    EXPECT_EQ(Cells(ofModel.begin() + 1, ofModel.begin() + 3), (Cells{"s (2 of 3)", "u (4 of 8)"}));
+    EXPECT_EQ(ofModel[5], "2");
+    // A mean takes the degrees of freedom of the whole design.
+    const Cells ofMean = designCells(shown(
+        {{"svAnalysis", R"("estimates")"}, {"svEstimand", R"("mean")"}, {"svVar", R"("z")"}}));
+    EXPECT_EQ(Cells(ofMean.begin() + 1, ofMean.begin() + 3), (Cells{"s (3)", "u (8)"}));
+    EXPECT_EQ(ofMean[5], "5");
 }
 
 TEST_F(SurveyAnalysesTest, ATableTellsItsSharesAndTheCorrectedTest) {

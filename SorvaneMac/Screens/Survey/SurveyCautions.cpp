@@ -6,6 +6,7 @@
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/DatasetText.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/SharedSentences.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 
 namespace sorvane::SurveyCautions {
@@ -41,20 +42,6 @@ bool isPassedBy(const WeightedEstimate& estimate, const WeightedEstimate& all) {
            });
 }
 
-/// The first of the names, and how many more there are.
-std::string someOf(const std::vector<std::string>& names) {
-    constexpr std::size_t shown = 6;
-    if (names.size() <= shown) {
-        return ResultText::listed(names) + ".";
-    }
-    std::string text;
-    for (std::size_t i = 0; i < shown; ++i) {
-        text += (i == 0 ? "" : ", ") + names[i];
-    }
-    return text + ", and " +
-           ResultText::count(std::ssize(names) - static_cast<std::int64_t>(shown)) + " more.";
-}
-
 template <typename Holds>
 std::vector<std::string> groupsWhere(const SurveyRun& run, Holds holds) {
     std::vector<std::string> names;
@@ -70,7 +57,7 @@ void addOfGroups(std::vector<std::string>& cautions, const SurveyRun& run) {
     const auto add = [&cautions, &run](std::string_view what, auto holds) {
         const std::vector<std::string> names = groupsWhere(run, holds);
         if (!names.empty()) {
-            cautions.push_back(std::string(what) + someOf(names));
+            cautions.push_back(std::string(what) + SharedSentences::someOf(names) + ".");
         }
     };
     add("No estimate could be made for these subgroups: ", isBlocked);

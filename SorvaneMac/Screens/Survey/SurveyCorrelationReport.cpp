@@ -8,6 +8,7 @@
 #include "SorvaneMac/Report/SignificanceFormatting.h"
 #include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
+#include "SorvaneMac/Screens/Survey/SharedSentences.h"
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 #include "SorvaneMac/Screens/Survey/SurveyDesignTable.h"
 
@@ -45,7 +46,7 @@ const SurveyCorrelationResult& pairAt(const SurveyCorrelationRun& run,
     return run.pairs[before + second - first - 1];
 }
 
-/// The first pair that could be estimated: its design stands for that of all.
+/// The first pair that could be estimated: its method is that of all.
 const SurveyCorrelationResult& leading(const SurveyCorrelationRun& run) {
     return *std::ranges::find(run.pairs, false, &isBlocked);
 }
@@ -71,7 +72,7 @@ ReportTable matrixTable(const SurveyCorrelationRun& run) {
         const std::string number = ResultText::count(static_cast<std::int64_t>(i) + 1);
         table.headers.push_back(number);
         const SurveyVariable& variable = run.variables[i];
-        const int decimals = ReportDecimals::of(variable.standardDeviation, 2);
+        const int decimals = ReportDecimals::ofSample(variable.mean, variable.standardDeviation);
         std::vector<std::string> row = {number + ". " + variable.name,
                                         svFmt(variable.mean, decimals),
                                         svFmt(variable.standardDeviation, decimals)};
@@ -119,6 +120,16 @@ ReportTable pairTable(const SurveyCorrelationRun& run) {
                        " of " + ResultText::count(std::ssize(run.pairs)) + ".";
     }
     return table;
+}
+
+ReportTable designTable(const SurveyCorrelationRun& run) {
+    std::vector<SurveyDesignTable::Figures> figures;
+    for (const SurveyCorrelationResult& pair : run.pairs) {
+        if (!isBlocked(pair)) {
+            figures.push_back(SurveyDesignTable::Figures::of(pair));
+        }
+    }
+    return SurveyDesignTable::table(run.design, figures);
 }
 
 std::string sentence(const SurveyCorrelationRun& run) {
@@ -193,22 +204,19 @@ std::string rowsLeftOut(const SurveyCorrelationRun& run) {
                      " of them; they are treated as if they had not been sampled.";
 }
 
-/// What the pairs say, each sentence once.
 std::vector<std::string> warnings(const SurveyCorrelationRun& run) {
-    std::vector<std::string> all;
+    std::vector<SharedSentences::Saying> sayings;
     std::vector<std::string> blocked;
     for (const SurveyCorrelationResult& pair : run.pairs) {
         if (isBlocked(pair)) {
             blocked.push_back(nameOf(pair));
             continue;
         }
-        for (std::string& message : ResultText::messages(pair.readiness)) {
-            if (message != SurveyWording::rowsDropped(leftOut(pair)) &&
-                std::ranges::find(all, message) == all.end()) {
-                all.push_back(std::move(message));
-            }
-        }
+        std::vector<std::string> messages = ResultText::messages(pair.readiness);
+        std::erase(messages, SurveyWording::rowsDropped(leftOut(pair)));
+        sayings.push_back({.name = nameOf(pair), .sentences = std::move(messages)});
     }
+    std::vector<std::string> all = SharedSentences::told(sayings);
     if (std::string missing = rowsLeftOut(run); !missing.empty()) {
         all.push_back(std::move(missing));
     }
@@ -228,17 +236,11 @@ std::vector<std::string> warnings(const SurveyCorrelationRun& run) {
 }  // namespace
 
 TestReport report(const SurveyCorrelationRun& run) {
-    const SurveyCorrelationResult& first = leading(run);
     return {
         .title = "Survey Correlation: " + ResultText::listed(names(run)),
         .sentence = sentence(run),
         .tiles = tiles(run),
-        .tables = {matrixTable(run), pairTable(run),
-                   SurveyDesignTable::table(run.design,
-                                            {.sumOfWeights = first.sumOfWeights,
-                                             .degreesOfFreedom = first.designDegreesOfFreedom,
-                                             .effectiveSampleSize = first.effectiveSampleSize,
-                                             .method = first.varianceMethod})},
+        .tables = {matrixTable(run), pairTable(run), designTable(run)},
         .charts = {run.pairs.size() <= mostPairsInChart ? intervalChart(run) : matrixChart(run)},
         .figureCaption = "Correlations under the sampling design.",
         .caution = ResultText::running(SurveyWording::correlationCautions()),

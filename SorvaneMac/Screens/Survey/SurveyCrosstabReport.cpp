@@ -146,20 +146,17 @@ TestReport report(const SurveyCrosstabRun& run) {
     const SurveyCategoricalResult& result = run.result;
     std::vector<std::string> warnings = ResultText::messages(result.readiness);
     warnings.insert(warnings.end(), run.cautions.begin(), run.cautions.end());
-    return {.title = "Survey Crosstab: " + subject(result),
-            .sentence = SurveyWording::summary(result),
-            .tiles = tiles(result),
-            .tables = {shareTable(run), testTable(run), cellTable(run),
-                       SurveyDesignTable::table(run.design,
-                                                {.sumOfWeights = result.sumOfWeights,
-                                                 .degreesOfFreedom = result.designDegreesOfFreedom,
-                                                 .effectiveSampleSize = result.effectiveSampleSize,
-                                                 .method = result.varianceMethod})},
-            .charts = {chart(result)},
-            .figureCaption =
-                "Weighted shares of " + result.columnName + " within " + result.rowName + ".",
-            .caution = ResultText::running(SurveyWording::tableCautions()),
-            .warnings = std::move(warnings)};
+    return {
+        .title = "Survey Crosstab: " + subject(result),
+        .sentence = SurveyWording::summary(result),
+        .tiles = tiles(result),
+        .tables = {shareTable(run), testTable(run), cellTable(run),
+                   SurveyDesignTable::table(run.design, SurveyDesignTable::Figures::of(result))},
+        .charts = {chart(result)},
+        .figureCaption =
+            "Weighted shares of " + result.columnName + " within " + result.rowName + ".",
+        .caution = ResultText::running(SurveyWording::tableCautions()),
+        .warnings = std::move(warnings)};
 }
 
 Gate refusal(const SurveyCrosstabRun& run) {

@@ -123,11 +123,7 @@ TestReport report(const SurveyModelRun& run) {
     }
     tables.push_back(SurveyModelTables::summary(run));
     tables.push_back(SurveyModelTables::comparison(run));
-    tables.push_back(
-        SurveyDesignTable::table(run.design, {.sumOfWeights = result.sumOfWeights,
-                                              .degreesOfFreedom = result.designDegreesOfFreedom,
-                                              .effectiveSampleSize = result.effectiveSampleSize,
-                                              .method = result.varianceMethod}));
+    tables.push_back(SurveyDesignTable::table(run.design, SurveyDesignTable::Figures::of(result)));
     return {.title = std::string(SurveyModelWords::of(run.model).title) + ": " + run.outcome,
             .sentence = sentence(run),
             .tiles = tiles(run),

@@ -62,6 +62,8 @@ ReportTable comparisonTable(const SurveyRun& run) {
 ReportTable designTable(const SurveyRun& run) {
     return SurveyDesignTable::table(run.design,
                                     {.sumOfWeights = run.estimate.sumOfWeights,
+                                     .stratumCount = run.design.stratumCount,
+                                     .psuCount = run.design.psuCount,
                                      .degreesOfFreedom = run.estimate.designDegreesOfFreedom,
                                      .effectiveSampleSize = run.estimate.effectiveSampleSize,
                                      .method = run.estimate.varianceMethod});
