@@ -1,6 +1,13 @@
+# The headers of the language, and those that describe records, that most sources include.
+set(SORVANE_COMMON_HEADERS
+    <algorithm> <array> <cmath> <cstddef> <cstdint> <functional> <limits> <map> <memory> <numeric>
+    <optional> <span> <string> <string_view> <utility> <vector>
+    <boost/describe/class.hpp> <boost/describe/enum.hpp>)
+
 # sorvane_library(NAME <Name> SOURCES <...> DEPENDS <...> [PRIVATE_DEPENDS <...>] [PRECOMPILE <...>])
 #   One static library per room, alias Sorvane::<Name>; sources are listed, never globbed. PRECOMPILE
-#   names the headers that most of the sources begin with.
+#   names the headers that most of the sources begin with; without it, the library takes the common
+#   ones that Numerics has compiled.
 function(sorvane_library)
     cmake_parse_arguments(ARG "" "NAME" "SOURCES;DEPENDS;PRIVATE_DEPENDS;PRECOMPILE" ${ARGN})
     add_library(Sorvane${ARG_NAME} STATIC ${ARG_SOURCES})
@@ -11,6 +18,8 @@ function(sorvane_library)
     target_compile_features(Sorvane${ARG_NAME} PUBLIC cxx_std_20)
     if(ARG_PRECOMPILE)
         target_precompile_headers(Sorvane${ARG_NAME} PRIVATE ${ARG_PRECOMPILE})
+    else()
+        target_precompile_headers(Sorvane${ARG_NAME} REUSE_FROM SorvaneNumerics)
     endif()
 endfunction()
 

@@ -207,22 +207,37 @@ struct PathDiagram {
     bool operator==(const PathDiagram&) const = default;
 };
 
+using AnyPlot = std::variant<HistogramPlot,
+                             BoxPlot,
+                             ScatterPlot,
+                             BarPlot,
+                             GroupedBarPlot,
+                             IntervalPlot,
+                             LinePlot,
+                             HeatMap,
+                             Dendrogram,
+                             PathDiagram>;
+
+/// One of them. How a plot is copied stands in one source: every file that holds charts would otherwise compile it
+/// anew for each kind.
+struct Plot : AnyPlot {
+    using AnyPlot::AnyPlot;
+    Plot();
+    Plot(const Plot& other);
+    Plot(Plot&& other) noexcept;
+    Plot& operator=(const Plot& other);
+    Plot& operator=(Plot&& other) noexcept;
+    ~Plot();
+
+    bool operator==(const Plot& other) const;
+};
+
 struct Chart {
     std::string title;
     std::string subtitle;
     std::string xLabel;
     std::string yLabel;
-    std::variant<HistogramPlot,
-                 BoxPlot,
-                 ScatterPlot,
-                 BarPlot,
-                 GroupedBarPlot,
-                 IntervalPlot,
-                 LinePlot,
-                 HeatMap,
-                 Dendrogram,
-                 PathDiagram>
-        plot;
+    Plot plot;
 
     bool operator==(const Chart&) const = default;
 };

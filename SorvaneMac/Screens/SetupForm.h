@@ -88,14 +88,25 @@ struct ButtonControl {
     std::function<void()> press;
 };
 
-using Control = std::variant<HeadingControl,
-                             NoteControl,
-                             TextControl,
-                             NumberControl,
-                             ToggleControl,
-                             ChoiceControl,
-                             CheckListControl,
-                             ButtonControl>;
+using AnyControl = std::variant<HeadingControl,
+                                NoteControl,
+                                TextControl,
+                                NumberControl,
+                                ToggleControl,
+                                ChoiceControl,
+                                CheckListControl,
+                                ButtonControl>;
+
+/// One of them. How a control is copied stands in one source: every screen would otherwise compile it anew for each
+/// kind.
+struct Control : AnyControl {
+    using AnyControl::AnyControl;
+    Control(const Control& other);
+    Control(Control&& other) noexcept;
+    Control& operator=(const Control& other);
+    Control& operator=(Control&& other) noexcept;
+    ~Control();
+};
 
 struct SetupForm {
     std::string title;
