@@ -20,6 +20,8 @@ constexpr std::string_view digits = "0123456789";
 struct Form {
     /// Before the first count, between counts, and after the last.
     std::vector<std::string> words;
+    /// As the first one writes them.
+    std::vector<std::string> counts;
     std::vector<double> least;
     std::vector<double> most;
     std::vector<std::string> names;
@@ -40,7 +42,8 @@ Form Form::of(std::string_view sentence) {
         }
         sentence.remove_prefix(first);
         const std::size_t length = std::min(sentence.find_first_not_of(digits), sentence.size());
-        form.least.push_back(NumberText::parse(sentence.substr(0, length)).value_or(0.0));
+        form.counts.emplace_back(sentence.substr(0, length));
+        form.least.push_back(NumberText::parse(form.counts.back()).value_or(0.0));
         sentence.remove_prefix(length);
     }
 }
@@ -58,8 +61,8 @@ std::string Form::sentence() const {
     };
     std::string text = words.front();
     for (std::size_t i = 0; i < least.size(); ++i) {
-        text +=
-            count(least[i]) + (least[i] < most[i] ? " to " + count(most[i]) : "") + words[i + 1];
+        text += least[i] < most[i] ? count(least[i]) + " to " + count(most[i]) : counts[i];
+        text += words[i + 1];
     }
     return text;
 }
