@@ -133,7 +133,7 @@ ReportTable varianceTable(const MultilevelRun& run) {
                 : ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
         // What a variance needs a power of ten for, its root may well do without.
         const int ofRoot =
-            std::min(decimals, std::max(ReportDecimals::of(each.standardDeviation), mostDecimals));
+            decimals > mostDecimals ? ReportDecimals::of(each.standardDeviation, fewest) : decimals;
         table.rows.push_back({each.name, svFigure(each.variance, decimals),
                               svFigure(each.standardDeviation, ofRoot)});
     }
