@@ -163,6 +163,23 @@ std::string general(double value, int significantDigits) {
     return text;
 }
 
+std::string powerOfTen(double value, int decimals) {
+    static constexpr std::array<std::string_view, 10> raised = {"⁰", "¹", "²", "³", "⁴",
+                                                                "⁵", "⁶", "⁷", "⁸", "⁹"};
+    const std::string text = printed(value, std::chars_format::scientific, decimals);
+    const std::size_t mark = text.find('e');
+    std::string result = text.substr(0, mark) + " × 10";
+    if (text[mark + 1] == '-') {
+        result += "⁻";
+    }
+    // The exponent has two digits at least.
+    const std::size_t first = text[mark + 2] == '0' ? mark + 3 : mark + 2;
+    for (const char digit : text.substr(first)) {
+        result += raised[static_cast<std::size_t>(digit - '0')];
+    }
+    return result;
+}
+
 std::string shortest(double value) {
     if (std::isnan(value)) {
         return "nan";

@@ -28,6 +28,11 @@ std::string fixed(double value, int decimals);
 /// "%.Ng" of the C routine, in the C locale.
 std::string general(double value, int significantDigits);
 
+/// A power of ten and what multiplies it, as a report writes it: "2.9 × 10⁻¹²" for (2.9e-12, 1).
+///
+/// Input      finite; decimals of the multiplier, at least 0
+std::string powerOfTen(double value, int decimals);
+
 /// The shortest text that reads back exactly ("0.1", "1e+22"); "nan", "inf" and "-inf" otherwise.
 std::string shortest(double value);
 

@@ -211,7 +211,7 @@ ReportTable CorrelationScreen::matrixTable(const std::vector<std::string>& names
         const int decimals = ReportDecimals::ofSample(summary.mean, summary.standardDeviation);
         std::vector<std::string> row = {
             ResultText::count(static_cast<std::int64_t>(i) + 1) + ". " + names[i],
-            svFmt(summary.mean, decimals), svFmt(summary.standardDeviation, decimals)};
+            svFigure(summary.mean, decimals), svFigure(summary.standardDeviation, decimals)};
         for (std::size_t j = 0; j < names.size(); ++j) {
             row.push_back(j < i    ? starred(RelationshipTests::pearson(columns[i], columns[j]))
                           : j == i ? "—"

@@ -37,11 +37,11 @@ std::vector<std::string> summaryRow(const std::string& name, const DescriptiveSu
     const int decimals = ReportDecimals::ofSample(summary.mean, summary.standardDeviation);
     return {name,
             ResultText::count(summary.validN),
-            svFmt(summary.mean, decimals),
-            svFmt(summary.standardDeviation, decimals),
-            svFmt(summary.median, decimals),
-            svFmt(summary.minimum, decimals),
-            svFmt(summary.maximum, decimals),
+            svFigure(summary.mean, decimals),
+            svFigure(summary.standardDeviation, decimals),
+            svFigure(summary.median, decimals),
+            svFigure(summary.minimum, decimals),
+            svFigure(summary.maximum, decimals),
             svFmt(summary.skewness, 2)};
 }
 
@@ -242,14 +242,14 @@ ScreenContent DescriptivesScreen::content() const {
     const int ofError = ReportDecimals::of(figures.standardError.value_or(0.0), decimals);
     content.tiles = {
         {"Valid n", ResultText::count(figures.validN), variable()},
-        {"Mean", svFmt(figures.mean, decimals),
-         "95% CI " + svFmt(figures.confidenceIntervalLower, ofError) + " to " +
-             svFmt(figures.confidenceIntervalUpper, ofError)},
-        {"SD", svFmt(figures.standardDeviation, decimals), "sample"},
-        {"Median", svFmt(figures.median, decimals),
-         "IQR " + svFmt(figures.interquartileRange, decimals)},
-        {"Minimum", svFmt(figures.minimum, decimals), ""},
-        {"Maximum", svFmt(figures.maximum, decimals), ""},
+        {"Mean", svFigure(figures.mean, decimals),
+         "95% CI " + svFigure(figures.confidenceIntervalLower, ofError) + " to " +
+             svFigure(figures.confidenceIntervalUpper, ofError)},
+        {"SD", svFigure(figures.standardDeviation, decimals), "sample"},
+        {"Median", svFigure(figures.median, decimals),
+         "IQR " + svFigure(figures.interquartileRange, decimals)},
+        {"Minimum", svFigure(figures.minimum, decimals), ""},
+        {"Maximum", svFigure(figures.maximum, decimals), ""},
         {"Missing", ResultText::count(figures.missingN), "of " + ResultText::count(figures.totalN)},
         {"Skewness", svFmt(figures.skewness, 2), ""}};
     std::optional<Chart> bars = histogram(values);
@@ -375,10 +375,10 @@ Finding DescriptivesScreen::finding(const DescriptiveSummary& figures,
     item.title = "Descriptives: " + variable();
     const int decimals = ReportDecimals::ofSample(figures.mean, figures.standardDeviation);
     item.apaSummary =
-        "Descriptive statistics for " + variable() + ": M = " + svFmt(figures.mean, decimals) +
-        ", SD = " + svFmt(figures.standardDeviation, decimals) +
+        "Descriptive statistics for " + variable() + ": M = " + svFigure(figures.mean, decimals) +
+        ", SD = " + svFigure(figures.standardDeviation, decimals) +
         ", N = " + ResultText::count(figures.validN) + ", range " +
-        svFmt(figures.minimum, decimals) + " to " + svFmt(figures.maximum, decimals) + ".";
+        svFigure(figures.minimum, decimals) + " to " + svFigure(figures.maximum, decimals) + ".";
     ReportTable table;
     table.headers = summaryHeaders;
     table.rows = {summaryRow(variable(), figures)};

@@ -22,7 +22,7 @@ std::vector<std::string> columnRow(const ImportColumnSummary& column) {
     const int decimals =
         numbers ? ReportDecimals::ofSample(numbers->mean, numbers->maximum - numbers->minimum) : 0;
     const auto figure = [&numbers, decimals](double NumericSummary::*part) {
-        return numbers ? svFmt((*numbers).*part, decimals) : std::string("--");
+        return numbers ? svFigure((*numbers).*part, decimals) : std::string("--");
     };
     return {column.header,
             ResultText::count(column.numericCount),

@@ -3,25 +3,29 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneMac/Report/ReportNumbers.h"
+
 namespace sorvane::ReportDecimals {
 
 int of(double spread, int fewest) {
-    constexpr int most = 12;
     if (!std::isfinite(spread) || spread <= 0.0) {
         return fewest;
     }
-    const double leading = std::clamp(std::floor(std::log10(spread)), -20.0, 20.0);
-    return std::clamp(1 - static_cast<int>(leading), fewest, most);
+    const int leading = static_cast<int>(std::floor(std::log10(spread)));
+    return leading < mostDecimals ? std::max(1 - leading, fewest) : 2 - leading;
 }
 
 int inSentence(double standardError) {
-    return of(standardError) - 1;
+    const int inTables = of(standardError);
+    return inTables > mostDecimals || inTables < 0 ? inTables : inTables - 1;
 }
 
 int ofSample(std::optional<double> centre, std::optional<double> spread) {
     constexpr int fewest = 2;
+    constexpr double roundingShare = 1e-15;
+    const double size = std::abs(centre.value_or(0.0));
     const double apart = spread.value_or(0.0);
-    return of(apart > 0.0 ? apart : std::abs(centre.value_or(0.0)), fewest);
+    return of(apart > roundingShare * size ? apart : size, fewest);
 }
 
 }  // namespace sorvane::ReportDecimals

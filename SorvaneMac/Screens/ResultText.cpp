@@ -44,8 +44,8 @@ std::string ratio(double value, int decimals) {
     if (value > largest) {
         return "> 99999";
     }
-    return value >= 0.0 && value < smallest / 2.0 ? "< " + svFmt(smallest, decimals)
-                                                  : svFmt(value, decimals);
+    return value >= 0.0 && value < smallest / 2.0 ? "< " + svFigure(smallest, decimals)
+                                                  : svFigure(value, decimals);
 }
 
 std::string ratioSentence(std::string_view symbol, double value, int decimals) {

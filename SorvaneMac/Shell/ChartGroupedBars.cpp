@@ -9,7 +9,7 @@
 #include <QHorizontalStackedBarSeries>
 #include <QPainter>
 
-#include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Shell/ChartAxes.h"
 #include "SorvaneMac/Shell/ChartPlots.h"
 #include "SorvaneMac/Shell/ChartRange.h"
@@ -104,7 +104,7 @@ void paintStackFigures(QPainter& painter,
             const QPointF start = places.at(from, slot);
             const QPointF end = places.at(from + value, slot);
             from += value;
-            const QString text = qtText(NumberText::fixed(value, plot.decimals));
+            const QString text = qtText(svFigure(value, plot.decimals));
             if (metrics.horizontalAdvance(text) + figureAir > end.x() - start.x()) {
                 continue;
             }

@@ -238,6 +238,9 @@ TEST(ANCOVA, IsAbsentWithoutADesignOfFullRank) {
     EXPECT_FALSE(ancova(y, {"a", "a", "a", "a", "a", "a"}, {{1, 2, 3, 6, 5, 7}}));
     EXPECT_FALSE(ancova({3, 3, 5}, {"a", "a", "b"}, {{1, 2, 3}}));
     EXPECT_FALSE(ancova(y, groups, {{1, 2, 3}}));
+    const double third = 0.1 + 0.2;
+    EXPECT_FALSE(ancova(y, groups, {{0.3, third, 0.3, third, 0.3, third}}));
+    EXPECT_FALSE(ancova({0.3, third, 0.3, third, third, 0.3}, groups, {{1, 2, 3, 6, 5, 7}}));
     EXPECT_FALSE(ancova({3, HUGE_VAL, 5, 17, 15, 18}, groups, {{1, 2, 3, 6, 5, 7}}));
 }
 

@@ -329,5 +329,34 @@ TEST(GroupComparisonTests, AreAbsentWithoutSpreadOrPairs) {
     EXPECT_TRUE(pairwiseComparisons(Groups{{"a", two}, {"b", two}}, ANOVAResult(), 1.0).empty());
 }
 
+TEST(GroupComparisonTests, TakeValuesThatOnlyRoundingTellsApartForEqual) {
+    using namespace GroupComparisonTests;
+    for (const double shift : {0.1, 0.7, 1000.1, 1e-9}) {
+        Values before;
+        Values after;
+        for (int i = 0; i < 30; ++i) {
+            before.push_back(i / 10.0);
+            after.push_back(before.back() + shift);
+        }
+        EXPECT_FALSE(pairedSamplesTTest(before, after)) << shift;
+        after[7] += 1e-11;
+        EXPECT_TRUE(pairedSamplesTTest(before, after)) << shift;
+    }
+    const Values nearly = {0.3, 0.1 + 0.2, 0.3, 0.1 + 0.2};
+    const Values minus = {-0.3, -0.3, -0.1 - 0.2};
+    EXPECT_FALSE(oneSampleTTest(nearly, 0.0));
+    EXPECT_FALSE(independentSamplesTTest(nearly, minus, VarianceAssumption::equal));
+    EXPECT_FALSE(independentSamplesTTest(nearly, minus, VarianceAssumption::unequal));
+    const Groups groups = {{"a", nearly}, {"b", minus}};
+    EXPECT_FALSE(oneWayANOVA(groups));
+    EXPECT_FALSE(GroupComparisonEngine::welchANOVA(groups));
+    EXPECT_FALSE(GroupComparisonEngine::brownForsytheANOVA(groups));
+    EXPECT_TRUE(HomogeneityTests::homogeneityTests(groups).empty());
+    EXPECT_TRUE(GroupComparisonEngine::gamesHowell(groups).empty());
+    EXPECT_EQ(Columns::of(groups).analyzed()->selectedVariant, ANOVAVariant::kruskalWallis);
+    // As good as nothing beside the values, and yet more than rounding.
+    EXPECT_TRUE(oneSampleTTest(Values{1e9, 1e9 + 1e-5}, 0.0));
+}
+
 }  // namespace
 }  // namespace sorvane

@@ -39,6 +39,7 @@ TEST(RegressionTests, RefuseWhatCannotBeFitted) {
     EXPECT_TRUE(fitted({x}, y));
     EXPECT_FALSE(fitted({x, x}, y)) << "a duplicated predictor";
     EXPECT_FALSE(fitted({Values(6, 1e9)}, y)) << "a constant predictor";
+    EXPECT_FALSE(fitted({{0.3, 0.1 + 0.2, 0.3, 0.3, 0.3, 0.1 + 0.2}}, y)) << "but for rounding";
     EXPECT_FALSE(fitted({{1, 2, 3}}, y)) << "a shorter predictor";
     EXPECT_FALSE(fitted({{1, 4}, {2, 9}}, {1, 2})) << "fewer cases than coefficients";
     EXPECT_FALSE(fitted({{1, 2, 3, 4, 5, std::nan("")}}, y)) << "a value that is not a number";
@@ -82,6 +83,9 @@ TEST(RegressionTests, HaveNoExplainedShareOfAConstantOutcome) {
     EXPECT_EQ(result->coefficients[1].estimate, 0.0);
     EXPECT_TRUE(std::isnan(result->rSquared));
     EXPECT_FALSE(result->coefficients[1].standardizedEstimate);
+    const auto nearly = fitted({{1, 2, 4, 7}}, {0.3, 0.1 + 0.2, 0.3, 0.3});
+    ASSERT_TRUE(nearly);
+    EXPECT_TRUE(std::isnan(nearly->rSquared));
 }
 
 TEST(RegressionTests, WarnOfSmallSamples) {

@@ -100,6 +100,13 @@ TEST(RelationshipTests, AreAbsentWithoutPairsOrVariance) {
     EXPECT_FALSE(spearman(varied, constant));
     EXPECT_FALSE(kendallTauB(constant, varied));
     EXPECT_FALSE(simpleLinearRegression(constant, varied));
+    const Values nearly = {0.3, 0.1 + 0.2, 0.3, 0.1 + 0.2};
+    EXPECT_FALSE(pearson(nearly, varied));
+    EXPECT_FALSE(spearman(varied, nearly));
+    EXPECT_FALSE(kendallTauB(nearly, varied));
+    EXPECT_FALSE(kendallTauB(test::plainColumn({0.3, 0.1 + 0.2, 0.3, 0.1 + 0.2}),
+                             test::plainColumn({1, 3, 2, 5})));
+    EXPECT_FALSE(simpleLinearRegression(nearly, varied));
     EXPECT_FALSE(
         pearson(test::OptionalValues{1.0, std::nullopt, 3.0}, test::OptionalValues{1.0, 2.0, 4.0}));
 }

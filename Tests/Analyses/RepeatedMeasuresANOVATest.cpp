@@ -120,6 +120,7 @@ TEST(RepeatedMeasuresANOVA, IsBlockedWithoutErrorVariance) {
         {__LINE__, {{0.1, 0.7, 0.3}, {0.1, 0.7, 0.3}}, same},
         {__LINE__, {{5.5, 5.5}, {5.5, 5.5}, {5.5, 5.5}}, same},
         {__LINE__, {{0.1, 0.7, 0.3}, {0.4, 1.0, 0.6}, {1.2, 1.8, 1.4}}, separate},
+        {__LINE__, {{0.1, 0.2, 0.3}, {0.2, 0.3, 0.4}, {0.1, 0.2, 0.1 + 0.2}}, separate},
     };
     for (const Case& each : cases) {
         const auto result = compared(each.conditions);
@@ -127,6 +128,11 @@ TEST(RepeatedMeasuresANOVA, IsBlockedWithoutErrorVariance) {
         EXPECT_TRUE(std::isnan(result->f)) << each.line;
         EXPECT_TRUE(std::isnan(result->ggP)) << each.line;
         EXPECT_EQ(obstacles(result->readiness), Texts{each.obstacle}) << each.line;
+        EXPECT_TRUE(std::isnan(result->mauchlyW) || result->k == 2) << each.line;
+        for (const RMPairwise& pair : result->pairwise) {
+            EXPECT_FALSE(std::isfinite(pair.t)) << each.line;
+            EXPECT_EQ(std::isnan(pair.t), pair.meanDifference == 0.0) << each.line;
+        }
     }
 }
 

@@ -57,6 +57,10 @@ TEST(NumberText, PrintsByTheRulesOfTheCRoutine) {
     EXPECT_EQ(NumberText::shortest(1e22), "1e+22");
     EXPECT_EQ(NumberText::shortest(-infinity), "-inf");
     EXPECT_EQ(NumberText::shortest(-std::numeric_limits<double>::quiet_NaN()), "nan");
+    EXPECT_EQ(NumberText::powerOfTen(2.9e-12, 1), "2.9 × 10⁻¹²");
+    EXPECT_EQ(NumberText::powerOfTen(-9.997e15, 2), "-1.00 × 10¹⁶");
+    EXPECT_EQ(NumberText::powerOfTen(5e-6, 0), "5 × 10⁻⁶");
+    EXPECT_EQ(NumberText::powerOfTen(1.5e300, 1), "1.5 × 10³⁰⁰");
     EXPECT_EQ(NumberText::integer(std::numeric_limits<std::int64_t>::min()),
               "-9223372036854775808");
 }

@@ -74,6 +74,10 @@ TEST(MICEAnalysis, PoolsMeansAndCorrelationsAtTheLevelAskedFor) {
     copies[1][2][3] = none;
     EXPECT_TRUE(std::isnan(MICEAnalysis::pooledMean(copies, names, "y")->estimate))
         << "a cell that stayed missing is no zero";
+    const std::vector<CompletedColumns> constant(
+        3, CompletedColumns{std::vector<std::optional<double>>(7, 0.0004)});
+    EXPECT_EQ(MICEAnalysis::pooledMean(constant, {"same"}, "same")->estimate, 0.0004);
+    EXPECT_EQ(MICEAnalysis::pooledMean(constant, {"same"}, "same")->standardError, 0.0);
     const double correlations[] = {0.5, 0.6};
     EXPECT_FALSE(MICEAnalysis::pooledCorrelation(correlations, 3));
     EXPECT_TRUE(MICEAnalysis::pooledCorrelation(correlations, 4));

@@ -32,6 +32,35 @@ TEST(ReportNumbers, BoundedNumbersLoseTheZeroBeforeThePoint) {
     EXPECT_EQ(svFmtBounded(std::nullopt, 3), "--");
 }
 
+TEST(ReportNumbers, FiguresBeyondDecimalsGoIntoPowersOfTen) {
+    const struct {
+        int line;
+        double value;
+        int decimals;
+        std::string text;
+    } cases[] = {
+        {__LINE__, 3.25, 2, "3.25"},
+        {__LINE__, -0.001, 2, "-0.00"},
+        {__LINE__, 0.0000000000286, 12, "0.000000000029"},
+        {__LINE__, 0.0000000000029, 13, "2.9 × 10⁻¹²"},
+        {__LINE__, -0.0000118, 13, "-1.18000000 × 10⁻⁵"},
+        // A figure that says something before its last digits keeps its form.
+        {__LINE__, 2.0, 17, "2.000000000000"},
+        {__LINE__, 0.0, 17, "0"},
+        {__LINE__, 3e-20, 13, "3 × 10⁻²⁰"},
+        {__LINE__, 9974212745553746.0, -12, "9.974 × 10¹⁵"},
+        {__LINE__, 9974212745553746.0, 2, "9.97421274555375 × 10¹⁵"},
+        {__LINE__, 1234567890123.0, -10, "1.23 × 10¹²"},
+        {__LINE__, 123456789012.0, -10, "123456789012"},
+        {__LINE__, 123456789012345.67, 2, "123456789012346"},
+        {__LINE__, notANumber, -1, "--"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(svFigure(each.value, each.decimals), each.text) << each.line;
+    }
+    EXPECT_EQ(svFigure(std::nullopt, 13), "--");
+}
+
 TEST(SignificanceFormatting, StarsIncludeTheBoundThatTheTextExcludes) {
     using SignificanceFormatting::pValueText;
     EXPECT_EQ(pValueText(0.0005, false), "< .001");

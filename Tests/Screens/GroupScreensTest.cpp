@@ -161,11 +161,16 @@ std::string inThousandths(const ImportedDataset& dataset) {
     return text;
 }
 
+/// Whether one row of a table of the item begins with the cells.
 bool holdsRow(const ReportItem& item, const std::vector<std::string>& cells) {
     std::vector<ReportTable> tables = item.extraTables.value_or(std::vector<ReportTable>());
     tables.push_back(*item.table);
     return std::ranges::any_of(tables, [&cells](const ReportTable& table) {
-        return std::ranges::count(APAFormat::normalize(table).rows, cells) == 1;
+        const auto begins = [&cells](const std::vector<std::string>& row) {
+            return row.size() >= cells.size() &&
+                   std::equal(cells.begin(), cells.end(), row.begin());
+        };
+        return std::ranges::count_if(APAFormat::normalize(table).rows, begins) == 1;
     });
 }
 
@@ -193,7 +198,7 @@ TEST(GroupScreens, KeepTheDigitsOfSmallUnits) {
          {"Between Groups", "0.00002263", "2", "", "0.00001131", "11.49", "0.004**"}},
         {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("score")"}, {"cmGrouping", R"("band")"}},
          "",
-         {"low", "4", "0.0024", "0.0009", "0.00043", "0.00102", "0.00373", "0.0015", "0.0035"}},
+         {"high", "3", "0.0060", "0.0013", "0.00076", "0.00271", "0.00929", "0.0045", "0.0070"}},
         {__LINE__, inferential, {{"cmTest", R"("factorial")"}, {"cmOutcome", R"("score")"}, {"cmFactors", R"(["site", "passed"])"}},
          "",
          {"site", "0.0000090", "1", "0.0000090", "2.94", ".130", ".296"}},
@@ -220,6 +225,73 @@ TEST(GroupScreens, KeepTheDigitsOfSmallUnits) {
         const ReportItem& item = content.findings.back().item;
         EXPECT_NE(item.apaSummary.find(each.sentence), std::string::npos) << item.apaSummary;
         EXPECT_TRUE(holdsRow(item, each.row));
+    }
+}
+
+/// Six cases a dose, of responses about .0004, .004 and .4; `tiny` is about a hundred-thousandth, of
+/// the same shape, and `huge` its inverse.
+std::string doseStudy() {
+    const double shape[] = {0.8, 0.9, 1.0, 1.1, 1.25, 1.0};
+    const char* age[] = {"21", "34", "28", "45", "39", "50"};
+    const struct {
+        const char* dose;
+        double response;
+        double tiny;
+    } groups[] = {{"control", 0.0004, 1.0e-5}, {"low", 0.004, 1.2e-5}, {"high", 0.4, 1.1e-5}};
+    std::string text = "dose,response,tiny,huge,age\n";
+    for (const auto& group : groups) {
+        for (std::size_t i = 0; i < std::size(shape); ++i) {
+            text += group.dose;
+            for (const double value : {group.response * shape[i], group.tiny * shape[i],
+                                       1e3 / (group.tiny * shape[i])}) {
+                text += "," + NumberText::shortest(value);
+            }
+            text += std::string(",") + age[i] + "\n";
+        }
+    }
+    return text;
+}
+
+TEST(GroupScreens, GiveEachGroupTheDigitsOfItsOwnSize) {
+    const struct {
+        int line;
+        StudioScreen screen;
+        Settings settings;
+        std::vector<std::string> row;
+    } cases[] = {
+        // clang-format off
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("response")"}, {"cmGrouping", R"("dose")"}},
+         {"control", "6", "0.000403", "0.000063", "0.000026", "0.000338", "0.000469", "0.000320", "0.000500"}},
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("response")"}, {"cmGrouping", R"("dose")"}},
+         {"control", "low", "-0.003630", "5.10"}},
+        {__LINE__, groupPatterns, {{"selectedANOVAOutcomeName", R"("response")"}, {"selectedANOVAGroupName", R"("dose")"}},
+         {"high", "6", "0.403", "0.063", "0.026", "0.338", "0.469", "0.320", "0.500"}},
+        {__LINE__, inferential, {{"cmTest", R"("ancova")"}, {"cmAncovaOutcome", R"("response")"}, {"cmAncovaGroup", R"("dose")"}, {"cmAncovaCovariates", R"(["age"])"}},
+         {"control", "6", "0.000403", "0.000403"}},
+        {__LINE__, inferential, {{"cmTest", R"("repeatedMeasures")"}, {"rmColumns", R"(["response", "tiny", "age"])"}},
+         {"response", "tiny", "0.1359122", "2.92"}},
+        {__LINE__, dataReduction, {{"drMethod", R"("kmeans")"}, {"drItems", R"(["response", "tiny"])"}, {"drK", "2"}, {"drStandardize", "false"}},
+         {"response", "0.0022", "0.403"}},
+        // Squares of small and of large units.
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("tiny")"}, {"cmGrouping", R"("dose")"}},
+         {"Within Groups", "4.46 × 10⁻¹¹", "", "15", "3.0 × 10⁻¹²"}},
+        {__LINE__, inferential, {{"cmTest", R"("anova")"}, {"cmOutcome", R"("huge")"}, {"cmGrouping", R"("dose")"}},
+         {"Within Groups", "3.083 × 10¹⁵", "", "15", "2.06 × 10¹⁴"}},
+        {__LINE__, inferential, {{"cmTest", R"("repeatedMeasures")"}, {"rmColumns", R"(["tiny", "response"])"}},
+         {"tiny", "18", "0.0000111", "0.0000018"}},
+        {__LINE__, mediation, {{"medMode", R"("moderation")"}, {"medX", R"("age")"}, {"medW", R"("tiny")"}, {"medY", R"("response")"}},
+         {"tiny mean", "0.0000111"}},
+        // clang-format on
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.line);
+        TwoSiteStudy study;
+        study.state.importPastedData(doseStudy());
+        study.assign({"response", "tiny", "huge", "age"}, VariableKind::outcome);
+        study.assign({"dose"}, VariableKind::grouping);
+        const ScreenContent content = study.shown(each.screen, each.settings);
+        ASSERT_FALSE(content.findings.empty());
+        EXPECT_TRUE(holdsRow(content.findings.back().item, each.row));
     }
 }
 

@@ -265,7 +265,7 @@ TEST_F(DataReductionTest, MoreClustersThanDistinctCasesAreRefused) {
 
 TEST_F(DataReductionTest, MeansOfTinyUnitsKeepTheirDigits) {
     arrests.state.importPastedData(
-        "dose,age\n0.0011,31\n0.0012,33\n0.0013,32\n0.0041,61\n0.0042,62\n0.0043,64\n");
+        "dose,age\n0.0011,31\n0.0012,33\n0.0014,32\n0.0041,61\n0.0042,62\n0.0044,64\n");
     arrests.assign({"dose", "age"}, VariableKind::outcome);
     for (const char* method : {R"("kmeans")", R"("hierarchical")"}) {
         const ScreenContent content =
@@ -275,18 +275,18 @@ TEST_F(DataReductionTest, MeansOfTinyUnitsKeepTheirDigits) {
                                           {"drStandardize", "true"}});
         Cells dose = content.findings.at(0).item.extraTables->at(0).rows.at(0);
         std::ranges::sort(dose);
-        EXPECT_EQ(dose, (Cells{"0.0012", "0.0042", "dose"})) << method;
+        EXPECT_EQ(dose, (Cells{"0.00123", "0.00423", "dose"})) << method;
     }
     const ScreenContent alone = arrests.shown(dataReduction, {{"drMethod", R"("kmeans")"},
                                                               {"drItems", R"(["dose"])"},
                                                               {"drK", "2"},
                                                               {"drStandardize", "false"}});
-    EXPECT_TRUE(alone.findings.at(0).item.apaSummary.ends_with("squares of 0.000000040."))
+    EXPECT_TRUE(alone.findings.at(0).item.apaSummary.ends_with("squares of 0.000000093."))
         << alone.findings.at(0).item.apaSummary;
     const ScreenContent profiles =
         arrests.shown(latentClass, {{"lcItems", R"(["dose","age"])"}, {"lcClassCount", "2"}});
     EXPECT_EQ(profiles.findings.at(0).item.extraTables->at(0).rows.at(0).at(1),
-              "0.001200 (0.000082)");
+              "0.00123 (0.00012)");
 }
 
 TEST_F(DataReductionTest, ScoresThatAreASampleSaySo) {

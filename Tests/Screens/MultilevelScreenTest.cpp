@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
@@ -299,6 +300,25 @@ TEST(MultilevelScreen, KeepsTheDigitsOfAPredictorInSmallUnits) {
         EXPECT_EQ(effects.rows.back(), each.row);
         EXPECT_NE(item.apaSummary.find(each.sentence), std::string::npos) << item.apaSummary;
     }
+}
+
+TEST(MultilevelScreen, KeepsTheDigitsOfVariancesInSmallUnits) {
+    std::string table = "g,y\n";
+    for (int i = 0; i < 48; ++i) {
+        table += std::string(1, static_cast<char>('a' + i % 6)) + "," +
+                 NumberText::integer(10 + i * 5 % 7 + 2 * (i % 6)) + "e-7\n";
+    }
+    ReferenceStudy study("sleepstudy.csv");
+    study.state.importPastedData(table);
+    study.assign({"g"}, VariableKind::grouping);
+    study.assign({"y"}, VariableKind::outcome);
+    const ReportItem item =
+        study.shown(multilevel, {{"mlOutcome", R"("y")"}, {"mlPredictors", "[]"}})
+            .findings.at(0)
+            .item;
+    EXPECT_EQ(item.extraTables->front().rows,
+              (std::vector<Cells>{{"g (Intercept)", "1.5 × 10⁻¹³", "0.00000038"},
+                                  {"Residual", "4.6 × 10⁻¹⁴", "0.00000021"}}));
 }
 
 struct CautionCase {

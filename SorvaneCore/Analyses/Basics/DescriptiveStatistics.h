@@ -54,7 +54,7 @@ BOOST_DESCRIBE_STRUCT(DescriptiveOptions, (), (variableName, confidenceLevel))
 /// The mean, spread and shape of lists of values. A statistic that is undefined is absent.
 ///
 /// Accuracy   deviations are taken from a corrected mean, so that a large offset costs no digits
-///            and equal values have a variance of exactly 0
+///            and values that are equal but for rounding have a variance of exactly 0
 namespace DescriptiveStatistics {
 
 std::optional<double> mean(std::span<const double> values);

@@ -52,13 +52,7 @@ struct SidakFamily {
     }
 };
 
-}  // namespace
-
-std::optional<TTestResult> oneSampleTTest(std::span<const double> values, double populationMean) {
-    if (values.size() < fewestValues) {
-        return std::nullopt;
-    }
-    const GroupMoments sample = GroupMoments::of(values);
+std::optional<TTestResult> testAgainst(double populationMean, const GroupMoments& sample) {
     const double deviation = std::sqrt(sample.variance());
     if (!(deviation > 0.0)) {
         return std::nullopt;
@@ -72,14 +66,21 @@ std::optional<TTestResult> oneSampleTTest(std::span<const double> values, double
                        .meanDifference = difference};
 }
 
-std::optional<TTestResult> pairedSamplesTTest(std::span<const double> before,
-                                              std::span<const double> after) {
-    if (before.size() != after.size()) {
+}  // namespace
+
+std::optional<TTestResult> oneSampleTTest(std::span<const double> values, double populationMean) {
+    if (values.size() < fewestValues) {
         return std::nullopt;
     }
-    std::vector<double> differences(before.size());
-    std::ranges::transform(before, after, differences.begin(), std::minus());
-    return oneSampleTTest(differences, 0.0);
+    return testAgainst(populationMean, GroupMoments::of(values));
+}
+
+std::optional<TTestResult> pairedSamplesTTest(std::span<const double> before,
+                                              std::span<const double> after) {
+    if (before.size() != after.size() || before.size() < fewestValues) {
+        return std::nullopt;
+    }
+    return testAgainst(0.0, GroupMoments::ofDifferences(before, after));
 }
 
 std::optional<TTestResult> pairedSamplesTTest(std::span<const std::optional<double>> before,

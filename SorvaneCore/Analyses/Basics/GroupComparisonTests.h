@@ -87,8 +87,8 @@ BOOST_DESCRIBE_STRUCT(
 
 /// The plain tests of means. p-values are two-sided under Student's t.
 ///
-/// Accuracy   deviations from corrected means: a large offset costs no digits, and equal values
-///            have a variance of exactly 0
+/// Accuracy   deviations from corrected means: a large offset costs no digits, and values, or
+///            differences of pairs, that are equal but for rounding have a variance of exactly 0
 /// Cost       O(n), two passes over the values
 namespace GroupComparisonTests {
 

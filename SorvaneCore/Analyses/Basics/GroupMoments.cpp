@@ -1,5 +1,7 @@
 #include "SorvaneCore/Analyses/Basics/GroupMoments.h"
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
@@ -12,6 +14,21 @@ GroupMoments GroupMoments::of(std::span<const double> values, std::string name) 
             .n = static_cast<double>(values.size()),
             .mean = mean,
             .sumOfSquares = SampleMoments::sumOfSquares(values, mean)};
+}
+
+GroupMoments GroupMoments::ofDifferences(std::span<const double> a, std::span<const double> b) {
+    std::vector<double> differences(a.size());
+    std::ranges::transform(a, b, differences.begin(), std::minus());
+    GroupMoments moments = of(differences);
+    // Their rounding is that of the values, which can be far larger.
+    const double largest =
+        std::max(SampleMoments::largestMagnitude(a), SampleMoments::largestMagnitude(b));
+    moments.sumOfSquares = SampleMoments::beyondRounding(moments.sumOfSquares, a.size(), largest);
+    if (moments.sumOfSquares == 0.0 &&
+        SampleMoments::beyondRounding(moments.mean * moments.mean, 1, largest) == 0.0) {
+        moments.mean = 0.0;
+    }
+    return moments;
 }
 
 std::vector<GroupMoments> GroupMoments::ofGroups(std::span<const NamedNumericGroup> groups,

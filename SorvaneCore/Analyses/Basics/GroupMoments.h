@@ -15,7 +15,7 @@ struct GroupMoments {
     /// At least 1.
     double n = 0.0;
     double mean = 0.0;
-    /// Of squared deviations from the mean; exactly 0 for equal values.
+    /// Of squared deviations from the mean; exactly 0 for values that are equal but for rounding.
     double sumOfSquares = 0.0;
 
     /// With n - 1; NaN for one value.
@@ -25,6 +25,8 @@ struct GroupMoments {
 
     /// Of at least one value.
     static GroupMoments of(std::span<const double> values, std::string name = {});
+    /// Of the differences a - b of two lists of one length, of at least one pair.
+    static GroupMoments ofDifferences(std::span<const double> a, std::span<const double> b);
     /// Of the groups that have at least `fewest` values, which is at least 1.
     static std::vector<GroupMoments> ofGroups(std::span<const NamedNumericGroup> groups,
                                               std::size_t fewest);

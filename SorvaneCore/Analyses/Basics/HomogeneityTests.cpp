@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneCore/Analyses/Basics/GroupComparisonTests.h"
@@ -42,12 +41,8 @@ std::vector<NamedNumericGroup> deviations(std::span<const NamedNumericGroup> gro
 double squaresOfRounding(std::span<const NamedNumericGroup> groups) {
     double squares = 0.0;
     for (const NamedNumericGroup& group : groups) {
-        double largest = 0.0;
-        for (const double value : group.values) {
-            largest = std::max(largest, std::abs(value));
-        }
-        const double error = 2.0 * std::numeric_limits<double>::epsilon() * largest;
-        squares += static_cast<double>(group.values.size()) * error * error;
+        squares += SampleMoments::squaresOfRounding(group.values.size(),
+                                                    SampleMoments::largestMagnitude(group.values));
     }
     return squares;
 }

@@ -31,9 +31,11 @@ CentredColumn centred(std::vector<double> values) {
     if (!column.deviations.empty()) {
         column.mean = SampleMoments::mean(column.deviations);
     }
+    const double largest = SampleMoments::largestMagnitude(column.deviations);
     for (double& value : column.deviations) {
         value -= column.mean;
     }
+    SampleMoments::clearRounding(column.deviations, largest);
     return column;
 }
 

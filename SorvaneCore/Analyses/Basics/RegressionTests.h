@@ -76,8 +76,9 @@ namespace RegressionTests {
 /// Returns    a figure that cannot be had is NaN: without residual degrees of freedom, with an
 ///            outcome that does not vary or without predictors; a perfect fit has standard
 ///            errors of 0, infinite test statistics and p-values of 0
-/// Failure    names or lengths that do not match, fewer cases than coefficients, a collinear or
-///            constant predictor, a value that is not finite -> absent
+/// Failure    names or lengths that do not match, fewer cases than coefficients, a collinear
+///            predictor or one that is constant but for rounding, a value that is not finite ->
+///            absent
 /// Accuracy   rounding times the condition number of the centred predictors, whatever their offsets
 /// Cost       O(n p^2) and a copy of the columns
 [[nodiscard]] std::optional<MultipleRegressionResult> ordinaryLeastSquares(

@@ -60,14 +60,21 @@ std::vector<double> ranksOf(const OrderedClasses& classes) {
     return ranks;
 }
 
-std::optional<CorrelationResult> spearmanOf(const OrderedClasses& x, const OrderedClasses& y) {
-    return pearson(ranksOf(x), ranksOf(y));
+/// The classes of two lists of one length.
+struct PairClasses {
+    OrderedClasses x;
+    OrderedClasses y;
+};
+
+std::optional<CorrelationResult> spearmanOf(const std::optional<PairClasses>& classes) {
+    return classes ? pearson(ranksOf(classes->x), ranksOf(classes->y)) : std::nullopt;
 }
 
-std::optional<CorrelationResult> kendallOf(const OrderedClasses& x, const OrderedClasses& y) {
-    if (x.size() < fewestPairs) {
+std::optional<CorrelationResult> kendallOf(const std::optional<PairClasses>& classes) {
+    if (!classes) {
         return std::nullopt;
     }
+    const auto& [x, y] = *classes;
     const PairConcordance pairs = PairConcordance::of(x, y);
     const double untied = static_cast<double>(pairs.pairs - pairs.tiedInX) *
                           static_cast<double>(pairs.pairs - pairs.tiedInY);
@@ -83,16 +90,16 @@ std::optional<CorrelationResult> kendallOf(const OrderedClasses& x, const Ordere
                              .pValue = std::isfinite(z) ? std::clamp(tail, 0.0, 1.0) : 0.0};
 }
 
-/// The classes of the complete pairs of two columns.
-struct PairClasses {
-    OrderedClasses x;
-    OrderedClasses y;
-};
-
-PairClasses classesOf(const NumericColumn& x, const NumericColumn& y) {
+/// The classes of the complete pairs of two columns; absent of too few, and of values that differ
+/// only by rounding, whose order says nothing.
+std::optional<PairClasses> classesOf(const NumericColumn& x, const NumericColumn& y) {
     const std::array columns = {&x, &y};
     const std::vector<std::uint32_t> rows = CompleteCases::rows(columns);
-    return {.x = OrderedClasses::of(x, rows), .y = OrderedClasses::of(y, rows)};
+    if (rows.size() < fewestPairs || SampleMoments::areEqual(CompleteCases::gathered(x, rows)) ||
+        SampleMoments::areEqual(CompleteCases::gathered(y, rows))) {
+        return std::nullopt;
+    }
+    return PairClasses{.x = OrderedClasses::of(x, rows), .y = OrderedClasses::of(y, rows)};
 }
 
 /// Both lists cut to the length of the shorter.
@@ -102,6 +109,14 @@ struct EqualLengths {
     std::span<const double> x;
     std::span<const double> y;
 };
+
+std::optional<PairClasses> classesOf(const EqualLengths& lists) {
+    if (lists.x.size() < fewestPairs || SampleMoments::areEqual(lists.x) ||
+        SampleMoments::areEqual(lists.y)) {
+        return std::nullopt;
+    }
+    return PairClasses{.x = OrderedClasses::of(lists.x), .y = OrderedClasses::of(lists.y)};
+}
 
 /// The Pearson matrix of columns of one length, row-major; absent when a correlation is.
 std::optional<std::vector<double>> pearsonMatrix(const std::vector<std::vector<double>>& columns) {
@@ -163,8 +178,7 @@ std::optional<CorrelationResult> pearson(const NumericColumn& x, const NumericCo
 }
 
 std::optional<CorrelationResult> spearman(std::span<const double> x, std::span<const double> y) {
-    const EqualLengths lists(x, y);
-    return spearmanOf(OrderedClasses::of(lists.x), OrderedClasses::of(lists.y));
+    return spearmanOf(classesOf(EqualLengths(x, y)));
 }
 
 std::optional<CorrelationResult> spearman(std::span<const std::optional<double>> x,
@@ -174,13 +188,11 @@ std::optional<CorrelationResult> spearman(std::span<const std::optional<double>>
 }
 
 std::optional<CorrelationResult> spearman(const NumericColumn& x, const NumericColumn& y) {
-    const PairClasses classes = classesOf(x, y);
-    return spearmanOf(classes.x, classes.y);
+    return spearmanOf(classesOf(x, y));
 }
 
 std::optional<CorrelationResult> kendallTauB(std::span<const double> x, std::span<const double> y) {
-    const EqualLengths lists(x, y);
-    return kendallOf(OrderedClasses::of(lists.x), OrderedClasses::of(lists.y));
+    return kendallOf(classesOf(EqualLengths(x, y)));
 }
 
 std::optional<CorrelationResult> kendallTauB(std::span<const std::optional<double>> x,
@@ -190,8 +202,7 @@ std::optional<CorrelationResult> kendallTauB(std::span<const std::optional<doubl
 }
 
 std::optional<CorrelationResult> kendallTauB(const NumericColumn& x, const NumericColumn& y) {
-    const PairClasses classes = classesOf(x, y);
-    return kendallOf(classes.x, classes.y);
+    return kendallOf(classesOf(x, y));
 }
 
 std::optional<CorrelationResult> partialCorrelation(const NumericColumn& x,

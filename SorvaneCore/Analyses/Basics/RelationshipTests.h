@@ -33,7 +33,7 @@ BOOST_DESCRIBE_STRUCT(SimpleRegressionResult, (), (slope, intercept, rSquared, n
 ///
 /// Input      two lists, read up to the end of the shorter; where entries can be absent, the pairs
 ///            in which both are present
-/// Failure    fewer than three pairs, or a variable without variance -> absent
+/// Failure    fewer than three pairs, or a variable that does not vary but for rounding -> absent
 namespace RelationshipTests {
 
 /// Pearson's r with the p-value of t = r sqrt(df / max(1 - r^2, 1e-15)), df = n - 2, two-sided.

@@ -3,12 +3,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace sorvane::SampleMoments {
 
 namespace {
 
 constexpr std::size_t laneCount = 8;
+
+/// How far rounding moves a number that was got from values of the given magnitude.
+double roundingOf(double largest) {
+    constexpr double units = 8.0;
+    return units * std::numeric_limits<double>::epsilon() * largest;
+}
 
 /// The sum of `term(i)`, in lanes.
 template <typename Term>
@@ -45,8 +52,44 @@ double mean(std::span<const double> values) {
            laneSum(values.size(), [x, rough](std::size_t i) { return x[i] - rough; }) / count;
 }
 
+double squaresOfRounding(std::size_t count, double largest) {
+    const double error = roundingOf(largest);
+    return static_cast<double>(count) * error * error;
+}
+
+double beyondRounding(double squares, std::size_t count, double largest) {
+    return std::isfinite(squares) && squares <= squaresOfRounding(count, largest) ? 0.0 : squares;
+}
+
+void clearRounding(std::span<double> deviations, double largest) {
+    const double* x = deviations.data();
+    const double squares = laneSum(deviations.size(), [x](std::size_t i) { return x[i] * x[i]; });
+    if (beyondRounding(squares, deviations.size(), largest) == 0.0) {
+        std::ranges::fill(deviations, 0.0);
+    }
+}
+
+double largestMagnitude(std::span<const double> values) {
+    double largest = 0.0;
+    for (const double value : values) {
+        largest = std::max(largest, std::abs(value));
+    }
+    return largest;
+}
+
+bool areEqual(std::span<const double> values) {
+    if (values.empty()) {
+        return true;
+    }
+    const auto [lowest, highest] = std::ranges::minmax(values);
+    const double range = highest - lowest;
+    // Each may be off, in opposite directions.
+    return std::isfinite(range) &&
+           range <= 2.0 * roundingOf(std::max(std::abs(lowest), std::abs(highest)));
+}
+
 double sumOfSquares(std::span<const double> values, double mean) {
-    return sumOfProducts(values, mean, values, mean);
+    return beyondRounding(sumOfProducts(values, mean, values, mean), values.size(), std::abs(mean));
 }
 
 double sumOfProducts(std::span<const double> x,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Analyses/Basics/ValueOrder.h"
 
 namespace sorvane {
@@ -87,7 +88,7 @@ double ValueCounts::sumOfSquares(double mean) const {
         const double deviation = values_[i] - mean - left;
         sum += static_cast<double>(counts_[i]) * (deviation * deviation);
     }
-    return sum;
+    return SampleMoments::beyondRounding(sum, total_, std::abs(mean));
 }
 
 double ValueCounts::sumOfCubes(double mean, double scale) const {

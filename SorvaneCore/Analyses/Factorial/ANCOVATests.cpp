@@ -76,6 +76,7 @@ struct GroupedColumn {
         : aboutGroups(partition.arranged(values)), aboutGrand(aboutGroups) {
         groupMeans = partition.means(aboutGroups);
         grandMean = SampleMoments::mean(aboutGrand);
+        const double largest = SampleMoments::largestMagnitude(aboutGrand);
         for (double& value : aboutGrand) {
             value -= grandMean;
         }
@@ -84,6 +85,8 @@ struct GroupedColumn {
                 value -= groupMeans[i];
             }
         }
+        SampleMoments::clearRounding(aboutGroups, largest);
+        SampleMoments::clearRounding(aboutGrand, largest);
     }
 };
 

@@ -80,7 +80,8 @@ namespace ANCOVATests {
 ///            model, without groups, by deviations from the grand means
 /// Returns    cautions for error df below 20 and for groups below 5 cases
 /// Failure    lengths or names that do not match, no covariate, fewer than two groups, no error
-///            df, collinear covariates or groups, an exact fit, a value that is not finite -> absent
+///            df, collinear covariates or groups, an outcome or a covariate that does not vary but
+///            for rounding, an exact fit, a value that is not finite -> absent
 /// Accuracy   rounding times the condition number of the covariates within groups
 /// Cost       O(n c^2) for c covariates
 std::optional<ANCOVAResult> test(const NumericColumn& outcome,

@@ -149,6 +149,8 @@ struct CellMeans {
     /// As deviations from the grand mean.
     std::vector<double> means{};
     double withinSquares = 0.0;
+    /// The magnitude of the largest value.
+    double largest = 0.0;
 };
 
 /// The squares that the full model loses with the columns of an effect. They are what its contrasts
@@ -173,7 +175,7 @@ std::optional<double> squaresOf(const FactorSet& set, const CellMeans& table) {
     for (const double entry : reduction->qtb) {
         squares += entry * entry;
     }
-    return squares;
+    return SampleMoments::beyondRounding(squares, table.cells.cellOfRow().size(), table.largest);
 }
 
 FactorialANOVAEffect effectOf(double squares,
@@ -206,7 +208,9 @@ CellMeans cellMeans(const FactorialCells& cells, std::span<const double> values)
     const RowPartition partition(cells.cellOfRow(), cells.cellCount());
     const std::vector<double> arranged = partition.arranged(values);
     const double grandMean = SampleMoments::mean(arranged);
-    CellMeans table{.cells = cells, .means = partition.means(arranged)};
+    CellMeans table{.cells = cells,
+                    .means = partition.means(arranged),
+                    .largest = SampleMoments::largestMagnitude(arranged)};
     for (std::size_t cell = 0; cell < table.means.size(); ++cell) {
         table.withinSquares += SampleMoments::sumOfSquares(
             partition.group(std::span(arranged), cell), table.means[cell]);

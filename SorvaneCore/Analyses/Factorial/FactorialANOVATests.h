@@ -62,7 +62,8 @@ namespace FactorialANOVATests {
 /// Failure    blocked: a cell without cases, or no error df because every cell has a single case.
 ///            Absent: lengths or names that do not match, fewer than two factors, a factor with
 ///            fewer than two levels, a value that is not finite
-/// Accuracy   rounding of the cell means, whatever the outcome's offset
+/// Accuracy   rounding of the cell means, whatever the outcome's offset; squares that are no more
+///            than that are 0
 /// Cost       O(n) for factors with codes, and O(cells df^2) an effect
 /// Reference  Searle (1987), Linear Models for Unbalanced Data, chapter 4
 std::optional<FactorialANOVAResult> nWay(const NumericColumn& outcome,

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
+#include "SorvaneCore/Analyses/Basics/GroupMoments.h"
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Analyses/Factorial/Sphericity.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
@@ -95,17 +96,14 @@ std::vector<double> subjectMeans(const Conditions& conditions) {
     return means;
 }
 
-/// What rounding alone can leave of the squares of the residuals.
-double roundingSquares(const Conditions& conditions) {
-    constexpr double units = 8.0;
+/// The squares that are more than rounding of the values.
+double beyondRounding(double squares, const Conditions& conditions) {
     double largest = 0.0;
     for (const std::vector<double>& condition : conditions) {
-        for (const double value : condition) {
-            largest = std::max(largest, std::abs(value));
-        }
+        largest = std::max(largest, SampleMoments::largestMagnitude(condition));
     }
-    const double left = units * std::numeric_limits<double>::epsilon() * largest;
-    return static_cast<double>(conditions.size() * conditions.front().size()) * left * left;
+    return SampleMoments::beyondRounding(squares, conditions.size() * conditions.front().size(),
+                                         largest);
 }
 
 void setSquares(RMANOVAResult& result, const Conditions& conditions) {
@@ -126,9 +124,8 @@ void setSquares(RMANOVAResult& result, const Conditions& conditions) {
             result.ssError += residual * residual;
         }
     }
-    const double rounding = roundingSquares(conditions);
-    result.ssError = result.ssError > rounding ? result.ssError : 0.0;
-    result.ssConditions = result.ssConditions > rounding ? result.ssConditions : 0.0;
+    result.ssError = beyondRounding(result.ssError, conditions);
+    result.ssConditions = beyondRounding(result.ssConditions, conditions);
     result.ssTotal = result.ssConditions + result.ssSubjects + result.ssError;
 }
 
@@ -166,8 +163,11 @@ std::vector<double> covarianceMatrix(const Conditions& conditions,
 }
 
 void setSphericity(RMANOVAResult& result, const Conditions& conditions) {
-    const Sphericity sphericity =
-        Sphericity::of(covarianceMatrix(conditions, result.conditionMeans), result.k, result.n);
+    // Without error the contrasts do not vary, and what they seem to is rounding.
+    const Sphericity sphericity = Sphericity::of(
+        result.ssError > 0.0 ? covarianceMatrix(conditions, result.conditionMeans)
+                             : std::vector<double>(conditions.size() * conditions.size()),
+        result.k, result.n);
     result.mauchlyW = sphericity.mauchlyW;
     result.mauchlyChiSquare = sphericity.mauchlyChiSquare;
     result.mauchlyDF = sphericity.mauchlyDF;
@@ -180,14 +180,10 @@ void setSphericity(RMANOVAResult& result, const Conditions& conditions) {
 }
 
 RMPairwise pairOf(std::span<const double> a, std::span<const double> b, double pairCount) {
-    std::vector<double> differences(a.size());
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        differences[i] = a[i] - b[i];
-    }
-    const auto n = static_cast<double>(a.size());
-    const double mean = SampleMoments::mean(differences);
-    const double sd = std::sqrt(SampleMoments::sumOfSquares(differences, mean) / (n - 1.0));
-    RMPairwise pair{.meanDifference = mean, .t = mean / (sd / std::sqrt(n)), .df = n - 1.0};
+    const GroupMoments differences = GroupMoments::ofDifferences(a, b);
+    RMPairwise pair{.meanDifference = differences.mean,
+                    .t = differences.mean / std::sqrt(differences.squaredError()),
+                    .df = differences.n - 1.0};
     pair.pValue = MathDistributions::studentTPValue(pair.t, pair.df);
     const double adjusted = pair.pValue * pairCount;
     pair.bonferroniP = adjusted > 1.0 ? 1.0 : adjusted;

@@ -105,8 +105,8 @@ namespace RepeatedMeasuresANOVA {
 ///            corrected p-values with the degrees of freedom of F times epsilon
 /// Failure    blocked: no error variance. Absent: lengths or names that do not match, fewer than
 ///            two complete subjects or two conditions
-/// Accuracy   sums of squares from deviations; an error sum of squares that is no more than
-///            rounding of the values is 0      Cost O(n k^2)
+/// Accuracy   sums of squares from deviations; one that is no more than rounding of the values is
+///            0, also of the differences of a pair      Cost O(n k^2)
 /// Reference  Winer, Brown and Michels (1991), Statistical Principles in Experimental Design,
 ///            chapter 4
 std::optional<RMANOVAResult> test(std::span<const NumericColumn> conditionColumns,

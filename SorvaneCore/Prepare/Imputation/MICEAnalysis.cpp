@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "SorvaneCore/Analyses/Basics/GroupMoments.h"
 #include "SorvaneCore/Analyses/Basics/RegressionTests.h"
 #include "SorvaneCore/Analyses/Basics/RelationshipTests.h"
 #include "SorvaneCore/Prepare/Imputation/PooledT.h"
@@ -66,18 +67,13 @@ std::optional<PooledEstimate> pooledMean(std::span<const CompletedColumns> imput
     std::vector<double> means;
     std::vector<double> variances;
     for (const CompletedColumns& copy : imputedDatasets) {
-        const std::vector<std::optional<double>>& values = copy[positions->front()];
-        const auto n = static_cast<double>(values.size());
-        double mean = 0.0;
-        for (const std::optional<double>& value : values) {
-            mean += value.value_or(std::nan("")) / n;
+        std::vector<double> values;
+        for (const std::optional<double>& value : copy[positions->front()]) {
+            values.push_back(value.value_or(std::nan("")));
         }
-        double squares = 0.0;
-        for (const std::optional<double>& value : values) {
-            squares += value ? (*value - mean) * (*value - mean) : 0.0;
-        }
-        means.push_back(mean);
-        variances.push_back(squares / (n - 1.0) / n);
+        const GroupMoments moments = GroupMoments::of(values);
+        means.push_back(moments.mean);
+        variances.push_back(moments.squaredError());
     }
     return MultipleImputation::pool(means, variances, confidenceLevel);
 }

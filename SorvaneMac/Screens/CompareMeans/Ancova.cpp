@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 
+#include "SorvaneCore/Analyses/Basics/CategoryCodes.h"
+#include "SorvaneCore/Analyses/Basics/CompleteCases.h"
+#include "SorvaneCore/Analyses/Basics/RowPartition.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Categories.h"
 #include "SorvaneMac/Screens/CompareMeans/CompareMeansAnalyses.h"
@@ -46,18 +50,24 @@ std::string groupTest(const ANCOVAResult& result) {
            ResultText::pSentence(result.groupPValue);
 }
 
-int meanDecimals(const ANCOVAResult& result) {
-    return ReportDecimals::of(std::sqrt(result.meanSquareError), 2);
+/// Of a group's means before and after the adjustment: what the one is known by counts as much as
+/// what the other is.
+int meanDecimals(const AncovaRun& run, std::size_t group) {
+    return std::max(ReportDecimals::of(std::sqrt(run.result->meanSquareError), 2),
+                    run.groups[group].decimals());
 }
 
-ReportTable meanTable(const ANCOVAResult& result) {
+ReportTable meanTable(const AncovaRun& run) {
+    const ANCOVAResult& result = *run.result;
     ReportTable table;
     table.title = "Adjusted group means";
     table.headers = {result.groupFactorName, "n", "M", "M adj"};
-    const int decimals = meanDecimals(result);
-    for (const ANCOVAAdjustedMean& mean : result.adjustedMeans) {
-        table.rows.push_back({mean.group, ResultText::count(mean.n), svFmt(mean.rawMean, decimals),
-                              svFmt(mean.adjustedMean, decimals)});
+    for (std::size_t group = 0; group < result.adjustedMeans.size(); ++group) {
+        const ANCOVAAdjustedMean& mean = result.adjustedMeans[group];
+        const int decimals = meanDecimals(run, group);
+        table.rows.push_back({mean.group, ResultText::count(mean.n),
+                              svFigure(mean.rawMean, decimals),
+                              svFigure(mean.adjustedMean, decimals)});
     }
     return table;
 }
@@ -78,8 +88,8 @@ ReportTable covariateTable(const ANCOVAResult& result) {
     table.headers = {"Covariate", "B", "SE", "t", "p"};
     for (const ANCOVACovariateEffect& effect : result.covariateEffects) {
         const int decimals = ReportDecimals::of(effect.standardError);
-        table.rows.push_back({effect.name, svFmt(effect.coefficient, decimals),
-                              svFmt(effect.standardError, decimals), svFmt(effect.t, 2),
+        table.rows.push_back({effect.name, svFigure(effect.coefficient, decimals),
+                              svFigure(effect.standardError, decimals), svFmt(effect.t, 2),
                               ResultText::pCell(effect.pValue)});
     }
     return table;
@@ -87,9 +97,10 @@ ReportTable covariateTable(const ANCOVAResult& result) {
 
 /// The means of each group before and after the adjustment.
 Chart meansChart(const AncovaRun& run) {
-    GroupedBarPlot plot{.series = {{.name = "M"}, {.name = "M adj"}},
-                        .decimals = meanDecimals(*run.result)};
-    for (const ANCOVAAdjustedMean& mean : run.result->adjustedMeans) {
+    GroupedBarPlot plot{.series = {{.name = "M"}, {.name = "M adj"}}};
+    for (std::size_t group = 0; group < run.groups.size(); ++group) {
+        const ANCOVAAdjustedMean& mean = run.result->adjustedMeans[group];
+        plot.decimals = std::max(plot.decimals, meanDecimals(run, group));
         plot.categories.push_back(mean.group);
         plot.series[0].values.push_back(mean.rawMean);
         plot.series[1].values.push_back(mean.adjustedMean);
@@ -100,6 +111,27 @@ Chart meansChart(const AncovaRun& run) {
     chart.yLabel = "Mean " + run.outcome;
     chart.plot = std::move(plot);
     return chart;
+}
+
+/// The outcome by groups in the rows that the analysis uses.
+std::vector<SampleFigures> groupFigures(const NumericColumn& outcome,
+                                        const TextColumn& groups,
+                                        const std::vector<NumericColumn>& covariates) {
+    std::vector<const NumericColumn*> numbers = {&outcome};
+    for (const NumericColumn& covariate : covariates) {
+        numbers.push_back(&covariate);
+    }
+    const std::array factors = {&groups};
+    const std::vector<std::uint32_t> rows = CompleteCases::rows(numbers, factors);
+    const CategoryCodes codes = CategoryCodes::of(groups, rows);
+    const RowPartition partition(codes.codes, codes.labels.size());
+    const std::vector<double> values = partition.arranged(CompleteCases::gathered(outcome, rows));
+    std::vector<SampleFigures> figures;
+    for (std::size_t group = 0; group < codes.labels.size(); ++group) {
+        figures.push_back(
+            SampleFigures::of(codes.labels[group], partition.group(std::span(values), group)));
+    }
+    return figures;
 }
 
 std::string sentence(const AncovaRun& run) {
@@ -211,10 +243,13 @@ private:
             covariates.push_back(dataset.numericColumn(name));
         }
         const std::string group = fields_.cmAncovaGroup->name;
-        run.result = ANCOVATests::test(
-            dataset.numericColumn(run.outcome), dataset.rows.column(*dataset.columnIndex(group)),
-            covariates, {.covariateNames = run.covariates, .groupFactorName = group});
+        const NumericColumn outcome = dataset.numericColumn(run.outcome);
+        const TextColumn& groups = dataset.rows.column(*dataset.columnIndex(group));
+        run.result =
+            ANCOVATests::test(outcome, groups, covariates,
+                              {.covariateNames = run.covariates, .groupFactorName = group});
         if (run.result) {
+            run.groups = groupFigures(outcome, groups, covariates);
             run.charts = {meansChart(run)};
         }
         return run;
@@ -230,7 +265,7 @@ private:
         addReport({.title = "ANCOVA: " + run.outcome + " by " + result.groupFactorName,
                    .sentence = sentence(run),
                    .tiles = tiles(result),
-                   .tables = {meanTable(result), groupTable(result), covariateTable(result)},
+                   .tables = {meanTable(run), groupTable(result), covariateTable(result)},
                    .note = note(result),
                    .charts = run.charts,
                    .figureCaption = "Unadjusted and adjusted means of " + run.outcome + ".",

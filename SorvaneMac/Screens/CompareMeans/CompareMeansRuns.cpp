@@ -16,15 +16,19 @@ SampleFigures SampleFigures::of(std::string name, std::span<const double> values
             .standardError = DescriptiveStatistics::standardError(values)};
 }
 
+int SampleFigures::decimals() const {
+    return ReportDecimals::ofSample(mean, standardDeviation);
+}
+
 std::string SampleFigures::words() const {
-    const int decimals = ReportDecimals::ofSample(mean, standardDeviation);
-    return "(M = " + svFmt(mean, decimals) + ", SD = " + svFmt(standardDeviation, decimals) + ")";
+    return "(M = " + svFigure(mean, decimals()) +
+           ", SD = " + svFigure(standardDeviation, decimals()) + ")";
 }
 
 std::vector<std::string> SampleFigures::cells() const {
-    const int decimals = ReportDecimals::ofSample(mean, standardDeviation);
-    return {name, ResultText::count(n), svFmt(mean, decimals), svFmt(standardDeviation, decimals),
-            svFmt(standardError, ReportDecimals::of(standardError.value_or(0.0), decimals))};
+    return {name, ResultText::count(n), svFigure(mean, decimals()),
+            svFigure(standardDeviation, decimals()),
+            svFigure(standardError, ReportDecimals::of(standardError.value_or(0.0), decimals()))};
 }
 
 std::vector<std::string> sampleHeaders(std::string names) {

@@ -30,6 +30,8 @@ struct SampleFigures {
     std::optional<double> standardError;
 
     static SampleFigures of(std::string name, std::span<const double> values);
+    /// Of the mean and the standard deviation.
+    int decimals() const;
     /// "(M = 3.20, SD = 1.10)"
     std::string words() const;
     /// Name, n, M, SD and SE as the cells of a table.
@@ -136,10 +138,12 @@ struct AncovaRun {
     std::string outcome;
     std::vector<std::string> covariates;
     std::optional<ANCOVAResult> result;
+    /// The outcome in each group before the adjustment, in the order of the adjusted means.
+    std::vector<SampleFigures> groups;
     std::vector<Chart> charts;
 
     bool operator==(const AncovaRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(AncovaRun, (), (outcome, covariates, result))
+BOOST_DESCRIBE_STRUCT(AncovaRun, (), (outcome, covariates, result, groups))
 
 }  // namespace sorvane

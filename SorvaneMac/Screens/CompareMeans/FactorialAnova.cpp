@@ -133,15 +133,16 @@ ReportTable effectTable(const FactorialANOVAResult& result) {
     table.headers = {"Source", "SS", "df", "MS", "F", "p", "η²p"};
     const int decimals = ReportDecimals::of(result.meanSquareError, 2);
     for (const FactorialANOVAEffect& effect : result.effects) {
-        table.rows.push_back({effect.name, svFmt(effect.sumOfSquares, decimals),
+        table.rows.push_back({effect.name, svFigure(effect.sumOfSquares, decimals),
                               ResultText::count(effect.degreesOfFreedom),
-                              svFmt(effect.meanSquare, decimals), svFmt(effect.f, 2),
+                              svFigure(effect.meanSquare, decimals), svFmt(effect.f, 2),
                               effect.pValue ? ResultText::pCell(*effect.pValue) : "--",
                               svFmt(effect.partialEtaSquared, 3)});
     }
     table.rows.push_back(
-        {"Error", svFmt(result.meanSquareError * static_cast<double>(result.dfError), decimals),
-         ResultText::count(result.dfError), svFmt(result.meanSquareError, decimals), "", "", ""});
+        {"Error", svFigure(result.meanSquareError * static_cast<double>(result.dfError), decimals),
+         ResultText::count(result.dfError), svFigure(result.meanSquareError, decimals), "", "",
+         ""});
     return table;
 }
 
@@ -155,10 +156,9 @@ ReportTable cellTable(const FactorialRun& run) {
     for (const DesignCell& cell : run.cells) {
         std::vector<std::string> row = cell.levels;
         row.push_back(ResultText::count(cell.figures.n));
-        const int decimals =
-            ReportDecimals::ofSample(cell.figures.mean, cell.figures.standardDeviation);
-        row.push_back(svFmt(cell.figures.mean, decimals));
-        row.push_back(svFmt(cell.figures.standardDeviation, decimals));
+        const int decimals = cell.figures.decimals();
+        row.push_back(svFigure(cell.figures.mean, decimals));
+        row.push_back(svFigure(cell.figures.standardDeviation, decimals));
         table.rows.push_back(std::move(row));
     }
     return table;

@@ -50,16 +50,23 @@ std::int64_t casesPerGroup(const ANOVAResult& classic) {
     return (classic.dfWithin + groups) / groups;
 }
 
-std::vector<std::string> summaryCells(const GroupSummary& group, int decimals, int ofError) {
+/// Of the figures of one group: the groups of one outcome can differ in size by powers of ten.
+int decimalsOf(const GroupSummary& group) {
+    return ReportDecimals::ofSample(group.mean, group.standardDeviation);
+}
+
+std::vector<std::string> summaryCells(const GroupSummary& group) {
+    const int decimals = decimalsOf(group);
+    const int ofError = ReportDecimals::of(group.standardError.value_or(0.0), decimals);
     return {group.groupLabel,
             ResultText::count(group.n),
-            svFmt(group.mean, decimals),
-            svFmt(group.standardDeviation, decimals),
-            svFmt(group.standardError, ofError),
-            svFmt(group.confidenceIntervalLower, ofError),
-            svFmt(group.confidenceIntervalUpper, ofError),
-            svFmt(group.minimum, decimals),
-            svFmt(group.maximum, decimals)};
+            svFigure(group.mean, decimals),
+            svFigure(group.standardDeviation, decimals),
+            svFigure(group.standardError, ofError),
+            svFigure(group.confidenceIntervalLower, ofError),
+            svFigure(group.confidenceIntervalUpper, ofError),
+            svFigure(group.minimum, decimals),
+            svFigure(group.maximum, decimals)};
 }
 
 ReportTable descriptivesTable(const OneWayRun& run) {
@@ -68,12 +75,10 @@ ReportTable descriptivesTable(const OneWayRun& run) {
     table.headers = {run.result->groupName, "N",          "Mean",
                      "Std. Deviation",      "Std. Error", "95% CI Lower",
                      "95% CI Upper",        "Minimum",    "Maximum"};
-    const int decimals = ReportDecimals::ofSample(run.total.mean, run.total.standardDeviation);
-    const int ofError = ReportDecimals::of(run.total.standardError.value_or(0.0), decimals);
     for (const GroupSummary& group : run.result->groupSummaries) {
-        table.rows.push_back(summaryCells(group, decimals, ofError));
+        table.rows.push_back(summaryCells(group));
     }
-    table.rows.push_back(summaryCells(run.total, decimals, ofError));
+    table.rows.push_back(summaryCells(run.total));
     return table;
 }
 
@@ -98,13 +103,13 @@ ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
         const double msWithin = classic->ssWithin / static_cast<double>(classic->dfWithin);
         const int decimals = ReportDecimals::of(msWithin, 2);
         table.rows.push_back(
-            {"Between Groups", svFmt(classic->ssBetween, decimals),
+            {"Between Groups", svFigure(classic->ssBetween, decimals),
              ResultText::count(classic->dfBetween), "",
-             svFmt(classic->ssBetween / static_cast<double>(classic->dfBetween), decimals),
+             svFigure(classic->ssBetween / static_cast<double>(classic->dfBetween), decimals),
              svFmt(classic->f, 2), ResultText::starredPCell(classic->pValue)});
-        table.rows.push_back({"Within Groups", svFmt(classic->ssWithin, decimals), "",
-                              ResultText::count(classic->dfWithin), svFmt(msWithin, decimals), "",
-                              ""});
+        table.rows.push_back({"Within Groups", svFigure(classic->ssWithin, decimals), "",
+                              ResultText::count(classic->dfWithin), svFigure(msWithin, decimals),
+                              "", ""});
     }
     for (const auto* test :
          {&result.welchANOVA, &result.brownForsytheANOVA, &result.kruskalWallis}) {
@@ -116,17 +121,26 @@ ReportTable sourceTable(const GroupComparisonAnalysisResult& result) {
     return table;
 }
 
-ReportTable pairTable(const OneWayRun& run) {
-    const GroupComparisonAnalysisResult& result = *run.result;
+/// The difference of two means, to the digits of the one that is known to more.
+std::string differenceCell(const PairwiseComparisonResult& pair,
+                           const std::vector<GroupSummary>& groups) {
+    const auto decimalsOfGroup = [&groups](const std::string& label) {
+        return decimalsOf(*std::ranges::find(groups, label, &GroupSummary::groupLabel));
+    };
+    return svFigure(pair.meanDifference,
+                    std::max(decimalsOfGroup(pair.groupA), decimalsOfGroup(pair.groupB)));
+}
+
+ReportTable pairTable(const GroupComparisonAnalysisResult& result) {
     const bool isOfRanks = result.postHocMethod == PostHocMethod::dunn;
-    const int decimals =
-        isOfRanks ? 2 : ReportDecimals::ofSample(run.total.mean, run.total.standardDeviation);
     ReportTable table;
     table.title = "Multiple comparisons: " + std::string(displayName(result.postHocMethod));
     table.headers = {"Group A", "Group B", "Mean Diff. (I-J)", "df", "Raw p", "Adj. p", "Hedges g"};
     for (const PairwiseComparisonResult& pair : result.pairwiseComparisons) {
         table.rows.push_back(
-            {pair.groupA, pair.groupB, svFmt(pair.meanDifference, decimals),
+            {pair.groupA, pair.groupB,
+             isOfRanks ? svFmt(pair.meanDifference, 2)
+                       : differenceCell(pair, result.groupSummaries),
              pair.degreesOfFreedom ? ResultText::degreesOfFreedom(*pair.degreesOfFreedom) : "--",
              ResultText::pCell(pair.rawPValue), ResultText::starredPCell(pair.adjustedPValue),
              svFmt(pair.hedgesG, 2)});
@@ -167,7 +181,7 @@ Finding finding(const OneWayRun& run) {
         "η² is eta-squared (" + variant + "). " + std::string(ResultText::starLegend);
     item.extraTables = std::vector{descriptivesTable(run)};
     if (!result.pairwiseComparisons.empty()) {
-        item.extraTables->push_back(pairTable(run));
+        item.extraTables->push_back(pairTable(result));
     }
     item.caution = std::string(caution);
     item.figureCaption = "Mean " + result.outcomeName + " by " + result.groupName +
@@ -269,7 +283,7 @@ void show(const OneWayRun& run, ScreenContent& content) {
     }
     content.cards.push_back(std::move(source));
     if (!result.pairwiseComparisons.empty()) {
-        const ReportTable pairs = pairTable(run);
+        const ReportTable pairs = pairTable(result);
         content.cards.push_back({.title = *pairs.title, .tables = {pairs}, .wide = true});
     }
     ResultText::addCharts(content, run.charts);

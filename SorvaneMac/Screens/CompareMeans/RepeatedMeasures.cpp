@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneMac/Report/ReportNumbers.h"
@@ -72,16 +73,20 @@ std::string sphericityFlag(const RMANOVAResult& result) {
                                            : "Violated → use GG";
 }
 
+int decimalsOf(const RMANOVAResult& result, std::size_t condition) {
+    return ReportDecimals::ofSample(result.conditionMeans[condition],
+                                    result.conditionSDs[condition]);
+}
+
 ReportTable conditionTable(const RMANOVAResult& result) {
     ReportTable table;
     table.title = "Conditions";
     table.headers = {"Condition", "n", "M", "SD"};
     for (std::size_t i = 0; i < result.conditionNames.size(); ++i) {
-        const int decimals =
-            ReportDecimals::ofSample(result.conditionMeans[i], result.conditionSDs[i]);
+        const int decimals = decimalsOf(result, i);
         table.rows.push_back({result.conditionNames[i], ResultText::count(result.n),
-                              svFmt(result.conditionMeans[i], decimals),
-                              svFmt(result.conditionSDs[i], decimals)});
+                              svFigure(result.conditionMeans[i], decimals),
+                              svFigure(result.conditionSDs[i], decimals)});
     }
     return table;
 }
@@ -103,12 +108,12 @@ ReportTable effectTable(const RMANOVAResult& result) {
     table.headers = {"Source", "SS", "df", "MS", "F", "p", "p (GG)", "p (HF)", "η²p"};
     const int decimals = ReportDecimals::of(result.msError, 2);
     table.rows = {
-        {"Conditions", svFmt(result.ssConditions, decimals), ResultText::count(result.dfConditions),
-         svFmt(result.msConditions, decimals), svFmt(result.f, 2), ResultText::pCell(result.pValue),
-         ResultText::pCell(result.ggP), ResultText::pCell(result.hfP),
-         svFmt(result.partialEtaSquared, 3)},
-        {"Error", svFmt(result.ssError, decimals), ResultText::count(result.dfError),
-         svFmt(result.msError, decimals), "", "", "", "", ""}};
+        {"Conditions", svFigure(result.ssConditions, decimals),
+         ResultText::count(result.dfConditions), svFigure(result.msConditions, decimals),
+         svFmt(result.f, 2), ResultText::pCell(result.pValue), ResultText::pCell(result.ggP),
+         ResultText::pCell(result.hfP), svFmt(result.partialEtaSquared, 3)},
+        {"Error", svFigure(result.ssError, decimals), ResultText::count(result.dfError),
+         svFigure(result.msError, decimals), "", "", "", "", ""}};
     return table;
 }
 
@@ -117,10 +122,16 @@ ReportTable pairTable(const RMANOVAResult& result) {
     table.title = "Pairwise comparisons";
     table.headers = {"Condition A", "Condition B", "Mean difference", "t",
                      "df",          "p",           "p (Bonferroni)"};
-    const int decimals = ReportDecimals::of(std::sqrt(result.msError), 2);
+    const int ofError = ReportDecimals::of(std::sqrt(result.msError), 2);
+    const auto decimalsOfCondition = [&result](const std::string& name) {
+        const auto at = std::ranges::find(result.conditionNames, name);
+        return decimalsOf(result, static_cast<std::size_t>(at - result.conditionNames.begin()));
+    };
     for (const RMPairwise& pair : result.pairwise) {
+        const int decimals = std::max(
+            {ofError, decimalsOfCondition(pair.conditionA), decimalsOfCondition(pair.conditionB)});
         table.rows.push_back({pair.conditionA, pair.conditionB,
-                              svFmt(pair.meanDifference, decimals), svFmt(pair.t, 2),
+                              svFigure(pair.meanDifference, decimals), svFmt(pair.t, 2),
                               ResultText::degreesOfFreedom(pair.df), ResultText::pCell(pair.pValue),
                               ResultText::pCell(pair.bonferroniP)});
     }

@@ -17,8 +17,8 @@ ReportTable testTable(const TTestResult& test, const DifferenceInterval& interva
     }
     table.headers.emplace_back("d");
     table.rows = {{svFmt(test.t, 2), ResultText::degreesOfFreedom(test.degreesOfFreedom),
-                   ResultText::pCell(test.pValue), svFmt(test.meanDifference, decimals),
-                   svFmt(interval.lower, decimals), svFmt(interval.upper, decimals),
+                   ResultText::pCell(test.pValue), svFigure(test.meanDifference, decimals),
+                   svFigure(interval.lower, decimals), svFigure(interval.upper, decimals),
                    svFmt(test.effectSizeD, 2)}};
     return table;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "SorvaneCore/Analyses/Basics/DescriptiveStatistics.h"
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/ReportDecimals.h"
 #include "SorvaneMac/Screens/ResultText.h"
@@ -56,7 +57,31 @@ Means means(const CaseRows& rows,
     return result;
 }
 
-ReportTable meanTable(const std::vector<std::string>& variables, const Means& means) {
+Means deviations(const CaseRows& rows,
+                 const std::vector<std::int64_t>& assignments,
+                 const Means& means) {
+    std::vector<std::vector<std::vector<double>>> values(
+        means.size(), std::vector<std::vector<double>>(rows.width));
+    for (std::size_t i = 0; i < rows.count; ++i) {
+        const auto cluster = static_cast<std::size_t>(assignments[i]);
+        for (std::size_t j = 0; j < rows.width; ++j) {
+            values[cluster][j].push_back(rows.row(i)[j]);
+        }
+    }
+    Means result;
+    for (const std::vector<std::vector<double>>& cluster : values) {
+        std::vector<double>& row = result.emplace_back();
+        for (const std::vector<double>& variable : cluster) {
+            row.push_back(DescriptiveStatistics::standardDeviation(variable).value_or(
+                std::numeric_limits<double>::quiet_NaN()));
+        }
+    }
+    return result;
+}
+
+ReportTable meanTable(const std::vector<std::string>& variables,
+                      const Means& means,
+                      const Means& deviations) {
     ReportTable table;
     table.headers = {"Variable"};
     for (std::size_t cluster = 0; cluster < means.size(); ++cluster) {
@@ -65,8 +90,12 @@ ReportTable meanTable(const std::vector<std::string>& variables, const Means& me
     for (std::size_t j = 0; j < variables.size(); ++j) {
         std::vector<std::string> row = {variables[j]};
         const int decimals = decimalsOf(means, j);
-        for (const std::vector<double>& cluster : means) {
-            row.push_back(svFmt(cluster[j], decimals));
+        for (std::size_t cluster = 0; cluster < means.size(); ++cluster) {
+            const double mean = means[cluster][j];
+            row.push_back(svFigure(
+                mean, deviations.empty() ? decimals
+                                         : std::max(decimals, ReportDecimals::ofSample(
+                                                                  mean, deviations[cluster][j]))));
         }
         table.rows.push_back(std::move(row));
     }

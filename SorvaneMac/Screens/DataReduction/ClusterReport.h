@@ -24,8 +24,18 @@ Means means(const CaseRows& rows,
             const std::vector<std::int64_t>& assignments,
             std::size_t clusters);
 
-/// A row per variable, a column per cluster, with as many decimals as tell the means apart.
-ReportTable meanTable(const std::vector<std::string>& variables, const Means& means);
+/// The standard deviations of the cases of each cluster; NaN for one of fewer than two cases.
+Means deviations(const CaseRows& rows,
+                 const std::vector<std::int64_t>& assignments,
+                 const Means& means);
+
+/// A row per variable, a column per cluster, with as many decimals as tell the means of a variable
+/// apart, and for each cluster as many as its own deviation asks for.
+///
+/// Input      no deviations of standard scores, which all clusters have in one unit
+ReportTable meanTable(const std::vector<std::string>& variables,
+                      const Means& means,
+                      const Means& deviations = {});
 
 /// A line per cluster over the variables.
 Chart profiles(const std::vector<std::string>& variables, const Means& means);

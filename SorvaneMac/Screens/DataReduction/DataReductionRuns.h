@@ -50,11 +50,12 @@ struct KMeansRun {
     std::optional<KMeansResult> result;
     /// One row per cluster, in the variables' own units.
     std::vector<std::vector<double>> means;
+    std::vector<std::vector<double>> deviations;
     std::vector<ElbowPoint> elbow;
 
     bool operator==(const KMeansRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(KMeansRun, (), (variables, k, result, means, elbow))
+BOOST_DESCRIBE_STRUCT(KMeansRun, (), (variables, k, result, means, deviations, elbow))
 
 struct TreeRun {
     std::vector<std::string> variables;
@@ -63,10 +64,11 @@ struct TreeRun {
     /// Of the clusters at the cut.
     std::vector<std::int64_t> sizes;
     std::vector<std::vector<double>> means;
+    std::vector<std::vector<double>> deviations;
     Chart tree;
 
     bool operator==(const TreeRun&) const = default;
 };
-BOOST_DESCRIBE_STRUCT(TreeRun, (), (variables, k, result, sizes, means))
+BOOST_DESCRIBE_STRUCT(TreeRun, (), (variables, k, result, sizes, means, deviations))
 
 }  // namespace sorvane

@@ -42,8 +42,8 @@ ReportTable sizeTable(const TreeRun& run) {
 }
 
 std::vector<ReportTable> tables(const TreeRun& run) {
-    std::vector<ReportTable> tables = {sizeTable(run),
-                                       ClusterReport::meanTable(run.variables, run.means)};
+    std::vector<ReportTable> tables = {
+        sizeTable(run), ClusterReport::meanTable(run.variables, run.means, run.deviations)};
     tables.back().title = "Cluster means";
     return tables;
 }
@@ -129,6 +129,7 @@ private:
         }
         run.sizes = ClusterReport::sizes(*assignments, clusters);
         run.means = ClusterReport::means(rows, *assignments, clusters);
+        run.deviations = ClusterReport::deviations(rows, *assignments, run.means);
         std::vector<const NumericColumn*> pointers;
         for (const NumericColumn& column : columns) {
             pointers.push_back(&column);

@@ -26,7 +26,7 @@ std::string centerScale(const KMeansResult& result) {
 
 /// A sum of squares with as many decimals as leave something of the total.
 std::string squares(double sum, const KMeansResult& result) {
-    return svFmt(sum, ReportDecimals::of(result.totalWithinClusterSumOfSquares, 2));
+    return svFigure(sum, ReportDecimals::of(result.totalWithinClusterSumOfSquares, 2));
 }
 
 ReportTable sizeTable(const KMeansResult& result) {
@@ -45,8 +45,8 @@ ReportTable sizeTable(const KMeansResult& result) {
 }
 
 std::vector<ReportTable> tables(const KMeansRun& run) {
-    std::vector<ReportTable> tables = {sizeTable(*run.result),
-                                       ClusterReport::meanTable(run.variables, run.means)};
+    std::vector<ReportTable> tables = {
+        sizeTable(*run.result), ClusterReport::meanTable(run.variables, run.means, run.deviations)};
     tables.back().title = "Cluster means";
     if (run.result->standardized) {
         tables.push_back(ClusterReport::meanTable(run.variables, run.result->centroids));
@@ -140,6 +140,7 @@ private:
             run.elbow = ClusterAnalysis::elbowCurve(rows, counts, options);
             run.means =
                 ClusterReport::means(rows, run.result->assignments, run.result->clusters.size());
+            run.deviations = ClusterReport::deviations(rows, run.result->assignments, run.means);
         }
         return run;
     }

@@ -76,8 +76,8 @@ ReportTable table(const ImputationRun& run) {
         table.rows.push_back(
             {each.name, ResultText::count(each.missing),
              svFmt(100.0 * static_cast<double>(each.missing) / static_cast<double>(run.rows), 1),
-             svFmt(observed.mean, decimals), svFmt(observed.standardDeviation, decimals),
-             svFmt(imputed.mean, decimals), svFmt(imputed.standardDeviation, decimals),
+             svFigure(observed.mean, decimals), svFigure(observed.standardDeviation, decimals),
+             svFigure(imputed.mean, decimals), svFigure(imputed.standardDeviation, decimals),
              svFmt(distance(each), 2)});
     }
     return table;

@@ -110,10 +110,10 @@ ReportTable coefficientTable(const std::vector<PooledCoefficient>& coefficients)
     table.headers = {"Predictor", "B", "SE", "t", "df", "p", "LL", "UL", "FMI"};
     for (const PooledCoefficient& each : coefficients) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.t, 2),
+        table.rows.push_back({each.name, svFigure(each.estimate, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.t, 2),
                               dfText(each.degreesOfFreedom), ResultText::pCell(each.pValue),
-                              svFmt(each.ciLower, decimals), svFmt(each.ciUpper, decimals),
+                              svFigure(each.ciLower, decimals), svFigure(each.ciUpper, decimals),
                               svFmtBounded(each.fractionMissingInfo, 3)});
     }
     return table;
@@ -128,9 +128,9 @@ std::string sentenceOf(const PooledBasis& basis,
         const int decimals = ReportDecimals::inSentence(each.standardError);
         text += " The effect of " + each.name + " was " +
                 std::string(ResultText::significanceWords(each.pValue)) +
-                ", B = " + svFmt(each.estimate, decimals) + ", 95% CI [" +
-                svFmt(each.ciLower, decimals) + ", " + svFmt(each.ciUpper, decimals) + "], t(" +
-                dfText(each.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +
+                ", B = " + svFigure(each.estimate, decimals) + ", 95% CI [" +
+                svFigure(each.ciLower, decimals) + ", " + svFigure(each.ciUpper, decimals) +
+                "], t(" + dfText(each.degreesOfFreedom) + ") = " + svFmt(each.t, 2) + ", " +
                 ResultText::pSentence(each.pValue) + ".";
     }
     return text;
@@ -189,11 +189,13 @@ void addCorrelation(const PooledBasis& basis,
 }
 
 void addMean(const PooledBasis& basis, const PooledEstimate& mean, ScreenContent& content) {
-    const std::string error = svFmt(mean.standardError, ReportDecimals::of(mean.standardError));
-    const int decimals = ReportDecimals::inSentence(mean.standardError);
-    const std::string estimate = svFmt(mean.estimate, decimals);
-    const std::string lower = svFmt(mean.confidenceIntervalLower, decimals);
-    const std::string upper = svFmt(mean.confidenceIntervalUpper, decimals);
+    const std::string error = svFigure(mean.standardError, ReportDecimals::of(mean.standardError));
+    const int decimals = mean.standardError > 0.0
+                             ? ReportDecimals::inSentence(mean.standardError)
+                             : ReportDecimals::ofSample(mean.estimate, std::nullopt);
+    const std::string estimate = svFigure(mean.estimate, decimals);
+    const std::string lower = svFigure(mean.confidenceIntervalLower, decimals);
+    const std::string upper = svFigure(mean.confidenceIntervalUpper, decimals);
     ReportTable table;
     table.groupHeaders = {{.label = "", .span = 5}, {.label = "95% CI", .span = 2}, {.label = ""}};
     table.headers = {"Variable", "n", "M", "SE", "df", "LL", "UL", "FMI"};

@@ -98,8 +98,8 @@ ReportTable meanTable(const InvarianceResult& result) {
     table.headers = {"Group", "Difference", "SE", "z", "p"};
     for (const LatentMeanDifference& each : result.latentMeans) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.groupName, svFmt(each.difference, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+        table.rows.push_back({each.groupName, svFigure(each.difference, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue)});
     }
     table.note = "Distance from " + result.groups.front() +

@@ -43,7 +43,7 @@ ReportTable interceptTable(const FactorMixtureResult& result,
         std::vector<std::string> row = {names[j]};
         const int decimals = ReportDecimals::of(std::sqrt(result.residualVariances[j]), 2);
         for (const FactorMixtureClass& each : result.classes) {
-            row.push_back(svFmt(each.intercepts[j], decimals));
+            row.push_back(svFigure(each.intercepts[j], decimals));
         }
         table.rows.push_back(std::move(row));
     }
@@ -57,9 +57,9 @@ ReportTable factorTable(const FactorMixtureResult& result, const std::vector<std
     for (std::size_t j = 0; j < names.size(); ++j) {
         const double residual = result.residualVariances[j];
         table.rows.push_back({names[j],
-                              svFmt(result.loadings[j], ReportDecimals::of(std::sqrt(residual))),
+                              svFigure(result.loadings[j], ReportDecimals::of(std::sqrt(residual))),
                               svFmtBounded(result.standardizedLoadings[j], 3),
-                              svFmt(residual, ReportDecimals::of(residual))});
+                              svFigure(residual, ReportDecimals::of(residual))});
     }
     return table;
 }

@@ -47,8 +47,8 @@ ReportTable meanTable(const LatentClassResult& result) {
         for (const LatentClassProfile& profile : result.profiles) {
             const double deviation = (*profile.standardDeviations)[j];
             const int decimals = ReportDecimals::of(deviation, 2);
-            row.push_back(svFmt((*profile.means)[j], decimals) + " (" + svFmt(deviation, decimals) +
-                          ")");
+            row.push_back(svFigure((*profile.means)[j], decimals) + " (" +
+                          svFigure(deviation, decimals) + ")");
         }
         table.rows.push_back(std::move(row));
     }

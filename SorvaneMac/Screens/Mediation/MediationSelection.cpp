@@ -144,8 +144,8 @@ void addTwoValued(std::vector<std::string>& remarks,
 
 std::string pathText(const MediationPath& path, std::int64_t df) {
     const int decimals = ReportDecimals::of(path.standardError);
-    return "B = " + svFmt(path.estimate, decimals) +
-           ", SE = " + svFmt(path.standardError, decimals) + ", t(" + ResultText::count(df) +
+    return "B = " + svFigure(path.estimate, decimals) +
+           ", SE = " + svFigure(path.standardError, decimals) + ", t(" + ResultText::count(df) +
            ") = " + svFmt(path.t, 2) + ", " + ResultText::pSentence(path.pValue);
 }
 

@@ -54,12 +54,12 @@ std::vector<std::string> estimateCells(const MediationPath& path, std::int64_t d
     const int decimals = ReportDecimals::of(path.standardError);
     const double half = path.standardError * MathDistributions::studentTCritical(
                                                  1.0 - confidenceLevel, static_cast<double>(df));
-    return {svFmt(path.estimate, decimals),
-            svFmt(path.standardError, decimals),
+    return {svFigure(path.estimate, decimals),
+            svFigure(path.standardError, decimals),
             svFmt(path.t, 2),
             ResultText::pCell(path.pValue),
-            svFmt(path.estimate - half, decimals),
-            svFmt(path.estimate + half, decimals)};
+            svFigure(path.estimate - half, decimals),
+            svFigure(path.estimate + half, decimals)};
 }
 
 MediationPath pathOf(const SimpleSlope& slope) {
@@ -94,8 +94,12 @@ ReportTable slopeTable(const ModerationRun& run) {
     table.title = "Simple slopes of " + x + " at the moderator mean and ±1 SD.";
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     table.headers = {"Level", w, "B", "SE", "t", "p", "LL", "UL"};
-    for (const SimpleSlope& each : run.result->simpleSlopes) {
-        table.rows.push_back({each.label, svFmt(each.moderatorValue, 2)});
+    const std::vector<SimpleSlope>& slopes = run.result->simpleSlopes;
+    // From one SD below the mean to one above it.
+    const double deviation = (slopes.back().moderatorValue - slopes.front().moderatorValue) / 2.0;
+    const int decimals = ReportDecimals::of(deviation, 2);
+    for (const SimpleSlope& each : slopes) {
+        table.rows.push_back({each.label, svFigure(each.moderatorValue, decimals)});
         const std::vector<std::string> cells = estimateCells(pathOf(each), residualDf(*run.result));
         table.rows.back().insert(table.rows.back().end(), cells.begin(), cells.end());
     }
@@ -113,7 +117,7 @@ std::string sentence(const ModerationRun& run) {
                        ", N = " + ResultText::count(result.n) + ").";
     std::vector<std::string> slopes;
     for (const SimpleSlope& each : result.simpleSlopes) {
-        slopes.push_back(svFmt(each.slope, ReportDecimals::of(each.standardError)) + " at " +
+        slopes.push_back(svFigure(each.slope, ReportDecimals::of(each.standardError)) + " at " +
                          each.label + " (" + ResultText::pSentence(each.pValue) + ")");
     }
     return text + " The simple slope of " + x + " was " + ResultText::listed(slopes) + "." +
@@ -125,7 +129,7 @@ std::string sentence(const ModerationRun& run) {
 
 std::vector<Tile> tiles(const ModerationResult& result) {
     const MediationPath& product = result.interaction;
-    return {{"Interaction", svFmt(product.estimate, ReportDecimals::of(product.standardError)),
+    return {{"Interaction", svFigure(product.estimate, ReportDecimals::of(product.standardError)),
              "t(" + ResultText::count(residualDf(result)) + ") = " + svFmt(product.t, 2)},
             ResultText::pValueTile(product.pValue),
             {"R²", svFmtBounded(result.rSquared, 3), "of the whole model"},

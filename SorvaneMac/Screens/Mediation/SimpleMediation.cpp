@@ -78,11 +78,11 @@ ReportTable pathTable(const MediationRun& run) {
         const double half = error * MathDistributions::studentTCritical(
                                         1.0 - confidenceLevel, static_cast<double>(each.df));
         const int decimals = ReportDecimals::of(error);
-        table.rows.push_back({each.words, svFmt(each.path.estimate, decimals),
-                              svFmt(error, decimals), svFmt(each.path.t, 2),
+        table.rows.push_back({each.words, svFigure(each.path.estimate, decimals),
+                              svFigure(error, decimals), svFmt(each.path.t, 2),
                               ResultText::count(each.df), ResultText::pCell(each.path.pValue),
-                              svFmt(each.path.estimate - half, decimals),
-                              svFmt(each.path.estimate + half, decimals)});
+                              svFigure(each.path.estimate - half, decimals),
+                              svFigure(each.path.estimate + half, decimals)});
     }
     return table;
 }
@@ -103,7 +103,8 @@ int decimalsOfIndirect(const MediationResult& result) {
 
 std::string intervalText(const MediationResult& result) {
     const int decimals = decimalsOfIndirect(result);
-    return "[" + svFmt(result.bootLower, decimals) + ", " + svFmt(result.bootUpper, decimals) + "]";
+    return "[" + svFigure(result.bootLower, decimals) + ", " +
+           svFigure(result.bootUpper, decimals) + "]";
 }
 
 ReportTable indirectTable(const MediationRun& run) {
@@ -116,8 +117,8 @@ ReportTable indirectTable(const MediationRun& run) {
                           {.label = "Sobel test", .span = 2},
                           {.label = "", .span = 2}};
     table.headers = {"Through", "a × b", "LL", "UL", "z", "p", "Proportion mediated", "Resamples"};
-    table.rows = {{run.variables.middle, svFmt(result.indirect, decimals),
-                   svFmt(result.bootLower, decimals), svFmt(result.bootUpper, decimals),
+    table.rows = {{run.variables.middle, svFigure(result.indirect, decimals),
+                   svFigure(result.bootLower, decimals), svFigure(result.bootUpper, decimals),
                    svFmt(result.sobelZ, 2), ResultText::pCell(result.sobelP),
                    svFmt(result.proportionMediated, 2),
                    ResultText::count(result.bootstrapSamples)}};
@@ -131,8 +132,9 @@ std::string sentence(const MediationRun& run) {
     const MediationResult& result = *run.result;
     const auto& [x, m, y, covariates] = run.variables;
     return "The indirect effect of " + x + " on " + y + " through " + m + " was " +
-           svFmt(result.indirect, decimalsOfIndirect(result)) + ", 95% percentile bootstrap CI " +
-           intervalText(result) + " (" + ResultText::count(result.bootstrapSamples) +
+           svFigure(result.indirect, decimalsOfIndirect(result)) +
+           ", 95% percentile bootstrap CI " + intervalText(result) + " (" +
+           ResultText::count(result.bootstrapSamples) +
            " resamples, N = " + ResultText::count(result.n) + "); the direct effect was " +
            MediationSelection::pathText(result.cPrime, pathsOf(run)[2].df) +
            (covariates.empty() ? "."
@@ -145,10 +147,10 @@ bool excludesZero(const MediationResult& result) {
 
 std::vector<Tile> tiles(const MediationResult& result) {
     const auto effect = [](const MediationPath& path) {
-        return svFmt(path.estimate, ReportDecimals::of(path.standardError));
+        return svFigure(path.estimate, ReportDecimals::of(path.standardError));
     };
     return {
-        {"Indirect effect", svFmt(result.indirect, decimalsOfIndirect(result)),
+        {"Indirect effect", svFigure(result.indirect, decimalsOfIndirect(result)),
          "95% CI " + intervalText(result)},
         {"Interval excludes zero", excludesZero(result) ? "yes" : "no",
          excludesZero(result) ? "statistically significant" : "not statistically significant"},
@@ -158,7 +160,8 @@ std::vector<Tile> tiles(const MediationResult& result) {
 }
 
 std::string label(std::string name, const MediationPath& path) {
-    return std::move(name) + " = " + svFmt(path.estimate, ReportDecimals::of(path.standardError)) +
+    return std::move(name) + " = " +
+           svFigure(path.estimate, ReportDecimals::of(path.standardError)) +
            std::string(SignificanceFormatting::stars(path.pValue));
 }
 

@@ -55,7 +55,7 @@ Tile betweenTile(const MultilevelRun& run) {
     }
     const double deviation = result.varianceComponents[0].standardDeviation;
     return {"Intercept SD",
-            svFmt(deviation, ReportDecimals::of(deviation, varianceDecimals(result))),
+            svFigure(deviation, ReportDecimals::of(deviation, varianceDecimals(result))),
             "between levels of " + run.choice.cluster};
 }
 
@@ -78,13 +78,14 @@ ReportTable coefficientTable(const MultilevelRun& run) {
     table.groupHeaders = {{.label = "", .span = hasDf ? 6 : 5}, {.label = "95% CI", .span = 2}};
     for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
         const int decimals = ReportDecimals::of(each.standardError);
-        std::vector<std::string> row = {each.name, svFmt(each.estimate, decimals),
-                                        svFmt(each.standardError, decimals)};
+        std::vector<std::string> row = {each.name, svFigure(each.estimate, decimals),
+                                        svFigure(each.standardError, decimals)};
         if (hasDf) {
             row.push_back(svFmt(each.df, 2));
         }
-        row.insert(row.end(), {svFmt(each.z, 2), ResultText::pCell(each.pValue),
-                               svFmt(each.lowerBound, decimals), svFmt(each.upperBound, decimals)});
+        row.insert(row.end(),
+                   {svFmt(each.z, 2), ResultText::pCell(each.pValue),
+                    svFigure(each.lowerBound, decimals), svFigure(each.upperBound, decimals)});
         table.rows.push_back(std::move(row));
     }
     return table;
@@ -98,14 +99,23 @@ ReportTable ratioTable(const MultilevelRun& run) {
     table.groupHeaders = {{.label = "", .span = 6}, {.label = "95% CI", .span = 2}};
     for (const MultilevelFixedEffect& each : run.result->fixedEffects) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+        table.rows.push_back({each.name, svFigure(each.estimate, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
                               ResultText::ratio(std::exp(each.estimate), decimals),
                               ResultText::ratio(std::exp(each.lowerBound), decimals),
                               ResultText::ratio(std::exp(each.upperBound), decimals)});
     }
     return table;
+}
+
+/// Whether a component shows nothing of itself: beside the residual, whatever the outcome's unit,
+/// or on the scale of the link.
+bool vanishes(const MultilevelRun& run, std::size_t component) {
+    constexpr double share = 1e-10;
+    const std::vector<MultilevelVarianceComponent>& all = run.result->varianceComponents;
+    return run.choice.isGaussian() ? all[component].variance < share * all.back().variance
+                                   : isNearZero(run, component);
 }
 
 ReportTable varianceTable(const MultilevelRun& run) {
@@ -118,11 +128,14 @@ ReportTable varianceTable(const MultilevelRun& run) {
     for (std::size_t at = 0; at < components.size(); ++at) {
         const MultilevelVarianceComponent& each = components[at];
         const int decimals =
-            isNearZero(run, at)
+            vanishes(run, at)
                 ? fewest
                 : ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
-        table.rows.push_back(
-            {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
+        // What a variance needs a power of ten for, its root may well do without.
+        const int ofRoot =
+            decimals > mostDecimals ? ReportDecimals::of(each.standardDeviation, fewest) : decimals;
+        table.rows.push_back({each.name, svFigure(each.variance, decimals),
+                              svFigure(each.standardDeviation, ofRoot)});
     }
     table.note = MultilevelNotes::random(run);
     return table;

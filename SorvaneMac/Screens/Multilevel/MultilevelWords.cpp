@@ -83,10 +83,10 @@ std::string effectWords(const MultilevelRun& run, const MultilevelFixedEffect& e
                        std::string(ResultText::significanceWords(effect.pValue)) + ", ";
     const int decimals = ReportDecimals::inSentence(effect.standardError);
     if (run.choice.isGaussian()) {
-        text += "B = " + svFmt(effect.estimate, decimals) +
-                ", SE = " + svFmt(effect.standardError, decimals) + ", 95% CI [" +
-                svFmt(effect.lowerBound, decimals) + ", " + svFmt(effect.upperBound, decimals) +
-                "]";
+        text += "B = " + svFigure(effect.estimate, decimals) +
+                ", SE = " + svFigure(effect.standardError, decimals) + ", 95% CI [" +
+                svFigure(effect.lowerBound, decimals) + ", " +
+                svFigure(effect.upperBound, decimals) + "]";
     } else {
         text += ResultText::ratioSentence(run.choice.isLogistic() ? "OR" : "RR",
                                           std::exp(effect.estimate), decimals) +

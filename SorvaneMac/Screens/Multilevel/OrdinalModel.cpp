@@ -52,8 +52,8 @@ ReportTable effectTable(const MultilevelOrdinalRun& run) {
     for (std::size_t j = 0; j < result.fixedEffects.size(); ++j) {
         const MultilevelFixedEffect& each = result.fixedEffects[j];
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+        table.rows.push_back({each.name, svFigure(each.estimate, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
                               ResultText::ratio(result.oddsRatios[j], decimals),
                               ResultText::ratio(result.oddsRatioLowerBounds[j], decimals),
@@ -69,7 +69,7 @@ ReportTable thresholdTable(const MultilevelOrdinalResult& result) {
     for (const MultilevelOrdinalThreshold& each : result.thresholds) {
         const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
-            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals)});
+            {each.name, svFigure(each.estimate, decimals), svFigure(each.standardError, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point in an average cluster where "

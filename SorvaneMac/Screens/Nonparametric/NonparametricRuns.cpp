@@ -24,12 +24,12 @@ int OrderFigures::decimals() const {
 }
 
 std::vector<std::string> OrderFigures::cells() const {
-    return {name, ResultText::count(n), svFmt(median, decimals()), svFmt(firstQuartile, decimals()),
-            svFmt(thirdQuartile, decimals())};
+    return {name, ResultText::count(n), svFigure(median, decimals()),
+            svFigure(firstQuartile, decimals()), svFigure(thirdQuartile, decimals())};
 }
 
 std::string OrderFigures::words() const {
-    return "(Mdn = " + svFmt(median, decimals()) + ")";
+    return "(Mdn = " + svFigure(median, decimals()) + ")";
 }
 
 std::vector<std::string> orderHeaders(std::string names) {

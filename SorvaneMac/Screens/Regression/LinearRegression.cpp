@@ -26,9 +26,9 @@ ReportTable coefficientTable(const MultipleRegressionResult& result) {
     for (const RegressionCoefficient& each : result.coefficients) {
         const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
-            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+            {each.name, svFigure(each.estimate, decimals), svFigure(each.standardError, decimals),
              svFmt(each.standardizedEstimate, 3), svFmt(each.t, 2), ResultText::pCell(each.pValue),
-             svFmt(each.lowerBound, decimals), svFmt(each.upperBound, decimals)});
+             svFigure(each.lowerBound, decimals), svFigure(each.upperBound, decimals)});
     }
     table.note =
         "B is the unstandardized and β the standardized coefficient; the interval is the "
@@ -42,7 +42,7 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
     table.rows = {
         {ResultText::count(result.n), svFmt(result.rSquared, 3), svFmt(result.adjustedRSquared, 3),
-         svFmt(result.residualStandardError, ReportDecimals::of(result.residualStandardError)),
+         svFigure(result.residualStandardError, ReportDecimals::of(result.residualStandardError)),
          svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
          ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};
     return table;

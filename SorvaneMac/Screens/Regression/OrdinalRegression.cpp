@@ -29,8 +29,8 @@ ReportTable effectTable(const OrdinalRegressionResult& result) {
     table.headers = {"Predictor", "B", "SE", "z", "p", "OR"};
     for (const OrdinalPredictorEffect& each : result.predictorEffects) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+        table.rows.push_back({each.name, svFigure(each.estimate, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
                               ResultText::ratio(each.oddsRatio, decimals)});
     }
@@ -44,7 +44,7 @@ ReportTable thresholdTable(const OrdinalRegressionResult& result) {
     for (const OrdinalThreshold& each : result.thresholds) {
         const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
-            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals)});
+            {each.name, svFigure(each.estimate, decimals), svFigure(each.standardError, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point where all predictors are 0.";

@@ -16,8 +16,8 @@ ReportTable coefficientTable(const std::vector<RatioEffect>& coefficients,
     table.headers = {"Predictor", "B", "SE", "z", "p", symbol, "95% CI Lower", "95% CI Upper"};
     for (const RatioEffect& each : coefficients) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.z, 2),
+        table.rows.push_back({each.name, svFigure(each.estimate, decimals),
+                              svFigure(each.standardError, decimals), svFmt(each.z, 2),
                               ResultText::pCell(each.pValue),
                               ResultText::ratio(each.ratio, decimals),
                               ResultText::ratio(each.ratioLowerBound, decimals),

@@ -116,8 +116,8 @@ ReportTable parameterTable(const SEMResult& result) {
     table.headers = {"Parameter", "Estimate", "SE", "z", "p", "Std."};
     for (const SEMParameter& each : result.parameters) {
         const int places = ReportDecimals::of(each.standardError.value_or(0.0));
-        table.rows.push_back({each.label, svFmt(each.estimate, places),
-                              each.isFixed ? "fixed" : svFmt(each.standardError, places),
+        table.rows.push_back({each.label, svFigure(each.estimate, places),
+                              each.isFixed ? "fixed" : svFigure(each.standardError, places),
                               svFmt(each.z, 2),
                               each.pValue ? ResultText::pCell(*each.pValue) : "--",
                               svFmt(each.standardized, decimals)});

@@ -68,7 +68,7 @@ ReportTable coefficientTable(const CoxResult& result) {
     for (const CoxCoefficient& each : result.coefficients) {
         const int decimals = ReportDecimals::of(each.standardError);
         table.rows.push_back(
-            {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
+            {each.name, svFigure(each.estimate, decimals), svFigure(each.standardError, decimals),
              svFmt(each.z, 2), ResultText::pCell(each.pValue),
              ResultText::ratio(each.hazardRatio, decimals),
              ResultText::ratio(each.lowerHR, decimals), ResultText::ratio(each.upperHR, decimals)});
