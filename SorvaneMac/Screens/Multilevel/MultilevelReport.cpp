@@ -108,6 +108,12 @@ ReportTable ratioTable(const MultilevelRun& run) {
     return table;
 }
 
+/// "< 0.001" for what three decimals would show as zero.
+std::string orBelow(double value, int decimals) {
+    const double last = std::pow(10.0, -decimals);
+    return value < last / 2.0 ? "< " + svFmt(last, decimals) : svFmt(value, decimals);
+}
+
 ReportTable varianceTable(const MultilevelRun& run) {
     ReportTable table;
     table.title =
@@ -117,12 +123,15 @@ ReportTable varianceTable(const MultilevelRun& run) {
     const std::vector<MultilevelVarianceComponent>& components = run.result->varianceComponents;
     for (std::size_t at = 0; at < components.size(); ++at) {
         const MultilevelVarianceComponent& each = components[at];
+        if (isNearZero(run, at)) {
+            table.rows.push_back(
+                {each.name, svFmt(each.variance, fewest), svFmt(each.standardDeviation, fewest)});
+            continue;
+        }
         const int decimals =
-            isNearZero(run, at)
-                ? fewest
-                : ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
-        table.rows.push_back(
-            {each.name, svFmt(each.variance, decimals), svFmt(each.standardDeviation, decimals)});
+            ReportDecimals::of(std::min(each.variance, each.standardDeviation), fewest);
+        table.rows.push_back({each.name, orBelow(each.variance, decimals),
+                              orBelow(each.standardDeviation, decimals)});
     }
     table.note = MultilevelNotes::random(run);
     return table;
@@ -157,10 +166,10 @@ bool isNearZero(const MultilevelChoice& choice,
         return false;
     }
     // As the cautions of linear models have it; the scale of the others is that of their link.
-    const double variance = result.varianceComponents[component].variance;
-    return choice.isGaussian()
-               ? variance < 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
-               : variance * square < 1e-6;
+    const double smallest = choice.isGaussian()
+                                ? 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
+                                : 1e-6;
+    return result.varianceComponents[component].variance * square < smallest;
 }
 
 bool isNearZero(const MultilevelRun& run, std::size_t component) {
