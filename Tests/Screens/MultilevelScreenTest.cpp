@@ -6,6 +6,7 @@
 #include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 #include "Tests/Screens/ReferenceStudy.h"
+#include "Tests/Screens/SetupControls.h"
 
 namespace sorvane {
 namespace {
@@ -521,6 +522,21 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
     study.set({{"mlOutcome", R"("Reaction")"}});
     study.screens.appear(multilevel);
     EXPECT_EQ(warning(), "") << "it is no longer so";
+
+    study.set({{"mlPredictors", R"(["Days"])"}, {"mlRandomSlope", R"("Days")"}});
+    for (const Control& control : screen.setup().controls) {
+        if (labelOf(control).starts_with("Predictors")) {
+            std::get<CheckListControl>(control).setChecked("Days", false);
+        }
+    }
+    EXPECT_EQ(warning(), start +
+                             "it is not among the predictors. Choose it under Random slope to "
+                             "make it both.");
+    // As a script may have it.
+    study.set({{"mlRandomSlope", R"("Dayz")"}});
+    study.screens.appear(multilevel);
+    study.expectValues({{"mlPredictors", "[]"}, {"mlRandomSlope", R"("Dayz")"}});
+    EXPECT_TRUE(screen.run()) << "there is no such column";
 }
 
 /// Thirty persons at nine times, whose outcomes rise by another slope each.
