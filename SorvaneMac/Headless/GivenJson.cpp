@@ -20,7 +20,9 @@ Json of(std::string_view text, const std::string& what) {
     }
     std::vector<std::set<std::string>> names;
     const auto watches = [&](int level, Json::parse_event_t event, Json& parsed) {
-        if (level > mostLevels) {
+        const bool opens =
+            event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start;
+        if (opens && level >= mostLevels) {
             throw GivenJsonError("Lists and objects of the " + what + " nest more than " +
                                  NumberText::integer(mostLevels) + " levels deep.");
         }

@@ -17,9 +17,9 @@ namespace {
 using Numbers = std::vector<double>;
 using Size = std::size_t;
 
-/// No list is longer than what a machine could hold.
+/// A square matrix of more columns, with its text, would take gigabytes.
 void expectSquare(Size n) {
-    constexpr Size most = 20000;
+    constexpr Size most = 4000;
     if (n > most) {
         throw CallError("A matrix of so many columns is too large; give at most " +
                         NumberText::integer(static_cast<std::int64_t>(most)) + ".");

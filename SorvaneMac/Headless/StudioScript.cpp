@@ -1,6 +1,7 @@
 #include "SorvaneMac/Headless/StudioScript.h"
 
 #include <new>
+#include <stdexcept>
 
 #include "SorvaneMac/Headless/OperationTable.h"
 #include "SorvaneMac/Headless/StepRefused.h"
@@ -16,6 +17,11 @@ namespace {
 constexpr std::string_view stepForm = "A step is an object with one key, the step's name.";
 
 constexpr std::string_view noMemory = "There is not enough memory for this step.";
+
+void refuse(StepOutcome& outcome, std::string_view why) {
+    outcome.refusal = std::string(why);
+    outcome.report["refused"] = why;
+}
 
 /// What the workspace says: all its optional texts, but for the place of the project.
 Json messages(const StudioState& state) {
@@ -49,17 +55,13 @@ StepOutcome StudioScript::perform(const Json& step) {
             outcome.report[key] = std::move(value);
         }
     } catch (const StepRefused& refused) {
-        outcome.refusal = refused.what();
-        outcome.report["refused"] = refused.what();
+        refuse(outcome, refused.what());
     } catch (const CallError& error) {
-        outcome.refusal = error.what();
-        outcome.report["refused"] = error.what();
+        refuse(outcome, error.what());
     } catch (const std::bad_alloc&) {
-        outcome.refusal = std::string(noMemory);
-        outcome.report["refused"] = noMemory;
+        refuse(outcome, noMemory);
     } catch (const std::length_error&) {
-        outcome.refusal = std::string(noMemory);
-        outcome.report["refused"] = noMemory;
+        refuse(outcome, noMemory);
     }
     outcome.report["dataset"] = state_.dataset().name;
     outcome.report["rows"] = state_.dataset().rowCount();

@@ -119,22 +119,29 @@ double totalVariance(const NumericColumn& scores,
     return WeightedEstimators::linearizedTotalVariance(numbers(scores), design, rows);
 }
 
+/// Whether a list has that many rows of one column or more. It is divided: a product of sizes beyond
+/// reason may be anything.
+bool hasShape(const std::vector<double>& list, std::size_t rows, std::size_t cols) {
+    return cols > 0 && list.size() % cols == 0 && list.size() / cols == rows;
+}
+
 std::vector<double> scoreCovariance(const std::vector<double>& u,
                                     const SurveyDesign& design,
                                     std::int64_t p) {
-    if (p < 1 || u.size() != design.weights.size() * static_cast<std::size_t>(p) ||
-        !design.structuralErrors().empty()) {
+    const auto size = static_cast<std::size_t>(std::max<std::int64_t>(p, 0));
+    if (!hasShape(u, design.weights.size(), size) || !design.structuralErrors().empty()) {
         throw CallError(
             "The scores \"u\" take one row of \"p\" numbers per row of a sound design.");
     }
-    return SurveyVariance::scoreCovariance(u, design, static_cast<std::size_t>(p));
+    return SurveyVariance::scoreCovariance(u, design, size);
 }
 
 template <typename Product>
 auto squareProduct(Product product) {
     return [product](const std::vector<double>& a, const std::vector<double>& b, std::int64_t p) {
         const auto size = static_cast<std::size_t>(std::max<std::int64_t>(p, 0));
-        if (a.size() != size * size || b.size() != size * size) {
+        if (size > 0 ? !hasShape(a, size, size) || !hasShape(b, size, size)
+                     : !a.empty() || !b.empty()) {
             throw CallError("Both matrices take \"p\" times \"p\" numbers.");
         }
         return product(a, b, size);

@@ -84,13 +84,17 @@ StudioScreens::StudioScreens(StudioState& state)
 
 StudioScreens::~StudioScreens() = default;
 
+bool StudioScreens::areWeightsActive() const {
+    return fields.survey.surveyWeightsActive.get();
+}
+
 const ScreenContent& StudioScreens::content(StudioScreen id) {
     const auto [entry, isNew] = kept_.try_emplace(id);
     KeptContent& kept = entry->second;
     if (isNew || !kept.reads.areCurrent()) {
         kept.reads = state_.fields.recordReads([&] {
             kept.content = at(id).content();
-            if (fields.survey.surveyWeightsActive.get() && !takesWeights(id)) {
+            if (areWeightsActive() && !takesWeights(id)) {
                 SurveyWeights::sayUnweighted(kept.content);
             }
         });

@@ -24,6 +24,8 @@ public:
     void appear(StudioScreen id) {
         state_.fillWithoutChange([&] { at(id).seed(); });
     }
+    /// Whether screens that can are to give figures of the survey's weights.
+    bool areWeightsActive() const;
     /// What the screen shows, put together anew only after a field changed that it reads.
     const ScreenContent& content(StudioScreen id);
 

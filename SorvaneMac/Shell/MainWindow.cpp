@@ -13,7 +13,6 @@
 #include <QVBoxLayout>
 
 #include "SorvaneMac/Screens/DatasetText.h"
-#include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Shell/ComputingOverlay.h"
 #include "SorvaneMac/Shell/ErrorBanner.h"
 #include "SorvaneMac/Shell/FindingsPage.h"
@@ -220,12 +219,11 @@ void MainWindow::refreshFrame() {
 void MainWindow::refreshStatus() {
     const StudioState& state = workspace_.state;
     const bool hasData = state.hasData();
-    const bool isWeighted = workspace_.screens.fields.survey.surveyWeightsActive.get();
     sizeStatus_->setText(hasData ? qtText(DatasetText::size(state.dataset())) : noDataset);
     missingStatus_->setText(hasData ? qtText(DatasetText::missing(state.dataset()))
                                     : noDatasetHint);
     weightStatus_->setText("Weights on");
-    weightStatus_->setVisible(hasData && isWeighted);
+    weightStatus_->setVisible(hasData && workspace_.screens.areWeightsActive());
     messageStatus_->setText(latestMessage_ ? qtText(latestMessage_->get().value_or("")) : "");
 }
 

@@ -12,69 +12,86 @@ namespace sorvane {
 namespace {
 
 struct ScreenTexts {
+    StudioScreen screen;
     std::string_view title;
     StudioSection section;
     std::string_view methodName;
     std::string_view purpose;
 };
 
+using enum StudioScreen;
 using enum StudioSection;
 
 constexpr std::string_view projectReview = "project review";
 
 /// One row per screen, in the order of the enumerators.
 constexpr ScreenTexts screenTexts[] = {
-    {"Overview", project, projectReview, "Where does the study stand, and what comes next?"},
-    {"Import Data", project, projectReview,
+    {overview, "Overview", project, projectReview,
+     "Where does the study stand, and what comes next?"},
+    {importData, "Import Data", project, projectReview,
      "How did the file come in, and what was repaired on the way?"},
-    {"Data Preview", project, projectReview, "What stands in the cells?"},
-    {"Prepare Data", project, projectReview,
+    {dataPreview, "Data Preview", project, projectReview, "What stands in the cells?"},
+    {dataPrep, "Prepare Data", project, projectReview,
      "Which new variables do I need, made from the ones I have?"},
-    {"Instrument Map", instrument, projectReview, "What does each column seem to be, and why?"},
-    {"Variable Types", instrument, projectReview,
+    {instrumentMap, "Instrument Map", instrument, projectReview,
+     "What does each column seem to be, and why?"},
+    {variableTypes, "Variable Types", instrument, projectReview,
      "What is each variable in this study? Here you decide."},
-    {"Data Quality", instrument, "data quality scan",
+    {dataQuality, "Data Quality", instrument, "data quality scan",
      "What is missing, out of range, unusual or twice there?"},
-    {"Scale & Reliability", instrument, "scale reliability",
+    {scalesReliability, "Scale & Reliability", instrument, "scale reliability",
      "Do these items measure one thing consistently?"},
-    {"Descriptives & Explore", evidence, "descriptive statistics",
+    {descriptives, "Descriptives & Explore", evidence, "descriptive statistics",
      "What is typical, and how are values spread?"},
-    {"Compare Means", evidence, "group comparison", "Do groups or occasions differ on average?"},
-    {"Correlation", evidence, "correlation analysis", "Do two variables move together?"},
-    {"Regression", evidence, "regression analysis",
+    {inferential, "Compare Means", evidence, "group comparison",
+     "Do groups or occasions differ on average?"},
+    {correlation, "Correlation", evidence, "correlation analysis",
+     "Do two variables move together?"},
+    {regression, "Regression", evidence, "regression analysis",
      "What goes with the outcome when the rest is held constant?"},
-    {"Nonparametric & Categorical", evidence, "nonparametric analysis",
+    {nonparametric, "Nonparametric & Categorical", evidence, "nonparametric analysis",
      "The same questions by ranks and counts."},
-    {"Data Reduction", evidence, "data reduction",
+    {dataReduction, "Data Reduction", evidence, "data reduction",
      "Which variables belong together, which cases are alike?"},
-    {"Multivariate", evidence, "multivariate analysis",
+    {multivariate, "Multivariate", evidence, "multivariate analysis",
      "Do groups differ on several outcomes at once?"},
-    {"SEM & CFA", evidence, "structural equation modeling",
+    {sem, "SEM & CFA", evidence, "structural equation modeling",
      "Does a model of factors and paths fit the data?"},
-    {"Survey Design", evidence, "weighted estimation",
+    {survey, "Survey Design", evidence, "weighted estimation",
      "What holds for the population that the sample was drawn from?"},
-    {"Multilevel", advanced, "multilevel analysis",
+    {multilevel, "Multilevel", advanced, "multilevel analysis",
      "How much is a matter of the group that a case belongs to?"},
-    {"Latent Class", advanced, "latent class analysis",
+    {latentClass, "Latent Class", advanced, "latent class analysis",
      "Are there kinds of people behind the answers?"},
-    {"Survival", advanced, "survival analysis", "How long does it take until something happens?"},
-    {"Mediation & Moderation", advanced, projectReview,
+    {survival, "Survival", advanced, "survival analysis",
+     "How long does it take until something happens?"},
+    {mediation, "Mediation & Moderation", advanced, projectReview,
      "By which way, or for whom, does an effect come about?"},
-    {"Invariance", advanced, projectReview, "Does a scale mean the same in each group?"},
-    {"Group Patterns", evidence, "group comparison", "How much do groups overlap?"},
-    {"Relationships", evidence, "correlation analysis",
+    {invariance, "Invariance", advanced, projectReview,
+     "Does a scale mean the same in each group?"},
+    {groupPatterns, "Group Patterns", evidence, "group comparison", "How much do groups overlap?"},
+    {relationships, "Relationships", evidence, "correlation analysis",
      "May this association be described by a line?"},
-    {"Categorical Tests", evidence, "nonparametric analysis",
+    {categoricalTests, "Categorical Tests", evidence, "nonparametric analysis",
      "Do two sets of categories go together?"},
-    {"Findings", report, projectReview,
+    {findings, "Findings", report, projectReview,
      "What will the report say? Here it is assembled and edited."},
-    {"Technical Appendix", report, projectReview,
+    {technicalAppendix, "Technical Appendix", report, projectReview,
      "What does another researcher need to repeat it?"},
-    {"Share & export", report, projectReview, "In which form does the report leave the program?"},
-    {"User Guide", report, projectReview, "This page."},
+    {export_, "Share & export", report, projectReview,
+     "In which form does the report leave the program?"},
+    {userGuide, "User Guide", report, projectReview, "This page."},
 };
-static_assert(std::size(screenTexts) ==
-              boost::mp11::mp_size<boost::describe::describe_enumerators<StudioScreen>>::value);
+constexpr bool standInOrder() {
+    for (std::size_t at = 0; at < std::size(screenTexts); ++at) {
+        if (static_cast<std::size_t>(screenTexts[at].screen) != at) {
+            return false;
+        }
+    }
+    return std::size(screenTexts) ==
+           boost::mp11::mp_size<boost::describe::describe_enumerators<StudioScreen>>::value;
+}
+static_assert(standInOrder(), "a row for each screen, in the order of the enumerators");
 
 constexpr std::array<std::string_view, 5> sectionNames = {"Project", "Instrument", "Evidence",
                                                           "Advanced", "Report"};

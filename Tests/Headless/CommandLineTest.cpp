@@ -107,15 +107,20 @@ TEST_F(CommandLine, EndsWithAStatusAndASentence) {
 }
 
 TEST_F(CommandLine, ToldWhatIsWrongWithGivenJson) {
-    const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+    const auto nested = [](std::size_t levels) {
+        return std::string(levels, '[') + std::string(levels, ']');
+    };
     const struct {
         std::string text;
         std::string error;
     } cases[] = {
         {"{", "The arguments cannot be read as JSON from byte 2 on.\n"},
         {R"({"a":1e999})", "A number of the arguments is beyond all doubles.\n"},
-        {R"({"a":)" + deep + R"(,"b":1})",
+        {R"({"a":)" + nested(100'000) + R"(,"b":1})",
          "Lists and objects of the arguments nest more than 200 levels deep.\n"},
+        {R"({"a":)" + nested(200) + "}",
+         "Lists and objects of the arguments nest more than 200 levels deep.\n"},
+        {R"({"a":)" + nested(199) + "}", "The procedure has no argument \"a\".\n"},
         {R"({"a":[{"c":1},{"c":2,"d":{"c":3}}],"b":{"c":1,"d":2,"c":3}})",
          "The name \"c\" stands twice in one object of the arguments. Leave one of them out.\n"},
     };

@@ -294,7 +294,7 @@ Simulated sloping() {
     return rows;
 }
 
-TEST(MultilevelModel, CountsDegreesWhereverTheSlopeHasItsZero) {
+TEST(MultilevelModel, FitsAlikeWhereverTheSlopeHasItsZero) {
     const Simulated rows = sloping();
     MultilevelOptions options = namedOptions(1);
     options.randomSlopeName = "x1";
@@ -302,14 +302,61 @@ TEST(MultilevelModel, CountsDegreesWhereverTheSlopeHasItsZero) {
          {MultilevelDFMethod::satterthwaite, MultilevelDFMethod::kenwardRoger}) {
         options.dfMethod = method;
         const auto fit = MultilevelModel::fit(rows.data(), options);
-        EXPECT_TRUE(closeTo(*fit->fixedEffects[1].df, 9.0, {.relative = 0.05}));
-        for (const double shift : {-50.0, 500.0, 2000.0}) {
+        const MultilevelFixedEffect& slope = fit->fixedEffects[1];
+        EXPECT_TRUE(closeTo(*slope.df, 9.0, {.relative = 0.05}));
+        // As of years, and of seconds since 1970 within an hour.
+        for (const double shift : {-50.0, 2000.0, 3e6}) {
             SCOPED_TRACE(shift);
             const auto other = MultilevelModel::fit(
                 dataOf(rows.outcome, {shifted(rows.x, 1.0, shift)}, rows.cluster), options);
-            EXPECT_TRUE(
-                closeTo(*other->fixedEffects[1].df, *fit->fixedEffects[1].df, {.relative = 1e-2}));
+            EXPECT_TRUE(closeTo(other->logLikelihood, fit->logLikelihood, {.absolute = 1e-6}));
+            EXPECT_TRUE(closeTo(other->fixedEffects[1].standardError, slope.standardError,
+                                {.relative = 1e-4}));
+            EXPECT_TRUE(closeTo(*other->fixedEffects[1].df, *slope.df, {.relative = 1e-3}));
         }
+    }
+}
+
+TEST(MultilevelModel, IsSingularWhereTheEffectsVaryAlongOneLine) {
+    struct Case {
+        const char* name;
+        double start;
+        double rise;
+        double riseWithStart;
+        double residual;
+        bool isSingular;
+    };
+    // lme4 agrees for the predictor at its mean.
+    const std::vector<Case> cases = {{"apart", 1.0, 0.3, 0.0, 0.3, false},
+                                     {"from one point", 0.05, 1.0, 0.0, 0.02, false},
+                                     {"along one line", 1.0, 0.0, 0.2, 0.3, true}};
+    constexpr int times = 6;
+    for (const Case& each : cases) {
+        SplitMix64 random(3);
+        Cells outcome;
+        Cells time;
+        Labels person;
+        for (int p = 0; p < 40; ++p) {
+            const double start = 2.0 * random.nextUnitDouble() - 1.0;
+            const double rise = 2.0 * random.nextUnitDouble() - 1.0;
+            for (int t = 0; t < times; ++t) {
+                time.emplace_back(t);
+                outcome.emplace_back(each.start * start +
+                                     (each.rise * rise + each.riseWithStart * start) * t +
+                                     each.residual * (2.0 * random.nextUnitDouble() - 1.0));
+                person.push_back("p" + std::to_string(p));
+            }
+        }
+        MultilevelOptions options = namedOptions(1);
+        options.randomSlopeName = "x1";
+        for (const double shift : {0.0, 2001.0, 3e7}) {
+            SCOPED_TRACE(testing::Message() << each.name << ", " << shift);
+            const auto fit =
+                MultilevelModel::fit(dataOf(outcome, {shifted(time, 1.0, shift)}, person), options);
+            EXPECT_EQ(fit->isSingular, each.isSingular);
+        }
+        options.correlateRandomEffects = false;
+        EXPECT_FALSE(MultilevelModel::fit(dataOf(outcome, {time}, person), options)->isSingular);
     }
 }
 

@@ -1,5 +1,7 @@
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -36,7 +38,12 @@ constexpr std::string_view items =
     "q1,q2,q3,score\n1,2,5,1.5\n2,1,4,2.5\n3,3,3,3.5\n4,5,2,4\n5,4,1,6\n3,2,3,NA\n";
 
 TEST_F(AnalysisScreens, StandWithoutADataset) {
+    std::ostringstream guide;
+    guide << std::ifstream(SORVANE_SOURCE_DIR "/docs/scripts.md").rdbuf();
     for (const StudioScreen id : allStudioScreens()) {
+        ASSERT_NO_THROW(screens_.at(id)) << "no screen is added for " << rawValue(id);
+        EXPECT_NE(guide.str().find("`" + std::string(rawValue(id)) + "`"), std::string::npos)
+            << rawValue(id);
         const ScreenContent content = screen(id).content();
         EXPECT_FALSE(content.title.empty()) << title(id);
         EXPECT_TRUE(content.findings.empty()) << title(id);

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "SorvaneCore/Numerics/SplitMix64.h"
+#include "SorvaneMac/Report/ReportNumbers.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 #include "Tests/Screens/ReferenceStudy.h"
+#include "Tests/Screens/SetupControls.h"
 
 namespace sorvane {
 namespace {
@@ -539,25 +542,95 @@ TEST_F(SleepTest, ASlopeIsTakenIntoThePredictorsOrToldToBeDropped) {
     study.set({{"mlOutcome", R"("Reaction")"}});
     study.screens.appear(multilevel);
     EXPECT_EQ(warning(), "") << "it is no longer so";
+
+    study.set({{"mlPredictors", R"(["Days"])"}, {"mlRandomSlope", R"("Days")"}});
+    for (const Control& control : screen.setup().controls) {
+        if (labelOf(control).starts_with("Predictors")) {
+            std::get<CheckListControl>(control).setChecked("Days", false);
+        }
+    }
+    EXPECT_EQ(warning(), start +
+                             "it is not among the predictors. Choose it under Random slope to "
+                             "make it both.");
+    // As a script may have it.
+    study.set({{"mlRandomSlope", R"("Dayz")"}});
+    study.screens.appear(multilevel);
+    study.expectValues({{"mlPredictors", "[]"}, {"mlRandomSlope", R"("Dayz")"}});
+    EXPECT_TRUE(screen.run()) << "there is no such column";
 }
 
-TEST_F(SleepTest, AZeroFarFromAllDaysMakesNoBound) {
-    std::string text = "Reaction,year,Subject\n";
-    const ImportedDataset& dataset = study.state.dataset();
-    const auto cells = [&dataset](const char* name) -> const TextColumn& {
-        return dataset.rows.column(*dataset.columnIndex(name));
-    };
-    for (std::size_t row = 0; row < static_cast<std::size_t>(dataset.rowCount()); ++row) {
-        text += std::string(cells("Reaction")[row]) + "," +
-                std::to_string(2010 + std::stoi(std::string(cells("Days")[row]))) + ",s" +
-                std::string(cells("Subject")[row]) + "\n";
+/// Thirty persons at nine times, whose outcomes rise by another slope each.
+struct GrowthStudy {
+    /// `rise` of the slopes for each step of time, of which one is `unit` long, from `first` on.
+    GrowthStudy(double first, double unit, double rise, bool isFromStart) {
+        std::string text = "person,time,y\n";
+        SplitMix64 random(8);
+        const auto spread = [&random](double width) {
+            return width * (2.0 * random.nextUnitDouble() - 1.0);
+        };
+        for (int person = 0; person < 30; ++person) {
+            const double start = spread(1.0);
+            const double slope = isFromStart ? rise * start : spread(rise);
+            for (int step = 0; step < 9; ++step) {
+                const double y = start + slope * (step - 4) + spread(0.3);
+                text += "p" + std::to_string(person) + "," + svFmt(first + unit * step, 0) + "," +
+                        svFmt(y, 6) + "\n";
+            }
+        }
+        study.state.importPastedData(text);
+        study.assign({"person"}, VariableKind::grouping);
+        study.assign({"time", "y"}, VariableKind::outcome);
     }
-    study.state.importPastedData(text);
-    study.assign({"Reaction", "year"}, VariableKind::outcome);
-    study.assign({"Subject"}, VariableKind::grouping);
-    const ScreenContent content =
-        shown({{"mlPredictors", R"(["year"])"}, {"mlRandomSlope", R"("year")"}});
-    EXPECT_FALSE(saysAmongCautions(content, "The intercept–slope correlation is at its bound"));
+
+    ScreenContent shown(bool isCorrelated) {
+        return study.shown(multilevel, {{"mlOutcome", R"("y")"},
+                                        {"mlCluster", R"("person")"},
+                                        {"mlPredictors", R"(["time"])"},
+                                        {"mlRandomSlope", R"("time")"},
+                                        {"mlCorrelateRandom", isCorrelated ? "true" : "false"}});
+    }
+
+    ReferenceStudy study{"sleepstudy.csv"};
+};
+
+TEST(MultilevelScreen, AdvisesToCenterASlopeWhoseZeroIsFar) {
+    struct Case {
+        int line;
+        double first;
+        bool isFromStart;
+        bool isCorrelated;
+        std::string text;
+    };
+    const std::string independent = "Intercept and slope are taken as independent where time is 0";
+    const std::string atBound = "The intercept–slope correlation is at its bound (singular fit)";
+    const std::vector<Case> cases = {
+        {__LINE__, 2001.0, true, true,
+         atBound + "; the data do not tell the random effects apart. Center time first (subtract "
+                   "its mean), as its zero lies far outside its values; then fit them as "
+                   "independent, or leave the slope fixed."},
+        {__LINE__, 0.0, true, true,
+         atBound + "; the data do not tell the random effects apart. Fit them as independent, or "
+                   "leave the slope fixed."},
+        {__LINE__, 2001.0, false, false, independent + ", which lies far outside its values; "},
+        {__LINE__, -2001.0, false, false, independent},
+        {__LINE__, 2001.0, false, true, ""},
+        {__LINE__, 1.0, false, false, ""}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        GrowthStudy growth(each.first, 1.0, 0.3, each.isFromStart);
+        const ScreenContent content = growth.shown(each.isCorrelated);
+        for (const std::string& piece : {independent, atBound}) {
+            EXPECT_EQ(saysAmongCautions(content, piece), each.text.starts_with(piece)) << piece;
+        }
+        EXPECT_TRUE(each.text.empty() || saysAmongCautions(content, each.text));
+    }
+}
+
+TEST(MultilevelScreen, ShowsTheVarianceOfASlopeInASmallUnit) {
+    GrowthStudy growth(20000.0, 20000.0, 0.3, false);
+    const ScreenContent content = growth.shown(true);
+    const ReportTable& random = content.findings.front().item.extraTables->front();
+    EXPECT_EQ(random.rows[1], (Cells{"person (time)", "0.000000000071", "0.000008444814"}));
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {

@@ -1,7 +1,10 @@
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Project/JsonQuoting.h"
 #include "SorvaneMac/Report/APAFormat.h"
+#include "SorvaneMac/Screens/Structural/SEMAdmissibility.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {
@@ -166,6 +169,58 @@ TEST(StructuralScreen, SaysWhatSpeaksAgainstASolution) {
         EXPECT_NE(item.apaSummary.ends_with("estimates are not trustworthy."), converged);
         EXPECT_NE(item.caution->starts_with("The ML estimator did not converge"), converged);
         EXPECT_NE(item.semDiagram->fit->starts_with("Did not converge: "), converged);
+    }
+}
+
+/// Three items that load on f, with variances and covariances as given.
+SEMResult solution(const std::vector<std::tuple<std::string, std::string, double>>& covariances) {
+    SEMResult result;
+    for (const char* item : {"x1", "x2", "x3"}) {
+        result.parameters.push_back({.lhs = "f", .op = "=~", .rhs = item, .estimate = 1.0});
+    }
+    for (const auto& [lhs, rhs, estimate] : covariances) {
+        result.parameters.push_back({.lhs = lhs, .op = "~~", .rhs = rhs, .estimate = estimate});
+    }
+    return result;
+}
+
+TEST(StructuralScreen, JudgesCovariancesByTheGroupsThatTheyJoin) {
+    using Covariances = std::vector<std::tuple<std::string, std::string, double>>;
+    const std::string end =
+        " cannot occur together (their matrix is not positive definite); the solution is not "
+        "admissible.";
+    const Covariances factors = {{"f", "f", 1.0}, {"g", "g", 1.0},  {"h", "h", 1.0},
+                                 {"f", "g", 0.9}, {"f", "h", -0.9}, {"g", "h", 0.9}};
+    const std::string ofFactors = "The estimated covariances of f, g, and h" + end;
+    struct Case {
+        int line;
+        Covariances further;
+        std::vector<std::string> cautions;
+    };
+    const std::vector<Case> cases = {
+        {__LINE__, {}, {ofFactors}},
+        {__LINE__, {{"x1", "x1", 1.0}, {"x2", "x2", 1.0}, {"x1", "x2", 0.1}}, {ofFactors}},
+        {__LINE__, {{"x1", "x1", 0.0}, {"x2", "x2", 1.0}, {"x1", "x2", 0.1}}, {ofFactors}},
+        {__LINE__, {{"x1", "x1", -1.0}, {"x2", "x2", -1.0}, {"x1", "x2", 5.0}}, {ofFactors}},
+        {__LINE__,
+         {{"x1", "x1", 1.0}, {"x2", "x2", 1.0}, {"x1", "x2", 1.1}},
+         {"The estimated residual correlation of x1 and x2 is beyond ±1; the solution is not "
+          "admissible.",
+          ofFactors}},
+        {__LINE__,
+         {{"x1", "x1", 1.0},
+          {"x2", "x2", 1.0},
+          {"x3", "x3", 1.0},
+          {"x1", "x2", 0.9},
+          {"x2", "x3", 0.9},
+          {"x1", "x3", -0.9}},
+         {ofFactors, "The estimated residual covariances of x1, x2, and x3" + end}},
+        {__LINE__, {{"x1", "x1", 1.0}, {"f", "x1", 0.0}}, {ofFactors}}};
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.line);
+        Covariances all = factors;
+        all.insert(all.end(), each.further.begin(), each.further.end());
+        EXPECT_EQ(SEMAdmissibility::cautions(solution(all)), each.cautions);
     }
 }
 

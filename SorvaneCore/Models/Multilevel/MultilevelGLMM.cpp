@@ -18,6 +18,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
 #include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
+#include "SorvaneCore/Models/Multilevel/SlopeScale.h"
 
 namespace sorvane::MultilevelGLMM {
 
@@ -180,30 +181,30 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     const SpreadScale scale(task.rows.cluster.count());
     const bool correlated = task.options.correlateRandomEffects;
     const std::vector<double>& slope = task.rows.predictors[*task.rows.slope];
-    const SlopeFactor factor(unitsOf(slope, correlated), correlated);
-    const std::vector<double> scaledSlope = factor.scaled(slope);
+    const SlopeScale slopeScale(unitsOf(slope, correlated), correlated);
+    const std::vector<double> scaledSlope = slopeScale.scaled(slope);
     SlopeLaplace laplace(design, task.rows.cluster, scaledSlope);
     const auto entries = [&](std::span<const double> t) {
         return correlated ? std::vector{scale.unit * t[0], scale.unit * t[1], scale.unit * t[2]}
                           : std::vector{scale.sigma(t[0]), scale.sigma(t[1])};
     };
     const Likelihood likelihood = likelihoodOf(design, laplace, [&](std::span<const double> t) {
-        const std::vector<double> factored = entries(t);
-        return SlopeSpread{.intercept = factored.front(),
-                           .along = correlated ? factored[1] : 0.0,
-                           .alone = factored.back()};
+        const auto [a, b, c] = SlopeFactor::full(entries(t));
+        return SlopeSpread{.intercept = a, .along = b, .alone = c};
     });
     Fit fit = LinkedMaximizer::maximize(
         correlated ? correlatedStarts(p, scale) : startsAt(p, 2, scale), likelihood);
     if (correlated) {
         moveToBound(fit, likelihood, {{p + 1, 0.0}, {p + 2, 0.0}});
+        moveToBound(fit, likelihood, {{p + 2, 0.0}});
     } else {
         moveToBound(fit, likelihood, {{p, scale.least()}});
         moveToBound(fit, likelihood, {{p + 1, scale.least()}});
     }
     MultilevelResult result = searched(task, design, fit, likelihood);
-    setSlopeVariances(result, task.options,
-                      factor.covariance(entries(std::span(fit.point).subspan(p))));
+    const std::vector<double> factor = entries(std::span(fit.point).subspan(p));
+    setSlopeVariances(result, task.options, slopeScale.unscaled(factor));
+    result.isSingular = correlated && SlopeFactor::isSingular(factor);
     return result;
 }
 

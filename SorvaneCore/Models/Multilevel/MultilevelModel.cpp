@@ -15,6 +15,7 @@
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/Satterthwaite.h"
 #include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
+#include "SorvaneCore/Models/Multilevel/SlopeScale.h"
 #include "SorvaneCore/Models/Multilevel/VarianceSearch.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -110,26 +111,40 @@ double nearZero(double sigma2) {
     return 1e-10 * std::max(1.0, sigma2);
 }
 
-std::span<const double> slopeOf(const MultilevelRows& rows) {
-    return rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
-                      : std::span<const double>();
-}
+/// Of a nested model with or without a slope, which is taken in its own units: at a zero far from all
+/// values, as that of years, the terms of the covariance cancel each other, and what is left of
+/// their sums and differences would be rounding.
+struct NestedTask {
+    NestedTask(const MultilevelRows& nestedRows, const MultilevelOptions& options)
+        : rows(nestedRows),
+          correlated(options.correlateRandomEffects),
+          slopeScale(rows.slope ? SlopeUnits::of(rows.predictors[*rows.slope]) : SlopeUnits{},
+                     correlated),
+          design(rows),
+          sums(
+              design,
+              rows.cluster,
+              rows.slope ? slopeScale.scaled(rows.predictors[*rows.slope]) : std::vector<double>{}),
+          criterion{.estimator = options.estimator, .n = rows.count(), .p = rows.fixedCount()},
+          likelihood(sums, design, criterion) {}
 
-SlopeFactor slopeFactor(const MultilevelRows& rows, bool correlated) {
-    return SlopeFactor(rows.slope ? SlopeUnits::of(slopeOf(rows)) : SlopeUnits{}, correlated);
-}
+    const MultilevelRows& rows;
+    bool correlated;
+    SlopeScale slopeScale;
+    ScaledDesign design;
+    ClusterSums sums;
+    MultilevelCriterion criterion;
+    NestedLikelihood likelihood;
+};
 
 /// What a nested fit varies with: the relative standard deviation of an intercept, or the factor of
-/// its covariance with a slope in the slope's own units. A correlated fit is the same wherever the
-/// slope's zero lies, and so it stays.
-Satterthwaite::Parameters nestedParameters(const Fitted& fit,
-                                           const SlopeFactor& scale,
-                                           bool correlated) {
+/// its covariance with a slope.
+Satterthwaite::Parameters nestedParameters(const Fitted& fit, bool correlated) {
     Satterthwaite::Parameters result{.values = {std::sqrt(std::max(fit.found.g[0], 0.0))},
                                      .maySwitchSign = {false},
                                      .sigma = std::sqrt(fit.profile().sigma2)};
     if (fit.rows.slope) {
-        result.values = scale.entries(fit.found.g);
+        result.values = SlopeFactor::entries(fit.found.g, correlated);
         result.maySwitchSign =
             correlated ? std::vector{false, true, false} : std::vector{false, false};
     }
@@ -137,41 +152,34 @@ Satterthwaite::Parameters nestedParameters(const Fitted& fit,
 }
 
 /// The inverse, with standard deviations below 0 read as 0.
-RandomCovariance covarianceOf(std::vector<double> parameters, const SlopeFactor& scale) {
+RandomCovariance covarianceOf(std::vector<double> parameters) {
     parameters.front() = std::max(parameters.front(), 0.0);
     if (parameters.size() == 1) {
         return {parameters[0] * parameters[0], 0.0, 0.0, 0.0};
     }
     parameters.back() = std::max(parameters.back(), 0.0);
-    return scale.covariance(parameters);
+    return SlopeFactor::covariance(parameters);
 }
 
-FixedEffectTable::Estimates nestedEstimates(const Fitted& fit, const MultilevelOptions& options) {
+FixedEffectTable::Estimates nestedEstimates(const NestedTask& task,
+                                            const Fitted& fit,
+                                            const MultilevelOptions& options) {
     FixedEffectTable::Estimates estimates = estimatesOf(fit);
     if (options.dfMethod == MultilevelDFMethod::wald) {
         return estimates;
     }
-    // By the slope in its own units: at a zero far from all values, as that of years, the terms of
-    // the covariance cancel each other, and their differences would be rounding.
-    const bool correlated = options.correlateRandomEffects;
-    const SlopeFactor scale = slopeFactor(fit.rows, correlated);
-    const SlopeFactor inUnits(SlopeUnits{}, correlated);
-    const Satterthwaite::Parameters parameters = nestedParameters(fit, scale, correlated);
-    const ClusterSums sums(fit.design, fit.rows.cluster, scale.scaled(slopeOf(fit.rows)));
     if (options.dfMethod == MultilevelDFMethod::kenwardRoger) {
-        if (auto adjustment =
-                KenwardRoger::adjust(sums, fit.design, fit.profile(),
-                                     covarianceOf(parameters.values, inUnits), correlated)) {
+        if (auto adjustment = KenwardRoger::adjust(task.sums, fit.design, fit.profile(),
+                                                   fit.found.g, task.correlated)) {
             estimates.variances = std::move(adjustment->variances);
             estimates.degrees = std::move(adjustment->degrees);
         }
     }
     if (options.dfMethod != MultilevelDFMethod::containment && !estimates.degrees) {
-        const NestedLikelihood likelihood(sums, fit.design, fit.criterion);
         estimates.degrees = Satterthwaite::degrees(
-            parameters,
-            [&likelihood, &inUnits](std::span<const double> theta) {
-                return likelihood.at(covarianceOf({theta.begin(), theta.end()}, inUnits));
+            nestedParameters(fit, task.correlated),
+            [&task](std::span<const double> theta) {
+                return task.likelihood.at(covarianceOf({theta.begin(), theta.end()}));
             },
             fit.design, fit.criterion);
     }
@@ -201,10 +209,10 @@ Issues nestedIssues(const Fitted& fit, const MultilevelResult& result) {
         caution(MultilevelWording::fewClusters(result.nClusters));
     }
     const double sigma2 = fit.profile().sigma2;
-    if (fit.found.g[0] * sigma2 < nearZero(sigma2)) {
+    if (result.varianceComponents.front().variance < nearZero(sigma2)) {
         caution(MultilevelWording::interceptNearZero());
     }
-    if (fit.rows.slope && fit.found.g[3] * sigma2 < nearZero(sigma2)) {
+    if (fit.rows.slope && result.varianceComponents[1].variance < nearZero(sigma2)) {
         caution(MultilevelWording::slopeNearZero());
     }
     if (!result.converged) {
@@ -214,11 +222,17 @@ Issues nestedIssues(const Fitted& fit, const MultilevelResult& result) {
 }
 
 void setNestedVariances(MultilevelResult& result,
+                        const NestedTask& task,
                         const Fitted& fit,
                         const MultilevelOptions& options) {
     constexpr double smallestRoot = 1e-14;
     const double sigma2 = fit.profile().sigma2;
     RandomCovariance tau = fit.found.g;
+    if (fit.rows.slope) {
+        const std::vector<double> factor = SlopeFactor::entries(tau, task.correlated);
+        result.isSingular = task.correlated && SlopeFactor::isSingular(factor);
+        tau = task.slopeScale.unscaled(factor);
+    }
     for (double& entry : tau) {
         entry *= sigma2;
     }
@@ -236,18 +250,15 @@ void setNestedVariances(MultilevelResult& result,
     }
 }
 
-Found searchNested(const NestedLikelihood& likelihood,
-                   const MultilevelRows& rows,
-                   bool correlated) {
-    const VarianceSearch::NestedProfile profile = [&likelihood](const RandomCovariance& g) {
-        return likelihood.at(g);
+Found searchNested(const NestedTask& task) {
+    const VarianceSearch::NestedProfile profile = [&task](const RandomCovariance& g) {
+        return task.likelihood.at(g);
     };
-    if (rows.slope) {
-        return VarianceSearch::interceptAndSlope(profile, correlated,
-                                                 slopeFactor(rows, correlated));
+    if (task.rows.slope) {
+        return VarianceSearch::interceptAndSlope(profile, task.correlated, task.slopeScale);
     }
-    return VarianceSearch::intercept(profile,
-                                     VarianceSearch::momentLambda(rows.outcome, rows.cluster));
+    return VarianceSearch::intercept(
+        profile, VarianceSearch::momentLambda(task.rows.outcome, task.rows.cluster));
 }
 
 /// The covariance of the fixed effects of a search that found something.
@@ -263,25 +274,21 @@ MultilevelResult fitNested(const MultilevelRows& rows,
         return blocked(std::move(result), options, totalRows,
                        MultilevelWording::needsTwoClusters());
     }
-    const ScaledDesign design(rows);
-    const ClusterSums sums(design, rows.cluster, slopeOf(rows));
-    const MultilevelCriterion criterion{
-        .estimator = options.estimator, .n = rows.count(), .p = rows.fixedCount()};
-    const NestedLikelihood likelihood(sums, design, criterion);
-    const Found found = searchNested(likelihood, rows, options.correlateRandomEffects);
+    const NestedTask task(rows, options);
+    const Found found = searchNested(task);
     auto covariance = fixedCovariance(found, rows.fixedCount());
     if (!covariance) {
         return blocked(std::move(result), options, totalRows, MultilevelWording::notConverged());
     }
     const Fitted fit{.rows = rows,
-                     .design = design,
-                     .criterion = criterion,
+                     .design = task.design,
+                     .criterion = task.criterion,
                      .found = found,
                      .covariance = std::move(*covariance)};
     setFit(result, fit, options);
-    result.fixedEffects = FixedEffectTable::of(options.fixedNames, nestedEstimates(fit, options),
-                                               options.confidenceLevel);
-    setNestedVariances(result, fit, options);
+    result.fixedEffects = FixedEffectTable::of(
+        options.fixedNames, nestedEstimates(task, fit, options), options.confidenceLevel);
+    setNestedVariances(result, task, fit, options);
     result.readiness = readinessOf(result, MultilevelWording::nestedMinimum(), totalRows,
                                    nestedIssues(fit, result));
     return result;

@@ -66,6 +66,9 @@ struct MultilevelResult {
     std::optional<std::string> randomSlopeName{};
     /// Of the intercept and slope of a cluster, where they may correlate.
     std::optional<double> randomEffectCorrelation{};
+    /// Whether these, as far as they may correlate, vary along one line at most: their correlation
+    /// where the slope's predictor has its mean is at a bound, or a variance there is 0.
+    bool isSingular = false;
 
     bool operator==(const MultilevelResult&) const = default;
 };

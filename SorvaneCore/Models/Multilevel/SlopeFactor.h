@@ -1,38 +1,25 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <vector>
 
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 
-namespace sorvane {
+/// Covariances of an intercept and a slope by the entries of their factor (a, 0; b, c): a, b and c,
+/// or a and c where the two do not correlate. An entry of 0 is no boundary.
+namespace sorvane::SlopeFactor {
 
-/// Where the values of a slope lie.
-struct SlopeUnits {
-    double mean = 0.0;
-    double deviation = 1.0;
+/// a, b and c.
+std::array<double, 3> full(std::span<const double> entries);
 
-    static SlopeUnits of(std::span<const double> slope);
-};
+RandomCovariance covariance(std::span<const double> entries);
+std::vector<double> entries(const RandomCovariance& g, bool correlated);
 
-/// Covariances of an intercept and a slope by the entries of their factor (a, 0; b, c), of slopes
-/// in their own units: no correlation comes from where the slope's zero lies, and an entry of 0 is
-/// no boundary.
-class SlopeFactor {
-public:
-    SlopeFactor(const SlopeUnits& units, bool correlated);
+/// Whether the two random effects vary along one line at most.
+///
+/// Input      in units of the slope, relative to the residual deviation or on the scale of a link
+/// Method     a or c below 1e-4, the usual package's limit, or next to b no more than rounding
+bool isSingular(std::span<const double> entries);
 
-    /// The slope in these units.
-    std::vector<double> scaled(std::span<const double> slope) const;
-    /// Of the slope as it is, from a, b and c, or a and c without correlation.
-    RandomCovariance covariance(std::span<const double> entries) const;
-    std::vector<double> entries(const RandomCovariance& g) const;
-
-private:
-    /// In units; without correlation the slope's zero has a meaning and must stay.
-    double shift_;
-    double unit_;
-    bool correlated_;
-};
-
-}  // namespace sorvane
+}  // namespace sorvane::SlopeFactor

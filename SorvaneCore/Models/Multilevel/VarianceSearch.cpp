@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 #include "SorvaneCore/Models/Multilevel/VarianceMinimizers.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
@@ -78,11 +79,6 @@ RandomCovariance diagonal(double first, double second) {
     return {first, 0.0, 0.0, second};
 }
 
-/// Of the factor (a, 0; b, c).
-RandomCovariance ofFactor(double a, double b, double c) {
-    return {a * a, a * b, a * b, b * b + c * c};
-}
-
 void offerGrid(Best& best, bool correlated) {
     constexpr std::array<double, 3> correlations = {-0.2, 0.0, 0.2};
     for (int a = -4; a <= 4; ++a) {
@@ -94,7 +90,8 @@ void offerGrid(Best& best, bool correlated) {
                 continue;
             }
             for (const double r : correlations) {
-                best.offer(ofFactor(std::sqrt(v0), std::sqrt(v1) * r, std::sqrt(v1)));
+                best.offer(SlopeFactor::covariance(
+                    std::array{std::sqrt(v0), std::sqrt(v1) * r, std::sqrt(v1)}));
             }
         }
     }
@@ -122,7 +119,7 @@ void searchCorrelated(Best& best) {
     const std::array<double, 3> start = {std::log(a), g[1] / std::max(a, smallestStart),
                                          std::log(c)};
     const auto covariance = [](std::span<const double> t) {
-        return ofFactor(std::exp(t[0]), t[1], std::exp(t[2]));
+        return SlopeFactor::covariance(std::array{std::exp(t[0]), t[1], std::exp(t[2])});
     };
     const std::vector<double> end = VarianceMinimizers::simplex(
         start, [&](std::span<const double> t) { return best.value(covariance(t)); });
@@ -130,13 +127,13 @@ void searchCorrelated(Best& best) {
 }
 
 /// The best entries of a grid.
-std::vector<double> bestOfGrid(Best& best, const SlopeFactor& scale, bool correlated) {
+std::vector<double> bestOfGrid(Best& best, bool correlated) {
     constexpr std::array<double, 4> deviations = {0.03, 0.2, 1.0, 5.0};
     constexpr std::array<double, 3> correlations = {-0.8, 0.0, 0.8};
     std::vector<double> lowest;
     double value = VarianceMinimizers::failedValue;
     const auto consider = [&](std::vector<double> entries) {
-        const double here = best.value(scale.covariance(entries));
+        const double here = best.value(SlopeFactor::covariance(entries));
         if (lowest.empty() || here < value) {
             value = here;
             lowest = std::move(entries);
@@ -157,14 +154,15 @@ std::vector<double> bestOfGrid(Best& best, const SlopeFactor& scale, bool correl
 }
 
 /// A simplex that starts anew where it ended, as long as that helps.
-void searchFactor(Best& best, const SlopeFactor& scale, std::vector<double> start) {
+void searchFactor(Best& best, std::vector<double> start) {
     constexpr int restarts = 5;
     constexpr double smallestGain = 1e-9;
-    double former = best.value(scale.covariance(start));
+    double former = best.value(SlopeFactor::covariance(start));
     for (int i = 0; i < restarts; ++i) {
-        start = VarianceMinimizers::simplex(
-            start, [&](std::span<const double> t) { return best.value(scale.covariance(t)); });
-        const double reached = best.refine(scale.covariance(start));
+        start = VarianceMinimizers::simplex(start, [&](std::span<const double> t) {
+            return best.value(SlopeFactor::covariance(t));
+        });
+        const double reached = best.refine(SlopeFactor::covariance(start));
         if (!(former - reached > smallestGain)) {
             return;
         }
@@ -176,6 +174,13 @@ void searchFactor(Best& best, const SlopeFactor& scale, std::vector<double> star
 void simplify(Best& best) {
     best.simplify(interceptOnly(best.g()[0]));
     best.simplify(diagonal(0.0, best.g()[3]));
+}
+
+/// The same with what of the slope does not go with the intercept.
+void simplifyCorrelation(Best& best) {
+    std::vector<double> factor = SlopeFactor::entries(best.g(), true);
+    factor.back() = 0.0;
+    best.simplify(SlopeFactor::covariance(factor));
 }
 
 }  // namespace
@@ -202,15 +207,26 @@ Found intercept(const NestedProfile& profile, std::optional<double> start) {
     return best.take();
 }
 
-Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeFactor& scale) {
+Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeScale& scale) {
+    const NestedProfile unscaled = [&](const RandomCovariance& g) {
+        return profile(scale.scaled(g));
+    };
+    Best first(unscaled);
+    first.offer({});
+    offerGrid(first, correlated);
+    if (!first.isFound()) {
+        return first.take();
+    }
+    correlated ? searchCorrelated(first) : searchDiagonal(first);
+    const Found start = first.take();
     Best best(profile);
-    best.offer({});
-    offerGrid(best, correlated);
-    if (best.isFound()) {
-        correlated ? searchCorrelated(best) : searchDiagonal(best);
-        searchFactor(best, scale, scale.entries(best.g()));
-        searchFactor(best, scale, bestOfGrid(best, scale, correlated));
-        simplify(best);
+    best.count(static_cast<std::size_t>(start.evaluations));
+    best.offer(scale.scaled(start.g), start.profile);
+    searchFactor(best, SlopeFactor::entries(best.g(), correlated));
+    searchFactor(best, bestOfGrid(best, correlated));
+    simplify(best);
+    if (correlated) {
+        simplifyCorrelation(best);
     }
     return best.take();
 }

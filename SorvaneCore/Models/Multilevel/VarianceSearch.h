@@ -9,7 +9,7 @@
 
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelProfile.h"
-#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
+#include "SorvaneCore/Models/Multilevel/SlopeScale.h"
 
 /// The searches for the relative variances of a linear mixed model, none of which needs a start.
 namespace sorvane::VarianceSearch {
@@ -30,12 +30,13 @@ using CrossedProfile = std::function<std::optional<MultilevelProfile>(
 /// search for the logarithm within 4 of the best.
 Found intercept(const NestedProfile& profile, std::optional<double> start);
 
-/// Of an intercept and a slope: 0 and a grid of standard deviations from 0.1 to 10, with
-/// correlations about 0 where they correlate, then a simplex from the best, in the logarithms. As
-/// that depends on the slope's unit and cannot leave a boundary, a second look follows: from there
-/// and from the best of a grid, by the factor of the covariance on the scale given. At a bound the
-/// variance is 0.
-Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeFactor& scale);
+/// Of an intercept and a slope, whose profile is of the slope in its own units, as is what is found:
+/// for the slope as it is, 0 and a grid of standard deviations from 0.1 to 10, with correlations
+/// about 0 where they correlate, then a simplex from the best, in the logarithms. As that depends on
+/// the slope's unit and cannot leave a boundary, a second look follows: from there and from the best
+/// of a grid, by the factor of the covariance in units. At a bound the variance is 0, or the
+/// correlation 1.
+Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeScale& scale);
 
 /// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to
 /// 100, whose points are shared out among the threads, then a simplex likewise. At a bound the

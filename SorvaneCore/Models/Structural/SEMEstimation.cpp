@@ -135,7 +135,7 @@ std::vector<double> signsByMarker(std::span<const StandIns> loadings,
     return signs;
 }
 
-/// Of some variables; all alike where there is none.
+/// The loadings of some variables; all 1 where there is no component.
 std::vector<double> firstComponent(std::span<const std::size_t> some,
                                    std::span<const double> correlations,
                                    std::size_t variables) {
@@ -151,41 +151,59 @@ std::vector<double> firstComponent(std::span<const std::size_t> some,
         return std::vector<double>(k, 1.0);
     }
     const auto largest = std::ranges::max_element(eigen->values) - eigen->values.begin();
-    return eigen->vectors[static_cast<std::size_t>(largest)];
+    const auto place = static_cast<std::size_t>(largest);
+    std::vector<double> result = eigen->vectors[place];
+    for (double& entry : result) {
+        entry *= std::sqrt(eigen->values[place]);
+    }
+    return result;
 }
 
-/// By the first component of the factor's indicators, beside that of the marker: where the marker
-/// hardly hangs together with the others, the signs of its correlations are chance.
-std::vector<double> signsByComponent(std::span<const StandIns> loadings,
-                                     std::span<const double> correlations,
-                                     std::size_t variables) {
+/// What the first component of each factor's indicators tells.
+struct ComponentTurns {
+    /// Of the loadings, beside that of the marker.
+    std::vector<double> signs;
+    /// For each factor whose marker hardly hangs together with the others, so that its own sign is
+    /// chance: the places of its loadings.
+    std::vector<std::vector<std::size_t>> doubtful{};
+    /// For each variable; those of a factor in which it has a variance near 1, whatever its marker.
+    std::vector<double> units;
+};
+
+ComponentTurns componentTurns(std::span<const StandIns> loadings,
+                              std::span<const double> correlations,
+                              const ReticularModel& form) {
+    constexpr double doubtfulShare = 0.5;
+    constexpr double smallestUnit = 0.03;
     std::map<std::size_t, std::vector<std::size_t>> ofFactor;
     for (std::size_t at = 0; at < loadings.size(); ++at) {
         ofFactor[loadings[at].factor].push_back(at);
     }
-    std::vector<double> signs(loadings.size(), 1.0);
+    ComponentTurns result{.signs = std::vector<double>(loadings.size(), 1.0),
+                          .units = std::vector<double>(form.size(), 1.0)};
     for (const auto& [factor, own] : ofFactor) {
         std::vector<std::size_t> indicators;
         for (const std::size_t at : own) {
             indicators.push_back(loadings[at].indicator);
         }
-        const std::vector<double> component = firstComponent(indicators, correlations, variables);
-        const auto marker = std::ranges::find(indicators, loadings[own.front()].marker);
-        const bool isTurned =
-            marker != indicators.end() &&
-            component[static_cast<std::size_t>(marker - indicators.begin())] < 0.0;
-        for (std::size_t i = 0; i < own.size(); ++i) {
-            signs[own[i]] = isTurned ? -component[i] : component[i];
+        const std::vector<double> component =
+            firstComponent(indicators, correlations, form.observedCount());
+        const auto place = std::ranges::find(indicators, loadings[own.front()].marker);
+        if (place == indicators.end()) {
+            continue;
         }
+        const double marker = component[static_cast<std::size_t>(place - indicators.begin())];
+        double largest = 0.0;
+        for (std::size_t i = 0; i < own.size(); ++i) {
+            result.signs[own[i]] = marker < 0.0 ? -component[i] : component[i];
+            largest = std::max(largest, std::abs(component[i]));
+        }
+        if (std::abs(marker) < doubtfulShare * largest) {
+            result.doubtful.push_back(own);
+        }
+        result.units[factor] = std::max(std::abs(marker), smallestUnit);
     }
-    return signs;
-}
-
-/// All against the marker, where neither tells.
-std::vector<double> signsAgainstMarker(std::span<const StandIns> loadings,
-                                       std::span<const double> /*correlations*/,
-                                       std::size_t /*variables*/) {
-    return std::vector<double>(loadings.size(), -1.0);
+    return result;
 }
 
 /// Whether a search ended in a minimum; one that can hardly move any more may be elsewhere.
@@ -249,36 +267,83 @@ std::vector<double> freeUnits(const SEMModel& model, std::span<const double> uni
     return result;
 }
 
+/// Where a search begins, and the units in which its steps are taken.
+struct Search {
+    std::vector<double> start{};
+    std::vector<double> units{};
+
+    bool operator==(const Search&) const = default;
+};
+
+/// What is left to be searched, the likeliest first: by the signs that correlations with the markers
+/// have; then, in units in which a factor has a variance near 1 though its marker hardly loads, by
+/// the signs of the components, by these with all doubtful factors turned against their markers, and
+/// with each of them alone. None is the first search or stands twice.
+std::vector<Search> furtherSearches(const Search& first,
+                                    const SEMModel& model,
+                                    const ReticularModel& form,
+                                    std::span<const double> correlations) {
+    const std::vector<StandIns> standIns = loadings(model, form);
+    const ComponentTurns component = componentTurns(standIns, correlations, form);
+    const std::vector<double> inFactors =
+        quotient(first.units, freeUnits(model, form.units(component.units)));
+    std::vector<Search> searches = {first};
+    const auto add = [&](std::span<const double> signs, const std::vector<double>& units) {
+        Search search{.start = quotient(turned(first.start, standIns, signs), units),
+                      .units = units};
+        if (std::ranges::find(searches, search) == searches.end()) {
+            searches.push_back(std::move(search));
+        }
+    };
+    add(signsByMarker(standIns, correlations, form.observedCount()), first.units);
+    add(component.signs, inFactors);
+    const auto addTurned = [&](std::span<const std::vector<std::size_t>> factors) {
+        std::vector<double> signs = component.signs;
+        for (const std::vector<std::size_t>& factor : factors) {
+            for (const std::size_t place : factor) {
+                signs[place] = -signs[place];
+            }
+        }
+        add(signs, inFactors);
+    };
+    addTurned(component.doubtful);
+    for (const std::vector<std::size_t>& factor : component.doubtful) {
+        addTurned({&factor, 1});
+    }
+    searches.erase(searches.begin());
+    return searches;
+}
+
 BFGSMinimizer::Result minimum(const SEMModel& model,
                               const ReticularModel& form,
                               const SEMUnitSample& sample,
                               std::span<const double> units,
                               SEMDiscrepancy& discrepancy) {
-    const std::vector<double> start = initialParameters(model, form, sample.correlations);
-    const std::vector<double> same(start.size(), 1.0);
-    BFGSMinimizer::Result best = searchIn(same, start, discrepancy);
-    const auto searchFurther = [&](std::span<const double> ofSteps,
-                                   std::span<const double> otherStart) {
-        BFGSMinimizer::Result found = searchIn(ofSteps, otherStart, discrepancy);
+    Search first{.start = initialParameters(model, form, sample.correlations)};
+    first.units.assign(first.start.size(), 1.0);
+    BFGSMinimizer::Result best = searchIn(first.units, first.start, discrepancy);
+    const auto isSound = [&] {
+        return isMinimum(best) && !hasNegativeVariance(model, best.parameters);
+    };
+    if (isSound()) {
+        return best;
+    }
+    const auto searchFurther = [&](const Search& search) {
+        BFGSMinimizer::Result found = searchIn(search.units, search.start, discrepancy);
         if (isMinimum(found) && found.objective < best.objective) {
             best = std::move(found);
         }
     };
-    const std::vector<StandIns> turning = loadings(model, form);
-    for (const auto signs : {&signsByMarker, &signsByComponent, &signsAgainstMarker}) {
-        if (isMinimum(best) && !hasNegativeVariance(model, best.parameters)) {
+    for (const Search& search : furtherSearches(first, model, form, sample.correlations)) {
+        searchFurther(search);
+        if (isSound()) {
             break;
-        }
-        const std::vector<double> other =
-            turned(start, turning, signs(turning, sample.correlations, form.observedCount()));
-        if (other != start) {
-            searchFurther(same, other);
         }
     }
     if (!isMinimum(best)) {
         const std::vector<double> inData = freeUnits(model, units);
-        searchFurther(inData,
-                      quotient(initialParameters(model, form, sample.covariance()), inData));
+        searchFurther(
+            {quotient(initialParameters(model, form, sample.covariance()), inData), inData});
     }
     return best;
 }

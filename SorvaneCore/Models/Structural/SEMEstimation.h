@@ -49,9 +49,12 @@ std::vector<double> initialParameters(const SEMModel& model,
 /// Method     quasi-Newton in the units of the sample, from `initialParameters`. Where that does not
 ///            end in a minimum, as with indicators that are keyed against their factor, or in one
 ///            with a negative variance, once more with loadings of the signs that correlations with
-///            the markers have; without a minimum then in the units of the data, from the
-///            `initialParameters` of its covariance. A further search stands if it ends in a
-///            minimum, and lower. Errors by the expected information
+///            the markers have, then in units in which factors have variances near 1 of those that
+///            the first component of a factor's indicators has beside its marker, and of these
+///            turned about for factors whose marker hardly hangs together with the others; without
+///            a minimum then in the units of the data, from the `initialParameters` of its
+///            covariance. A further search stands if it ends in a minimum, and lower. Errors by
+///            the expected information
 SEMEstimates estimate(const SEMModel& model,
                       const ReticularModel& form,
                       const SEMUnitSample& sample,

@@ -77,7 +77,7 @@ private:
     std::string statusLine() const override { return "Estimating the model…"; }
 
     Compute computation() const override {
-        MultilevelSelection::selectSlope(fields_);
+        MultilevelSelection::selectSlope(state_.dataset(), fields_);
         return [columns = MultilevelSelection::columns(state_.dataset(), fields_)](
                    const TaskRunner::Progress&) {
             return columns.fitted();

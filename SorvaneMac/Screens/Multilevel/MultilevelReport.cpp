@@ -109,12 +109,16 @@ ReportTable ratioTable(const MultilevelRun& run) {
     return table;
 }
 
-/// Whether a component shows nothing of itself: beside the residual, whatever the outcome's unit,
-/// or on the scale of the link.
+bool isSlope(const MultilevelRun& run, std::size_t component) {
+    return component == 1 && !run.choice.slope.empty();
+}
+
+/// Whether a component shows nothing of itself: beside the residual, whatever the units, or on the scale of the link.
 bool vanishes(const MultilevelRun& run, std::size_t component) {
     constexpr double share = 1e-10;
     const std::vector<MultilevelVarianceComponent>& all = run.result->varianceComponents;
-    return run.choice.isGaussian() ? all[component].variance < share * all.back().variance
+    const double square = isSlope(run, component) ? run.slopeSquare : 1.0;
+    return run.choice.isGaussian() ? all[component].variance * square < share * all.back().variance
                                    : isNearZero(run, component);
 }
 
@@ -170,16 +174,15 @@ bool isNearZero(const MultilevelChoice& choice,
         return false;
     }
     // As the cautions of linear models have it; the scale of the others is that of their link.
-    const double variance = result.varianceComponents[component].variance;
-    return choice.isGaussian()
-               ? variance < 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
-               : variance * square < 1e-6;
+    const double smallest = choice.isGaussian()
+                                ? 1e-10 * std::max(1.0, result.varianceComponents.back().variance)
+                                : 1e-6;
+    return result.varianceComponents[component].variance * square < smallest;
 }
 
 bool isNearZero(const MultilevelRun& run, std::size_t component) {
-    constexpr std::size_t slope = 1;
-    const bool isSlope = component == slope && !run.choice.slope.empty();
-    return isNearZero(run.choice, *run.result, component, isSlope ? run.slopeSquare : 1.0);
+    return isNearZero(run.choice, *run.result, component,
+                      isSlope(run, component) ? run.slopeSquare : 1.0);
 }
 
 std::vector<Tile> tiles(const MultilevelRun& run) {

@@ -22,9 +22,10 @@ Criteria criteria(const MultilevelRun& run);
 /// variance pi^2/3; absent for other models.
 std::optional<double> latentICC(const MultilevelRun& run);
 
-/// Whether the variance of a random effect is at its bound, by its place among the components.
+/// Whether the variance of a random effect is at its bound, by its place among the components and
+/// what it moves.
 ///
-/// Input      `square`: of a slope, see `MultilevelRun::slopeSquare`; not read for linear models
+/// Input      `square`: of a slope, see `MultilevelRun::slopeSquare`
 bool isNearZero(const MultilevelChoice& choice,
                 const MultilevelResult& result,
                 std::size_t component,

@@ -9,7 +9,7 @@
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
-#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
+#include "SorvaneCore/Models/Multilevel/SlopeScale.h"
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 
 namespace sorvane {
@@ -105,6 +105,11 @@ double slopeSquareOf(const MultilevelRows& rows, bool isAboutMean) {
     return units.deviation * units.deviation + mean * mean;
 }
 
+bool isZeroFarFrom(const std::vector<double>& values) {
+    const auto [least, most] = std::ranges::minmax_element(values);
+    return std::max(*least, -*most) > (*most - *least) / 2.0;
+}
+
 MultilevelRun::Sizes sizesOf(const std::vector<MultilevelClusterEffect>& effects) {
     if (effects.empty()) {
         return {};
@@ -135,7 +140,7 @@ MultilevelRun MultilevelColumns::fitted() const {
     if (rows && rows->slope) {
         departures.lines = linesOf(*rows, *run.result);
         run.slopeSquare = slopeSquareOf(*rows, choice.correlated);
-        run.slopeMean = SlopeUnits::of(rows->predictors[*rows->slope]).mean;
+        run.isZeroFar = isZeroFarFrom(rows->predictors[*rows->slope]);
     }
     if (rows) {
         for (const std::vector<double>& predictor : rows->predictors) {

@@ -71,8 +71,9 @@ struct MultilevelRun {
     /// What the slope's variance is multiplied with to tell how far the slope moves cases: the mean
     /// square of its predictor, about the mean where the intercept correlates; 1 without a slope.
     double slopeSquare = 1.0;
-    /// Of the slope's predictor; 0 without a slope.
-    double slopeMean = 0.0;
+    /// Whether 0 lies outside the values of the slope's predictor by more than half their range, as
+    /// for years: what is said of the intercept then holds where there are no cases.
+    bool isZeroFar = false;
     /// Standard deviations of the predictors, in the order of the fixed effects after the first.
     std::vector<double> predictorDeviations;
     /// What sets the clusters apart, drawn from the cases of the run; may be empty.

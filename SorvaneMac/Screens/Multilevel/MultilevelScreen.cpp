@@ -48,7 +48,7 @@ void MultilevelScreen::seed() {
     if (predictorSeed_.isOpen()) {
         Seeding::fillFirst(fields_.mlPredictors, without(numeric, taken), numeric.size());
     }
-    MultilevelSelection::selectSlope(fields_);
+    MultilevelSelection::selectSlope(state_.dataset(), fields_);
     MultilevelSelection::dropForbiddenSlope(fields_);
 }
 

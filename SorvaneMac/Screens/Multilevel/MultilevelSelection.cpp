@@ -78,12 +78,25 @@ std::string obstacleTo(const std::string& slope, const MultilevelFields& fields)
     if (!allowsRandomSlope(fields)) {
         return "choose Nested, and a family other than Ordinal, to have one.";
     }
-    if (placed(fields).contains(slope)) {
-        return "it has another place in the model.";
+    return placed(fields).contains(slope) ? "it has another place in the model." : "";
+}
+
+void dropSlope(MultilevelFields& fields, const std::string& why) {
+    const std::string slope = fields.mlRandomSlope->name;
+    fields.mlRandomSlope.set({});
+    // Growth gives its time a slope of its own.
+    if (!(isGrowth(fields) && slope == fields.mlTime->name)) {
+        fields.mlMessage.set(slope + " no longer has a random slope: " + why);
     }
-    return fields.mlPredictors->contains(slope)
-               ? ""
-               : "it is not among the predictors. Choose it under Random slope to make it both.";
+}
+
+/// Where a slope is taken out of the predictors.
+void dropUnselectedSlope(MultilevelFields& fields) {
+    const std::string& slope = fields.mlRandomSlope->name;
+    if (!slope.empty() && !fields.mlPredictors->contains(slope)) {
+        dropSlope(fields,
+                  "it is not among the predictors. Choose it under Random slope to make it both.");
+    }
 }
 
 void addSlope(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields) {
@@ -93,7 +106,7 @@ void addSlope(SetupForm& form, const ImportedDataset& dataset, MultilevelFields&
             optionalVariablePicker("Random slope", fields.mlRandomSlope,
                                    without(numericVariables(dataset), placed(fields)),
                                    "Random intercept only"),
-            [&fields] { selectSlope(fields); }));
+            [&dataset, &fields] { selectSlope(dataset, fields); }));
     }
     if (fields.mlMessage.get()) {
         form.controls.emplace_back(NoteControl{**fields.mlMessage, true});
@@ -114,13 +127,8 @@ std::string lagName(const std::string& outcome) {
 void dropForbiddenSlope(MultilevelFields& fields) {
     const std::string slope = fields.mlRandomSlope->name;
     const std::string obstacle = slope.empty() ? "" : obstacleTo(slope, fields);
-    if (obstacle.empty()) {
-        return;
-    }
-    fields.mlRandomSlope.set({});
-    // Growth gives its time a slope of its own.
-    if (!(isGrowth(fields) && slope == fields.mlTime->name)) {
-        fields.mlMessage.set(slope + " no longer has a random slope: " + obstacle);
+    if (!obstacle.empty()) {
+        dropSlope(fields, obstacle);
     }
 }
 
@@ -135,10 +143,11 @@ Subscription clearMessageOnChange(FieldRegistry& registry, MultilevelFields& fie
     });
 }
 
-void selectSlope(MultilevelFields& fields) {
+void selectSlope(const ImportedDataset& dataset, MultilevelFields& fields) {
     const std::string& slope = fields.mlRandomSlope->name;
-    if (allowsRandomSlope(fields) && !slope.empty() && !placed(fields).contains(slope) &&
-        !fields.mlPredictors->contains(slope)) {
+    const List suited = without(numericVariables(dataset), placed(fields));
+    if (allowsRandomSlope(fields) && !fields.mlPredictors->contains(slope) &&
+        std::ranges::find(suited, slope, &DataVariable::name) != suited.end()) {
         NameSet predictors = fields.mlPredictors.get();
         predictors.insert(slope);
         fields.mlPredictors.set(predictors);
@@ -148,11 +157,9 @@ void selectSlope(MultilevelFields& fields) {
 void addVariables(SetupForm& form, const ImportedDataset& dataset, MultilevelFields& fields) {
     using namespace FormControls;  // NOLINT(google-build-using-namespace)
     const List numeric = numericVariables(dataset);
-    const auto drop = [&fields] {
-        dropForbiddenSlope(fields);
-    };
     form.controls.emplace_back(
-        OptionControls::followedBy(variablePicker("Outcome", fields.mlOutcome, numeric), drop));
+        OptionControls::followedBy(variablePicker("Outcome", fields.mlOutcome, numeric),
+                                   [&fields] { dropForbiddenSlope(fields); }));
     const std::string note = outcomeNote(fields.mlFamily.get());
     if (!note.empty()) {
         form.controls.emplace_back(NoteControl{note, false});
@@ -162,7 +169,7 @@ void addVariables(SetupForm& form, const ImportedDataset& dataset, MultilevelFie
         withUnavailable(
             variableCheckList("Predictors", fields.mlPredictors, without(numeric, placed(fields))),
             fields.mlPredictors.get(), numeric),
-        drop));
+        [&fields] { dropUnselectedSlope(fields); }));
     addSlope(form, dataset, fields);
 }
 

@@ -140,21 +140,28 @@ void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& r
     }
 }
 
-/// Of the slope with the intercept where the slope's predictor has its mean: at a zero far from all
-/// values, as that of years, any correlation tends to 1. NaN where no variance is left there.
-double correlationAtMean(const MultilevelRun& run) {
-    const double intercept = run.result->varianceComponents[0].variance;
-    const double slope = run.result->varianceComponents[1].variance;
-    const double covariance = *run.result->randomEffectCorrelation * std::sqrt(intercept * slope);
-    const double atMean =
-        intercept + 2.0 * run.slopeMean * covariance + run.slopeMean * run.slopeMean * slope;
-    return (covariance + run.slopeMean * slope) / std::sqrt(atMean * slope);
-}
-
-bool isCorrelationAtBound(const MultilevelRun& run) {
-    // Searches of counts and shares end as near as this to a bound of 1.
-    constexpr double bound = 0.999;
-    return run.result->randomEffectCorrelation && !(std::abs(correlationAtMean(run)) <= bound);
+/// Of a correlation at its bound, and of independence at a zero far from all values, as of years,
+/// which is one of the slope's predictor alone.
+void addSlopeCautions(std::vector<std::string>& warnings, const MultilevelRun& run) {
+    const std::string& slope = run.choice.slope;
+    if (run.result->isSingular && run.result->randomEffectCorrelation) {
+        const std::string first =
+            run.isZeroFar ? "Center " + slope +
+                                " first (subtract its mean), as its zero lies far outside its "
+                                "values; then fit them as independent, or leave the slope fixed."
+                          : "Fit them as independent, or leave the slope fixed.";
+        warnings.push_back(
+            "The intercept–slope correlation is at its bound (singular fit); the data do not tell "
+            "the random effects apart. " +
+            first);
+    }
+    if (run.isZeroFar && !run.choice.correlated) {
+        warnings.push_back(
+            "Intercept and slope are taken as independent where " + slope +
+            " is 0, which lies far outside its values; the standard error and df of " + slope +
+            " may be far too small or too large. Center " + slope +
+            " first (subtract its mean), or let intercept and slope correlate.");
+    }
 }
 
 std::string whatToConfirm(MultilevelFamily family) {
@@ -261,11 +268,7 @@ std::vector<std::string> warnings(const MultilevelRun& run) {
     if (run.choice.family == MultilevelFamily::poisson) {
         addEndlessCounts(warnings, run);
     }
-    if (isCorrelationAtBound(run)) {
-        warnings.emplace_back(
-            "The intercept–slope correlation is at its bound (singular fit); the data do not tell "
-            "the random effects apart. Fit them as independent, or leave the slope fixed.");
-    }
+    addSlopeCautions(warnings, run);
     return warnings;
 }
 

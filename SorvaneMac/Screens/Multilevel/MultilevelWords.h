@@ -18,7 +18,8 @@ std::string sentence(const MultilevelRun& run);
 /// What not to claim from the model.
 std::string caution(const MultilevelRun& run);
 /// The engine's issues, and what it does not tell of: variances and a correlation at their bounds,
-/// a variance that cannot be told from the residual, coefficients without an end.
+/// independence at a zero far from all values, a variance that cannot be told from the residual,
+/// coefficients without an end.
 std::vector<std::string> warnings(const MultilevelRun& run);
 /// What the chosen p-values rest on where that deserves a word; absent otherwise.
 std::optional<std::string> onPValues(const MultilevelRun& run);

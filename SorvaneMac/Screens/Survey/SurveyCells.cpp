@@ -74,7 +74,7 @@ std::string_view capitalWord(WeightedEstimand estimand) {
 std::string errorFigure(const WeightedEstimate& estimate) {
     const int places = ReportDecimals::of(estimate.standardError, decimals(estimate));
     return isProportion(estimate) ? svFmtBounded(estimate.standardError, places)
-                                  : svFmt(estimate.standardError, places);
+                                  : svFigure(estimate.standardError, places);
 }
 
 std::string levelText(double confidenceLevel) {
@@ -100,7 +100,7 @@ std::string_view methodName(DesignVarianceMethod method) {
 
 std::string figure(const WeightedEstimate& estimate, double value) {
     return isProportion(estimate) ? svFmtBounded(value, decimals(estimate))
-                                  : svFmt(value, decimals(estimate));
+                                  : svFigure(value, decimals(estimate));
 }
 
 std::vector<std::string> cells(const WeightedEstimate& estimate) {

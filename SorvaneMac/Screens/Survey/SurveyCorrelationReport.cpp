@@ -74,8 +74,8 @@ ReportTable matrixTable(const SurveyCorrelationRun& run) {
         const SurveyVariable& variable = run.variables[i];
         const int decimals = ReportDecimals::ofSample(variable.mean, variable.standardDeviation);
         std::vector<std::string> row = {number + ". " + variable.name,
-                                        svFmt(variable.mean, decimals),
-                                        svFmt(variable.standardDeviation, decimals)};
+                                        svFigure(variable.mean, decimals),
+                                        svFigure(variable.standardDeviation, decimals)};
         for (std::size_t j = 0; j < run.variables.size(); ++j) {
             row.push_back(j < i ? starred(pairAt(run, j, i)) : j == i ? "—" : "");
         }

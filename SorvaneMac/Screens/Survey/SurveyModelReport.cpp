@@ -22,13 +22,13 @@ std::string effectSentence(const SurveyCoefficient& each, const SurveyModelResul
     const std::string level = levelText(result.confidenceLevel);
     const int decimals = ReportDecimals::inSentence(each.standardError);
     const std::string figures =
-        each.ratio
-            ? ResultText::ratioSentence(SurveyModelWords::of(result.model).ratioSymbol, *each.ratio,
-                                        decimals) +
-                  ", " + level + " [" + ResultText::ratio(*each.ratioLowerBound, decimals) + ", " +
-                  ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
-            : "B = " + svFmt(each.estimate, decimals) + ", " + level + " [" +
-                  svFmt(each.lowerBound, decimals) + ", " + svFmt(each.upperBound, decimals) + "]";
+        each.ratio ? ResultText::ratioSentence(SurveyModelWords::of(result.model).ratioSymbol,
+                                               *each.ratio, decimals) +
+                         ", " + level + " [" + ResultText::ratio(*each.ratioLowerBound, decimals) +
+                         ", " + ResultText::ratio(*each.ratioUpperBound, decimals) + "]"
+                   : "B = " + svFigure(each.estimate, decimals) + ", " + level + " [" +
+                         svFigure(each.lowerBound, decimals) + ", " +
+                         svFigure(each.upperBound, decimals) + "]";
     const std::string test = result.degreesOfFreedom < 1
                                  ? ""
                                  : ", t(" + ResultText::count(result.degreesOfFreedom) +

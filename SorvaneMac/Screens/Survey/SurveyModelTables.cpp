@@ -15,11 +15,12 @@ using Cells = std::vector<std::string>;
 
 Cells cells(const SurveyCoefficient& each, bool hasRatios) {
     const int decimals = ReportDecimals::of(each.standardError);
-    Cells row = {each.name, svFmt(each.estimate, decimals), svFmt(each.standardError, decimals),
-                 svFmt(each.t, 2), ResultText::pCell(each.pValue)};
+    Cells row = {each.name, svFigure(each.estimate, decimals),
+                 svFigure(each.standardError, decimals), svFmt(each.t, 2),
+                 ResultText::pCell(each.pValue)};
     if (!hasRatios) {
-        row.push_back(svFmt(each.lowerBound, decimals));
-        row.push_back(svFmt(each.upperBound, decimals));
+        row.push_back(svFigure(each.lowerBound, decimals));
+        row.push_back(svFigure(each.upperBound, decimals));
     } else if (each.ratio) {
         row.push_back(ResultText::ratio(*each.ratio, decimals));
         row.push_back(ResultText::ratio(*each.ratioLowerBound, decimals));
@@ -101,9 +102,9 @@ ReportTable thresholds(const SurveyModelRun& run) {
         {.label = SurveyCells::levelText(run.result->confidenceLevel), .span = 2}};
     for (const SurveyCoefficient& each : run.result->thresholds) {
         const int decimals = ReportDecimals::of(each.standardError);
-        table.rows.push_back({each.name, svFmt(each.estimate, decimals),
-                              svFmt(each.standardError, decimals), svFmt(each.lowerBound, decimals),
-                              svFmt(each.upperBound, decimals)});
+        table.rows.push_back(
+            {each.name, svFigure(each.estimate, decimals), svFigure(each.standardError, decimals),
+             svFigure(each.lowerBound, decimals), svFigure(each.upperBound, decimals)});
     }
     table.note =
         "A threshold is the log odds of a level up to the cut point where all predictors are 0.";
@@ -155,15 +156,16 @@ ReportTable comparison(const SurveyModelRun& run) {
     for (std::size_t at = 0; at < designed.size(); ++at) {
         const SurveyCoefficient& own = designed[at];
         const int decimals = ReportDecimals::of(own.standardError);
-        Cells row = {own.name, svFmt(own.estimate, decimals), svFmt(own.standardError, decimals)};
+        Cells row = {own.name, svFigure(own.estimate, decimals),
+                     svFigure(own.standardError, decimals)};
         if (run.weightsOnly) {
             const SurveyCoefficient* weighted = rowAt(alone, at);
-            row.push_back(weighted ? svFmt(weighted->standardError, decimals) : "--");
+            row.push_back(weighted ? svFigure(weighted->standardError, decimals) : "--");
             row.push_back(designEffect(own, weighted));
         }
         const SurveyCoefficient* unweighted = rowAt(plain, at);
-        row.push_back(unweighted ? svFmt(unweighted->estimate, decimals) : "--");
-        row.push_back(unweighted ? svFmt(unweighted->standardError, decimals) : "--");
+        row.push_back(unweighted ? svFigure(unweighted->estimate, decimals) : "--");
+        row.push_back(unweighted ? svFigure(unweighted->standardError, decimals) : "--");
         table.rows.push_back(std::move(row));
     }
     table.note =
