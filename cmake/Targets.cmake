@@ -7,7 +7,8 @@ set(SORVANE_COMMON_HEADERS
 # sorvane_library(NAME <Name> SOURCES <...> DEPENDS <...> [PRIVATE_DEPENDS <...>] [PRECOMPILE <...>])
 #   One static library per room, alias Sorvane::<Name>; sources are listed, never globbed. PRECOMPILE
 #   names the headers that most of the sources begin with; without it, the library takes the common
-#   ones that Numerics has compiled.
+#   ones that Numerics has compiled, which asks for the same options: one that is lightly optimised or
+#   uses Qt names its own.
 function(sorvane_library)
     cmake_parse_arguments(ARG "" "NAME" "SOURCES;DEPENDS;PRIVATE_DEPENDS;PRECOMPILE" ${ARGN})
     add_library(Sorvane${ARG_NAME} STATIC ${ARG_SOURCES})

@@ -48,7 +48,7 @@ double smallestPivot(const Numbers& factor, std::size_t q) {
 std::optional<double> statistic(std::span<const double> estimates,
                                 std::span<const double> covariance,
                                 std::span<const double> bread) {
-    constexpr double leastShare = 1e-8;
+    constexpr double leastShare = 1e-13;
     const std::size_t q = estimates.size();
     Numbers information(bread.begin(), bread.end());
     if (q == 0 || !BlockedCholesky::factor(information, q)) {

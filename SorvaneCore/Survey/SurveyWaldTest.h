@@ -12,7 +12,7 @@ namespace sorvane::SurveyWaldTest {
 /// Method     by Cholesky factors, in coordinates in which the information is the identity: there V
 ///            holds design effects, whose sizes are comparable whatever the units of the estimates
 /// Returns    not below 0, the same for any other coordinates of the estimates
-/// Failure    a combination of the estimates with less than 1e-8 of the largest variance in these
+/// Failure    a combination of the estimates with less than 1e-13 of the largest variance in these
 ///            coordinates, of which rounding can be all -> absent
 /// Accuracy   rounding over that share      Cost O(q^3)
 std::optional<double> statistic(std::span<const double> estimates,

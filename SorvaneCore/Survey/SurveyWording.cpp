@@ -147,8 +147,9 @@ std::string tooFewUnitsForWaldTest() {
 
 std::string noErrorForWaldTest() {
     return "The predictors cannot be tested together, as one combination of their effects has no "
-           "standard error, such as the difference of two groups in each of which the outcome has "
-           "one value. Combine such groups, or leave a predictor out.";
+           "standard error, or hardly any beside the others, such as the difference of two groups "
+           "in each of which the outcome has one value. Combine such groups, or leave a predictor "
+           "out.";
 }
 
 std::string replicatesWithoutEstimates(std::int64_t replicates) {

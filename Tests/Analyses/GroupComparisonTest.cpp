@@ -354,6 +354,9 @@ TEST(GroupComparisonTests, TakeValuesThatOnlyRoundingTellsApartForEqual) {
     EXPECT_TRUE(HomogeneityTests::homogeneityTests(groups).empty());
     EXPECT_TRUE(GroupComparisonEngine::gamesHowell(groups).empty());
     EXPECT_EQ(Columns::of(groups).analyzed()->selectedVariant, ANOVAVariant::kruskalWallis);
+    const Groups alike = {{"a", Values(10, 0.3)}, {"b", Values(10, 0.1 + 0.2)}};
+    EXPECT_EQ(GroupComparisonEngine::kruskalWallis(alike)->f, 0.0);
+    EXPECT_TRUE(GroupComparisonEngine::dunnTest(alike).empty());
     // As good as nothing beside the values, and yet more than rounding.
     EXPECT_TRUE(oneSampleTTest(Values{1e9, 1e9 + 1e-5}, 0.0));
 }

@@ -623,6 +623,9 @@ TEST(MultilevelScreen, AdvisesToCenterASlopeWhoseZeroIsFar) {
             EXPECT_EQ(saysAmongCautions(content, piece), each.text.starts_with(piece)) << piece;
         }
         EXPECT_TRUE(each.text.empty() || saysAmongCautions(content, each.text));
+        EXPECT_EQ(
+            saysAmongCautions(content, "The intraclass correlation holds where time is 0, which "),
+            each.isCorrelated && each.first > 1.0);
     }
 }
 

@@ -170,10 +170,12 @@ TEST(SurveyCautions, TellWhyPredictorsAreNotTestedTogether) {
     EXPECT_GT(fixed->coefficients[1].standardError, 0.0);
     EXPECT_GT(fixed->coefficients[2].standardError, 0.0);
     EXPECT_TRUE(std::isnan(fixed->waldF));
-    EXPECT_EQ(cautions(fixed->readiness),
-              Texts{"The predictors cannot be tested together, as one combination of their effects "
-                    "has no standard error, such as the difference of two groups in each of which "
-                    "the outcome has one value. Combine such groups, or leave a predictor out."});
+    EXPECT_EQ(
+        cautions(fixed->readiness),
+        Texts{"The predictors cannot be tested together, as one combination of their effects "
+              "has no standard error, or hardly any beside the others, such as the difference "
+              "of two groups in each of which the outcome has one value. Combine such "
+              "groups, or leave a predictor out."});
 }
 
 TEST(SurveyCautions, CountTheRowsThatWereDropped) {

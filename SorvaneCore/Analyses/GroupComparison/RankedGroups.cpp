@@ -1,6 +1,9 @@
 #include "SorvaneCore/Analyses/GroupComparison/RankedGroups.h"
 
+#include <algorithm>
+
 #include "SorvaneCore/Analyses/Basics/OrderedClasses.h"
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 
 namespace sorvane {
 
@@ -8,6 +11,10 @@ RankedGroups RankedGroups::of(std::span<const NamedNumericGroup> groups) {
     std::vector<double> pooled;
     for (const NamedNumericGroup& group : groups) {
         pooled.insert(pooled.end(), group.values.begin(), group.values.end());
+    }
+    if (!pooled.empty() && SampleMoments::areEqual(pooled)) {
+        // Their order is that of their rounding.
+        std::ranges::fill(pooled, pooled.front());
     }
     const OrderedClasses classes = OrderedClasses::of(pooled);
     const std::vector<double> midranks = classes.midranks();

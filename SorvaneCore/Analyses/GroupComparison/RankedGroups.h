@@ -22,7 +22,8 @@ struct RankedGroups {
     double tieSum = 0.0;
 
     /// Input      groups without values are left out
-    /// Method     midranks      Cost one radix sort
+    /// Method     midranks; values that are all equal but for rounding share one
+    /// Cost       one radix sort
     static RankedGroups of(std::span<const NamedNumericGroup> groups);
 };
 

@@ -144,7 +144,9 @@ void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& r
 /// which is one of the slope's predictor alone.
 void addSlopeCautions(std::vector<std::string>& warnings, const MultilevelRun& run) {
     const std::string& slope = run.choice.slope;
-    if (run.result->isSingular && run.result->randomEffectCorrelation) {
+    constexpr std::size_t slopeAt = 1;
+    const bool hasSlopeVariance = !MultilevelReport::isNearZero(run, slopeAt);
+    if (run.result->isSingular && run.result->randomEffectCorrelation && hasSlopeVariance) {
         const std::string first =
             run.isZeroFar ? "Center " + slope +
                                 " first (subtract its mean), as its zero lies far outside its "
@@ -161,6 +163,12 @@ void addSlopeCautions(std::vector<std::string>& warnings, const MultilevelRun& r
             " is 0, which lies far outside its values; the standard error and df of " + slope +
             " may be far too small or too large. Center " + slope +
             " first (subtract its mean), or let intercept and slope correlate.");
+    }
+    if (run.isZeroFar && run.choice.correlated && run.result->icc) {
+        warnings.push_back("The intraclass correlation holds where " + slope +
+                           " is 0, which lies far outside its values, and says nothing of these. "
+                           "Center " +
+                           slope + " first (subtract its mean).");
     }
 }
 

@@ -82,7 +82,7 @@ std::vector<Group> groupsOf(const SEMResult& result) {
 }
 
 /// Whether the correlations of a group cannot occur together though none is beyond 1 by itself, and
-/// all its variances are above 0: of others the engine tells.
+/// all its variances are above 0: of negative ones the engine tells.
 bool isImpossible(const SEMResult& result, const Group& group) {
     constexpr double rounding = -1e-8;
     const std::size_t size = group.names.size();

@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/Survey/SurveyCells.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -29,7 +30,7 @@ int decimals(const WeightedEstimate& estimate) {
             return ReportDecimals::of(error, 4) - 1;
         case WeightedEstimand::total:
             return std::abs(estimate.estimate) >= large && estimate.standardError >= 1.0
-                       ? 0
+                       ? std::min(0, ReportDecimals::inSentence(error))
                        : ReportDecimals::inSentence(error);
         case WeightedEstimand::mean:
             break;

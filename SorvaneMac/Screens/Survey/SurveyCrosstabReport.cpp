@@ -99,7 +99,7 @@ ReportTable cellTable(const SurveyCrosstabRun& run) {
     const int weightDecimals = ReportDecimals::of(result.sumOfWeights / 100.0, 0);
     for (const SurveyCell& cell : result.cells) {
         table.rows.push_back({cell.row, cell.column, ResultText::count(cell.count),
-                              svFmt(cell.weightedCount, weightDecimals),
+                              svFigure(cell.weightedCount, weightDecimals),
                               percent(cell.rowProportion), percent(cell.rowStandardError),
                               percent(cell.rowLowerBound), percent(cell.rowUpperBound),
                               percent(cell.proportion), percent(cell.standardError),

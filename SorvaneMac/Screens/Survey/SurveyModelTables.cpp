@@ -125,8 +125,8 @@ ReportTable summary(const SurveyModelRun& run) {
         table.headers.insert(table.headers.end(), {"R²", "Residual SD"});
         table.rows.front().push_back(svFmtBounded(result.rSquared, 3));
         table.rows.front().push_back(
-            svFmt(result.residualStandardDeviation,
-                  ReportDecimals::of(result.residualStandardDeviation.value_or(0.0))));
+            svFigure(result.residualStandardDeviation,
+                     ReportDecimals::of(result.residualStandardDeviation.value_or(0.0))));
         *table.note += " R² and the residual SD are estimates for the population.";
     }
     if (run.model == SurveyModelKind::logistic) {
