@@ -1,5 +1,6 @@
 #include "SorvaneMac/Screens/ResultText.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Numerics/NumberText.h"
@@ -40,12 +41,15 @@ Tile pValueTile(double p) {
 
 std::string ratio(double value, int decimals) {
     constexpr double largest = 99'999.0;
-    const double smallest = std::pow(10.0, -decimals);
+    // The error of a coefficient without end tells nothing of the digits of its ratio.
+    constexpr int fewest = 2;
+    const int places = std::max(decimals, fewest);
+    const double smallest = std::pow(10.0, -places);
     if (value > largest) {
         return "> 99999";
     }
-    return value >= 0.0 && value < smallest / 2.0 ? "< " + svFigure(smallest, decimals)
-                                                  : svFigure(value, decimals);
+    return value >= 0.0 && value < smallest / 2.0 ? "< " + svFigure(smallest, places)
+                                                  : svFigure(value, places);
 }
 
 std::string ratioSentence(std::string_view symbol, double value, int decimals) {

@@ -19,7 +19,8 @@ std::string starredPCell(double p);
 std::string pTile(double p);
 /// The tile of a p-value, with the words of its significance.
 Tile pValueTile(double p);
-/// An odds, rate or hazard ratio: "> 99999" beyond any use, "< 0.001" rather than a zero.
+/// An odds, rate or hazard ratio of two decimals at least: "> 99999" beyond any use, "< 0.001"
+/// rather than a zero.
 std::string ratio(double value, int decimals);
 /// The same in a sentence: "HR = 1.25", "HR < 0.01".
 std::string ratioSentence(std::string_view symbol, double value, int decimals);

@@ -6,6 +6,8 @@
 
 #include "SorvaneCore/Numerics/NumberText.h"
 #include "SorvaneMac/Report/APAFormat.h"
+#include "SorvaneMac/Screens/ReportDecimals.h"
+#include "SorvaneMac/Screens/ResultText.h"
 #include "SorvaneMac/Screens/ScreenFields.h"
 #include "Tests/Screens/ReferenceStudy.h"
 
@@ -129,6 +131,10 @@ TEST_F(SurvivalScreenTest, HazardRatiosBeyondUseStayReadable) {
         << item.apaSummary;
     const auto& plot = std::get<IntervalPlot>(content.findings.front().figure->plot);
     EXPECT_TRUE(std::isfinite(plot.rows.front().lower) && std::isfinite(plot.rows.front().upper));
+}
+
+TEST(Ratios, KeepTwoDecimalsBesideAnErrorWithoutEnd) {
+    EXPECT_EQ(ResultText::ratio(5.0, ReportDecimals::of(3e13)), "5.00");
 }
 
 TEST_F(SurvivalScreenTest, CautionsAndRefusalsAreTheEngines) {

@@ -74,8 +74,9 @@ std::string_view capitalWord(WeightedEstimand estimand) {
 
 std::string errorFigure(const WeightedEstimate& estimate) {
     const int places = ReportDecimals::of(estimate.standardError, decimals(estimate));
-    return isProportion(estimate) ? svFmtBounded(estimate.standardError, places)
-                                  : svFigure(estimate.standardError, places);
+    return isProportion(estimate)
+               ? svFmtBounded(estimate.standardError, std::min(places, mostDecimals))
+               : svFigure(estimate.standardError, places);
 }
 
 std::string levelText(double confidenceLevel) {

@@ -39,8 +39,8 @@ struct Figures {
 std::string_view methodName(const SurveyDesignUsed& design, DesignVarianceMethod method);
 /// The same in a sentence, such as "80 replicate weights, jackknife".
 std::string methodWords(const SurveyDesignUsed& design, DesignVarianceMethod method);
-/// Strata and PSUs of the rows in use are told beside those of the whole design where they are
-/// fewer.
+/// Strata and PSUs of the rows in use are told beside those of the whole design where the result
+/// counts them and they are fewer.
 ReportTable table(const SurveyDesignUsed& design, const Figures& figures);
 /// The same for several results of one method, each of rows of its own: from the least of each
 /// figure to the most.
