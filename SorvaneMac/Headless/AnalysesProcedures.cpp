@@ -14,7 +14,6 @@ namespace sorvane {
 namespace {
 
 using Numbers = std::vector<double>;
-using ColumnList = std::vector<NumericColumn>;
 
 constexpr double confidenceLevel = 0.95;
 

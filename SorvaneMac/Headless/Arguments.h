@@ -107,9 +107,7 @@ struct OnlyTexts {
 struct Columns {
     std::string name;
     std::string namesKey;
-    std::vector<NumericColumn> read(const CallArguments& call) const {
-        return call.numericColumns(name, namesKey);
-    }
+    ColumnList read(const CallArguments& call) const { return call.numericColumns(name, namesKey); }
     std::vector<ListedArgument> listed() const {
         return {{name, "list of columns of numbers, or of their names in " + namesKey}};
     }
@@ -131,9 +129,7 @@ struct Groups {
 /// A column of texts.
 struct Categories {
     std::string name;
-    std::shared_ptr<const TextColumn> read(const CallArguments& call) const {
-        return call.codedColumn(name);
-    }
+    CodedColumn read(const CallArguments& call) const { return call.codedColumn(name); }
     std::vector<ListedArgument> listed() const { return {{name, "column of texts"}}; }
 };
 
@@ -141,7 +137,7 @@ struct Categories {
 struct CategoryColumns {
     std::string name;
     std::string namesKey;
-    std::vector<std::shared_ptr<const TextColumn>> read(const CallArguments& call) const {
+    std::vector<CodedColumn> read(const CallArguments& call) const {
         return call.codedColumns(name, namesKey);
     }
     std::vector<ListedArgument> listed() const {
@@ -161,9 +157,7 @@ struct ColumnName {
 struct Matrix {
     std::string name;
     std::string namesKey;
-    std::vector<NumericColumn> read(const CallArguments& call) const {
-        return call.matrixColumns(name, namesKey);
-    }
+    ColumnList read(const CallArguments& call) const { return call.matrixColumns(name, namesKey); }
     std::vector<ListedArgument> listed() const {
         return {{name, "list of rows, or of column names, also in " + namesKey}};
     }

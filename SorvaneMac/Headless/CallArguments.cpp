@@ -15,8 +15,7 @@ namespace {
 constexpr const char* firstRowsKey = "firstRows";
 constexpr const char* rowsKey = "rows";
 
-std::shared_ptr<const TextColumn> picked(const TextColumn& column,
-                                         const std::vector<std::size_t>& rows) {
+CodedColumn picked(const TextColumn& column, const std::vector<std::size_t>& rows) {
     std::vector<std::string> cells;
     cells.reserve(rows.size());
     for (const std::size_t row : rows) {
@@ -150,8 +149,7 @@ NumericColumn CallArguments::numericColumn(const std::string& name) const {
     return numericColumnOf(name, given(name));
 }
 
-std::shared_ptr<const TextColumn> CallArguments::codedColumnOf(const std::string& name,
-                                                               const Json& json) const {
+CodedColumn CallArguments::codedColumnOf(const std::string& name, const Json& json) const {
     if (json.is_string()) {
         return dataset_->rows.sharedColumn(columnIndex(name, json.get<std::string>()));
     }
@@ -166,12 +164,12 @@ std::shared_ptr<const TextColumn> CallArguments::codedColumnOf(const std::string
     return TextColumn::of(cells);
 }
 
-std::shared_ptr<const TextColumn> CallArguments::codedColumn(const std::string& name) const {
+CodedColumn CallArguments::codedColumn(const std::string& name) const {
     return codedColumnOf(name, given(name));
 }
 
 std::vector<std::string> CallArguments::textColumn(const std::string& name) const {
-    const std::shared_ptr<const TextColumn> column = codedColumn(name);
+    const CodedColumn column = codedColumn(name);
     std::vector<std::string> cells;
     cells.reserve(column->size());
     for (std::size_t row = 0; row < column->size(); ++row) {
@@ -230,26 +228,26 @@ const Json& CallArguments::givenColumns(const std::string& name,
     return columns;
 }
 
-std::vector<std::shared_ptr<const TextColumn>> CallArguments::codedColumns(
-    const std::string& name, const std::string& namesKey) const {
-    std::vector<std::shared_ptr<const TextColumn>> result;
+std::vector<CodedColumn> CallArguments::codedColumns(const std::string& name,
+                                                     const std::string& namesKey) const {
+    std::vector<CodedColumn> result;
     for (const Json& column : givenColumns(name, namesKey)) {
         result.push_back(codedColumnOf(has(name) ? name : namesKey, column));
     }
     return result;
 }
 
-std::vector<NumericColumn> CallArguments::numericColumns(const std::string& name,
-                                                         const std::string& namesKey) const {
-    std::vector<NumericColumn> result;
+ColumnList CallArguments::numericColumns(const std::string& name,
+                                         const std::string& namesKey) const {
+    ColumnList result;
     for (const Json& column : givenColumns(name, namesKey)) {
         result.push_back(numericColumnOf(has(name) ? name : namesKey, column));
     }
     return result;
 }
 
-std::vector<NumericColumn> CallArguments::matrixColumns(const std::string& name,
-                                                        const std::string& namesKey) const {
+ColumnList CallArguments::matrixColumns(const std::string& name,
+                                        const std::string& namesKey) const {
     if (!hasRows(name)) {
         return numericColumns(name, namesKey);
     }
@@ -339,8 +337,8 @@ std::uint64_t CallArguments::seed(const std::string& name, std::uint64_t fallbac
     return number;
 }
 
-std::vector<NumericColumn> CallArguments::tableColumns() const {
-    std::vector<NumericColumn> columns;
+ColumnList CallArguments::tableColumns() const {
+    ColumnList columns;
     for (std::size_t i = 0; dataset_ && i < dataset_->rows.columnCount(); ++i) {
         columns.emplace_back(dataset_->rows.sharedColumn(i));
     }

@@ -22,6 +22,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What procedures read: names, texts with the codes of their levels, columns of numbers, a matrix
+/// by rows.
+using NameList = std::vector<std::string>;
+using CodedColumn = std::shared_ptr<const TextColumn>;
+using ColumnList = std::vector<NumericColumn>;
+using NumberRows = std::vector<std::vector<double>>;
+
 /// The arguments of one call: a JSON object, and the table whose columns it may name.
 ///
 /// Two keys restrict the table's rows before anything is read: "firstRows" (a count) and "rows" (a
@@ -44,10 +51,10 @@ public:
     /// A column of texts, likewise.
     std::vector<std::string> textColumn(const std::string& name) const;
     /// The same with the codes of its levels.
-    std::shared_ptr<const TextColumn> codedColumn(const std::string& name) const;
+    CodedColumn codedColumn(const std::string& name) const;
     /// A list of such columns; where it is not given, `namesKey` names columns of the table.
-    std::vector<std::shared_ptr<const TextColumn>> codedColumns(const std::string& name,
-                                                                const std::string& namesKey) const;
+    std::vector<CodedColumn> codedColumns(const std::string& name,
+                                          const std::string& namesKey) const;
     /// The label of a group: a text, or a number as a cell would spell it.
     std::string label(const std::string& name, const std::string& fallback) const;
     /// Named groups of numbers: a list of groups with `name` and `values`, or an object that names
@@ -56,11 +63,9 @@ public:
     /// than two values are left out.
     std::vector<NamedNumericGroup> namedGroups(const std::string& name) const;
     /// A list of columns; where it is not given, `namesKey` names columns of the table.
-    std::vector<NumericColumn> numericColumns(const std::string& name,
-                                              const std::string& namesKey) const;
+    ColumnList numericColumns(const std::string& name, const std::string& namesKey) const;
     /// A matrix by columns: a list of rows of cells, or as `numericColumns` of column names.
-    std::vector<NumericColumn> matrixColumns(const std::string& name,
-                                             const std::string& namesKey) const;
+    ColumnList matrixColumns(const std::string& name, const std::string& namesKey) const;
     /// Under which of its two names the one column of a procedure was given.
     std::string onlyColumnName() const;
     /// A list of names; where it is not given, the names of the columns of `columnsKey`.
@@ -77,7 +82,7 @@ public:
     /// after "0x".
     std::uint64_t seed(const std::string& name, std::uint64_t fallback) const;
     /// All columns of the table, and their names; none where there is no table.
-    std::vector<NumericColumn> tableColumns() const;
+    ColumnList tableColumns() const;
     std::vector<std::string> tableColumnNames() const;
     /// The text of a cell, which may be given as a number.
     std::string cell(const std::string& name) const;
@@ -128,8 +133,7 @@ private:
     /// The list of columns of `name`, or of `namesKey` where that is not given.
     const Json& givenColumns(const std::string& name, const std::string& namesKey) const;
     NumericColumn numericColumnOf(const std::string& name, const Json& json) const;
-    std::shared_ptr<const TextColumn> codedColumnOf(const std::string& name,
-                                                    const Json& json) const;
+    CodedColumn codedColumnOf(const std::string& name, const Json& json) const;
     NamedNumericGroup groupOf(const std::string& name, const Json& json) const;
     std::size_t columnIndex(const std::string& name, const std::string& column) const;
 

@@ -20,9 +20,6 @@ BOOST_DESCRIBE_STRUCT(PreparedItemRows, (), (itemCount, casesUsed, standardized,
 
 namespace {
 
-using ColumnList = std::vector<NumericColumn>;
-using NumberRows = std::vector<std::vector<double>>;
-
 std::optional<PreparedItemRows> preparedRows(const ColumnList& items) {
     std::optional<LatentVariableSupport::Prepared> prepared = LatentVariableSupport::prepare(items);
     if (!prepared) {

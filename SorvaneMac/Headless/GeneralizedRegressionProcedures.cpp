@@ -10,14 +10,10 @@ namespace sorvane {
 
 namespace {
 
-using Texts = std::shared_ptr<const TextColumn>;
-using ColumnList = std::vector<NumericColumn>;
-using NameList = std::vector<std::string>;
-
 /// An outcome column under one of several names.
 struct OutcomeCells {
     NameList names;
-    Texts read(const CallArguments& call) const {
+    CodedColumn read(const CallArguments& call) const {
         const auto given = std::ranges::find_if(
             names, [&call](const std::string& name) { return call.has(name); });
         return call.codedColumn(given == names.end() ? names.front() : *given);
@@ -61,7 +57,7 @@ Procedure logisticProcedure() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         "LogisticRegressionTests.binaryLogistic",
-        [](const ColumnList& predictors, const NameList& names, const Texts& outcome,
+        [](const ColumnList& predictors, const NameList& names, const CodedColumn& outcome,
            double confidenceLevel, int maxIterations, double tolerance) {
             const LogisticRegressionOptions options{.predictorNames = names,
                                                     .confidenceLevel = confidenceLevel,
@@ -100,7 +96,7 @@ Procedure ordinalProcedure() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         "OrdinalRegressionTests.proportionalOdds",
-        [](const ColumnList& predictors, const NameList& names, const Texts& outcome,
+        [](const ColumnList& predictors, const NameList& names, const CodedColumn& outcome,
            const NameList& order, int maxIterations, double tolerance) {
             const OrdinalRegressionOptions options{
                 .predictorNames = names, .maxIterations = maxIterations, .tolerance = tolerance};

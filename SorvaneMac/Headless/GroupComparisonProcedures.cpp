@@ -17,7 +17,7 @@ using GroupList = std::vector<NamedNumericGroup>;
 
 /// The outcome and the group of each row, with the names by which results quote them.
 struct ComparedColumns {
-    std::shared_ptr<const TextColumn> groups;
+    CodedColumn groups;
     NumericColumn outcomes;
     std::string groupName;
     std::string outcomeName;
@@ -287,8 +287,7 @@ struct Differences {
 };
 
 /// Predictors without the rows that have no outcome, where one is given.
-std::vector<NumericColumn> rowsOfModel(std::vector<NumericColumn> predictors,
-                                       const std::vector<NumericColumn>& outcome) {
+ColumnList rowsOfModel(ColumnList predictors, const ColumnList& outcome) {
     if (outcome.empty()) {
         return predictors;
     }
@@ -305,9 +304,8 @@ std::vector<NumericColumn> rowsOfModel(std::vector<NumericColumn> predictors,
 /// A column that may be left out: none, or one.
 struct OptionalColumn {
     std::string name;
-    std::vector<NumericColumn> read(const CallArguments& call) const {
-        return call.has(name) ? std::vector{call.numericColumn(name)}
-                              : std::vector<NumericColumn>();
+    ColumnList read(const CallArguments& call) const {
+        return call.has(name) ? std::vector{call.numericColumn(name)} : ColumnList();
     }
     std::vector<ListedArgument> listed() const { return {{name, "column of numbers", ""}}; }
 };
@@ -315,8 +313,6 @@ struct OptionalColumn {
 std::vector<Procedure> auditProcedures() {
     using namespace arguments;        // NOLINT(google-build-using-namespace)
     using namespace AssumptionAudit;  // NOLINT(google-build-using-namespace)
-    using ColumnList = std::vector<NumericColumn>;
-    using NameList = std::vector<std::string>;
     return {
         procedure(
             "AssumptionAudit.groupComparisonAudit",

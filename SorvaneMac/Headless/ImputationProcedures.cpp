@@ -5,7 +5,6 @@ namespace sorvane {
 
 namespace {
 
-using ColumnList = std::vector<NumericColumn>;
 using Copies = std::vector<CompletedColumns>;
 
 /// The settings of an imputation and the names of its columns.

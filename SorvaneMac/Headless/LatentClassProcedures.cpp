@@ -6,9 +6,6 @@ namespace sorvane {
 
 namespace {
 
-using Texts = std::shared_ptr<const TextColumn>;
-using NameList = std::vector<std::string>;
-
 template <typename Options>
 Options optionsOf(const NameList& names,
                   std::int64_t classCount,
@@ -48,26 +45,26 @@ std::vector<Procedure> latentClassProcedures() {
     return {
         mixtureProcedure<LatentClassOptions>(
             "LatentClassModel.fitProfile", Columns{"indicators", "variableNames"},
-            [](const std::vector<NumericColumn>& columns, const LatentClassOptions& options) {
+            [](const ColumnList& columns, const LatentClassOptions& options) {
                 return LatentClassModel::fitProfile(columns, options);
             }),
         mixtureProcedure<LatentClassOptions>(
             "LatentClassModel.fitClass", CategoryColumns{"indicators", "variableNames"},
-            [](const std::vector<Texts>& columns, const LatentClassOptions& options) {
+            [](const std::vector<CodedColumn>& columns, const LatentClassOptions& options) {
                 std::vector<const TextColumn*> pointers;
-                for (const Texts& column : columns) {
+                for (const CodedColumn& column : columns) {
                     pointers.push_back(column.get());
                 }
                 return LatentClassModel::fitClass(pointers, options);
             }),
         mixtureProcedure<FactorMixtureOptions>(
             "FactorMixtureModel.fit", Columns{"indicators", "variableNames"},
-            [](const std::vector<NumericColumn>& columns, const FactorMixtureOptions& options) {
+            [](const ColumnList& columns, const FactorMixtureOptions& options) {
                 return FactorMixtureModel::fit(columns, options);
             }),
         mixtureProcedure<FactorMixtureOptions>(
             "FactorMixtureModel.sweep", Columns{"indicators", "variableNames"},
-            [](const std::vector<NumericColumn>& columns, const FactorMixtureOptions& options) {
+            [](const ColumnList& columns, const FactorMixtureOptions& options) {
                 return FactorMixtureModel::sweep(columns, options);
             }),
     };

@@ -5,9 +5,6 @@ namespace sorvane {
 
 namespace {
 
-using ColumnList = std::vector<NumericColumn>;
-using NameList = std::vector<std::string>;
-
 bool areGiven(const CallArguments& call) {
     return call.has("covariates") || call.has("covariateNames");
 }

@@ -11,13 +11,12 @@ namespace sorvane {
 
 namespace {
 
-using Texts = std::shared_ptr<const TextColumn>;
 using Fit = std::optional<MultilevelResult> (*)(const MultilevelData& data,
                                                 const MultilevelOptions& options);
 
 /// A column of texts that groups rows, with what it is called in the result.
 struct LabelledClusters {
-    Texts column{};
+    CodedColumn column{};
     std::string label{};
 };
 
@@ -210,7 +209,8 @@ std::vector<Procedure> multilevelProcedures() {
         linearProcedure("clusterEffects", fittedClusterEffects),
         procedure(
             "MultilevelModel.lagWithinCluster",
-            [](const NumericColumn& outcome, const Texts& cluster, const NumericColumn& time) {
+            [](const NumericColumn& outcome, const CodedColumn& cluster,
+               const NumericColumn& time) {
                 return MultilevelInputs::lagWithinCluster(outcome, *cluster, time);
             },
             Column{"outcome"}, Categories{"cluster"}, Column{"time"}),

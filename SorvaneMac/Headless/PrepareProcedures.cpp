@@ -15,7 +15,6 @@ namespace sorvane {
 
 namespace {
 
-using ColumnList = std::vector<NumericColumn>;
 using Texts = std::vector<std::string>;
 using One = const NumericColumn&;
 using Bound = std::optional<double>;
@@ -258,15 +257,13 @@ std::vector<Procedure> missingnessProcedures() {
             columns, names),
         procedure(
             "SubgroupMissingness.byGroup",
-            [](const ColumnList& given, const Texts& called,
-               const std::shared_ptr<const TextColumn>& groups) {
+            [](const ColumnList& given, const Texts& called, const CodedColumn& groups) {
                 return SubgroupMissingness::byGroup(given, called, *groups);
             },
             columns, names, Categories{"groups"}),
         procedure(
             "SampleComposition.compare",
-            [](const std::shared_ptr<const TextColumn>& categories,
-               const std::map<std::string, double>& benchmarks) {
+            [](const CodedColumn& categories, const std::map<std::string, double>& benchmarks) {
                 return SampleComposition::compare(*categories, benchmarks);
             },
             Categories{"categories"}, Value<std::map<std::string, double>>{"benchmarks"}),

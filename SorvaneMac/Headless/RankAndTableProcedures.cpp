@@ -13,7 +13,6 @@ namespace sorvane {
 
 namespace {
 
-using Texts = std::shared_ptr<const TextColumn>;
 using Proportions = std::optional<std::vector<double>>;
 
 /// The values of two groups: two columns, or an outcome in the rows of two categories.
@@ -29,7 +28,7 @@ struct TwoGroups {
                     .group2 = call.numericColumn("group2").present()};
         }
         const NumericColumn outcome = call.numericColumn("outcome");
-        const Texts groups = call.codedColumn("group");
+        const CodedColumn groups = call.codedColumn("group");
         return {.group1 = valuesOf(outcome, *groups, call.cell("group1")),
                 .group2 = valuesOf(outcome, *groups, call.cell("group2"))};
     }
@@ -97,8 +96,8 @@ struct TwoByTwo {
 
     struct Table {
         std::optional<FourCells> counts{};
-        Texts rows{};
-        Texts columns{};
+        CodedColumn rows{};
+        CodedColumn columns{};
     };
 
     Table read(const CallArguments& call) const {
@@ -124,7 +123,7 @@ struct TwoByTwo {
 /// Counts of categories, or the column that they count.
 struct CountsOrCategories {
     struct Table {
-        Texts categories{};
+        CodedColumn categories{};
         std::vector<std::int64_t> observed{};
         std::vector<std::string> labels{};
     };
@@ -171,12 +170,16 @@ std::vector<Procedure> tableProcedures() {
     return {
         procedure(
             "CategoricalTests.chiSquare",
-            [](const Texts& r, const Texts& c) { return CategoricalTests::chiSquare(*r, *c); },
+            [](const CodedColumn& r, const CodedColumn& c) {
+                return CategoricalTests::chiSquare(*r, *c);
+            },
             rows, columns),
         procedure(
             "CrossTabulation.crosstab",
-            [](const Texts& r, const Texts& c) { return CrossTabulation::crosstab(*r, *c); }, rows,
-            columns),
+            [](const CodedColumn& r, const CodedColumn& c) {
+                return CrossTabulation::crosstab(*r, *c);
+            },
+            rows, columns),
         procedure(
             "FisherExactTests.test",
             [](const TwoByTwo::Table& table) {

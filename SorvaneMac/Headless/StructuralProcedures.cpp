@@ -22,10 +22,6 @@ BOOST_DESCRIBE_STRUCT(
 
 namespace {
 
-using ColumnList = std::vector<NumericColumn>;
-using NameList = std::vector<std::string>;
-using NumberRows = std::vector<std::vector<double>>;
-
 /// The text of a model, by either of two names.
 struct ModelText {
     std::string read(const CallArguments& call) const {
@@ -172,8 +168,8 @@ Procedure invarianceProcedure() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         "MeasurementInvariance.test",
-        [](const ColumnList& items, const NameList& names,
-           const std::shared_ptr<const TextColumn>& groups, const std::string& factor) {
+        [](const ColumnList& items, const NameList& names, const CodedColumn& groups,
+           const std::string& factor) {
             return MeasurementInvariance::test(items, *groups,
                                                {.itemNames = names, .groupFactorName = factor});
         },

@@ -172,7 +172,7 @@ Procedure modelProcedure(std::string name, ModelFit fit) {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     return procedure(
         std::move(name),
-        [fit](const NumericColumn& outcome, const std::vector<NumericColumn>& predictors,
+        [fit](const NumericColumn& outcome, const ColumnList& predictors,
               const std::vector<std::string>& names, const std::string& outcomeName,
               const SurveyDesign& design) {
             return fit(outcome, predictors, design,
@@ -184,7 +184,6 @@ Procedure modelProcedure(std::string name, ModelFit fit) {
 
 std::vector<Procedure> populationModelProcedures() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
-    using Texts = std::shared_ptr<const TextColumn>;
     return {
         modelProcedure("SurveyRegression.fit", &SurveyRegression::fit),
         modelProcedure("SurveyGLM.fitLogistic", &SurveyGLM::fitLogistic),
@@ -199,14 +198,14 @@ std::vector<Procedure> populationModelProcedures() {
             Column{"x"}, Column{"y"}, ColumnName{"xName", "x"}, ColumnName{"yName", "y"}, Design{}),
         procedure(
             "SurveyCorrelation.matrix",
-            [](const std::vector<NumericColumn>& variables, const std::vector<std::string>& names,
+            [](const ColumnList& variables, const std::vector<std::string>& names,
                const SurveyDesign& design) {
                 return SurveyCorrelation::matrix(variables, design, names);
             },
             Columns{"variables", "variableNames"}, Names{"variableNames", "variables"}, Design{}),
         procedure(
             "SurveyCategorical.test",
-            [](const Texts& rows, const Texts& columns, const std::string& rowName,
+            [](const CodedColumn& rows, const CodedColumn& columns, const std::string& rowName,
                const std::string& columnName, const SurveyDesign& design) {
                 return SurveyCategorical::test(*rows, *columns, design, rowName, columnName);
             },
@@ -234,8 +233,8 @@ std::vector<Procedure> surveyProcedures() {
             Setting<std::optional<std::string>>{"variableName"}),
         procedure(
             "WeightedEstimators.byGroup",
-            [](WeightedEstimand estimand, const NumericColumn& values,
-               const std::shared_ptr<const TextColumn>& groups, const SurveyDesign& design) {
+            [](WeightedEstimand estimand, const NumericColumn& values, const CodedColumn& groups,
+               const SurveyDesign& design) {
                 return WeightedEstimators::byGroup(estimand, values, *groups, design);
             },
             Setting<WeightedEstimand>{"estimand"}, Column{"variable"}, Categories{"group"},
@@ -243,7 +242,7 @@ std::vector<Procedure> surveyProcedures() {
         procedure(
             "WeightedEstimators.ratioByGroup",
             [](const NumericColumn& numerator, const NumericColumn& denominator,
-               const std::shared_ptr<const TextColumn>& groups, const SurveyDesign& design) {
+               const CodedColumn& groups, const SurveyDesign& design) {
                 return WeightedEstimators::ratioByGroup(numerator, denominator, *groups, design);
             },
             Column{"numerator"}, Column{"denominator"}, Categories{"group"}, Design{}),

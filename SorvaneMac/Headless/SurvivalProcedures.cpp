@@ -8,7 +8,7 @@ namespace {
 /// A column of texts that may be left out, or null.
 struct OptionalCategories {
     std::string name;
-    std::shared_ptr<const TextColumn> read(const CallArguments& call) const {
+    CodedColumn read(const CallArguments& call) const {
         return call.isGiven(name) ? call.codedColumn(name) : nullptr;
     }
     std::vector<ListedArgument> listed() const { return {{name, "column of texts", ""}}; }
@@ -24,16 +24,15 @@ std::vector<Procedure> survivalProcedures() {
     return {
         procedure(
             "SurvivalAnalysis.kaplanMeier",
-            [](const NumericColumn& times, const NumericColumn& events,
-               const std::shared_ptr<const TextColumn>& group) {
+            [](const NumericColumn& times, const NumericColumn& events, const CodedColumn& group) {
                 return SurvivalAnalysis::kaplanMeier(times, events, group.get());
             },
             time, event, OptionalCategories{"group"}),
         procedure(
             "SurvivalAnalysis.coxPH",
             [](const NumericColumn& times, const NumericColumn& events,
-               const std::vector<NumericColumn>& predictors, const std::vector<std::string>& names,
-               double level, std::int64_t maxIterations) {
+               const ColumnList& predictors, const std::vector<std::string>& names, double level,
+               std::int64_t maxIterations) {
                 return SurvivalAnalysis::coxPH(times, events, predictors,
                                                {.predictorNames = names,
                                                 .confidenceLevel = level,

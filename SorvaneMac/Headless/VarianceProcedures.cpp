@@ -14,13 +14,9 @@ namespace sorvane {
 
 namespace {
 
-using Texts = std::shared_ptr<const TextColumn>;
-using ColumnList = std::vector<NumericColumn>;
-using NameList = std::vector<std::string>;
-
-std::vector<const TextColumn*> pointers(const std::vector<Texts>& columns) {
+std::vector<const TextColumn*> pointers(const std::vector<CodedColumn>& columns) {
     std::vector<const TextColumn*> result;
-    for (const Texts& column : columns) {
+    for (const CodedColumn& column : columns) {
         result.push_back(column.get());
     }
     return result;
@@ -32,14 +28,15 @@ std::vector<Procedure> factorialProcedures() {
     return {
         procedure(
             "FactorialANOVATests.nWay",
-            [](const NumericColumn& y, const std::vector<Texts>& factors, const NameList& names) {
+            [](const NumericColumn& y, const std::vector<CodedColumn>& factors,
+               const NameList& names) {
                 return FactorialANOVATests::nWay(y, pointers(factors), names);
             },
             outcome, CategoryColumns{"factors", "factorNames"}, Names{"factorNames", "factors"}),
         procedure(
             "FactorialANOVATests.twoWay",
-            [](const NumericColumn& y, const Texts& a, const Texts& b, const std::string& aName,
-               const std::string& bName) {
+            [](const NumericColumn& y, const CodedColumn& a, const CodedColumn& b,
+               const std::string& aName, const std::string& bName) {
                 return FactorialANOVATests::twoWay(
                     y, {.factorA = *a, .factorB = *b, .factorAName = aName, .factorBName = bName});
             },
@@ -55,7 +52,7 @@ std::vector<Procedure> groupModelProcedures() {
     return {
         procedure(
             "ANCOVATests.test",
-            [](const NumericColumn& outcome, const Texts& by, const ColumnList& covariates,
+            [](const NumericColumn& outcome, const CodedColumn& by, const ColumnList& covariates,
                const NameList& names, const std::string& factor) {
                 return ANCOVATests::test(outcome, *by, covariates,
                                          {.covariateNames = names, .groupFactorName = factor});
@@ -71,7 +68,7 @@ std::vector<Procedure> groupModelProcedures() {
             Names{"conditionNames", "conditionColumns"}),
         procedure(
             "MultivariateANOVA.test",
-            [](const ColumnList& outcomes, const NameList& names, const Texts& by,
+            [](const ColumnList& outcomes, const NameList& names, const CodedColumn& by,
                const std::string& factor) {
                 return MultivariateANOVA::test(
                     outcomes, *by, {.dependentNames = names, .groupFactorName = factor});
@@ -86,7 +83,7 @@ std::vector<Procedure> variateProcedures() {
     return {
         procedure(
             "DiscriminantAnalysis.fit",
-            [](const ColumnList& predictors, const NameList& names, const Texts& by,
+            [](const ColumnList& predictors, const NameList& names, const CodedColumn& by,
                const std::string& factor, DiscriminantPriors priors) {
                 return DiscriminantAnalysis::fit(
                     predictors, *by,

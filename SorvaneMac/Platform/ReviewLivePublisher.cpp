@@ -40,6 +40,12 @@ QString hostName() {
     return name;
 }
 
+std::string newPairCode() {
+    return ReviewWire::pairCode(QRandomGenerator::system()->bounded(ReviewWire::pairCodes));
+}
+
+}  // namespace
+
 /// Its sockets read no more than a handshake from the start. That stays in their buffers, which
 /// keeps them from reading on: a client that closes its own side after it would else count as gone.
 class HandshakeServer final : public QTcpServer {
@@ -51,12 +57,6 @@ protected:
         addPendingConnection(socket);
     }
 };
-
-std::string newPairCode() {
-    return ReviewWire::pairCode(QRandomGenerator::system()->bounded(ReviewWire::pairCodes));
-}
-
-}  // namespace
 
 /// Connections are children of the server's owner and stand in one of the two lists.
 struct BriselReviewLivePublisher::Inside {

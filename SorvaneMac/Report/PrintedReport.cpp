@@ -20,7 +20,6 @@
 #include "SorvaneMac/Report/UnbrokenText.h"
 
 namespace sorvane {
-namespace {
 
 struct PrintedLine {
     QTextLine line;
@@ -36,6 +35,8 @@ struct PrintedRule {
     /// Inside the row to which the rule belongs.
     double anchor = 0;
 };
+
+namespace {
 
 /// Gathers what an endless page prints and where it must not be cut.
 class Gatherer {

@@ -19,7 +19,7 @@ using Values = std::vector<double>;
 const NamedNumericGroup even{.name = "a", .values = {1, 2, 3, 4, 5, 6, 7, 8}};
 const NamedNumericGroup wide{.name = "b", .values = {-40, -20, -3, 1, 2, 30, 50, 70}};
 
-NumericColumn column(const Values& values) {
+NumericColumn numberColumn(const Values& values) {
     return test::plainColumn({values.begin(), values.end()});
 }
 
@@ -87,8 +87,9 @@ TEST(AssumptionAudit, FlagsErrorsThatSpread) {
         x.push_back(i);
         y.push_back(2.0 * i + i * std::sin(37.0 * i * i));
     }
-    const std::vector columns = {column(x)};
-    const Findings findings = AssumptionAudit::regressionAudit(columns, Texts{"time"}, column(y));
+    const std::vector columns = {numberColumn(x)};
+    const Findings findings =
+        AssumptionAudit::regressionAudit(columns, Texts{"time"}, numberColumn(y));
     ASSERT_EQ(findings.size(), 2U);
     EXPECT_EQ(findings[0].check, "Constant error variance");
     EXPECT_EQ(findings[0].severity, AssumptionSeverity::violation);
@@ -106,28 +107,30 @@ TEST(AssumptionAudit, LeavesOutWhatAModelCannotShow) {
         doubled.push_back(2.0 * value);
     }
     const Values y = noise(40, 1.9);
-    const std::vector one = {column(x)};
-    const std::vector collinear = {column(x), column(doubled), column(noise(40, 0.3))};
+    const std::vector one = {numberColumn(x)};
+    const std::vector collinear = {numberColumn(x), numberColumn(doubled),
+                                   numberColumn(noise(40, 0.3))};
     const Texts names = {"x", "z", "w"};
     // A perfect fit has no residuals but rounding.
-    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{"x"}, column(line)).empty());
-    EXPECT_FALSE(BreuschPagan::test(one, column(line)));
-    EXPECT_TRUE(AssumptionAudit::regressionAudit(collinear, names, column(y)).empty());
+    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{"x"}, numberColumn(line)).empty());
+    EXPECT_FALSE(BreuschPagan::test(one, numberColumn(line)));
+    EXPECT_TRUE(AssumptionAudit::regressionAudit(collinear, names, numberColumn(y)).empty());
     EXPECT_FALSE(VarianceInflation::factors(collinear, names));
     EXPECT_FALSE(VarianceInflation::factors(one, Texts{"x"}));
-    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{}, column(y)).empty());
-    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{"x"}, column({1, 2})).empty());
-    EXPECT_FALSE(BreuschPagan::test(std::vector{column({1, 2, 4})}, column({1, 0, 3})));
-    const std::vector large = {column(noise(5001, 0.7))};
-    EXPECT_EQ(
-        checksOf(AssumptionAudit::regressionAudit(large, Texts{"x"}, column(noise(5001, 1.9)))),
-        Texts{"Constant error variance"});
+    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{}, numberColumn(y)).empty());
+    EXPECT_TRUE(AssumptionAudit::regressionAudit(one, Texts{"x"}, numberColumn({1, 2})).empty());
+    EXPECT_FALSE(BreuschPagan::test(std::vector{numberColumn({1, 2, 4})}, numberColumn({1, 0, 3})));
+    const std::vector large = {numberColumn(noise(5001, 0.7))};
+    EXPECT_EQ(checksOf(AssumptionAudit::regressionAudit(large, Texts{"x"},
+                                                        numberColumn(noise(5001, 1.9)))),
+              Texts{"Constant error variance"});
 }
 
 TEST(AssumptionAudit, CallsAPredictorThatAnotherRepeatsInfinitelyInflated) {
-    const std::vector columns = {column({1, 2, 4, 7, 9}), column({0.3, 0.6, 1.2, 2.1, 2.7})};
+    const std::vector columns = {numberColumn({1, 2, 4, 7, 9}),
+                                 numberColumn({0.3, 0.6, 1.2, 2.1, 2.7})};
     const Findings findings =
-        AssumptionAudit::regressionAudit(columns, Texts{"x", "z"}, column({3, 1, 4, 1, 5}));
+        AssumptionAudit::regressionAudit(columns, Texts{"x", "z"}, numberColumn({3, 1, 4, 1, 5}));
     ASSERT_EQ(checksOf(findings), (Texts{"Multicollinearity", "Multicollinearity"}));
     EXPECT_EQ(findings[0].severity, AssumptionSeverity::violation);
     EXPECT_EQ(findings[0].statistic, HUGE_VAL);
@@ -138,9 +141,9 @@ TEST(AssumptionAudit, ReadsTheCompleteRows) {
     Values x = noise(30, 0.7);
     Values z = noise(30, 0.9);
     Values y = noise(30, 1.9);
-    const std::vector complete = {column(x), column(z)};
+    const std::vector complete = {numberColumn(x), numberColumn(z)};
     const Findings expected =
-        AssumptionAudit::regressionAudit(complete, Texts{"x", "z"}, column(y));
+        AssumptionAudit::regressionAudit(complete, Texts{"x", "z"}, numberColumn(y));
     test::OptionalValues xs(x.begin(), x.end());
     test::OptionalValues zs(z.begin(), z.end());
     test::OptionalValues ys(y.begin(), y.end());

@@ -14,16 +14,17 @@ using test::cautions;
 using test::closeTo;
 using test::obstacles;
 using Texts = std::vector<std::string>;
-using Values = test::OptionalValues;
+using test::OptionalValues;
 
-std::optional<CanonicalCorrelationResult> fitted(const std::vector<Values>& x,
-                                                 const std::vector<Values>& y,
+std::optional<CanonicalCorrelationResult> fitted(const std::vector<OptionalValues>& x,
+                                                 const std::vector<OptionalValues>& y,
                                                  Texts xNames = {},
                                                  Texts yNames = {}) {
-    const auto columns = [](const std::vector<Values>& set, Texts& names, const char* prefix) {
+    const auto columns = [](const std::vector<OptionalValues>& set, Texts& names,
+                            const char* prefix) {
         std::vector<NumericColumn> result;
         const bool isNamed = !names.empty();
-        for (const Values& each : set) {
+        for (const OptionalValues& each : set) {
             result.push_back(test::plainColumn(each));
             if (!isNamed) {
                 names.push_back(prefix + std::to_string(result.size()));
@@ -36,9 +37,9 @@ std::optional<CanonicalCorrelationResult> fitted(const std::vector<Values>& x,
     return CanonicalCorrelation::fit(setX, setY, {.setXNames = xNames, .setYNames = yNames});
 }
 
-const Values a = {3, 4, 5, 4, 7, 9, 8, 8, 2, 6};
-const Values b = {1, 5, 2, 3, 4, 2, 6, 5, 4, 1};
-const Values c = {2, 2, 3, 5, 6, 4, 9, 7, 3, 6};
+const OptionalValues a = {3, 4, 5, 4, 7, 9, 8, 8, 2, 6};
+const OptionalValues b = {1, 5, 2, 3, 4, 2, 6, 5, 4, 1};
+const OptionalValues c = {2, 2, 3, 5, 6, 4, 9, 7, 3, 6};
 
 TEST(CanonicalCorrelation, TurnsOverWithItsSets) {
     const auto straight = fitted({a, b}, {c});
@@ -58,7 +59,7 @@ TEST(CanonicalCorrelation, TurnsOverWithItsSets) {
 }
 
 TEST(CanonicalCorrelation, DoesNotDependOnUnitsOrOffsets) {
-    Values moved;
+    OptionalValues moved;
     for (const auto& value : a) {
         moved.emplace_back(1e3 + 1e-3 * *value);
     }
@@ -71,11 +72,11 @@ TEST(CanonicalCorrelation, DoesNotDependOnUnitsOrOffsets) {
 TEST(CanonicalCorrelation, SaysWhatStandsInItsWay) {
     struct Case {
         int line;
-        std::vector<Values> x;
-        std::vector<Values> y;
+        std::vector<OptionalValues> x;
+        std::vector<OptionalValues> y;
         std::string obstacle;
     };
-    Values sum;
+    OptionalValues sum;
     for (std::size_t i = 0; i < a.size(); ++i) {
         sum.emplace_back(0.3 * *a[i] + 0.7 * *b[i]);
     }
@@ -92,7 +93,7 @@ TEST(CanonicalCorrelation, SaysWhatStandsInItsWay) {
          "redundant variable."},
         {__LINE__,
          {a},
-         {Values(10, 0.1)},
+         {OptionalValues(10, 0.1)},
          "The variables of the second set are perfectly collinear, or one does not vary. Drop a "
          "redundant variable."},
         {__LINE__,
@@ -115,7 +116,7 @@ TEST(CanonicalCorrelation, SaysWhatStandsInItsWay) {
 }
 
 TEST(CanonicalCorrelation, TellsOfFewCasesAndDroppedRows) {
-    Values gaps = a;
+    OptionalValues gaps = a;
     gaps[0] = std::nullopt;
     const Texts expected = {
         "1 row(s) were dropped because a variable of either set was missing.",

@@ -16,19 +16,19 @@ namespace {
 
 using test::cautions;
 using test::closeTo;
-using test::first;
+using test::firstOutcome;
 using test::obstacles;
-using test::second;
+using test::secondOutcome;
 using test::twoGroups;
 using Texts = std::vector<std::string>;
-using Values = test::OptionalValues;
+using test::OptionalValues;
 
-std::optional<DiscriminantResult> fitted(const std::vector<Values>& variables,
+std::optional<DiscriminantResult> fitted(const std::vector<OptionalValues>& variables,
                                          const Texts& groups,
                                          DiscriminantPriors priors = {}) {
     std::vector<NumericColumn> columns;
     DiscriminantOptions options{.groupFactorName = "group", .priors = priors};
-    for (const Values& variable : variables) {
+    for (const OptionalValues& variable : variables) {
         columns.push_back(test::plainColumn(variable));
         options.predictorNames.push_back("x" + std::to_string(columns.size()));
     }
@@ -37,11 +37,11 @@ std::optional<DiscriminantResult> fitted(const std::vector<Values>& variables,
 
 TEST(DiscriminantAnalysis, LeavesEachCaseOutAsARefitWould) {
     std::mt19937_64 random(7);
-    std::vector<Values> variables(2, Values(24));
+    std::vector<OptionalValues> variables(2, OptionalValues(24));
     Texts groups;
     for (std::size_t i = 0; i < 24; ++i) {
         groups.emplace_back(1, static_cast<char>('a' + (i % 5 == 4 ? 1 : i % 3)));
-        for (Values& variable : variables) {
+        for (OptionalValues& variable : variables) {
             variable[i] = static_cast<double>(random() % 97) + 9.0 * static_cast<double>(i % 3);
         }
     }
@@ -49,8 +49,8 @@ TEST(DiscriminantAnalysis, LeavesEachCaseOutAsARefitWould) {
     ASSERT_TRUE(whole);
     std::int64_t right = 0;
     for (std::size_t out = 0; out < 24; ++out) {
-        std::vector<Values> others = variables;
-        for (Values& variable : others) {
+        std::vector<OptionalValues> others = variables;
+        for (OptionalValues& variable : others) {
             variable[out] = std::nullopt;
         }
         const auto rule = fitted(others, groups, DiscriminantPriors::equal);
@@ -77,7 +77,7 @@ TEST(DiscriminantAnalysis, LeavesEachCaseOutAsARefitWould) {
 }
 
 TEST(DiscriminantAnalysis, ScoresCasesAboutTheirCentroids) {
-    const auto result = fitted({first, second}, twoGroups);
+    const auto result = fitted({firstOutcome, secondOutcome}, twoGroups);
     ASSERT_TRUE(result);
     ASSERT_EQ(result->functions.size(), 1U);
     double squares = 0.0;
@@ -93,7 +93,7 @@ TEST(DiscriminantAnalysis, ScoresCasesAboutTheirCentroids) {
 TEST(DiscriminantAnalysis, PlacesTheOnlyCaseOfAGroupElsewhere) {
     Texts groups = twoGroups;
     groups[7] = "c";
-    const auto result = fitted({first, second}, groups);
+    const auto result = fitted({firstOutcome, secondOutcome}, groups);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->leaveOneOut.counts[2][2], 0);
     EXPECT_EQ(result->leaveOneOut.groupAccuracy[2], 0.0);
@@ -108,7 +108,7 @@ TEST(DiscriminantAnalysis, PlacesTheOnlyCaseOfAGroupElsewhere) {
 TEST(DiscriminantAnalysis, SaysWhatStandsInItsWay) {
     struct Case {
         int line;
-        std::vector<Values> variables;
+        std::vector<OptionalValues> variables;
         Texts groups;
         std::string obstacle;
     };
@@ -117,11 +117,11 @@ TEST(DiscriminantAnalysis, SaysWhatStandsInItsWay) {
         "groups, or one does not vary there). Drop a redundant variable or collect more cases.";
     const std::vector<Case> cases = {
         {__LINE__,
-         {first, second},
+         {firstOutcome, secondOutcome},
          Texts(8, "a"),
          "Discriminant analysis needs two or more groups; only 1 group(s) had complete data."},
         {__LINE__,
-         {first, second},
+         {firstOutcome, secondOutcome},
          Texts(8, ""),
          "Discriminant analysis needs two or more groups; only 0 group(s) had complete data."},
         {__LINE__,
@@ -129,8 +129,8 @@ TEST(DiscriminantAnalysis, SaysWhatStandsInItsWay) {
          {"a", "a", "b", "b"},
          "Too few complete cases (4) for 2 variables across 2 groups. Collect more cases or reduce "
          "the number of variables."},
-        {__LINE__, {first, first}, twoGroups, singular},
-        {__LINE__, {first, {1, 1, 1, 1, 2, 2, 2, 2}}, twoGroups, singular},
+        {__LINE__, {firstOutcome, firstOutcome}, twoGroups, singular},
+        {__LINE__, {firstOutcome, {1, 1, 1, 1, 2, 2, 2, 2}}, twoGroups, singular},
     };
     for (const Case& each : cases) {
         const auto result = fitted(each.variables, each.groups);
@@ -138,8 +138,8 @@ TEST(DiscriminantAnalysis, SaysWhatStandsInItsWay) {
         EXPECT_EQ(obstacles(result->readiness), Texts{each.obstacle}) << each.line;
         EXPECT_TRUE(result->functions.empty()) << each.line;
     }
-    EXPECT_FALSE(fitted({first}, twoGroups));
-    EXPECT_FALSE(fitted({first, {1, 2}}, twoGroups));
+    EXPECT_FALSE(fitted({firstOutcome}, twoGroups));
+    EXPECT_FALSE(fitted({firstOutcome, {1, 2}}, twoGroups));
 }
 
 }  // namespace

@@ -18,12 +18,14 @@ using test::cautions;
 using test::closeTo;
 using test::obstacles;
 using Texts = std::vector<std::string>;
-using Values = test::OptionalValues;
+using test::OptionalValues;
 using Text = std::shared_ptr<const TextColumn>;
 
 const std::string fewDF = "Error degrees of freedom are low (";
 
-std::optional<FactorialANOVAResult> twoWay(const Values& outcome, const Texts& a, const Texts& b) {
+std::optional<FactorialANOVAResult> twoWay(const OptionalValues& outcome,
+                                           const Texts& a,
+                                           const Texts& b) {
     const Text first = TextColumn::of(a);
     const Text second = TextColumn::of(b);
     return FactorialANOVATests::twoWay(
@@ -31,12 +33,12 @@ std::optional<FactorialANOVAResult> twoWay(const Values& outcome, const Texts& a
         {.factorA = *first, .factorB = *second, .factorAName = "A", .factorBName = "B"});
 }
 
-std::optional<ANCOVAResult> ancova(const Values& outcome,
+std::optional<ANCOVAResult> ancova(const OptionalValues& outcome,
                                    const Texts& groups,
-                                   const std::vector<Values>& covariates) {
+                                   const std::vector<OptionalValues>& covariates) {
     ANCOVAOptions options{.groupFactorName = "group"};
     std::vector<NumericColumn> columns;
-    for (const Values& covariate : covariates) {
+    for (const OptionalValues& covariate : covariates) {
         columns.push_back(test::plainColumn(covariate));
         options.covariateNames.push_back("x" + std::to_string(columns.size()));
     }
@@ -65,9 +67,9 @@ TEST(FactorialANOVA, FindsTheEffectsOfABalancedDesignWhateverItsOffset) {
 }
 
 /// The error squares of a regression on columns.
-double errorSquares(const Values& outcome, const std::vector<Values>& columns) {
+double errorSquares(const OptionalValues& outcome, const std::vector<OptionalValues>& columns) {
     std::vector<NumericColumn> predictors;
-    for (const Values& column : columns) {
+    for (const OptionalValues& column : columns) {
         predictors.push_back(test::plainColumn(column));
     }
     const auto fit = RegressionTests::ordinaryLeastSquares(
@@ -80,9 +82,9 @@ TEST(FactorialANOVA, GivesWhatTheErrorGrowsByWithoutATerm) {
     std::mt19937_64 random(8);
     Texts a;
     Texts b;
-    Values outcome;
+    OptionalValues outcome;
     // The effect-coded columns of A (two levels), of B (three) and of both.
-    std::vector<Values> columns(5);
+    std::vector<OptionalValues> columns(5);
     for (int row = 0; row < 60; ++row) {
         const unsigned levelA = row < 6 ? static_cast<unsigned>(row) / 3 : random() % 3 / 2;
         const unsigned levelB = row < 6 ? static_cast<unsigned>(row) % 3 : random() % 5 % 3;
@@ -112,7 +114,7 @@ TEST(FactorialANOVA, GivesWhatTheErrorGrowsByWithoutATerm) {
 }
 
 TEST(FactorialANOVA, NamesEffectsByOrderThenByPosition) {
-    Values outcome;
+    OptionalValues outcome;
     std::vector<Text> columns;
     for (const int halving : {4, 2, 1}) {
         Texts cells;
@@ -230,7 +232,7 @@ TEST(ANCOVA, TellsOfItsRowsAndItsLimits) {
 }
 
 TEST(ANCOVA, IsAbsentWithoutADesignOfFullRank) {
-    const Values y = {3, 3, 5, 17, 15, 18};
+    const OptionalValues y = {3, 3, 5, 17, 15, 18};
     const Texts groups = {"a", "a", "a", "b", "b", "b"};
     EXPECT_FALSE(ancova(y, groups, {{0.1, 0.1, 0.1, 0.7, 0.7, 0.7}}));
     EXPECT_FALSE(ancova(y, groups, {{1, 2, 3, 6, 5, 7}, {2, 3, 4, 5, 4, 6}}));

@@ -21,39 +21,39 @@ using test::cautions;
 using test::closeTo;
 using test::obstacles;
 using Texts = std::vector<std::string>;
-using Values = test::OptionalValues;
+using test::OptionalValues;
 
-std::vector<NumericColumn> columns(const std::vector<Values>& items) {
+std::vector<NumericColumn> columns(const std::vector<OptionalValues>& items) {
     std::vector<NumericColumn> result;
-    for (const Values& item : items) {
+    for (const OptionalValues& item : items) {
         result.push_back(test::plainColumn(item));
     }
     return result;
 }
 
-Values negated(Values values) {
+OptionalValues negated(OptionalValues values) {
     for (std::optional<double>& value : values) {
         value = -*value;
     }
     return values;
 }
 
-const Values first = {1, 2, 4, 3, 5, 6, 8, 7};
-const Values second = {2, 1, 3, 5, 4, 7, 6, 8};
-const Values third = {1, 3, 2, 4, 7, 5, 8, 6};
-const Values fourth = {8, 1, 7, 2, 5, 4, 3, 6};
+const OptionalValues item1 = {1, 2, 4, 3, 5, 6, 8, 7};
+const OptionalValues item2 = {2, 1, 3, 5, 4, 7, 6, 8};
+const OptionalValues item3 = {1, 3, 2, 4, 7, 5, 8, 6};
+const OptionalValues item4 = {8, 1, 7, 2, 5, 4, 3, 6};
 
 TEST(LatentVariables, RefuseWhatHasNothingToCorrelate) {
     struct Case {
         int line;
-        std::vector<Values> items;
+        std::vector<OptionalValues> items;
     };
     const std::vector<Case> cases = {
         {__LINE__, {}},
-        {__LINE__, {first}},
+        {__LINE__, {item1}},
         {__LINE__, {{}, {}, {}}},
-        {__LINE__, {first, second, {1, 2}}},
-        {__LINE__, {first, second, Values(8, 0.1)}},
+        {__LINE__, {item1, item2, {1, 2}}},
+        {__LINE__, {item1, item2, OptionalValues(8, 0.1)}},
         {__LINE__, {{1, 2, 3}, {1, std::nullopt, 4}, {3, 1, 2}}},
     };
     for (const Case& each : cases) {
@@ -62,7 +62,7 @@ TEST(LatentVariables, RefuseWhatHasNothingToCorrelate) {
         EXPECT_FALSE(FactorAnalyzer::analyze(items, 1)) << each.line;
         EXPECT_FALSE(OmegaReliabilityAnalyzer::analyze(items)) << each.line;
     }
-    const std::vector<NumericColumn> items = columns({first, second, third});
+    const std::vector<NumericColumn> items = columns({item1, item2, item3});
     EXPECT_FALSE(FactorAnalyzer::analyze(items, 0));
     EXPECT_FALSE(FactorAnalyzer::analyze(items, 3));
     EXPECT_TRUE(FactorAnalyzer::analyze(items, 2));
@@ -101,7 +101,7 @@ TEST(LatentVariables, SayWhatTheirSampleIsGoodFor) {
 
 TEST(PrincipalComponentsAnalyzer, HoldsTheEigenvaluesOfDependentItemsAtZero) {
     const auto result = PrincipalComponentsAnalyzer::analyze(
-        columns({first, second, first, negated(second)}), {.computeScores = true});
+        columns({item1, item2, item1, negated(item2)}), {.computeScores = true});
     ASSERT_TRUE(result);
     EXPECT_GE(result->eigenvalues.back(), 0.0);
     EXPECT_TRUE(closeTo(result->cumulativeProportion.back(), 1.0));
@@ -112,16 +112,16 @@ TEST(PrincipalComponentsAnalyzer, HoldsTheEigenvaluesOfDependentItemsAtZero) {
         squares += row[0] * row[0];
     }
     EXPECT_TRUE(closeTo(squares / 7.0, result->eigenvalues[0]));
-    EXPECT_FALSE(PrincipalComponentsAnalyzer::analyze(columns({first, second}))->componentScores);
+    EXPECT_FALSE(PrincipalComponentsAnalyzer::analyze(columns({item1, item2}))->componentScores);
 }
 
 TEST(PrincipalComponentsAnalyzer, UsesTheRowsInWhichEveryItemIsAnswered) {
-    Values gap = first;
+    OptionalValues gap = item1;
     gap.insert(gap.begin() + 3, std::nullopt);
-    Values other = second;
+    OptionalValues other = item2;
     other.insert(other.begin() + 3, 99.0);
     const auto with = PrincipalComponentsAnalyzer::analyze(columns({gap, other}));
-    const auto without = PrincipalComponentsAnalyzer::analyze(columns({first, second}));
+    const auto without = PrincipalComponentsAnalyzer::analyze(columns({item1, item2}));
     EXPECT_EQ(with->eigenvalues, without->eigenvalues);
     EXPECT_EQ(with->casesUsed, 8);
     EXPECT_EQ(with->readiness->totalRows, 9);
@@ -129,7 +129,7 @@ TEST(PrincipalComponentsAnalyzer, UsesTheRowsInWhichEveryItemIsAnswered) {
 
 TEST(FactorAnalyzer, TurnsNothingWithOneFactorAndTellsOfCommunalitiesAboveOne) {
     const auto result =
-        FactorAnalyzer::analyze(columns({first, negated(second), negated(third)}), 1);
+        FactorAnalyzer::analyze(columns({item1, negated(item2), negated(item3)}), 1);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->varimaxLoadings, result->loadings);
     EXPECT_GT(result->communalities[0], 1.0001);
@@ -169,15 +169,15 @@ TEST(VarimaxRotation, FindsTheSimpleStructureAndItsSigns) {
 TEST(OmegaReliabilityAnalyzer, ComparesItselfWithAlpha) {
     struct Case {
         int line;
-        std::vector<Values> items;
+        std::vector<OptionalValues> items;
         std::string note;
     };
     const std::vector<Case> cases = {
         {__LINE__,
-         {first, first},
+         {item1, item1},
          "Omega and alpha agree here, consistent with near-equal loadings."},
         {__LINE__,
-         {first, second, fourth},
+         {item1, item2, item4},
          "Omega exceeds alpha, consistent with unequal loadings where alpha underestimates "
          "reliability."},
     };
@@ -192,13 +192,13 @@ TEST(OmegaReliabilityAnalyzer, ComparesItselfWithAlpha) {
 TEST(OmegaReliabilityAnalyzer, TurnsLoadingsThatAreMostlyNegative) {
     // The first item loads highest and would be positive by the rule for eigenvectors.
     const auto turned =
-        OmegaReliabilityAnalyzer::analyze(columns({first, negated(second), negated(third)}));
+        OmegaReliabilityAnalyzer::analyze(columns({item1, negated(item2), negated(item3)}));
     ASSERT_TRUE(turned);
     EXPECT_LT(turned->loadings[0], 0.0);
     EXPECT_GT(turned->loadings[1], 0.0);
     // Half of them positive is enough.
     const auto even = OmegaReliabilityAnalyzer::analyze(
-        columns({first, negated(second), negated(third), negated(fourth)}));
+        columns({item1, negated(item2), negated(item3), negated(item4)}));
     EXPECT_GT(even->loadings[0], 0.0);
 }
 

@@ -14,17 +14,18 @@ namespace {
 
 using test::cautions;
 using test::closeTo;
-using test::first;
+using test::firstOutcome;
 using test::obstacles;
-using test::second;
+using test::secondOutcome;
 using test::twoGroups;
 using Texts = std::vector<std::string>;
-using Values = test::OptionalValues;
+using test::OptionalValues;
 
-std::optional<MANOVAResult> compared(const std::vector<Values>& outcomes, const Texts& groups) {
+std::optional<MANOVAResult> compared(const std::vector<OptionalValues>& outcomes,
+                                     const Texts& groups) {
     std::vector<NumericColumn> columns;
     MANOVAOptions options{.groupFactorName = "group"};
-    for (const Values& outcome : outcomes) {
+    for (const OptionalValues& outcome : outcomes) {
         columns.push_back(test::plainColumn(outcome));
         options.dependentNames.push_back("y" + std::to_string(columns.size()));
     }
@@ -32,7 +33,7 @@ std::optional<MANOVAResult> compared(const std::vector<Values>& outcomes, const 
 }
 
 TEST(MultivariateANOVA, AgreesOnFForTwoGroups) {
-    const auto result = compared({first, second}, twoGroups);
+    const auto result = compared({firstOutcome, secondOutcome}, twoGroups);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->groups, (Texts{"b", "a"}));
     EXPECT_TRUE(closeTo(result->pillai.approxF, result->wilks.approxF));
@@ -52,23 +53,23 @@ TEST(MultivariateANOVA, AgreesOnFForTwoGroups) {
 }
 
 TEST(MultivariateANOVA, DoesNotDependOnUnitsOrOffsets) {
-    Values scaled;
-    for (const std::optional<double>& value : first) {
+    OptionalValues scaled;
+    for (const std::optional<double>& value : firstOutcome) {
         scaled.emplace_back(1e-9 * *value);
     }
-    Values moved;
-    for (const std::optional<double>& value : second) {
+    OptionalValues moved;
+    for (const std::optional<double>& value : secondOutcome) {
         moved.emplace_back(1e6 + *value);
     }
-    const auto plain = compared({first, second}, twoGroups);
+    const auto plain = compared({firstOutcome, secondOutcome}, twoGroups);
     const auto other = compared({scaled, moved}, twoGroups);
     EXPECT_TRUE(closeTo(other->pillai.statistic, plain->pillai.statistic, {.relative = 1e-9}));
 }
 
 TEST(MultivariateANOVA, TellsOfThinGroups) {
-    Values gaps = first;
+    OptionalValues gaps = firstOutcome;
     gaps[0] = std::nullopt;
-    const auto result = compared({gaps, second}, twoGroups);
+    const auto result = compared({gaps, secondOutcome}, twoGroups);
     ASSERT_TRUE(result);
     const Texts expected = {
         "1 row(s) were dropped because an outcome or the group was missing.",
@@ -78,7 +79,7 @@ TEST(MultivariateANOVA, TellsOfThinGroups) {
         "cells; treat this as exploratory."};
     EXPECT_EQ(cautions(result->readiness), expected);
     gaps[1] = std::nullopt;
-    EXPECT_EQ(cautions(compared({gaps, second}, twoGroups)->readiness).back(),
+    EXPECT_EQ(cautions(compared({gaps, secondOutcome}, twoGroups)->readiness).back(),
               "The smallest group has 2 case(s) for 2 outcomes. With fewer cases per group than "
               "outcomes plus one, the within-groups covariance is unstable; treat this as "
               "exploratory.");
@@ -87,24 +88,24 @@ TEST(MultivariateANOVA, TellsOfThinGroups) {
 TEST(MultivariateANOVA, SaysWhatStandsInItsWay) {
     struct Case {
         int line;
-        std::vector<Values> outcomes;
+        std::vector<OptionalValues> outcomes;
         Texts groups;
         std::string obstacle;
     };
-    Values sum;
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        sum.emplace_back(0.3 * *first[i] + 0.7 * *second[i]);
+    OptionalValues sum;
+    for (std::size_t i = 0; i < firstOutcome.size(); ++i) {
+        sum.emplace_back(0.3 * *firstOutcome[i] + 0.7 * *secondOutcome[i]);
     }
     const std::string singular =
         "The within-groups error matrix is singular (the outcomes are perfectly collinear within "
         "groups). Drop a redundant outcome or collect more cases.";
     const std::vector<Case> cases = {
         {__LINE__,
-         {first, second},
+         {firstOutcome, secondOutcome},
          Texts(8, "a"),
          "A MANOVA needs two or more groups; only 1 group(s) had complete data."},
         {__LINE__,
-         {first, second},
+         {firstOutcome, secondOutcome},
          Texts(8, "NA"),
          "A MANOVA needs two or more groups; only 0 group(s) had complete data."},
         {__LINE__,
@@ -112,8 +113,8 @@ TEST(MultivariateANOVA, SaysWhatStandsInItsWay) {
          {"a", "a", "b", "b"},
          "Too few complete cases (4) for 2 outcomes across 2 groups. The within-groups error "
          "matrix cannot be inverted; collect more cases or reduce the number of outcomes."},
-        {__LINE__, {first, second, sum}, twoGroups, singular},
-        {__LINE__, {first, Values(8, 0.1)}, twoGroups, singular},
+        {__LINE__, {firstOutcome, secondOutcome, sum}, twoGroups, singular},
+        {__LINE__, {firstOutcome, OptionalValues(8, 0.1)}, twoGroups, singular},
     };
     for (const Case& each : cases) {
         const auto result = compared(each.outcomes, each.groups);
@@ -122,8 +123,8 @@ TEST(MultivariateANOVA, SaysWhatStandsInItsWay) {
         EXPECT_TRUE(std::isnan(result->wilks.statistic)) << each.line;
         EXPECT_EQ(result->wilks.name, "Wilks' lambda") << each.line;
     }
-    EXPECT_FALSE(compared({first}, twoGroups));
-    EXPECT_FALSE(compared({first, {1, 2}}, twoGroups));
+    EXPECT_FALSE(compared({firstOutcome}, twoGroups));
+    EXPECT_FALSE(compared({firstOutcome, {1, 2}}, twoGroups));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 /// Codes 98 and 99 for no answer, q3 worded in reverse, a typing error in q2, a respondent entered
 /// twice and one who skipped the block.
-constexpr auto table =
+constexpr auto messySurvey =
     "id,group,q1,q2,q3,q4\n1,a,4,5,2,4\n2,a,5,4,1,98\n3,b,2,2,4,2\n3,b,2,2,4,2\n4,b,1,55,5,2\n"
     "5,a,3,3,99,3\n6,b,,,,\n7,a,5,4,2,5\n8,b,2,1,4,1\n9,a,98,4,3,4\n";
 
@@ -40,7 +40,7 @@ public:
 
 void cleanInWindow(Window& window) {
     using enum StudioScreen;
-    window.state.importPastedData(table);
+    window.state.importPastedData(messySurvey);
     window.set({{"rcReplace", "true"}, {"rcDraft", noAnswerDraft}});
     window.press(dataPrep, "Add rule");
     for (const char* item : {R"("q1")", R"("q2")", R"("q3")", R"("q4")"}) {
@@ -98,7 +98,7 @@ TEST(MessySurvey, IsCleanedAlikeInTheWindowAndByScript) {
     ScreenWorkplace scripted;
     StudioScript script(scripted.state, scripted.screens,
                         {.folder = "", .output = "", .drawFigure = nullptr});
-    scripted.state.importPastedData(table);
+    scripted.state.importPastedData(messySurvey);
     for (const std::string& step : steps()) {
         const StepOutcome outcome = script.perform(Json::parse(step));
         ASSERT_EQ(outcome.refusal, std::nullopt) << step;
@@ -112,7 +112,7 @@ TEST(MessySurvey, AStepThatIsRefusedSaysWhy) {
     ScreenWorkplace work;
     StudioScript script(work.state, work.screens,
                         {.folder = "", .output = "", .drawFigure = nullptr});
-    work.state.importPastedData(table);
+    work.state.importPastedData(messySurvey);
     const std::vector<std::pair<std::string, std::string>> cases = {
         {R"({"do": "runRecode"})", "Choose a source variable."},
         {R"({"do": {"deleteVariable": {"named": "gone"}}})", "Choose a variable to delete."},

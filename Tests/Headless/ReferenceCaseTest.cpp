@@ -20,7 +20,7 @@
 namespace sorvane {
 namespace {
 
-const std::filesystem::path folder = SORVANE_SOURCE_DIR "/Tests/Reference";
+const std::filesystem::path references = SORVANE_SOURCE_DIR "/Tests/Reference";
 
 class ReferenceCase : public testing::TestWithParam<std::filesystem::path> {
 protected:
@@ -32,7 +32,7 @@ protected:
         given.update(settings);
         std::optional<ImportedDataset> dataset;
         if (!case_["data"].is_null()) {
-            dataset = SpreadsheetImporter().importData(folder / "data" /
+            dataset = SpreadsheetImporter().importData(references / "data" /
                                                        case_["data"].get<std::string>());
         }
         const Procedure* procedure = ProcedureTable::find(name);
@@ -126,7 +126,7 @@ TEST_P(ReferenceCase, AgreesWithTheProcedure) {
 }
 
 std::vector<std::filesystem::path> caseFiles() {
-    const std::filesystem::directory_iterator all(folder / "cases");
+    const std::filesystem::directory_iterator all(references / "cases");
     std::vector<std::filesystem::path> files(begin(all), end(all));
     std::sort(files.begin(), files.end());
     return files;

@@ -7,19 +7,13 @@
 #include "SorvaneCore/Import/DelimiterDetection.h"
 #include "SorvaneCore/Import/ImportError.h"
 #include "Tests/Import/ReferenceParser.h"
+#include "Tests/Import/RowsOf.h"
 
 namespace sorvane {
 namespace {
 
+using test::rowsOf;
 using Texts = std::vector<std::string>;
-
-std::vector<Texts> rowsOf(const TextTable& table) {
-    std::vector<Texts> rows;
-    for (std::size_t row = 0; row < table.rowCount(); ++row) {
-        rows.push_back(table.row(row).texts());
-    }
-    return rows;
-}
 
 struct ParseCase {
     int line;

@@ -6,21 +6,15 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Import/SPSS/SPSSNumbers.h"
+#include "Tests/Import/RowsOf.h"
 #include "Tests/Import/SystemFileBuilder.h"
 
 namespace sorvane {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using test::Rows;
+using test::rowsOf;
 using Texts = std::vector<std::string>;
-
-Rows rowsOf(const TabularImport& table) {
-    Rows rows;
-    for (std::size_t row = 0; row < table.rows.rowCount(); ++row) {
-        rows.push_back(table.rows.row(row).texts());
-    }
-    return rows;
-}
 
 TabularImport readFile(const std::string& bytes) {
     std::optional<TabularImport> table = SPSSReader::read(bytes);
@@ -49,7 +43,7 @@ TEST(SPSSReader, BlanksUserMissingValuesAndTellsThem) {
             .variable({.name = "E", .missingCount = -2, .missing = {missing, 5}})
             .with(doubles({8, -1, 10, 1, 5, 9, 0, 9, missing, 5, 7, -5, 5.25, 2, 5}));
     const TabularImport table = readFile(bytes);
-    EXPECT_EQ(rowsOf(table),
+    EXPECT_EQ(rowsOf(table.rows),
               (Rows{{"", "", "", "1", "5"}, {"", "0", "9", "", "5"}, {"7", "", "", "2", "5"}}));
     const std::map<std::string, std::string> specs = {
         {"A", "8, 9"}, {"B", "LOWEST through -1"}, {"C", "10 through HIGHEST, 5.25"}};
@@ -77,7 +71,7 @@ TEST(SPSSReader, JoinsTheSlotsOfAString) {
             .labels({{.raw = " ab", .text = "AB"}}, {2, 3, 5, 99, -1})
             .with("--------  leading" + std::string("\0 ", 2) + std::string(13, ' ') + " ab     ");
     const TabularImport table = readFile(bytes);
-    EXPECT_EQ(rowsOf(table), (Rows{{"  leading", " ab"}}));
+    EXPECT_EQ(rowsOf(table.rows), (Rows{{"  leading", " ab"}}));
     EXPECT_EQ(table.variableLabels.at("text"), "Straße");
     const ValueLabels labels = {{"ab", "AB"}};
     EXPECT_EQ(table.valueLabels.at("text"), labels);
@@ -114,14 +108,14 @@ TEST(SPSSReader, ObeysCompressedCommands) {
     const std::string commands = std::string("\x01\xFE\x00\xFD\xFD\xFF\x05\xFB", 8) + bytesOf(2.5) +
                                  "literal " + std::string("\xFE\xFC", 2) + std::string(6, '\1');
     const Rows rows = {{"-99", ""}, {"2.50", "literal"}, {"", ""}, {"151", ""}};
-    EXPECT_EQ(rowsOf(readFile(builder.with(commands))), rows);
+    EXPECT_EQ(rowsOf(readFile(builder.with(commands)).rows), rows);
     EXPECT_EQ(
         readFile(builder.with(std::string("\x01\xFC", 2) + std::string(6, '\1'))).rows.rowCount(),
         0U);
     EXPECT_FALSE(SPSSReader::read(builder.with(std::string("\x01\x01\xFD\0\0\0\0\0abc", 11))));
-    EXPECT_EQ(rowsOf(readFile(builder.with("\x65\x01"
-                                           "\x66\x01\x67\x01\x68")))
-                  .size(),
+    EXPECT_EQ(readFile(builder.with("\x65\x01"
+                                    "\x66\x01\x67\x01\x68"))
+                  .rows.rowCount(),
               0U)
         << "a block of commands is read whole";
 }
@@ -132,7 +126,7 @@ TEST(SPSSReader, WarnsOfNumbersThatNoDataHold) {
                                   .variable({.name = "B"})
                                   .with(doubles({lowest, 1, missing, 1e300}));
     const TabularImport table = readFile(bytes);
-    EXPECT_EQ(rowsOf(table)[0][0], "-1.7976931348623157e+308");
+    EXPECT_EQ(rowsOf(table.rows)[0][0], "-1.7976931348623157e+308");
     EXPECT_EQ(table.implausibleColumns, std::vector<std::size_t>{0});
 }
 
@@ -145,7 +139,7 @@ TEST(SPSSReader, ReadsBigEndianNumbersWhereTheFileSaysSo) {
                                   .labels({{.raw = bigEndianBytesOf(2.0), .text = "two"}}, {1})
                                   .with(bigEndianBytesOf(2.0) + bigEndianBytesOf(0.25));
     const TabularImport table = readFile(bytes);
-    EXPECT_EQ(rowsOf(table), (Rows{{"2"}, {"0.25"}}));
+    EXPECT_EQ(rowsOf(table.rows), (Rows{{"2"}, {"0.25"}}));
     EXPECT_EQ(table.valueLabels.at("A").at("2"), "two");
     EXPECT_EQ(table.notes.front(), "Big-endian system file detected.");
 }
@@ -168,7 +162,7 @@ TEST(SPSSReader, UndoesATranscodingToUtf8) {
         }
     }
     const TabularImport table = readFile(transcoded);
-    EXPECT_EQ(rowsOf(table), (Rows{{"1.50"}, {"-2.25"}}));
+    EXPECT_EQ(rowsOf(table.rows), (Rows{{"1.50"}, {"-2.25"}}));
     EXPECT_EQ(table.notes.back(), "Repaired a UTF-8 transcoding of the binary file (restored " +
                                       std::to_string(restored) + " damaged bytes).");
     EXPECT_FALSE(SPSSReader::readRaw(transcoded));

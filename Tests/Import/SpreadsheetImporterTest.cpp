@@ -38,7 +38,7 @@ private:
     std::filesystem::path path_;
 };
 
-std::string sentence(const std::filesystem::path& file) {
+std::string fileSentence(const std::filesystem::path& file) {
     try {
         SpreadsheetImporter().importData(file);
     } catch (const ImportError& error) {
@@ -102,7 +102,7 @@ TEST(SpreadsheetImporter, ReadsRealFiles) {
         const std::string name = expected["file"];
         SCOPED_TRACE(name);
         if (expected.contains("error")) {
-            EXPECT_EQ(sentence(files / name), expected["error"].get<std::string>());
+            EXPECT_EQ(fileSentence(files / name), expected["error"].get<std::string>());
             continue;
         }
         const ImportedDataset dataset = SpreadsheetImporter().importData(files / name);
@@ -131,18 +131,18 @@ TEST(SpreadsheetImporter, TellsWhatItCannotRead) {
          "The file has 2 column headers but no data rows. Export the worksheet as a normal CSV "
          "with one header row followed by respondent rows."}};
     for (const auto& [name, expected] : cases) {
-        EXPECT_EQ(sentence(folder.file(name, "a,b\n,\nNA,-\n")), expected);
+        EXPECT_EQ(fileSentence(folder.file(name, "a,b\n,\nNA,-\n")), expected);
     }
-    EXPECT_EQ(sentence(folder.file("Data.TsV", "a\tb\n1\t2\n")), "imported");
-    EXPECT_EQ(sentence(folder.path() / "gone.csv"),
+    EXPECT_EQ(fileSentence(folder.file("Data.TsV", "a\tb\n1\t2\n")), "imported");
+    EXPECT_EQ(fileSentence(folder.path() / "gone.csv"),
               "The file \"gone.csv\" could not be found. Check that it has not been moved, renamed "
               "or deleted.");
     std::filesystem::create_directory(folder.path() / "folder.csv");
-    EXPECT_EQ(sentence(folder.path() / "folder.csv/"),
+    EXPECT_EQ(fileSentence(folder.path() / "folder.csv/"),
               "\"folder.csv\" is a folder, not a file. Open the folder and choose a data file in "
               "it.");
     std::filesystem::create_symlink("/dev/zero", folder.path() / "endless.csv");
-    EXPECT_EQ(sentence(folder.path() / "endless.csv"),
+    EXPECT_EQ(fileSentence(folder.path() / "endless.csv"),
               "The file \"endless.csv\" could not be read. Check the disk or the network "
               "connection, then import it again.");
 }

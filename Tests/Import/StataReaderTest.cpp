@@ -10,9 +10,13 @@
 #include "SorvaneCore/Import/StatPackageImporter.h"
 #include "SorvaneCore/Import/Stata/StataCells.h"
 #include "Tests/Import/BytesOf.h"
+#include "Tests/Import/RowsOf.h"
 
 namespace sorvane {
 namespace {
+
+using test::Rows;
+using test::rowsOf;
 
 constexpr std::uint16_t byteCode = 65530;
 constexpr std::uint16_t intCode = 65529;
@@ -117,16 +121,6 @@ struct DataFile {
         return file + "<map>" + map + "</map>" + body;
     }
 };
-
-using Rows = std::vector<std::vector<std::string>>;
-
-Rows rowsOf(const TextTable& table) {
-    Rows rows;
-    for (std::size_t row = 0; row < table.rowCount(); ++row) {
-        rows.push_back(table.row(row).texts());
-    }
-    return rows;
-}
 
 TabularImport readFile(const DataFile& file,
                        StataStringReferences references = StataStringReferences::stated) {

@@ -5,21 +5,15 @@
 #include "SorvaneCore/Import/Survey/PackageRoles.h"
 #include "SorvaneCore/Import/Survey/SvmmReader.h"
 #include "SorvaneCore/Import/Survey/ZipStore.h"
+#include "Tests/Import/RowsOf.h"
 #include "Tests/Import/ZipBuilder.h"
 
 namespace sorvane {
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using test::Rows;
+using test::rowsOf;
 using Texts = std::vector<std::string>;
-
-Rows rowsOf(const TextTable& table) {
-    Rows rows;
-    for (std::size_t row = 0; row < table.rowCount(); ++row) {
-        rows.push_back(table.row(row).texts());
-    }
-    return rows;
-}
 
 template <typename Import>
 std::string sentence(const Import& import) {

@@ -5,10 +5,14 @@
 #include "SorvaneCore/Import/Excel/WorkbookParts.h"
 #include "SorvaneCore/Import/Excel/WorksheetParser.h"
 #include "SorvaneCore/Import/Excel/XLSXImportError.h"
+#include "Tests/Import/RowsOf.h"
 #include "Tests/Import/ZipBuilder.h"
 
 namespace sorvane {
 namespace {
+
+using test::Rows;
+using test::rowsOf;
 
 struct SheetSource {
     std::string name;
@@ -41,23 +45,13 @@ ImportedDataset imported(const std::string& bytes) {
     return XLSXImporter().importXLSX("book.xlsx", bytes);
 }
 
-std::string sentence(const std::string& bytes) {
+std::string workbookSentence(const std::string& bytes) {
     try {
         imported(bytes);
     } catch (const XLSXImportError& error) {
         return error.what();
     }
     return "imported";
-}
-
-using Rows = std::vector<std::vector<std::string>>;
-
-Rows rowsOf(const ImportedDataset& dataset) {
-    Rows rows;
-    for (std::size_t row = 0; row < dataset.rows.rowCount(); ++row) {
-        rows.push_back(dataset.rows.row(row).texts());
-    }
-    return rows;
 }
 
 const std::string header = "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"B1\"><v>2</v></c></row>";
@@ -109,7 +103,7 @@ TEST(XLSXImporter, ReadsEveryTypeOfCell) {
     const ImportedDataset dataset = imported(workbook(
         {{"S", rows}}, "<si><r><t>one </t></r><r><t>text</t></r></si><si><t> as is </t></si>"));
     EXPECT_EQ(dataset.headers, (std::vector<std::string>{"one text", "b", "c"}));
-    EXPECT_EQ(rowsOf(dataset),
+    EXPECT_EQ(rowsOf(dataset.rows),
               (Rows{{"TRUE", "FALSE", "45000"}, {"", " as is ", ""}, {"2", "x y", ""}}));
     const ImportReadinessMetadata& metadata = dataset.importMetadata;
     EXPECT_EQ(metadata.rowSummaries[0].sourceRowNumber, 4);
@@ -131,16 +125,17 @@ TEST(WorksheetParser, TakesColumnReferencesApart) {
 }
 
 TEST(XLSXImporter, TellsWhatIsMissing) {
-    EXPECT_EQ(sentence("no archive"),
+    EXPECT_EQ(workbookSentence("no archive"),
               "The Excel workbook could not be opened as an .xlsx file. The file is not a ZIP "
               "archive.");
-    EXPECT_EQ(sentence(zipArchive({{.name = "xl/x.xml"}})),
+    EXPECT_EQ(workbookSentence(zipArchive({{.name = "xl/x.xml"}})),
               "The Excel workbook is missing its workbook definition.");
-    EXPECT_EQ(sentence(workbook({})), noTable);
-    EXPECT_EQ(sentence(workbook({{"S", header}})), noTable);
-    EXPECT_EQ(sentence(workbook({{"S", "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>" + data}})),
-              noTable);
-    EXPECT_EQ(sentence(workbook({{"Bad", "<row>"}, {"Good", header + data}})),
+    EXPECT_EQ(workbookSentence(workbook({})), noTable);
+    EXPECT_EQ(workbookSentence(workbook({{"S", header}})), noTable);
+    EXPECT_EQ(
+        workbookSentence(workbook({{"S", "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>" + data}})),
+        noTable);
+    EXPECT_EQ(workbookSentence(workbook({{"Bad", "<row>"}, {"Good", header + data}})),
               notParsed + "A part of it is not well-formed: mismatched tag in line 1.");
 }
 
@@ -150,9 +145,9 @@ TEST(XLSXImporter, TakesPartsOfCodePages) {
     const std::string sheet = header + sharedRow(1);
     std::string bytes = workbook({{"S", sheet}}, std::string(strings.size() - 11, ' '));
     bytes.replace(bytes.find("<sst>"), strings.size(), strings);
-    EXPECT_EQ(rowsOf(imported(bytes))[0][0], "€ é");
+    EXPECT_EQ(rowsOf(imported(bytes).rows)[0][0], "€ é");
     bytes.replace(bytes.find("windows-1252"), 15, "shift_jis\"   ?>");
-    EXPECT_TRUE(sentence(bytes).starts_with(notParsed));
+    EXPECT_TRUE(workbookSentence(bytes).starts_with(notParsed));
 }
 
 TEST(SharedStringsParser, EndsALineOfEmptyStrings) {
@@ -171,21 +166,21 @@ TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
     const std::string bomb =
         "<!DOCTYPE w [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">]><w>&b;</w>";
     EXPECT_EQ(
-        sentence(zipArchive({{.name = "xl/workbook.xml", .bytes = bomb}})),
+        workbookSentence(zipArchive({{.name = "xl/workbook.xml", .bytes = bomb}})),
         notParsed + "A part of it has a document type declaration, which workbooks do not have.");
 
     std::string deep;
     for (int level = 0; level < 10'000; ++level) {
         deep += "<a>";
     }
-    EXPECT_EQ(sentence(workbook({{"S", deep}})),
+    EXPECT_EQ(workbookSentence(workbook({{"S", deep}})),
               notParsed + "A part of it has elements nested far too deeply.");
 
     std::string crowded;
     for (int cell = 0; cell < 40'000; ++cell) {
         crowded += "<c r=\"A1\"/>";
     }
-    EXPECT_EQ(sentence(workbook({{"S", header + "<row>" + crowded + "</row>"}})),
+    EXPECT_EQ(workbookSentence(workbook({{"S", header + "<row>" + crowded + "</row>"}})),
               notParsed + "A row of a worksheet has far more cells than there are columns.");
 
     // Few cells, spread over a whole worksheet.
@@ -193,34 +188,35 @@ TEST(XLSXImporter, StaysQuickOnHostileWorkbooks) {
     for (int row = 2; row < 30'000; ++row) {
         sparse += "<row><c r=\"XFD1\"><v>1</v></c></row>";
     }
-    EXPECT_EQ(sentence(workbook({{"S", sparse}})),
+    EXPECT_EQ(workbookSentence(workbook({{"S", sparse}})),
               notParsed + "A worksheet spreads what it holds over far too many cells.");
 
     const std::string tooLarge =
         notParsed + "A worksheet spreads what it holds over far too many cells.";
     const std::string long16K = "<si><t>" + std::string(1 << 14, 'x') + "</t></si>";
     const std::string long1M = "<si><t>" + std::string(1 << 20, 'x') + "</t></si>";
-    EXPECT_EQ(sentence(workbook({{"S", sharedRow(20) + data}}, long1M)), tooLarge)
+    EXPECT_EQ(workbookSentence(workbook({{"S", sharedRow(20) + data}}, long1M)), tooLarge)
         << "a long header many times over";
-    EXPECT_EQ(sentence(workbook({{"S", header + sharedRow(1)}}, long1M)), "imported");
-    EXPECT_EQ(sentence(workbook({{"S", numberedRow(80) + sharedRow(80)}}, long1M)), tooLarge)
+    EXPECT_EQ(workbookSentence(workbook({{"S", header + sharedRow(1)}}, long1M)), "imported");
+    EXPECT_EQ(workbookSentence(workbook({{"S", numberedRow(80) + sharedRow(80)}}, long1M)),
+              tooLarge)
         << "a long text in many columns";
     std::string mixed = header;
     for (int row = 0; row < 17'000; ++row) {
         mixed += row % 2 == 0 ? sharedRow(1)
                               : "<row><c r=\"A1\"><v>" + std::to_string(row) + "</v></c></row>";
     }
-    EXPECT_EQ(sentence(workbook({{"S", mixed}}, long16K)), "imported")
+    EXPECT_EQ(workbookSentence(workbook({{"S", mixed}}, long16K)), "imported")
         << "a long text among numbers that mostly differ";
 
     const std::string whole = workbook({{"S", header + data}}, "<si><t>x</t></si>");
     for (std::size_t size = 0; size < whole.size(); ++size) {
-        EXPECT_NE(sentence(whole.substr(0, size)), "imported");
+        EXPECT_NE(workbookSentence(whole.substr(0, size)), "imported");
     }
     for (std::size_t position = 0; position < whole.size(); ++position) {
         std::string changed = whole;
         changed[position] ^= '\x15';
-        sentence(changed);
+        workbookSentence(changed);
     }
 }
 

@@ -8,7 +8,7 @@
 namespace sorvane {
 namespace {
 
-std::string sentence(const std::string& bytes) {
+std::string archiveSentence(const std::string& bytes) {
     try {
         ZipArchiveReader::extract(bytes);
     } catch (const ZipError& error) {
@@ -40,7 +40,7 @@ TEST(ZipArchiveReader, UnpacksStoredAndDeflatedEntries) {
     EXPECT_EQ(ZipArchiveReader::entryData(archive, "a//b/./c"), "first");
     EXPECT_EQ(ZipArchiveReader::entryData(archive, "A"), std::nullopt);
     for (const std::uint32_t size : {39U, 41U, 4'000'000'000U}) {
-        EXPECT_EQ(sentence(zipArchive(
+        EXPECT_EQ(archiveSentence(zipArchive(
                       {{.name = "d", .bytes = deflated, .method = 8, .declaredSize = size}})),
                   damaged + "Could not decompress d.");
     }
@@ -60,24 +60,24 @@ TEST(ZipArchiveReader, RefusesTooMuchBeforeItUnpacksAny) {
         std::string end = archive.substr(directory + 47);
         return bytes + end.replace(10, 2, bytesOf(count));
     };
-    EXPECT_EQ(sentence(withRecords(1)), "unpacked");
-    EXPECT_EQ(sentence(withRecords(300)), unsupported +
-                                              "It unpacks to far more data than a "
-                                              "workbook can hold.");
+    EXPECT_EQ(archiveSentence(withRecords(1)), "unpacked");
+    EXPECT_EQ(archiveSentence(withRecords(300)), unsupported +
+                                                     "It unpacks to far more data than a "
+                                                     "workbook can hold.");
 }
 
 TEST(ZipArchiveReader, NamesThatLeadOutStopTheExtraction) {
     for (const std::string name : {"/etc/x", "../x", "a/../x", "a/..", "..", ".", "./", "//x"}) {
         const std::string expected =
             name == "./" ? "unpacked" : damaged + "Entry name escapes the archive: " + name;
-        EXPECT_EQ(sentence(zipArchive({{.name = name, .bytes = "x"}})), expected);
+        EXPECT_EQ(archiveSentence(zipArchive({{.name = name, .bytes = "x"}})), expected);
     }
-    EXPECT_EQ(sentence(zipArchive({{.name = "a..b/..c"}})), "unpacked");
-    EXPECT_EQ(sentence(zipArchive({{.name = "xl"}, {.name = "xl/workbook.xml"}})),
+    EXPECT_EQ(archiveSentence(zipArchive({{.name = "a..b/..c"}})), "unpacked");
+    EXPECT_EQ(archiveSentence(zipArchive({{.name = "xl"}, {.name = "xl/workbook.xml"}})),
               damaged + "A file stands where a folder for xl/workbook.xml belongs.");
-    EXPECT_EQ(sentence(zipArchive({{.name = "xl/workbook.xml"}, {.name = "xl"}})),
+    EXPECT_EQ(archiveSentence(zipArchive({{.name = "xl/workbook.xml"}, {.name = "xl"}})),
               damaged + "A folder stands where the file xl belongs.");
-    EXPECT_EQ(sentence(zipArchive({{.name = std::string(300, 'n')}})),
+    EXPECT_EQ(archiveSentence(zipArchive({{.name = std::string(300, 'n')}})),
               damaged + "The name of an entry is too long for a file.");
 }
 
@@ -87,7 +87,7 @@ TEST(ZipArchiveReader, RefusesWhatItCannotRead) {
     const std::size_t end = archive.find("PK\5\6");
     const auto with = [&archive](std::size_t position, const std::string& bytes) {
         std::string changed = archive;
-        return sentence(changed.replace(position, bytes.size(), bytes));
+        return archiveSentence(changed.replace(position, bytes.size(), bytes));
     };
     const std::string zip64 = unsupported + "ZIP64 archives are not supported.";
     const std::string malformed = damaged + "Central directory record is malformed.";
@@ -102,9 +102,9 @@ TEST(ZipArchiveReader, RefusesWhatItCannotRead) {
     EXPECT_EQ(with(0, "PX"), damaged + "Local file header is malformed for a.txt.");
     EXPECT_EQ(with(26, "\xFF\xFF"), damaged + "Entry data is truncated for a.txt.");
     EXPECT_EQ(with(directory + 10, "\x0C"), unsupported + "Compression method 12 in a.txt.");
-    EXPECT_EQ(sentence(""), notAZipFile);
+    EXPECT_EQ(archiveSentence(""), notAZipFile);
     for (std::size_t size = 0; size < archive.size(); ++size) {
-        EXPECT_EQ(sentence(archive.substr(0, size)), notAZipFile);
+        EXPECT_EQ(archiveSentence(archive.substr(0, size)), notAZipFile);
     }
     for (std::size_t position = 0; position < archive.size(); ++position) {
         for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {

@@ -22,7 +22,7 @@ using Values = std::vector<std::optional<double>>;
 const std::string allEvents =
     "Every case counts as an event; no observation is censored. If the event variable is not coded "
     "0 = censored / nonzero = event, the results are wrong.";
-const std::string small = "Small sample for survival estimation.";
+const std::string smallSample = "Small sample for survival estimation.";
 const std::string fewEvents = "Few events; hazard ratios may be unstable.";
 const std::string notConverged = "Newton\u2013Raphson stopped without a clean convergence signal.";
 
@@ -110,8 +110,8 @@ TEST(KaplanMeier, SaysWhatLooksOdd) {
         {__LINE__,
          cycle(5, 5),
          Values(5, 0),
-         {"No events were observed; the survival curve stays at 1.", small}},
-        {__LINE__, cycle(9, 9), Values(9, 1), {small}},
+         {"No events were observed; the survival curve stays at 1.", smallSample}},
+        {__LINE__, cycle(9, 9), Values(9, 1), {smallSample}},
         {__LINE__, cycle(10, 10), Values(10, 2), {allEvents}},
         {__LINE__, cycle(19, 10), cycle(19, 2), {}},
         {__LINE__, cycle(20, 10), cycle(20, 2), {times}},
@@ -159,7 +159,7 @@ TEST(KaplanMeier, DoesNotDependOnTheOrderOfRowsAndCountsEachOfThem) {
         kaplanMeier(NumericColumn(time), NumericColumn(event), TextColumn::of(groups).get());
     EXPECT_EQ(grouped->readiness.totalRows, 12);
     EXPECT_EQ(grouped->readiness.validCases, 9);
-    EXPECT_EQ(messages(grouped->readiness), Texts{small});
+    EXPECT_EQ(messages(grouped->readiness), Texts{smallSample});
 }
 
 TEST(CoxRegression, DoesNotDependOnOffsetsAndFollowsUnits) {

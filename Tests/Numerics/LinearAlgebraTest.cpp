@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Tests/Numerics/SpecialValues.h"
 #include "Tests/Support/Closeness.h"
 
 namespace sorvane {
@@ -13,7 +14,7 @@ namespace {
 using test::closeTo;
 using Matrix = std::vector<double>;
 
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+using test::notANumber;
 
 /// A well-conditioned matrix without pattern.
 Matrix sample(std::size_t rows, std::size_t cols) {

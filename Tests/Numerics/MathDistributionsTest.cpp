@@ -3,13 +3,13 @@
 #include <cmath>
 #include <fstream>
 #include <functional>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/NormalQuantile.h"
+#include "Tests/Numerics/SpecialValues.h"
 #include "Tests/Support/Closeness.h"
 
 namespace sorvane {
@@ -19,8 +19,8 @@ using namespace MathDistributions;
 using nlohmann::json;
 using test::closeTo;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+using test::infinity;
+using test::notANumber;
 
 struct ReferenceTable {
     std::string file;

@@ -1,16 +1,16 @@
 #include "SorvaneCore/Numerics/NormalQuantile.h"
 
 #include <cmath>
-#include <limits>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/NormalCritical.h"
+#include "Tests/Numerics/SpecialValues.h"
 
 namespace sorvane {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+using test::infinity;
 
 TEST(NormalQuantile, EndsAndSymmetry) {
     EXPECT_EQ(inverseStandardNormalCDF(0.0), -infinity);

@@ -8,10 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include "Tests/Numerics/SpecialValues.h"
+
 namespace sorvane {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+using test::infinity;
 
 TEST(NumberText, ParsesWhatTheCRoutineParses) {
     const struct {

@@ -1,18 +1,18 @@
 #include <cmath>
-#include <limits>
 
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/BFGSMinimizer.h"
 #include "SorvaneCore/Numerics/IRLS.h"
 #include "SorvaneCore/Numerics/NelderMeadOptimizer.h"
+#include "Tests/Numerics/SpecialValues.h"
 
 namespace sorvane {
 namespace {
 
 using Point = std::span<const double>;
 
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+using test::notANumber;
 
 double valley(Point x) {
     return std::pow(1.0 - x[0], 2.0) + 100.0 * std::pow(x[1] - x[0] * x[0], 2.0);

@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Numerics/NumberText.h"
+#include "Tests/Prepare/OptionalNumbers.h"
 
 namespace sorvane {
 namespace {
 
-using Numbers = std::vector<std::optional<double>>;
+using test::none;
+using test::Numbers;
 using Rows = std::vector<std::int64_t>;
-constexpr auto none = std::nullopt;
 
 TEST(DataCleaning, ABoundIsInRange) {
     const NumericColumn values(Numbers{1, none, 5, 0, 6, 55});

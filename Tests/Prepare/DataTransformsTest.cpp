@@ -8,15 +8,15 @@
 #include "SorvaneCore/Prepare/ComputedVariableBuilder.h"
 #include "SorvaneCore/Prepare/DerivedValueFormatter.h"
 #include "SorvaneCore/Prepare/ScaleScoreBuilder.h"
+#include "Tests/Prepare/OptionalNumbers.h"
 
 namespace sorvane {
 namespace {
 
-using Numbers = std::vector<std::optional<double>>;
+using test::none;
+using test::Numbers;
 using Texts = std::vector<std::string>;
 using DataTransforms::Unmatched;
-
-constexpr auto none = std::nullopt;
 
 /// Through text, so that the levels of a dictionary are worked on as well.
 NumericColumn coded(const Texts& cells) {

@@ -6,6 +6,7 @@
 
 #include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
 #include "SorvaneCore/Prepare/Imputation/MultipleImputation.h"
+#include "Tests/Prepare/OptionalNumbers.h"
 #include "Tests/Support/Closeness.h"
 
 /// Imputed and pooled figures against R, closed forms and counts.
@@ -13,21 +14,21 @@ namespace sorvane {
 namespace {
 
 using test::closeTo;
-using Cells = std::vector<std::optional<double>>;
-constexpr auto none = std::nullopt;
+using test::none;
+using test::Numbers;
 
-const std::vector<std::string> names = {"x", "z", "y"};
+const std::vector<std::string> variables = {"x", "z", "y"};
 
 /// Three completed copies, which differ in what was filled in for y.
 std::vector<CompletedColumns> threeCopies() {
-    const Cells x = {1, 2, 3, 4, 5, 6};
-    const Cells z = {2, 1, 4, 3, 6, 5};
+    const Numbers x = {1, 2, 3, 4, 5, 6};
+    const Numbers z = {2, 1, 4, 3, 6, 5};
     return {{x, z, {2, 4, 5, 8, 9, 13}}, {x, z, {2, 4, 6, 8, 9, 12}}, {x, z, {2, 4, 5, 7, 9, 17}}};
 }
 
 TEST(MICEAnalysis, PoolsRegressionsAsThePackageDoes) {
     const std::vector<CompletedColumns> copies = threeCopies();
-    const auto pooled = MICEAnalysis::pooledRegression(copies, names, "y", {"x", "z"});
+    const auto pooled = MICEAnalysis::pooledRegression(copies, variables, "y", {"x", "z"});
     ASSERT_TRUE(pooled);
     // R 4.2.2, mice 3.15.0: pool.scalar(n = Inf) of lm(y ~ x + z), t and limits by pt and qt;
     // the fraction is (1 + 1/m) B / T.
@@ -54,7 +55,7 @@ TEST(MICEAnalysis, PoolsRegressionsAsThePackageDoes) {
 
 TEST(MICEAnalysis, PoolsMeansAndCorrelationsAtTheLevelAskedFor) {
     std::vector<CompletedColumns> copies = threeCopies();
-    const auto mean = MICEAnalysis::pooledMean(copies, names, "y", 0.9);
+    const auto mean = MICEAnalysis::pooledMean(copies, variables, "y", 0.9);
     ASSERT_TRUE(mean);
     // As above, of mean(y) with var(y) / 6.
     const test::Tolerance close{.relative = 1e-8};
@@ -64,7 +65,7 @@ TEST(MICEAnalysis, PoolsMeansAndCorrelationsAtTheLevelAskedFor) {
     EXPECT_TRUE(closeTo(mean->confidenceIntervalLower, 4.02046681536768, close));
     EXPECT_TRUE(closeTo(mean->confidenceIntervalUpper, 9.97953318463232, close));
 
-    const auto r = MICEAnalysis::pooledCorrelation(copies, names, "x", "y", 0.9);
+    const auto r = MICEAnalysis::pooledCorrelation(copies, variables, "x", "y", 0.9);
     ASSERT_TRUE(r);
     EXPECT_TRUE(closeTo(r->r, 0.980667709627582, close));
     EXPECT_TRUE(closeTo(r->ciLower, 0.350900061295284, close));
@@ -72,7 +73,7 @@ TEST(MICEAnalysis, PoolsMeansAndCorrelationsAtTheLevelAskedFor) {
     EXPECT_TRUE(closeTo(r->fractionMissingInfo, 0.639737814380384, close));
 
     copies[1][2][3] = none;
-    EXPECT_TRUE(std::isnan(MICEAnalysis::pooledMean(copies, names, "y")->estimate))
+    EXPECT_TRUE(std::isnan(MICEAnalysis::pooledMean(copies, variables, "y")->estimate))
         << "a cell that stayed missing is no zero";
     const std::vector<CompletedColumns> constant(
         3, CompletedColumns{std::vector<std::optional<double>>(7, 0.0004)});
@@ -82,13 +83,13 @@ TEST(MICEAnalysis, PoolsMeansAndCorrelationsAtTheLevelAskedFor) {
     EXPECT_FALSE(MICEAnalysis::pooledCorrelation(correlations, 3));
     EXPECT_TRUE(MICEAnalysis::pooledCorrelation(correlations, 4));
     const std::vector<CompletedColumns> oneRow = {{{1.0}, {2.0}, {3.0}}};
-    EXPECT_FALSE(MICEAnalysis::pooledMean(oneRow, names, "y"));
+    EXPECT_FALSE(MICEAnalysis::pooledMean(oneRow, variables, "y"));
 }
 
 TEST(SingleImputation, FillsEveryGapWithOneFigure) {
     const std::vector<NumericColumn> columns = {
-        NumericColumn(Cells{1, 2, none, 4, 6, 7}), NumericColumn(Cells{2, none, 5, 7, 8, 12}),
-        NumericColumn(Cells{1, 0, 1, 0, 1, 1}), NumericColumn(Cells(6))};
+        NumericColumn(Numbers{1, 2, none, 4, 6, 7}), NumericColumn(Numbers{2, none, 5, 7, 8, 12}),
+        NumericColumn(Numbers{1, 0, 1, 0, 1, 1}), NumericColumn(Numbers(6))};
     // R: lm(a ~ b + c) and lm(b ~ a + c) on the rows with the outcome, gaps of the others at their
     // means.
     const struct {
@@ -111,16 +112,16 @@ TEST(SingleImputation, FillsEveryGapWithOneFigure) {
             << each.line;
         EXPECT_EQ(filled[0][5], 7.0) << each.line;
         EXPECT_EQ(filled[2], columns[2].rows()) << each.line;
-        EXPECT_EQ(filled[3], Cells(6)) << each.line << ": nothing is made of nothing";
+        EXPECT_EQ(filled[3], Numbers(6)) << each.line << ": nothing is made of nothing";
     }
-    const std::vector<NumericColumn> even = {NumericColumn(Cells{9, none, 1, 2, 5})};
+    const std::vector<NumericColumn> even = {NumericColumn(Numbers{9, none, 1, 2, 5})};
     EXPECT_EQ((*MultipleImputation::medianImpute(even))[0][1], 3.5);
 }
 
 TEST(MultipleImputation, DrawsNormalResidualsWhereNoDonorsAreWanted) {
     // Four rows give a line of slope 8 with 180 of squares on two degrees of freedom.
-    Cells x = {1, 2, 3, 4};
-    Cells y = {10, 30, 20, 40};
+    Numbers x = {1, 2, 3, 4};
+    Numbers y = {10, 30, 20, 40};
     constexpr std::size_t drawn = 4000;
     for (std::size_t i = 0; i < drawn; ++i) {
         x.emplace_back(static_cast<double>(i % 7));
@@ -159,8 +160,8 @@ TEST(MultipleImputation, DrawsNormalResidualsWhereNoDonorsAreWanted) {
 }
 
 TEST(MultipleImputation, TakesADeviationOfFilledCellsFromTheirOwnMean) {
-    Cells x(20, 1.0);
-    Cells z;
+    Numbers x(20, 1.0);
+    Numbers z;
     for (std::size_t row = 0; row < x.size(); ++row) {
         x[row] = static_cast<double>(row * row % 11);
         z.emplace_back(static_cast<double>(row));
@@ -182,7 +183,7 @@ TEST(MultipleImputation, WarnsAtItsBoundsAndNotBefore) {
     // Ten columns of so many rows, so many cells of which are missing, never a whole column.
     const auto warnings = [](std::size_t rows, std::size_t missing, std::int64_t m) {
         std::mt19937 random(3);
-        std::vector<Cells> cells(10, Cells(rows));
+        std::vector<Numbers> cells(10, Numbers(rows));
         for (std::size_t at = 0; at < 10 * rows; ++at) {
             cells[at % 10][at / 10] = static_cast<double>(random() % 9);
         }

@@ -6,13 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "SorvaneCore/Prepare/SubgroupMissingness.h"
+#include "Tests/Prepare/OptionalNumbers.h"
 #include "Tests/Support/Closeness.h"
 
 namespace sorvane {
 namespace {
 
-using Numbers = std::vector<std::optional<double>>;
-constexpr auto none = std::nullopt;
+using test::none;
+using test::Numbers;
 
 std::vector<NumericColumn> columnsOf(const std::vector<Numbers>& cells) {
     return {cells.begin(), cells.end()};

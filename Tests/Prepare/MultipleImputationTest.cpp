@@ -10,11 +10,12 @@
 #include "SorvaneCore/Prepare/Imputation/MICEAnalysis.h"
 #include "SorvaneCore/Prepare/Imputation/NearestDonors.h"
 #include "SorvaneCore/Prepare/Imputation/PooledT.h"
+#include "Tests/Prepare/OptionalNumbers.h"
 
 namespace sorvane {
 namespace {
 
-using Cells = std::vector<std::optional<double>>;
+using test::Numbers;
 
 std::vector<std::string> messages(const AnalysisReadiness& readiness) {
     std::vector<std::string> texts;
@@ -27,9 +28,9 @@ std::vector<std::string> messages(const AnalysisReadiness& readiness) {
 /// Three columns of forty rows that hang together, some cells of the first two missing.
 std::vector<NumericColumn> someColumns() {
     std::mt19937 draw(7);
-    Cells x;
-    Cells y;
-    Cells z;
+    Numbers x;
+    Numbers y;
+    Numbers z;
     for (int row = 0; row < 40; ++row) {
         const double value = static_cast<double>(draw() % 1000) / 100.0;
         z.emplace_back(value);
@@ -89,16 +90,16 @@ TEST(MultipleImputation, RepeatsAndDrawsFromObservedValues) {
 }
 
 TEST(MultipleImputation, FallsBackWhereThereIsNobodyToDrawFrom) {
-    const NumericColumn none(Cells{{}, {}, {}, {}, {}});
-    const NumericColumn one(Cells{3.0, {}, {}, {}, {}});
-    const NumericColumn some(Cells{1.0, 2.0, {}, 4.0, 5.0});
-    const std::vector<NumericColumn> columns = {none, one, some};
+    const NumericColumn nobody(Numbers{{}, {}, {}, {}, {}});
+    const NumericColumn one(Numbers{3.0, {}, {}, {}, {}});
+    const NumericColumn some(Numbers{1.0, 2.0, {}, 4.0, 5.0});
+    const std::vector<NumericColumn> columns = {nobody, one, some};
     const auto result = MultipleImputation::impute(
         columns, {.variableNames = {"a", "b", "c"}, .m = 3, .maxIterations = 2});
     ASSERT_TRUE(result);
     for (const CompletedColumns& copy : result->imputedDatasets) {
-        EXPECT_EQ(copy[0], (Cells{{}, {}, {}, {}, {}})) << "nothing is made of nothing";
-        EXPECT_EQ(copy[1], (Cells{3.0, 3.0, 3.0, 3.0, 3.0})) << "one row fits no line";
+        EXPECT_EQ(copy[0], (Numbers{{}, {}, {}, {}, {}})) << "nothing is made of nothing";
+        EXPECT_EQ(copy[1], (Numbers{3.0, 3.0, 3.0, 3.0, 3.0})) << "one row fits no line";
         EXPECT_TRUE(copy[2][2]);
     }
     EXPECT_EQ(messages(result->readiness),
@@ -112,7 +113,7 @@ TEST(MultipleImputation, FallsBackWhereThereIsNobodyToDrawFrom) {
                   "Fewer than 5 imputations (3); pooled standard errors may be imprecise."}));
     const std::vector<NumericColumn> alone = {one};
     EXPECT_EQ(MultipleImputation::impute(alone, {.variableNames = {"b"}})->imputedDatasets[4][0],
-              (Cells{3.0, 3.0, 3.0, 3.0, 3.0}))
+              (Numbers{3.0, 3.0, 3.0, 3.0, 3.0}))
         << "predicted with no residual";
 }
 
@@ -146,8 +147,8 @@ TEST(MultipleImputation, TracesWhatEachSweepFillsIn) {
     EXPECT_NEAR(traced->trace.moments[3].back()[0].mean, sum / count, 1e-12);
     EXPECT_EQ(traced->trace.stepsWithoutFit, (std::vector<std::int64_t>{0, 0, 0}));
 
-    const NumericColumn constant(Cells{1.0, 1.0, 1.0, 1.0, 1.0});
-    const NumericColumn gap(Cells{1.0, 2.0, {}, 4.0, 5.0});
+    const NumericColumn constant(Numbers{1.0, 1.0, 1.0, 1.0, 1.0});
+    const NumericColumn gap(Numbers{1.0, 2.0, {}, 4.0, 5.0});
     const std::vector<NumericColumn> collinear = {constant, gap};
     EXPECT_EQ(MultipleImputation::imputeTraced(
                   collinear, {.variableNames = {"c", "g"}, .m = 2, .maxIterations = 3})
@@ -168,7 +169,7 @@ TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {
     EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = names, .m = 0}));
     EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = names, .maxIterations = 0}));
     EXPECT_FALSE(MultipleImputation::impute(columns, {.variableNames = {"x"}}));
-    const std::vector<NumericColumn> ragged = {columns[0], NumericColumn(Cells{1.0})};
+    const std::vector<NumericColumn> ragged = {columns[0], NumericColumn(Numbers{1.0})};
     EXPECT_FALSE(MultipleImputation::impute(ragged, {.variableNames = {"x", "y"}}));
     EXPECT_FALSE(MultipleImputation::meanImpute(ragged));
     EXPECT_FALSE(MultipleImputation::medianImpute(ragged));
@@ -177,8 +178,8 @@ TEST(MultipleImputation, EndsBetweenSweepsAndRefusesWhatItCannotRun) {
 
 TEST(MultipleImputation, KeepsTheMeanWhereThePredictionIsBeyondAllNumbers) {
     const std::vector<NumericColumn> columns = {
-        NumericColumn(Cells{1e300, 2e300, {}, 1e300, 5e300}),
-        NumericColumn(Cells{1.0, 2.0, 1e300, 8.0, 9.0})};
+        NumericColumn(Numbers{1e300, 2e300, {}, 1e300, 5e300}),
+        NumericColumn(Numbers{1.0, 2.0, 1e300, 8.0, 9.0})};
     const auto result = MultipleImputation::impute(columns, {.variableNames = {"x", "y"}, .m = 1});
     ASSERT_TRUE(result);
     EXPECT_DOUBLE_EQ(result->imputedDatasets[0][0][2].value_or(0.0), 2.25e300);

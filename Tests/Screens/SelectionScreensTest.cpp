@@ -250,7 +250,7 @@ TEST(SelectionScreens, AnotherGroupingBringsItsOwnTwoGroups) {
                         {"npG2", R"("yes")"}});
 }
 
-struct GateCase {
+struct SelectionGateCase {
     int line;
     StudioScreen screen;
     Settings given;
@@ -265,7 +265,7 @@ constexpr auto noTable = "Could not build the contingency table for the current 
 constexpr auto notPaired = "McNemar needs a paired binary outcome (two values) on the same cases.";
 
 // clang-format off
-const std::vector<GateCase> gateCases = {
+const std::vector<SelectionGateCase> selectionGateCases = {
     {__LINE__, inferential, {{"cmOutcome", R"("")"}}, "Need a numeric outcome and a grouping field",
      "Confirm them in Variable Roles, then set up the test on the right."},
     {__LINE__, inferential, {{"cmGrouping", R"("pre")"}},
@@ -369,7 +369,7 @@ const std::vector<GateCase> gateCases = {
 // clang-format on
 
 TEST(SelectionScreens, GatesSayWhatIsMissingAndNothingIsMarkedAsRun) {
-    for (const GateCase& each : gateCases) {
+    for (const SelectionGateCase& each : selectionGateCases) {
         SCOPED_TRACE(each.line);
         Study study;
         study.paste();

@@ -241,14 +241,14 @@ TEST_F(SurveyAnalysesTest, ATableTellsItsSharesAndTheCorrectedTest) {
     EXPECT_NEAR(plot.series[1].values[2], 0.68, 1e-9);
 }
 
-struct GateCase {
+struct SurveyGateCase {
     int line;
     Settings settings;
     std::string title;
 };
 
 // clang-format off
-const std::vector<GateCase> gateCases = {
+const std::vector<SurveyGateCase> surveyGateCases = {
     {__LINE__, {{"svAnalysis", R"("linear")"}, {"svWeight", R"("")"}}, "Set the sampling weight"},
     {__LINE__, {{"svAnalysis", R"("linear")"}, {"svOutcome", R"("gone")"}},
      "Need a numeric outcome and predictor"},
@@ -274,7 +274,7 @@ const std::vector<GateCase> gateCases = {
 // clang-format on
 
 TEST_F(SurveyAnalysesTest, SaysWhatIsMissing) {
-    for (const GateCase& each : gateCases) {
+    for (const SurveyGateCase& each : surveyGateCases) {
         SCOPED_TRACE(each.line);
         ReferenceStudy other("apistrat.csv");
         other.assign({"api00", "enroll", "ell", "meals", "pw"}, VariableKind::outcome);
