@@ -107,6 +107,12 @@ std::vector<Operation> datasetOperations() {
     };
 }
 
+void resize(State& state, std::int64_t rows, std::int64_t columns) {
+    if (!state.setDatasetSize(rows, columns)) {
+        throw CallError(state.projectError->value_or("A grid has at least one cell."));
+    }
+}
+
 std::vector<Operation> gridOperations() {
     using namespace arguments;  // NOLINT(google-build-using-namespace)
     using Index = std::int64_t;
@@ -151,16 +157,15 @@ std::vector<Operation> gridOperations() {
                 }
             },
             Value<Index>{"at"}, Setting<bool>{"snapshot", true}),
-        gridOperation("setDatasetRowCount", &State::setDatasetRowCount, count),
-        gridOperation("setDatasetColumnCount", &State::setDatasetColumnCount, count),
         gridOperation(
-            "setDatasetSize",
-            [](State& state, Index rows, Index columns) {
-                if (!state.setDatasetSize(rows, columns)) {
-                    throw CallError(state.projectError->value_or("A grid has at least one cell."));
-                }
-            },
-            Value<Index>{"rows"}, Value<Index>{"columns"}),
+            "setDatasetRowCount",
+            [](State& state, Index rows) { resize(state, rows, state.dataset().columnCount()); },
+            count),
+        gridOperation(
+            "setDatasetColumnCount",
+            [](State& state, Index columns) { resize(state, state.dataset().rowCount(), columns); },
+            count),
+        gridOperation("setDatasetSize", resize, Value<Index>{"rows"}, Value<Index>{"columns"}),
     };
 }
 

@@ -41,7 +41,8 @@ ReportTable modelTable(const MultipleRegressionResult& result) {
     table.title = "Model summary";
     table.headers = {"n", "R²", "Adjusted R²", "SE of estimate", "F", "df1", "df2", "p"};
     table.rows = {
-        {ResultText::count(result.n), svFmt(result.rSquared, 3), svFmt(result.adjustedRSquared, 3),
+        {ResultText::count(result.n), svFmt(result.rSquared, 3),
+         svFmtBounded(result.adjustedRSquared, 3),
          svFigure(result.residualStandardError, ReportDecimals::of(result.residualStandardError)),
          svFmt(result.fStatistic, 2), ResultText::count(result.dfModel),
          ResultText::count(result.dfResidual), ResultText::pCell(result.pValue)}};

@@ -47,7 +47,7 @@ ReportTable modelTable(const LogisticModelRun& run) {
         "McFadden R²", "Iterations"};
     table.rows = {{ResultText::count(result.n), ResultText::count(result.events),
                    svFmt(result.logLikelihood, 2), svFmt(result.residualDeviance, 2),
-                   svFmt(result.nullDeviance, 2), svFmt(result.mcFaddenR2, 3),
+                   svFmt(result.nullDeviance, 2), svFmtBounded(result.mcFaddenR2, 3),
                    ResultText::count(result.iterations)}};
     table.note = "An event is " + run.outcome + " = " + run.event + ".";
     return table;
