@@ -34,6 +34,7 @@ std::string sentence(const CategoryCounts& counts,
 ReportTable shareTable(const CategoryCounts& counts, const CrossTabResult& table) {
     ReportTable shares;
     shares.title = "Shares in percent";
+    shares.note = "Row % is the share within the row, Column % within the column.";
     shares.headers = {counts.rowName, counts.columnName, "n", "Row %", "Column %", "Total %"};
     for (std::size_t row = 0; row < counts.rowLabels.size(); ++row) {
         for (std::size_t column = 0; column < counts.columnLabels.size(); ++column) {
@@ -139,7 +140,6 @@ ScreenContent CategoricalTestsScreen::content() const {
          .tiles = tiles(found),
          .tables = {CategoryTables::countTable(counts), shareTable(counts, *found.table),
                     testTable(found)},
-         .note = "Row % is the share within the row, Column % within the column.",
          .charts = {CategoryTables::shareChart(counts)},
          .figureCaption = "Shares of " + counts.columnName + " within " + counts.rowName + ".",
          .caution = "Association between categories, not causation. Check expected-cell counts.",

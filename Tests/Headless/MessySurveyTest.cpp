@@ -50,7 +50,7 @@ void cleanInWindow(Window& window) {
     window.set({{"rcSource", R"("q3")"}, {"rcMode", R"("reverse")"}});
     window.press(dataPrep, "Recode");
     window.set({{"clVar", R"("q2")"}, {"clLower", R"("1")"}, {"clUpper", R"("5")"}});
-    window.press(dataQuality, "Set out-of-range values to missing");
+    window.press(dataQuality, "Set out-of-range to missing");
     window.assign({"id", "q2"}, VariableKind::exclude);
     window.assign({"q1", "q2 Cleaned", "q3", "q4"}, VariableKind::psychometricItem);
     window.set({{"prepareSection", R"("scaleScore")"},

@@ -176,7 +176,7 @@ const std::vector<FormCase> formCases = {
       {"Rename", ""}, {"Delete variable", ""}}},
     {__LINE__, dataQuality, {},
      {{"Variable", "clVar"}, {"Outliers", "clOutlierMethod"}, {"Lowest valid value", "clLower"},
-      {"Highest valid value", "clUpper"}, {"Set out-of-range values to missing", ""},
+      {"Highest valid value", "clUpper"}, {"Set out-of-range to missing", ""},
       {"Compare by (none: every cell)", "clKeyColumns"}, {"Groups", "clGroup"},
       {"Compare with the population", "clCompositionVar"}}},
     {__LINE__, sem, {},

@@ -599,22 +599,25 @@ TEST(MultilevelScreen, AdvisesToCenterASlopeWhoseZeroIsFar) {
         double first;
         bool isFromStart;
         bool isCorrelated;
+        bool hasOddICC;
         std::string text;
     };
     const std::string independent = "Intercept and slope are taken as independent where time is 0";
     const std::string atBound = "The intercept–slope correlation is at its bound (singular fit)";
     const std::vector<Case> cases = {
-        {__LINE__, 2001.0, true, true,
+        {__LINE__, 2001.0, true, true, true,
          atBound + "; the data do not tell the random effects apart. Center time first (subtract "
                    "its mean), as its zero lies far outside its values; then fit them as "
                    "independent, or leave the slope fixed."},
-        {__LINE__, 0.0, true, true,
+        {__LINE__, 0.0, true, true, false,
          atBound + "; the data do not tell the random effects apart. Fit them as independent, or "
                    "leave the slope fixed."},
-        {__LINE__, 2001.0, false, false, independent + ", which lies far outside its values; "},
-        {__LINE__, -2001.0, false, false, independent},
-        {__LINE__, 2001.0, false, true, ""},
-        {__LINE__, 1.0, false, false, ""}};
+        {__LINE__, 2001.0, false, false, true,
+         independent + ", which lies far outside its values; "},
+        // Without a variance of the slope it holds everywhere.
+        {__LINE__, -2001.0, false, false, false, independent},
+        {__LINE__, 2001.0, false, true, true, ""},
+        {__LINE__, 1.0, false, false, false, ""}};
     for (const Case& each : cases) {
         SCOPED_TRACE(each.line);
         GrowthStudy growth(each.first, 1.0, 0.3, each.isFromStart);
@@ -625,7 +628,7 @@ TEST(MultilevelScreen, AdvisesToCenterASlopeWhoseZeroIsFar) {
         EXPECT_TRUE(each.text.empty() || saysAmongCautions(content, each.text));
         EXPECT_EQ(
             saysAmongCautions(content, "The intraclass correlation holds where time is 0, which "),
-            each.isCorrelated && each.first > 1.0);
+            each.hasOddICC);
     }
 }
 

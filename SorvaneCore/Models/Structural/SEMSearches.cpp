@@ -4,7 +4,10 @@
 #include <cmath>
 #include <cstddef>
 #include <map>
+#include <optional>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 

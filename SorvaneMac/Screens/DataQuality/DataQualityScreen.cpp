@@ -95,7 +95,7 @@ void DataQualityScreen::addRange(SetupForm& form) {
             true});
     }
     DataPreparation::addRun(form, state_,
-                            {.label = "Set out-of-range values to missing",
+                            {.label = "Set out-of-range to missing",
                              .gate = clampGate(state_.clampLacks()),
                              .message = &fields_.clMessage,
                              .run = [this] {

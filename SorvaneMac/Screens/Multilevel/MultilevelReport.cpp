@@ -48,7 +48,9 @@ Tile caseTile(const MultilevelResult& result) {
 Tile betweenTile(const MultilevelRun& run) {
     const MultilevelResult& result = *run.result;
     if (result.icc) {
-        return {"ICC", svFmtBounded(*result.icc, 2), "share of variance between clusters"};
+        return {"ICC", svFmtBounded(*result.icc, 2),
+                run.choice.slope.empty() ? "share of variance between clusters"
+                                         : "where " + run.choice.slope + " is 0"};
     }
     if (const std::optional<double> icc = latentICC(run)) {
         return {"ICC (latent scale)", svFmtBounded(*icc, 2), "share of variance between clusters"};
@@ -113,15 +115,6 @@ bool isSlope(const MultilevelRun& run, std::size_t component) {
     return component == 1 && !run.choice.slope.empty();
 }
 
-/// Whether a component shows nothing of itself: beside the residual, whatever the units, or on the scale of the link.
-bool vanishes(const MultilevelRun& run, std::size_t component) {
-    constexpr double share = 1e-10;
-    const std::vector<MultilevelVarianceComponent>& all = run.result->varianceComponents;
-    const double square = isSlope(run, component) ? run.slopeSquare : 1.0;
-    return run.choice.isGaussian() ? all[component].variance * square < share * all.back().variance
-                                   : isNearZero(run, component);
-}
-
 ReportTable varianceTable(const MultilevelRun& run) {
     ReportTable table;
     table.title =
@@ -183,6 +176,14 @@ bool isNearZero(const MultilevelChoice& choice,
 bool isNearZero(const MultilevelRun& run, std::size_t component) {
     return isNearZero(run.choice, *run.result, component,
                       isSlope(run, component) ? run.slopeSquare : 1.0);
+}
+
+bool vanishes(const MultilevelRun& run, std::size_t component) {
+    constexpr double share = 1e-10;
+    const std::vector<MultilevelVarianceComponent>& all = run.result->varianceComponents;
+    const double square = isSlope(run, component) ? run.slopeSquare : 1.0;
+    return run.choice.isGaussian() ? all[component].variance * square < share * all.back().variance
+                                   : isNearZero(run, component);
 }
 
 std::vector<Tile> tiles(const MultilevelRun& run) {

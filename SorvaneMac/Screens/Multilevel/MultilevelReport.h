@@ -31,6 +31,9 @@ bool isNearZero(const MultilevelChoice& choice,
                 std::size_t component,
                 double square = 1.0);
 bool isNearZero(const MultilevelRun& run, std::size_t component);
+/// Whether a component shows nothing of itself: beside the residual, whatever the units, or on the
+/// scale of the link.
+bool vanishes(const MultilevelRun& run, std::size_t component);
 
 std::vector<Tile> tiles(const MultilevelRun& run);
 /// The fixed effects, and the variances with their note.

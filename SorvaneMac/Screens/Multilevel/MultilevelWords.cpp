@@ -140,35 +140,36 @@ void addEndlessCounts(std::vector<std::string>& warnings, const MultilevelRun& r
     }
 }
 
-/// Of a correlation at its bound, and of independence at a zero far from all values, as of years,
-/// which is one of the slope's predictor alone.
+/// Of a correlation at its bound, and of what holds at a zero far from all values, as of years, which
+/// is one of the slope's predictor alone.
 void addSlopeCautions(std::vector<std::string>& warnings, const MultilevelRun& run) {
     const std::string& slope = run.choice.slope;
+    if (slope.empty()) {
+        return;
+    }
     constexpr std::size_t slopeAt = 1;
-    const bool hasSlopeVariance = !MultilevelReport::isNearZero(run, slopeAt);
+    const bool hasSlopeVariance = !MultilevelReport::vanishes(run, slopeAt);
+    const std::string farZero = slope + " is 0, which lies far outside its values";
+    const std::string center = "Center " + slope + " first (subtract its mean)";
+    const std::size_t before = warnings.size();
     if (run.result->isSingular && run.result->randomEffectCorrelation && hasSlopeVariance) {
-        const std::string first =
-            run.isZeroFar ? "Center " + slope +
-                                " first (subtract its mean), as its zero lies far outside its "
-                                "values; then fit them as independent, or leave the slope fixed."
-                          : "Fit them as independent, or leave the slope fixed.";
         warnings.push_back(
             "The intercept–slope correlation is at its bound (singular fit); the data do not tell "
             "the random effects apart. " +
-            first);
+            (run.isZeroFar ? center + ", as its zero lies far outside its values; then fit them "
+                                      "as independent, or leave the slope fixed."
+                           : "Fit them as independent, or leave the slope fixed."));
     }
     if (run.isZeroFar && !run.choice.correlated) {
-        warnings.push_back(
-            "Intercept and slope are taken as independent where " + slope +
-            " is 0, which lies far outside its values; the standard error and df of " + slope +
-            " may be far too small or too large. Center " + slope +
-            " first (subtract its mean), or let intercept and slope correlate.");
+        warnings.push_back("Intercept and slope are taken as independent where " + farZero +
+                           "; the standard error and df of " + slope +
+                           " may be far too small or too large. " + center +
+                           ", or let intercept and slope correlate.");
     }
-    if (run.isZeroFar && run.choice.correlated && run.result->icc) {
-        warnings.push_back("The intraclass correlation holds where " + slope +
-                           " is 0, which lies far outside its values, and says nothing of these. "
-                           "Center " +
-                           slope + " first (subtract its mean).");
+    if (run.isZeroFar && hasSlopeVariance && run.result->icc) {
+        const bool isAdvised = warnings.size() > before;
+        warnings.push_back("The intraclass correlation holds where " + farZero +
+                           ", and says nothing of these." + (isAdvised ? "" : " " + center + "."));
     }
 }
 

@@ -75,12 +75,17 @@ std::string_view capitalWord(WeightedEstimand estimand) {
 std::string errorFigure(const WeightedEstimate& estimate) {
     const int places = ReportDecimals::of(estimate.standardError, decimals(estimate));
     return isProportion(estimate)
-               ? svFmtBounded(estimate.standardError, std::min(places, mostDecimals))
+               ? svFmtBounded(estimate.standardError,
+                              places > mostDecimals ? decimals(estimate) : places)
                : svFigure(estimate.standardError, places);
 }
 
 std::string levelText(double confidenceLevel) {
     return NumberText::fixed(100.0 * confidenceLevel, 0) + "% CI";
+}
+
+std::string weightSum(double sum) {
+    return svFigure(sum, ReportDecimals::of(sum, 1));
 }
 
 std::string interval(const WeightedEstimate& estimate) {

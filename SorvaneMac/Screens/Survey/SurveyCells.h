@@ -24,6 +24,8 @@ std::string levelText(double confidenceLevel);
 std::string figure(const WeightedEstimate& estimate, double value);
 /// Its standard error, with as many decimals as that, and two digits at least.
 std::string errorFigure(const WeightedEstimate& estimate);
+/// A sum of weights: one decimal, or two digits of a smaller one.
+std::string weightSum(double sum);
 /// "[1.25, 2.75]".
 std::string interval(const WeightedEstimate& estimate);
 

@@ -82,7 +82,8 @@ ReportTable table(const SurveyDesignUsed& design, std::span<const Figures> all) 
     table.title = "Sampling design";
     table.headers = {"Part", "As used"};
     table.rows = {
-        {"Weight", design.weight + ", sum " + range(all, &Figures::sumOfWeights, oneDecimal)},
+        {"Weight",
+         design.weight + ", sum " + range(all, &Figures::sumOfWeights, SurveyCells::weightSum)},
         {"Strata", used(design.strata, strata)},
         {"PSUs", design.clusters.empty() && !isReplicated ? "each case" + units
                                                           : used(design.clusters, units)},

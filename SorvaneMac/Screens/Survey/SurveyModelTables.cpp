@@ -116,7 +116,7 @@ ReportTable summary(const SurveyModelRun& run) {
     ReportTable table;
     table.title = "Model summary";
     table.headers = {"n", "Sum of weights", "Wald F", "df1", "df2", "p"};
-    table.rows = {{ResultText::count(result.validN), svFmt(result.sumOfWeights, 1),
+    table.rows = {{ResultText::count(result.validN), SurveyCells::weightSum(result.sumOfWeights),
                    svFmt(result.waldF, 2), ResultText::degreesOfFreedom(result.waldDFNumerator),
                    ResultText::degreesOfFreedom(result.waldDFDenominator),
                    ResultText::pCell(result.waldPValue)}};
