@@ -9,11 +9,14 @@
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPaintDevice>
+#include <QRegularExpression>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
 #include <QTextTable>
+
+#include "SorvaneMac/Report/UnbrokenText.h"
 
 namespace sorvane::TableFitting {
 
@@ -23,8 +26,14 @@ constexpr double closePadding = 2.5;
 constexpr double smallestScale = 0.6;
 constexpr int fullPointsProperty = QTextFormat::UserProperty + 2;
 constexpr int fittedPointsProperty = QTextFormat::UserProperty + 3;
-/// Pixels by which a column is wider than its longest word, against rounding.
-constexpr double slack = 1.0;
+/// Pixels by which a column is wider than its longest word, for borders and against rounding.
+constexpr double slack = 3.0;
+
+/// One that no joiner holds, see `UnbrokenText`.
+const QRegularExpression& breakingBlank() {
+    static const QRegularExpression blank(QString(" (?!%1)").arg(QChar(UnbrokenText::wordJoiner)));
+    return blank;
+}
 
 struct SizedText {
     int first = 0;
@@ -78,20 +87,23 @@ private:
         return font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
     }
 
-    double widestWord(const QTextFragment& fragment) const {
-        const QFont font = fontOf(fragment);
+    double widestWord(const QTextFragment& fragment, double scale) const {
+        QFont font = fontOf(fragment);
+        if (scale < 1.0) {
+            font.setPointSizeF(scale * pointsOf(fragment));
+        }
         const QFontMetricsF metrics = device_ ? QFontMetricsF(font, device_) : QFontMetricsF(font);
         double widest = 0;
         QString text = fragment.text();
         text.replace(QChar::LineSeparator, ' ');
-        for (const QString& word : text.split(' ', Qt::SkipEmptyParts)) {
+        for (const QString& word : text.split(breakingBlank(), Qt::SkipEmptyParts)) {
             widest = std::max(widest, metrics.horizontalAdvance(word));
         }
         return widest;
     }
 
-    /// Of each column, less those cells that span several.
-    std::vector<double> widestWords() const {
+    /// Of each column, less those cells that span several, with text of a share of its size.
+    std::vector<double> widestWords(double scale = 1.0) const {
         std::vector<double> widest(static_cast<std::size_t>(table_.columns()), 0.0);
         for (int row = 0; row < table_.rows(); ++row) {
             for (int column = 0; column < table_.columns(); ++column) {
@@ -101,7 +113,7 @@ private:
                 }
                 double& word = widest[static_cast<std::size_t>(column)];
                 forEachFragment(cell, [&](const QTextFragment& fragment) {
-                    word = std::max(word, widestWord(fragment));
+                    word = std::max(word, widestWord(fragment, scale));
                 });
             }
         }
@@ -121,12 +133,20 @@ private:
         return std::accumulate(all.begin(), all.end(), 0.0);
     }
 
-    void shrinkText() {
-        const double words = std::accumulate(words_.begin(), words_.end(), 0.0);
-        const double scale = std::max((width_ - (total() - words)) / words, smallestScale);
-        for (double& word : words_) {
-            word *= scale;
+    /// Measures the words by the way: in another size they are not wider in proportion.
+    double fittingScale() {
+        constexpr int mostSteps = 4;
+        double scale = 1.0;
+        for (int step = 0; step < mostSteps && scale > smallestScale && total() > width_; ++step) {
+            const double words = std::accumulate(words_.begin(), words_.end(), 0.0);
+            scale = std::max(scale * (width_ - (total() - words)) / words, smallestScale);
+            words_ = widestWords(scale);
         }
+        return scale;
+    }
+
+    void shrinkText() {
+        const double scale = fittingScale();
         // Changing the style of a fragment may unite it with its neighbours.
         std::vector<SizedText> texts;
         for (int row = 0; row < table_.rows(); ++row) {

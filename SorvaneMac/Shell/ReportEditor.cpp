@@ -22,7 +22,7 @@ namespace sorvane {
 namespace {
 
 constexpr int writeBackMilliseconds = 400;
-constexpr double pageMargin = 20.0;
+constexpr double pageMargin = 8.0;
 /// The toolkit lays a table that takes the whole width out a little wider than that.
 constexpr double tableOverhang = 2.0;
 /// What dims white paper, and the white of figures with it, in a dark window.
