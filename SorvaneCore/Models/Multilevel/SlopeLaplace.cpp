@@ -1,5 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Models/Multilevel/LinkedInformation.h"
