@@ -7,6 +7,7 @@
 
 #include "SorvaneCore/Analyses/Basics/CompleteCases.h"
 #include "SorvaneCore/Analyses/Basics/OrderedClasses.h"
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 
 namespace sorvane::NonparametricTests {
@@ -104,7 +105,7 @@ std::optional<SignedRankResult> wilcoxonSignedRank(std::span<const double> befor
     std::vector<bool> isPositive;
     for (std::size_t i = 0; i < before.size(); ++i) {
         const double difference = after[i] - before[i];
-        if (difference != 0.0) {
+        if (!SampleMoments::areEqual(std::array{before[i], after[i]})) {
             sizes.push_back(std::abs(difference));
             isPositive.push_back(difference > 0.0);
         }

@@ -72,8 +72,9 @@ std::optional<MannWhitneyResult> mannWhitneyU(std::span<const double> group1,
 /// The Wilcoxon signed-rank test of paired values.
 ///
 /// Input      lists of one length; of columns, the rows in which both have a number
-/// Method     midranks of the absolute differences after - before, zeros dropped; differences tie
-///            only where they are the same double. The variance of z is not corrected for ties
+/// Method     midranks of the absolute differences after - before, without those that are zero but
+///            for rounding of the pair; differences tie only where they are the same double. The
+///            variance of z is not corrected for ties
 /// Failure    lengths that differ, or no difference other than zero -> absent
 /// Cost       one radix sort
 std::optional<SignedRankResult> wilcoxonSignedRank(std::span<const double> before,

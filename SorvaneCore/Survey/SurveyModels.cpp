@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/MathDistributions.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
@@ -77,19 +78,16 @@ Estimated inOwnUnits(const Estimated& fitted,
 }
 
 /// Sets the variances to 0 that are no more than rounding, as of a fit without scatter: those that
-/// residuals of 1e-12 of the largest outcome could give.
-void dropRounding(Estimated& all, const SurveyModelFrame& frame) {
-    constexpr double rounding = 1e-12;
-    double largest = 0.0;
-    for (const double y : frame.outcome) {
-        largest = std::max(largest, std::abs(y));
-    }
+/// the last digits of the outcome and of the estimates could give, were they off alike in all rows.
+void dropRounding(Estimated& all, const SurveyModelFrame& frame, double scales) {
+    const double largest = SampleMoments::largestMagnitude(frame.outcome);
     const std::size_t p = all.parameters.size();
     for (std::size_t k = 0; k < p; ++k) {
-        double& variance = all.covariance[k * p + k];
         const double unit = std::sqrt(static_cast<double>(frame.rows()) * all.bread[k * p + k]);
-        const double least = rounding * std::max(largest * unit, std::abs(all.parameters[k]));
-        variance = variance > 0.0 && std::sqrt(variance) > least ? variance : 0.0;
+        const double magnitude = std::max(largest * unit, std::abs(all.parameters[k]));
+        double& variance = all.covariance[k * p + k];
+        variance =
+            variance > scales * SampleMoments::squaresOfRounding(1, magnitude) ? variance : 0.0;
     }
 }
 
@@ -333,7 +331,7 @@ void finish(SurveyModelResult& result,
         block(result, wording::beyondNumbers());
         return;
     }
-    dropRounding(all, frame);
+    dropRounding(all, frame, found->scales);
     result.iterations = fit->iterations;
     const SampledCounts counts = sampled.countsAmong(frame.activeRows);
     result.stratumCount = counts.strata;

@@ -15,6 +15,31 @@ namespace {
 
 using Numbers = std::vector<double>;
 
+double residual(const SurveyModelFrame& frame, std::size_t i, std::span<const double> parameters) {
+    double left = frame.outcome[i];
+    for (std::size_t j = 0; j < frame.cols; ++j) {
+        left -= frame.row(i)[j] * parameters[j];
+    }
+    return left;
+}
+
+/// Takes out of estimates what rounding has left of them: the effects of their own residuals.
+void refine(SurveyModelEstimates& fit,
+            const SurveyModelFrame& frame,
+            std::span<const double> weights) {
+    Numbers left(frame.cols, 0.0);
+    for (std::size_t i = 0; i < frame.rows(); ++i) {
+        const double e = weights[i] * residual(frame, i, fit.parameters);
+        for (std::size_t j = 0; j < frame.cols; ++j) {
+            left[j] += e * frame.row(i)[j];
+        }
+    }
+    const Numbers steps = LinearAlgebra::multiply(fit.bread, frame.cols, frame.cols, left, 1);
+    for (std::size_t j = 0; j < frame.cols; ++j) {
+        fit.parameters[j] += steps[j];
+    }
+}
+
 std::optional<SurveyModelEstimates> leastSquares(const SurveyModelFrame& frame,
                                                  std::span<const double> weights) {
     Numbers matrix = frame.matrix;
@@ -36,15 +61,9 @@ std::optional<SurveyModelEstimates> leastSquares(const SurveyModelFrame& frame,
     if (!parameters || !bread) {
         return std::nullopt;
     }
-    return SurveyModelEstimates{.parameters = std::move(*parameters), .bread = std::move(*bread)};
-}
-
-double residual(const SurveyModelFrame& frame, std::size_t i, std::span<const double> parameters) {
-    double left = frame.outcome[i];
-    for (std::size_t j = 0; j < frame.cols; ++j) {
-        left -= frame.row(i)[j] * parameters[j];
-    }
-    return left;
+    SurveyModelEstimates fit{.parameters = std::move(*parameters), .bread = std::move(*bread)};
+    refine(fit, frame, weights);
+    return fit;
 }
 
 /// How well the weighted rows are fitted.

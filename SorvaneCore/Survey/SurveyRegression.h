@@ -18,9 +18,9 @@ namespace sorvane::SurveyRegression {
 ///            number of coefficients)
 /// Failure    names that do not match -> absent. A structural error of the design, columns of
 ///            another length, too few rows, collinear predictors, an outcome that does not vary ->
-///            blocked. A coefficient of error 0 (no more than residuals of 1e-12 of the largest
-///            outcome could give) is not tested: t, p and bounds NaN, as is F where it is a slope or
-///            a combination of slopes
+///            blocked. A coefficient of error 0 (no more than eight units in the last place of the
+///            largest outcome could give) is not tested: t, p and bounds NaN, as is F where it is a
+///            slope or a combination of slopes
 /// Accuracy   rounding times the condition number of the standardized predictors, F too
 /// Cost       O(rows p^2), and as much a replicate, on all cores with the same result
 /// Reference  Binder (1983), On the variances of asymptotically normal estimators from complex

@@ -133,13 +133,14 @@ std::optional<DesignCovariance> replicateCovariance(
     std::span<const double> full) {
     const std::size_t p = full.size();
     const double factor = replicateFactor(replicates, static_cast<double>(estimates.size()));
-    DesignCovariance result{.values = std::vector<double>(p * p, 0.0)};
+    DesignCovariance result{.values = std::vector<double>(p * p, 0.0), .scales = 0.0};
     for (std::size_t r = 0; r < estimates.size(); ++r) {
         if (!estimates[r]) {
             ++result.replicatesWithoutEstimates;
             continue;
         }
         const double scale = replicates.replicateScale ? (*replicates.replicateScale)[r] : factor;
+        result.scales += scale;
         for (std::size_t i = 0; i < p; ++i) {
             for (std::size_t j = 0; j < p; ++j) {
                 result.values[i * p + j] +=

@@ -47,6 +47,8 @@ std::int64_t comparedUnits(const SampledDesign& sampled, std::span<const std::si
 struct DesignCovariance {
     /// p by p, symmetric.
     std::vector<double> values{};
+    /// What an error of 1 in every replicate's estimate would add up to; 1 without replicates.
+    double scales = 1.0;
     /// 0 where the design has no replicates.
     std::int64_t replicatesWithoutEstimates = 0;
 };

@@ -70,6 +70,17 @@ TEST(SignedRank, DropsZerosAndLeavesTiesInTheVariance) {
     EXPECT_TRUE(closeTo(result->effectSizeR, result->z / std::sqrt(3.0)));
 }
 
+TEST(SignedRank, DropsDifferencesThatRoundingAloneTellsFromZero) {
+    const double sum = 0.1 + 0.2;
+    ASSERT_NE(sum, 0.3);
+    EXPECT_EQ(wilcoxonSignedRank(Values{0.3, 1, 1e6 * sum, 5, 2}, Values{sum, 3, 3e5, 3, 5}),
+              wilcoxonSignedRank(Values{1, 5, 2}, Values{3, 3, 5}));
+    EXPECT_FALSE(wilcoxonSignedRank(Values{0.3, sum}, Values{sum, 0.3}));
+    const auto small = wilcoxonSignedRank(Values{1e12, 1e-12}, Values{1e12 + 0.01, 2e-12});
+    ASSERT_TRUE(small) << "each pair has digits of its own";
+    EXPECT_EQ(small->n, 2);
+}
+
 TEST(SignedRank, ReadsTheCompletePairsOfColumns) {
     const auto column = test::plainColumn;
     const auto whole = wilcoxonSignedRank(Values{1, 5, 2}, Values{3, 3, 5});

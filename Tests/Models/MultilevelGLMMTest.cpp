@@ -241,12 +241,19 @@ TEST(MultilevelGLMM, KnowsItsErrorsWhereCountsAreLarge) {
 /// A shift of a slope that may correlate with the intercept is another way to write the same model.
 TEST(MultilevelGLMM, FindsCorrelatedSlopesFarFromZero) {
     const Simulated rows;
-    const std::array<std::pair<Fit, const Cells*>, 2> cases = {
-        {{MultilevelGLMM::fitLogisticRS, &rows.shares},
-         {MultilevelGLMM::fitPoissonRS, &rows.counts}}};
-    for (const auto& [fit, outcome] : cases) {
+    struct Case {
+        Fit fit;
+        MultilevelFamily family;
+        const Cells* outcome;
+    };
+    const std::array<Case, 2> cases = {
+        {{MultilevelGLMM::fitLogisticRS, MultilevelFamily::binomial, &rows.shares},
+         {MultilevelGLMM::fitPoissonRS, MultilevelFamily::poisson, &rows.counts}}};
+    for (const auto& [fit, family, outcome] : cases) {
         const auto near = fit(rows.data(*outcome), options);
-        for (const double shift : {-3.0, 10.0, 100.0, 1000.0}) {
+        const auto effects =
+            MultilevelGLMM::clusterEffects(family, rows.data(*outcome), options, *near);
+        for (const double shift : {-3.0, 10.0, 100.0, 1000.0, 1e7}) {
             SCOPED_TRACE(shift);
             MultilevelData data = rows.data(*outcome);
             Cells far;
@@ -261,6 +268,14 @@ TEST(MultilevelGLMM, FindsCorrelatedSlopesFarFromZero) {
                                 {.relative = 1e-3}));
             EXPECT_TRUE(closeTo(result->fixedEffects[1].standardError,
                                 near->fixedEffects[1].standardError, {.relative = 2e-3}));
+            const auto others = MultilevelGLMM::clusterEffects(family, data, options, *result);
+            ASSERT_EQ(others.size(), effects.size());
+            for (std::size_t c = 0; c < effects.size(); ++c) {
+                EXPECT_TRUE(closeTo(others[c].middle, effects[c].middle,
+                                    {.relative = 1e-3, .absolute = 1e-3}));
+                EXPECT_TRUE(closeTo(*others[c].slope, *effects[c].slope,
+                                    {.relative = 1e-3, .absolute = 1e-3}));
+            }
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -423,22 +424,40 @@ TEST(MultilevelModel, ShrinksTheDeparturesOfClusters) {
     EXPECT_FALSE(effects[3].slope);
 }
 
-/// A result does not tell the correlation where both variances are tiny.
-TEST(MultilevelModel, DepartsAlikeInAnyUnit) {
+/// Neither where both variances are tiny nor where the slope has its zero far away does a result tell
+/// in its variances and their correlation how clusters depart.
+TEST(MultilevelModel, DepartsAlikeInAnyUnitAndWhereverTheSlopeHasItsZero) {
     const Simulated rows = sloping();
     MultilevelOptions options = namedOptions(1);
     options.randomSlopeName = "x1";
-    const MultilevelData tiny = dataOf(shifted(rows.outcome, 1e-9, 0.0), {rows.x}, rows.cluster);
-    const auto fit = MultilevelModel::fit(rows.data(), options);
-    const auto tinyFit = MultilevelModel::fit(tiny, options);
-    ASSERT_TRUE(fit->randomEffectCorrelation && !tinyFit->randomEffectCorrelation);
-    const auto effects = MultilevelModel::clusterEffects(rows.data(), options, *fit);
-    const auto tinyEffects = MultilevelModel::clusterEffects(tiny, options, *tinyFit);
-    for (std::size_t c = 0; c < effects.size(); ++c) {
-        EXPECT_TRUE(closeTo(1e9 * tinyEffects[c].intercept, effects[c].intercept,
-                            {.relative = 1e-4, .absolute = 1e-4}));
-        EXPECT_TRUE(closeTo(1e9 * *tinyEffects[c].slope, *effects[c].slope,
-                            {.relative = 1e-4, .absolute = 1e-4}));
+    const auto departures = [&](double unit, double zero) {
+        const MultilevelData data =
+            dataOf(shifted(rows.outcome, unit, 0.0), {shifted(rows.x, 1.0, zero)}, rows.cluster);
+        const auto fit = MultilevelModel::fit(data, options);
+        EXPECT_EQ(fit->randomEffectCorrelation.has_value(), unit == 1.0);
+        return MultilevelModel::clusterEffects(data, options, *fit);
+    };
+    const auto effects = departures(1.0, 0.0);
+    double mean = 0.0;
+    for (const std::optional<double>& x : rows.x) {
+        mean += *x / static_cast<double>(rows.x.size());
+    }
+    // As of years, of dates written as 20230101 and of seconds since 1970.
+    const std::vector<std::pair<double, double>> cases = {
+        {1e-9, 0.0}, {1.0, 2000.0}, {1.0, 2e7}, {1.0, 1.6e9}};
+    for (const auto& [unit, zero] : cases) {
+        SCOPED_TRACE(testing::Message() << unit << ", " << zero);
+        const auto others = departures(unit, zero);
+        ASSERT_EQ(others.size(), effects.size());
+        for (std::size_t c = 0; c < effects.size(); ++c) {
+            const double slope = *others[c].slope / unit;
+            EXPECT_TRUE(closeTo(slope, *effects[c].slope, {.relative = 1e-4, .absolute = 1e-4}));
+            EXPECT_TRUE(closeTo(others[c].middle / unit, effects[c].middle,
+                                {.relative = 1e-4, .absolute = 1e-4}));
+            EXPECT_TRUE(closeTo(others[c].intercept / unit,
+                                others[c].middle / unit - slope * (zero + mean),
+                                {.relative = 1e-6, .absolute = 1e-6}));
+        }
     }
 }
 

@@ -8,11 +8,13 @@
 #include "SorvaneMac/Screens/Multilevel/MultilevelCharts.h"
 #include "Tests/Screens/ReferenceStudy.h"
 #include "Tests/Screens/SetupControls.h"
+#include "Tests/Support/Closeness.h"
 
 namespace sorvane {
 namespace {
 
 using enum StudioScreen;
+using test::closeTo;
 using Cells = std::vector<std::string>;
 
 std::vector<std::string> chartTitles(const ScreenContent& content) {
@@ -637,6 +639,27 @@ TEST(MultilevelScreen, ShowsTheVarianceOfASlopeInASmallUnit) {
     const ScreenContent content = growth.shown(true);
     const ReportTable& random = content.findings.front().item.extraTables->front();
     EXPECT_EQ(random.rows[1], (Cells{"person (time)", "0.000000000071", "0.000008444814"}));
+}
+
+TEST(MultilevelScreen, DrawsTheSameLinesWhereverTheSlopeHasItsZero) {
+    const auto lines = [](double first) {
+        GrowthStudy growth(first, 1.0, 0.3, false);
+        const ScreenContent content = growth.shown(true);
+        return std::get<LinePlot>(cardOf(content, "Fitted lines by cluster")->charts.front().plot)
+            .series;
+    };
+    const std::vector<LinePlot::Series> near = lines(0.0);
+    for (const double first : {20230101.0, 1.6e9}) {
+        SCOPED_TRACE(first);
+        const std::vector<LinePlot::Series> far = lines(first);
+        ASSERT_EQ(far.size(), near.size());
+        for (std::size_t s = 0; s < near.size(); ++s) {
+            ASSERT_EQ(far[s].y.size(), near[s].y.size());
+            for (std::size_t at = 0; at < near[s].y.size(); ++at) {
+                EXPECT_TRUE(closeTo(far[s].y[at], near[s].y[at], {.absolute = 1e-4}));
+            }
+        }
+    }
 }
 
 TEST(MultilevelScreen, OfVeryManyClustersSomeAreDrawn) {

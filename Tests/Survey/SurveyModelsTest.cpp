@@ -155,6 +155,52 @@ TEST(SurveyModels, AFitWithoutScatterIsNotTested) {
     }
 }
 
+/// Many rows have errors far below the digits of their outcome, which rounding alone does not.
+TEST(SurveyModels, TellASmallErrorFromRoundingWhateverTheRows) {
+    constexpr std::size_t rows = 20000;
+    constexpr std::size_t units = 50;
+    std::mt19937_64 random(6);
+    SurveyDesign byUnit;
+    Texts clusters;
+    Values x;
+    Values scatter;
+    Values outcome;
+    Values constant;
+    for (std::size_t i = 0; i < rows; ++i) {
+        byUnit.weights.push_back(1.0 + static_cast<double>(random() % 30) / 10.0);
+        clusters.push_back("u" + std::to_string(i % units));
+        x.emplace_back(static_cast<double>(random() % 1000));
+        scatter.emplace_back(static_cast<double>(random() % 200) / 1e4);
+        outcome.emplace_back(1e8 + *scatter.back());
+        constant.emplace_back(i % 3 == 0 ? 0.3e8 : 0.1e8 * 3.0000000000000004);
+    }
+    SurveyDesign jackknifed{.weights = byUnit.weights, .replicateWeights = ReplicateWeights{}};
+    for (std::size_t unit = 0; unit < units; ++unit) {
+        auto& weights = jackknifed.replicateWeights->weights.emplace_back(byUnit.weights);
+        for (std::size_t i = unit; i < rows; i += units) {
+            weights[i] = 0.0;
+        }
+    }
+    byUnit.clusters = TextColumn::of(clusters);
+    const std::vector predictors = {test::plainColumn(x)};
+    for (const SurveyDesign& design : {byUnit, jackknifed}) {
+        const auto coefficients = [&](const Values& y) {
+            return SurveyRegression::fit(test::plainColumn(y), predictors, design,
+                                         {.predictorNames = {"x"}})
+                ->coefficients;
+        };
+        const auto small = coefficients(scatter);
+        const auto large = coefficients(outcome);
+        const auto none = coefficients(constant);
+        for (std::size_t k = 0; k < 2; ++k) {
+            SCOPED_TRACE(small[k].name);
+            EXPECT_TRUE(
+                closeTo(large[k].standardError, small[k].standardError, {.relative = 1e-3}));
+            EXPECT_EQ(none[k].standardError, 0.0);
+        }
+    }
+}
+
 TEST(SurveyModels, TellOfReplicatesWithoutEstimates) {
     Sample sample;
     for (std::size_t i = 0; i < 40; ++i) {

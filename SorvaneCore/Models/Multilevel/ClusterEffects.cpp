@@ -1,46 +1,17 @@
-#include <algorithm>
+#include <array>
 #include <cmath>
 
+#include "SorvaneCore/Models/Multilevel/ClusterDepartures.h"
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 #include "SorvaneCore/Models/Multilevel/CrossedLikelihood.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/NestedLikelihood.h"
-#include "SorvaneCore/Models/Multilevel/VarianceMinimizers.h"
 #include "SorvaneCore/Numerics/ParallelFor.h"
 
 namespace sorvane::MultilevelModel {
 
 namespace {
-
-RandomCovariance withCorrelation(const RandomCovariance& g, double correlation) {
-    const double cross = correlation * std::sqrt(g[0] * g[3]);
-    return {g[0], cross, cross, g[3]};
-}
-
-/// The covariance of a fit relative to its residual variance; absent where the components are not
-/// those of nested clusters.
-std::optional<RandomCovariance> relativeCovariance(const MultilevelResult& result, bool hasSlope) {
-    const std::vector<MultilevelVarianceComponent>& components = result.varianceComponents;
-    if (components.size() != (hasSlope ? 3 : 2) || !(components.back().variance > 0.0)) {
-        return std::nullopt;
-    }
-    const double sigma2 = components.back().variance;
-    const double intercept = components[0].variance / sigma2;
-    const double slope = hasSlope ? components[1].variance / sigma2 : 0.0;
-    return withCorrelation({intercept, 0.0, 0.0, slope},
-                           result.randomEffectCorrelation.value_or(0.0));
-}
-
-/// The likeliest covariance with these variances: a result does not tell the correlation of
-/// variances that are small in the unit of the outcome.
-RandomCovariance likeliest(const RandomCovariance& g, const NestedLikelihood& likelihood) {
-    const double correlation = VarianceMinimizers::brent(-1.0, 1.0, [&](double r) {
-        const auto profile = likelihood.at(withCorrelation(g, r));
-        return profile ? profile->criterion : VarianceMinimizers::failedValue;
-    });
-    return withCorrelation(g, correlation);
-}
 
 MultilevelCriterion criterionOf(const MultilevelRows& rows, const MultilevelResult& result) {
     return {.estimator = result.estimator, .n = rows.count(), .p = rows.fixedCount()};
@@ -62,62 +33,47 @@ std::array<double, 2> projectedResidual(const ClusterSums& sums,
     return result;
 }
 
-/// Of one cluster: G R' L'^-1 of the factor L of I + R G R', whose rows are intercept and slope.
-std::array<double, 4> loadings(const ClusterSums& sums,
-                               std::size_t cluster,
-                               const RandomCovariance& g,
-                               const SmallFactor& factor) {
+ClusterPosterior posteriorOf(const ClusterSums& sums,
+                             std::size_t cluster,
+                             const SlopeSpread& spread,
+                             const std::array<double, 2>& residual) {
     const auto& [r00, r01, r11] = sums.triangle(cluster);
-    std::array<double, 4> result{};
-    for (std::size_t row = 0; row < 2; ++row) {
-        const double first = g[2 * row] * r00 + g[2 * row + 1] * r01;
-        const double second = g[2 * row + 1] * r11;
-        result[2 * row] = first / factor.l00;
-        result[2 * row + 1] = (second - factor.l10 * result[2 * row]) / factor.l11;
-    }
-    return result;
+    // Of A, R times the factor, the precision is I + A'A, whose determinant 1 + |A|^2 + det(A)^2 adds
+    // positive terms alone.
+    const double a00 = r00 * spread.intercept + r01 * spread.along;
+    const double a01 = r01 * spread.alone;
+    const double a10 = r11 * spread.along;
+    const double a11 = r11 * spread.alone;
+    const double first = 1.0 + a00 * a00 + a10 * a10;
+    const double volume = r00 * r11 * spread.intercept * spread.alone;
+    const SmallFactor precision = SmallFactor::of(first, a00 * a01 + a10 * a11,
+                                                  first + a01 * a01 + a11 * a11 + volume * volume);
+    const std::array<double, 2> projected = {a00 * residual[0] + a10 * residual[1],
+                                             a01 * residual[0] + a11 * residual[1]};
+    return {.mean = precision.backward(precision.forward(projected)), .precision = precision};
 }
 
 std::vector<MultilevelClusterEffect> nestedEffects(const MultilevelRows& rows,
-                                                   const MultilevelOptions& options,
                                                    const MultilevelResult& result) {
-    auto g = relativeCovariance(result, rows.slope.has_value());
-    if (!g) {
+    if (!result.spread || result.varianceComponents.size() != (rows.slope ? 3 : 2)) {
         return {};
     }
+    const ClusterSpread& spread = *result.spread;
     const ScaledDesign design(rows);
-    const std::span<const double> slope =
-        rows.slope ? std::span<const double>(rows.predictors[*rows.slope])
-                   : std::span<const double>();
-    const ClusterSums sums(design, rows.cluster, slope);
+    const ClusterSums sums(
+        design, rows.cluster,
+        rows.slope ? spread.scale.scaled(rows.predictors[*rows.slope]) : std::vector<double>{});
     const NestedLikelihood likelihood(sums, design, criterionOf(rows, result));
-    if (options.correlateRandomEffects && !result.randomEffectCorrelation &&
-        (*g)[0] * (*g)[3] > 0) {
-        g = likeliest(*g, likelihood);
-    }
-    const auto profile = likelihood.at(*g);
+    const auto profile = likelihood.at(spread.factor.covariance());
     if (!profile) {
         return {};
     }
-    std::vector<MultilevelClusterEffect> effects;
+    std::vector<ClusterPosterior> posteriors;
     for (std::size_t c = 0; c < sums.clusterCount(); ++c) {
-        const SmallFactor factor = sums.factor(c, *g);
-        const std::array<double, 4> load = loadings(sums, c, *g, factor);
-        const std::array<double, 2> residual = projectedResidual(sums, c, profile->beta);
-        const double first = residual[0] / factor.l00;
-        const double second = (residual[1] - factor.l10 * first) / factor.l11;
-        const double variance = (*g)[0] - load[0] * load[0] - load[1] * load[1];
-        MultilevelClusterEffect effect{
-            .cluster = rows.cluster.labels[c],
-            .n = static_cast<std::int64_t>(sums.clusterSize(c)),
-            .intercept = load[0] * first + load[1] * second,
-            .interceptError = std::sqrt(std::max(profile->sigma2 * variance, 0.0))};
-        if (rows.slope) {
-            effect.slope = load[2] * first + load[3] * second;
-        }
-        effects.push_back(std::move(effect));
+        posteriors.push_back(
+            posteriorOf(sums, c, spread.factor, projectedResidual(sums, c, profile->beta)));
     }
-    return effects;
+    return ClusterDepartures::of(rows, spread, posteriors, std::sqrt(profile->sigma2));
 }
 
 std::vector<MultilevelClusterEffect> crossedEffects(const MultilevelRows& rows,
@@ -134,14 +90,11 @@ std::vector<MultilevelClusterEffect> crossedEffects(const MultilevelRows& rows,
     if (!profile) {
         return {};
     }
-    const std::vector<std::size_t> sizes = rows.cluster.sizes();
-    std::vector<MultilevelClusterEffect> effects;
-    for (const auto& departure : likelihood.departures(lambdaA, lambdaB, profile->beta)) {
-        const std::size_t level = effects.size();
-        effects.push_back({.cluster = rows.cluster.labels[level],
-                           .n = static_cast<std::int64_t>(sizes[level]),
-                           .intercept = departure.mean,
-                           .interceptError = std::sqrt(profile->sigma2 * departure.variance)});
+    const auto departures = likelihood.departures(lambdaA, lambdaB, profile->beta);
+    std::vector<MultilevelClusterEffect> effects = ClusterDepartures::named(rows);
+    for (std::size_t level = 0; level < effects.size(); ++level) {
+        effects[level].intercept = departures[level].mean;
+        effects[level].interceptError = std::sqrt(profile->sigma2 * departures[level].variance);
     }
     return effects;
 }
@@ -155,7 +108,7 @@ std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
     if (!rows) {
         return {};
     }
-    return data.cluster2 ? crossedEffects(*rows, result) : nestedEffects(*rows, options, result);
+    return data.cluster2 ? crossedEffects(*rows, result) : nestedEffects(*rows, result);
 }
 
 }  // namespace sorvane::MultilevelModel

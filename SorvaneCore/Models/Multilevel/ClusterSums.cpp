@@ -1,7 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/ClusterSums.h"
 
 #include <cmath>
-#include <limits>
 
 #include "SorvaneCore/Analyses/Basics/RowPartition.h"
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
@@ -18,11 +17,6 @@ constexpr double smallestPivot = 1e-18;
 constexpr double constantShare = 1e-12;
 
 }  // namespace
-
-double SmallFactor::logDeterminant() const {
-    return isValid ? 2.0 * (std::log(l00) + std::log(l11))
-                   : std::numeric_limits<double>::quiet_NaN();
-}
 
 ClusterSums::ClusterSums(const ScaledDesign& design,
                          const ClusterCodes& clusters,

@@ -5,22 +5,11 @@
 #include <span>
 #include <vector>
 
+#include "SorvaneCore/Models/Multilevel/RandomCovariance.h"
 #include "SorvaneCore/Models/Multilevel/ScaledDesign.h"
+#include "SorvaneCore/Models/Multilevel/SmallFactor.h"
 
 namespace sorvane {
-
-/// A covariance of intercept and slope, row-major; all but the first entry 0 without a slope.
-using RandomCovariance = std::array<double, 4>;
-
-/// The Cholesky factor of the symmetric I + R G R', R upper triangular, 2 by 2.
-struct SmallFactor {
-    double l00 = 1.0;
-    double l10 = 0.0;
-    double l11 = 1.0;
-    bool isValid = true;
-
-    double logDeterminant() const;
-};
 
 /// What the likelihood needs of the rows of each cluster, whatever their number.
 ///
@@ -52,6 +41,7 @@ public:
 
     /// R E R' for a symmetric E.
     RandomCovariance sandwiched(std::size_t cluster, const RandomCovariance& e) const;
+    /// Of I + R G R'.
     SmallFactor factor(std::size_t cluster, const RandomCovariance& g) const;
 
 private:

@@ -1,3 +1,4 @@
+#include "SorvaneCore/Models/Multilevel/ClusterDepartures.h"
 #include "SorvaneCore/Models/Multilevel/CrossedLaplace.h"
 #include "SorvaneCore/Models/Multilevel/InterceptQuadrature.h"
 #include "SorvaneCore/Models/Multilevel/LinkedTask.h"
@@ -19,16 +20,6 @@ std::vector<double> predictorOf(const MultilevelRows& rows, const MultilevelResu
     return predictor;
 }
 
-std::vector<MultilevelClusterEffect> named(const MultilevelRows& rows) {
-    const std::vector<std::size_t> sizes = rows.cluster.sizes();
-    std::vector<MultilevelClusterEffect> effects;
-    for (std::size_t c = 0; c < sizes.size(); ++c) {
-        effects.push_back(
-            {.cluster = rows.cluster.labels[c], .n = static_cast<std::int64_t>(sizes[c])});
-    }
-    return effects;
-}
-
 std::vector<MultilevelClusterEffect> interceptEffects(const LinkedDesign& design,
                                                       const MultilevelRows& rows,
                                                       const MultilevelResult& result) {
@@ -36,7 +27,7 @@ std::vector<MultilevelClusterEffect> interceptEffects(const LinkedDesign& design
     const double sigma = result.varianceComponents[0].standardDeviation;
     static_cast<void>(quadrature.logLikelihood(predictorOf(rows, result), sigma));
     const std::vector<InterceptQuadrature::Mode> modes = quadrature.modes(sigma);
-    std::vector<MultilevelClusterEffect> effects = named(rows);
+    std::vector<MultilevelClusterEffect> effects = ClusterDepartures::named(rows);
     for (std::size_t c = 0; c < effects.size(); ++c) {
         effects[c].intercept = modes[c].intercept;
         effects[c].interceptError = modes[c].error;
@@ -47,19 +38,11 @@ std::vector<MultilevelClusterEffect> interceptEffects(const LinkedDesign& design
 std::vector<MultilevelClusterEffect> slopeEffects(const LinkedDesign& design,
                                                   const MultilevelRows& rows,
                                                   const MultilevelResult& result) {
-    SlopeLaplace laplace(design, rows.cluster, rows.predictors[*rows.slope]);
-    const SlopeSpread spread = SlopeSpread::of(result.varianceComponents[0].standardDeviation,
-                                               result.varianceComponents[1].standardDeviation,
-                                               result.randomEffectCorrelation.value_or(0.0));
-    static_cast<void>(laplace.logLikelihood(predictorOf(rows, result), spread));
-    const std::vector<SlopeLaplace::Mode> modes = laplace.modes(spread);
-    std::vector<MultilevelClusterEffect> effects = named(rows);
-    for (std::size_t c = 0; c < effects.size(); ++c) {
-        effects[c].intercept = modes[c].intercept;
-        effects[c].interceptError = modes[c].interceptError;
-        effects[c].slope = modes[c].slope;
-    }
-    return effects;
+    const ClusterSpread& spread = *result.spread;
+    const std::vector<double> slope = spread.scale.scaled(rows.predictors[*rows.slope]);
+    SlopeLaplace laplace(design, rows.cluster, slope);
+    static_cast<void>(laplace.logLikelihood(predictorOf(rows, result), spread.factor));
+    return ClusterDepartures::of(rows, spread, laplace.posteriors(), 1.0);
 }
 
 std::vector<MultilevelClusterEffect> levelEffects(const LinkedDesign& design,
@@ -69,7 +52,7 @@ std::vector<MultilevelClusterEffect> levelEffects(const LinkedDesign& design,
     const auto modes =
         laplace.modes(predictorOf(rows, result), result.varianceComponents[0].standardDeviation,
                       result.varianceComponents[1].standardDeviation);
-    std::vector<MultilevelClusterEffect> effects = named(rows);
+    std::vector<MultilevelClusterEffect> effects = ClusterDepartures::named(rows);
     for (std::size_t level = 0; level < modes.size(); ++level) {
         effects[level].intercept = modes[level].intercept;
         effects[level].interceptError = modes[level].error;
@@ -90,7 +73,7 @@ std::vector<MultilevelClusterEffect> clusterEffects(MultilevelFamily family,
     const std::optional<MultilevelRows> found = MultilevelRows::of(data, fitted);
     const std::size_t components = data.cluster2 || result.randomSlopeName ? 2 : 1;
     if (!found || !LinkedTask::isCoded(*found, linked) ||
-        result.varianceComponents.size() != components ||
+        result.varianceComponents.size() != components || (found->slope && !result.spread) ||
         result.fixedEffects.size() != found->fixedCount()) {
         return {};
     }

@@ -188,10 +188,8 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
         return correlated ? std::vector{scale.unit * t[0], scale.unit * t[1], scale.unit * t[2]}
                           : std::vector{scale.sigma(t[0]), scale.sigma(t[1])};
     };
-    const Likelihood likelihood = likelihoodOf(design, laplace, [&](std::span<const double> t) {
-        const auto [a, b, c] = SlopeFactor::full(entries(t));
-        return SlopeSpread{.intercept = a, .along = b, .alone = c};
-    });
+    const Likelihood likelihood = likelihoodOf(
+        design, laplace, [&](std::span<const double> t) { return SlopeFactor::full(entries(t)); });
     Fit fit = LinkedMaximizer::maximize(
         correlated ? correlatedStarts(p, scale) : startsAt(p, 2, scale), likelihood);
     if (correlated) {
@@ -203,7 +201,8 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     }
     MultilevelResult result = searched(task, design, fit, likelihood);
     const std::vector<double> factor = entries(std::span(fit.point).subspan(p));
-    setSlopeVariances(result, task.options, slopeScale.unscaled(factor));
+    result.spread = {.factor = SlopeFactor::full(factor), .scale = slopeScale};
+    setSlopeVariances(result, task.options, slopeScale.unscaled(result.spread->factor));
     result.isSingular = correlated && SlopeFactor::isSingular(factor);
     return result;
 }

@@ -228,10 +228,13 @@ void setNestedVariances(MultilevelResult& result,
     constexpr double smallestRoot = 1e-14;
     const double sigma2 = fit.profile().sigma2;
     RandomCovariance tau = fit.found.g;
+    result.spread = {.factor = {.intercept = std::sqrt(std::max(tau[0], 0.0))},
+                     .scale = task.slopeScale};
     if (fit.rows.slope) {
         const std::vector<double> factor = SlopeFactor::entries(tau, task.correlated);
         result.isSingular = task.correlated && SlopeFactor::isSingular(factor);
-        tau = task.slopeScale.unscaled(factor);
+        result.spread->factor = SlopeFactor::full(factor);
+        tau = task.slopeScale.unscaled(result.spread->factor);
     }
     for (double& entry : tau) {
         entry *= sigma2;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
+#include "SorvaneCore/Models/Multilevel/ClusterDepartures.h"
 #include "SorvaneCore/Models/Multilevel/FixedEffectTable.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelRows.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelWording.h"
@@ -375,13 +376,11 @@ std::vector<MultilevelClusterEffect> clusterEffects(const MultilevelData& data,
     const OrdinalClusters clusters = design.clusters();
     OrdinalQuadrature quadrature(clusters);
     static_cast<void>(quadrature.at(parameters));
-    std::vector<MultilevelClusterEffect> effects;
-    for (const OrdinalQuadrature::Mode& mode : quadrature.modes(sigma)) {
-        const std::size_t c = effects.size();
-        effects.push_back({.cluster = rows->cluster.labels[c],
-                           .n = static_cast<std::int64_t>(design.sizes[c]),
-                           .intercept = mode.intercept,
-                           .interceptError = mode.error});
+    const std::vector<OrdinalQuadrature::Mode> modes = quadrature.modes(sigma);
+    std::vector<MultilevelClusterEffect> effects = ClusterDepartures::named(*rows);
+    for (std::size_t c = 0; c < effects.size(); ++c) {
+        effects[c].intercept = modes[c].intercept;
+        effects[c].interceptError = modes[c].error;
     }
     return effects;
 }

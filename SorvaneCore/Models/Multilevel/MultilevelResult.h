@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "SorvaneCore/Analyses/Basics/AnalysisReadiness.h"
+#include "SorvaneCore/Models/Multilevel/ClusterSpread.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelSettings.h"
 
 namespace sorvane {
@@ -69,6 +70,9 @@ struct MultilevelResult {
     /// Whether these, as far as they may correlate, vary along one line at most: their correlation
     /// where the slope's predictor has its mean is at a bound, or a variance there is 0.
     bool isSingular = false;
+    /// What the variances and their correlation come from, of a linear model of nested clusters and
+    /// of others with a slope.
+    std::optional<ClusterSpread> spread{};
 
     bool operator==(const MultilevelResult&) const = default;
 };
@@ -100,6 +104,8 @@ struct MultilevelClusterEffect {
     double interceptError = 0.0;
     /// The departure of its slope.
     std::optional<double> slope{};
+    /// Beside a slope: the departure where its predictor has its mean.
+    double middle = 0.0;
 
     bool operator==(const MultilevelClusterEffect&) const = default;
 };

@@ -5,13 +5,14 @@
 
 namespace sorvane::SlopeFactor {
 
-std::array<double, 3> full(std::span<const double> entries) {
-    return {entries.front(), entries.size() > 2 ? entries[1] : 0.0, entries.back()};
+SlopeSpread full(std::span<const double> entries) {
+    return {.intercept = entries.front(),
+            .along = entries.size() > 2 ? entries[1] : 0.0,
+            .alone = entries.back()};
 }
 
 RandomCovariance covariance(std::span<const double> entries) {
-    const auto& [a, b, c] = full(entries);
-    return {a * a, a * b, a * b, b * b + c * c};
+    return full(entries).covariance();
 }
 
 std::vector<double> entries(const RandomCovariance& g, bool correlated) {

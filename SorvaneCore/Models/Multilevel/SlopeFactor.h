@@ -1,17 +1,15 @@
 #pragma once
 
-#include <array>
 #include <span>
 #include <vector>
 
-#include "SorvaneCore/Models/Multilevel/ClusterSums.h"
+#include "SorvaneCore/Models/Multilevel/RandomCovariance.h"
 
 /// Covariances of an intercept and a slope by the entries of their factor (a, 0; b, c): a, b and c,
 /// or a and c where the two do not correlate. An entry of 0 is no boundary.
 namespace sorvane::SlopeFactor {
 
-/// a, b and c.
-std::array<double, 3> full(std::span<const double> entries);
+SlopeSpread full(std::span<const double> entries);
 
 RandomCovariance covariance(std::span<const double> entries);
 std::vector<double> entries(const RandomCovariance& g, bool correlated);

@@ -1,5 +1,6 @@
 #include "SorvaneCore/Models/Multilevel/SlopeLaplace.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "SorvaneCore/Models/Multilevel/LinkedInformation.h"
@@ -89,10 +90,11 @@ std::vector<double> SlopeLaplace::information(std::span<const double> predictor,
                                               const SlopeSpread& spread) const {
     LinkedInformation sums(design_);
     for (const Cluster& cluster : clusters_) {
+        const std::array<double, 2>& mode = cluster.posterior.mean;
         LinkedInformation::Cluster each{.first = cluster.first};
         for (std::size_t i = cluster.first; i < cluster.first + cluster.size; ++i) {
             const std::array<double, 2> loadings = spread.loadings(slope_[i]);
-            const double shift = loadings[0] * cluster.mode[0] + loadings[1] * cluster.mode[1];
+            const double shift = loadings[0] * mode[0] + loadings[1] * mode[1];
             each.weights.push_back(LinkedMass::of(design_.family(), design_.outcome()[i],
                                                   design_.peaks()[i], predictor[i] + shift)
                                        .weight);
@@ -103,13 +105,10 @@ std::vector<double> SlopeLaplace::information(std::span<const double> predictor,
     return sums.take();
 }
 
-std::vector<SlopeLaplace::Mode> SlopeLaplace::modes(const SlopeSpread& spread) const {
-    std::vector<Mode> result;
+std::vector<ClusterPosterior> SlopeLaplace::posteriors() const {
+    std::vector<ClusterPosterior> result;
     for (const Cluster& cluster : clusters_) {
-        const auto& [first, second] = cluster.mode;
-        result.push_back({.intercept = spread.intercept * first,
-                          .interceptError = spread.intercept * std::sqrt(cluster.variance),
-                          .slope = spread.along * first + spread.alone * second});
+        result.push_back(cluster.posterior);
     }
     return result;
 }
@@ -123,7 +122,7 @@ void SlopeLaplace::approximate(Cluster& cluster,
                            .predictor = predictor.subspan(cluster.first, cluster.size),
                            .slope = slope_.subspan(cluster.first, cluster.size),
                            .spread = spread};
-    std::array<double, 2> u = cluster.mode;
+    std::array<double, 2> u = cluster.posterior.mean;
     JointDensity now = rows.at(u);
     for (int i = 0; i < stepLimit; ++i) {
         const std::array<double, 2> step = now.newtonStep();
@@ -143,8 +142,9 @@ void SlopeLaplace::approximate(Cluster& cluster,
             break;
         }
     }
-    cluster.mode = std::isfinite(u[0]) && std::isfinite(u[1]) ? u : std::array<double, 2>{};
-    cluster.variance = now.curvature[2] / now.determinant();
+    cluster.posterior = {
+        .mean = std::isfinite(u[0]) && std::isfinite(u[1]) ? u : std::array<double, 2>{},
+        .precision = SmallFactor::of(now.curvature[0], now.curvature[1], now.determinant())};
     // The constants of the effects' density and of the integral cancel.
     cluster.logLikelihood = now.value - 0.5 * std::log(now.determinant());
 }

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "SorvaneCore/Analyses/Basics/SampleMoments.h"
-#include "SorvaneCore/Models/Multilevel/SlopeFactor.h"
 
 namespace sorvane {
 
@@ -20,7 +19,7 @@ SlopeScale::SlopeScale(const SlopeUnits& units, bool correlated)
 std::vector<double> SlopeScale::scaled(std::span<const double> slope) const {
     std::vector<double> result(slope.begin(), slope.end());
     for (double& value : result) {
-        value = (value - shift_ * unit_) / unit_;
+        value = scaled(value);
     }
     return result;
 }
@@ -31,8 +30,8 @@ RandomCovariance SlopeScale::scaled(const RandomCovariance& g) const {
     return {g[0] + 2.0 * shift_ * unit_ * g[1] + shift_ * shift_ * slope, cross, cross, slope};
 }
 
-RandomCovariance SlopeScale::unscaled(std::span<const double> factor) const {
-    const auto& [a, b, c] = SlopeFactor::full(factor);
+RandomCovariance SlopeScale::unscaled(const SlopeSpread& factor) const {
+    const auto& [a, b, c] = factor;
     // (1, -shift; 0, 1 / unit) times the factor.
     const double intercept = a - shift_ * b;
     const double along = -shift_ * c;

@@ -3,7 +3,7 @@
 #include <span>
 #include <vector>
 
-#include "SorvaneCore/Models/Multilevel/ClusterSums.h"
+#include "SorvaneCore/Models/Multilevel/RandomCovariance.h"
 
 namespace sorvane {
 
@@ -19,19 +19,26 @@ struct SlopeUnits {
 /// correlation comes from where its zero lies; without correlation the zero has a meaning and stays.
 class SlopeScale {
 public:
+    /// The slope as it is.
+    SlopeScale() = default;
     SlopeScale(const SlopeUnits& units, bool correlated);
 
-    /// The slope in these units.
+    /// A value of the slope, or all, in these units.
+    double scaled(double value) const { return (value - shift_ * unit_) / unit_; }
     std::vector<double> scaled(std::span<const double> slope) const;
     /// The covariance that one of the slope as it is becomes.
     RandomCovariance scaled(const RandomCovariance& g) const;
-    /// Of the slope as it is, from the factor of a covariance in these units (`SlopeFactor`).
-    RandomCovariance unscaled(std::span<const double> factor) const;
+    /// Of the slope as it is, from the factor of a covariance in these units.
+    RandomCovariance unscaled(const SlopeSpread& factor) const;
+    /// An effect for a step of one, from that for a unit.
+    double perUnit(double effect) const { return effect / unit_; }
+
+    bool operator==(const SlopeScale&) const = default;
 
 private:
     /// In units.
-    double shift_;
-    double unit_;
+    double shift_ = 0.0;
+    double unit_ = 1.0;
 };
 
 }  // namespace sorvane

@@ -68,14 +68,16 @@ Chart caterpillar(const MultilevelChoice& choice, Effects effects, const std::st
     return chart;
 }
 
-/// A line on the scale of the outcome.
+/// A line on the scale of the outcome, by its level at some x near its values: its intercept may lie
+/// so far from these that the level there would be a difference of huge numbers.
 struct FittedLine {
-    double intercept = 0.0;
+    double mean = 0.0;
+    double level = 0.0;
     double slope = 0.0;
     MultilevelFamily family = MultilevelFamily::gaussian;
 
     double at(double x) const {
-        const double predictor = intercept + slope * x;
+        const double predictor = level + slope * (x - mean);
         switch (family) {
             case MultilevelFamily::binomial:
                 return 1.0 / (1.0 + std::exp(-predictor));
@@ -105,8 +107,7 @@ struct LineModel {
 
     /// The line of a cluster without departures.
     FittedLine typical() const {
-        FittedLine line{.intercept = result.fixedEffects[0].estimate + lines.others,
-                        .family = choice.family};
+        FittedLine line{.mean = lines.mean, .level = lines.level, .family = choice.family};
         for (const MultilevelFixedEffect& effect : result.fixedEffects) {
             if (effect.name == choice.slope) {
                 line.slope = effect.estimate;
@@ -134,7 +135,7 @@ LinePlot::Series clusterSeries(const LineModel& model, const std::vector<std::si
     for (const std::size_t at : spread(clusters.size(), mostLines)) {
         const std::size_t c = clusters[at];
         FittedLine line = model.typical();
-        line.intercept += model.effects[c].intercept;
+        line.level += model.effects[c].middle;
         line.slope += model.effects[c].slope.value_or(0.0);
         line.addTo(series, model.lines.ranges[c]);
         series.x.push_back(series.x.back());

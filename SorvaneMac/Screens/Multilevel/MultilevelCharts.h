@@ -17,8 +17,10 @@ struct Lines {
     };
     /// Of the slope's predictor, one per cluster.
     std::vector<Range> ranges;
-    /// What the other predictors add to the linear predictor at their means.
-    double others = 0.0;
+    /// Of the slope's predictor, over all rows.
+    double mean = 0.0;
+    /// The linear predictor of the fixed effects where all predictors have their means.
+    double level = 0.0;
 };
 
 /// The departures of a fitted model.

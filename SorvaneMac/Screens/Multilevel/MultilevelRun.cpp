@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelGLMM.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelInputs.h"
 #include "SorvaneCore/Models/Multilevel/MultilevelModel.h"
@@ -86,15 +87,11 @@ Lines linesOf(const MultilevelRows& rows, const MultilevelResult& result) {
         range.minimum = std::min(range.minimum, slope[i]);
         range.maximum = std::max(range.maximum, slope[i]);
     }
+    lines.mean = SampleMoments::mean(slope);
+    lines.level = result.fixedEffects[0].estimate;
     for (std::size_t j = 0; j < rows.predictors.size(); ++j) {
-        if (j == *rows.slope) {
-            continue;
-        }
-        double mean = 0.0;
-        for (const double value : rows.predictors[j]) {
-            mean += value / static_cast<double>(slope.size());
-        }
-        lines.others += result.fixedEffects[j + 1].estimate * mean;
+        lines.level +=
+            result.fixedEffects[j + 1].estimate * SampleMoments::mean(rows.predictors[j]);
     }
     return lines;
 }
