@@ -35,6 +35,12 @@ double tieSum(const OrderedClasses& classes) {
 
 /// Adds the midranks of the values among themselves to the sums of their places.
 void addMidranks(std::span<const double> values, std::vector<double>& sums) {
+    if (SampleMoments::areEqual(values)) {
+        for (double& sum : sums) {
+            sum += 0.5 * (static_cast<double>(values.size()) + 1.0);
+        }
+        return;
+    }
     // By comparing all pairs: conditions are few, and this needs no memory of its own.
     for (std::size_t i = 0; i < values.size(); ++i) {
         double rank = 0.5;
@@ -72,6 +78,9 @@ std::optional<MannWhitneyResult> mannWhitneyU(std::span<const double> group1,
     }
     std::vector<double> pooled(group1.begin(), group1.end());
     pooled.insert(pooled.end(), group2.begin(), group2.end());
+    if (SampleMoments::areEqual(pooled)) {
+        return std::nullopt;
+    }
     const OrderedClasses classes = OrderedClasses::of(pooled);
     const std::vector<double> midranks = classes.midranks();
     double rankSum = 0.0;
@@ -83,8 +92,7 @@ std::optional<MannWhitneyResult> mannWhitneyU(std::span<const double> group1,
     const double n = n1 + n2;
     const double u1 = rankSum - n1 * (n1 + 1.0) / 2.0;
     const double variance = n1 * n2 / 12.0 * (n + 1.0 - tieSum(classes) / (n * (n - 1.0)));
-    // With all values tied the variance is 0, of which rounding of a large sample may leave a rest.
-    if (!(variance > 0.0) || classes.counts.size() < 2) {
+    if (!(variance > 0.0)) {
         return std::nullopt;
     }
     const double z = (u1 - n1 * n2 / 2.0) / std::sqrt(variance);

@@ -64,7 +64,7 @@ namespace NonparametricTests {
 ///
 /// Method     midranks of the pooled values; z = (U1 - n1 n2 / 2) / sd, whose variance is
 ///            corrected for ties
-/// Failure    a group without values, or all values equal -> absent
+/// Failure    a group without values, or all values equal but for rounding -> absent
 /// Accuracy   U is exact      Cost one radix sort of all values
 std::optional<MannWhitneyResult> mannWhitneyU(std::span<const double> group1,
                                               std::span<const double> group2);
@@ -86,7 +86,8 @@ std::optional<SignedRankResult> wilcoxonSignedRank(const NumericColumn& before,
 ///
 /// Input      a row of values per subject; of columns, one per condition, the rows in which all
 ///            have a number
-/// Method     midranks within each subject; the statistic is not corrected for ties
+/// Method     midranks within each subject, all the same where only rounding tells the values apart;
+///            the statistic is not corrected for ties
 /// Failure    no rows, fewer than two conditions, rows or columns of different lengths -> absent
 /// Cost       O(n k^2)
 std::optional<FriedmanResult> friedman(std::span<const std::vector<double>> rowsBySubject);

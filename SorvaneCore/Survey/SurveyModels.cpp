@@ -77,17 +77,24 @@ Estimated inOwnUnits(const Estimated& fitted,
             .bread = turned(fitted.bread)};
 }
 
-/// Sets the variances to 0 that are no more than rounding, as of a fit without scatter: those that
-/// the last digits of the outcome and of the estimates could give, were they off alike in all rows.
+/// What the last digits of the outcome could give the variance of an estimate, were they off alike
+/// in all rows; by its entry in the bread.
+double varianceOfRounding(const SurveyModelFrame& frame, double bread) {
+    const double unit = std::sqrt(static_cast<double>(frame.rows()) * bread);
+    return SampleMoments::squaresOfRounding(1,
+                                            SampleMoments::largestMagnitude(frame.outcome) * unit);
+}
+
+/// Sets the variances to 0 that are no more than rounding, of the outcome or of the estimates, as of
+/// a fit without scatter.
 void dropRounding(Estimated& all, const SurveyModelFrame& frame, double scales) {
-    const double largest = SampleMoments::largestMagnitude(frame.outcome);
     const std::size_t p = all.parameters.size();
     for (std::size_t k = 0; k < p; ++k) {
-        const double unit = std::sqrt(static_cast<double>(frame.rows()) * all.bread[k * p + k]);
-        const double magnitude = std::max(largest * unit, std::abs(all.parameters[k]));
+        const double rounding =
+            std::max(varianceOfRounding(frame, all.bread[k * p + k]),
+                     SampleMoments::squaresOfRounding(1, std::abs(all.parameters[k])));
         double& variance = all.covariance[k * p + k];
-        variance =
-            variance > scales * SampleMoments::squaresOfRounding(1, magnitude) ? variance : 0.0;
+        variance = variance > scales * rounding ? variance : 0.0;
     }
 }
 
@@ -165,9 +172,9 @@ bool haveErrors(const Estimated& estimated) {
 
 /// Tests the slopes together, as they were fitted: in the predictors' own units those of all but
 /// the same predictors have variances of which rounding leaves nothing.
-void addWaldTest(SurveyModelResult& result, const Estimated& slopes) {
-    const std::optional<double> statistic =
-        SurveyWaldTest::statistic(slopes.parameters, slopes.covariance, slopes.bread);
+void addWaldTest(SurveyModelResult& result, const Estimated& slopes, double varianceOfRounding) {
+    const std::optional<double> statistic = SurveyWaldTest::statistic(
+        slopes.parameters, slopes.covariance, slopes.bread, varianceOfRounding);
     if (!statistic) {
         return;
     }
@@ -340,7 +347,8 @@ void finish(SurveyModelResult& result,
     result.degreesOfFreedom = result.designDegreesOfFreedom - result.predictorCount;
     addCoefficients(result, all, method, options);
     if (result.degreesOfFreedom >= 1 && haveErrors(all.slopes(method.leading))) {
-        addWaldTest(result, fitted.slopes(method.leading));
+        addWaldTest(result, fitted.slopes(method.leading),
+                    found->scales * varianceOfRounding(frame, 1.0));
     }
     result.predictorDeviations = frame.populationDeviations;
     result.readiness =

@@ -47,7 +47,8 @@ double smallestPivot(const Numbers& factor, std::size_t q) {
 
 std::optional<double> statistic(std::span<const double> estimates,
                                 std::span<const double> covariance,
-                                std::span<const double> bread) {
+                                std::span<const double> bread,
+                                double varianceOfRounding) {
     constexpr double leastShare = 1e-13;
     const std::size_t q = estimates.size();
     Numbers information(bread.begin(), bread.end());
@@ -60,7 +61,7 @@ std::optional<double> statistic(std::span<const double> estimates,
         each /= largest;
     }
     if (!(largest > 0.0) || !BlockedCholesky::factor(spread, q) ||
-        smallestPivot(spread, q) < leastShare) {
+        smallestPivot(spread, q) < std::max(leastShare, varianceOfRounding / largest)) {
         return std::nullopt;
     }
     Numbers turned(estimates.begin(), estimates.end());

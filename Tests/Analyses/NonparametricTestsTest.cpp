@@ -39,6 +39,7 @@ TEST(MannWhitney, IsAbsentWithoutValuesOrVariance) {
     EXPECT_FALSE(mannWhitneyU(Values{}, Values{1, 2}));
     EXPECT_FALSE(mannWhitneyU(Values{1, 2}, Values{}));
     EXPECT_FALSE(mannWhitneyU(Values{0.1, 0.1}, Values{0.1}));
+    EXPECT_FALSE(mannWhitneyU(Values(10, 0.3), Values(10, 0.1 + 0.2)));
     // Here the tied variance comes out as a rounding error above 0.
     EXPECT_FALSE(mannWhitneyU(Values(300001, 7.0), Values(310007, 7.0)));
 }
@@ -122,6 +123,7 @@ TEST(Friedman, IsAbsentWithoutConditionsOrForRaggedRows) {
     ASSERT_TRUE(equal);
     EXPECT_EQ(equal->chiSquare, 0.0);
     EXPECT_EQ(equal->pValue, 1.0);
+    EXPECT_EQ(friedman(std::vector<Values>(10, {0.3, 0.1 + 0.2, 0.3}))->chiSquare, 0.0);
 }
 
 }  // namespace

@@ -155,6 +155,37 @@ TEST(SurveyModels, AFitWithoutScatterIsNotTested) {
     }
 }
 
+/// Two of four groups do not scatter, so that a combination of the slopes is exact.
+TEST(SurveyModels, GroupsWithoutScatterAreNotTestedWhereverTheOutcomeLies) {
+    constexpr std::size_t rows = 120;
+    std::mt19937_64 random(4);
+    for (const double offset : {0.0, 1e4, 1e9, 1e10}) {
+        SCOPED_TRACE(offset);
+        std::vector<Values> dummies(3, Values(rows, 0.0));
+        Values outcome;
+        for (std::size_t i = 0; i < rows; ++i) {
+            const std::size_t group = i % 4;
+            if (group > 0) {
+                dummies[group - 1][i] = 1.0;
+            }
+            const double scatter = static_cast<double>(random() % 2000) / 1e3;
+            outcome.emplace_back(offset + (group == 1 ? 0.1 : group == 2 ? 0.7 : scatter));
+        }
+        SurveyDesign weighted;
+        for (std::size_t i = 0; i < rows; ++i) {
+            weighted.weights.push_back(1.0 + static_cast<double>(random() % 30) / 10.0);
+        }
+        const std::vector predictors = {test::plainColumn(dummies[0]),
+                                        test::plainColumn(dummies[1]),
+                                        test::plainColumn(dummies[2])};
+        const auto result = SurveyRegression::fit(test::plainColumn(outcome), predictors, weighted,
+                                                  {.predictorNames = {"b", "c", "d"}});
+        ASSERT_EQ(result->coefficients.size(), 4U);
+        EXPECT_GT(result->coefficients.back().standardError, 0.0);
+        EXPECT_TRUE(std::isnan(result->waldF));
+    }
+}
+
 /// Many rows have errors far below the digits of their outcome, which rounding alone does not.
 TEST(SurveyModels, TellASmallErrorFromRoundingWhateverTheRows) {
     constexpr std::size_t rows = 20000;
