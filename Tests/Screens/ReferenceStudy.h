@@ -44,4 +44,13 @@ inline const Card* cardOf(const ScreenContent& content, const std::string& title
     return found == content.cards.end() ? nullptr : &*found;
 }
 
+/// Whether a caution on the screen holds this text.
+inline bool warns(const ScreenContent& content, const std::string& part) {
+    return std::ranges::any_of(content.cards, [&part](const Card& card) {
+        return std::ranges::any_of(card.cautions, [&part](const std::string& caution) {
+            return caution.find(part) != std::string::npos;
+        });
+    });
+}
+
 }  // namespace sorvane

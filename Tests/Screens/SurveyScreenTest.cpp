@@ -4,7 +4,7 @@
 
 #include "SorvaneMac/Screens/ScreenFields.h"
 #include "SorvaneMac/Screens/Survey/SurveyWeights.h"
-#include "Tests/Screens/ScreenWorkplace.h"
+#include "Tests/Screens/ReferenceStudy.h"
 
 namespace sorvane {
 namespace {
@@ -30,19 +30,6 @@ public:
         return screens.at(survey).content();
     }
 };
-
-const Card* cardOf(const ScreenContent& content, const std::string& title) {
-    const auto found = std::ranges::find(content.cards, title, &Card::title);
-    return found == content.cards.end() ? nullptr : &*found;
-}
-
-bool warns(const ScreenContent& content, const std::string& part) {
-    return std::ranges::any_of(content.cards, [&part](const Card& card) {
-        return std::ranges::any_of(card.cautions, [&part](const std::string& caution) {
-            return caution.find(part) != std::string::npos;
-        });
-    });
-}
 
 // Figures of svymean, svytotal, svyratio and svyby of the package survey 4.1.
 struct EstimateCase {

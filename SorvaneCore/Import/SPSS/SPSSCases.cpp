@@ -8,7 +8,6 @@ namespace sorvane {
 
 namespace {
 
-constexpr std::size_t slotSize = 8;
 /// What is decompressed at a time stays in the cache while columns read it.
 constexpr std::size_t slotsPerBlock = std::size_t{1} << 18;
 constexpr std::string_view blanks = "        ";
@@ -31,12 +30,12 @@ SPSSCaseReader::SPSSCaseReader(const SPSSDictionary& dictionary, std::string_vie
     }
     const std::size_t rowsPerBlock = std::max<std::size_t>(slotsPerBlock / slotCount_, 1);
     const std::size_t rows = std::clamp<std::size_t>(mostCases(), 1, rowsPerBlock);
-    slots_.resize(rows * slotCount_ * slotSize);
+    slots_.resize(rows * slotCount_ * SPSSDictionary::slotSize);
     for (std::size_t command = 0; command <= missingNumber; ++command) {
         const double number = command <= lastNumber ? static_cast<double>(command) - dictionary.bias
                               : command == blankString ? ByteReader::number<double>(blanks.data())
                                                        : std::numeric_limits<double>::quiet_NaN();
-        const auto bytes = std::bit_cast<std::array<char, slotSize>>(number);
+        const auto bytes = std::bit_cast<std::array<char, SPSSDictionary::slotSize>>(number);
         numbers_.insert(numbers_.end(), bytes.begin(), bytes.end());
     }
     for (const SPSSDictionary::VariableRecord& variable : dictionary.variables) {
@@ -48,8 +47,9 @@ std::size_t SPSSCaseReader::mostCases() const {
     if (slotCount_ == 0) {
         return 0;
     }
-    const std::size_t slotsLeft =
-        dictionary_.compressed ? reader_.remaining() : reader_.remaining() / slotSize;
+    const std::size_t slotsLeft = dictionary_.compressed
+                                      ? reader_.remaining()
+                                      : reader_.remaining() / SPSSDictionary::slotSize;
     return slotsLeft / slotCount_;
 }
 
@@ -62,7 +62,8 @@ SPSSCaseBlock SPSSCaseReader::next() {
 
 SPSSCaseBlock SPSSCaseReader::nextPlain() {
     const std::size_t rows = mostCases();
-    const auto bytes = reader_.readBytes(static_cast<std::int64_t>(rows * slotCount_ * slotSize));
+    const auto bytes =
+        reader_.readBytes(static_cast<std::int64_t>(rows * slotCount_ * SPSSDictionary::slotSize));
     return {.bytes = bytes->data(),
             .rowCount = rows,
             .slotCount = slotCount_,
@@ -78,19 +79,19 @@ SPSSCaseBlock SPSSCaseReader::nextCompressed() {
 }
 
 std::size_t SPSSCaseReader::decompress() {
-    const std::size_t slotsWanted = slots_.size() / slotSize;
+    const std::size_t slotsWanted = slots_.size() / SPSSDictionary::slotSize;
     std::size_t slot = 0;
     std::size_t column = 0;
     while (slot < slotsWanted) {
         if (commands_.empty()) {
-            commands_ = reader_.readBytes(slotSize).value_or(std::string_view());
+            commands_ = reader_.readBytes(SPSSDictionary::slotSize).value_or(std::string_view());
             if (commands_.empty()) {
                 break;
             }
         }
         const auto command = static_cast<std::uint8_t>(commands_.front());
         commands_.remove_prefix(1);
-        char* target = slots_.data() + slot * slotSize;
+        char* target = slots_.data() + slot * SPSSDictionary::slotSize;
         if (command == padding) {
             continue;
         }
@@ -99,8 +100,10 @@ std::size_t SPSSCaseReader::decompress() {
         }
         if (command != literal) {
             const bool isString = isString_[column];
-            std::memcpy(target, isString ? blanks.data() : numbers_.data() + command * slotSize,
-                        slotSize);
+            std::memcpy(
+                target,
+                isString ? blanks.data() : numbers_.data() + command * SPSSDictionary::slotSize,
+                SPSSDictionary::slotSize);
         } else if (!readLiteral(column, target)) {
             break;
         }
@@ -112,14 +115,14 @@ std::size_t SPSSCaseReader::decompress() {
 }
 
 bool SPSSCaseReader::readLiteral(std::size_t slot, char* target) {
-    const std::optional<std::string_view> bytes = reader_.readBytes(slotSize);
+    const std::optional<std::string_view> bytes = reader_.readBytes(SPSSDictionary::slotSize);
     isDamaged_ = !bytes;
     if (isDamaged_) {
         return false;
     }
-    std::memcpy(target, bytes->data(), slotSize);
+    std::memcpy(target, bytes->data(), SPSSDictionary::slotSize);
     if (dictionary_.bigEndian && !isString_[slot]) {
-        std::reverse(target, target + slotSize);
+        std::reverse(target, target + SPSSDictionary::slotSize);
     }
     return true;
 }

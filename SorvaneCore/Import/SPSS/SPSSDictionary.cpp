@@ -37,7 +37,6 @@ enum ExtensionSubtype : std::int32_t {
     characterEncoding = 20,
 };
 
-constexpr std::size_t slotSize = 8;
 constexpr std::int64_t documentLineSize = 80;
 /// Programs write three a variable at the most; each is told to the user.
 constexpr std::size_t mostMissingValues = 1'000'000;
@@ -128,7 +127,7 @@ private:
             field = *read;
         }
         const auto [typeCode, hasLabel, missingCount, printFormat, writeFormat] = fields;
-        const std::optional<std::string_view> name = reader_.readBytes(slotSize);
+        const std::optional<std::string_view> name = reader_.readBytes(SPSSDictionary::slotSize);
         if (!name) {
             return false;
         }
@@ -153,25 +152,26 @@ private:
     }
 
     bool parseMissing(std::int64_t count, SPSSDictionary::VariableRecord& record) {
-        const auto bytes = reader_.readBytes(std::abs(count) * std::int64_t{slotSize});
+        const auto bytes =
+            reader_.readBytes(std::abs(count) * std::int64_t{SPSSDictionary::slotSize});
         if (!bytes) {
             return false;
         }
         if (!record.isString() && count != 0) {
-            missingValues_ += bytes->size() / slotSize;
+            missingValues_ += bytes->size() / SPSSDictionary::slotSize;
             record.missing = count > -2 ? discreteValues(*bytes) : rangeOfValues(*bytes, count);
         }
         return missingValues_ <= mostMissingValues;
     }
 
     double valueAt(std::string_view bytes, std::size_t index) const {
-        return ByteReader::number<double>(bytes.data() + index * slotSize,
+        return ByteReader::number<double>(bytes.data() + index * SPSSDictionary::slotSize,
                                           dictionary_.numberOrder());
     }
 
     std::optional<MissingSpec> discreteValues(std::string_view bytes) const {
         MissingSpec spec;
-        for (std::size_t i = 0; i < bytes.size() / slotSize; ++i) {
+        for (std::size_t i = 0; i < bytes.size() / SPSSDictionary::slotSize; ++i) {
             if (const double value = valueAt(bytes, i); std::isfinite(value)) {
                 spec.discrete.push_back(value);
             }
@@ -203,14 +203,15 @@ private:
         if (!count || *count < 0) {
             return false;
         }
-        const std::size_t mostLabels = reader_.remaining() / (2 * slotSize);
+        const std::size_t mostLabels = reader_.remaining() / (2 * SPSSDictionary::slotSize);
         set.labels.reserve(std::min(static_cast<std::size_t>(*count), mostLabels));
         for (std::int32_t i = 0; i < *count; ++i) {
-            const auto raw = reader_.readBytes(slotSize);
+            const auto raw = reader_.readBytes(SPSSDictionary::slotSize);
             const auto length = reader_.read<std::uint8_t>();
             const auto label = length ? reader_.readBytes(*length) : std::nullopt;
             if (!raw || !label ||
-                !reader_.readBytes(roundedUp(*length + 1, slotSize) - (*length + 1))) {
+                !reader_.readBytes(roundedUp(*length + 1, SPSSDictionary::slotSize) -
+                                   (*length + 1))) {
                 return false;
             }
             set.labels.push_back({.raw = *raw, .label = *label});

@@ -33,7 +33,10 @@ struct MissingSpec {
 ///
 /// The layout of the records is told in docs/formats/spss.md. Views point into the bytes read.
 struct SPSSDictionary {
-    /// One 8-byte slot of a case: a variable, or the continuation of a string.
+    /// Bytes of a slot, in which numbers and pieces of strings stand.
+    static constexpr std::size_t slotSize = 8;
+
+    /// One slot of a case: a variable, or the continuation of a string.
     struct VariableRecord {
         std::string shortName;
         /// 0 for numbers, the width of a string, -1 for its continuation.

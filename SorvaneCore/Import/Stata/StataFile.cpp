@@ -155,22 +155,22 @@ private:
     }
 
     static StataFile::VarType varType(std::uint16_t code) {
-        using Kind = StataFile::VarType::Kind;
+        using Type = StataFile::VarType::Kind;
         switch (code) {
             case byteCode:
-                return {.kind = Kind::byte};
+                return {.kind = Type::byte};
             case intCode:
-                return {.kind = Kind::int_};
+                return {.kind = Type::int_};
             case longCode:
-                return {.kind = Kind::long_};
+                return {.kind = Type::long_};
             case floatCode:
-                return {.kind = Kind::float_};
+                return {.kind = Type::float_};
             case doubleCode:
-                return {.kind = Kind::double_};
+                return {.kind = Type::double_};
             case strLCode:
-                return {.kind = Kind::strL};
+                return {.kind = Type::strL};
             default:
-                return {.kind = Kind::str, .width = code};
+                return {.kind = Type::str, .width = code};
         }
     }
 

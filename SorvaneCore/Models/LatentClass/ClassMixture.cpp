@@ -9,7 +9,6 @@ namespace sorvane {
 
 namespace {
 
-constexpr double smallestClassSize = 1e-8;
 /// Before the probabilities of an indicator are made to add up to 1.
 constexpr double smallestResponse = 0.001;
 

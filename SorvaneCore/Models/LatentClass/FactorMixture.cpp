@@ -15,10 +15,6 @@ namespace {
 
 using Numbers = std::vector<double>;
 
-/// Half of ln(2 pi).
-constexpr double logNormalConstant = 0.9189385332046727;
-constexpr double smallestClassSize = 1e-8;
-
 /// The direction in which the indicators vary most, of unit length and signed so that its sum is
 /// not negative.
 Numbers mainDirection(const Numbers& correlations, std::size_t p) {
@@ -108,8 +104,8 @@ void FactorMixture::formLogDensities(const Parameters& parameters,
                                      std::size_t count,
                                      MixtureBlock& block) const {
     const Precision precision(parameters);
-    const double constant =
-        -logNormalConstant * static_cast<double>(indicators()) - 0.5 * precision.logDeterminant;
+    const double constant = -MixtureCases::logNormalConstant * static_cast<double>(indicators()) -
+                            0.5 * precision.logDeterminant;
     std::array<double, MixtureBlock::rowCount> along;
     for (std::size_t c = 0; c < classes_; ++c) {
         auto& density = block.of(c);

@@ -56,6 +56,9 @@ private:
     std::array<double, rowCount> relativeSum_{};
 };
 
+/// What the size of a class counts as, at least, where sums are divided by it.
+inline constexpr double smallestClassSize = 1e-8;
+
 /// The natural logarithm of a probability, not below that of 1e-15.
 double flooredLog(double probability);
 

@@ -11,6 +11,9 @@
 /// What mixtures of numbers share about their cases.
 namespace sorvane::MixtureCases {
 
+/// Half of ln(2 pi).
+inline constexpr double logNormalConstant = 0.9189385332046727;
+
 /// The columns in the rows in which all of them have a finite number.
 std::vector<std::vector<double>> finiteRows(std::span<const NumericColumn> indicators);
 

@@ -16,9 +16,6 @@ namespace {
 constexpr double smallestVariance = 1e-8;
 /// Of the indicator's overall variance, so that no class collapses on a point.
 constexpr double smallestVarianceShare = 1e-6;
-constexpr double smallestClassSize = 1e-8;
-/// Half of ln(2 pi).
-constexpr double logNormalConstant = 0.9189385332046727;
 
 double overallVariance(const std::vector<double>& values) {
     const double mean = SampleMoments::mean(values);
@@ -68,8 +65,8 @@ void ProfileMixture::formLogDensities(const Parameters& parameters,
     for (std::size_t c = 0; c < classes_; ++c) {
         double constant = flooredLog(parameters.proportions[c]);
         for (std::size_t j = 0; j < indicators; ++j) {
-            constant -=
-                logNormalConstant + std::log(parameters.standardDeviations[c * indicators + j]);
+            constant -= MixtureCases::logNormalConstant +
+                        std::log(parameters.standardDeviations[c * indicators + j]);
         }
         auto& density = block.of(c);
         density.fill(constant);

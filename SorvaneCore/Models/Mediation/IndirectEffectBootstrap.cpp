@@ -19,10 +19,12 @@ constexpr std::size_t blockRows = 512;
 constexpr std::size_t chunkResamples = 50;
 constexpr double leastShareLeft = 1e-12;
 
+}  // namespace
+
 /// The upper triangle of a matrix of sums of products, the intercept first.
-class Moments {
+class BootstrapMoments {
 public:
-    explicit Moments(std::size_t size) : size_(size), entries_(size * size) {}
+    explicit BootstrapMoments(std::size_t size) : size_(size), entries_(size * size) {}
 
     double& at(std::size_t i, std::size_t j) { return entries_[i * size_ + j]; }
     std::size_t size() const { return size_; }
@@ -47,15 +49,13 @@ private:
     std::vector<double> entries_;
 };
 
-}  // namespace
-
 struct IndirectEffectBootstrap::Workspace {
     Workspace(std::size_t rows, std::size_t width)
         : counts(rows), moments(width + 1), wholes(width) {}
 
     std::vector<std::int32_t> counts;
     std::array<double, blockRows> weighted{};
-    Moments moments;
+    BootstrapMoments moments;
     /// The diagonal before any sweep.
     std::vector<double> wholes;
 };
@@ -146,7 +146,7 @@ std::optional<double> IndirectEffectBootstrap::estimate(std::uint64_t seed,
                                                         Workspace& workspace) const {
     draw(seed, resample, workspace);
     accumulate(workspace);
-    Moments& moments = workspace.moments;
+    BootstrapMoments& moments = workspace.moments;
     const std::size_t outcome = width_;
     const std::size_t mediator = outcome - 1;
     const std::size_t x = mediator - 1;

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t xPlace = 1;
 constexpr std::size_t productPlace = 3;
 
-std::string smallSample() {
+std::string smallForAnInteraction() {
     return "Small sample for an interaction; power for moderation is low below about 50 cases.";
 }
 
@@ -26,7 +26,7 @@ std::vector<double> products(const std::vector<double>& x, const std::vector<dou
     return result;
 }
 
-std::optional<MediationRegression> fitted(const MediationRows& rows) {
+std::optional<MediationRegression> fittedModel(const MediationRows& rows) {
     const std::vector<double> product = products(rows.x(), rows.middle());
     std::vector<const std::vector<double>*> columns = {&rows.x(), &rows.middle(), &product};
     const std::vector<const std::vector<double>*> covariates = rows.covariates();
@@ -84,7 +84,7 @@ std::optional<ModerationResult> moderation(const NumericColumn& x,
     if (!rows) {
         return std::nullopt;
     }
-    const std::optional<MediationRegression> fit = fitted(*rows);
+    const std::optional<MediationRegression> fit = fittedModel(*rows);
     if (!fit) {
         return std::nullopt;
     }
@@ -97,7 +97,7 @@ std::optional<ModerationResult> moderation(const NumericColumn& x,
     result.rSquared = 1.0 - fit->residualSumOfSquares / fit->totalSumOfSquares;
     std::vector<AnalysisReadinessIssue> issues;
     if (result.n < fewCasesBelow) {
-        issues.push_back(AnalysisReadinessIssue::caution(smallSample()));
+        issues.push_back(AnalysisReadinessIssue::caution(smallForAnInteraction()));
     }
     result.readiness = rows->readiness("W", std::move(issues));
     return result;

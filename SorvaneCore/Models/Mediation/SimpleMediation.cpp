@@ -17,7 +17,7 @@ constexpr std::size_t fewestKept = 100;
 constexpr double smallestTotalEffect = 1e-12;
 constexpr double significanceLevel = 0.05;
 
-std::string smallSample() {
+std::string smallForABootstrap() {
     return "Small sample for mediation; bootstrap intervals are wide and unstable below about 50 "
            "cases.";
 }
@@ -34,7 +34,7 @@ struct Models {
     MediationRegression total{};
 };
 
-std::optional<Models> fitted(const MediationRows& rows) {
+std::optional<Models> fittedModels(const MediationRows& rows) {
     const std::vector<const std::vector<double>*> others = rows.covariates();
     std::vector<const std::vector<double>*> withX = {&rows.x()};
     withX.insert(withX.end(), others.begin(), others.end());
@@ -88,7 +88,7 @@ void setInterval(MediationResult& result,
 std::vector<AnalysisReadinessIssue> cautions(const MediationResult& result) {
     std::vector<AnalysisReadinessIssue> issues;
     if (result.n < fewCasesBelow) {
-        issues.push_back(AnalysisReadinessIssue::caution(smallSample()));
+        issues.push_back(AnalysisReadinessIssue::caution(smallForABootstrap()));
     }
     const bool excludesZero = result.bootLower > 0.0 || result.bootUpper < 0.0;
     if (excludesZero != (result.sobelP < significanceLevel)) {
@@ -108,7 +108,7 @@ std::optional<MediationResult> simpleMediation(const NumericColumn& x,
     if (!rows) {
         return std::nullopt;
     }
-    const std::optional<Models> models = fitted(*rows);
+    const std::optional<Models> models = fittedModels(*rows);
     if (!models) {
         return std::nullopt;
     }
