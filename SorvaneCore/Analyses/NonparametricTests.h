@@ -86,7 +86,7 @@ std::optional<SignedRankResult> wilcoxonSignedRank(const NumericColumn& before,
 ///
 /// Input      a row of values per subject; of columns, one per condition, the rows in which all
 ///            have a number
-/// Method     midranks within each subject, all the same where only rounding tells the values apart;
+/// Method     midranks within each subject, all the same where only rounding tells all values apart;
 ///            the statistic is not corrected for ties
 /// Failure    no rows, fewer than two conditions, rows or columns of different lengths -> absent
 /// Cost       O(n k^2)

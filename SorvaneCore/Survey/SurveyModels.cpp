@@ -172,9 +172,9 @@ bool haveErrors(const Estimated& estimated) {
 
 /// Tests the slopes together, as they were fitted: in the predictors' own units those of all but
 /// the same predictors have variances of which rounding leaves nothing.
-void addWaldTest(SurveyModelResult& result, const Estimated& slopes, double varianceOfRounding) {
-    const std::optional<double> statistic = SurveyWaldTest::statistic(
-        slopes.parameters, slopes.covariance, slopes.bread, varianceOfRounding);
+void addWaldTest(SurveyModelResult& result, const Estimated& slopes, double rounding) {
+    const std::optional<double> statistic =
+        SurveyWaldTest::statistic(slopes.parameters, slopes.covariance, slopes.bread, rounding);
     if (!statistic) {
         return;
     }
@@ -334,7 +334,7 @@ void finish(SurveyModelResult& result,
     const Estimated fitted{
         .parameters = fit->parameters, .covariance = found->values, .bread = fit->bread};
     Estimated all = inOwnUnits(fitted, frame, method);
-    if (!areFinite(all.parameters) || !areFinite(all.covariance)) {
+    if (!areFinite(all.parameters) || !areFinite(all.covariance) || !std::isfinite(found->scales)) {
         block(result, wording::beyondNumbers());
         return;
     }

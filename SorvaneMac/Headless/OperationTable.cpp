@@ -108,8 +108,11 @@ std::vector<Operation> datasetOperations() {
 }
 
 void resize(State& state, std::int64_t rows, std::int64_t columns) {
+    if (rows < 1 || columns < 1) {
+        throw CallError("A grid has at least one cell.");
+    }
     if (!state.setDatasetSize(rows, columns)) {
-        throw CallError(state.projectError->value_or("A grid has at least one cell."));
+        throw CallError(state.projectError->value_or(""));
     }
 }
 
@@ -145,8 +148,19 @@ std::vector<Operation> gridOperations() {
             },
             column, Value<std::string>{"name"}),
         gridOperation("finalizeDatasetHeaders", &State::finalizeDatasetHeaders),
-        gridOperation("addDatasetRow", &State::addDatasetRow),
-        gridOperation("addDatasetColumn", &State::addDatasetColumn, Setting<std::string>{"named"}),
+        gridOperation("addDatasetRow",
+                      [](State& state) {
+                          resize(state, state.dataset().rowCount() + 1,
+                                 state.dataset().columnCount());
+                      }),
+        gridOperation(
+            "addDatasetColumn",
+            [](State& state, const std::string& named) {
+                if (!state.addDatasetColumn(named)) {
+                    throw CallError(state.projectError->value_or(""));
+                }
+            },
+            Setting<std::string>{"named"}),
         gridOperation(
             "deleteDatasetColumn",
             [](State& state, Index at, bool snapshot) {

@@ -11,7 +11,8 @@ namespace sorvane::TableFitting {
 /// the words do not fit side by side, the cells stand closer and their text becomes smaller.
 ///
 /// Input      `width` of the text, in units of the device on which the document is laid out
-/// Method     words end at blanks that hold no number to its sign; text is shrunk to no less than three fifths of its size
+/// Method     words end at blanks that hold no number to its sign; text is shrunk to no less than
+///            three fifths of its size
 /// Cost       linear
 void fit(QTextDocument& document, double width);
 

@@ -177,9 +177,13 @@ void StudioState::addDatasetRow() {
     }
 }
 
-void StudioState::addDatasetColumn(std::string_view named) {
+bool StudioState::addDatasetColumn(std::string_view named) {
     if (!data.isDatasetEditable.get()) {
-        return;
+        return false;
+    }
+    if (!fitsGrid(dataset(), dataset().rowCount(), dataset().columnCount() + 1)) {
+        projectError.set(std::string(gridTooLarge));
+        return false;
     }
     const std::string header = UnicodeText::trimmed(named).empty()
                                    ? furtherHeaders(*this, 1).front()
@@ -190,6 +194,7 @@ void StudioState::addDatasetColumn(std::string_view named) {
     data.editsSinceChange.sizes = true;
     log("Added column " + header + ".");
     refreshAnalysisDefaults();
+    return true;
 }
 
 bool StudioState::deleteDatasetColumn(std::int64_t at, Snapshot snapshot) {

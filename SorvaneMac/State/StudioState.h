@@ -157,7 +157,7 @@ public:
     HeaderBinding headerBinding(std::int64_t column);
     void addDatasetRow();
     /// Appends a column, its name made unique; blank is numbered on ("Var11").
-    void addDatasetColumn(std::string_view named);
+    bool addDatasetColumn(std::string_view named);
     enum class Snapshot { taken, none };
     /// Removes a column and what names it; with a snapshot it can be undone.
     ///

@@ -5,7 +5,7 @@
 
 #include "Tests/Analyses/CodedColumns.h"
 
-/// Two variables of eight cases in two groups, of which the secondOutcome is higher on the firstOutcome variable.
+/// Two variables of eight cases in two groups, of which the second is higher on the first variable.
 namespace sorvane::test {
 
 inline const OptionalValues firstOutcome = {3, 4, 5, 4, 7, 9, 8, 8};

@@ -426,6 +426,39 @@ TEST(MultilevelModel, ShrinksTheDeparturesOfClusters) {
 
 /// Neither where both variances are tiny nor where the slope has its zero far away does a result tell
 /// in its variances and their correlation how clusters depart.
+/// Where they are independent at a zero far from all values, the likelihood has a maximum without a
+/// variance of the slope as well, far below the other.
+TEST(MultilevelModel, FindsIndependentSlopesFarFromZero) {
+    for (const double zero : {65.0, 300.0, 2010.0}) {
+        SCOPED_TRACE(zero);
+        SplitMix64 random(11);
+        const auto spread = [&random](double width) {
+            return width * (2.0 * random.nextUnitDouble() - 1.0);
+        };
+        Cells outcome;
+        Cells x;
+        Labels clusters;
+        for (int c = 0; c < 20; ++c) {
+            const double level = 2.0 + spread(1.7);
+            const double slope = 0.3 + spread(0.7);
+            for (int i = 0; i < 8; ++i) {
+                x.emplace_back(zero + i - 3.5);
+                outcome.emplace_back(level + slope * (i - 3.5) + spread(0.35));
+                clusters.push_back("c" + std::to_string(c));
+            }
+        }
+        const MultilevelData data = dataOf(outcome, {x}, clusters);
+        MultilevelOptions options = namedOptions(1);
+        const auto fixed = MultilevelModel::fit(data, options);
+        options.randomSlopeName = "x1";
+        options.correlateRandomEffects = false;
+        const auto independent = MultilevelModel::fit(data, options);
+        EXPECT_GT(independent->logLikelihood, fixed->logLikelihood + 30.0);
+        EXPECT_GT(independent->fixedEffects[1].standardError,
+                  2.0 * fixed->fixedEffects[1].standardError);
+    }
+}
+
 TEST(MultilevelModel, DepartsAlikeInAnyUnitAndWhereverTheSlopeHasItsZero) {
     const Simulated rows = sloping();
     MultilevelOptions options = namedOptions(1);

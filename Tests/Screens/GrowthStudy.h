@@ -10,7 +10,8 @@ namespace sorvane {
 
 /// Thirty persons at nine times, whose outcomes rise by another slope each.
 struct GrowthStudy {
-    /// `rise` of the slopes for each step of time, of which one is `unit` long, from `first` on.
+    /// `rise` of the slopes for each step of time, of which one is `unit` long, from `first` on; in
+    /// proportion to where the person starts, or apart from that.
     GrowthStudy(double first, double unit, double rise, bool isFromStart) {
         std::string text = "person,time,y\n";
         SplitMix64 random(8);

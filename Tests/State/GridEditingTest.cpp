@@ -57,6 +57,9 @@ TEST_F(GridEditing, RowsAndColumnsComeAndGoWithOneStepBack) {
     state_.addDatasetColumn("");
     EXPECT_EQ(state_.dataset().rowCount(), 2);
     EXPECT_EQ(state_.dataset().headers, (Names{"Var1", "Var2", "Var2 2", "Var4"}));
+    EXPECT_TRUE(state_.setDatasetSize(1, 16384));
+    EXPECT_FALSE(state_.addDatasetColumn(""));
+    EXPECT_EQ(state_.dataset().columnCount(), 16384);
 }
 
 TEST_F(GridEditing, OneChangeOfSizeIsOneStepBack) {

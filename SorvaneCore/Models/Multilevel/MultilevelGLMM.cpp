@@ -176,6 +176,21 @@ void setSlopeVariances(MultilevelResult& result,
     }
 }
 
+/// Starts of independent effects whose intercepts, at a zero far from all values, vary by as much as
+/// the slopes do on the way there; the slope is in units of its root mean square.
+std::vector<std::vector<double>> ridgeStarts(std::size_t fixed,
+                                             const SlopeUnits& units,
+                                             const SpreadScale& scale) {
+    std::vector<std::vector<double>> starts;
+    for (const double deviation : {0.3, 1.0}) {
+        std::vector<double> start(fixed, 0.0);
+        start.push_back(scale.coordinateOf(deviation * units.distance()));
+        start.push_back(scale.coordinateOf(deviation * std::hypot(units.distance(), 1.0)));
+        starts.push_back(std::move(start));
+    }
+    return starts;
+}
+
 MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
     const std::size_t p = design.fixedCount();
     const SpreadScale scale(task.rows.cluster.count());
@@ -196,6 +211,13 @@ MultilevelResult fitSlope(const LinkedTask& task, const LinkedDesign& design) {
         moveToBound(fit, likelihood, {{p + 1, 0.0}, {p + 2, 0.0}});
         moveToBound(fit, likelihood, {{p + 2, 0.0}});
     } else {
+        if (const SlopeUnits units = SlopeUnits::of(slope); units.distance() > 1.0) {
+            Fit other = LinkedMaximizer::maximize(ridgeStarts(p, units, scale), likelihood);
+            other.iterations += fit.iterations;
+            if (other.value > fit.value) {
+                fit = std::move(other);
+            }
+        }
         moveToBound(fit, likelihood, {{p, scale.least()}});
         moveToBound(fit, likelihood, {{p + 1, scale.least()}});
     }

@@ -14,7 +14,9 @@ SlopeUnits SlopeUnits::of(std::span<const double> slope) {
 }
 
 SlopeScale::SlopeScale(const SlopeUnits& units, bool correlated)
-    : shift_(correlated ? units.mean / units.deviation : 0.0), unit_(units.deviation) {}
+    : shift_(correlated ? units.mean / units.deviation : 0.0),
+      unit_(units.deviation),
+      distance_(units.distance()) {}
 
 std::vector<double> SlopeScale::scaled(std::span<const double> slope) const {
     std::vector<double> result(slope.begin(), slope.end());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <span>
 #include <vector>
 
@@ -13,6 +14,9 @@ struct SlopeUnits {
     double deviation = 1.0;
 
     static SlopeUnits of(std::span<const double> slope);
+
+    /// How far zero lies from the mean.
+    double distance() const { return std::abs(mean) / deviation; }
 };
 
 /// A slope in units of its own, about its mean where it correlates with the intercept, so that no
@@ -30,6 +34,8 @@ public:
     RandomCovariance scaled(const RandomCovariance& g) const;
     /// Of the slope as it is, from the factor of a covariance in these units.
     RandomCovariance unscaled(const SlopeSpread& factor) const;
+    /// How far zero lies from the mean, in standard deviations.
+    double distance() const { return distance_; }
     /// An effect for a step of one, from that for a unit.
     double perUnit(double effect) const { return effect / unit_; }
 
@@ -39,6 +45,7 @@ private:
     /// In units.
     double shift_ = 0.0;
     double unit_ = 1.0;
+    double distance_ = 0.0;
 };
 
 }  // namespace sorvane

@@ -7,7 +7,10 @@ namespace sorvane {
 
 SmallFactor SmallFactor::of(double first, double beside, double determinant) {
     const double l00 = std::sqrt(first);
-    return {.l00 = l00, .l10 = beside / l00, .l11 = std::sqrt(determinant / first)};
+    return {.l00 = l00,
+            .l10 = beside / l00,
+            .l11 = std::sqrt(determinant / first),
+            .isValid = first > 0.0 && determinant > 0.0};
 }
 
 double SmallFactor::logDeterminant() const {

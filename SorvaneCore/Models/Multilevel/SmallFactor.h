@@ -9,6 +9,7 @@ struct SmallFactor {
     double l00 = 1.0;
     double l10 = 0.0;
     double l11 = 1.0;
+    /// Whether the matrix was positive definite; the entries are no numbers else.
     bool isValid = true;
 
     /// Of a matrix by its first entry, its entry beside the diagonal and its determinant, which

@@ -126,31 +126,42 @@ void searchCorrelated(Best& best) {
     best.refine(covariance(end));
 }
 
-/// The best entries of a grid.
-std::vector<double> bestOfGrid(Best& best, bool correlated) {
-    constexpr std::array<double, 4> deviations = {0.03, 0.2, 1.0, 5.0};
+using Candidates = std::vector<std::vector<double>>;
+
+/// Relative standard deviations that searches start from.
+constexpr std::array<double, 4> deviations = {0.03, 0.2, 1.0, 5.0};
+
+Candidates grid(bool correlated) {
     constexpr std::array<double, 3> correlations = {-0.8, 0.0, 0.8};
-    std::vector<double> lowest;
-    double value = VarianceMinimizers::failedValue;
-    const auto consider = [&](std::vector<double> entries) {
-        const double here = best.value(SlopeFactor::covariance(entries));
-        if (lowest.empty() || here < value) {
-            value = here;
-            lowest = std::move(entries);
-        }
-    };
+    Candidates all;
     for (const double first : deviations) {
         for (const double second : deviations) {
             if (!correlated) {
-                consider({first, second});
+                all.push_back({first, second});
                 continue;
             }
             for (const double r : correlations) {
-                consider({first, r * second, second * std::sqrt(1.0 - r * r)});
+                all.push_back({first, r * second, second * std::sqrt(1.0 - r * r)});
             }
         }
     }
-    return lowest;
+    return all;
+}
+
+/// Independent effects whose intercepts, at a zero far from all values, vary by as much as the
+/// slopes do on the way there.
+Candidates ridge(double distance) {
+    Candidates all;
+    for (const double slope : deviations) {
+        all.push_back({distance * slope, slope});
+    }
+    return all;
+}
+
+const std::vector<double>& lowest(Best& best, const Candidates& candidates) {
+    return *std::ranges::min_element(candidates, {}, [&](const std::vector<double>& entries) {
+        return best.value(SlopeFactor::covariance(entries));
+    });
 }
 
 /// A simplex that starts anew where it ended, as long as that helps.
@@ -223,7 +234,10 @@ Found interceptAndSlope(const NestedProfile& profile, bool correlated, const Slo
     best.count(static_cast<std::size_t>(start.evaluations));
     best.offer(scale.scaled(start.g), start.profile);
     searchFactor(best, SlopeFactor::entries(best.g(), correlated));
-    searchFactor(best, bestOfGrid(best, correlated));
+    searchFactor(best, lowest(best, grid(correlated)));
+    if (!correlated && scale.distance() > 1.0) {
+        searchFactor(best, lowest(best, ridge(scale.distance())));
+    }
     simplify(best);
     if (correlated) {
         simplifyCorrelation(best);

@@ -34,8 +34,9 @@ Found intercept(const NestedProfile& profile, std::optional<double> start);
 /// for the slope as it is, 0 and a grid of standard deviations from 0.1 to 10, with correlations
 /// about 0 where they correlate, then a simplex from the best, in the logarithms. As that depends on
 /// the slope's unit and cannot leave a boundary, a second look follows: from there and from the best
-/// of a grid, by the factor of the covariance in units. At a bound the variance is 0, or the
-/// correlation 1.
+/// of a grid, by the factor of the covariance in units; and, of independent effects at a zero far
+/// from all values, from intercepts that vary as much as the slopes do on the way there, as the
+/// likelihood has two maxima then. At a bound the variance is 0, or the correlation 1.
 Found interceptAndSlope(const NestedProfile& profile, bool correlated, const SlopeScale& scale);
 
 /// Of two crossed intercepts, as the first and last entry of `g`: a grid of variances from 1e-3 to

@@ -68,8 +68,8 @@ Chart caterpillar(const MultilevelChoice& choice, Effects effects, const std::st
     return chart;
 }
 
-/// A line on the scale of the outcome, by its level at some x near its values: its intercept may lie
-/// so far from these that the level there would be a difference of huge numbers.
+/// A line on the scale of the outcome, by its level at the mean of x: its intercept may lie so far
+/// from the values that a cluster's departure there would be a difference of huge numbers.
 struct FittedLine {
     double mean = 0.0;
     double level = 0.0;
