@@ -1,9 +1,9 @@
 #include "SorvaneCore/Survey/SurveyRegression.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "SorvaneCore/Analyses/Basics/SampleMoments.h"
 #include "SorvaneCore/Numerics/LinearAlgebra.h"
 #include "SorvaneCore/Numerics/TallLeastSquares.h"
 #include "SorvaneCore/Survey/SurveyModels.h"
@@ -105,8 +105,7 @@ std::optional<SurveyModelResult> fit(const NumericColumn& outcome,
     if (!SurveyModels::passes(*result, frame, frame.cols)) {
         return result;
     }
-    const auto [least, most] = std::ranges::minmax(frame.outcome);
-    if (least == most) {
+    if (SampleMoments::areEqual(frame.outcome)) {
         SurveyModels::block(*result, SurveyWording::constantOutcome(SurveyModelKind::linear));
         return result;
     }

@@ -17,10 +17,10 @@ namespace sorvane::SurveyRegression {
 /// Returns    R squared and the residual standard deviation by the weights (no correction for the
 ///            number of coefficients)
 /// Failure    names that do not match -> absent. A structural error of the design, columns of
-///            another length, too few rows, collinear predictors, an outcome that does not vary ->
-///            blocked. A coefficient of error 0 (no more than eight units in the last place of the
-///            largest outcome could give, with replicates in each of them) is not tested: t, p and
-///            bounds NaN, as is F where it is a slope or a combination of slopes
+///            another length, too few rows, collinear predictors, an outcome that does not vary but
+///            for rounding -> blocked. A coefficient of error 0 (no more than eight units in the
+///            last place of the largest outcome could give, with replicates in each of them) is not
+///            tested: t, p and bounds NaN, as is F where it is a slope or a combination of slopes
 /// Accuracy   rounding times the condition number of the standardized predictors, F too
 /// Cost       O(rows p^2), and as much a replicate, on all cores with the same result
 /// Reference  Binder (1983), On the variances of asymptotically normal estimators from complex

@@ -222,12 +222,11 @@ TEST(SurveyModels, TellASmallErrorFromRoundingWhateverTheRows) {
         };
         const auto small = coefficients(scatter);
         const auto large = coefficients(outcome);
-        const auto none = coefficients(constant);
+        EXPECT_TRUE(coefficients(constant).empty()) << "blocked";
         for (std::size_t k = 0; k < 2; ++k) {
             SCOPED_TRACE(small[k].name);
             EXPECT_TRUE(
                 closeTo(large[k].standardError, small[k].standardError, {.relative = 1e-3}));
-            EXPECT_EQ(none[k].standardError, 0.0);
         }
     }
 }
