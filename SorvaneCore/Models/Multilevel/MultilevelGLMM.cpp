@@ -145,7 +145,7 @@ SlopeUnits unitsOf(const std::vector<double>& slope, bool correlated) {
     SlopeUnits units = SlopeUnits::of(slope);
     if (!correlated) {
         const double square = units.deviation * units.deviation + units.mean * units.mean;
-        units = {.mean = 0.0, .deviation = square > 0.0 ? std::sqrt(square) : 1.0};
+        units.deviation = square > 0.0 ? std::sqrt(square) : 1.0;
     }
     return units;
 }

@@ -34,7 +34,7 @@ public:
     RandomCovariance scaled(const RandomCovariance& g) const;
     /// Of the slope as it is, from the factor of a covariance in these units.
     RandomCovariance unscaled(const SlopeSpread& factor) const;
-    /// How far zero lies from the mean, in standard deviations.
+    /// How far zero lies from the mean, in these units.
     double distance() const { return distance_; }
     /// An effect for a step of one, from that for a unit.
     double perUnit(double effect) const { return effect / unit_; }
